@@ -1,0 +1,58 @@
+#pragma once
+
+#include <sqlcipher/sqlite3.h>
+#include <QByteArray>
+#include <QList>
+#include <QSqlError>
+#include <QString>
+#include <chrono>
+#include <vector>
+
+namespace kovanix::sqlcipher {
+
+class Result;
+
+struct OpenOptions {
+    bool uri = false;
+    bool readOnly = false;
+    std::chrono::milliseconds busyTimeout{5000};
+};
+
+/// A handle of the encryption library, and the statements that run on it.
+class Database {
+public:
+    Database() = default;
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// Opens a file with a password and reads its catalogue, so that a wrong password fails here.
+    ///
+    /// The library's default format is tried first. When the file doesn't decrypt, the formats of the older
+    /// releases that the library can still read are tried, newest first; the file stays in the format that it
+    /// has. A file of no bytes, or one that the open itself makes, gets the default format with its first
+    /// write.
+    /// @return an error of type NoError when the file is open
+    QSqlError open(const QString& name, const QString& password, const OpenOptions& options);
+    void close();
+
+    bool isOpen() const { return m_handle != nullptr; }
+    sqlite3* handle() const { return m_handle; }
+
+    /// The library's last error on this handle.
+    QSqlError error(const QString& what, QSqlError::ErrorType type) const;
+
+    void add(Result* result) { m_results.push_back(result); }
+    void remove(Result* result) { std::erase(m_results, result); }
+
+private:
+    int openOnce(const QByteArray& name, const QByteArray& password, const OpenOptions& options,
+                 const QByteArray& format);
+    QList<QByteArray> olderFormats() const;
+    bool encrypts() const;
+
+    sqlite3* m_handle = nullptr;
+    std::vector<Result*> m_results;
+};
+
+}  // namespace kovanix::sqlcipher

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QSqlDriver>
+#include <memory>
+
+#include "database.h"
+
+namespace kovanix::sqlcipher {
+
+/// The toolkit's driver over libsqlcipher.
+///
+/// The database name is a path, or a file: URI with the option QSQLITE_OPEN_URI; the password is the file's.
+/// Further options are those of the toolkit's driver for plain files: QSQLITE_BUSY_TIMEOUT (milliseconds) and
+/// QSQLITE_OPEN_READONLY. An empty password is refused: the file would be written in the clear.
+class Driver : public QSqlDriver {
+    Q_OBJECT
+
+public:
+    explicit Driver(QObject* parent = nullptr);
+    ~Driver() override;
+
+    bool hasFeature(DriverFeature feature) const override;
+    bool open(const QString& db, const QString& user, const QString& password, const QString& host, int port,
+              const QString& options) override;
+    void close() override;
+    QSqlResult* createResult() const override;
+
+    bool beginTransaction() override;
+    bool commitTransaction() override;
+    bool rollbackTransaction() override;
+
+    QStringList tables(QSql::TableType type) const override;
+    QSqlRecord record(const QString& table) const override;
+    QSqlIndex primaryIndex(const QString& table) const override;
+    QString escapeIdentifier(const QString& identifier, IdentifierType type) const override;
+
+private:
+    bool execute(const char* sql);
+
+    std::shared_ptr<Database> m_database;
+};
+
+}  // namespace kovanix::sqlcipher

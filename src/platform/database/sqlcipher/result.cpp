@@ -1,0 +1,298 @@
+#include "result.h"
+
+#include <QDateTime>
+#include <QSqlField>
+#include <QStringList>
+#include <utility>
+
+#include "driver.h"
+
+namespace kovanix::sqlcipher {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// The library's own constant for this is a C cast.
+const auto copied = reinterpret_cast<sqlite3_destructor_type>(SQLITE_TRANSIENT);
+
+}  // namespace
+
+Result::Result(const Driver* driver, std::shared_ptr<Database> database)
+    : QSqlResult(driver), m_database(std::move(database)) {
+    m_database->add(this);
+}
+
+Result::~Result() {
+    m_database->remove(this);
+    finalize();
+}
+
+void Result::finalize() {
+    sqlite3_finalize(std::exchange(m_statement, nullptr));
+    m_stepped = false;
+    m_finished = true;
+}
+
+void Result::detachFromResultSet() {
+    if (m_statement) {
+        sqlite3_reset(m_statement);
+    }
+    m_stepped = false;
+    m_finished = true;
+}
+
+bool Result::fail(const QString& what, QSqlError::ErrorType type) {
+    setLastError(m_database->error(what, type));
+    return false;
+}
+
+bool Result::prepare(const QString& query) {
+    finalize();
+    m_rows.clear();
+    setSelect(false);
+    if (!m_database->isOpen()) {
+        return false;
+    }
+    const QByteArray sql = query.toUtf8();
+    const char* rest = nullptr;
+    if (sqlite3_prepare_v2(m_database->handle(), sql.constData(), static_cast<int>(sql.size() + 1),
+                           &m_statement, &rest) != SQLITE_OK) {
+        return fail(u"Unable to execute statement"_s, QSqlError::StatementError);
+    }
+    if (rest && !QByteArrayView(rest).trimmed().isEmpty()) {
+        finalize();
+        setLastError({u"Unable to execute multiple statements at a time"_s, {}, QSqlError::StatementError});
+        return false;
+    }
+    return true;
+}
+
+bool Result::reset(const QString& query) {
+    return prepare(query) && exec();
+}
+
+int Result::bind(int place, const QVariant& value) {
+    const auto bindText = [&](const QString& text) {
+        return sqlite3_bind_text16(m_statement, place, text.utf16(),
+                                   static_cast<int>(text.size() * qsizetype(sizeof(char16_t))), copied);
+    };
+    if (value.isNull() || (value.typeId() == QMetaType::QString && value.toString().isNull())) {
+        return sqlite3_bind_null(m_statement, place);
+    }
+    switch (value.typeId()) {
+        case QMetaType::QByteArray: {
+            const QByteArray bytes = value.toByteArray();
+            return sqlite3_bind_blob(m_statement, place, bytes.constData(), static_cast<int>(bytes.size()),
+                                     copied);
+        }
+        case QMetaType::Bool:
+        case QMetaType::Int:
+        case QMetaType::UInt:
+        case QMetaType::LongLong:
+            return sqlite3_bind_int64(m_statement, place, value.toLongLong());
+        case QMetaType::Double:
+        case QMetaType::Float:
+            return sqlite3_bind_double(m_statement, place, value.toDouble());
+        case QMetaType::QDateTime:
+            return bindText(value.toDateTime().toString(Qt::ISODateWithMs));
+        case QMetaType::QTime:
+            return bindText(value.toTime().toString(u"hh:mm:ss.zzz"));
+        default:
+            return bindText(value.toString());
+    }
+}
+
+bool Result::bindValues() {
+    const int places = sqlite3_bind_parameter_count(m_statement);
+    if (boundValueCount() < places) {
+        setLastError({u"Parameter count mismatch"_s, {}, QSqlError::StatementError});
+        return false;
+    }
+    for (int place = 1; place <= places; ++place) {
+        // The toolkit numbers every occurrence of a name, the library only its first.
+        const QString name = QString::fromUtf8(sqlite3_bind_parameter_name(m_statement, place));
+        const QVariant value = name.startsWith(u':') ? boundValue(name) : boundValue(place - 1);
+        if (bind(place, value) != SQLITE_OK) {
+            return fail(u"Unable to bind parameters"_s, QSqlError::StatementError);
+        }
+    }
+    return true;
+}
+
+bool Result::exec() {
+    setAt(QSql::BeforeFirstRow);
+    setActive(false);
+    setLastError({});
+    m_rows.clear();
+    m_changes = -1;
+    m_finished = false;
+    m_stepped = false;
+    if (!m_statement) {
+        setLastError({u"Unable to execute statement"_s, u"no statement"_s, QSqlError::StatementError});
+        return false;
+    }
+    sqlite3_reset(m_statement);
+    sqlite3_clear_bindings(m_statement);
+    if (!bindValues() || !step()) {
+        return false;
+    }
+    m_stepped = !m_finished;
+    m_changes = sqlite3_changes(m_database->handle());
+    setSelect(sqlite3_column_count(m_statement) > 0);
+    setActive(true);
+    return true;
+}
+
+/// Steps to the next row or to the end; false on an error.
+bool Result::step() {
+    switch (sqlite3_step(m_statement)) {
+        case SQLITE_ROW:
+            return true;
+        case SQLITE_DONE:
+            m_finished = true;
+            sqlite3_reset(m_statement);
+            return true;
+        default: {
+            m_finished = true;
+            fail(u"Unable to fetch row"_s, QSqlError::StatementError);
+            sqlite3_reset(m_statement);
+            return false;
+        }
+    }
+}
+
+QVariant Result::column(int field) const {
+    switch (sqlite3_column_type(m_statement, field)) {
+        case SQLITE_INTEGER:
+            return qlonglong{sqlite3_column_int64(m_statement, field)};
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(m_statement, field);
+        case SQLITE_BLOB: {
+            const void* bytes = sqlite3_column_blob(m_statement, field);
+            return QByteArray(static_cast<const char*>(bytes), sqlite3_column_bytes(m_statement, field));
+        }
+        case SQLITE_NULL:
+            return {};
+        default: {
+            const void* text = sqlite3_column_text16(m_statement, field);
+            const qsizetype size = sqlite3_column_bytes16(m_statement, field) / qsizetype(sizeof(char16_t));
+            return QString(static_cast<const QChar*>(text), size);
+        }
+    }
+}
+
+/// Reads one more row; false at the end.
+bool Result::readRow() {
+    if (!m_statement || m_finished) {
+        return false;
+    }
+    if (!std::exchange(m_stepped, false) && (!step() || m_finished)) {
+        return false;
+    }
+    QVariantList row;
+    const int columns = sqlite3_column_count(m_statement);
+    row.reserve(columns);
+    for (int i = 0; i < columns; ++i) {
+        row.append(column(i));
+    }
+    if (isForwardOnly()) {
+        m_rows.clear();
+    }
+    m_rows.append(std::move(row));
+    return true;
+}
+
+bool Result::fetchNext() {
+    if (at() == QSql::AfterLastRow) {
+        return false;
+    }
+    const int next = at() == QSql::BeforeFirstRow ? 0 : at() + 1;
+    const bool held = !isForwardOnly() && next < m_rows.size();
+    if (!held && !readRow()) {
+        setAt(QSql::AfterLastRow);
+        return false;
+    }
+    setAt(next);
+    return true;
+}
+
+bool Result::fetch(int index) {
+    if (index < 0 || (isForwardOnly() && index < at())) {
+        return false;
+    }
+    if (!isForwardOnly() && index < m_rows.size()) {
+        setAt(index);
+        return true;
+    }
+    if (!isForwardOnly() && at() != QSql::AfterLastRow) {
+        setAt(static_cast<int>(m_rows.size()) - 1);
+    }
+    while (at() != index) {
+        if (!fetchNext()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Result::fetchFirst() {
+    return fetch(0);
+}
+
+bool Result::fetchLast() {
+    if (isForwardOnly()) {
+        // The last row is known only once the next step finds none: by then it is the one still held.
+        int last = at();
+        while (fetchNext()) {
+            last = at();
+        }
+        if (last < 0 || m_rows.isEmpty()) {
+            return false;
+        }
+        setAt(last);
+        return true;
+    }
+    while (readRow()) {
+    }
+    if (m_rows.isEmpty()) {
+        return false;
+    }
+    setAt(static_cast<int>(m_rows.size()) - 1);
+    return true;
+}
+
+const QVariantList* Result::currentRow() const {
+    const qsizetype index = isForwardOnly() ? 0 : at();
+    return at() >= 0 && index < m_rows.size() ? &m_rows[index] : nullptr;
+}
+
+QVariant Result::data(int field) {
+    const QVariantList* row = currentRow();
+    return row && field >= 0 && field < row->size() ? row->at(field) : QVariant();
+}
+
+bool Result::isNull(int field) {
+    return !data(field).isValid();
+}
+
+QSqlRecord Result::record() const {
+    QSqlRecord columns;
+    if (!isActive() || !isSelect() || !m_statement) {
+        return columns;
+    }
+    const QVariantList* row = currentRow();
+    for (int i = 0; i < sqlite3_column_count(m_statement); ++i) {
+        const QString name = QString::fromUtf8(sqlite3_column_name(m_statement, i));
+        columns.append(QSqlField(name, row ? row->at(i).metaType() : QMetaType()));
+    }
+    return columns;
+}
+
+QVariant Result::lastInsertId() const {
+    return isActive() && m_database->isOpen()
+               ? QVariant(qlonglong{sqlite3_last_insert_rowid(m_database->handle())})
+               : QVariant();
+}
+
+}  // namespace kovanix::sqlcipher

@@ -1,0 +1,53 @@
+#include "desktop/application.h"
+
+#include <cstdio>
+
+#include "desktop/messagebox.h"
+#include "runtime/process.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/screenregistry.h"
+
+namespace kovanix {
+
+namespace {
+
+[[noreturn]] void endByFailure(const RuntimeError& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    std::fflush(stderr);
+    static bool showing = false;
+    if (!showing) {
+        showing = true;
+        const QString text = QString::number(error.number()) + u'\n' + error.description();
+        messageBox(text, MessageBoxStyle::critical, QCoreApplication::applicationName());
+    }
+    abandonProcess(1);
+}
+
+}  // namespace
+
+Application::Application(int& argc, char** argv) : QApplication(argc, argv) {}
+
+Application::~Application() {
+    ScreenRegistry::clear();
+}
+
+int Application::run(const std::function<void()>& entryProcedure) {
+    try {
+        entryProcedure();
+    } catch (const RuntimeError& error) {
+        endByFailure(error);
+    }
+    const int status = exec();
+    ScreenRegistry::clear();
+    return status;
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const RuntimeError& error) {
+        endByFailure(error);
+    }
+}
+
+}  // namespace kovanix

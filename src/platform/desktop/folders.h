@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kovanix {
+
+/// The folder in which the program keeps the shop's files; set once at start, without a trailing separator.
+QString applicationFolder();
+void setApplicationFolder(const QString& folder);
+
+/// Which folder that is, the first of: a folder given on the command line; the variable KOVANIX_FOLDER; the
+/// program's own folder when it holds one of the named files; "kovanix" in the user's data folder.
+///
+/// @param commandLine  the folder of the command line; empty when none was given
+/// @param markers      file names that mark the program's own folder as the one in use
+/// @return an absolute path without a trailing separator; it need not exist
+QString chooseApplicationFolder(const QString& commandLine, const QStringList& markers);
+
+/// Joins a stored name such as "\Kovanix.config" to a folder, with the machine's separator. An empty folder
+/// gives the name below the root.
+QString joinStored(const QString& folder, const QString& storedName);
+
+}  // namespace kovanix

@@ -1,0 +1,144 @@
+#include "desktop/messagebox.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QVector>
+#include <utility>
+
+namespace kovanix {
+
+namespace {
+
+// Answered standing, with a thumb.
+constexpr QSize smallestButton(110, 44);
+constexpr double smallestFont = 12.0;  // points
+
+MessageBoxCaptions& captions() {
+    static MessageBoxCaptions current{
+        QStringLiteral("OK"), QStringLiteral("Cancel"),    QStringLiteral("Retry"),   QStringLiteral("Yes"),
+        QStringLiteral("No"), QStringLiteral("Try Again"), QStringLiteral("Continue")};
+    return current;
+}
+
+QString captionOf(int answer) {
+    switch (answer) {
+        case MessageBoxAnswer::cancel:
+            return captions().cancel;
+        case MessageBoxAnswer::retry:
+            return captions().retry;
+        case MessageBoxAnswer::yes:
+            return captions().yes;
+        case MessageBoxAnswer::no:
+            return captions().no;
+        case MessageBoxAnswer::tryAgain:
+            return captions().tryAgain;
+        case MessageBoxAnswer::goOn:
+            return captions().goOn;
+        default:
+            return captions().ok;
+    }
+}
+
+/// The answers that a style offers, from left to right.
+QVector<int> answersOf(int style) {
+    using namespace MessageBoxAnswer;
+    switch (style & 0xF) {
+        case MessageBoxStyle::okCancel:
+            return {ok, cancel};
+        case MessageBoxStyle::yesNoCancel:
+            return {yes, no, cancel};
+        case MessageBoxStyle::yesNo:
+            return {yes, no};
+        case MessageBoxStyle::retryCancel:
+            return {retry, cancel};
+        case MessageBoxStyle::cancelTryContinue:
+            return {cancel, tryAgain, goOn};
+        default:
+            return {ok};
+    }
+}
+
+int escapeAnswerOf(const QVector<int>& answers) {
+    if (answers.contains(MessageBoxAnswer::cancel))
+        return MessageBoxAnswer::cancel;
+    return answers.contains(MessageBoxAnswer::no) ? MessageBoxAnswer::no : MessageBoxAnswer::ok;
+}
+
+int defaultAnswerOf(const QVector<int>& answers, int style) {
+    const int index = (style >> 8) & 0x3;
+    return index < answers.size() ? answers.at(index) : answers.first();
+}
+
+QMessageBox::Icon iconOf(int style) {
+    switch (style & 0xF0) {
+        case MessageBoxStyle::critical:
+            return QMessageBox::Critical;
+        case MessageBoxStyle::question:
+            return QMessageBox::Question;
+        case MessageBoxStyle::warning:
+            return QMessageBox::Warning;
+        case MessageBoxStyle::information:
+            return QMessageBox::Information;
+        default:
+            return QMessageBox::NoIcon;
+    }
+}
+
+QFont readableFont(QFont font) {
+    if (QFontInfo(font).pointSizeF() < smallestFont)
+        font.setPointSizeF(smallestFont);
+    return font;
+}
+
+QString withoutMnemonic(QString caption) {
+    return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+}  // namespace
+
+void setMessageBoxCaptions(const MessageBoxCaptions& newCaptions) {
+    captions() = newCaptions;
+}
+
+int messageBox(const QString& text, int style, const QString& title) {
+    // The window below may be unloaded while the box stands open, and takes the box with it: hence the guard
+    // instead of a box on the stack.
+    QPointer<QMessageBox> box = new QMessageBox(QApplication::activeWindow());
+    const auto drop = qScopeGuard([&box] { delete box.data(); });
+    box->setTextFormat(Qt::PlainText);
+    box->setText(text);
+    box->setWindowTitle(title);
+    box->setIcon(iconOf(style));
+    const QFont font = readableFont(box->font());
+    box->setFont(font);
+
+    const QVector<int> answers = answersOf(style);
+    const int escapeAnswer = escapeAnswerOf(answers);
+    const int defaultAnswer = defaultAnswerOf(answers, style);
+    QVector<std::pair<const QAbstractButton*, int>> offered;
+    for (const int answer : answers) {
+        // The action role is the only one that every desktop's button layout leaves in the order given.
+        QPushButton* button = box->addButton(withoutMnemonic(captionOf(answer)), QMessageBox::ActionRole);
+        button->setFont(font);
+        button->setMinimumSize(smallestButton);
+        if (answer == defaultAnswer)
+            box->setDefaultButton(button);
+        if (answer == escapeAnswer)
+            box->setEscapeButton(button);
+        offered.append({button, answer});
+    }
+
+    box->exec();
+    const QAbstractButton* clicked = box ? box->clickedButton() : nullptr;
+    for (const auto& [button, answer] : offered) {
+        if (clicked && button == clicked)
+            return answer;
+    }
+    return escapeAnswer;
+}
+
+}  // namespace kovanix

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+
+namespace kovanix {
+
+/// Ends the process with the given exit status as soon as the running event procedure returns: no screen is
+/// asked or unloaded one by one, open connections are closed on the way out.
+void endProcess(int status);
+
+/// Ends the process on the spot, from wherever it stands: for failures after which nothing of its state can
+/// be relied on. Standard streams are flushed, nothing else is run.
+[[noreturn]] void abandonProcess(int status);
+
+/// Replaces what endProcess does; an empty function brings the real one back. The program itself never calls
+/// it.
+void setProcessEnd(std::function<void(int)> end);
+
+}  // namespace kovanix

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QHash>
+#include <QMargins>
+#include <QPointer>
+#include <QSize>
+#include <QWidget>
+#include <vector>
+
+class QLayout;
+
+namespace kovanix {
+
+/// The resizing container of a screen: layouts place the controls that it holds, and it scales their fonts,
+/// their fixed sizes, and the spacings and margins of their layouts with the window, against the size that
+/// the screen was designed at.
+///
+/// Design values are read once, when a control is first met, and everything is worked out from them: a
+/// control that comes later is met at the next scaling or showing. Left as they are: the font of a drawn
+/// button with a fontsize, and a control with a true dynamic property "noscale" together with all that it
+/// holds.
+class ActiveResize : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(QSize designSize READ designSize WRITE setDesignSize)
+
+public:
+    explicit ActiveResize(QWidget* parent = nullptr);
+
+    QSize designSize() const { return m_designSize; }
+    void setDesignSize(QSize size);
+
+    /// The scale in use: the smaller of width and height against the design size; 1 at design size.
+    double scale() const { return m_scale; }
+
+    QSize sizeHint() const override;
+    /// Far below the design size, so that the window can be made smaller and the contents then follow.
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void scaled(double scale);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    // In points or in pixels, whichever way a font states it; the other one is -1.
+    struct FontSize {
+        double points = -1;
+        int pixels = -1;
+
+        bool isSet() const { return points > 0 || pixels > 0; }
+        FontSize scaled(double scale) const;
+        void applyTo(QFont& font) const;
+        bool operator==(const FontSize& other) const;
+    };
+    struct ControlDesign {
+        QPointer<QWidget> control;
+        FontSize font;
+        QSize minimum;
+        QSize maximum;
+        int rowHeight = 0;
+    };
+    struct LayoutDesign {
+        QPointer<QLayout> layout;
+        QMargins margins;
+        int horizontal = -1;
+        int vertical = -1;
+    };
+
+    void applyScale();
+    void record(QWidget& parent, std::vector<QWidget*>& controls, std::vector<QLayout*>& layouts);
+    void recordControl(QWidget& control);
+    FontSize designFontSize(const QWidget& control) const;
+    void pinFont(QWidget& control);
+    void recordLayout(QLayout& layout, std::vector<QLayout*>& layouts);
+    void scaleControl(QWidget& control, const ControlDesign& design);
+    void scaleLayout(QLayout& layout, const LayoutDesign& design);
+
+    QSize m_designSize{1024, 768};
+    double m_scale = 1.0;
+    bool m_scaledOnce = false;
+    bool m_applying = false;
+    QHash<const QWidget*, ControlDesign> m_controls;
+    QHash<QLayout*, LayoutDesign> m_layouts;
+};
+
+}  // namespace kovanix

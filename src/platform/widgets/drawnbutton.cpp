@@ -1,0 +1,321 @@
+#include "widgets/drawnbutton.h"
+
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <QPointer>
+#include <algorithm>
+#include <cmath>
+#include <tuple>
+
+#include "widgets/face.h"
+#include "widgets/fittedtext.h"
+
+namespace kovanix {
+namespace {
+
+constexpr double designRadius = 8.0;
+constexpr int designTouchSize = 44;
+constexpr int captionLines = 3;
+
+}  // namespace
+
+// Where everything stands on the face, worked out anew only when something that it hangs on has changed.
+struct DrawnButton::Arrangement {
+    using Key =
+        std::tuple<QSizeF, QFont, int, QString, QString, Qt::Alignment, qint64, QSize, double, double>;
+
+    Key key;
+    QRectF icon;
+    QPixmap iconPixmap;
+    QRectF pill;
+    FittedText caption;
+    FittedText hint;
+};
+
+DrawnButton::DrawnButton(QWidget* parent)
+    : QAbstractButton(parent),
+      m_backcolor1(0xFB, 0xFB, 0xFB),
+      m_backcolor2(0xDD, 0xE2, 0xE8),
+      m_backcolorpushed1(0xC6, 0xCE, 0xD8),
+      m_backcolorpushed2(0xD9, 0xDF, 0xE6),
+      m_forecolor(0x12, 0x1A, 0x22),
+      m_arrangement(std::make_unique<Arrangement>()) {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+DrawnButton::~DrawnButton() = default;
+
+void DrawnButton::setCaption(const QString& text) {
+    if (m_caption == text)
+        return;
+    m_caption = text;
+    nameAfterCaption();
+    update();
+}
+
+void DrawnButton::nameAfterCaption() {
+    // A name that the screen gave itself stays.
+    if (!accessibleName().isEmpty() && accessibleName() != m_givenName)
+        return;
+    m_givenName = m_caption.trimmed().isEmpty() ? toolTip() : m_caption.trimmed();
+    setAccessibleName(m_givenName);
+}
+
+void DrawnButton::setColor(QColor& member, const QColor& color) {
+    if (member == color)
+        return;
+    member = color;
+    update();
+}
+
+void DrawnButton::setBackcolor1(const QColor& color) {
+    setColor(m_backcolor1, color);
+}
+
+void DrawnButton::setBackcolor2(const QColor& color) {
+    setColor(m_backcolor2, color);
+}
+
+void DrawnButton::setBackcolorpushed1(const QColor& color) {
+    setColor(m_backcolorpushed1, color);
+}
+
+void DrawnButton::setBackcolorpushed2(const QColor& color) {
+    setColor(m_backcolorpushed2, color);
+}
+
+void DrawnButton::setForecolor(const QColor& color) {
+    setColor(m_forecolor, color);
+}
+
+void DrawnButton::setKeyHint(const QString& hint) {
+    if (m_keyHint == hint)
+        return;
+    m_keyHint = hint;
+    update();
+}
+
+void DrawnButton::setFontsize(int points) {
+    points = std::max(0, points);
+    if (m_fontsize == points)
+        return;
+    m_fontsize = points;
+    update();
+}
+
+void DrawnButton::setCaptionAlignment(Qt::Alignment alignment) {
+    if (m_captionAlignment == alignment)
+        return;
+    m_captionAlignment = alignment;
+    update();
+}
+
+QSize DrawnButton::sizeHint() const {
+    return QSizeF(2.2 * designTouchSize * designScale(*this), 1.1 * designTouchSize * designScale(*this))
+        .toSize();
+}
+
+QSize DrawnButton::minimumSizeHint() const {
+    return QSizeF(designTouchSize * designScale(*this), designTouchSize * designScale(*this)).toSize();
+}
+
+bool DrawnButton::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTipChange)
+        nameAfterCaption();
+    return QAbstractButton::event(event);
+}
+
+void DrawnButton::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
+        QAbstractButton::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    if (!event->isAutoRepeat())
+        click();
+}
+
+void DrawnButton::mousePressEvent(QMouseEvent* event) {
+    const QPointer<DrawnButton> self(this);
+    Q_EMIT mousedown(event->button());
+    if (!self)
+        return;
+    if (event->button() == Qt::LeftButton)
+        QAbstractButton::mousePressEvent(event);
+    else
+        event->accept();
+}
+
+std::pair<QColor, QColor> DrawnButton::faceColors(bool pressed) const {
+    return pressed ? std::pair{m_backcolorpushed1, m_backcolorpushed2}
+                   : std::pair{m_backcolor1, m_backcolor2};
+}
+
+double DrawnButton::cornerRadius() const {
+    return std::min(designRadius * designScale(*this), std::min(width(), height()) / 3.0);
+}
+
+void DrawnButton::arrange() {
+    const double scale = designScale(*this);
+    const double ratio = devicePixelRatioF();
+    Arrangement::Key key(size(), font(), m_fontsize, m_caption, m_keyHint, m_captionAlignment,
+                         icon().cacheKey(), iconSize(), scale, ratio);
+    if (m_arrangement->key == key)
+        return;
+    m_arrangement->key = std::move(key);
+
+    Arrangement& parts = *m_arrangement;
+    const int wanted = m_fontsize > 0 ? std::max(1, m_fontsize * logicalDpiY() / 72)
+                                      : FittedText::pixelSizeOf(font(), logicalDpiY());
+    const double paddingX = std::min(8 * scale, width() / 8.0);
+    const double paddingY = std::min(5 * scale, height() / 10.0);
+    QRectF box = QRectF(rect()).adjusted(paddingX, paddingY, -paddingX, -paddingY);
+
+    parts.icon = {};
+    parts.iconPixmap = {};
+    if (!icon().isNull() && box.width() >= 1 && box.height() >= 1) {
+        const bool alone = m_caption.trimmed().isEmpty();
+        const QSizeF given = QSizeF(iconSize()) * scale;
+        const double textRoom = 2.2 * std::min(wanted, 40);
+        const bool above = !alone && box.height() >= given.height() + textRoom;
+        QSizeF room = box.size();
+        if (above)
+            room.setHeight(room.height() - textRoom);
+        else if (!alone)
+            room.setWidth(room.width() * 0.45);
+        const QSizeF allowed = given.scaled(given.boundedTo(room), Qt::KeepAspectRatio);
+        parts.iconPixmap = icon().pixmap(allowed.toSize(), ratio);
+        const QSizeF real = parts.iconPixmap.deviceIndependentSize();
+        parts.icon = QRectF(QPointF(0, 0), real);
+        if (alone) {
+            parts.icon.moveCenter(box.center());
+        } else if (above) {
+            // Icon and caption together stand in the middle of the face.
+            const double textHeight =
+                std::min(box.height() - real.height(), 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
+            const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
+            parts.icon.moveTopLeft(QPointF(box.center().x() - real.width() / 2, top));
+            box.setTop(parts.icon.bottom());
+            box.setBottom(std::min(box.bottom(), box.top() + textHeight));
+        } else {
+            parts.icon.moveTopLeft(QPointF(box.left(), box.center().y() - real.height() / 2));
+            box.setLeft(parts.icon.right() + paddingX);
+        }
+    }
+
+    parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, captionLines);
+    parts.pill = {};
+    if (m_keyHint.isEmpty())
+        return;
+    const int hintSize =
+        std::clamp(wanted * 6 / 10, static_cast<int>(10 * scale), static_cast<int>(16 * scale));
+    QFont hintFont = font();
+    hintFont.setPixelSize(std::max(1, hintSize));
+    const QFontMetricsF metrics(hintFont);
+    const double pillHeight = metrics.height() + 1;
+    const double pillWidth = std::max(pillHeight, metrics.horizontalAdvance(m_keyHint) + 0.9 * hintSize);
+    const double inset = 5 * scale;
+    const bool iconAtLeft = !parts.icon.isNull() && parts.icon.left() < inset + pillWidth;
+    const bool atRight = iconAtLeft || m_captionAlignment.testFlag(Qt::AlignLeft);
+    parts.pill = QRectF(atRight ? width() - inset - pillWidth : inset, inset, pillWidth, pillHeight);
+    parts.hint.fit(m_keyHint, hintFont, hintSize, parts.pill, Qt::AlignCenter, 1);
+    if (!parts.caption.bounds().intersects(parts.pill))
+        return;
+
+    // The caption makes way: below the pill or beside it, where its glyphs stay larger.
+    QRectF below = box;
+    below.setTop(std::max(box.top(), parts.pill.bottom()));
+    QRectF beside = box;
+    const bool centred = m_captionAlignment.testFlag(Qt::AlignHCenter);
+    if (!atRight || centred)
+        beside.setLeft(std::max(box.left(), parts.pill.right() + 2));
+    if (atRight || centred)
+        beside.setRight(std::min(box.right(), width() - inset - pillWidth - 2));
+    parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
+    const int besideSize = parts.caption.pixelSize();
+    parts.caption.fit(m_caption, font(), wanted, below, m_captionAlignment, captionLines);
+    if (besideSize > parts.caption.pixelSize())
+        parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
+}
+
+void DrawnButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
+                           QPainter::SmoothPixmapTransform);
+    arrange();
+
+    const bool pressed = isDown() || isChecked();
+    auto [top, bottom] = faceColors(pressed);
+    QColor ink = m_forecolor;
+    QColor border = borderFor(top, bottom);
+    if (!isEnabled()) {
+        top = mutedFace(top);
+        bottom = mutedFace(bottom);
+        border = mixed(borderFor(top, bottom), bottom, 0.55);
+        ink = mutedText(m_forecolor, mixed(top, bottom, 0.5));
+    }
+    const QColor middle = mixed(top, bottom, 0.5);
+    const double radius = cornerRadius();
+    paintFace(painter, QRectF(rect()), radius, top, bottom, border, isEnabled() && !pressed);
+    // Some themes give both states the same colours: the shade shows the press all the same.
+    if (pressed && isEnabled())
+        paintPressedShade(painter, QRectF(rect()), radius);
+
+    if (!m_arrangement->iconPixmap.isNull()) {
+        painter.setOpacity(isEnabled() ? 1.0 : 0.35);
+        painter.drawPixmap(m_arrangement->icon.topLeft(), m_arrangement->iconPixmap);
+        painter.setOpacity(1.0);
+    }
+    m_arrangement->caption.paint(painter, ink, isEnabled() ? haloFor(ink, middle) : QColor());
+    if (!m_keyHint.isEmpty()) {
+        QColor tint = ink;
+        tint.setAlpha(30);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(tint);
+        const QRectF& pill = m_arrangement->pill;
+        painter.drawRoundedRect(pill, pill.height() / 2, pill.height() / 2);
+        QColor hintInk = ink;
+        hintInk.setAlpha(isEnabled() ? 215 : 150);
+        m_arrangement->hint.paint(painter, hintInk);
+    }
+    if (hasFocus())
+        paintFocusRing(painter, QRectF(rect()), radius);
+}
+
+std::pair<QColor, QColor> CommandButton::faceColors(bool pressed) const {
+    const QColor face = backcolor1();
+    return pressed ? std::pair{mixed(face, Qt::black, 0.16), mixed(face, Qt::black, 0.1)}
+                   : std::pair{face, mixed(face, Qt::black, 0.06)};
+}
+
+void CommandButton::paintEvent(QPaintEvent* event) {
+    if (!caption().trimmed().isEmpty() || !icon().isNull()) {
+        DrawnButton::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double radius = cornerRadius();
+    // Between the ground and its text's colour, so that it stays quiet on light and dark screens alike.
+    const QColor ground = palette().color(QPalette::Active, QPalette::Window);
+    const QColor ink = contrast(ground, Qt::black) > contrast(ground, Qt::white) ? QColor(0x20, 0x2C, 0x3A)
+                                                                                 : QColor(Qt::white);
+    QColor fill = ink;
+    fill.setAlpha(isDown() ? 34 : 10);
+    QPen dashes(mixed(ground, ink, isEnabled() ? 0.36 : 0.2), 1.2);
+    dashes.setDashPattern({5.0, 4.0});
+    dashes.setCapStyle(Qt::FlatCap);
+    painter.setPen(dashes);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+    if (hasFocus())
+        paintFocusRing(painter, QRectF(rect()), radius);
+}
+
+}  // namespace kovanix

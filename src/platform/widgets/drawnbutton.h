@@ -1,0 +1,126 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+#include <memory>
+#include <utility>
+
+namespace kovanix {
+
+/// A button that paints itself: a rounded face with a vertical gradient from backcolor1 to backcolor2 (while
+/// pressed from backcolorpushed1 to backcolorpushed2), the caption in forecolor, an optional icon, a focus
+/// ring that can be seen from arm's length, and a disabled state that can't be taken for an enabled one.
+///
+/// An icon stands above the caption where the button is high enough for both, else to its left; its iconSize
+/// is in design pixels and grows with the resizing container, never beyond the face. The size hint doesn't
+/// depend on the caption, so that no change of a text moves a neighbour.
+///
+/// Enter and Space press it while it has the focus, once per key press however long the key is held.
+class DrawnButton : public QAbstractButton {
+    Q_OBJECT
+    Q_PROPERTY(QString caption READ caption WRITE setCaption)
+    Q_PROPERTY(QColor backcolor1 READ backcolor1 WRITE setBackcolor1)
+    Q_PROPERTY(QColor backcolor2 READ backcolor2 WRITE setBackcolor2)
+    Q_PROPERTY(QColor backcolorpushed1 READ backcolorpushed1 WRITE setBackcolorpushed1)
+    Q_PROPERTY(QColor backcolorpushed2 READ backcolorpushed2 WRITE setBackcolorpushed2)
+    Q_PROPERTY(QColor forecolor READ forecolor WRITE setForecolor)
+    Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
+    Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
+    Q_PROPERTY(Qt::Alignment captionAlignment READ captionAlignment WRITE setCaptionAlignment)
+
+public:
+    explicit DrawnButton(QWidget* parent = nullptr);
+    ~DrawnButton() override;
+
+    const QString& caption() const { return m_caption; }
+    /// Painted as it stands; breaks into lines where it doesn't fit, and shrinks where the lines don't fit
+    /// either.
+    void setCaption(const QString& text);
+
+    QColor backcolor1() const { return m_backcolor1; }
+    void setBackcolor1(const QColor& color);
+    QColor backcolor2() const { return m_backcolor2; }
+    void setBackcolor2(const QColor& color);
+    QColor backcolorpushed1() const { return m_backcolorpushed1; }
+    void setBackcolorpushed1(const QColor& color);
+    QColor backcolorpushed2() const { return m_backcolorpushed2; }
+    void setBackcolorpushed2(const QColor& color);
+    QColor forecolor() const { return m_forecolor; }
+    void setForecolor(const QColor& color);
+
+    /// A short reminder of the key that presses the button ("F1"), small in a corner; empty for none.
+    const QString& keyHint() const { return m_keyHint; }
+    void setKeyHint(const QString& hint);
+
+    /// The caption's size in points; 0 (the start value) follows the widget's font. A fixed size isn't
+    /// touched by the resizing container.
+    int fontsize() const { return m_fontsize; }
+    void setFontsize(int points);
+
+    Qt::Alignment captionAlignment() const { return m_captionAlignment; }
+    void setCaptionAlignment(Qt::Alignment alignment);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    /// A mouse button (any) went down on the control, enabled or not clicked in the end.
+    void mousedown(Qt::MouseButton button);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    bool event(QEvent* event) override;
+
+    /// The colours of the face, top and bottom, before a disabled control's are muted.
+    virtual std::pair<QColor, QColor> faceColors(bool pressed) const;
+    double cornerRadius() const;
+
+private:
+    struct Arrangement;
+
+    void setColor(QColor& member, const QColor& color);
+    void arrange();
+    void nameAfterCaption();
+
+    QString m_caption;
+    QString m_keyHint;
+    QColor m_backcolor1;
+    QColor m_backcolor2;
+    QColor m_backcolorpushed1;
+    QColor m_backcolorpushed2;
+    QColor m_forecolor;
+    int m_fontsize = 0;
+    Qt::Alignment m_captionAlignment = Qt::AlignCenter;
+    QString m_givenName;  // the accessible name that follows the caption or tip
+    std::unique_ptr<Arrangement> m_arrangement;
+};
+
+/// The command button of the drawn family.
+class vkCommand : public DrawnButton {
+    Q_OBJECT
+public:
+    using DrawnButton::DrawnButton;
+};
+
+/// The toggle button of the drawn family; as long as it isn't checkable, a display that can be pressed.
+class vkToggleButton : public DrawnButton {
+    Q_OBJECT
+public:
+    using DrawnButton::DrawnButton;
+};
+
+/// The plain command button: one face colour. With an empty caption it shows as an open slot that waits to be
+/// filled.
+class CommandButton : public DrawnButton {
+    Q_OBJECT
+public:
+    using DrawnButton::DrawnButton;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    std::pair<QColor, QColor> faceColors(bool pressed) const override;
+};
+
+}  // namespace kovanix

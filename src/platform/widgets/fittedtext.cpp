@@ -1,0 +1,171 @@
+#include "widgets/fittedtext.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPen>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace kovanix {
+namespace {
+
+constexpr int smallestGlyphs = 7;
+// A third line is taken only before glyphs get smaller than this share of their size.
+constexpr double comfortableShare = 0.6;
+
+}  // namespace
+
+int FittedText::pixelSizeOf(const QFont& font, int dotsPerInch) {
+    if (font.pixelSize() > 0)
+        return font.pixelSize();
+    return std::max(1, static_cast<int>(std::lround(font.pointSizeF() * dotsPerInch / 72.0)));
+}
+
+void FittedText::fit(const QString& text, const QFont& font, int pixelSize, const QRectF& box,
+                     Qt::Alignment alignment, int maxLines) {
+    if (m_layout && text == m_text && pixelSize == m_wantedSize && box == m_box && alignment == m_alignment &&
+        maxLines == m_maxLines && font == m_font)
+        return;
+    m_text = text;
+    m_font = font;
+    m_wantedSize = pixelSize;
+    m_box = box;
+    m_alignment = alignment;
+    m_maxLines = maxLines;
+
+    QString shown = text.trimmed();
+    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    const int ownLines = static_cast<int>(shown.count(QLatin1Char('\n')));
+    shown.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
+    m_layout = std::make_unique<QTextLayout>(shown);
+    m_layout->setCacheEnabled(true);
+
+    const int lines = std::max(1, maxLines) + ownLines;
+    const int floor = std::min(smallestGlyphs, pixelSize);
+    const int comfortable = std::max(floor, static_cast<int>(std::ceil(pixelSize * comfortableShare)));
+    if (lines > 2 + ownLines && layOut(comfortable, 2 + ownLines, box.width(), QTextOption::WordWrap))
+        search(comfortable, pixelSize, 2 + ownLines);
+    else if (layOut(floor, lines, box.width(), QTextOption::WordWrap))
+        search(floor, pixelSize, lines);
+    else if (!layOut(floor, lines, box.width(), QTextOption::WrapAnywhere))
+        elide(floor, lines);
+    balance();
+    place();
+}
+
+bool FittedText::layOut(int pixelSize, int maxLines, double width, QTextOption::WrapMode wrap) {
+    QFont font = m_font;
+    font.setPixelSize(pixelSize);
+    m_layout->setFont(font);
+    m_layout->setTextOption(QTextOption(Qt::AlignLeft));
+    QTextOption option = m_layout->textOption();
+    option.setWrapMode(wrap);
+    m_layout->setTextOption(option);
+    m_fittedSize = pixelSize;
+
+    bool fits = true;
+    double height = 0;
+    int count = 0;
+    m_layout->beginLayout();
+    for (QTextLine line = m_layout->createLine(); line.isValid(); line = m_layout->createLine()) {
+        line.setLineWidth(std::max(1.0, width));
+        height += line.height();
+        if (++count > maxLines || line.naturalTextWidth() > width || height > m_box.height()) {
+            fits = false;
+            break;
+        }
+    }
+    m_layout->endLayout();
+    return fits;
+}
+
+void FittedText::search(int smallest, int largest, int maxLines) {
+    // The smallest is known to fit; the fit is monotonous enough for halving.
+    int best = smallest;
+    if (layOut(largest, maxLines, m_box.width(), QTextOption::WordWrap))
+        return;
+    while (largest - best > 1) {
+        const int middle = (best + largest) / 2;
+        if (layOut(middle, maxLines, m_box.width(), QTextOption::WordWrap))
+            best = middle;
+        else
+            largest = middle;
+    }
+    layOut(best, maxLines, m_box.width(), QTextOption::WordWrap);
+}
+
+void FittedText::balance() {
+    // "SATIŞ / İPTAL ET" reads better than "SATIŞ İPTAL / ET": the narrowest width that needs no further
+    // line.
+    const int lines = m_layout->lineCount();
+    if (lines < 2 || m_layout->textOption().wrapMode() != QTextOption::WordWrap)
+        return;
+    double narrow = m_box.width() / lines;
+    double wide = m_box.width();
+    while (wide - narrow > 2.0) {
+        const double middle = (narrow + wide) / 2;
+        if (layOut(m_fittedSize, lines, middle, QTextOption::WordWrap))
+            wide = middle;
+        else
+            narrow = middle;
+    }
+    layOut(m_fittedSize, lines, wide, QTextOption::WordWrap);
+}
+
+void FittedText::elide(int pixelSize, int maxLines) {
+    QFont font = m_font;
+    font.setPixelSize(pixelSize);
+    const QFontMetricsF metrics(font);
+    const QString whole = m_layout->text();
+    const int lines = std::clamp(static_cast<int>(m_box.height() / metrics.height()), 1, maxLines);
+    for (double share = 1.0; share > 0.2; share -= 0.1) {
+        m_layout->setText(metrics.elidedText(whole, Qt::ElideRight, m_box.width() * lines * share));
+        if (layOut(pixelSize, lines, m_box.width(), QTextOption::WrapAnywhere))
+            return;
+    }
+    // A box smaller than a letter: nothing that could be read would fit.
+    m_layout->setText({});
+    layOut(pixelSize, 1, m_box.width(), QTextOption::WrapAnywhere);
+}
+
+void FittedText::place() {
+    double height = 0;
+    double width = 0;
+    for (int i = 0; i < m_layout->lineCount(); ++i) {
+        height += m_layout->lineAt(i).height();
+        width = std::max(width, m_layout->lineAt(i).naturalTextWidth());
+    }
+    const auto start = [](double from, double room, double need, bool centre, bool end) {
+        return from + (centre ? (room - need) / 2 : end ? room - need : 0.0);
+    };
+    const bool centre = m_alignment.testFlag(Qt::AlignHCenter);
+    const bool right = m_alignment.testFlag(Qt::AlignRight);
+    const bool top = m_alignment.testFlag(Qt::AlignTop);
+    const bool bottom = m_alignment.testFlag(Qt::AlignBottom);
+    double y = start(m_box.top(), m_box.height(), height, !top && !bottom, bottom);
+    m_bounds = QRectF(start(m_box.left(), m_box.width(), width, centre, right), y, width, height);
+    for (int i = 0; i < m_layout->lineCount(); ++i) {
+        QTextLine line = m_layout->lineAt(i);
+        line.setPosition(
+            QPointF(start(m_box.left(), m_box.width(), line.naturalTextWidth(), centre, right), y));
+        y += line.height();
+    }
+}
+
+void FittedText::paint(QPainter& painter, const QColor& color, const QColor& halo) const {
+    if (!m_layout)
+        return;
+    if (halo.isValid()) {
+        static constexpr std::array<QPointF, 8> around{QPointF(-1, -1), QPointF(0, -1), QPointF(1, -1),
+                                                       QPointF(-1, 0),  QPointF(1, 0),  QPointF(-1, 1),
+                                                       QPointF(0, 1),   QPointF(1, 1)};
+        painter.setPen(halo);
+        for (const QPointF& offset : around)
+            m_layout->draw(&painter, offset);
+    }
+    painter.setPen(color);
+    m_layout->draw(&painter, QPointF(0, 0));
+}
+
+}  // namespace kovanix

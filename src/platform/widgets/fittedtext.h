@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QFont>
+#include <QRectF>
+#include <QString>
+#include <QTextLayout>
+#include <memory>
+
+class QPainter;
+
+namespace kovanix {
+
+/// A text fitted to a box and kept ready for painting: on one line where there is room, else broken at
+/// blanks, else with smaller glyphs, so that nothing of it is ever cut off. Working it out is done once for
+/// each text, font and box; painting again costs only the painting.
+class FittedText {
+public:
+    /// Works out where the glyphs stand; does nothing when none of the arguments changed.
+    /// @param box in device independent pixels. @param maxLines lines of its own in the text aren't counted.
+    void fit(const QString& text, const QFont& font, int pixelSize, const QRectF& box,
+             Qt::Alignment alignment, int maxLines);
+
+    /// What the glyphs of the last fit take of the box.
+    const QRectF& bounds() const { return m_bounds; }
+    /// The glyphs' size after fitting, in pixels; 0 before the first.
+    int pixelSize() const { return m_fittedSize; }
+    int lineCount() const { return m_layout ? m_layout->lineCount() : 0; }
+
+    /// Paints the last fit. A valid halo is painted around the glyphs.
+    void paint(QPainter& painter, const QColor& color, const QColor& halo = {}) const;
+
+    /// A font's size in pixels on a display of that many dots an inch, whichever way the font states it.
+    static int pixelSizeOf(const QFont& font, int dotsPerInch);
+
+private:
+    bool layOut(int pixelSize, int maxLines, double width, QTextOption::WrapMode wrap);
+    void search(int smallest, int largest, int maxLines);
+    void balance();
+    void elide(int pixelSize, int maxLines);
+    void place();
+
+    QString m_text;
+    QFont m_font;
+    int m_wantedSize = 0;
+    QRectF m_box;
+    Qt::Alignment m_alignment;
+    int m_maxLines = 0;
+
+    std::unique_ptr<QTextLayout> m_layout;
+    int m_fittedSize = 0;
+    QRectF m_bounds;
+};
+
+}  // namespace kovanix

@@ -1,0 +1,136 @@
+#include "widgets/image.h"
+
+#include <QEvent>
+#include <QImageReader>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include "widgets/face.h"
+
+namespace kovanix {
+namespace {
+
+constexpr QSize emptySize(48, 48);
+
+bool isVector(const QString& path) {
+    return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
+           path.endsWith(QStringLiteral(".svgz"), Qt::CaseInsensitive);
+}
+
+// The picture as large as it goes into that many device pixels, in proportion.
+QPixmap rendered(const QString& path, QSize room) {
+    if (isVector(path)) {
+        QSvgRenderer renderer(path);
+        if (!renderer.isValid())
+            return {};
+        const QSize target = renderer.defaultSize().scaled(room, Qt::KeepAspectRatio);
+        if (target.isEmpty())
+            return {};
+        QPixmap pixmap(target);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(target)));
+        return pixmap;
+    }
+    QImageReader reader(path);
+    reader.setAutoTransform(true);
+    const QImage image = reader.read();
+    if (image.isNull())
+        return {};
+    return QPixmap::fromImage(image.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+}
+
+}  // namespace
+
+Image::Image(QWidget* parent) : QWidget(parent) {
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void Image::setSource(const QString& path) {
+    if (m_source == path)
+        return;
+    m_source = path;
+    m_rendered = {};
+    m_failed = false;
+    updateGeometry();
+    update();
+}
+
+QSize Image::sizeHint() const {
+    QSize natural;
+    if (isVector(m_source))
+        natural = QSvgRenderer(m_source).defaultSize();
+    else if (!m_source.isEmpty())
+        natural = QImageReader(m_source).size();
+    if (natural.isEmpty())
+        natural = emptySize;
+    return (QSizeF(natural) * designScale(*this)).toSize();
+}
+
+bool Image::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTipChange &&
+        (accessibleName().isEmpty() || accessibleName() == m_givenName)) {
+        m_givenName = toolTip();
+        setAccessibleName(m_givenName);
+    }
+    return QWidget::event(event);
+}
+
+void Image::paintEvent(QPaintEvent*) {
+    if (m_source.isEmpty() || m_failed)
+        return;
+    const double ratio = devicePixelRatioF();
+    if (m_rendered.isNull() || m_rendered.devicePixelRatio() != ratio) {
+        m_rendered = rendered(m_source, (QSizeF(size()) * ratio).toSize());
+        m_rendered.setDevicePixelRatio(ratio);
+        m_failed = m_rendered.isNull();
+        if (m_failed)
+            return;
+    }
+    QPainter painter(this);
+    const QSizeF picture = m_rendered.deviceIndependentSize();
+    const QPointF corner((width() - picture.width()) / 2, (height() - picture.height()) / 2);
+    if (!isEnabled())
+        painter.setOpacity(0.35);
+    else if (m_down)
+        painter.setOpacity(0.62);
+    else if (underMouse())
+        painter.setOpacity(0.86);
+    painter.drawPixmap(corner, m_rendered);
+}
+
+void Image::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && !m_down) {
+        m_down = true;
+        update();
+    }
+    event->accept();
+}
+
+void Image::mouseReleaseEvent(QMouseEvent* event) {
+    event->accept();
+    if (event->button() != Qt::LeftButton || !m_down)
+        return;
+    m_down = false;
+    update();
+    if (rect().contains(event->position().toPoint()))
+        Q_EMIT clicked();
+}
+
+void Image::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_rendered = {};
+    m_failed = false;
+}
+
+void Image::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange) {
+        m_down = false;
+        update();
+    }
+}
+
+}  // namespace kovanix

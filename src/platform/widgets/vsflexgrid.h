@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QString>
+#include <vector>
+
+namespace kovanix {
+
+/// The ticket grid: cells of text in rows and columns, the first row a fixed heading, one current cell.
+///
+/// Cells are text and nothing else. Only rows that can be seen are painted, and setting a cell to the text
+/// that it holds costs nothing. A new grid has two rows and two columns. Rows and columns count from 0; a row
+/// or column that doesn't exist throws RuntimeError 381.
+class VSFlexGrid : public QAbstractScrollArea {
+    Q_OBJECT
+    Q_PROPERTY(int rowHeight READ rowHeight WRITE setRowHeight)
+
+public:
+    explicit VSFlexGrid(QWidget* parent = nullptr);
+
+    int rows() const;
+    /// Appends empty rows or drops rows at the end. A current row that is dropped becomes the last.
+    void setRows(int count);
+    int cols() const;
+    void setCols(int count);
+
+    QString textMatrix(int row, int column) const;
+    void setTextMatrix(int row, int column, const QString& text);
+
+    /// Empties every cell, the heading's included; rows, columns and widths stay.
+    void clear();
+    /// Takes a row out; those behind it move up. The heading can't be taken out: 381.
+    void removeItem(int row);
+
+    int row() const { return m_row; }
+    void setRow(int row);
+    int col() const { return m_col; }
+    void setCol(int column);
+
+    /// A column's share of the width in design pixels; 0 hides it, a negative one (the start value) takes
+    /// what the others leave. The columns always fill the view exactly: there is no horizontal scroll bar.
+    int colWidth(int column) const;
+    void setColWidth(int column, int pixels);
+
+    /// How a column's cells stand; the start value is Qt::AlignRight | Qt::AlignVCenter for columns from 3 on
+    /// and left for the others. Names too long for their cell end in an ellipsis.
+    Qt::Alignment colAlignment(int column) const;
+    void setColAlignment(int column, Qt::Alignment alignment);
+
+    /// Height of a row in pixels, the heading's too; 36 at start.
+    int rowHeight() const { return m_rowHeight; }
+    void setRowHeight(int pixels);
+
+    /// The row or column below a point of the viewport, as of the last mouse press; -1 outside of the cells.
+    int mouseRow() const { return m_mouseRow; }
+    int mouseCol() const { return m_mouseCol; }
+
+    /// Scrolls so that the row can be seen.
+    void ensureRowVisible(int row);
+
+Q_SIGNALS:
+    void mousedown(Qt::MouseButton button);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+private:
+    struct Column {
+        int width = -1;
+        Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    };
+
+    void check(int row, int column) const;
+    void checkRow(int row) const;
+    void checkColumn(int column) const;
+    void columnsChanged();
+    void layOutColumns() const;
+    void updateScrollBar();
+    void updateRow(int row);
+    int rowTop(int row) const;
+    QRect bodyBelow(int row) const;
+    QRect cellRect(int row, int column) const;
+    int nextShownColumn(int step) const;
+    void paintLine(QPainter& painter, int row, const QRect& line) const;
+    void paintTexts(QPainter& painter, int row, const QColor& color) const;
+
+    std::vector<std::vector<QString>> m_cells;
+    std::vector<Column> m_columns;
+    int m_row = 0;
+    int m_col = 0;
+    int m_mouseRow = -1;
+    int m_mouseCol = -1;
+    int m_rowHeight = 36;
+    QString m_givenName;  // the accessible name that follows the tip
+
+    // The columns' left edges in the viewport and its right one, worked out when asked for.
+    mutable std::vector<int> m_edges;
+    mutable double m_edgesScale = 1.0;
+};
+
+}  // namespace kovanix

@@ -1,0 +1,107 @@
+#include "databasefile.h"
+
+#include <QFile>
+#include <QSqlError>
+#include <QSqlRecord>
+#include <QUrl>
+#include <QUuid>
+#include <utility>
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+RawDatabase::RawDatabase(const QString& path, const QString& password, std::chrono::milliseconds busyTimeout)
+    : m_name(QUuid::createUuid().toString()) {
+    m_database = QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, m_name);
+    const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
+    m_database.setDatabaseName(u"file:"_s + escaped);
+    m_database.setPassword(password);
+    m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+    if (!m_database.open()) {
+        qFatal("%s", qUtf8Printable(m_database.lastError().text()));
+    }
+}
+
+RawDatabase::~RawDatabase() {
+    m_database.close();
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_name);
+}
+
+bool RawDatabase::run(const QString& sql) {
+    QSqlQuery query(m_database);
+    return query.exec(sql);
+}
+
+QStringList RawDatabase::rows(const QString& sql) {
+    QSqlQuery query(m_database);
+    query.setForwardOnly(true);
+    if (!query.exec(sql)) {
+        return {query.lastError().text()};
+    }
+    QStringList rows;
+    while (query.next()) {
+        QStringList fields;
+        for (int i = 0; i < query.record().count(); ++i) {
+            fields.append(query.isNull(i) ? u"NULL"_s : query.value(i).toString());
+        }
+        rows.append(fields.join(u'|'));
+    }
+    return rows;
+}
+
+void DatabaseFile::bothKinds() {
+    QTest::addColumn<QString>("password");
+    QTest::newRow(plain) << QString();
+    QTest::newRow(withPassword) << u"gizli şifre"_s;
+}
+
+DatabaseFile::DatabaseFile()
+    : DatabaseFile(*static_cast<QString*>(QTest::qData("password", QMetaType::QString))) {}
+
+DatabaseFile::DatabaseFile(const QString& password)
+    : m_path(m_folder.filePath(u"shop.data"_s)), m_password(password) {
+    QFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        qFatal("no file in the temporary folder");
+    }
+}
+
+QString DatabaseFile::source() const {
+    return m_password.isEmpty() ? u"SQLite"_s : u"SQLCipher"_s;
+}
+
+QString DatabaseFile::connectionString(const QString& path, const QString& password) {
+    const QString text =
+        u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + path + u";Persist Security Info=False"_s;
+    return password.isEmpty() ? text : QString(text + u";Jet OLEDB:Database Password="_s + password);
+}
+
+void DatabaseFile::execute(const QStringList& statements) const {
+    Connection connection;
+    connection.open(connectionString());
+    for (const QString& statement : statements) {
+        connection.execute(statement);
+    }
+}
+
+QStringList DatabaseFile::rows(const QString& sql) const {
+    return RawDatabase(m_path, m_password).rows(sql);
+}
+
+std::optional<RuntimeError> errorOf(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const RuntimeError& error) {
+        return error;
+    }
+    return std::nullopt;
+}
+
+QString wordsOf(const std::function<void()>& step) {
+    const std::optional<RuntimeError> error = errorOf(step);
+    return error ? error->description() : u"no error"_s;
+}
+
+}  // namespace kovanix

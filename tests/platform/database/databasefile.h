@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVariantList>
+#include <chrono>
+#include <functional>
+#include <optional>
+
+#include "database/connection.h"
+#include "runtime/runtimeerror.h"
+
+namespace kovanix {
+
+/// A connection of the toolkit, past everything of ours: the second opinion on what a file holds.
+class RawDatabase {
+public:
+    RawDatabase(const QString& path, const QString& password,
+                std::chrono::milliseconds busyTimeout = std::chrono::milliseconds(0));
+    ~RawDatabase();
+    RawDatabase(const RawDatabase&) = delete;
+    RawDatabase& operator=(const RawDatabase&) = delete;
+
+    QSqlDatabase& database() { return m_database; }
+
+    /// Runs one statement; false when it fails.
+    bool run(const QString& sql);
+
+    /// All rows of a select, the fields joined by "|", null as "NULL".
+    QStringList rows(const QString& sql);
+
+private:
+    QString m_name;
+    QSqlDatabase m_database;
+};
+
+/// A folder with one database file, plain or with a password, as a row of a test names it.
+class DatabaseFile {
+public:
+    static constexpr auto plain = "plain";
+    static constexpr auto withPassword = "password";
+
+    /// Adds the two rows "plain" and "password" to a test without columns of its own.
+    static void bothKinds();
+
+    /// Makes an empty file of the kind of the running test's row.
+    DatabaseFile();
+    explicit DatabaseFile(const QString& password);
+
+    QString folder() const { return m_folder.path(); }
+    const QString& path() const { return m_path; }
+    const QString& password() const { return m_password; }
+    QString source() const;
+    QString connectionString() const { return connectionString(m_path, m_password); }
+    static QString connectionString(const QString& path, const QString& password);
+
+    /// Executes statements in the system's SQL through a connection that is closed again.
+    void execute(const QStringList& statements) const;
+    /// The rows of a select, through a connection of the toolkit that is closed again.
+    QStringList rows(const QString& sql) const;
+
+private:
+    QTemporaryDir m_folder;
+    QString m_path;
+    QString m_password;
+};
+
+/// The error that a step throws; nothing when it doesn't.
+std::optional<RuntimeError> errorOf(const std::function<void()>& step);
+
+/// The description of the error that a step throws; "no error" when it doesn't.
+QString wordsOf(const std::function<void()>& step);
+
+}  // namespace kovanix

@@ -1,0 +1,307 @@
+#include <QFile>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlField>
+#include <QSqlIndex>
+#include <QSqlRecord>
+#include <memory>
+
+#include "databasefile.h"
+
+using namespace kovanix;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString password = u"gizli"_s;
+
+}  // namespace
+
+/// The driver by itself, as the toolkit uses it.
+class TestSqlCipher : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void encryptsTheFile();
+    void opensOlderFormats_data();
+    void opensOlderFormats();
+    void refusesToOpen_data();
+    void refusesToOpen();
+    void bindsByPosition();
+    void bindsByName();
+    void countsBindings();
+    void readsForwardOnly();
+    void readsInAnyDirection();
+    void reportsErrors();
+    void runsTransactions();
+    void describesTables();
+    void quotesNames();
+    void endsStatements();
+};
+
+void TestSqlCipher::encryptsTheFile() {
+    const DatabaseFile file(password);
+    {
+        RawDatabase raw(file.path(), password);
+        QVERIFY(raw.run(u"CREATE TABLE t (a)"_s) && raw.run(u"INSERT INTO t VALUES ('ordinary words')"_s));
+    }
+    QFile bytes(file.path());
+    QVERIFY(bytes.open(QIODevice::ReadOnly));
+    const QByteArray content = bytes.readAll();
+    QVERIFY(content.size() >= 1024);
+    QVERIFY(!content.startsWith("SQLite"));
+    QVERIFY(!content.contains("ordinary") && !content.contains("CREATE"));
+}
+
+void TestSqlCipher::opensOlderFormats_data() {
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QString>("rounds");
+    QTest::newRow("release 2") << QStringList{u"PRAGMA kdf_iter = 4000"_s} << u"4000"_s;
+    QTest::newRow("release 1") << QStringList{u"PRAGMA kdf_iter = 4000"_s, u"PRAGMA cipher_use_hmac = OFF"_s}
+                               << u"4000"_s;
+    QTest::newRow("default") << QStringList() << u"64000"_s;
+}
+
+void TestSqlCipher::opensOlderFormats() {
+    QFETCH(const QStringList, settings);
+    QFETCH(const QString, rounds);
+    const DatabaseFile file(password);
+    {
+        RawDatabase old(file.path(), password);
+        for (const QString& setting : settings) {
+            QVERIFY(old.run(setting));
+        }
+        QVERIFY(old.run(u"CREATE TABLE t (a)"_s) && old.run(u"INSERT INTO t VALUES ('eski')"_s));
+    }
+    for (int i = 1; i <= 2; ++i) {
+        // The file stays as it is: the second open finds the same format.
+        RawDatabase raw(file.path(), password);
+        QCOMPARE(raw.rows(u"PRAGMA kdf_iter"_s), QStringList{rounds});
+        QCOMPARE(raw.rows(u"SELECT count(*) FROM t"_s), QStringList{QString::number(i)});
+        QVERIFY(raw.run(u"INSERT INTO t VALUES ('yeni')"_s));
+    }
+    Connection connection;
+    const auto error =
+        errorOf([&] { connection.open(DatabaseFile::connectionString(file.path(), u"yanlış"_s)); });
+    QVERIFY(error);
+    QCOMPARE(error->description(), u"file is encrypted or is not a database"_s);
+}
+
+void TestSqlCipher::refusesToOpen_data() {
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("no password") << QString() << QString() << u"A password is required"_s;
+    QTest::newRow("wrong password") << u"Gizli"_s << QString() << u"file is encrypted or is not a database"_s;
+    QTest::newRow("unknown option") << password << u"QSQLITE_NO_SUCH"_s << u"QSQLITE_NO_SUCH"_s;
+    QTest::newRow("time-out that is no number")
+        << password << u"QSQLITE_BUSY_TIMEOUT=x"_s << u"QSQLITE_BUSY_TIMEOUT=x"_s;
+    QTest::newRow("right") << password << u" QSQLITE_OPEN_READONLY; QSQLITE_BUSY_TIMEOUT = 100 ;"_s
+                           << QString();
+}
+
+void TestSqlCipher::refusesToOpen() {
+    const DatabaseFile file(password);
+    QVERIFY(RawDatabase(file.path(), password).run(u"CREATE TABLE t (a)"_s));
+    const QString name = u"refuses"_s;
+    {
+        QFETCH(const QString, key);
+        QFETCH(const QString, options);
+        QFETCH(const QString, words);
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLCIPHER"_s, name);
+        database.setDatabaseName(file.path());
+        database.setPassword(key);
+        database.setConnectOptions(options);
+        QCOMPARE(database.open(), words.isEmpty());
+        QCOMPARE(database.lastError().databaseText(), words);
+        QCOMPARE(database.isOpen(), words.isEmpty());
+        QSqlQuery query(database);
+        QVERIFY(!query.exec(u"INSERT INTO t VALUES (1)"_s));
+        QCOMPARE(query.lastError().databaseText(),
+                 words.isEmpty() ? u"attempt to write a readonly database"_s : QString());
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
+void TestSqlCipher::bindsByPosition() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QVERIFY(raw.run(u"CREATE TABLE t (a, b, c)"_s));
+    QSqlQuery query(raw.database());
+    QVERIFY(query.prepare(u"INSERT INTO t VALUES (?, ?, ?)"_s));
+    for (int i = 1; i <= 3; ++i) {
+        query.addBindValue(i);
+        query.addBindValue(u"ş%1"_s.arg(i));
+        query.addBindValue(i == 2 ? QVariant() : QVariant(i / 2.0));
+        QVERIFY(query.exec());
+        QCOMPARE(query.numRowsAffected(), 1);
+        QCOMPARE(query.lastInsertId().toInt(), i);
+    }
+    QCOMPARE(raw.rows(u"SELECT * FROM t"_s), (QStringList{u"1|ş1|0.5"_s, u"2|ş2|NULL"_s, u"3|ş3|1.5"_s}));
+    QVERIFY(query.exec(u"UPDATE t SET a = 0"_s));
+    QCOMPARE(query.numRowsAffected(), 3);
+    QVERIFY(!query.isSelect());
+}
+
+void TestSqlCipher::bindsByName() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QSqlQuery query(raw.database());
+    QVERIFY(query.prepare(u"SELECT :b, ':x', :a, :b, [a?] FROM (SELECT 1 AS [a?])"_s));
+    query.bindValue(u":a"_s, u"ilk"_s);
+    query.bindValue(u":b"_s, 2);
+    QVERIFY(query.exec() && query.next());
+    QStringList values;
+    for (int i = 0; i < 5; ++i) {
+        values.append(query.value(i).toString());
+    }
+    QCOMPARE(values, (QStringList{u"2"_s, u":x"_s, u"ilk"_s, u"2"_s, u"1"_s}));
+}
+
+void TestSqlCipher::countsBindings() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QSqlQuery query(raw.database());
+    QVERIFY(query.prepare(u"SELECT ?, ?"_s));
+    query.addBindValue(1);
+    QVERIFY(!query.exec());
+    QCOMPARE(query.lastError().driverText(), u"Parameter count mismatch"_s);
+}
+
+void TestSqlCipher::readsForwardOnly() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QSqlQuery query(raw.database());
+    query.setForwardOnly(true);
+    QVERIFY(query.exec(
+        u"SELECT 1 AS a UNION ALL SELECT 'x' UNION ALL SELECT NULL UNION ALL SELECT 2.5 UNION ALL SELECT x'00ff'"_s));
+    QVERIFY(query.isSelect() && query.isActive());
+    QCOMPARE(query.size(), -1);
+    QVERIFY(!query.value(0).isValid());
+    QVERIFY(query.next());
+    QCOMPARE(query.value(u"a"_s), QVariant(1LL));
+    QCOMPARE(query.record().fieldName(0), u"a"_s);
+    QVERIFY(query.next());
+    QCOMPARE(query.value(0), QVariant(u"x"_s));
+    QVERIFY(!query.previous());
+    QVERIFY(query.next() && query.isNull(0) && query.next());
+    QCOMPARE(query.value(0), QVariant(2.5));
+    QVERIFY(query.next());
+    QCOMPARE(query.value(0), QVariant(QByteArray("\0\xff", 2)));
+    QVERIFY(!query.next());
+    QVERIFY(!query.next());
+    QCOMPARE(query.at(), int(QSql::AfterLastRow));
+    QVERIFY(query.exec(u"SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3"_s));
+    QVERIFY(query.last());
+    QCOMPARE(query.value(0).toInt(), 3);
+}
+
+void TestSqlCipher::readsInAnyDirection() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QSqlQuery query(raw.database());
+    QVERIFY(query.exec(u"SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3"_s));
+    const auto number = [&query] { return query.value(0).toInt(); };
+    QVERIFY(query.next() && query.next());
+    QCOMPARE(number(), 2);
+    QVERIFY(query.previous());
+    QCOMPARE(number(), 1);
+    QVERIFY(!query.previous());
+    QVERIFY(query.last());
+    QCOMPARE(number(), 3);
+    QVERIFY(!query.next());
+    QVERIFY(query.first());
+    QCOMPARE(number(), 1);
+    QVERIFY(query.seek(2));
+    QCOMPARE(number(), 3);
+    QVERIFY(!query.seek(3));
+    QVERIFY(query.last() && query.previous());
+    QCOMPARE(number(), 2);
+    QVERIFY(query.exec(u"SELECT 1 WHERE 0"_s));
+    QVERIFY(!query.first() && !query.last() && !query.next());
+}
+
+void TestSqlCipher::reportsErrors() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QVERIFY(raw.run(u"CREATE TABLE t (a UNIQUE)"_s) && raw.run(u"INSERT INTO t VALUES (1)"_s));
+    QSqlQuery query(raw.database());
+    QVERIFY(!query.prepare(u"SELECT yok FROM t"_s));
+    QCOMPARE(query.lastError().databaseText(), u"no such column: yok"_s);
+    QCOMPARE(query.lastError().nativeErrorCode(), u"1"_s);
+    QVERIFY(!query.exec(u"INSERT INTO t VALUES (1)"_s));
+    QCOMPARE(query.lastError().databaseText(), u"UNIQUE constraint failed: t.a"_s);
+    QCOMPARE(query.lastError().nativeErrorCode(), u"2067"_s);
+    QVERIFY(!query.exec(u"SELECT 1; SELECT 2"_s));
+    QVERIFY(query.exec(u"SELECT abs(-9223372036854775807 - a) FROM (SELECT 0 AS a UNION ALL SELECT 1)"_s));
+    QVERIFY(query.next());
+    QVERIFY(!query.next());
+    QCOMPARE(query.lastError().databaseText(), u"integer overflow"_s);
+    QVERIFY(query.exec(u"SELECT 1;  "_s) && query.next());
+    QVERIFY(!query.lastError().isValid());
+}
+
+void TestSqlCipher::runsTransactions() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QSqlDatabase& database = raw.database();
+    QVERIFY(database.driver()->hasFeature(QSqlDriver::Transactions));
+    QVERIFY(raw.run(u"CREATE TABLE t (a)"_s));
+    QVERIFY(database.transaction() && raw.run(u"INSERT INTO t VALUES (1)"_s) && database.rollback());
+    QVERIFY(database.transaction() && raw.run(u"INSERT INTO t VALUES (2)"_s) && database.commit());
+    QCOMPARE(raw.rows(u"SELECT a FROM t"_s), QStringList{u"2"_s});
+    QVERIFY(!database.commit());
+    QVERIFY(!database.lastError().databaseText().isEmpty());
+}
+
+void TestSqlCipher::describesTables() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QVERIFY(raw.run(
+        u"CREATE TABLE [t\"1] (no INTEGER PRIMARY KEY AUTOINCREMENT, a TEXT(50) NOT NULL, b DOUBLE DEFAULT 3)"_s));
+    QVERIFY(raw.run(u"CREATE VIEW v AS SELECT 1"_s));
+    QSqlDatabase& database = raw.database();
+    QCOMPARE(database.tables(), QStringList{u"t\"1"_s});
+    QCOMPARE(database.tables(QSql::Views), QStringList{u"v"_s});
+    QCOMPARE(database.tables(QSql::SystemTables), QStringList{u"sqlite_master"_s});
+    const QSqlRecord record = database.record(u"t\"1"_s);
+    QCOMPARE(record.count(), 3);
+    QCOMPARE(record.field(0).metaType(), QMetaType(QMetaType::LongLong));
+    QVERIFY(record.field(0).isAutoValue());
+    QCOMPARE(record.field(1).name(), u"a"_s);
+    QCOMPARE(record.field(1).metaType(), QMetaType(QMetaType::QString));
+    QCOMPARE(record.field(1).requiredStatus(), QSqlField::Required);
+    QCOMPARE(record.field(2).metaType(), QMetaType(QMetaType::Double));
+    QCOMPARE(record.field(2).defaultValue().toString(), u"3"_s);
+    QCOMPARE(database.primaryIndex(u"t\"1"_s).count(), 1);
+    QCOMPARE(database.primaryIndex(u"t\"1"_s).fieldName(0), u"no"_s);
+}
+
+void TestSqlCipher::quotesNames() {
+    const DatabaseFile file(password);
+    RawDatabase raw(file.path(), password);
+    QCOMPARE(raw.database().driver()->escapeIdentifier(u"a\"b"_s, QSqlDriver::FieldName), u"\"a\"\"b\""_s);
+}
+
+void TestSqlCipher::endsStatements() {
+    const DatabaseFile file(password);
+    auto raw = std::make_unique<RawDatabase>(file.path(), password);
+    QVERIFY(raw->run(u"CREATE TABLE t (a)"_s) && raw->run(u"INSERT INTO t VALUES (1)"_s) &&
+            raw->run(u"INSERT INTO t VALUES (2)"_s));
+    RawDatabase other(file.path(), password);
+    QSqlQuery query(raw->database());
+    query.setForwardOnly(true);
+    QVERIFY(query.exec(u"SELECT a FROM t"_s) && query.next());
+    QVERIFY(!other.run(u"BEGIN EXCLUSIVE"_s));
+    query.finish();
+    QVERIFY(other.run(u"BEGIN EXCLUSIVE"_s) && other.run(u"COMMIT"_s));
+    QVERIFY(query.exec() && query.next());
+    raw->database().close();
+    QVERIFY(!query.next());
+    QVERIFY(other.run(u"BEGIN EXCLUSIVE"_s));
+    query = QSqlQuery();
+    raw.reset();
+}
+
+QTEST_GUILESS_MAIN(TestSqlCipher)
+#include "test_sqlcipher.moc"

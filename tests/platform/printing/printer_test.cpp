@@ -1,0 +1,343 @@
+#include <unistd.h>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <future>
+#include <vector>
+
+#include "printing/printer.h"
+#include "runtime/runtimeerror.h"
+
+using namespace kovanix;
+
+namespace {
+
+QString output(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        return QStringLiteral("%1 failed: %2")
+            .arg(program, QString::fromUtf8(process.readAllStandardError()));
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+/// The lines that stand on the pages; runs of blanks count as one, pages are divided by a form feed.
+QStringList printedLines(const QString& file) {
+    QString text =
+        output(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), file, QStringLiteral("-")});
+    text.remove(QLatin1Char('\f'));
+    QStringList lines;
+    for (const QString& line : text.split(QLatin1Char('\n'))) {
+        if (!line.trimmed().isEmpty())
+            lines << line.simplified();
+    }
+    return lines;
+}
+
+int pageCount(const QString& file) {
+    const QString text = output(QStringLiteral("pdfinfo"), {file});
+    return QRegularExpression(QStringLiteral("Pages:\\s+(\\d+)")).match(text).captured(1).toInt();
+}
+
+/// Width and height of the first page in millimetres.
+QSizeF pageSize(const QString& file) {
+    const QString text = output(QStringLiteral("pdfinfo"), {file});
+    const auto match =
+        QRegularExpression(QStringLiteral("Page size:\\s+([\\d.]+) x ([\\d.]+) pts")).match(text);
+    return QSizeF(match.captured(1).toDouble(), match.captured(2).toDouble()) / 72 * 25.4;
+}
+
+/// The left edge of a word on the first page, in points.
+double leftEdgeOf(const QString& word, const QString& file) {
+    const QString text =
+        output(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), file, QStringLiteral("-")});
+    const QRegularExpression pattern(QStringLiteral("xMin=\"([\\d.]+)\"[^>]*>%1<").arg(word));
+    const auto match = pattern.match(text);
+    return match.hasMatch() ? match.captured(1).toDouble() : -1;
+}
+
+}  // namespace
+
+class PrinterTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty(),
+                 "pdftotext (package poppler-utils) is needed");
+    }
+
+    void init() {
+        m_dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_dir->isValid());
+        printInto(m_dir->filePath(QStringLiteral("slips")));
+    }
+
+    void texts_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("lines");
+        const QStringList two{QStringLiteral("bir"), QStringLiteral("iki")};
+        QTest::newRow("one line") << "bir" << QStringList{QStringLiteral("bir")};
+        QTest::newRow("CR LF") << "bir\r\niki" << two;
+        QTest::newRow("LF") << "bir\niki" << two;
+        QTest::newRow("CR") << "bir\riki" << two;
+        QTest::newRow("a break at the end") << "bir\r\niki\r\n" << two;
+        QTest::newRow("Turkish letters")
+            << QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi") << QStringList{QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi")};
+        QTest::newRow("letters that fonts join")
+            << "fi fl ffi ffl ofis tt" << QStringList{QStringLiteral("fi fl ffi ffl ofis tt")};
+        QTest::newRow("signs of mark-up stay text")
+            << "<b>A&B</b> 5 < 6 %1" << QStringList{QStringLiteral("<b>A&B</b> 5 < 6 %1")};
+        QTest::newRow("a receipt")
+            << QStringLiteral(
+                   "\r\n Tarih 05.03.2026\r\n Saat 14:07:09\r\nMüşteri :PEŞİN MÜŞTERİ\r\n\r\nKola 1 lt\r\n"
+                   "2,5 X 10,00 T.L. = 25,00 T.L.\r\n\r\n0 X 0,00 T.L. = 0,00 T.L.\r\n\r\n"
+                   "\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ")
+            << QStringList{QStringLiteral("Tarih 05.03.2026"),
+                           QStringLiteral("Saat 14:07:09"),
+                           QStringLiteral("Müşteri :PEŞİN MÜŞTERİ"),
+                           QStringLiteral("Kola 1 lt"),
+                           QStringLiteral("2,5 X 10,00 T.L. = 25,00 T.L."),
+                           QStringLiteral("0 X 0,00 T.L. = 0,00 T.L."),
+                           QStringLiteral("TOPLAM TUTAR : 25,00"),
+                           QStringLiteral("TEŞEKKÜR EDERİZ")};
+    }
+
+    void texts() {
+        QFETCH(QString, text);
+        print({text});
+        QTEST(printedLines(job(1)), "lines");
+        QCOMPARE(pageCount(job(1)), 1);
+    }
+
+    void printsPileUpToOneJob() {
+        print({QStringLiteral("bir"), QStringLiteral("iki")});
+        QCOMPARE(printedLines(job(1)), QStringList({QStringLiteral("bir"), QStringLiteral("iki")}));
+        QCOMPARE(jobs(), QStringList{QStringLiteral("0001.pdf")});
+    }
+
+    void tabsGoToStops() {
+        print({QStringLiteral("AAA\nBBB\tCCC\n0000000\tDDD\n00000000\tEEE\n\t\tFFF")});
+        const double start = leftEdgeOf(QStringLiteral("BBB"), job(1));
+        const double stop = leftEdgeOf(QStringLiteral("CCC"), job(1)) - start;
+        // Eight digits of a ten-point face are 35 to 55 points wide.
+        QVERIFY2(start > 0 && stop > 35 && stop < 55, qPrintable(QString::number(stop)));
+        const auto isAt = [&](const char* word, double where) {
+            return std::abs(leftEdgeOf(QString::fromLatin1(word), job(1)) - start - where) < 2;
+        };
+        QVERIFY(isAt("DDD", stop));
+        QVERIFY(isAt("EEE", 2 * stop));
+        QVERIFY(isAt("FFF", 2 * stop));
+    }
+
+    void longLinesBreak_data() {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("without a blank") << QString(500, QLatin1Char('W'));
+        QTest::newRow("of words") << QStringLiteral("sözcük ").repeated(71) + QStringLiteral("son");
+    }
+
+    void longLinesBreak() {
+        QFETCH(QString, text);
+        print({text});
+        const QStringList lines = printedLines(job(1));
+        QVERIFY(lines.size() > 5);
+        const QString joined = lines.join(text.contains(QLatin1Char(' ')) ? QStringLiteral(" ") : QString());
+        QCOMPARE(joined, text);
+    }
+
+    void manyLinesTakeSeveralPages() {
+        QStringList lines;
+        for (int i = 1; i <= 200; ++i)
+            lines << QStringLiteral("kalem %1").arg(i);
+        print({lines.join(QStringLiteral("\r\n"))});
+        QVERIFY(pageCount(job(1)) > 1);
+        QCOMPARE(printedLines(job(1)), lines);
+    }
+
+    void blankLinesAtTheEndTakeNoPage() {
+        print({QStringLiteral("bir") + QStringLiteral("\r\n").repeated(500)});
+        QCOMPARE(pageCount(job(1)), 1);
+    }
+
+    void everyPageCarriesText() {
+        // Whatever number of lines fills a page exactly is among these.
+        for (int count = 55; count <= 75; ++count) {
+            QStringList lines;
+            for (int i = 1; i <= count; ++i)
+                lines << QString::number(i);
+            print({lines.join(QLatin1Char('\n'))});
+            const QString file = m_dir->filePath(QStringLiteral("slips/") + jobs().last());
+            const QString text = output(QStringLiteral("pdftotext"), {file, QStringLiteral("-")});
+            const QStringList pages = text.split(QLatin1Char('\f'));
+            QCOMPARE(pages.size() - 1, pageCount(file));
+            for (int page = 0; page < pages.size() - 1; ++page)
+                QVERIFY(!pages.at(page).trimmed().isEmpty());
+        }
+    }
+
+    void theSlipIsARoll_data() {
+        QTest::addColumn<int>("lines");
+        QTest::addColumn<double>("shortest");
+        QTest::addColumn<double>("longest");
+        QTest::newRow("one line: 80 by 80") << 1 << 79.5 << 80.5;
+        QTest::newRow("thirty lines: longer") << 30 << 100.0 << 200.0;
+        QTest::newRow("two hundred lines: not endless") << 200 << 296.0 << 298.0;
+    }
+
+    void theSlipIsARoll() {
+        QFETCH(int, lines);
+        QFETCH(double, shortest);
+        QFETCH(double, longest);
+        print({QStringLiteral("kalem\n").repeated(lines)});
+        const QSizeF size = pageSize(job(1));
+        QVERIFY2(std::abs(size.width() - 80) < 0.5, qPrintable(QString::number(size.width())));
+        QVERIFY2(size.height() >= shortest && size.height() <= longest,
+                 qPrintable(QString::number(size.height())));
+    }
+
+    void numbersGoOn() {
+        print({QStringLiteral("bir")});
+        print({QStringLiteral("iki")});
+        QCOMPARE(jobs(), QStringList({QStringLiteral("0001.pdf"), QStringLiteral("0002.pdf")}));
+        QCOMPARE(printedLines(job(1)), QStringList{QStringLiteral("bir")});
+        QCOMPARE(printedLines(job(2)), QStringList{QStringLiteral("iki")});
+    }
+
+    void numbersGoOnBehindTheHighest() {
+        print({QStringLiteral("bir")});
+        QVERIFY(QFile::rename(job(1), job(41)));
+        print({QStringLiteral("iki")});
+        QCOMPARE(jobs(), QStringList({QStringLiteral("0041.pdf"), QStringLiteral("0042.pdf")}));
+    }
+
+    void printersAtOneTimeShareNoFile() {
+        constexpr int jobsEach = 20;
+        std::vector<std::future<void>> printing;
+        for (int i = 0; i < 4; ++i) {
+            printing.push_back(std::async(std::launch::async, [] {
+                for (int count = 0; count < jobsEach; ++count)
+                    print({QStringLiteral("bir")});
+            }));
+        }
+        for (std::future<void>& each : printing)
+            each.get();
+        QCOMPARE(jobs().size(), 4 * jobsEach);
+    }
+
+    void aDanglingLinkIsNotFollowed() {
+        QVERIFY(QDir().mkpath(m_dir->filePath(QStringLiteral("slips"))));
+        const QString target = m_dir->filePath(QStringLiteral("elsewhere"));
+        QVERIFY(QFile::link(target, job(1)));
+        print({QStringLiteral("bir")});
+        QVERIFY(!QFile::exists(target));
+        QCOMPARE(printedLines(job(2)), QStringList{QStringLiteral("bir")});
+    }
+
+    void otherFilesDoNotCount() {
+        QVERIFY(QDir().mkpath(m_dir->filePath(QStringLiteral("slips"))));
+        QFile other(m_dir->filePath(QStringLiteral("slips/abcd.pdf")));
+        QVERIFY(other.open(QIODevice::WriteOnly));
+        print({QStringLiteral("bir")});
+        QVERIFY(jobs().contains(QStringLiteral("0001.pdf")));
+    }
+
+    void aFullFolderFails() {
+        QVERIFY(QDir().mkpath(m_dir->filePath(QStringLiteral("slips"))));
+        QFile last(job(9999));
+        QVERIFY(last.open(QIODevice::WriteOnly));
+        QVERIFY(failure(QStringLiteral("bir")) != 0);
+        QCOMPARE(last.size(), 0);
+    }
+
+    void nothingPrintedMakesNoJob() {
+        Printer printer;
+        printer.endDocument();
+        QVERIFY(!QDir(m_dir->filePath(QStringLiteral("slips"))).exists());
+    }
+
+    void anEmptyTextIsABlankPage() {
+        print({QString()});
+        QCOMPARE(pageCount(job(1)), 1);
+        QCOMPARE(printedLines(job(1)), QStringList());
+    }
+
+    void theTextIsGoneAfterTheJob() {
+        Printer printer;
+        printer.print(QStringLiteral("bir"));
+        printer.endDocument();
+        printer.endDocument();
+        QCOMPARE(jobs(), QStringList{QStringLiteral("0001.pdf")});
+    }
+
+    void aFolderThatCannotBeMade() {
+        QFile file(m_dir->filePath(QStringLiteral("file")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        printInto(file.fileName() + QStringLiteral("/below"));
+        QCOMPARE(failure(QStringLiteral("bir")), RuntimeError::printerError);
+    }
+
+    void aFolderThatIsClosedToUs() {
+        if (geteuid() == 0)
+            QSKIP("the superuser writes anywhere");
+        QTemporaryDir closed;
+        QVERIFY(QFile::setPermissions(closed.path(), QFile::ReadOwner | QFile::ExeOwner));
+        printInto(closed.path());
+        QCOMPARE(failure(QStringLiteral("bir")), RuntimeError::printerError);
+        QVERIFY(QFile::setPermissions(closed.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+
+    void theTextIsGoneAfterAFailure() {
+        QFile file(m_dir->filePath(QStringLiteral("file")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        printInto(file.fileName());
+        Printer printer;
+        printer.print(QStringLiteral("bir"));
+        QVERIFY_THROWS_EXCEPTION(RuntimeError, printer.endDocument());
+        printInto(m_dir->filePath(QStringLiteral("slips")));
+        printer.endDocument();
+        QCOMPARE(jobs(), QStringList());
+        printer.print(QStringLiteral("iki"));
+        printer.endDocument();
+        QCOMPARE(printedLines(job(1)), QStringList{QStringLiteral("iki")});
+    }
+
+private:
+    static void printInto(const QString& folder) {
+        qputenv("KOVANIX_PRINTER", "pdf:" + QFile::encodeName(folder));
+    }
+
+    static void print(const QStringList& texts) {
+        Printer printer;
+        for (const QString& text : texts)
+            printer.print(text);
+        printer.endDocument();
+    }
+
+    /// The number of the error that printing a text ends in; 0 when it succeeds.
+    static int failure(const QString& text) {
+        try {
+            print({text});
+        } catch (const RuntimeError& error) {
+            return error.number();
+        }
+        return 0;
+    }
+
+    QString job(int number) const {
+        return m_dir->filePath(QStringLiteral("slips/%1.pdf").arg(number, 4, 10, QLatin1Char('0')));
+    }
+
+    QStringList jobs() const {
+        return QDir(m_dir->filePath(QStringLiteral("slips"))).entryList(QDir::Files, QDir::Name);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+QTEST_MAIN(PrinterTest)
+#include "printer_test.moc"

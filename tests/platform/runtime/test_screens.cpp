@@ -1,0 +1,318 @@
+#include <QApplication>
+#include <QDialog>
+#include <QPointer>
+#include <QTest>
+
+#include "runtime/runtimeerror.h"
+#include "runtime/screen.h"
+#include "runtime/screenregistry.h"
+
+using namespace kovanix;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList calls;
+
+class First : public Screen {
+public:
+    ~First() override { calls << QStringLiteral("first deleted"); }
+    void form_load() override { calls << QStringLiteral("first load"); }
+    void form_activate() override { calls << QStringLiteral("first activate"); }
+
+    int state = 0;
+};
+
+class Second : public Screen {
+public:
+    void form_load() override { calls << QStringLiteral("second load"); }
+    void form_activate() override { calls << QStringLiteral("second activate"); }
+};
+
+class ReachesBack : public Screen {
+public:
+    void form_load() override {
+        wasLoaded = loaded<ReachesBack>();
+        found = &kovanix::screen<ReachesBack>();
+        wasVisible = isVisible();
+        ++loads;
+    }
+
+    bool wasLoaded = false;
+    bool wasVisible = true;
+    ReachesBack* found = nullptr;
+    int loads = 0;
+};
+
+class LoadsAnother : public Screen {
+public:
+    void form_load() override { kovanix::screen<Second>(); }
+};
+
+class UnloadsItselfInLoad : public Screen {
+public:
+    void form_load() override { unload<UnloadsItselfInLoad>(); }
+};
+
+class FailsToLoad : public Screen {
+public:
+    FailsToLoad() { instances << this; }
+    void form_load() override {
+        if (fails)
+            throw RuntimeError(RuntimeError::typeMismatch, QStringLiteral("no"));
+    }
+
+    static inline bool fails = true;
+    static inline QList<QPointer<QObject>> instances;
+};
+
+void runPendingDeletes() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void activate(QWidget& window) {
+    QEvent event(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+void deactivate(QWidget& window) {
+    QEvent event(QEvent::WindowDeactivate);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+}  // namespace
+
+class TestScreens : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void loadsOnFirstTouchOnly();
+    void askingDoesNotLoad();
+    void loadMayReachBack();
+    void loadMayLoadAnother();
+    void unloadIsAtOnceAndDeletionLater();
+    void unloadedScreenIsHidden();
+    void freshStateAfterUnload();
+    void unloadingAndLoadingInOneEvent();
+    void unloadOfWhatIsNotLoaded();
+    void failedLoadIsTakenOut();
+    void screenMayUnloadItselfInLoad();
+    void clearDeletesAtOnce();
+    void activationRunsForTheFirstScreen();
+    void activationRunsWhenAnotherWasActive();
+    void activationDoesNotRunBehindADialog();
+    void activationRunsAfterADeletedScreen();
+    void activationOfAFreshInstance();
+    void shownWindowIsActivated();
+};
+
+void TestScreens::init() {
+    calls.clear();
+    FailsToLoad::fails = true;
+    FailsToLoad::instances.clear();
+}
+
+void TestScreens::cleanup() {
+    ScreenRegistry::clear();
+    runPendingDeletes();
+}
+
+void TestScreens::loadsOnFirstTouchOnly() {
+    First& first = screen<First>();
+    QCOMPARE(calls, QStringList{u"first load"_s});
+    QCOMPARE(&screen<First>(), &first);
+    QCOMPARE(calls, QStringList{u"first load"_s});
+    QVERIFY(!first.isVisible());
+    QVERIFY(first.isWindow());
+}
+
+void TestScreens::askingDoesNotLoad() {
+    QVERIFY(!loaded<First>());
+    QVERIFY(calls.isEmpty());
+    screen<First>();
+    QVERIFY(loaded<First>());
+    QVERIFY(!loaded<Second>());
+}
+
+void TestScreens::loadMayReachBack() {
+    ReachesBack& created = screen<ReachesBack>();
+    QVERIFY(created.wasLoaded);
+    QVERIFY(!created.wasVisible);
+    QCOMPARE(created.found, &created);
+    QCOMPARE(created.loads, 1);
+}
+
+void TestScreens::loadMayLoadAnother() {
+    screen<LoadsAnother>();
+    QVERIFY(loaded<LoadsAnother>());
+    QVERIFY(loaded<Second>());
+    QCOMPARE(calls, QStringList{u"second load"_s});
+}
+
+void TestScreens::unloadIsAtOnceAndDeletionLater() {
+    First& running = screen<First>();
+    const QPointer<First> first = &running;
+    unload<First>();
+    QVERIFY(!loaded<First>());
+    QVERIFY(!first.isNull());
+    running.state = 5;  // what stands behind an unload in one of its own procedures still runs
+    QCOMPARE(calls, QStringList{u"first load"_s});
+    runPendingDeletes();
+    QVERIFY(first.isNull());
+    QCOMPARE(calls, (QStringList{u"first load"_s, u"first deleted"_s}));
+}
+
+void TestScreens::unloadedScreenIsHidden() {
+    First& first = screen<First>();
+    first.show();
+    QVERIFY(first.isVisible());
+    unload<First>();
+    QVERIFY(!first.isVisible());
+}
+
+void TestScreens::freshStateAfterUnload() {
+    screen<First>().state = 5;
+    unload<First>();
+    runPendingDeletes();
+    QCOMPARE(screen<First>().state, 0);
+    QCOMPARE(calls, (QStringList{u"first load"_s, u"first deleted"_s, u"first load"_s}));
+}
+
+void TestScreens::unloadingAndLoadingInOneEvent() {
+    First& first = screen<First>();
+    const QPointer<First> old = &first;
+    first.state = 5;
+    unload<First>();
+    First& second = screen<First>();
+    const QPointer<First> fresh = &second;
+    QVERIFY(old != fresh);
+    QCOMPARE(second.state, 0);
+    runPendingDeletes();
+    QVERIFY(old.isNull());
+    QVERIFY(!fresh.isNull());
+    QCOMPARE(&screen<First>(), fresh.data());
+}
+
+void TestScreens::unloadOfWhatIsNotLoaded() {
+    screen<Second>();
+    unload<First>();
+    unload<First>();
+    QVERIFY(!loaded<First>());
+    QVERIFY(loaded<Second>());
+    QCOMPARE(calls, QStringList{u"second load"_s});
+}
+
+void TestScreens::failedLoadIsTakenOut() {
+    QVERIFY_THROWS_EXCEPTION(RuntimeError, screen<FailsToLoad>());
+    QVERIFY(!loaded<FailsToLoad>());
+    QCOMPARE(FailsToLoad::instances.size(), 1);
+    runPendingDeletes();
+    QVERIFY(FailsToLoad::instances[0].isNull());
+
+    FailsToLoad::fails = false;
+    screen<FailsToLoad>();
+    QVERIFY(loaded<FailsToLoad>());
+    QCOMPARE(FailsToLoad::instances.size(), 2);
+}
+
+void TestScreens::screenMayUnloadItselfInLoad() {
+    QPointer<UnloadsItselfInLoad> screenBehind = &screen<UnloadsItselfInLoad>();
+    QVERIFY(!screenBehind.isNull());  // the caller's reference holds to the end of the event
+    QVERIFY(!loaded<UnloadsItselfInLoad>());
+    runPendingDeletes();
+    QVERIFY(screenBehind.isNull());
+}
+
+void TestScreens::clearDeletesAtOnce() {
+    QPointer<First> first = &screen<First>();
+    QPointer<Second> second = &screen<Second>();
+    ScreenRegistry::clear();
+    QVERIFY(first.isNull());
+    QVERIFY(second.isNull());
+    QVERIFY(!loaded<First>());
+    QVERIFY(!loaded<Second>());
+    QCOMPARE(calls.count(QStringLiteral("first activate")), 0);
+}
+
+void TestScreens::activationRunsForTheFirstScreen() {
+    First& first = screen<First>();
+    calls.clear();
+    activate(first);
+    QCOMPARE(calls, QStringList{u"first activate"_s});
+}
+
+void TestScreens::activationRunsWhenAnotherWasActive() {
+    First& first = screen<First>();
+    Second& second = screen<Second>();
+    calls.clear();
+    activate(first);
+    deactivate(first);
+    activate(second);
+    deactivate(second);
+    activate(first);
+    QCOMPARE(calls, (QStringList{u"first activate"_s, u"second activate"_s, u"first activate"_s}));
+}
+
+void TestScreens::activationDoesNotRunBehindADialog() {
+    First& first = screen<First>();
+    calls.clear();
+    activate(first);
+    QDialog dialog(&first);
+    deactivate(first);
+    activate(dialog);
+    deactivate(dialog);
+    activate(first);
+    QCOMPARE(calls, QStringList{u"first activate"_s});
+}
+
+void TestScreens::activationRunsAfterADeletedScreen() {
+    First& first = screen<First>();
+    activate(first);
+    activate(screen<Second>());
+    unload<Second>();
+    runPendingDeletes();
+    calls.clear();
+    activate(first);
+    QCOMPARE(calls, QStringList{u"first activate"_s});
+}
+
+void TestScreens::activationOfAFreshInstance() {
+    activate(screen<First>());
+    unload<First>();
+    runPendingDeletes();
+    calls.clear();
+    activate(screen<First>());
+    QCOMPARE(calls, (QStringList{u"first load"_s, u"first activate"_s}));
+}
+
+void TestScreens::shownWindowIsActivated() {
+    First& first = screen<First>();
+    calls.clear();
+    first.show();
+    first.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&first));
+    QCOMPARE(calls, QStringList{u"first activate"_s});
+
+    QDialog dialog(&first);
+    dialog.show();
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    dialog.close();
+    first.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&first));
+    QCOMPARE(calls, QStringList{u"first activate"_s});
+
+    Second& second = screen<Second>();
+    second.show();
+    second.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&second));
+    first.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&first));
+    QCOMPARE(calls,
+             (QStringList{u"first activate"_s, u"second load"_s, u"second activate"_s, u"first activate"_s}));
+}
+
+QTEST_MAIN(TestScreens)
+#include "test_screens.moc"

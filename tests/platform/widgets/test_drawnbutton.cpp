@@ -1,0 +1,406 @@
+#include <QIcon>
+#include <QImage>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+#include <cstdlib>
+#include <functional>
+
+#include "paintcounter.h"
+#include "widgets/drawnbutton.h"
+
+using namespace kovanix;
+
+namespace {
+
+constexpr QSize buttonSize(120, 60);
+
+QImage picture(QWidget& control) {
+    return control.grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+bool near(const QColor& one, const QColor& other, int tolerance) {
+    return std::abs(one.red() - other.red()) <= tolerance &&
+           std::abs(one.green() - other.green()) <= tolerance &&
+           std::abs(one.blue() - other.blue()) <= tolerance;
+}
+
+// Two face colours that no shading of ours could turn into one another.
+void dress(DrawnButton& button) {
+    button.resize(buttonSize);
+    button.setBackcolor1(QColor(0xFF, 0xFF, 0x00));
+    button.setBackcolor2(QColor(0x00, 0xA0, 0x00));
+    button.setBackcolorpushed1(QColor(0x00, 0x00, 0xFF));
+    button.setBackcolorpushed2(QColor(0xFF, 0x00, 0x00));
+}
+
+int inkCount(const QImage& image, const QColor& ink) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += near(image.pixelColor(x, y), ink, 40) ? 1 : 0;
+    }
+    return count;
+}
+
+}  // namespace
+
+class TestDrawnButton : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void facesByState_data() {
+        QTest::addColumn<bool>("down");
+        QTest::addColumn<QColor>("top");
+        QTest::addColumn<QColor>("bottom");
+        QTest::newRow("at rest") << false << QColor(0xFF, 0xFF, 0x00) << QColor(0x00, 0xA0, 0x00);
+        QTest::newRow("pressed") << true << QColor(0x00, 0x00, 0xFF) << QColor(0xFF, 0x00, 0x00);
+    }
+    void facesByState() {
+        QFETCH(bool, down);
+        QFETCH(QColor, top);
+        QFETCH(QColor, bottom);
+        vkCommand button;
+        dress(button);
+        button.setDown(down);
+        const QImage image = picture(button);
+        QVERIFY2(near(image.pixelColor(60, 5), top, 40), qPrintable(image.pixelColor(60, 5).name()));
+        QVERIFY2(near(image.pixelColor(60, 55), bottom, 40), qPrintable(image.pixelColor(60, 55).name()));
+    }
+
+    void checkedToggleShowsPressed() {
+        vkToggleButton button;
+        dress(button);
+        button.setCheckable(true);
+        button.setChecked(true);
+        QVERIFY(near(picture(button).pixelColor(60, 55), QColor(0xFF, 0x00, 0x00), 40));
+    }
+
+    void pressIsSeenWithEqualColours() {
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setBackcolorpushed1(button.backcolor1());
+        button.setBackcolorpushed2(button.backcolor2());
+        const QImage rest = picture(button);
+        button.setDown(true);
+        QVERIFY(rest != picture(button));
+    }
+
+    void disabledFaceIsPale() {
+        vkCommand button;
+        dress(button);
+        button.setCaption(QStringLiteral("KAYDET"));
+        button.setForecolor(Qt::black);
+        const QColor enabled = picture(button).pixelColor(20, 55);
+        button.setEnabled(false);
+        const QImage image = picture(button);
+        const QColor disabled = image.pixelColor(20, 55);
+        QVERIFY2(disabled.hslSaturation() * 3 < enabled.hslSaturation(), qPrintable(disabled.name()));
+        QCOMPARE(inkCount(image, Qt::black), 0);
+    }
+
+    void disabledCaptionIsLegible_data() {
+        QTest::addColumn<QColor>("face");
+        QTest::addColumn<QColor>("ink");
+        QTest::newRow("dark on light") << QColor(Qt::white) << QColor(Qt::black);
+        QTest::newRow("light on dark") << QColor(Qt::black) << QColor(Qt::white);
+        QTest::newRow("white on red") << QColor(Qt::red) << QColor(Qt::white);
+    }
+    void disabledCaptionIsLegible() {
+        QFETCH(QColor, face);
+        QFETCH(QColor, ink);
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setBackcolor1(face);
+        button.setBackcolor2(face);
+        button.setForecolor(ink);
+        button.setFontsize(30);
+        button.setCaption(QStringLiteral("███"));
+        button.setEnabled(false);
+        const QImage image = picture(button);
+        const int ground = qGray(image.pixel(20, 54));
+        const int glyph = qGray(image.pixel(60, 30));
+        QVERIFY2(std::abs(ground - glyph) >= 40,
+                 qPrintable(QStringLiteral("%1 on %2").arg(glyph).arg(ground)));
+    }
+
+    void ampersandIsALetter() {
+        vkCommand raw;
+        vkCommand underlined;
+        for (vkCommand* button : {&raw, &underlined})
+            dress(*button);
+        raw.setCaption(QStringLiteral("A&B"));
+        underlined.setCaption(QStringLiteral("AB"));
+        const QImage rawImage = picture(raw);
+        QVERIFY(rawImage != picture(underlined));
+        QVERIFY(inkCount(rawImage, raw.forecolor()) > inkCount(picture(underlined), raw.forecolor()));
+        QCOMPARE(raw.caption(), QStringLiteral("A&B"));
+        QCOMPARE(raw.shortcut(), QKeySequence());
+    }
+
+    void captionStaysOffTheBorder_data() {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<int>("fontsize");
+        QTest::newRow("long words") << QStringLiteral("KAYDET VE YAZDIR VE ARDINDAN KAPAT") << 0;
+        QTest::newRow("one long word") << QStringLiteral("MUVAFFAKIYETSIZLESTIRICILESTIRIVEREBILECEK") << 0;
+        QTest::newRow("huge total") << QStringLiteral("123.456.789,00") << 120;
+        QTest::newRow("huge short total") << QStringLiteral("0,00") << 120;
+        QTest::newRow("more than can be read") << QString(600, QLatin1Char('W')) << 0;
+        QTest::newRow("lines of its own") << QStringLiteral("1\n2\n3\n4\n5") << 0;
+    }
+    void captionStaysOffTheBorder() {
+        QFETCH(QString, caption);
+        QFETCH(int, fontsize);
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setForecolor(Qt::red);
+        button.setBackcolor1(Qt::white);
+        button.setBackcolor2(Qt::white);
+        button.setFontsize(fontsize);
+        button.setCaption(caption);
+        const QImage image = picture(button);
+        int inside = 0;
+        int outside = 0;
+        const QRect middle = image.rect().adjusted(4, 3, -4, -3);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor pixel = image.pixelColor(x, y);
+                if (pixel.red() - pixel.green() > 60)
+                    ++(middle.contains(x, y) ? inside : outside);
+            }
+        }
+        QVERIFY(inside > 20);
+        QCOMPARE(outside, 0);
+        QCOMPARE(button.fontsize(), fontsize);
+    }
+
+    void captionAlignment_data() {
+        QTest::addColumn<Qt::Alignment>("alignment");
+        QTest::addColumn<int>("third");
+        QTest::newRow("left") << Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter) << 0;
+        QTest::newRow("centre") << Qt::Alignment(Qt::AlignCenter) << 1;
+        QTest::newRow("right") << Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter) << 2;
+    }
+    void captionAlignment() {
+        QFETCH(Qt::Alignment, alignment);
+        QFETCH(int, third);
+        vkToggleButton button;
+        button.resize(300, 60);
+        button.setForecolor(Qt::red);
+        button.setCaption(QStringLiteral("HH"));
+        button.setCaptionAlignment(alignment);
+        const QImage image = picture(button);
+        for (int part = 0; part < 3; ++part)
+            QCOMPARE(inkCount(image.copy(100 * part, 0, 100, 60), Qt::red) > 0, part == third);
+    }
+
+    void keyHintIsPaintedAndMovesNoText() {
+        vkCommand button;
+        dress(button);
+        button.setCaption(QStringLiteral("X"));
+        const QImage without = picture(button);
+        button.setKeyHint(QStringLiteral("F1"));
+        const QImage with = picture(button);
+        QVERIFY(without.copy(0, 0, 40, 25) != with.copy(0, 0, 40, 25));
+        QCOMPARE(with.copy(40, 25, 80, 35), without.copy(40, 25, 80, 35));
+    }
+
+    void iconIsPainted_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QPoint>("place");
+        QTest::newRow("left of the caption") << QSize(160, 44) << QStringLiteral("BUL") << QPoint(20, 22);
+        QTest::newRow("above the caption") << QSize(100, 110) << QStringLiteral("BUL") << QPoint(50, 40);
+        QTest::newRow("alone") << QSize(100, 60) << QString() << QPoint(50, 30);
+    }
+    void iconIsPainted() {
+        QFETCH(QSize, size);
+        QFETCH(QString, caption);
+        QFETCH(QPoint, place);
+        QPixmap icon(32, 32);
+        icon.fill(Qt::magenta);
+        vkCommand button;
+        button.resize(size);
+        button.setIcon(QIcon(icon));
+        button.setIconSize(QSize(28, 28));
+        button.setCaption(caption);
+        QVERIFY(near(picture(button).pixelColor(place), Qt::magenta, 5));
+    }
+
+    void sameValuesDontRepaint_data() {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<QVariant>("other");
+        QTest::newRow("caption") << QByteArray("caption") << QVariant(QStringLiteral("B"));
+        QTest::newRow("backcolor1") << QByteArray("backcolor1") << QVariant(QColor(1, 2, 3));
+        QTest::newRow("backcolor2") << QByteArray("backcolor2") << QVariant(QColor(1, 2, 3));
+        QTest::newRow("backcolorpushed1") << QByteArray("backcolorpushed1") << QVariant(QColor(1, 2, 3));
+        QTest::newRow("backcolorpushed2") << QByteArray("backcolorpushed2") << QVariant(QColor(1, 2, 3));
+        QTest::newRow("forecolor") << QByteArray("forecolor") << QVariant(QColor(1, 2, 3));
+        QTest::newRow("keyHint") << QByteArray("keyHint") << QVariant(QStringLiteral("F2"));
+        QTest::newRow("fontsize") << QByteArray("fontsize") << QVariant(20);
+    }
+    void sameValuesDontRepaint() {
+        QFETCH(QByteArray, property);
+        QFETCH(QVariant, other);
+        vkCommand button;
+        dress(button);
+        button.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        QCoreApplication::processEvents();
+        PaintCounter paints(button);
+        button.setProperty(property.constData(), button.property(property.constData()));
+        QCoreApplication::processEvents();
+        QCOMPARE(paints.count(), 0);
+        button.setProperty(property.constData(), other);
+        QTRY_COMPARE(paints.count(), 1);
+        QCOMPARE(button.property(property.constData()), other);
+    }
+
+    void keysPress_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("presses");
+        QTest::newRow("enter") << int(Qt::Key_Return) << 1;
+        QTest::newRow("keypad enter") << int(Qt::Key_Enter) << 1;
+        QTest::newRow("space") << int(Qt::Key_Space) << 1;
+        QTest::newRow("letter") << int(Qt::Key_A) << 0;
+        QTest::newRow("escape") << int(Qt::Key_Escape) << 0;
+    }
+    void keysPress() {
+        QFETCH(int, key);
+        QFETCH(int, presses);
+        vkCommand button;
+        const QSignalSpy clicked(&button, &QAbstractButton::clicked);
+        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&button, &down);
+        for (int i = 0; i < 5; ++i) {
+            QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(&button, &up);
+            QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(&button, &held);
+        }
+        QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&button, &up);
+        QCOMPARE(clicked.count(), presses);
+        QVERIFY(!button.isDown());
+    }
+
+    void disabledStaysDead() {
+        vkCommand button;
+        button.setEnabled(false);
+        const QSignalSpy clicked(&button, &QAbstractButton::clicked);
+        button.click();
+        QTest::keyClick(&button, Qt::Key_Return);
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicked.count(), 0);
+    }
+
+    void mouseButtons_data() {
+        QTest::addColumn<Qt::MouseButton>("mouse");
+        QTest::addColumn<int>("clicks");
+        QTest::newRow("left") << Qt::LeftButton << 1;
+        QTest::newRow("right") << Qt::RightButton << 0;
+        QTest::newRow("middle") << Qt::MiddleButton << 0;
+    }
+    void mouseButtons() {
+        QFETCH(Qt::MouseButton, mouse);
+        QFETCH(int, clicks);
+        vkToggleButton button;
+        button.resize(buttonSize);
+        const QSignalSpy clicked(&button, &QAbstractButton::clicked);
+        const QSignalSpy down(&button, &DrawnButton::mousedown);
+        QTest::mouseClick(&button, mouse);
+        QCOMPARE(down.count(), 1);
+        QCOMPARE(down.at(0).at(0).value<Qt::MouseButton>(), mouse);
+        QCOMPARE(clicked.count(), clicks);
+    }
+
+    void mayBeDeletedByItsOwnMouseDown_data() {
+        QTest::addColumn<Qt::MouseButton>("mouse");
+        QTest::newRow("left") << Qt::LeftButton;
+        QTest::newRow("right") << Qt::RightButton;
+    }
+    void mayBeDeletedByItsOwnMouseDown() {
+        QFETCH(Qt::MouseButton, mouse);
+        auto* button = new vkToggleButton;
+        const QPointer<vkToggleButton> alive(button);
+        connect(button, &DrawnButton::mousedown, button, [button] { delete button; });
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(2, 2), mouse, mouse,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(button, &press);
+        QVERIFY(!alive);
+    }
+
+    void accessibleNameFollows() {
+        vkCommand button;
+        button.setToolTip(QStringLiteral("tip"));
+        QCOMPARE(button.accessibleName(), QStringLiteral("tip"));
+        button.setCaption(QStringLiteral(" KAYDET"));
+        QCOMPARE(button.accessibleName(), QStringLiteral("KAYDET"));
+        button.setAccessibleName(QStringLiteral("own"));
+        button.setCaption(QStringLiteral("NAKIT"));
+        QCOMPARE(button.accessibleName(), QStringLiteral("own"));
+    }
+
+    void sizeHintIsFreeOfTheCaption() {
+        vkCommand button;
+        const QSize empty = button.sizeHint();
+        QVERIFY(button.minimumSizeHint().height() >= 44);
+        button.setCaption(QStringLiteral("a very long caption indeed"));
+        QCOMPARE(button.sizeHint(), empty);
+    }
+
+    void emptyCommandButtonIsAnOpenSlot_data() {
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("enabled") << true;
+        QTest::newRow("disabled") << false;
+    }
+    void emptyCommandButtonIsAnOpenSlot() {
+        QFETCH(bool, enabled);
+        CommandButton button;
+        button.resize(buttonSize);
+        button.setBackcolor1(Qt::red);
+        button.setEnabled(enabled);
+        const QColor empty = picture(button).pixelColor(60, 30);
+        QVERIFY2(near(empty, button.palette().color(QPalette::Active, QPalette::Window), 30),
+                 qPrintable(empty.name()));
+        // Dashes: the outline has more than one tone along its upper edge.
+        const QImage image = picture(button);
+        int darkest = 255;
+        int lightest = 0;
+        for (int x = 20; x < 100; ++x) {
+            darkest = std::min(darkest, qGray(image.pixel(x, 1)));
+            lightest = std::max(lightest, qGray(image.pixel(x, 1)));
+        }
+        QVERIFY(lightest - darkest > 10);
+        button.setCaption(QStringLiteral("."));
+        button.setEnabled(true);
+        QVERIFY(near(picture(button).pixelColor(20, 20), Qt::red, 20));
+    }
+
+    void focusRingShows() {
+        QWidget window;
+        auto* layout = new QVBoxLayout(&window);
+        auto* light = new vkCommand(&window);
+        auto* dark = new vkCommand(&window);
+        dark->setBackcolor1(Qt::black);
+        dark->setBackcolor2(Qt::black);
+        for (vkCommand* button : {light, dark})
+            layout->addWidget(button);
+        window.resize(200, 200);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (vkCommand* button : {light, dark}) {
+            button->clearFocus();
+            const QColor without = picture(*button).pixelColor(1, button->height() / 2);
+            button->setFocus();
+            QVERIFY(button->hasFocus());
+            const QColor with = picture(*button).pixelColor(1, button->height() / 2);
+            QVERIFY2(std::abs(with.blue() - without.blue()) + std::abs(with.red() - without.red()) > 120,
+                     qPrintable(with.name() + without.name()));
+        }
+    }
+};
+
+QTEST_MAIN(TestDrawnButton)
+#include "test_drawnbutton.moc"

@@ -1,0 +1,246 @@
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+#include <vector>
+
+#include "widgets/keyfilter.h"
+
+using namespace kovanix;
+
+Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
+
+namespace {
+
+void send(QWidget& field, int key, const QString& text, Qt::KeyboardModifiers modifiers = {},
+          bool repeated = false) {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers, text, repeated);
+    QCoreApplication::sendEvent(&field, &event);
+}
+
+}  // namespace
+
+class TestKeyFilter : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void stages_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<int>("down");
+        QTest::addColumn<int>("code");  // -1: never reaches the press stage
+        const Qt::KeyboardModifiers none;
+        const auto row = [](const char* name, int key, const QString& text, Qt::KeyboardModifiers modifiers,
+                            int down,
+                            int code) { QTest::newRow(name) << key << text << modifiers << down << code; };
+        row("digit", Qt::Key_5, QStringLiteral("5"), none, Qt::Key_5, '5');
+        row("keypad digit", Qt::Key_5, QStringLiteral("5"), Qt::KeypadModifier, Qt::Key_5, '5');
+        row("shifted letter", Qt::Key_A, QStringLiteral("A"), Qt::ShiftModifier, Qt::Key_A, 'A');
+        row("Turkish letter", 0x15F, QStringLiteral("ş"), none, 0x15F, 0x15F);
+        row("letter beyond the basic plane", 0, QStringLiteral("😀"), none, 0, 0x1F600);
+        row("AltGr letter", Qt::Key_Q, QStringLiteral("@"), Qt::ControlModifier | Qt::AltModifier, Qt::Key_Q,
+            '@');
+        row("enter", Qt::Key_Return, QStringLiteral("\r"), none, Qt::Key_Return, 13);
+        row("keypad enter", Qt::Key_Enter, QStringLiteral("\r"), Qt::KeypadModifier, Qt::Key_Return, 13);
+        row("enter without a text", Qt::Key_Return, QString(), none, Qt::Key_Return, 13);
+        row("backspace", Qt::Key_Backspace, QStringLiteral("\b"), none, Qt::Key_Backspace, 8);
+        row("tab", Qt::Key_Tab, QStringLiteral("\t"), none, Qt::Key_Tab, 9);
+        row("paste by key", Qt::Key_V, QStringLiteral("\x16"), Qt::ControlModifier, Qt::Key_V, 22);
+        row("select all, text missing", Qt::Key_A, QString(), Qt::ControlModifier, Qt::Key_A, 1);
+        row("escape", Qt::Key_Escape, QStringLiteral("\x1b"), none, Qt::Key_Escape, 27);
+        row("delete", Qt::Key_Delete, QStringLiteral("\x7f"), none, Qt::Key_Delete, -1);
+        row("left", Qt::Key_Left, QString(), none, Qt::Key_Left, -1);
+        row("F1", Qt::Key_F1, QString(), none, Qt::Key_F1, -1);
+        row("alt letter", Qt::Key_X, QStringLiteral("x"), Qt::AltModifier, Qt::Key_X, -1);
+    }
+    void stages() {
+        QFETCH(int, key);
+        QFETCH(QString, text);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(int, down);
+        QFETCH(int, code);
+        QLineEdit field;
+        std::vector<int> downs;
+        std::vector<int> codes;
+        new KeyFilter(
+            field, [&](int pressed) { downs.push_back(pressed); },
+            [&](int pressed) {
+                codes.push_back(pressed);
+                return 0;
+            });
+        send(field, key, text, modifiers);
+        QCOMPARE(downs, std::vector<int>{down});
+        QCOMPARE(codes, code < 0 ? std::vector<int>{} : std::vector<int>{code});
+    }
+
+    void digitsOnly_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("result");  // of a field that holds "12" with its cursor behind the 1
+        QTest::newRow("digit passes") << int(Qt::Key_3) << QStringLiteral("3") << QStringLiteral("132");
+        QTest::newRow("comma passes") << int(Qt::Key_Comma) << QStringLiteral(",") << QStringLiteral("1,2");
+        QTest::newRow("letter drops") << int(Qt::Key_A) << QStringLiteral("a") << QStringLiteral("12");
+        QTest::newRow("dot drops") << int(Qt::Key_Period) << QStringLiteral(".") << QStringLiteral("12");
+        QTest::newRow("blank drops") << int(Qt::Key_Space) << QStringLiteral(" ") << QStringLiteral("12");
+        QTest::newRow("backspace passes")
+            << int(Qt::Key_Backspace) << QStringLiteral("\b") << QStringLiteral("2");
+        QTest::newRow("delete passes")
+            << int(Qt::Key_Delete) << QStringLiteral("\x7f") << QStringLiteral("1");
+        QTest::newRow("Arabic digit drops") << 0 << QStringLiteral("٣") << QStringLiteral("12");
+    }
+    void digitsOnly() {
+        QFETCH(int, key);
+        QFETCH(QString, text);
+        QFETCH(QString, result);
+        QLineEdit field(QStringLiteral("12"));
+        field.setCursorPosition(1);
+        new KeyFilter(field, {}, onlyCharacters(u",0123456789"));
+        send(field, key, text);
+        QCOMPARE(field.text(), result);
+    }
+
+    void onlyCharactersTable_data() {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("result");
+        QTest::newRow("first control") << 1 << 1;
+        QTest::newRow("last control") << 26 << 26;
+        QTest::newRow("escape") << 27 << 0;
+        QTest::newRow("allowed") << int('7') << int('7');
+        QTest::newRow("not allowed") << int('x') << 0;
+    }
+    void onlyCharactersTable() {
+        QFETCH(int, code);
+        QFETCH(int, result);
+        QCOMPARE(onlyCharacters(u"7")(code), result);
+    }
+
+    void droppedEnterPressesNothing() {
+        QLineEdit field;
+        const QSignalSpy entered(&field, &QLineEdit::returnPressed);
+        QPointer<KeyFilter> filter = new KeyFilter(field, {}, [](int code) { return code == 13 ? 0 : code; });
+        send(field, Qt::Key_Return, QStringLiteral("\r"));
+        QCOMPARE(entered.count(), 0);
+        delete filter;
+        send(field, Qt::Key_Return, QStringLiteral("\r"));
+        QCOMPARE(entered.count(), 1);
+    }
+
+    void droppedKeyReachesNoParent() {
+        QWidget window;
+        QLineEdit field(&window);
+        int reached = 0;
+        struct Watch : QObject {
+            int& count;
+            explicit Watch(int& counter) : count(counter) {}
+            bool eventFilter(QObject*, QEvent* event) override {
+                count += event->type() == QEvent::KeyPress ? 1 : 0;
+                return false;
+            }
+        } watch(reached);
+        window.installEventFilter(&watch);
+        new KeyFilter(field, {}, [](int) { return 0; });
+        send(field, Qt::Key_Return, QStringLiteral("\r"));
+        QCOMPARE(reached, 0);
+    }
+
+    void replacedCharacter_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("becomes");
+        QTest::addColumn<QString>("result");
+        QTest::newRow("i becomes İ") << QStringLiteral("i") << 0x130 << QStringLiteral("aİb");
+        QTest::newRow("dot becomes comma") << QStringLiteral(".") << int(',') << QStringLiteral("a,b");
+        QTest::newRow("beyond the basic plane") << QStringLiteral("x") << 0x1F600 << QStringLiteral("a😀b");
+        QTest::newRow("becomes backspace") << QStringLiteral("x") << 8 << QStringLiteral("b");
+    }
+    void replacedCharacter() {
+        QFETCH(QString, typed);
+        QFETCH(int, becomes);
+        QFETCH(QString, result);
+        QLineEdit field(QStringLiteral("ab"));
+        field.setCursorPosition(1);
+        int calls = 0;
+        new KeyFilter(field, {}, [&](int) {
+            ++calls;
+            return becomes;
+        });
+        const QSignalSpy edited(&field, &QLineEdit::textEdited);
+        send(field, 0, typed);
+        QCOMPARE(field.text(), result);
+        QCOMPARE(calls, 1);
+        QCOMPARE(edited.count(), 1);
+    }
+
+    void replacementReplacesTheSelection() {
+        QLineEdit field(QStringLiteral("abc"));
+        field.selectAll();
+        new KeyFilter(field, {}, [](int) { return int('Z'); });
+        send(field, Qt::Key_Y, QStringLiteral("y"));
+        QCOMPARE(field.text(), QStringLiteral("Z"));
+    }
+
+    void heldKeysPassBothStages() {
+        QLineEdit field;
+        int downs = 0;
+        new KeyFilter(
+            field, [&](int) { ++downs; }, onlyCharacters(u"5"));
+        send(field, Qt::Key_5, QStringLiteral("5"));
+        send(field, Qt::Key_5, QStringLiteral("5"), {}, true);
+        send(field, Qt::Key_5, QStringLiteral("5"), {}, true);
+        QCOMPARE(downs, 3);
+        QCOMPARE(field.text(), QStringLiteral("555"));
+    }
+
+    void pasteAndCommittedTextPass() {
+        QLineEdit field;
+        int calls = 0;
+        new KeyFilter(field, {}, [&](int) {
+            ++calls;
+            return 0;
+        });
+        field.insert(QStringLiteral("abc"));
+        QInputMethodEvent commit;
+        commit.setCommitString(QStringLiteral("ç"));
+        QCoreApplication::sendEvent(&field, &commit);
+        QCOMPARE(field.text(), QStringLiteral("abcç"));
+        QCOMPARE(calls, 0);
+    }
+
+    void fieldMayGoInEitherStage_data() {
+        QTest::addColumn<bool>("inKeyDown");
+        QTest::newRow("key down") << true;
+        QTest::newRow("key press") << false;
+    }
+    void fieldMayGoInEitherStage() {
+        QFETCH(bool, inKeyDown);
+        auto* field = new QLineEdit;
+        const QPointer<QLineEdit> alive(field);
+        int presses = 0;
+        new KeyFilter(
+            *field,
+            [&](int) {
+                if (inKeyDown)
+                    delete field;
+            },
+            [&](int code) {
+                ++presses;
+                delete field;
+                return code;
+            });
+        send(*field, Qt::Key_A, QStringLiteral("a"));
+        QVERIFY(!alive);
+        QCOMPARE(presses, inKeyDown ? 0 : 1);
+    }
+
+    void emptyStagesLetPass() {
+        QLineEdit field;
+        new KeyFilter(field, {}, {});
+        send(field, Qt::Key_A, QStringLiteral("a"));
+        QCOMPARE(field.text(), QStringLiteral("a"));
+    }
+};
+
+QTEST_MAIN(TestKeyFilter)
+#include "test_keyfilter.moc"

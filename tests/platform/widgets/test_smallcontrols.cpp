@@ -1,0 +1,182 @@
+#include <QFile>
+#include <QHeaderView>
+#include <QImage>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include "widgets/image.h"
+#include "widgets/tdbgrid.h"
+#include "widgets/timer.h"
+
+using namespace kovanix;
+
+namespace {
+
+// Twice as wide as high, red.
+QString makePicture(const QTemporaryDir& folder, bool vector) {
+    const QString path = folder.filePath(vector ? QStringLiteral("note.svg") : QStringLiteral("note.png"));
+    if (vector) {
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(
+                "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
+                "<rect width='40' height='20' fill='#ff0000'/></svg>");
+        }
+    } else {
+        QImage image(40, 20, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        image.save(path);
+    }
+    return path;
+}
+
+// As long as another timer of one millisecond needs for so many ticks.
+void waitForTicks(int count) {
+    QTimer other;
+    const QSignalSpy ticks(&other, &QTimer::timeout);
+    other.start(1);
+    QTRY_VERIFY(ticks.count() >= count);
+}
+
+}  // namespace
+
+class TestSmallControls : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pictureIsFittedAndCentred_data() {
+        QTest::addColumn<bool>("vector");
+        QTest::newRow("svg") << true;
+        QTest::newRow("bitmap") << false;
+    }
+    void pictureIsFittedAndCentred() {
+        QFETCH(bool, vector);
+        const QTemporaryDir folder;
+        Image image;
+        image.setSource(makePicture(folder, vector));
+        QCOMPARE(image.sizeHint(), QSize(40, 20));
+        image.resize(100, 100);
+        const QImage painted = image.grab().toImage();
+        QCOMPARE(painted.pixelColor(50, 50), QColor(Qt::red));
+        QCOMPARE(painted.pixelColor(2, 28), QColor(Qt::red));
+        QCOMPARE(painted.pixelColor(97, 72), QColor(Qt::red));
+        QVERIFY(painted.pixelColor(50, 20) != QColor(Qt::red));
+        QVERIFY(painted.pixelColor(50, 80) != QColor(Qt::red));
+        image.resize(20, 100);
+        QCOMPARE(image.grab().toImage().pixelColor(10, 50), QColor(Qt::red));
+        QVERIFY(image.grab().toImage().pixelColor(10, 30) != QColor(Qt::red));
+        image.setSource({});
+        QVERIFY(image.grab().toImage().pixelColor(10, 50) != QColor(Qt::red));
+    }
+
+    void missingPictureShowsNothing() {
+        Image image;
+        image.resize(50, 50);
+        const QImage empty = image.grab().toImage();
+        image.setSource(QStringLiteral("/nowhere/at/all.png"));
+        QCOMPARE(image.grab().toImage(), empty);
+        image.setSource(QStringLiteral("/nowhere/at/all.PNG"));
+        QCOMPARE(image.sizeHint(), QSize(48, 48));
+    }
+
+    void pictureStatesDiffer() {
+        const QTemporaryDir folder;
+        Image image;
+        image.setSource(makePicture(folder, true));
+        image.resize(80, 40);
+        QTest::mousePress(&image, Qt::LeftButton);
+        QVERIFY(image.grab().toImage().pixelColor(40, 20) != QColor(Qt::red));
+        QTest::mouseRelease(&image, Qt::LeftButton);
+        QCOMPARE(image.grab().toImage().pixelColor(40, 20), QColor(Qt::red));
+        image.setEnabled(false);
+        QVERIFY(image.grab().toImage().pixelColor(40, 20) != QColor(Qt::red));
+    }
+
+    void picturePresses_data() {
+        QTest::addColumn<Qt::MouseButton>("mouse");
+        QTest::addColumn<QPoint>("release");
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<int>("clicks");
+        QTest::newRow("press") << Qt::LeftButton << QPoint(5, 5) << true << 1;
+        QTest::newRow("let go outside") << Qt::LeftButton << QPoint(500, 5) << true << 0;
+        QTest::newRow("right button") << Qt::RightButton << QPoint(5, 5) << true << 0;
+        QTest::newRow("disabled") << Qt::LeftButton << QPoint(5, 5) << false << 0;
+    }
+    void picturePresses() {
+        QFETCH(Qt::MouseButton, mouse);
+        QFETCH(QPoint, release);
+        QFETCH(bool, enabled);
+        QFETCH(int, clicks);
+        Image image;
+        image.resize(50, 50);
+        image.setEnabled(enabled);
+        const QSignalSpy clicked(&image, &Image::clicked);
+        QTest::mousePress(&image, mouse, {}, QPoint(5, 5));
+        QTest::mouseRelease(&image, mouse, {}, release);
+        QCOMPARE(clicked.count(), clicks);
+        QCOMPARE(image.focusPolicy(), Qt::NoFocus);
+    }
+
+    void pictureIsNamedByItsTip() {
+        Image image;
+        image.setToolTip(QStringLiteral("20 lira"));
+        QCOMPARE(image.accessibleName(), QStringLiteral("20 lira"));
+    }
+
+    void timerTicksUntilStopped() {
+        Timer timer;
+        const QSignalSpy ticks(&timer, &Timer::tick);
+        QCOMPARE(timer.interval(), 0);
+        timer.setInterval(1);
+        QTRY_VERIFY(ticks.count() >= 3);
+        timer.setInterval(0);
+        const int stopped = static_cast<int>(ticks.count());
+        waitForTicks(10);
+        QCOMPARE(ticks.count(), stopped);
+        timer.setInterval(-5);
+        QCOMPARE(timer.interval(), 0);
+    }
+
+    void timerMayStopItselfInItsTick() {
+        Timer timer;
+        int ticks = 0;
+        connect(&timer, &Timer::tick, &timer, [&] {
+            ++ticks;
+            timer.setInterval(0);
+        });
+        timer.setInterval(1);
+        QTRY_COMPARE(ticks, 1);
+        waitForTicks(10);
+        QCOMPARE(ticks, 1);
+    }
+
+    void headingsApartFromTheRows() {
+        TDBGrid grid;
+        QCOMPARE(grid.columnCount(), 0);
+        grid.setColumnCaptions({QStringLiteral("NO"), QStringLiteral("A&B")});
+        QCOMPARE(grid.columnCount(), 2);
+        QStandardItemModel rows(3, 2);
+        rows.setHorizontalHeaderLabels({QStringLiteral("no"), QStringLiteral("barkod")});
+        grid.setModel(&rows);
+        QCOMPARE(grid.columnCaption(1), QStringLiteral("A&B"));
+        grid.setColumnCaption(1, QStringLiteral("BARKOD"));
+        QCOMPARE(grid.columnCaption(1), QStringLiteral("BARKOD"));
+        QCOMPARE(grid.horizontalHeader()->model()->headerData(1, Qt::Horizontal).toString(),
+                 QStringLiteral("BARKOD"));
+        QCOMPARE(grid.model()->rowCount(), 3);
+        grid.resize(300, 200);
+        QVERIFY(!grid.grab().isNull());
+    }
+
+    void printInfoIsKept() {
+        TDBGrid grid;
+        grid.printInfo().previewPageOf = QStringLiteral("Sayfa \\p / \\P");
+        QCOMPARE(grid.printInfo().previewPageOf, QStringLiteral("Sayfa \\p / \\P"));
+    }
+};
+
+QTEST_MAIN(TestSmallControls)
+#include "test_smallcontrols.moc"

@@ -1,0 +1,431 @@
+#include <QElapsedTimer>
+#include <QImage>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <functional>
+#include <optional>
+
+#include "paintcounter.h"
+#include "runtime/runtimeerror.h"
+#include "widgets/vsflexgrid.h"
+
+using namespace kovanix;
+
+using Call = std::function<void(VSFlexGrid&)>;
+Q_DECLARE_METATYPE(Call)
+
+namespace {
+
+constexpr int rowHeight = 36;
+
+// A ticket of so many rows, the heading and the entry row among them.
+void fill(VSFlexGrid& grid, int rows) {
+    grid.resize(600, 400);
+    grid.setCols(6);
+    grid.setRows(rows);
+    grid.setColWidth(0, 0);
+    grid.setColWidth(1, 150);
+    grid.setColWidth(3, 70);
+    grid.setColWidth(4, 90);
+    grid.setColWidth(5, 100);
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < 6; ++column)
+            grid.setTextMatrix(row, column, QStringLiteral("%1/%2").arg(row).arg(column));
+    }
+}
+
+void show(VSFlexGrid& grid) {
+    grid.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&grid));
+    QCoreApplication::processEvents();
+}
+
+void press(VSFlexGrid& grid, QPoint place, Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(grid.viewport(), button, {}, place);
+}
+
+}  // namespace
+
+class TestVSFlexGrid : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rowsGrowAndShrink() {
+        VSFlexGrid grid;
+        fill(grid, 4);
+        grid.setRow(3);
+        grid.setRows(6);
+        QCOMPARE(grid.rows(), 6);
+        QCOMPARE(grid.row(), 3);
+        QCOMPARE(grid.textMatrix(3, 1), QStringLiteral("3/1"));
+        QCOMPARE(grid.textMatrix(5, 1), QString());
+        grid.setRow(5);
+        grid.setRows(2);
+        QCOMPARE(grid.row(), 1);
+        QCOMPARE(grid.textMatrix(1, 2), QStringLiteral("1/2"));
+        grid.setRows(4);
+        QCOMPARE(grid.textMatrix(2, 1), QString());
+        grid.setRows(0);
+        QCOMPARE(grid.row(), 0);
+        QVERIFY(!grid.grab().isNull());
+    }
+
+    void columnsGrowAndShrink() {
+        VSFlexGrid grid;
+        fill(grid, 3);
+        grid.setCol(5);
+        grid.setCols(3);
+        QCOMPARE(grid.col(), 2);
+        QCOMPARE(grid.textMatrix(2, 2), QStringLiteral("2/2"));
+        grid.setCols(6);
+        QCOMPARE(grid.textMatrix(2, 5), QString());
+        QCOMPARE(grid.colWidth(5), -1);
+        QCOMPARE(grid.colWidth(1), 150);
+    }
+
+    void clearKeepsTheShape() {
+        VSFlexGrid grid;
+        fill(grid, 4);
+        grid.setRow(2);
+        grid.clear();
+        QCOMPARE(grid.rows(), 4);
+        QCOMPARE(grid.cols(), 6);
+        QCOMPARE(grid.colWidth(0), 0);
+        QCOMPARE(grid.row(), 2);
+        for (int row = 0; row < 4; ++row)
+            QCOMPARE(grid.textMatrix(row, 1), QString());
+    }
+
+    void removeItem_data() {
+        QTest::addColumn<int>("current");
+        QTest::addColumn<int>("removed");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("before the current") << 3 << 1 << 3;
+        QTest::newRow("the current") << 2 << 2 << 2;
+        QTest::newRow("the last, current") << 4 << 4 << 3;
+        QTest::newRow("behind the current") << 1 << 4 << 1;
+    }
+    void removeItem() {
+        QFETCH(int, current);
+        QFETCH(int, removed);
+        QFETCH(int, expected);
+        VSFlexGrid grid;
+        fill(grid, 5);
+        grid.setRow(current);
+        grid.removeItem(removed);
+        QCOMPARE(grid.rows(), 4);
+        QCOMPARE(grid.row(), expected);
+        QCOMPARE(grid.textMatrix(removed - 1, 1), QStringLiteral("%1/1").arg(removed - 1));
+        if (removed < 4)
+            QCOMPARE(grid.textMatrix(removed, 1), QStringLiteral("%1/1").arg(removed + 1));
+    }
+
+    void badIndices_data() {
+        QTest::addColumn<Call>("call");
+        const auto row = [](const char* name, Call call) { QTest::newRow(name) << std::move(call); };
+        row("read row", [](VSFlexGrid& grid) { (void)grid.textMatrix(3, 1); });
+        row("read negative row", [](VSFlexGrid& grid) { (void)grid.textMatrix(-1, 1); });
+        row("read column", [](VSFlexGrid& grid) { (void)grid.textMatrix(1, 6); });
+        row("write row", [](VSFlexGrid& grid) { grid.setTextMatrix(3, 1, QString()); });
+        row("write column", [](VSFlexGrid& grid) { grid.setTextMatrix(1, -1, QString()); });
+        row("current row", [](VSFlexGrid& grid) { grid.setRow(3); });
+        row("current column", [](VSFlexGrid& grid) { grid.setCol(6); });
+        row("width", [](VSFlexGrid& grid) { grid.setColWidth(6, 10); });
+        row("read width", [](VSFlexGrid& grid) { (void)grid.colWidth(-1); });
+        row("alignment", [](VSFlexGrid& grid) { grid.setColAlignment(6, Qt::AlignLeft); });
+        row("read alignment", [](VSFlexGrid& grid) { (void)grid.colAlignment(6); });
+        row("remove", [](VSFlexGrid& grid) { grid.removeItem(3); });
+        row("remove the heading", [](VSFlexGrid& grid) { grid.removeItem(0); });
+        row("scroll to", [](VSFlexGrid& grid) { grid.ensureRowVisible(3); });
+        row("negative rows", [](VSFlexGrid& grid) { grid.setRows(-1); });
+        row("negative columns", [](VSFlexGrid& grid) { grid.setCols(-1); });
+    }
+    void badIndices() {
+        QFETCH(Call, call);
+        VSFlexGrid grid;
+        fill(grid, 3);
+        std::optional<int> number;
+        try {
+            call(grid);
+        } catch (const RuntimeError& error) {
+            number = error.number();
+        }
+        QCOMPARE(number, std::optional<int>(381));
+        QCOMPARE(grid.rows(), 3);
+    }
+
+    void alignmentsAtStart() {
+        VSFlexGrid grid;
+        grid.setCols(6);
+        for (int column = 0; column < 6; ++column) {
+            QCOMPARE(grid.colAlignment(column),
+                     Qt::Alignment((column >= 3 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
+        }
+    }
+
+    void columnsFillTheView_data() {
+        QTest::addColumn<QList<int>>("widths");
+        QTest::addColumn<QList<int>>("edges");  // of a view of 600
+        QTest::newRow("one takes the rest") << QList<int>{0, 150, -1, 50} << QList<int>{0, 0, 150, 550, 600};
+        QTest::newRow("two take the rest") << QList<int>{100, -1, -1} << QList<int>{0, 100, 350, 600};
+        QTest::newRow("all shares") << QList<int>{100, 200, 100} << QList<int>{0, 150, 450, 600};
+        QTest::newRow("too wide") << QList<int>{600, 360, -1} << QList<int>{0, 300, 480, 600};
+        QTest::newRow("uneven") << QList<int>{-1, -1, -1, -1, -1, -1, -1}
+                                << QList<int>{0, 86, 171, 257, 343, 429, 514, 600};
+    }
+    void columnsFillTheView() {
+        QFETCH(QList<int>, widths);
+        QFETCH(QList<int>, edges);
+        VSFlexGrid grid;
+        grid.setFrameShape(QFrame::NoFrame);
+        grid.resize(600, 300);
+        grid.setCols(static_cast<int>(widths.size()));
+        for (int column = 0; column < widths.size(); ++column)
+            grid.setColWidth(column, widths[column]);
+        show(grid);
+        QCOMPARE(grid.viewport()->width(), 600);
+        for (int column = 0; column < widths.size(); ++column) {
+            if (edges[column] == edges[column + 1])
+                continue;
+            press(grid, {edges[column], 5});
+            QCOMPARE(grid.mouseCol(), column);
+            press(grid, {edges[column + 1] - 1, 5});
+            QCOMPARE(grid.mouseCol(), column);
+        }
+        QVERIFY(!grid.horizontalScrollBar()->isVisible());
+    }
+
+    void allColumnsHidden() {
+        VSFlexGrid grid;
+        fill(grid, 3);
+        for (int column = 0; column < 6; ++column)
+            grid.setColWidth(column, 0);
+        show(grid);
+        press(grid, {10, 40});
+        QCOMPARE(grid.mouseRow(), 1);
+        QCOMPARE(grid.mouseCol(), -1);
+    }
+
+    void scrollBarOnlyWhenNeeded() {
+        VSFlexGrid grid;
+        fill(grid, 3);
+        show(grid);
+        QVERIFY(!grid.verticalScrollBar()->isVisible());
+        grid.setRows(60);
+        QTRY_VERIFY(grid.verticalScrollBar()->isVisible());
+        QVERIFY(grid.verticalScrollBar()->width() >= 24);
+        QVERIFY(!grid.horizontalScrollBar()->isVisible());
+        press(grid, {grid.viewport()->width() - 1, 5});
+        QCOMPARE(grid.mouseCol(), 5);
+        grid.setRows(3);
+        QTRY_VERIFY(!grid.verticalScrollBar()->isVisible());
+    }
+
+    void mouseCells_data() {
+        QTest::addColumn<int>("scrolled");
+        QTest::addColumn<QPoint>("place");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("column");
+        QTest::newRow("heading") << 0 << QPoint(10, 5) << 0 << 1;
+        QTest::newRow("first line, barcode behind a hidden column") << 0 << QPoint(0, 40) << 1 << 1;
+        QTest::newRow("line 2, name") << 0 << QPoint(200, 2 * rowHeight) << 2 << 2;
+        QTest::newRow("last pixel of line 2") << 0 << QPoint(200, 3 * rowHeight - 1) << 2 << 2;
+        QTest::newRow("heading while scrolled") << 20 * rowHeight << QPoint(10, 35) << 0 << 1;
+        QTest::newRow("line while scrolled") << 20 * rowHeight << QPoint(10, 36) << 21 << 1;
+        QTest::newRow("scrolled by half a line") << 20 * rowHeight + 18 << QPoint(10, 36 + 18) << 22 << 1;
+    }
+    void mouseCells() {
+        QFETCH(int, scrolled);
+        QFETCH(QPoint, place);
+        QFETCH(int, row);
+        QFETCH(int, column);
+        VSFlexGrid grid;
+        fill(grid, 60);
+        show(grid);
+        grid.verticalScrollBar()->setValue(scrolled);
+        QCOMPARE(grid.mouseRow(), -1);
+        const QSignalSpy down(&grid, &VSFlexGrid::mousedown);
+        press(grid, place);
+        QCOMPARE(grid.mouseRow(), row);
+        QCOMPARE(grid.mouseCol(), column);
+        QCOMPARE(down.count(), 1);
+        // The press alone moves no current cell.
+        QCOMPARE(grid.row(), 0);
+        QCOMPARE(grid.col(), 0);
+    }
+
+    void pressBelowTheRows() {
+        VSFlexGrid grid;
+        fill(grid, 3);
+        show(grid);
+        const QSignalSpy down(&grid, &VSFlexGrid::mousedown);
+        press(grid, {10, 3 * rowHeight + 2}, Qt::RightButton);
+        QCOMPARE(grid.mouseRow(), -1);
+        QCOMPARE(down.count(), 1);
+        QCOMPARE(down.at(0).at(0).value<Qt::MouseButton>(), Qt::RightButton);
+        QMouseEvent second(QEvent::MouseButtonDblClick, QPointF(10, 40), QPointF(10, 40), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(grid.viewport(), &second);
+        QCOMPARE(down.count(), 2);
+        QCOMPARE(grid.mouseRow(), 1);
+    }
+
+    void keys_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("column");
+        QTest::newRow("up") << int(Qt::Key_Up) << 29 << 1;
+        QTest::newRow("down") << int(Qt::Key_Down) << 31 << 1;
+        QTest::newRow("right") << int(Qt::Key_Right) << 30 << 2;
+        QTest::newRow("left stops at the hidden column") << int(Qt::Key_Left) << 30 << 1;
+        QTest::newRow("home") << int(Qt::Key_Home) << 1 << 1;
+        QTest::newRow("end") << int(Qt::Key_End) << 59 << 1;
+        QTest::newRow("letter") << int(Qt::Key_A) << 30 << 1;
+    }
+    void keys() {
+        QFETCH(int, key);
+        QFETCH(int, row);
+        QFETCH(int, column);
+        VSFlexGrid grid;
+        fill(grid, 60);
+        show(grid);
+        grid.setRow(30);
+        grid.setCol(1);
+        QTest::keyClick(&grid, static_cast<Qt::Key>(key));
+        QCOMPARE(grid.row(), row);
+        QCOMPARE(grid.col(), column);
+    }
+
+    void keysStayBelowTheHeading() {
+        VSFlexGrid grid;
+        fill(grid, 40);
+        show(grid);
+        grid.setRow(1);
+        QTest::keyClick(&grid, Qt::Key_Up);
+        QCOMPARE(grid.row(), 1);
+        QTest::keyClick(&grid, Qt::Key_PageDown);
+        QVERIFY(grid.row() > 5);
+        QVERIFY(grid.verticalScrollBar()->value() > 0);
+        QTest::keyClick(&grid, Qt::Key_PageUp);
+        QCOMPARE(grid.row(), 1);
+        QCOMPARE(grid.verticalScrollBar()->value(), 0);
+    }
+
+    void ensureRowVisibleScrollsJustEnough() {
+        VSFlexGrid grid;
+        fill(grid, 60);
+        show(grid);
+        grid.ensureRowVisible(59);
+        QCOMPARE(grid.verticalScrollBar()->value(), grid.verticalScrollBar()->maximum());
+        press(grid, {10, grid.viewport()->height() - 1});
+        QCOMPARE(grid.mouseRow(), 59);
+        grid.ensureRowVisible(58);
+        QCOMPARE(grid.verticalScrollBar()->value(), grid.verticalScrollBar()->maximum());
+        grid.ensureRowVisible(1);
+        QCOMPARE(grid.verticalScrollBar()->value(), 0);
+    }
+
+    void onlyChangedRowsAreRepainted_data() {
+        QTest::addColumn<Call>("call");
+        QTest::addColumn<QList<int>>("rows");
+        const auto row = [](const char* name, Call call, QList<int> rows) {
+            QTest::newRow(name) << std::move(call) << std::move(rows);
+        };
+        row("same text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, QStringLiteral("2/1")); }, {});
+        row("other text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, QStringLiteral("x")); }, {2});
+        row("heading", [](VSFlexGrid& grid) { grid.setTextMatrix(0, 1, QStringLiteral("x")); }, {0});
+        row("line out of sight", [](VSFlexGrid& grid) { grid.setTextMatrix(50, 1, QStringLiteral("x")); },
+            {});
+        row("current row", [](VSFlexGrid& grid) { grid.setRow(4); }, {1, 4});
+        row("same row", [](VSFlexGrid& grid) { grid.setRow(1); }, {});
+        row("current column", [](VSFlexGrid& grid) { grid.setCol(3); }, {1});
+        row("same column", [](VSFlexGrid& grid) { grid.setCol(0); }, {});
+        row("same width", [](VSFlexGrid& grid) { grid.setColWidth(1, 150); }, {});
+        row("same height", [](VSFlexGrid& grid) { grid.setRowHeight(rowHeight); }, {});
+        row("row appended out of sight", [](VSFlexGrid& grid) { grid.setRows(61); }, {});
+    }
+    void onlyChangedRowsAreRepainted() {
+        QFETCH(Call, call);
+        QFETCH(QList<int>, rows);
+        VSFlexGrid grid;
+        fill(grid, 60);
+        grid.setRow(1);
+        show(grid);
+        PaintCounter paints(*grid.viewport());
+        call(grid);
+        QCoreApplication::processEvents();
+        QRegion expected;
+        for (const int row : rows)
+            expected += QRect(0, row * rowHeight, grid.viewport()->width(), rowHeight);
+        QCOMPARE(paints.region(), expected);
+    }
+
+    void aLineIsPaintedWhereItStands() {
+        VSFlexGrid grid;
+        fill(grid, 60);
+        show(grid);
+        const QImage before = grid.viewport()->grab().toImage();
+        grid.setTextMatrix(3, 2, QStringLiteral("CHANGED"));
+        const QImage after = grid.viewport()->grab().toImage();
+        const int width = before.width();
+        QVERIFY(before.copy(0, 3 * rowHeight, width, rowHeight) !=
+                after.copy(0, 3 * rowHeight, width, rowHeight));
+        QCOMPARE(after.copy(0, 0, width, 3 * rowHeight), before.copy(0, 0, width, 3 * rowHeight));
+        QCOMPARE(after.copy(0, 4 * rowHeight, width, 5 * rowHeight),
+                 before.copy(0, 4 * rowHeight, width, 5 * rowHeight));
+    }
+
+    void headingStaysWhileScrolling() {
+        VSFlexGrid grid;
+        fill(grid, 60);
+        show(grid);
+        const QImage before = grid.viewport()->grab().toImage();
+        grid.verticalScrollBar()->setValue(500);
+        const QImage after = grid.viewport()->grab().toImage();
+        const QRect heading(0, 0, before.width(), rowHeight);
+        QCOMPARE(after.copy(heading), before.copy(heading));
+        QVERIFY(after != before);
+        QCOMPARE(after.pixelColor(1, 1), grid.palette().color(QPalette::Button));
+    }
+
+    void hiddenColumnShowsNothing() {
+        VSFlexGrid grid;
+        fill(grid, 3);
+        const QImage before = grid.viewport()->grab().toImage();
+        grid.setTextMatrix(1, 0, QStringLiteral("-1"));
+        QCOMPARE(grid.viewport()->grab().toImage(), before);
+    }
+
+    void accessibleNameIsTheTip() {
+        VSFlexGrid grid;
+        grid.setToolTip(QStringLiteral("list"));
+        QCOMPARE(grid.accessibleName(), QStringLiteral("list"));
+    }
+
+    void settingOldTextsIsCheap() {
+        VSFlexGrid grid;
+        fill(grid, 300);
+        std::vector<QString> texts;
+        for (int row = 0; row < 300; ++row)
+            texts.push_back(grid.textMatrix(row, 5));
+        show(grid);
+        PaintCounter paints(*grid.viewport());
+        // The quickest of several rounds: the machine may be busy with something else.
+        qint64 best = std::numeric_limits<qint64>::max();
+        for (int round = 0; round < 20; ++round) {
+            QElapsedTimer timer;
+            timer.start();
+            for (int row = 0; row < 300; ++row)
+                grid.setTextMatrix(row, 5, texts[static_cast<size_t>(row)]);
+            best = std::min(best, timer.nsecsElapsed());
+        }
+        QCoreApplication::processEvents();
+        QCOMPARE(paints.count(), 0);
+        // Sanitizers and debug builds are many times slower than what the shop runs.
+        QVERIFY2(best < 1'000'000, qPrintable(QString::number(best)));
+    }
+};
+
+QTEST_MAIN(TestVSFlexGrid)
+#include "test_vsflexgrid.moc"
