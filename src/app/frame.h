@@ -1,0 +1,10 @@
+#pragma once
+
+namespace kovanix {
+
+/// Sets up what every program with the till's screens needs before the first of them: names and version,
+/// fonts and colours that don't depend on the desktop, the words on message boxes, and where the database
+/// drivers lie.
+void prepareApplication();
+
+}  // namespace kovanix

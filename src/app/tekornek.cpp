@@ -1,0 +1,33 @@
+#include "app/tekornek.h"
+
+#include <QCoreApplication>
+
+#include "desktop/singleinstance.h"
+
+namespace kovanix {
+
+namespace {
+
+SingleInstance& heldName() {
+    // Belongs to the application object: lives as long as the process has an event loop to hear the others
+    // with.
+    static SingleInstance* const instance = [] {
+        auto* created = new SingleInstance(QStringLiteral("Global\\KovanixSingleInstance2026"),
+                                           QCoreApplication::instance());
+        QObject::connect(created, &SingleInstance::raiseRequested, created, &raiseApplication);
+        return created;
+    }();
+    return *instance;
+}
+
+}  // namespace
+
+bool tekorneksorgu() {
+    return heldName().isFirst();
+}
+
+void tekornekoneal() {
+    static_cast<void>(heldName().raiseFirst());
+}
+
+}  // namespace kovanix

@@ -1,0 +1,189 @@
+#include "data/baglanmamodulu.h"
+
+#include <QFileInfo>
+
+#include "app/ayarmodul.h"
+#include "app/modTurkce.h"
+#include "data/schema.h"
+#include "desktop/folders.h"
+#include "desktop/messagebox.h"
+#include "runtime/attempt.h"
+
+namespace kovanix {
+
+namespace {
+
+const QString& section() {
+    static const QString name = QStringLiteral("ayar");
+    return name;
+}
+
+QString setting(const QString& key) {
+    return ayaroku(section(), key, ayardosyasi()).trimmed();
+}
+
+bool fileExists(const QString& path) {
+    return QFileInfo(path).isFile();
+}
+
+QString localFile() {
+    return joinStored(applicationFolder(), QStringLiteral("\\kovanix.data"));
+}
+
+QString olderLocalFile() {
+    return joinStored(applicationFolder(), QStringLiteral("\\kovanix.mdb"));
+}
+
+void writeWhereDifferent(const QString& key, const QString& text) {
+    if (setting(key).compare(text, Qt::CaseInsensitive) != 0)
+        ayaryaz(section(), key, text, ayardosyasi());
+}
+
+}  // namespace
+
+Connection& baglanti() {
+    static Connection shared;
+    return shared;
+}
+
+Recordset& kayit() {
+    static Recordset shared;
+    return shared;
+}
+
+QString ayardosyasi() {
+    return joinStored(applicationFolder(), QStringLiteral("\\Kovanix.config"));
+}
+
+QString veritabaniyolu() {
+    QString ip;
+    if (fileExists(ayardosyasi()))
+        ip = setting(QStringLiteral("ip"));
+    if (!ip.isEmpty() && fileExists(ip))
+        return ip;
+    for (const QString& local : {localFile(), olderLocalFile()}) {
+        if (fileExists(local))
+            return local;
+    }
+    return ip.isEmpty() ? localFile() : ip;
+}
+
+QString baglantimetniyap(const QString& path) {
+    QString text = u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path + u";Persist Security Info=False";
+    if (!fileExists(ayardosyasi()))
+        return text;
+    QString password = setting(QStringLiteral("dbpass"));
+    if (password.isEmpty())
+        password = setting(QStringLiteral("mdbparola"));
+    if (!password.isEmpty())
+        text += u";Jet OLEDB:Database Password=" + password;
+    return text;
+}
+
+QString baglantimetnial() {
+    return baglantimetniyap(veritabaniyolu());
+}
+
+void ayarlaribaglantiyaesitle() {
+    if (!fileExists(ayardosyasi()))
+        return;
+    const QString path = veritabaniyolu();
+    const QString text = baglantimetniyap(path);
+    if (setting(QStringLiteral("ip")).isEmpty() && fileExists(path))
+        ayaryaz(section(), QStringLiteral("ip"), path, ayardosyasi());
+    writeWhereDifferent(QStringLiteral("ConnectionString"), text);
+    writeWhereDifferent(QStringLiteral("con"), text);
+}
+
+void baglantiyukle() {
+    baglantimetni = baglantimetnial();
+    ayarlaribaglantiyaesitle();
+}
+
+void ilkayarlar() {
+    if (!fileExists(ayardosyasi()))
+        return;
+    if (setting(QStringLiteral("ip")).isEmpty() && fileExists(localFile()))
+        ayaryaz(section(), QStringLiteral("ip"), localFile(), ayardosyasi());
+    ayarlaribaglantiyaesitle();
+    const QString anaProgram = QStringLiteral("ana_program");
+    if (setting(anaProgram).isEmpty())
+        ayaryaz(section(), anaProgram, QString(), ayardosyasi());  // so that the key stands in the file
+}
+
+QString baglantiyazisi() {
+    baglantiyukle();
+    const QString text = baglantimetni.trimmed().size() >= 6 ? baglantimetni : baglantimetnial();
+    if (text.trimmed().size() < 5)
+        return u"provider=microsoft.jet.oledb.4.0;data source=" + localFile();
+    return text;
+}
+
+void baglantiac() {
+    try {
+        if (baglanti().isOpen())
+            baglanti().close();
+        baglanti().open(baglantiyazisi());
+        semakontrol(baglanti());
+        makeAccessPaths(baglanti());
+        baglantidurumu = 1;
+    } catch (const RuntimeError& error) {
+        baglantidurumu = 0;
+        const QString text = metin(QStringLiteral("MSG_DB_ACILAMADI")) + u'\n' + veritabaniyolu() + u"\n\n" +
+                             error.description();
+        mesaj(text, MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+    }
+}
+
+void baglantikapat() {
+    if (baglanti().isOpen())
+        baglanti().close();
+    baglantidurumu = 0;
+}
+
+void baglantikapatsessiz() {
+    attempt([] { baglantikapat(); });
+}
+
+void baglantidurumuyenile() {
+    if (!baglanti().isOpen())
+        baglantidurumu = 0;
+}
+
+bool baglantihazir() {
+    const auto ready = [] { return baglantidurumu == 1 && baglanti().isOpen(); };
+    baglantidurumuyenile();
+    if (!ready())
+        baglantiac();
+    return ready();
+}
+
+void kayitkapat() {
+    if (kayit().isOpen())
+        kayit().close();
+}
+
+bool veritabanivarmi() {
+    baglantiyukle();
+    return fileExists(veritabaniyolu()) && baglantimetni.trimmed().size() >= 5;
+}
+
+bool veritabaninibagla() {
+    if (!veritabanivarmi())
+        return false;
+    baglantiac();
+    return baglantidurumu == 1;
+}
+
+void makeAccessPaths(Connection& connection) {
+    attempt([&] {
+        connection.execute(
+            QStringLiteral("CREATE INDEX IF NOT EXISTS kovanix_urunler_barkod ON urunler (barkod)"));
+    });
+    attempt([&] {
+        connection.execute(
+            QStringLiteral("CREATE INDEX IF NOT EXISTS kovanix_satislar_tarih ON satislar (tarih)"));
+    });
+}
+
+}  // namespace kovanix

@@ -1,0 +1,41 @@
+#include "sales/modSatis.h"
+
+#include "app/modTurkce.h"
+#include "data/baglanmamodulu.h"
+#include "database/recordset.h"
+#include "widgets/vsflexgrid.h"
+
+namespace kovanix {
+
+void gridhazirla(VSFlexGrid& grid) {
+    grid.clear();
+    grid.setRows(2);
+    grid.setCols(6);
+    grid.setColAlignment(1, Qt::AlignLeft | Qt::AlignVCenter);
+    gridbasliklari(grid);
+}
+
+double alisfiyati(const QString& barcode) {
+    const QString trimmed = barcode.trimmed();
+    if (trimmed.isEmpty() || !baglantihazir())
+        return 0;
+    Recordset products;
+    products.open(u"SELECT alis FROM urunler WHERE barkod='" + sqlmetin(trimmed) + u'\'', baglanti());
+    return products.atEnd() ? 0 : sayicevir(products.field(QStringLiteral("alis")));
+}
+
+void stokdegeri(double& purchaseTotal, double& saleTotal, int& count) {
+    count = 0;
+    if (!baglantihazir())
+        return;
+    Recordset products;
+    products.open(QStringLiteral("SELECT alis, satis, stok FROM urunler"), baglanti());
+    for (; !products.atEnd(); products.moveNext()) {
+        const double stock = sayicevir(products.field(QStringLiteral("stok")));
+        purchaseTotal += sayicevir(products.field(QStringLiteral("alis"))) * stock;
+        saleTotal += sayicevir(products.field(QStringLiteral("satis"))) * stock;
+        ++count;
+    }
+}
+
+}  // namespace kovanix

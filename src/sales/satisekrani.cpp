@@ -1,0 +1,286 @@
+#include "sales/satisekrani.h"
+
+#include <QCloseEvent>
+#include <QDate>
+
+#include "app/modTrace.h"
+#include "app/modTurkce.h"
+#include "appearance/modTema.h"
+#include "data/baglanmamodulu.h"
+#include "desktop/focus.h"
+#include "desktop/messagebox.h"
+#include "runtime/attempt.h"
+#include "runtime/clock.h"
+#include "runtime/process.h"
+#include "runtime/screenregistry.h"
+#include "sales/modSatis.h"
+#include "values/dates.h"
+#include "widgets/controlarray.h"
+#include "widgets/keyfilter.h"
+
+namespace kovanix {
+
+namespace {
+
+constexpr int clockInterval = 100;  // milliseconds
+
+void setPixels(QWidget& control, int pixels, QFont::Weight weight = QFont::Normal) {
+    QFont font = control.font();
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    control.setFont(font);
+}
+
+}  // namespace
+
+satisekrani::satisekrani() {
+    ui.setupUi(this);
+    ui.satisekrani1->setRows(2);
+    ui.satisekrani1->setCols(6);
+    setDesignFonts();
+    connectControls();
+    Timer1.setInterval(clockInterval);
+}
+
+satisekrani::~satisekrani() = default;
+
+void satisekrani::setDesignFonts() {
+    for (QWidget* field : {ui.barkod, ui.adet, ui.ver2})
+        setPixels(*field, 24, QFont::Medium);
+    for (QWidget* display : {ui.verilen, ui.kalan})
+        setPixels(*display, 26, QFont::DemiBold);
+    setPixels(*ui.satisekrani1, 17);
+    for (QWidget* label : {ui.Label4_3, ui.Label4_6, ui.Label4_4, ui.Label4_5})
+        setPixels(*label, 13, QFont::DemiBold);
+    setPixels(*ui.tarih, 18);
+    setPixels(*ui.saat, 22, QFont::DemiBold);
+    for (QWidget* key : controlArray(*this, QStringLiteral("tus")))
+        setPixels(*key, 24, QFont::Medium);
+    for (QWidget* button : {ui.kaydet, ui.nakit, ui.satisiptal, ui.fiyatgor, ui.vkCommand2, ui.vkCommand3,
+                            ui.urunbulmak, ui.vkCommand6, ui.vkCommand1, ui.vkCommand4, ui.kapat})
+        setPixels(*button, 14, QFont::Medium);
+    for (QWidget* button : {ui.vsil, ui.vkCommand5, ui.ver3})
+        setPixels(*button, 15, QFont::Medium);
+    for (QWidget* button : {ui.urunbuunamadibeklet, ui.urunbulunamadikapat})
+        setPixels(*button, 22, QFont::DemiBold);
+    setPixels(*ui.bulunulamayaurun, 24, QFont::Medium);
+    // The total's size is a matter of its own length and of the screen, in points.
+    QFont total = ui.toplam->font();
+    total.setWeight(QFont::Bold);
+    ui.toplam->setFont(total);
+}
+
+void satisekrani::connectControls() {
+    const auto press = [this](QAbstractButton* button, void (satisekrani::*procedure)()) {
+        connect(button, &QAbstractButton::clicked, this, procedure);
+    };
+    press(ui.kaydet, &satisekrani::kaydet_click);
+    press(ui.nakit, &satisekrani::nakit_click);
+    press(ui.satisiptal, &satisekrani::satisiptal_click);
+    press(ui.kapat, &satisekrani::kapat_click);
+    press(ui.toplam, &satisekrani::toplam_click);
+    press(ui.verilen, &satisekrani::verilen_click);
+    press(ui.kalan, &satisekrani::verilen_click);
+    press(ui.vsil, &satisekrani::vsil_click);
+    press(ui.ver3, &satisekrani::ver3_click);
+    press(ui.vkCommand5, &satisekrani::vkCommand5_click);
+    press(ui.urunbuunamadibeklet, &satisekrani::urunbuunamadibeklet_click);
+    press(ui.urunbulunamadikapat, &satisekrani::urunbulunamadikapat_click);
+
+    for (QWidget* key : controlArray(*this, QStringLiteral("tus"))) {
+        const int index = controlIndex(*key).value();
+        connect(qobject_cast<QAbstractButton*>(key), &QAbstractButton::clicked, this,
+                [this, index] { tus_click(index); });
+    }
+
+    const std::initializer_list<std::pair<Image*, double>> money{
+        {ui.resim2, 200}, {ui.resim3, 100}, {ui.resim4, 50},  {ui.resim1, 20},  {ui.Resim5, 10},
+        {ui.Resim6, 5},   {ui.Image1, 1},   {ui.Image2, 0.5}, {ui.Image3, 0.25}};
+    for (const auto& [picture, amount] : money)
+        connect(picture, &Image::clicked, this, [this, value = amount] { paraekle(value); });
+    for (Image* background : {ui.korumaresmi, ui.korumaresmi2})
+        connect(background, &Image::clicked, this, [this] { giveFocus(*ui.barkod); });
+
+    connect(ui.ver2, &QLineEdit::textChanged, this, &satisekrani::ver2_change);
+    connect(&Timer1, &Timer::tick, this, &satisekrani::Timer1_tick);
+    connect(&kontorsat, &Timer::tick, this, &satisekrani::kontorsat_tick);
+
+    const auto dropEnter = [](KeyFilter::KeyPress next) {
+        return [next = std::move(next)](int code) { return code == u'\r' ? 0 : next(code); };
+    };
+    new KeyFilter(
+        *ui.barkod, [this](int key) { barkod_keydown(key); }, dropEnter(onlyCharacters(u"0123456789")));
+    new KeyFilter(
+        *ui.adet, [this](int key) { adet_keydown(key); }, [this](int code) { return adet_keypress(code); });
+    new KeyFilter(
+        *ui.ver2,
+        [this](int key) {
+            if (key == Qt::Key_Return)
+                giveFocus(*ui.barkod);
+        },
+        onlyCharacters(u"0123456789,"));
+}
+
+void satisekrani::form_load() {
+    izyaz(QStringLiteral("SAT01 Form_Load"));
+    ekrandonat(*this);
+    kontrolleridolas(*this);
+    temadegiskenlerioku();
+    ui.Shape1->hide();
+    izyaz(QStringLiteral("SAT02 preDB"));
+    const auto tell = [](const QString& description) {
+        izyaz(u"SATERR db: " + description);
+        mesaj(u"Veritaban| ba|lant|s| kurulamad|: " + description, MessageBoxStyle::ok,
+              metin(QStringLiteral("HATA")));
+    };
+    try {
+        if (!baglantihazir() || !satisbaglantiac()) {
+            tell(QString());
+            return;
+        }
+        izyaz(QStringLiteral("SAT03 dbOK"));
+        gridhazirla(*ui.satisekrani1);
+        gridbasliklari(*screen<satisekrani>().ui.satisekrani1);
+    } catch (const RuntimeError& error) {
+        tell(error.description());
+        return;
+    }
+    goToEntryRow();
+    eksiltme = 0;
+    for (DrawnButton* amount : {ui.toplam, ui.verilen, ui.kalan})
+        amount->setCaption(QStringLiteral("0,00"));
+    ui.ver2->setText(QStringLiteral("0,00"));
+    toplamyazisi(-1);
+    izyaz(QStringLiteral("SAT04 Form_Load bitti"));
+}
+
+void satisekrani::form_activate() {
+    izyaz(QStringLiteral("SAT05 Form_Activate"));
+    giveFocus(*ui.barkod);
+    izyaz(QStringLiteral("SAT06 Form_Activate bitti"));
+}
+
+void satisekrani::barkod_keydown(int key) {
+    switch (key) {
+        case Qt::Key_Return:
+            if (!ui.barkod->text().isEmpty()) {
+                splitLabelInEntry();
+                goToEntryRow();
+                urunekle();
+            }
+            break;
+        case Qt::Key_F1:
+            ui.kaydet->click();
+            break;
+        case Qt::Key_F2:
+            ui.nakit->click();
+            break;
+        case Qt::Key_F3:
+            ui.satisiptal->click();
+            break;
+        case Qt::Key_F4:
+            ui.fiyatgor->click();
+            break;
+        case Qt::Key_F5:
+            ui.vkCommand2->click();
+            break;
+        case Qt::Key_F6:
+            ui.vkCommand3->click();
+            break;
+        case Qt::Key_F7:
+            ui.vkCommand1->click();
+            break;
+        case Qt::Key_F8:
+            ui.vkCommand4->click();
+            break;
+        case Qt::Key_F9:
+            ui.kapat->click();
+            break;
+        case Qt::Key_F10:
+            ui.toplam->click();
+            break;
+        default:
+            break;
+    }
+}
+
+void satisekrani::Timer1_tick() {
+    const QDateTime now = Clock::now();
+    const auto show = [](QLabel& label, const QString& text) {
+        if (label.text() != text)
+            label.setText(text);
+    };
+    show(*ui.saat, timeText(now.time()));
+    show(*ui.tarih, dateText(now.date()));
+}
+
+void satisekrani::kontorsat_tick() {
+    kontorsat.setInterval(0);  // first: a message box in urunekle must not let it tick again
+    giveFocus(*ui.barkod);
+    urunekle();
+}
+
+void satisekrani::toplam_click() {
+    eksiltme = 0;
+    setWindowState(windowState() | Qt::WindowMinimized);
+}
+
+bool satisekrani::confirmClose() {
+    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question | MessageBoxStyle::secondIsDefault;
+    return mesajsor(QStringLiteral("PROGRAM_KAPAT_SORU"), style, QStringLiteral("PROGRAM_KAPAT_BASLIK")) ==
+           MessageBoxAnswer::yes;
+}
+
+void satisekrani::kapat_click() {
+    eksiltme = 0;
+    if (confirmClose())
+        endProcess(0);
+}
+
+void satisekrani::closeEvent(QCloseEvent* event) {
+    // A No doesn't cancel the request: the screen closes all the same, and with it the program.
+    const bool end = confirmClose();
+    event->accept();
+    if (end)
+        endProcess(0);
+}
+
+void satisekrani::satisiptal_click() {
+    eksiltme = 0;
+    if (ui.satisekrani1->rows() == 2) {
+        mesaj(QStringLiteral("ONCE_SATIS_YAP"), MessageBoxStyle::ok, QString());
+        giveFocus(*ui.barkod);
+        return;
+    }
+    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
+    if (mesajsor(QStringLiteral("MSG_SATIS_IPTAL_SOR"), style, QStringLiteral("UYARI")) ==
+        MessageBoxAnswer::no)
+        return;
+    satistemizle();
+    giveFocus(*ui.barkod);
+}
+
+void satisekrani::urunbuunamadibeklet_click() {
+    mesaj(QStringLiteral("URUN_KAYIT_YOK"), MessageBoxStyle::cancelTryContinue, QString());
+}
+
+void satisekrani::urunbulunamadikapat_click() {
+    ui.urunbulunamadiframesi->hide();
+    giveFocus(*ui.barkod);
+}
+
+void satisekrani::resizeEvent(QResizeEvent* event) {
+    Screen::resizeEvent(event);
+    placePanels();
+}
+
+void satisekrani::placePanels() {
+    const QRect ticket(ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size());
+    QRect panel(
+        QPoint(0, 0),
+        ui.urunbulunamadiframesi->sizeHint().expandedTo(ticket.size() * 0.5).boundedTo(ticket.size()));
+    panel.moveCenter(ticket.center());
+    ui.urunbulunamadiframesi->setGeometry(panel);
+}
+
+}  // namespace kovanix

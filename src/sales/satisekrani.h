@@ -1,0 +1,106 @@
+#pragma once
+
+#include "database/connection.h"
+#include "database/recordset.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/screen.h"
+#include "ui_satisekrani.h"
+#include "widgets/timer.h"
+
+namespace kovanix {
+
+/// The sales screen: ticket, barcode and quantity entry, cash and change, receipt, commit.
+///
+/// The state is the text of the controls: the ticket is the grid's cells and nothing else, cash and totals
+/// are captions. Row rows-1 of the grid is the entry row, always there and always empty; two rows are an
+/// empty ticket.
+class satisekrani : public Screen {
+    Q_OBJECT
+
+public:
+    satisekrani();
+    ~satisekrani() override;
+
+    void form_load() override;
+    void form_activate() override;
+
+    /// Sells what stands in `barkod`, `adet` times: the barcode entry of the whole system.
+    void urunekle();
+    /// Recomputes every line's total, the grand total and the change, and gives `barkod` the focus.
+    void toplamhesapla();
+    /// Empties the ticket and all amounts.
+    void satistemizle();
+    /// Sets the font size of `toplam` for a text of that many characters; a negative length measures its
+    /// caption.
+    void toplamyazisi(int length);
+
+    /// Adds a note or coin to the cash given, or takes it off once in subtract mode. Amount in lira.
+    void paraekle(double amount);
+    void paraeksiltbitir();
+    /// Cash below nothing becomes nothing.
+    void paradenetle();
+
+    /// Opens the screen's own connection for its writes where it isn't open. @return whether it is open.
+    bool satisbaglantiac();
+    /// Stores one row for each line of the ticket; no transaction binds them. @throws RuntimeError
+    void satiskaydet();
+    /// Takes the quantities off stock. @throws RuntimeError
+    void stokguncelle();
+
+    /// Closes the look-up if it is open; never fails.
+    void urunkayitkapat();
+
+    Ui::satisekrani ui;
+    Timer Timer1;     ///< clock and date on the screen
+    Timer kontorsat;  ///< hands a product chosen elsewhere to the ticket: set to an interval, it fires once
+
+    /// 0: the pictures of money add to the cash; 1: the next one takes off.
+    int eksiltme = 0;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void connectControls();
+    void setDesignFonts();
+    void placePanels();
+
+    void barkod_keydown(int key);
+    void adet_keydown(int key);
+    int adet_keypress(int code);
+    void tus_click(int index);
+    void Timer1_tick();
+    void kontorsat_tick();
+    void toplam_click();
+    void kapat_click();
+    void satisiptal_click();
+    void urunbuunamadibeklet_click();
+    void urunbulunamadikapat_click();
+
+    void ver2_change();
+    void ver3_click();
+    void vsil_click();
+    void vkCommand5_click();
+    void verilen_click();
+
+    void nakit_click();
+    void kaydet_click();
+
+    bool confirmClose();
+    void splitLabelInEntry();
+    void goToEntryRow();
+    void sellBarcode();
+    bool mergeIntoLine(const QString& barcode);
+    void showUnknownProduct();
+    void clearEntry();
+    bool isSaleLine(int row) const;
+    QString quantityToStore(int row);
+    void reportCommitFailure(const RuntimeError& error);
+
+    Recordset urunkayit;
+    Connection satisbaglanti;
+    bool m_printing = false;
+};
+
+}  // namespace kovanix

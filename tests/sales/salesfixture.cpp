@@ -1,0 +1,73 @@
+#include "salesfixture.h"
+
+#include <QApplication>
+
+#include "runtime/screenregistry.h"
+
+namespace kovanix {
+
+namespace {
+
+/// What the keyboard goes to. Where a message box has closed, the screen below it is made active again, as a window
+/// manager does.
+QWidget& receiver() {
+    if (!QApplication::activeWindow())
+        screen<satisekrani>().activateWindow();
+    if (!QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }))
+        qFatal("nothing has the focus");
+    return *QApplication::focusWidget();
+}
+
+}  // namespace
+
+SalesFixture::SalesFixture(const QString& password) {
+    openShop(password);
+    addProduct(goods::bread, QStringLiteral("Köy Ekmeği"), 7, 10);
+    addProduct(goods::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5);
+    addProduct(goods::tea, QStringLiteral("Çay Bahçesi 5 kg"), 1000, 1234.5);
+    addProduct(goods::bag, QStringLiteral("Poşet"), 0, 0, QVariant());
+    addProduct(goods::tomatoes, QStringLiteral("Domates"), 30, 40, 100.0);
+    sales().show();
+    if (!QTest::qWaitForWindowActive(&sales()))
+        qFatal("the sales screen doesn't become active");
+}
+
+satisekrani& SalesFixture::sales() const {
+    return screen<satisekrani>();
+}
+
+void SalesFixture::scan(const QString& code) const {
+    type(code);
+    key(Qt::Key_Return);
+}
+
+void SalesFixture::type(const QString& text) const {
+    for (const QChar character : text)
+        QTest::keyClick(&receiver(), character.toLatin1());
+}
+
+void SalesFixture::key(Qt::Key key) const {
+    QTest::keyClick(&receiver(), key);
+}
+
+void SalesFixture::typeInto(QWidget& field, const QString& text) const {
+    field.setFocus();
+    type(text);
+}
+
+void SalesFixture::press(Image& picture) const {
+    QTest::mouseClick(&picture, Qt::LeftButton);
+}
+
+QStringList SalesFixture::line(int row) const {
+    QStringList cells;
+    for (int column = 1; column <= 5; ++column)
+        cells.append(ui().satisekrani1->textMatrix(row, column));
+    return cells;
+}
+
+int SalesFixture::lines() const {
+    return ui().satisekrani1->rows() - 2;
+}
+
+}  // namespace kovanix

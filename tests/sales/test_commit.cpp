@@ -1,0 +1,255 @@
+#include <memory>
+
+#include "data/baglanmamodulu.h"
+#include "database/recordset.h"
+#include "runtests.h"
+#include "runtime/runtimeerror.h"
+#include "sales/modSatis.h"
+#include "salesfixture.h"
+
+using namespace kovanix;
+
+/// Storing a sale, stock, and what happens when the file won't.
+class CommitTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<SalesFixture> m_shop;
+
+    QList<QVariantList> sales() const {
+        return m_shop->rows(
+            "SELECT tarih,barkod,urun,adet,fiyat,alis,kar,toplam,satis FROM satislar ORDER BY no");
+    }
+    QVariant stock(const QString& barcode) const {
+        return m_shop->rows("SELECT stok FROM urunler WHERE barkod='" + barcode + "'").value(0).value(0);
+    }
+    static QVariantList row(const QString& barcode, const QString& name, double adet, double fiyat,
+                            double alis, double kar, double toplam) {
+        return {"2026-05-03 07:05:09", barcode, name, adet, fiyat, alis, kar, toplam, kar};
+    }
+
+private Q_SLOTS:
+    void initTestCase_data() {
+        QTest::addColumn<QString>("password");
+        QTest::newRow("plain") << "";
+        QTest::newRow("password") << "gizli";
+    }
+    void init() {
+        QFETCH_GLOBAL(QString, password);
+        m_shop = std::make_unique<SalesFixture>(password);
+    }
+    void cleanup() {
+        const bool answered = allAnswered(m_shop->boxes);
+        m_shop.reset();
+        QVERIFY(answered);
+    }
+
+    void storesEachLine() {
+        m_shop->typeInto(*m_shop->ui().adet, "2,5");
+        m_shop->ui().barkod->setFocus();
+        m_shop->scan(goods::bread);
+        m_shop->scan(goods::tea);
+        m_shop->press(*m_shop->ui().resim2);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales(),
+                 (QList<QVariantList>{row(goods::bread, "Köy Ekmeği", 2.5, 10, 7, 7.5, 25),
+                                      row(goods::tea, "Çay Bahçesi 5 kg", 1, 1234.5, 1000, 234.5, 1234.5)}));
+        QCOMPARE(stock(goods::bread), 7.5);
+        QCOMPARE(stock(goods::tea), 9.0);
+        QCOMPARE(stock(goods::milk), 10.0);
+    }
+
+    void theScreenIsCleared() {
+        m_shop->scan(goods::bread);
+        m_shop->press(*m_shop->ui().resim2);
+        m_shop->ui().adet->setText("3");
+        m_shop->ui().vkCommand5->click();
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(m_shop->lines(), 0);
+        QCOMPARE(m_shop->line(1), (QStringList{"", "", "", "", ""}));
+        QCOMPARE(m_shop->line(0).at(0), "BARKOD");
+        for (const QString& amount : {m_shop->toplam(), m_shop->verilen(), m_shop->kalan(), m_shop->ver2()})
+            QCOMPARE(amount, "0,00");
+        QCOMPARE(m_shop->ui().adet->text(), "");
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+        QCOMPARE(m_shop->ui().satisekrani1->row(), 1);
+        QCOMPARE(m_shop->ui().satisekrani1->col(), 1);
+    }
+
+    void anEmptyTicketIsRefused() {
+        m_shop->sales().eksiltme = 1;
+        m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().size(), 0);
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void afterTheOnlyLineIsGoneTheTicketIsEmpty() {
+        m_shop->scan(goods::bread);
+        m_shop->ui().satisekrani1->removeItem(1);
+        m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
+        m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
+        m_shop->key(Qt::Key_F1);
+        m_shop->key(Qt::Key_F2);
+        QCOMPARE(sales().size(), 0);
+    }
+
+    void quantitiesThatAreNoNumberBecomeOne() {
+        m_shop->scan(goods::bread);
+        m_shop->ui().satisekrani1->setTextMatrix(1, 3, "abc");
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().value(0).value(3), 1.0);
+        QCOMPARE(stock(goods::bread), 9.0);
+    }
+
+    void zeroQuantityIsStoredWithoutStockEffect() {
+        m_shop->ui().adet->setText("0");
+        m_shop->scan(goods::bread);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales(), (QList<QVariantList>{row(goods::bread, "Köy Ekmeği", 0, 10, 7, 0, 0)}));
+        QCOMPARE(stock(goods::bread), 10.0);
+    }
+
+    void aLineWithoutBarcodeIsSkipped() {
+        m_shop->scan(goods::bread);
+        m_shop->scan(goods::milk);
+        m_shop->ui().satisekrani1->setTextMatrix(1, 1, " ");
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().size(), 1);
+        QCOMPARE(sales().value(0).value(1), goods::milk);
+    }
+
+    void theTicketsPriceIsStored() {
+        m_shop->scan(goods::bread);
+        m_shop->ui().satisekrani1->setTextMatrix(1, 4, "12,345");
+        m_shop->ui().satisekrani1->setTextMatrix(1, 3, "3");
+        m_shop->key(Qt::Key_F1);
+        // Unrounded, unlike the ticket's own total.
+        QCOMPARE(sales().value(0).value(4), 12.345);
+        QCOMPARE(sales().value(0).value(7).toDouble(), 37.035);
+    }
+
+    void deletedProductsSellWithoutCost() {
+        m_shop->scan(goods::bread);
+        m_shop->run("DELETE FROM urunler WHERE barkod='" + goods::bread + "'");
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales(), (QList<QVariantList>{row(goods::bread, "Köy Ekmeği", 1, 10, 0, 10, 10)}));
+    }
+
+    void stockMayGoBelowZeroAndNullCountsAsZero() {
+        m_shop->ui().adet->setText("25");
+        m_shop->scan(goods::bread);
+        m_shop->scan(goods::bag);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(stock(goods::bread), -15.0);
+        QCOMPARE(stock(goods::bag), -1.0);
+    }
+
+    void apostrophesAndSymbolsSurvive() {
+        m_shop->addProduct("81", "O'nun %50 #1 \"özel\" [kutu]", 1, 2);
+        m_shop->scan("81");
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().value(0).value(2), "O'nun %50 #1 \"özel\" [kutu]");
+    }
+
+    void anOlderFileWithoutTheNewestColumn() {
+        m_shop->run("ALTER TABLE satislar RENAME TO eski");
+        m_shop->run(
+            "CREATE TABLE satislar (no INTEGER PRIMARY KEY, tarih DATETIME, barkod TEXT(50), urun TEXT(50), "
+            "adet DOUBLE, "
+            "fiyat DOUBLE, alis DOUBLE, kar DOUBLE, toplam DOUBLE)");
+        m_shop->scan(goods::bread);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(m_shop->rows("SELECT barkod,adet,fiyat,alis,kar,toplam FROM satislar"),
+                 (QList<QVariantList>{{goods::bread, 1.0, 10.0, 7.0, 3.0, 10.0}}));
+        QCOMPARE(m_shop->lines(), 0);
+    }
+
+    void aFailureKeepsTheTicketAndARetryDoubles() {
+        m_shop->scan(goods::bread);
+        m_shop->scan(goods::milk);
+        m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON satislar WHEN NEW.barkod='" + goods::milk +
+                    "' BEGIN SELECT RAISE(ABORT, 'dolu'); END");
+        m_shop->boxes.expect("Hata", "Satış kaydedilemedi: dolu - satislar", MessageBoxAnswer::ok);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().size(), 1);
+        QCOMPARE(stock(goods::bread), 10.0);
+        QCOMPARE(m_shop->lines(), 2);
+        QCOMPARE(m_shop->toplam(), "42,50");
+        m_shop->run("DROP TRIGGER dur");
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().size(), 3);
+        QCOMPARE(stock(goods::bread), 9.0);
+        QCOMPARE(m_shop->lines(), 0);
+    }
+
+    void aFailureOfTheStockIsTold() {
+        m_shop->scan(goods::bread);
+        m_shop->run("CREATE TRIGGER dur BEFORE UPDATE ON urunler BEGIN SELECT RAISE(ABORT, '   '); END");
+        m_shop->boxes.expect("Hata", "Satış kaydedilemedi: Hata kodu: -2147467259 - stokguncelle",
+                             MessageBoxAnswer::ok);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().size(), 1);
+        QCOMPARE(m_shop->lines(), 1);
+    }
+
+    void theFileIsWholeBetweenTwoSales() {
+        QFETCH_GLOBAL(QString, password);
+        m_shop->scan(goods::bread);
+        m_shop->key(Qt::Key_F1);
+        const QString copy = m_shop->file("kopya.data");
+        QVERIFY(QFile::copy(m_shop->databaseFile(), copy));
+        Connection connection;
+        connection.open(u"Data Source=" + copy +
+                        (password.isEmpty() ? QString() : u";Jet OLEDB:Database Password=" + password));
+        Recordset stored;
+        stored.open("SELECT barkod FROM satislar", connection);
+        QVERIFY(!stored.atEnd());
+        QCOMPARE(stored.field("barkod").toString(), goods::bread);
+    }
+
+    void purchasePrice_data() {
+        QTest::addColumn<QString>("barcode");
+        QTest::addColumn<double>("price");
+        QTest::newRow("known") << goods::bread << 7.0;
+        QTest::newRow("blanks around") << " " + goods::bread + " " << 7.0;
+        QTest::newRow("unknown") << "999" << 0.0;
+        QTest::newRow("empty") << "  " << 0.0;
+        QTest::newRow("an apostrophe") << "'" << 0.0;
+    }
+    void purchasePrice() {
+        QFETCH(QString, barcode);
+        QFETCH(double, price);
+        QCOMPARE(alisfiyati(barcode), price);
+    }
+
+    void valueOfTheStock() {
+        double purchase = 100;
+        double sale = 0;
+        int count = 99;
+        stokdegeri(purchase, sale, count);
+        QCOMPARE(count, 5);
+        QCOMPARE(purchase, 100 + 7 * 10 + 25 * 10 + 1000 * 10 + 30 * 100.0);
+        QCOMPARE(sale, 10 * 10 + 32.5 * 10 + 1234.5 * 10 + 40 * 100.0);
+    }
+
+    void noConnectionToStore() {
+        m_shop->scan(goods::bread);
+        QVERIFY(m_shop->sales().satisbaglantiac());
+        baglantikapat();
+        // The screen's own connection is open still: it stores, at a cost of 0, since the shared one can't be
+        // asked.
+        QVERIFY(QFile::rename(m_shop->databaseFile(), m_shop->file("elsewhere")));
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);
+        m_shop->key(Qt::Key_F1);
+        QVERIFY(QFile::rename(m_shop->file("elsewhere"), m_shop->databaseFile()));
+        QCOMPARE(sales().value(0).value(5), 0.0);
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<CommitTest>(argc, argv);
+}
+
+#include "test_commit.moc"

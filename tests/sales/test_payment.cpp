@@ -1,0 +1,266 @@
+#include <memory>
+
+#include "runtests.h"
+#include "salesfixture.h"
+
+using namespace kovanix;
+
+/// Cash and change: notes and coins, subtract mode, typed cash.
+class PaymentTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<SalesFixture> m_shop;
+
+    void compareAmounts(const QString& verilen, const QString& kalan, const QString& ver2) const {
+        QCOMPARE(m_shop->verilen(), verilen);
+        QCOMPARE(m_shop->kalan(), kalan);
+        QCOMPARE(m_shop->ver2(), ver2);
+    }
+    static QList<QColor> face(const DrawnButton& button) {
+        return {button.backcolor1(), button.backcolor2(), button.backcolorpushed1(),
+                button.backcolorpushed2()};
+    }
+
+private Q_SLOTS:
+    void init() { m_shop = std::make_unique<SalesFixture>(); }
+    void cleanup() {
+        const bool answered = allAnswered(m_shop->boxes);
+        m_shop.reset();
+        QVERIFY(answered);
+    }
+
+    void picturesOfMoney_data() {
+        QTest::addColumn<QString>("picture");
+        QTest::addColumn<QString>("once");
+        QTest::addColumn<QString>("twice");
+        QTest::newRow("200") << "resim2"
+                             << "200,00"
+                             << "400,00";
+        QTest::newRow("100") << "resim3"
+                             << "100,00"
+                             << "200,00";
+        QTest::newRow("50") << "resim4"
+                            << "50,00"
+                            << "100,00";
+        QTest::newRow("20") << "resim1"
+                            << "20,00"
+                            << "40,00";
+        QTest::newRow("10") << "Resim5"
+                            << "10,00"
+                            << "20,00";
+        QTest::newRow("5") << "Resim6"
+                           << "5,00"
+                           << "10,00";
+        QTest::newRow("1") << "Image1"
+                           << "1,00"
+                           << "2,00";
+        QTest::newRow("0.50") << "Image2"
+                              << "0,50"
+                              << "1,00";
+        QTest::newRow("0.25") << "Image3"
+                              << "0,25"
+                              << "0,50";
+    }
+    void picturesOfMoney() {
+        QFETCH(QString, picture);
+        QFETCH(QString, once);
+        QFETCH(QString, twice);
+        auto* image = m_shop->sales().findChild<Image*>(picture);
+        QVERIFY(image);
+        // Before any line is scanned the change is all of the cash.
+        m_shop->ui().adet->setFocus();
+        m_shop->press(*image);
+        compareAmounts(once, once, once);
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+        m_shop->press(*image);
+        compareAmounts(twice, twice, twice);
+    }
+
+    void changeFollowsTheTicket() {
+        m_shop->press(*m_shop->ui().resim4);
+        m_shop->scan(goods::milk);
+        compareAmounts("50,00", "17,50", "50,00");
+        m_shop->scan(goods::bread);
+        compareAmounts("50,00", "7,50", "50,00");
+    }
+
+    void shortMoneyIsNegative() {
+        m_shop->scan(goods::tea);
+        m_shop->press(*m_shop->ui().resim2);
+        compareAmounts("200,00", "-1.034,50", "200,00");
+        for (int note = 0; note < 9; ++note)
+            m_shop->press(*m_shop->ui().resim2);
+        compareAmounts("2.000,00", "765,50", "2.000,00");
+    }
+
+    void coinsAddExactly() {
+        for (int coin = 0; coin < 7; ++coin)
+            m_shop->press(*m_shop->ui().Image3);
+        m_shop->press(*m_shop->ui().Image2);
+        compareAmounts("2,25", "2,25", "2,25");
+    }
+
+    void subtractModeTakesOffOnce() {
+        const QList<QColor> adding{QColor(0xF0F0F0), QColor(0xFFFF00), QColor(0xF0F0F0), QColor(0xC0C000)};
+        const QList<QColor> subtracting(4, QColor(0xC0C000));
+        m_shop->scan(goods::bread);
+        m_shop->press(*m_shop->ui().resim4);
+        m_shop->ui().vkCommand5->click();
+        QCOMPARE(m_shop->sales().eksiltme, 1);
+        QVERIFY(m_shop->ui().Shape1->isVisible());
+        QCOMPARE(face(*m_shop->ui().vkCommand5), subtracting);
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+        m_shop->press(*m_shop->ui().resim1);
+        compareAmounts("30,00", "20,00", "30,00");
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QVERIFY(!m_shop->ui().Shape1->isVisible());
+        QCOMPARE(face(*m_shop->ui().vkCommand5), adding);
+        m_shop->press(*m_shop->ui().resim1);
+        compareAmounts("50,00", "40,00", "50,00");
+    }
+
+    void cashBelowNothingIsClamped() {
+        m_shop->scan(goods::bread);
+        m_shop->press(*m_shop->ui().Resim6);
+        m_shop->ui().vkCommand5->click();
+        m_shop->press(*m_shop->ui().resim1);
+        // The change keeps the negative amount that was worked out before.
+        compareAmounts("0,00", "-25,00", "0,00");
+        m_shop->press(*m_shop->ui().resim1);
+        compareAmounts("20,00", "10,00", "20,00");
+    }
+
+    void otherButtonsEndTheModeButNotItsMarks_data() {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("kaydet") << "kaydet";
+        QTest::newRow("nakit") << "nakit";
+        QTest::newRow("satisiptal") << "satisiptal";
+    }
+    void otherButtonsEndTheModeButNotItsMarks() {
+        QFETCH(QString, button);
+        m_shop->ui().vkCommand5->click();
+        m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
+        m_shop->sales().findChild<QAbstractButton*>(button)->click();
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QVERIFY(m_shop->ui().Shape1->isVisible());
+        QCOMPARE(face(*m_shop->ui().vkCommand5), QList<QColor>(4, QColor(0xC0C000)));
+        // The next picture adds, and leaves the marks as well: only the end of a subtraction takes them away.
+        m_shop->press(*m_shop->ui().Resim5);
+        compareAmounts("10,00", "10,00", "10,00");
+    }
+
+    void quantityAsCash_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("verilen");
+        QTest::addColumn<QString>("kalan");
+        QTest::newRow("a whole amount") << "50"
+                                        << "50,00"
+                                        << "40,00";
+        QTest::newRow("an amount with cents") << "12,5"
+                                              << "12,50"
+                                              << "2,50";
+        QTest::newRow("thousands") << "1234"
+                                   << "1.234,00"
+                                   << "1.224,00";
+        QTest::newRow("zero") << "0"
+                              << "0,00"
+                              << "-10,00";
+    }
+    void quantityAsCash() {
+        QFETCH(QString, typed);
+        QFETCH(QString, verilen);
+        QFETCH(QString, kalan);
+        m_shop->scan(goods::bread);
+        m_shop->press(*m_shop->ui().resim2);  // is replaced, not added to
+        m_shop->typeInto(*m_shop->ui().adet, typed);
+        m_shop->ui().ver3->click();
+        compareAmounts(verilen, kalan, verilen);
+        QCOMPARE(m_shop->ui().adet->text(), "");
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void quantityThatIsNoNumberIsNoCash() {
+        m_shop->press(*m_shop->ui().Resim5);
+        m_shop->ui().adet->setText(",");
+        m_shop->ui().ver3->click();
+        compareAmounts("10,00", "10,00", "10,00");
+        QCOMPARE(m_shop->ui().adet->text(), ",");
+    }
+
+    void quantityAsCashEndsSubtractMode() {
+        m_shop->scan(goods::bread);
+        m_shop->ui().vkCommand5->click();
+        m_shop->ui().adet->setText("30");
+        m_shop->ui().ver3->click();
+        compareAmounts("30,00", "20,00", "30,00");
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QVERIFY(!m_shop->ui().Shape1->isVisible());
+    }
+
+    void typedCash_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("verilen");
+        QTest::addColumn<QString>("kalan");
+        QTest::newRow("plain numbers until the next format") << "20"
+                                                             << "20"
+                                                             << "10";
+        QTest::newRow("cents") << "12,75"
+                               << "12,75"
+                               << "2,75";
+        QTest::newRow("a comma still to be followed") << "12,"
+                                                      << "12"
+                                                      << "2";
+        QTest::newRow("no number changes nothing") << "12,,5"
+                                                   << "12"
+                                                   << "2";
+    }
+    void typedCash() {
+        QFETCH(QString, typed);
+        QFETCH(QString, verilen);
+        QFETCH(QString, kalan);
+        m_shop->scan(goods::bread);
+        m_shop->ui().ver2->selectAll();
+        m_shop->typeInto(*m_shop->ui().ver2, typed);
+        compareAmounts(verilen, kalan, typed);
+    }
+
+    void emptiedCashBecomesZero() {
+        m_shop->scan(goods::bread);
+        m_shop->press(*m_shop->ui().resim1);
+        m_shop->ui().ver2->setFocus();
+        m_shop->ui().ver2->selectAll();
+        QTest::keyClick(m_shop->ui().ver2, Qt::Key_Delete);
+        compareAmounts("0", "-10", "0,00");
+    }
+
+    void enterInTypedCashGivesTheFocusBack() {
+        m_shop->ui().ver2->setFocus();
+        m_shop->key(Qt::Key_Return);
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void clearingTheCash() {
+        m_shop->scan(goods::tea);
+        m_shop->press(*m_shop->ui().resim2);
+        m_shop->ui().vsil->click();
+        compareAmounts("0,00", "-1.234,50", "0,00");
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void aPressOnTheDisplaysCopiesTheCash() {
+        for (vkToggleButton* display : {m_shop->ui().verilen, m_shop->ui().kalan}) {
+            m_shop->ui().verilen->setCaption("7,00");
+            m_shop->ui().adet->setFocus();
+            display->click();
+            QCOMPARE(m_shop->ver2(), "7,00");
+            QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+            m_shop->ui().ver2->setText("1");
+        }
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<PaymentTest>(argc, argv);
+}
+
+#include "test_payment.moc"

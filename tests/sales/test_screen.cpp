@@ -1,0 +1,203 @@
+#include <memory>
+
+#include "data/baglanmamodulu.h"
+#include "runtests.h"
+#include "runtime/process.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/screenregistry.h"
+#include "sales/totalfont.h"
+#include "sales/weighedlabel.h"
+#include "salesfixture.h"
+
+using namespace kovanix;
+
+/// Load, activation, closing, cancelling, the size of the total; the pieces below the screen.
+class ScreenTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<SalesFixture> m_shop;
+    std::optional<int> m_ended;
+
+private Q_SLOTS:
+    void init() {
+        m_shop = std::make_unique<SalesFixture>();
+        m_ended.reset();
+        setProcessEnd([this](int status) { m_ended = status; });
+    }
+    void cleanup() {
+        const bool answered = allAnswered(m_shop->boxes);
+        m_shop.reset();
+        QVERIFY(answered);
+    }
+
+    void closingByTheButton_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("ends");
+        QTest::newRow("yes") << MessageBoxAnswer::yes << true;
+        QTest::newRow("no") << MessageBoxAnswer::no << false;
+        QTest::newRow("Escape") << BoxAnswers::escape << false;
+    }
+    void closingByTheButton() {
+        QFETCH(int, answer);
+        QFETCH(bool, ends);
+        m_shop->scan(goods::bread);
+        m_shop->sales().eksiltme = 1;
+        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?", answer);
+        m_shop->key(Qt::Key_F9);
+        QCOMPARE(m_ended.has_value(), ends);
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QVERIFY(m_shop->sales().isVisible());
+        QCOMPARE(m_shop->lines(), 1);
+    }
+
+    void closingByRequest_data() { closingByTheButton_data(); }
+    void closingByRequest() {
+        QFETCH(int, answer);
+        QFETCH(bool, ends);
+        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?", answer);
+        m_shop->sales().close();
+        QCOMPARE(m_ended.has_value(), ends);
+        QVERIFY(!m_shop->sales().isVisible());  // after a No too: the request isn't cancelled
+    }
+
+    void cancellingTheTicket_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<int>("lines");
+        QTest::newRow("yes") << MessageBoxAnswer::yes << 0;
+        QTest::newRow("no") << MessageBoxAnswer::no << 1;
+    }
+    void cancellingTheTicket() {
+        QFETCH(int, answer);
+        QFETCH(int, lines);
+        m_shop->scan(goods::bread);
+        m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", answer);
+        m_shop->key(Qt::Key_F3);
+        QCOMPARE(m_shop->lines(), lines);
+        QCOMPARE(m_shop->rows("SELECT * FROM satislar").size(), 0);
+    }
+
+    void activationGivesTheFocus() {
+        m_shop->ui().ver2->setFocus();
+        m_shop->sales().form_activate();
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void aMessageBoxIsNoActivation() {
+        m_shop->ui().ver2->setFocus();
+        m_shop->boxes.expectAny(MessageBoxAnswer::no);
+        m_shop->ui().kapat->click();
+        m_shop->sales().activateWindow();
+        QTRY_VERIFY(m_shop->ui().ver2->hasFocus());
+    }
+
+    void noDatabaseAtLoad() {
+        m_shop.reset();
+        m_shop = nullptr;
+        ShopFixture shop;
+        shop.boxes.expectAny(MessageBoxAnswer::ok);  // the open's own box
+        shop.boxes.expect("Hata", "Veritabanı baılantısı kurulamadı: ", MessageBoxAnswer::ok);
+        satisekrani& sales = screen<satisekrani>();
+        QVERIFY(allAnswered(shop.boxes));
+        QCOMPARE(sales.ui.toplam->caption(), "0,00");
+        sales.show();
+        QVERIFY(QTest::qWaitForWindowActive(&sales));
+        // The file comes back: the next scan works on the screen as it stands.
+        shop.makeDatabase();
+        sales.ui.barkod->setText("0");
+        QTest::keyClick(sales.ui.barkod, Qt::Key_Return);
+        QCOMPARE(sales.ui.satisekrani1->rows(), 2);
+        m_shop = std::make_unique<SalesFixture>();
+    }
+
+    void sizeOfTheTotal_data() {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<QList<int>>(
+            "sizes");  // of lengths 1, 8, 9, 10, 11, 12, 13, 14, 15, 17, 18, 20, 21, 25
+        const QList<int> from1500{68, 68, 120, 110, 100, 90, 80, 80, 70, 70, 60, 60, 50, 50};
+        const QList<int> from1280{64, 64, 100, 90, 80, 70, 60, 60, 50, 50, 40, 40, 40, 40};
+        const QList<int> from800{60, 60, 80, 70, 60, 50, 40, 40, 32, 32, 22, 22, 22, 22};
+        const QList<int> at640{56, 56, 80, 70, 60, 50, 40, 40, 30, 30, 20, 20, 20, 20};
+        const QList<int> other(14, 24);
+        QTest::newRow("1920") << 1920 << from1500;
+        QTest::newRow("1500") << 1500 << from1500;
+        QTest::newRow("1499") << 1499 << from1280;
+        QTest::newRow("1280") << 1280 << from1280;
+        QTest::newRow("1279") << 1279 << from800;
+        QTest::newRow("1024") << 1024 << from800;
+        QTest::newRow("800") << 800 << from800;
+        QTest::newRow("799") << 799 << other;
+        QTest::newRow("640") << 640 << at640;
+        QTest::newRow("641") << 641 << other;
+        QTest::newRow("320") << 320 << other;
+    }
+    void sizeOfTheTotal() {
+        QFETCH(int, width);
+        QFETCH(QList<int>, sizes);
+        QList<int> found;
+        for (const int length : {1, 8, 9, 10, 11, 12, 13, 14, 15, 17, 18, 20, 21, 25})
+            found.append(totalFontSize(width, length));
+        QCOMPARE(found, sizes);
+        m_shop->setScreenWidth(width);
+        m_shop->sales().toplamyazisi(9);
+        QCOMPARE(m_shop->ui().toplam->fontsize(), sizes.at(2));
+    }
+
+    void sizeOfTheTotalByItsCaption_data() {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<int>("size");
+        QTest::newRow("short") << "0,00" << 60;
+        QTest::newRow("nine characters") << "123456,00" << 80;
+        QTest::newRow("blanks don't count") << "  0,00    " << 60;
+        QTest::newRow("none counts as four") << "" << 60;
+    }
+    void sizeOfTheTotalByItsCaption() {
+        QFETCH(QString, caption);
+        QFETCH(int, size);
+        m_shop->ui().toplam->setCaption(caption);
+        m_shop->sales().toplamyazisi(-1);
+        QCOMPARE(m_shop->ui().toplam->fontsize(), size);
+    }
+
+    void sizeFollowsTheTicket() {
+        m_shop->addProduct("91", "Pahalı", 0, 123456);
+        m_shop->scan("91");
+        QCOMPARE(m_shop->toplam(), "123456,00");
+        QCOMPARE(m_shop->ui().toplam->fontsize(), 80);
+    }
+
+    void scaleLabels_data() {
+        QTest::addColumn<QString>("barcode");
+        QTest::addColumn<bool>("isLabel");
+        QTest::addColumn<int>("error");
+        QTest::newRow("27") << "2712345006789" << true << 0;
+        QTest::newRow("26 is none") << "2612345006789" << false << 0;
+        QTest::newRow("30 is none") << "3012345006789" << false << 0;
+        QTest::newRow("prefix that is no number") << "ab12345006789" << false << 0;
+        QTest::newRow("one character") << "2" << false << 0;
+        QTest::newRow("empty ends the process") << "" << false << RuntimeError::typeMismatch;
+        QTest::newRow("two characters end the process") << "27" << false << RuntimeError::typeMismatch;
+        QTest::newRow("seven characters end the process") << "2700012" << false << RuntimeError::typeMismatch;
+        QTest::newRow("eight characters") << "27000125" << true << 0;
+        QTest::newRow("a weight that is no number") << "2700012abcde" << false << RuntimeError::typeMismatch;
+    }
+    void scaleLabels() {
+        QFETCH(QString, barcode);
+        QFETCH(bool, isLabel);
+        QFETCH(int, error);
+        int raised = 0;
+        bool split = false;
+        try {
+            split = splitWeighedLabel(barcode).has_value();
+        } catch (const RuntimeError& failure) {
+            raised = failure.number();
+        }
+        QCOMPARE(raised, error);
+        QCOMPARE(split, isLabel);
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<ScreenTest>(argc, argv);
+}
+
+#include "test_screen.moc"

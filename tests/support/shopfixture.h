@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QTemporaryDir>
+#include <QVariantList>
+#include <memory>
+
+#include "boxanswers.h"
+
+namespace kovanix {
+
+/// One case's own world: a fresh application folder, all process-wide values as after a start, a still clock,
+/// and the strict answers to message boxes. What it opens is closed when it goes.
+class ShopFixture {
+public:
+    ShopFixture();
+    ~ShopFixture();
+    ShopFixture(const ShopFixture&) = delete;
+    ShopFixture& operator=(const ShopFixture&) = delete;
+
+    QString folder() const { return m_folder.path(); }
+    QString file(const QString& name) const;
+    QString databaseFile() const { return file(QStringLiteral("kovanix.data")); }
+
+    /// Makes an empty database file; a password goes into the configuration too.
+    void makeDatabase(const QString& password = {});
+    /// Makes a file with the five tables by opening it the way the till does, and leaves it open.
+    void openShop(const QString& password = {});
+    /// Adds a product through a second connection.
+    void addProduct(const QString& barcode, const QString& name, double purchase, double sale,
+                    const QVariant& stock = 10.0);
+
+    /// Writes and reads the configuration file's raw bytes.
+    void writeConfig(const QByteArray& bytes) const;
+    QByteArray config() const;
+
+    /// Runs statements on a second, independent connection of the toolkit's own.
+    QList<QVariantList> rows(const QString& sql) const;
+    void run(const QString& sql) const;
+
+    /// Sets the clock that stands still.
+    void setNow(const QDateTime& now);
+    /// Makes the screen that wide, 3:2 or so, at 96 dots per inch.
+    void setScreenWidth(int pixels);
+
+    BoxAnswers boxes;
+
+private:
+    void reset();
+
+    QTemporaryDir m_folder;
+    QString m_password;
+};
+
+/// Whether every box came as it was expected, and no answer is left over. Says what didn't.
+bool allAnswered(const BoxAnswers& boxes);
+
+}  // namespace kovanix

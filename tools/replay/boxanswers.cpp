@@ -1,0 +1,90 @@
+#include "boxanswers.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+
+#include "desktop/messagebox.h"
+
+namespace kovanix {
+
+namespace {
+
+QString buttonCaption(int answer) {
+    switch (answer) {
+        case MessageBoxAnswer::yes:
+            return QStringLiteral("Evet");
+        case MessageBoxAnswer::no:
+            return QStringLiteral("Hayır");
+        case MessageBoxAnswer::cancel:
+            return QStringLiteral("İptal");
+        case MessageBoxAnswer::retry:
+        case MessageBoxAnswer::tryAgain:
+            return QStringLiteral("Yeniden dene");
+        case MessageBoxAnswer::goOn:
+            return QStringLiteral("Devam");
+        default:
+            return QStringLiteral("Tamam");
+    }
+}
+
+}  // namespace
+
+BoxAnswers::BoxAnswers(QObject* parent) : QObject(parent) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void BoxAnswers::expect(const QString& title, const QString& text, int answer) {
+    m_expected.append({title, text, answer, false});
+}
+
+void BoxAnswers::expectAny(int answer) {
+    m_expected.append({{}, {}, answer, true});
+}
+
+bool BoxAnswers::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show) {
+        if (auto* box = qobject_cast<QMessageBox*>(watched)) {
+            QTimer::singleShot(0, this, [this, shown = QPointer<QMessageBox>(box)] {
+                if (shown)
+                    answer(*shown);
+            });
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void BoxAnswers::answer(QMessageBox& box) {
+    ++m_answered;
+    const QString said = u'"' + box.windowTitle() + u"\": \"" + box.text() + u'"';
+    if (m_expected.isEmpty()) {
+        m_failures.append(u"unexpected box " + said);
+        press(box, escape);
+        return;
+    }
+    const Expected expected = m_expected.takeFirst();
+    if (!expected.any && (box.windowTitle() != expected.title || box.text() != expected.text))
+        m_failures.append(u"box " + said + u" instead of \"" + expected.title + u"\": \"" + expected.text +
+                          u'"');
+    press(box, expected.answer);
+}
+
+void BoxAnswers::press(QMessageBox& box, int answer) {
+    if (answer == escape) {
+        box.reject();
+        return;
+    }
+    for (QAbstractButton* button : box.buttons()) {
+        if (button->text() == buttonCaption(answer)) {
+            button->click();
+            return;
+        }
+    }
+    m_failures.append(u"no button \"" + buttonCaption(answer) + u"\" in box \"" + box.text() + u'"');
+    box.reject();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,224 @@
+#include "player.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QTimer>
+#include <utility>
+
+#include "data/baglanmamodulu.h"
+#include "desktop/focus.h"
+#include "desktop/messagebox.h"
+#include "desktop/screensize.h"
+#include "runtime/clock.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/screenregistry.h"
+#include "sales/satisekrani.h"
+#include "widgets/caption.h"
+
+namespace kovanix {
+
+namespace {
+
+satisekrani& salesScreen() {
+    return screen<satisekrani>();
+}
+
+QString shownText(const QWidget& control) {
+    if (const auto* field = qobject_cast<const QLineEdit*>(&control))
+        return field->text();
+    return caption(control);
+}
+
+void sendMouse(QWidget& control, QEvent::Type type) {
+    const QPointF centre = QRectF(control.rect()).center();
+    QMouseEvent event(type, centre, control.mapToGlobal(centre), Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&control, &event);
+}
+
+}  // namespace
+
+void sendKey(int key, const QString& text) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        if (QWidget* receiver = QApplication::focusWidget()) {
+            QKeyEvent event(type, key, Qt::NoModifier, text);
+            QApplication::sendEvent(receiver, &event);
+        }
+    }
+}
+
+void typeText(const QString& text) {
+    for (const QChar character : text)
+        sendKey(character.toUpper().unicode(), QString(character));
+}
+
+Player::Player(QList<ScriptStep> steps, QString output, QObject* parent)
+    : QObject(parent), m_steps(std::move(steps)), m_output(std::move(output)) {}
+
+void Player::start() {
+    QTimer::singleShot(0, this, &Player::playNext);
+}
+
+void Player::playNext() {
+    if (m_next == m_steps.size()) {
+        for (const QString& failure : m_boxes.failures())
+            m_failures.append(failure);
+        if (m_boxes.waiting() > 0)
+            m_failures.append(QString::number(m_boxes.waiting()) + u" answer(s) left over");
+        Q_EMIT finished();
+        return;
+    }
+    play(m_steps.at(m_next++));
+    QTimer::singleShot(0, this, &Player::playNext);
+}
+
+void Player::fail(const ScriptStep& step, const QString& what) {
+    m_failures.append(u"line " + QString::number(step.line) + u": " + what);
+}
+
+QWidget* Player::control(const ScriptStep& step, const QString& name) {
+    auto* found = salesScreen().findChild<QWidget*>(name);
+    if (!found)
+        fail(step, u"no control " + name);
+    return found;
+}
+
+void Player::play(const ScriptStep& step) {
+    if (step.command == u"scan") {
+        typeText(step.argument);
+        sendKey(Qt::Key_Return, QStringLiteral("\r"));
+    } else if (step.command == u"type") {
+        if (QWidget* field = control(step, step.first())) {
+            giveFocus(*field);
+            typeText(step.rest());
+        }
+    } else if (step.command == u"key") {
+        const QKeySequence sequence(step.argument);
+        if (sequence.isEmpty())
+            fail(step, u"no key " + step.argument);
+        else
+            sendKey(sequence[0].key(),
+                    sequence[0].key() == Qt::Key_Return ? QStringLiteral("\r") : QString());
+    } else if (step.command == u"press") {
+        press(step);
+    } else if (step.command == u"answer") {
+        answer(step);
+    } else if (step.command == u"expect") {
+        expectText(step);
+    } else if (step.command == u"cell") {
+        expectCell(step);
+    } else if (step.command == u"size") {
+        resize(step);
+    } else if (step.command == u"clock") {
+        stopClock(step);
+    } else if (step.command == u"screenshot") {
+        screenshot(step);
+    } else if (step.command == u"rows") {
+        saveRows(step);
+    }
+}
+
+void Player::resize(const ScriptStep& step) {
+    const QStringList sides = step.argument.split(u'x');
+    const QSize size(sides.value(0).toInt(), sides.value(1).toInt());
+    if (size.isEmpty()) {
+        fail(step, QStringLiteral("size takes WIDTHxHEIGHT"));
+        return;
+    }
+    setScreenMetricsSource([size] { return ScreenMetrics{size, 15, 15}; });
+    salesScreen().setWindowState(Qt::WindowNoState);
+    salesScreen().resize(size);
+    salesScreen().toplamyazisi(-1);
+}
+
+void Player::stopClock(const ScriptStep& step) {
+    const QDateTime moment = QDateTime::fromString(step.argument, Qt::ISODate);
+    if (!moment.isValid())
+        fail(step, u"no moment " + step.argument);
+    else
+        Clock::setSource([moment] { return moment; });
+}
+
+void Player::press(const ScriptStep& step) {
+    QWidget* pressed = control(step, step.argument);
+    if (!pressed)
+        return;
+    if (auto* button = qobject_cast<QAbstractButton*>(pressed)) {
+        if (!button->isEnabled())
+            fail(step, step.argument + u" is disabled");
+        button->click();
+        return;
+    }
+    sendMouse(*pressed, QEvent::MouseButtonPress);
+    sendMouse(*pressed, QEvent::MouseButtonRelease);
+}
+
+void Player::answer(const ScriptStep& step) {
+    const std::initializer_list<std::pair<QStringView, int>> answers{
+        {u"Tamam", MessageBoxAnswer::ok},   {u"Evet", MessageBoxAnswer::yes},
+        {u"Hayır", MessageBoxAnswer::no},   {u"İptal", MessageBoxAnswer::cancel},
+        {u"Devam", MessageBoxAnswer::goOn}, {u"Yeniden dene", MessageBoxAnswer::tryAgain},
+        {u"Escape", BoxAnswers::escape}};
+    for (const auto& [name, code] : answers) {
+        if (step.argument == name) {
+            m_boxes.expectAny(code);
+            return;
+        }
+    }
+    fail(step, u"no button " + step.argument);
+}
+
+void Player::expectText(const ScriptStep& step) {
+    const QWidget* shown = control(step, step.first());
+    if (shown && shownText(*shown) != step.rest())
+        fail(step, step.first() + u" shows \"" + shownText(*shown) + u"\", not \"" + step.rest() + u'"');
+}
+
+void Player::expectCell(const ScriptStep& step) {
+    const VSFlexGrid& grid = *salesScreen().ui.satisekrani1;
+    const int row = step.first().toInt();
+    const int column = step.rest().section(u' ', 0, 0).toInt();
+    const QString expected = step.rest().section(u' ', 1);
+    try {
+        if (grid.textMatrix(row, column) != expected)
+            fail(step, u"the cell holds \"" + grid.textMatrix(row, column) + u"\", not \"" + expected + u'"');
+    } catch (const RuntimeError& error) {
+        fail(step, error.description());
+    }
+}
+
+void Player::screenshot(const ScriptStep& step) {
+    QDir().mkpath(m_output);
+    if (!salesScreen().grab().save(QDir(m_output).filePath(step.argument)))
+        fail(step, u"can't save " + step.argument);
+}
+
+void Player::saveRows(const ScriptStep& step) {
+    QDir().mkpath(m_output);
+    QFile file(QDir(m_output).filePath(step.first()));
+    if (!file.open(QIODevice::WriteOnly)) {
+        fail(step, u"can't save " + step.first());
+        return;
+    }
+    try {
+        Recordset rows;
+        rows.open(step.rest(), baglanti());
+        for (; !rows.atEnd(); rows.moveNext()) {
+            QStringList texts;
+            for (const QString& name : rows.fieldNames())
+                texts.append(nullmetin(rows.field(name)));
+            file.write((texts.join(u'\t') + u'\n').toUtf8());
+        }
+    } catch (const RuntimeError& error) {
+        fail(step, error.description());
+    }
+}
+
+}  // namespace kovanix
