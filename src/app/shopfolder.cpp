@@ -24,7 +24,7 @@ void deliver(const QString& folder) {
         database.close();
     ayaryaz(QStringLiteral("ayar"), QStringLiteral("ensonkikisayol"), QStringLiteral("1"),
             QDir(folder).filePath(configurationName()));
-    QDir(folder).mkpath(QStringLiteral("kovanix"));
+    QDir().mkpath(drivePath(QStringLiteral("C:\\kovanix")));
 }
 
 }  // namespace

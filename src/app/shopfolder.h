@@ -6,7 +6,8 @@ namespace kovanix {
 
 /// Chooses the application folder for this process and sets it. A folder that doesn't exist yet is delivered:
 /// made with an empty database file, a configuration file that holds the first quick-sale page, and the
-/// export folder. A folder that can't be made is left absent: the first database action then tells.
+/// export folder (C:\kovanix, see drivePath). A folder that can't be made is left absent: the first database
+/// action then tells.
 ///
 /// @param commandLine  the folder given on the command line; empty when none was
 void prepareShopFolder(const QString& commandLine);

@@ -5,7 +5,8 @@
 
 namespace kovanix {
 
-/// The application object: ends the process in one orderly way when a failure reaches the event loop uncaught.
+/// The application object: ends the process in one orderly way when a failure reaches the event loop
+/// uncaught.
 class Application : public QApplication {
     Q_OBJECT
 
@@ -14,7 +15,8 @@ public:
     /// Deletes every loaded screen before the toolkit goes down.
     ~Application() override;
 
-    /// Runs the entry procedure, then the event loop until the process ends, then deletes every loaded screen.
+    /// Runs the entry procedure, then the event loop until the process ends, then deletes every loaded
+    /// screen.
     /// @return the process's exit status
     int run(const std::function<void()>& entryProcedure);
 

@@ -63,4 +63,14 @@ QString joinStored(const QString& folder, const QString& storedName) {
     return base + name;
 }
 
+QString drivePath(const QString& storedPath) {
+    if (storedPath.size() < 2 || storedPath.at(1) != QLatin1Char(':') || !storedPath.at(0).isLetter())
+        return storedPath;
+    const QByteArray variable = "KOVANIX_DRIVE_" + storedPath.left(1).toUpper().toLatin1();
+    QString drive = qEnvironmentVariable(variable.constData());
+    if (drive.isEmpty())
+        drive = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return joinStored(drive, storedPath.mid(2));
+}
+
 }  // namespace kovanix

@@ -21,4 +21,9 @@ QString chooseApplicationFolder(const QString& commandLine, const QStringList& m
 /// gives the name below the root.
 QString joinStored(const QString& folder, const QString& storedName);
 
+/// Where a stored path with a drive letter ("C:\kovanix\urun raporu.xls") lies on this machine: below the
+/// drive's folder, which is the user's documents folder unless KOVANIX_DRIVE_C (or the variable of another
+/// letter) names one. A path without a drive letter comes back as it is.
+QString drivePath(const QString& storedPath);
+
 }  // namespace kovanix

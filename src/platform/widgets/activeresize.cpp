@@ -101,6 +101,10 @@ void ActiveResize::applyScale() {
     for (QLayout* layout : layouts)
         scaleLayout(*layout, m_layouts[layout]);
     m_applying = false;
+    // Now, not at the next turn of the event loop: a window that has just been given its size would be painted
+    // once with the old places and then again.
+    if (layout() && isVisible())
+        layout()->activate();
     if (changed)
         Q_EMIT scaled(m_scale);
 }

@@ -244,6 +244,14 @@ void DrawnButton::arrange() {
         parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
 }
 
+/// An icon is a shape: it takes the colour of the caption, so that it can be seen on every face.
+static QPixmap inColor(QPixmap icon, const QColor& color) {
+    QPainter painter(&icon);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(QRectF(QPointF(0, 0), icon.deviceIndependentSize()), color);
+    return icon;
+}
+
 void DrawnButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
@@ -268,9 +276,7 @@ void DrawnButton::paintEvent(QPaintEvent*) {
         paintPressedShade(painter, QRectF(rect()), radius);
 
     if (!m_arrangement->iconPixmap.isNull()) {
-        painter.setOpacity(isEnabled() ? 1.0 : 0.35);
-        painter.drawPixmap(m_arrangement->icon.topLeft(), m_arrangement->iconPixmap);
-        painter.setOpacity(1.0);
+        painter.drawPixmap(m_arrangement->icon.topLeft(), inColor(m_arrangement->iconPixmap, ink));
     }
     m_arrangement->caption.paint(painter, ink, isEnabled() ? haloFor(ink, middle) : QColor());
     if (!m_keyHint.isEmpty()) {

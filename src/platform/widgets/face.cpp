@@ -12,7 +12,7 @@ namespace kovanix {
 namespace {
 
 const QColor focusColor(0x12, 0x5F, 0xE0);
-const QColor disabledGround(0xE4, 0xE7, 0xEB);
+const QColor disabledGround(0xEE, 0xF1, 0xF5);
 
 double luminance(const QColor& color) {
     const auto linear = [](double part) {
@@ -39,8 +39,8 @@ double contrast(const QColor& first, const QColor& second) {
 
 QColor mutedFace(const QColor& color) {
     const QColor grey = QColor::fromHslF(color.hslHueF() < 0 ? 0.0F : color.hslHueF(),
-                                         color.hslSaturationF() * 0.2F, color.lightnessF());
-    return mixed(grey, disabledGround, 0.7);
+                                         color.hslSaturationF() * 0.45F, color.lightnessF());
+    return mixed(grey, disabledGround, 0.78);
 }
 
 QColor mutedText(const QColor& text, const QColor& face) {

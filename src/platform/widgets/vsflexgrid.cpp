@@ -1,5 +1,6 @@
 #include "widgets/vsflexgrid.h"
 
+#include <QFontInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -446,8 +447,22 @@ void VSFlexGrid::paintTexts(QPainter& painter, int row, const QColor& color) con
             continue;
         const auto alignment = m_columns[static_cast<size_t>(column)].alignment;
         const int horizontal = static_cast<int>((alignment & Qt::AlignHorizontal_Mask).toInt());
-        painter.drawText(cell, horizontal | Qt::AlignVCenter | Qt::TextSingleLine,
-                         metrics.elidedText(text, Qt::ElideRight, cell.width()));
+        const int flags = horizontal | Qt::AlignVCenter | Qt::TextSingleLine;
+        const int width = metrics.horizontalAdvance(text);
+        if (width <= cell.width()) {
+            painter.drawText(cell, flags, text);
+            continue;
+        }
+        // A number that lost its end would be another number: it shrinks as far as it takes. A name shrinks a
+        // little, then ends in an ellipsis.
+        const bool isNumber = alignment.testFlag(Qt::AlignRight);
+        const double share = std::max(static_cast<double>(cell.width()) / width, isNumber ? 0.3 : 0.8);
+        const QFont ordinary = painter.font();
+        QFont smaller = ordinary;
+        smaller.setPixelSize(std::max(static_cast<int>(QFontInfo(ordinary).pixelSize() * share), 6));
+        painter.setFont(smaller);
+        painter.drawText(cell, flags, QFontMetrics(smaller).elidedText(text, Qt::ElideRight, cell.width()));
+        painter.setFont(ordinary);
     }
 }
 

@@ -43,7 +43,7 @@ public:
     void setColWidth(int column, int pixels);
 
     /// How a column's cells stand; the start value is Qt::AlignRight | Qt::AlignVCenter for columns from 3 on
-    /// and left for the others. Names too long for their cell end in an ellipsis.
+    /// and left for the others. A number too long for its cell shrinks, a name ends in an ellipsis.
     Qt::Alignment colAlignment(int column) const;
     void setColAlignment(int column, Qt::Alignment alignment);
 

@@ -65,8 +65,9 @@ private Q_SLOTS:
         giveFocus(*window.second);
         QCOMPARE(counter.raised, 0);
         QVERIFY(window.second->hasFocus());
-        giveFocus(*window.first);
-        QCOMPARE(counter.raised, 1);
+        giveFocus(*window.first);  // nor is the window raised when it is the active one
+        QCOMPARE(counter.raised, 0);
+        QVERIFY(window.first->hasFocus());
     }
 
     void aHiddenWindowIsShown() {

@@ -154,6 +154,32 @@ private Q_SLOTS:
         QTEST(joinStored(folder, name), "path");
     }
 
+    void pathsWithADriveLetter_data() {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("path");
+        const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        QTest::newRow("C") << "C:\\kovanix\\urun raporu.xls"
+                           << "/srv/c/kovanix/urun raporu.xls";
+        QTest::newRow("small letter") << "c:\\satis raporu.xls"
+                                      << "/srv/c/satis raporu.xls";
+        QTest::newRow("the drive itself") << "C:\\"
+                                          << "/srv/c/";
+        QTest::newRow("a drive that nothing names") << "D:\\x.xls" << documents + "/x.xls";
+        QTest::newRow("no drive letter") << "\\SITE.doc"
+                                         << "\\SITE.doc";
+        QTest::newRow("a path of this machine") << "/srv/x"
+                                                << "/srv/x";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void pathsWithADriveLetter() {
+        QFETCH(QString, stored);
+        qputenv("KOVANIX_DRIVE_C", "/srv/c");
+        QTEST(drivePath(stored), "path");
+        qunsetenv("KOVANIX_DRIVE_C");
+    }
+
 private:
     QTemporaryDir m_dir;
 };
