@@ -37,19 +37,34 @@ satisekrani::satisekrani() {
     ui.setupUi(this);
     ui.satisekrani1->setRows(2);
     ui.satisekrani1->setCols(6);
+    setColumnWidths();
     setDesignFonts();
     connectControls();
     Timer1.setInterval(clockInterval);
+    Timer1_tick();
 }
 
 satisekrani::~satisekrani() = default;
 
+void satisekrani::setColumnWidths() {
+    // Barcode, quantity, price and total take what 13 digits and seven-figure amounts need; the name gets the
+    // rest.
+    VSFlexGrid& grid = *ui.satisekrani1;
+    grid.setColWidth(1, 138);
+    grid.setColWidth(2, -1);
+    grid.setColWidth(3, 64);
+    grid.setColWidth(4, 88);
+    grid.setColWidth(5, 92);
+}
+
 void satisekrani::setDesignFonts() {
+    for (QLineEdit* field : {ui.barkod, ui.adet, ui.ver2, ui.bulunulamayaurun})
+        field->setTextMargins(6, 0, 6, 0);
     for (QWidget* field : {ui.barkod, ui.adet, ui.ver2})
         setPixels(*field, 24, QFont::Medium);
     for (QWidget* display : {ui.verilen, ui.kalan})
         setPixels(*display, 26, QFont::DemiBold);
-    setPixels(*ui.satisekrani1, 17);
+    setPixels(*ui.satisekrani1, 16);
     for (QWidget* label : {ui.Label4_3, ui.Label4_6, ui.Label4_4, ui.Label4_5})
         setPixels(*label, 13, QFont::DemiBold);
     setPixels(*ui.tarih, 18);
@@ -101,6 +116,7 @@ void satisekrani::connectControls() {
     for (Image* background : {ui.korumaresmi, ui.korumaresmi2})
         connect(background, &Image::clicked, this, [this] { giveFocus(*ui.barkod); });
 
+    ui.ver2->installEventFilter(this);
     connect(ui.ver2, &QLineEdit::textChanged, this, &satisekrani::ver2_change);
     connect(&Timer1, &Timer::tick, this, &satisekrani::Timer1_tick);
     connect(&kontorsat, &Timer::tick, this, &satisekrani::kontorsat_tick);

@@ -60,9 +60,11 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void connectControls();
+    void setColumnWidths();
     void setDesignFonts();
     void placePanels();
 

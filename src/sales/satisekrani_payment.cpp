@@ -1,4 +1,6 @@
+#include <QFocusEvent>
 #include <QSignalBlocker>
+#include <QTimer>
 
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
@@ -102,9 +104,23 @@ void satisekrani::ver3_click() {
     giveFocus(*ui.barkod);
 }
 
+bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
+    // What is typed into the cash replaces what stood there. A press sets its caret first, so select behind
+    // it.
+    if (watched == ui.ver2 && event->type() == QEvent::FocusIn) {
+        if (static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason)
+            QTimer::singleShot(0, ui.ver2, &QLineEdit::selectAll);
+        else
+            ui.ver2->selectAll();
+    }
+    return Screen::eventFilter(watched, event);
+}
+
 void satisekrani::ver2_change() {
-    if (ui.ver2->text().isEmpty())
+    if (ui.ver2->text().isEmpty()) {
         ui.ver2->setText(QStringLiteral("0,00"));
+        ui.ver2->selectAll();
+    }
     if (isNumeric(ui.ver2->text())) {
         const double typed = sayicevir(ui.ver2->text());
         ui.kalan->setCaption(numberText(typed - amount(*ui.toplam)));

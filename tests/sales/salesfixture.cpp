@@ -8,8 +8,8 @@ namespace kovanix {
 
 namespace {
 
-/// What the keyboard goes to. Where a message box has closed, the screen below it is made active again, as a window
-/// manager does.
+/// What the keyboard goes to. Where a message box has closed, the screen below it is made active again, as a
+/// window manager does.
 QWidget& receiver() {
     if (!QApplication::activeWindow())
         screen<satisekrani>().activateWindow();
