@@ -30,7 +30,26 @@ QString fileUri(const QFileInfo& file) {
     return u"file://"_s + QString::fromLatin1(path) + u"?mode=rw"_s;
 }
 
+std::function<bool(const QString&)>& networkFileTest() {
+    static std::function<bool(const QString&)> test;
+    return test;
+}
+
+bool isOnNetwork(const QString& path) {
+    return networkFileTest() ? networkFileTest()(path)
+                             : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
+}
+
+const QString catalogueProbe = u"SELECT count(*) FROM sqlite_master"_s;
+
+// In the file's header, where the engine leaves a number to the program: "KVX".
+constexpr int networkMark = 0x4B5658;
+
 }  // namespace
+
+void setNetworkFileTest(std::function<bool(const QString& path)> test) {
+    networkFileTest() = std::move(test);
+}
 
 RuntimeError engineError(const QSqlError& error, const QString& engine) {
     const bool silent = error.databaseText().isEmpty() || error.databaseText() == u"not an error"_s;
@@ -47,13 +66,15 @@ void ConnectionCore::requireOpen() const {
 QSqlQuery ConnectionCore::run(const QString& engineSql, const QVariantList& values) {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.prepare(engineSql)) {
+    // Without values the statement goes to the engine as it is; the toolkit's search for places in it is
+    // saved.
+    if (!values.isEmpty() && !query.prepare(engineSql)) {
         throw engineError(query.lastError(), engine);
     }
     for (const QVariant& value : values) {
         query.addBindValue(value);
     }
-    if (!query.exec()) {
+    if (!(values.isEmpty() ? query.exec(engineSql) : query.exec())) {
         throw engineError(query.lastError(), engine);
     }
     return query;
@@ -95,11 +116,42 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     if (!database.open()) {
         throw engineError(database.lastError(), engine);
     }
-    run(u"SELECT count(*) FROM sqlite_master"_s);
-    // A file in a folder that can't be written can't change its journal, yet can be read.
-    const bool network = isNetworkFileSystem(QStorageInfo(file.absolutePath()).fileSystemType());
-    QSqlQuery(database).exec(network ? u"PRAGMA journal_mode=DELETE"_s : u"PRAGMA journal_mode=WAL"_s);
+    if (isOnNetwork(file.canonicalFilePath()))
+        prepareNetworkFile();
+    else
+        prepareLocalFile();
     run(u"PRAGMA synchronous=FULL"_s);
+}
+
+void ConnectionCore::prepareLocalFile() {
+    run(catalogueProbe);
+    // A file in a folder that can't be written can't change its journal, yet can be read.
+    QSqlQuery(database).exec(bearsNetworkMark() ? u"PRAGMA journal_mode=DELETE"_s
+                                                : u"PRAGMA journal_mode=WAL"_s);
+}
+
+/// A write-ahead log lives in memory that its users share, so on one machine only. Exclusive locking from the
+/// first read on keeps the engine from making that memory; it fails where another process has the log in use.
+void ConnectionCore::prepareNetworkFile() {
+    run(u"PRAGMA locking_mode=EXCLUSIVE"_s);
+    run(catalogueProbe);
+    QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
+    if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
+        throw RuntimeError(
+            RuntimeError::databaseFailure,
+            u"The file is in use with a write-ahead log, which can't be shared over a network."_s, engine);
+    }
+    journal.finish();
+    if (!bearsNetworkMark())
+        QSqlQuery(database).exec(
+            u"PRAGMA user_version=%1"_s.arg(networkMark));  // a read-only file goes without
+    run(u"PRAGMA locking_mode=NORMAL"_s);
+    run(catalogueProbe);  // lets the lock go
+}
+
+bool ConnectionCore::bearsNetworkMark() {
+    QSqlQuery version = run(u"PRAGMA user_version"_s);
+    return version.next() && version.value(0).toInt() == networkMark;
 }
 
 void ConnectionCore::closeDatabase() {
@@ -171,7 +223,9 @@ QStringList Connection::columns(const QString& table, const QString& column) {
     d->requireOpen();
     // The older engine answers the pragma from the catalogue as it last saw it; a select notices that another
     // connection has changed it.
-    d->run(u"SELECT 1 FROM sqlite_master LIMIT 1"_s);
+    if (d->isOlderEngine()) {
+        d->run(u"SELECT 1 FROM sqlite_master LIMIT 1"_s);
+    }
     QStringList names;
     QSqlQuery query = d->run(u"PRAGMA table_info(%1)"_s.arg(quotedSqlName(table)));
     while (query.next()) {

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace kovanix {
@@ -47,8 +48,10 @@ public:
     /// file locked for longer than the busy time-out fail here and leave the connection closed.
     ///
     /// A file on a local file system is put into write-ahead logging, one on a network file system into a
-    /// rollback journal; both with synchronous=FULL. A file that can only be read keeps the journal that it
-    /// has.
+    /// rollback journal; both with synchronous=FULL. A file that was opened over a network once bears a mark,
+    /// and keeps its rollback journal on its own machine too: a write-ahead log can't be shared between
+    /// machines. Over the network a file that is in use with a write-ahead log fails to open. A file that can
+    /// only be read keeps the journal that it has.
     void open(const QString& connectionString);
 
     /// Closes; recordsets that are open on it are closed with it. A closed connection stays closed.
@@ -79,6 +82,10 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
 };
+
+/// Replaces the question whether a database file lies on another machine; an empty function brings back the
+/// real one, which asks the mount table.
+void setNetworkFileTest(std::function<bool(const QString& path)> test);
 
 /// Whether a file system of that type (as the mount table names it: "nfs4", "cifs", "ext4") lies on another
 /// machine.

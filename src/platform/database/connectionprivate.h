@@ -31,7 +31,13 @@ struct ConnectionCore {
     explicit ConnectionCore(std::chrono::milliseconds timeout) : busyTimeout(timeout) {}
 
     void requireOpen() const;
+    /// Whether the engine's library may be years behind the plain one (Debian's SQLCipher is), and its
+    /// answers with it.
+    bool isOlderEngine() const { return engine == u"SQLCipher"; }
     void openDatabase(const ConnectionString& parts);
+    void prepareLocalFile();
+    void prepareNetworkFile();
+    bool bearsNetworkMark();
     void closeDatabase();
     void suspendReading();
 

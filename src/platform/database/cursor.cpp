@@ -19,28 +19,14 @@ Cursor::Cursor(const QSqlDatabase& database, QString engine, const QString& sql)
         prepare(dialect::translate(sql));
         return;
     }
-    m_placed = hasRowIds();
-    if (m_placed) {
-        QSqlQuery query(m_database);
-        query.setForwardOnly(true);
-        // A table may still be made without row ids; any other mistake shows again below, without our own
-        // column.
-        m_placed = query.prepare(*placed);
-        m_query = std::move(query);
-    }
+    QSqlQuery query(m_database);
+    query.setForwardOnly(true);
+    // A table may be made without row ids; any other mistake shows again below, without our own column.
+    m_placed = query.prepare(*placed);
+    m_query = std::move(query);
     if (!m_placed) {
         prepare(dialect::translateUnordered(sql));
     }
-}
-
-/// A view has no row ids, but the older engine takes one for null instead of refusing it, and forgets the
-/// view's own order over it: so the catalogue is asked first.
-bool Cursor::hasRowIds() const {
-    QSqlQuery query(m_database);
-    query.setForwardOnly(true);
-    query.prepare(u"SELECT 1 FROM sqlite_master WHERE name = ? COLLATE NOCASE AND type = 'view'"_s);
-    query.addBindValue(dialect::singleTable(m_sql).value_or(QString()));
-    return query.exec() && !query.next();
 }
 
 void Cursor::prepare(const QString& engineSql) {
@@ -83,6 +69,14 @@ void Cursor::start() {
     }
     m_state = State::reading;
     m_ahead = fetch();
+    // A view has no row ids, but the engine takes one for null instead of refusing it, and forgets the view's
+    // own order over it.
+    if (m_placed && m_ahead && m_ahead->last().isNull()) {
+        m_placed = false;
+        prepare(dialect::translateUnordered(m_sql));
+        run();
+        m_ahead = fetch();
+    }
     advance();
 }
 

@@ -32,7 +32,6 @@ public:
 private:
     enum class State { unread, reading, suspended, ended };
 
-    bool hasRowIds() const;
     void prepare(const QString& engineSql);
     void run();
     void start();

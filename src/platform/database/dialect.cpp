@@ -396,6 +396,10 @@ std::optional<QString> translatePlaced(const QString& sql, std::optional<qint64>
 }
 
 std::optional<AddCounterColumn> addCounterColumn(const QString& sql) {
+    // Asked of every statement: the sale's own aren't read a second time for it.
+    if (!QStringView(sql).trimmed().startsWith("ALTER"_L1, Qt::CaseInsensitive)) {
+        return std::nullopt;
+    }
     const SqlTokens tokens(sql);
     const std::optional<qsizetype> column = addedColumn(tokens);
     if (!column || !tokens.isWord(*column + 1, "COUNTER"_L1)) {

@@ -100,8 +100,12 @@ void Recordset::open(const QString& sql, Connection& connection) {
     }
     ConnectionCore& core = *connection.d;
     core.requireOpen();
-    core.translated(sql);  // a malformed literal is reported in the engine's name
-    d->cursor.emplace(core.database, core.engine, sql);
+    try {
+        d->cursor.emplace(core.database, core.engine, sql);
+    } catch (const RuntimeError& error) {
+        // A malformed literal too is reported in the engine's name.
+        throw RuntimeError(error.number(), error.description(), core.engine);
+    }
     d->connection = &connection;
     d->core = &core;
     d->sql = sql;

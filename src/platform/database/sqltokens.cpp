@@ -22,14 +22,15 @@ bool isDigit(QChar c) {
 
 class Scanner {
 public:
-    explicit Scanner(QStringView sql) : m_sql(sql) {}
+    /// @param sql  must outlive the tokens, which hold no letters of their own
+    explicit Scanner(const QString& sql) : m_sql(sql) {}
 
     bool atEnd() const { return m_place >= m_sql.size(); }
 
     SqlToken next() {
         const qsizetype start = m_place;
         const Kind kind = scan();
-        const QString text = m_sql.mid(start, m_place - start).toString();
+        const QString text = QString::fromRawData(m_sql.data() + start, m_place - start);
         return {kind, text, text};
     }
 
@@ -137,8 +138,11 @@ private:
 
 }  // namespace
 
-SqlTokens::SqlTokens(const QString& sql) {
-    Scanner scanner(sql);
+SqlTokens::SqlTokens(const QString& sql) : m_sql(sql) {
+    // About as many as a statement has; most are a blank or a sign.
+    m_tokens.reserve(sql.size() / 3 + 1);
+    m_marks.reserve(static_cast<size_t>(sql.size() / 3 + 1));
+    Scanner scanner(m_sql);
     while (!scanner.atEnd()) {
         SqlToken token = scanner.next();
         if (token.kind != Kind::Blank) {
@@ -150,6 +154,7 @@ SqlTokens::SqlTokens(const QString& sql) {
 
 bool SqlTokens::isWord(qsizetype index, QLatin1StringView word) const {
     return index < count() && (*this)[index].kind == Kind::Word &&
+           (*this)[index].original.size() == word.size() &&
            (*this)[index].original.compare(word, Qt::CaseInsensitive) == 0;
 }
 
@@ -164,7 +169,7 @@ bool SqlTokens::isName(qsizetype index) const {
 QString SqlTokens::name(qsizetype index) const {
     const SqlToken& token = (*this)[index];
     if (token.kind != Kind::Name || token.original.size() < 2) {
-        return token.original;
+        return QStringView(token.original).toString();  // it outlives the statement
     }
     QString inner = token.original.mid(1, token.original.size() - 2);
     const QChar quote = token.original.at(0);
@@ -184,6 +189,7 @@ void SqlTokens::dropBlankBehind(qsizetype index) {
 
 QString SqlTokens::text() const {
     QString joined;
+    joined.reserve(4 * m_tokens.size());
     for (const SqlToken& token : m_tokens) {
         joined += token.text;
     }

@@ -55,6 +55,7 @@ public:
     QString text() const;
 
 private:
+    QString m_sql;  // whose letters the tokens' texts are, as long as they stand unchanged
     QList<SqlToken> m_tokens;
     std::vector<qsizetype> m_marks;
 };

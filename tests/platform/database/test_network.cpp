@@ -1,0 +1,106 @@
+#include <QFile>
+
+#include "database/recordset.h"
+#include "databasefile.h"
+
+using namespace kovanix;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// One file, opened on its own machine and over a network.
+class TestNetwork : public QObject {
+    Q_OBJECT
+
+    static void overNetwork(bool network) {
+        setNetworkFileTest([network](const QString&) { return network; });
+    }
+    static QString journal(const DatabaseFile& file) {
+        return RawDatabase(file.path(), file.password()).rows(u"PRAGMA journal_mode"_s).value(0);
+    }
+    static void fill(const DatabaseFile& file) {
+        overNetwork(false);
+        Connection connection;
+        connection.open(file.connectionString());
+        connection.execute(u"CREATE TABLE t (a DOUBLE)"_s);
+    }
+
+private Q_SLOTS:
+    void cleanup() { setNetworkFileTest({}); }
+
+    void aLocalFileLogsAhead_data() { DatabaseFile::bothKinds(); }
+    void aLocalFileLogsAhead() {
+        const DatabaseFile file;
+        fill(file);
+        QCOMPARE(journal(file), u"wal"_s);
+    }
+
+    void aSharedFileRollsBackOnEveryMachine_data() { DatabaseFile::bothKinds(); }
+    void aSharedFileRollsBackOnEveryMachine() {
+        const DatabaseFile file;
+        fill(file);
+        overNetwork(true);
+        {
+            Connection connection;
+            connection.open(file.connectionString());
+            connection.execute(u"INSERT INTO t VALUES (1)"_s);
+        }
+        QCOMPARE(journal(file), u"delete"_s);
+        overNetwork(false);
+        Connection local;
+        local.open(file.connectionString());
+        local.execute(u"INSERT INTO t VALUES (2)"_s);
+        QCOMPARE(journal(file), u"delete"_s);
+    }
+
+    void aLogInUseIsRefusedOverTheNetwork_data() { DatabaseFile::bothKinds(); }
+    void aLogInUseIsRefusedOverTheNetwork() {
+        const DatabaseFile file;
+        fill(file);
+        Connection local;
+        local.open(file.connectionString());
+        overNetwork(true);
+        Connection remote(100ms);
+        QVERIFY_THROWS_EXCEPTION(RuntimeError, remote.open(file.connectionString()));
+        QVERIFY(!remote.isOpen());
+        local.execute(u"INSERT INTO t VALUES (1)"_s);  // goes on undisturbed
+        local.close();
+        remote.open(file.connectionString());
+        remote.execute(u"INSERT INTO t VALUES (2)"_s);
+        QCOMPARE(RawDatabase(file.path(), file.password()).rows(u"SELECT count(*) FROM t"_s),
+                 QStringList{u"2"_s});
+    }
+
+    void severalOverTheNetworkWriteInTurn_data() { DatabaseFile::bothKinds(); }
+    void severalOverTheNetworkWriteInTurn() {
+        const DatabaseFile file;
+        fill(file);
+        overNetwork(true);
+        Connection one;
+        Connection other;
+        one.open(file.connectionString());
+        other.open(file.connectionString());
+        for (int sale = 0; sale < 5; ++sale) {
+            one.execute(u"INSERT INTO t VALUES (1)"_s);
+            other.execute(u"INSERT INTO t VALUES (2)"_s);
+        }
+        QCOMPARE(RawDatabase(file.path(), file.password()).rows(u"SELECT count(*) FROM t"_s),
+                 QStringList{u"10"_s});
+    }
+
+    void aLinkIsFollowed() {
+        const DatabaseFile file(QString{});
+        const QString link = file.folder() + u"/link.data"_s;
+        QVERIFY(QFile::link(file.path(), link));
+        QString asked;
+        setNetworkFileTest([&asked](const QString& path) {
+            asked = path;
+            return false;
+        });
+        Connection connection;
+        connection.open(DatabaseFile::connectionString(link, {}));
+        QCOMPARE(asked, QFileInfo(file.path()).canonicalFilePath());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestNetwork)
+#include "test_network.moc"
