@@ -34,10 +34,10 @@ QPalette shopPalette() {
 
 void prepareApplication() {
     QApplication::setApplicationName(QStringLiteral("kovanix"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Kovanix"));
+    // No display name: the toolkit would append it to every window title.
     QApplication::setDesktopFileName(QStringLiteral("kovanix"));
     QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
-    for (const QString& place : {QStringLiteral("plugins"), QStringLiteral("../lib/kovanix/plugins")}) {
+    for (const QString& place : {QStringLiteral("plugins"), QStringLiteral("../" KOVANIX_LIBDIR "/kovanix/plugins")}) {
         const QDir plugins(QDir(QApplication::applicationDirPath()).filePath(place));
         if (plugins.exists())
             QApplication::addLibraryPath(plugins.absolutePath());

@@ -124,8 +124,10 @@ void baglantiac() {
         if (baglanti().isOpen())
             baglanti().close();
         baglanti().open(baglantiyazisi());
+        const bool checked = semahazir;
         semakontrol(baglanti());
-        makeAccessPaths(baglanti());
+        if (!checked)
+            makeAccessPaths(baglanti());
         baglantidurumu = 1;
     } catch (const RuntimeError& error) {
         baglantidurumu = 0;

@@ -39,8 +39,8 @@ QString veritabaniyolu();
 QString baglantimetniyap(const QString& path);
 QString baglantimetnial();
 
-/// Writes `ip`, `ConnectionString` and `con` where they differ from the file in use. Never makes the
-/// configuration.
+/// Writes `ip` where it is empty, and `ConnectionString` and `con` where they differ from what is in use.
+/// Never makes the configuration.
 void ayarlaribaglantiyaesitle();
 
 /// Computes baglantimetni afresh and brings the configuration into step.

@@ -1,15 +1,23 @@
 #include "desktop/focus.h"
 
 #include <QWidget>
+#include <QWindow>
 
 namespace kovanix {
+
+void restore(QWidget& window) {
+    // The widget's own state forgets "maximised" while it is minimised; the window system's doesn't.
+    const Qt::WindowStates states =
+        window.windowHandle() ? window.windowHandle()->windowStates() : window.windowState();
+    window.setWindowState(states & ~Qt::WindowMinimized);
+}
 
 void giveFocus(QWidget& control) {
     // Asked for on every scan: the usual case must not reach the window system.
     QWidget& window = *control.window();
     if (!window.isActiveWindow() || window.isMinimized() || !window.isVisible()) {
         if (window.isMinimized())
-            window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+            restore(window);
         if (!window.isVisible())
             window.show();
         window.raise();

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QVector>
+#include <algorithm>
 #include <utility>
 
 namespace kovanix {
@@ -94,6 +95,18 @@ QFont readableFont(QFont font) {
     return font;
 }
 
+/// The window that a box belongs to and stands in the middle of: the active one, else the last that was
+/// shown.
+QWidget* windowBelow() {
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto visible = std::find_if(windows.rbegin(), windows.rend(), [](const QWidget* window) {
+        return window->isVisible() && window->windowType() == Qt::Window;
+    });
+    return visible == windows.rend() ? nullptr : *visible;
+}
+
 QString withoutMnemonic(QString caption) {
     return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
@@ -107,8 +120,10 @@ void setMessageBoxCaptions(const MessageBoxCaptions& newCaptions) {
 int messageBox(const QString& text, int style, const QString& title) {
     // The window below may be unloaded while the box stands open, and takes the box with it: hence the guard
     // instead of a box on the stack.
-    QPointer<QMessageBox> box = new QMessageBox(QApplication::activeWindow());
+    QPointer<QMessageBox> box = new QMessageBox(windowBelow());
     const auto drop = qScopeGuard([&box] { delete box.data(); });
+    box->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                        Qt::WindowCloseButtonHint);
     box->setTextFormat(Qt::PlainText);
     box->setText(text);
     box->setWindowTitle(title);

@@ -11,6 +11,8 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "desktop/focus.h"
+
 namespace kovanix {
 
 namespace {
@@ -176,7 +178,7 @@ void raiseApplication() {
     for (QWidget* window = topmost; window;
          window = window->parentWidget() ? window->parentWidget()->window() : nullptr) {
         if (window->isMinimized())
-            window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+            restore(*window);
     }
     topmost->show();
     topmost->raise();

@@ -178,7 +178,7 @@ bool isWritableSection(QByteArrayView section) {
     });
 }
 
-// A line holds no line break, and the operation never took anything behind a NUL.
+// A line holds no line break, and a profile file never held anything behind a NUL.
 QByteArray writableValue(const QString& value) {
     QByteArray bytes = toWindows1254(value);
     const auto end = std::find_if(bytes.cbegin(), bytes.cend(),

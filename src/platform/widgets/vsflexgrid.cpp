@@ -40,6 +40,40 @@ Qt::Alignment startAlignment(int column) {
     return (column >= firstNumberColumn ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
+// Shares of the ordinary size: two lines of a name fit into a row, and a number can still be read.
+constexpr double nameInTwoLines = 0.84;
+constexpr double smallestNumber = 0.6;
+
+/// The ordinary font at a share of its size.
+QFont smallerFont(const QFont& ordinary, double share) {
+    QFont smaller = ordinary;
+    smaller.setPixelSize(std::max(static_cast<int>(QFontInfo(ordinary).pixelSize() * share), 6));
+    return smaller;
+}
+
+/// A number that lost its end would be another number: one that doesn't fit shows as signs that stand for
+/// none.
+QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width) {
+    if (metrics.horizontalAdvance(text) <= width)
+        return text;
+    const QChar sign = u'#';
+    return QString(std::max(1, width / metrics.horizontalAdvance(sign)), sign);
+}
+
+/// A name that is too long breaks into two lines between words; a second line that is still too long loses
+/// its middle, since sizes stand at the end of names.
+QString inTwoLines(const QString& text, const QFontMetrics& metrics, int width) {
+    qsizetype end = -1;
+    for (qsizetype blank = text.indexOf(u' '); blank >= 0; blank = text.indexOf(u' ', blank + 1)) {
+        if (metrics.horizontalAdvance(text.left(blank)) > width)
+            break;
+        end = blank;
+    }
+    if (end < 0 || metrics.horizontalAdvance(text) <= width)
+        return metrics.elidedText(text, Qt::ElideMiddle, width);
+    return text.left(end) + u'\n' + metrics.elidedText(text.mid(end + 1), Qt::ElideMiddle, width);
+}
+
 }  // namespace
 
 VSFlexGrid::VSFlexGrid(QWidget* parent) : QAbstractScrollArea(parent) {
@@ -209,7 +243,7 @@ void VSFlexGrid::ensureRowVisible(int row) {
     if (top < bar->value())
         bar->setValue(top);
     else if (top + m_rowHeight > bar->value() + room)
-        bar->setValue(top + m_rowHeight - room);
+        bar->setValue(wholeRows(top + m_rowHeight - room));
 }
 
 void VSFlexGrid::columnsChanged() {
@@ -247,7 +281,12 @@ void VSFlexGrid::updateScrollBar() {
     QScrollBar* bar = verticalScrollBar();
     bar->setPageStep(std::max(1, room));
     bar->setSingleStep(m_rowHeight);
-    bar->setRange(0, std::max(0, need - room));
+    bar->setRange(0, wholeRows(std::max(0, need - room)));
+}
+
+/// The next scroll position from here on at which the topmost row stands whole.
+int VSFlexGrid::wholeRows(int position) const {
+    return (position + m_rowHeight - 1) / m_rowHeight * m_rowHeight;
 }
 
 QRect VSFlexGrid::bodyBelow(int row) const {
@@ -438,7 +477,8 @@ void VSFlexGrid::paintLine(QPainter& painter, int row, const QRect& line) const 
 
 void VSFlexGrid::paintTexts(QPainter& painter, int row, const QColor& color) const {
     painter.setPen(color);
-    const QFontMetrics metrics(painter.font());
+    const QFont ordinary = painter.font();
+    const QFontMetrics metrics(ordinary);
     const std::vector<QString>& line = m_cells[static_cast<size_t>(row)];
     for (int column = 0; column < cols(); ++column) {
         const QString& text = line[static_cast<size_t>(column)];
@@ -446,22 +486,20 @@ void VSFlexGrid::paintTexts(QPainter& painter, int row, const QColor& color) con
         if (text.isEmpty() || cell.width() <= 0)
             continue;
         const auto alignment = m_columns[static_cast<size_t>(column)].alignment;
-        const int horizontal = static_cast<int>((alignment & Qt::AlignHorizontal_Mask).toInt());
-        const int flags = horizontal | Qt::AlignVCenter | Qt::TextSingleLine;
+        const auto horizontal = static_cast<int>((alignment & Qt::AlignHorizontal_Mask).toInt());
         const int width = metrics.horizontalAdvance(text);
         if (width <= cell.width()) {
-            painter.drawText(cell, flags, text);
+            painter.drawText(cell, horizontal | Qt::AlignVCenter | Qt::TextSingleLine, text);
             continue;
         }
-        // A number that lost its end would be another number: it shrinks as far as it takes. A name shrinks a
-        // little, then ends in an ellipsis.
         const bool isNumber = alignment.testFlag(Qt::AlignRight);
-        const double share = std::max(static_cast<double>(cell.width()) / width, isNumber ? 0.3 : 0.8);
-        const QFont ordinary = painter.font();
-        QFont smaller = ordinary;
-        smaller.setPixelSize(std::max(static_cast<int>(QFontInfo(ordinary).pixelSize() * share), 6));
-        painter.setFont(smaller);
-        painter.drawText(cell, flags, QFontMetrics(smaller).elidedText(text, Qt::ElideRight, cell.width()));
+        painter.setFont(smallerFont(
+            ordinary,
+            isNumber ? std::max(static_cast<double>(cell.width()) / width, smallestNumber) : nameInTwoLines));
+        const QFontMetrics smaller(painter.font());
+        painter.drawText(
+            cell, horizontal | Qt::AlignVCenter,
+            isNumber ? wholeNumber(text, smaller, cell.width()) : inTwoLines(text, smaller, cell.width()));
         painter.setFont(ordinary);
     }
 }

@@ -43,7 +43,8 @@ public:
     void setColWidth(int column, int pixels);
 
     /// How a column's cells stand; the start value is Qt::AlignRight | Qt::AlignVCenter for columns from 3 on
-    /// and left for the others. A number too long for its cell shrinks, a name ends in an ellipsis.
+    /// and left for the others. A name too long for its cell
+    /// takes two smaller lines; a right-aligned number shrinks, and shows as "###" where that is not enough.
     Qt::Alignment colAlignment(int column) const;
     void setColAlignment(int column, Qt::Alignment alignment);
 
@@ -87,6 +88,7 @@ private:
     void updateScrollBar();
     void updateRow(int row);
     int rowTop(int row) const;
+    int wholeRows(int position) const;
     QRect bodyBelow(int row) const;
     QRect cellRect(int row, int column) const;
     int nextShownColumn(int step) const;

@@ -318,8 +318,14 @@ private Q_SLOTS:
         show(grid);
         grid.ensureRowVisible(59);
         QCOMPARE(grid.verticalScrollBar()->value(), grid.verticalScrollBar()->maximum());
-        press(grid, {10, grid.viewport()->height() - 1});
+        // The topmost row below the heading stands whole, and so does the last.
+        QCOMPARE(grid.verticalScrollBar()->value() % grid.rowHeight(), 0);
+        const int top = 59 * grid.rowHeight() - grid.verticalScrollBar()->value();
+        QVERIFY(top + grid.rowHeight() <= grid.viewport()->height());
+        press(grid, {10, top + 1});
         QCOMPARE(grid.mouseRow(), 59);
+        press(grid, {10, grid.rowHeight()});
+        QCOMPARE(grid.mouseRow(), grid.verticalScrollBar()->value() / grid.rowHeight() + 1);
         grid.ensureRowVisible(58);
         QCOMPARE(grid.verticalScrollBar()->value(), grid.verticalScrollBar()->maximum());
         grid.ensureRowVisible(1);
