@@ -157,17 +157,16 @@ void satisekrani::form_load() {
         izyaz(QStringLiteral("SAT03 dbOK"));
         gridhazirla(*ui.satisekrani1);
         gridbasliklari(*screen<satisekrani>().ui.satisekrani1);
+        goToEntryRow();
+        eksiltme = 0;
+        for (DrawnButton* amount : {ui.toplam, ui.verilen, ui.kalan})
+            amount->setCaption(QStringLiteral("0,00"));
+        ui.ver2->setText(QStringLiteral("0,00"));
+        toplamyazisi(-1);
+        izyaz(QStringLiteral("SAT04 Form_Load bitti"));
     } catch (const RuntimeError& error) {
         tell(error.description());
-        return;
     }
-    goToEntryRow();
-    eksiltme = 0;
-    for (DrawnButton* amount : {ui.toplam, ui.verilen, ui.kalan})
-        amount->setCaption(QStringLiteral("0,00"));
-    ui.ver2->setText(QStringLiteral("0,00"));
-    toplamyazisi(-1);
-    izyaz(QStringLiteral("SAT04 Form_Load bitti"));
 }
 
 void satisekrani::form_activate() {

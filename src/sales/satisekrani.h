@@ -27,6 +27,7 @@ public:
     /// Sells what stands in `barkod`, `adet` times: the barcode entry of the whole system.
     void urunekle();
     /// Recomputes every line's total, the grand total and the change, and gives `barkod` the focus.
+    /// @throws RuntimeError (overflow) for a ticket of more lines than are counted
     void toplamhesapla();
     /// Empties the ticket and all amounts.
     void satistemizle();
@@ -80,6 +81,7 @@ private:
     void urunbuunamadibeklet_click();
     void urunbulunamadikapat_click();
 
+    void setCashQuietly(const QString& text);
     void ver2_change();
     void ver3_click();
     void vsil_click();
@@ -97,12 +99,13 @@ private:
     void showUnknownProduct();
     void clearEntry();
     bool isSaleLine(int row) const;
-    QString quantityToStore(int row);
+    QString numberOrOne(int row);
     void reportCommitFailure(const RuntimeError& error);
 
     Recordset urunkayit;
     Connection satisbaglanti;
     bool m_printing = false;
+    bool m_quietCash = false;
 };
 
 }  // namespace kovanix

@@ -39,7 +39,7 @@ bool satisekrani::isSaleLine(int row) const {
 }
 
 /// The quantity of a line; one that is no number becomes 1 on the ticket too.
-QString satisekrani::quantityToStore(int row) {
+QString satisekrani::numberOrOne(int row) {
     VSFlexGrid& grid = *ui.satisekrani1;
     if (!isNumeric(grid.textMatrix(row, 3)))
         grid.setTextMatrix(row, 3, QStringLiteral("1"));
@@ -56,7 +56,7 @@ void satisekrani::satiskaydet() {
             if (!isSaleLine(row))
                 continue;
             const QString barcode = grid.textMatrix(row, 1);
-            const double adet = sayicevir(quantityToStore(row));
+            const double adet = sayicevir(numberOrOne(row));
             const double fiyat = sayicevir(grid.textMatrix(row, 4));
             const double alis = alisfiyati(barcode);
             const double toplam = adet * fiyat;
@@ -86,7 +86,7 @@ void satisekrani::stokguncelle() {
         for (int row = 1; row <= grid.rows() - 2; ++row) {
             if (!isSaleLine(row))
                 continue;
-            const QString quantity = sqlsayi(sayicevir(quantityToStore(row)));
+            const QString quantity = sqlsayi(sayicevir(numberOrOne(row)));
             satisbaglanti.execute(u"UPDATE urunler SET stok = IIF(stok IS NULL, 0, stok) - " + quantity +
                                   u" WHERE barkod=" + quoted(grid.textMatrix(row, 1)));
         }

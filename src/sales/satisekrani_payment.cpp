@@ -1,5 +1,5 @@
 #include <QFocusEvent>
-#include <QSignalBlocker>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include "data/baglanmamodulu.h"
@@ -69,8 +69,7 @@ void satisekrani::paradenetle() {
     if (amount(*ui.verilen) >= 0)
         return;
     // The change keeps what it showed: the cash typed doesn't work it out anew here.
-    const QSignalBlocker noChange(ui.ver2);
-    ui.ver2->setText(QStringLiteral("0,00"));
+    setCashQuietly(QStringLiteral("0,00"));
     ui.verilen->setCaption(QStringLiteral("0,00"));
 }
 
@@ -116,7 +115,15 @@ bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
     return Screen::eventFilter(watched, event);
 }
 
+/// Sets the typed cash without working anything out from it.
+void satisekrani::setCashQuietly(const QString& text) {
+    const QScopedValueRollback quiet(m_quietCash, true);
+    ui.ver2->setText(text);
+}
+
 void satisekrani::ver2_change() {
+    if (m_quietCash)
+        return;
     if (ui.ver2->text().isEmpty()) {
         ui.ver2->setText(QStringLiteral("0,00"));
         ui.ver2->selectAll();
@@ -126,6 +133,7 @@ void satisekrani::ver2_change() {
         ui.kalan->setCaption(numberText(typed - amount(*ui.toplam)));
         ui.verilen->setCaption(numberText(typed));
     }
+    // Never so, as long as an empty field refills itself above.
     if (ui.ver2->text().isEmpty()) {
         ui.kalan->setCaption(numberText(amount(*ui.toplam)));
         ui.verilen->setCaption(QStringLiteral("0"));

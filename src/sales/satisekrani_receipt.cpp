@@ -27,6 +27,7 @@ void satisekrani::nakit_click() {
     for (int row = 1; row < grid.rows(); ++row)
         rows.push_back({grid.textMatrix(row, 2), grid.textMatrix(row, 3), grid.textMatrix(row, 4),
                         grid.textMatrix(row, 5)});
+    // A hidden line edit keeps CR LF as they are, which the toolkit's multi-line editors don't.
     ui.Text33->setText(receiptText(rows, ui.toplam->caption(), Clock::now()));
 
     // A printer that fails doesn't stop the commit: the sale is then stored with no receipt.

@@ -1,5 +1,3 @@
-#include <QSignalBlocker>
-
 #include "app/modTurkce.h"
 #include "appearance/mdlMonitors.h"
 #include "data/baglanmamodulu.h"
@@ -16,7 +14,7 @@ namespace kovanix {
 namespace {
 
 constexpr qsizetype overflowingTotal = 26;  // characters
-constexpr int largestCounter = 32767;       // the rows are counted in 16 bits
+constexpr int largestCounter = 32767;       // 16 bits, and the count goes one past the last row
 
 const QString& nothing() {
     static const QString text = QStringLiteral("0,00");
@@ -27,7 +25,7 @@ const QString& nothing() {
 
 void satisekrani::toplamhesapla() {
     VSFlexGrid& grid = *ui.satisekrani1;
-    if (grid.rows() - 1 > largestCounter)
+    if (grid.rows() - 1 >= largestCounter)
         throw RuntimeError(RuntimeError::overflow, QStringLiteral("Overflow"));
     // The sum is built from line totals that are rounded already, and is rounded again at each addition.
     QString total = nothing();
@@ -69,10 +67,7 @@ void satisekrani::satistemizle() {
     ui.barkod->clear();
     ui.adet->clear();
     ui.verilen->setCaption(nothing());
-    {
-        const QSignalBlocker noChange(ui.ver2);  // its change would leave a bare "0" in verilen
-        ui.ver2->setText(ui.verilen->caption());
-    }
+    setCashQuietly(ui.verilen->caption());  // its change would leave a bare "0" in verilen
     ui.kalan->setCaption(nothing());
     gridhazirla(*ui.satisekrani1);
     goToEntryRow();

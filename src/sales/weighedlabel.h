@@ -17,8 +17,8 @@ struct WeighedLabel {
 ///
 /// @return nothing for any other barcode
 /// @throws RuntimeError (typeMismatch) for an empty text, and for a label whose weight is missing or no
-/// number: those
-///         failures are left uncaught on purpose
+/// number;
+///         these failures are left uncaught on purpose
 std::optional<WeighedLabel> splitWeighedLabel(const QString& barcode);
 
 }  // namespace kovanix

@@ -1,9 +1,12 @@
+#include <functional>
 #include <memory>
+#include <tuple>
 
 #include "data/baglanmamodulu.h"
 #include "database/recordset.h"
 #include "runtests.h"
 #include "runtime/runtimeerror.h"
+#include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
 #include "salesfixture.h"
 
@@ -234,7 +237,52 @@ private Q_SLOTS:
         QCOMPARE(sale, 10 * 10 + 32.5 * 10 + 1234.5 * 10 + 40 * 100.0);
     }
 
-    void noConnectionToStore() {
+    void withoutAConnectionNothingIsTried() {
+        const auto numberOf = [](const std::function<void()>& step) {
+            try {
+                step();
+            } catch (const RuntimeError& error) {
+                return std::tuple(error.number(), error.source(), error.description());
+            }
+            return std::tuple(0, QString(), QString());
+        };
+        // A screen whose own connection never opened.
+        m_shop.reset();
+        m_shop = nullptr;
+        ShopFixture shop;
+        shop.boxes.expectAny(MessageBoxAnswer::ok);
+        shop.boxes.expectAny(MessageBoxAnswer::ok);
+        satisekrani& sales = screen<satisekrani>();
+        QCOMPARE(numberOf([&] { sales.satiskaydet(); }),
+                 std::tuple(-2147216403, QString("satislar"), QString("DB baglantisi yok")));
+        QCOMPARE(numberOf([&] { sales.stokguncelle(); }),
+                 std::tuple(-2147216402, QString("stokguncelle"), QString("DB baglantisi yok")));
+        sales.ui.satisekrani1->setRows(3);
+        sales.ui.satisekrani1->setTextMatrix(1, 1, goods::bread);
+        shop.boxes.expect("Hata", "Veritabanı baılantısı kurulamadı", MessageBoxAnswer::ok);
+        sales.ui.kaydet->click();
+        QCOMPARE(sales.ui.satisekrani1->rows(), 3);
+        QVERIFY(allAnswered(shop.boxes));
+        ScreenRegistry::clear();
+        QFETCH_GLOBAL(QString, password);
+        m_shop = std::make_unique<SalesFixture>(password);
+    }
+
+    void aLineThatLostItsQuantitySellsOne() {
+        // A scan that merges while the current row is another line takes that line's quantity away.
+        m_shop->scan(goods::bread);
+        m_shop->scan(goods::milk);
+        m_shop->ui().satisekrani1->setRow(2);
+        m_shop->ui().satisekrani1->setCol(1);
+        m_shop->ui().barkod->setText(goods::bread);
+        m_shop->sales().urunekle();
+        QCOMPARE(m_shop->line(1).at(2), "2");
+        QCOMPARE(m_shop->line(2).at(2), "");
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(sales().value(1).value(3), 1.0);
+    }
+
+    void theSharedConnectionLostStoresWithoutCost() {
         m_shop->scan(goods::bread);
         QVERIFY(m_shop->sales().satisbaglantiac());
         baglantikapat();

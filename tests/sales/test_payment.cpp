@@ -239,6 +239,14 @@ private Q_SLOTS:
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
     }
 
+    void aScanFormatsTypedCash() {
+        m_shop->typeInto(*m_shop->ui().ver2, "12,5");
+        QCOMPARE(m_shop->verilen(), "12,5");
+        m_shop->ui().barkod->setFocus();
+        m_shop->scan(goods::bread);
+        compareAmounts("12,50", "2,50", "12,5");
+    }
+
     void clearingTheCash() {
         m_shop->scan(goods::tea);
         m_shop->press(*m_shop->ui().resim2);
@@ -253,6 +261,7 @@ private Q_SLOTS:
             m_shop->ui().adet->setFocus();
             display->click();
             QCOMPARE(m_shop->ver2(), "7,00");
+            QCOMPARE(m_shop->verilen(), "7");  // the change of ver2 leaves plain numbers
             QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
             m_shop->ui().ver2->setText("1");
         }

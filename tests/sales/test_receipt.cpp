@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QKeyEvent>
 #include <QProcess>
 #include <memory>
 
@@ -97,6 +98,17 @@ private Q_SLOTS:
         m_shop->key(Qt::Key_F2);
         QCOMPARE(QDir(receipts()).entryList({"*.pdf"}).size(), 1);
         QCOMPARE(m_shop->lines(), 1);
+    }
+
+    void aHeldKeyPrintsOnce() {
+        m_shop->scan(goods::bread);
+        m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
+        for (const bool repeated : {false, true}) {
+            QKeyEvent held(QEvent::KeyPress, Qt::Key_F2, Qt::NoModifier, QString(), repeated);
+            QCoreApplication::sendEvent(m_shop->ui().barkod, &held);
+        }
+        QCOMPARE(QDir(receipts()).entryList({"*.pdf"}).size(), 1);
+        QCOMPARE(m_shop->rows("SELECT COUNT(*) FROM satislar").value(0).value(0).toInt(), 1);
     }
 
     void aLongReceiptIsNotCut() {

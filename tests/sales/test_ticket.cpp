@@ -251,6 +251,36 @@ private Q_SLOTS:
         QCOMPARE(m_shop->toplam(), "0,00");
     }
 
+    void anOverflowingNewLineWipesTheTicket() {
+        m_shop->addProduct("74", "Yıldız", 0, 1e24);
+        m_shop->scan(goods::bread);
+        m_shop->boxes.expect("Bilgi", "LüTFEN DAHA AZ BASAMAKLI SAYI GÖRüNüZ", MessageBoxAnswer::ok);
+        m_shop->scan("74");
+        QCOMPARE(m_shop->lines(), 0);
+        QCOMPARE(m_shop->toplam(), "0,00");
+        QCOMPARE(m_shop->ui().barkod->text(), "");
+    }
+
+    void moreLinesThanAreCounted() {
+        m_shop->ui().satisekrani1->setRows(32767);
+        m_shop->sales().toplamhesapla();
+        m_shop->ui().satisekrani1->setRows(32768);
+        QVERIFY_THROWS_EXCEPTION(RuntimeError, m_shop->sales().toplamhesapla());
+    }
+
+    void anUnknownBarcodeInTheQuantity() {
+        m_shop->ui().adet->setFocus();
+        m_shop->ui().adet->setText("99999999");
+        m_shop->key(Qt::Key_Return);
+        // The panel stands open, and the barcode field has the focus again: the next scan sells below it.
+        QVERIFY(m_shop->ui().urunbulunamadiframesi->isVisible());
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+        QCOMPARE(m_shop->ui().adet->text(), "");
+        m_shop->scan(goods::bread);
+        QCOMPARE(m_shop->lines(), 1);
+        QVERIFY(m_shop->ui().urunbulunamadiframesi->isVisible());
+    }
+
     void databaseNotReady() {
         m_shop->scan(goods::bread);
         baglantikapat();

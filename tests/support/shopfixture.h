@@ -42,7 +42,7 @@ public:
 
     /// Sets the clock that stands still.
     void setNow(const QDateTime& now);
-    /// Makes the screen that wide, 3:2 or so, at 96 dots per inch.
+    /// Makes the screen that wide, 4:3, at 96 dots per inch.
     void setScreenWidth(int pixels);
 
     BoxAnswers boxes;
