@@ -1,51 +1,5 @@
-#include <QCommandLineParser>
-
-#include "app/frame.h"
-#include "app/shopfolder.h"
-#include "app/tekornek.h"
-#include "data/baglanmamodulu.h"
-#include "desktop/application.h"
-#include "runtime/screenregistry.h"
-#include "sales/satisekrani.h"
-
-namespace {
-
-using namespace kovanix;
-
-/// Loads and shows the screen that the shop's day begins with.
-void showFirstScreen() {
-    screen<satisekrani>().showMaximized();
-}
-
-void entryProcedure() {
-    ilkayarlar();
-    baglantiyukle();
-    if (veritabanivarmi())
-        veritabaninibagla();
-    showFirstScreen();
-}
-
-}  // namespace
+#include "entry.h"
 
 int main(int argc, char** argv) {
-    Application application(argc, argv);
-    prepareApplication();
-
-    QCommandLineParser commandLine;
-    commandLine.setApplicationDescription(QStringLiteral("Kovanix: küçük dükkânlar için satış kasası"));
-    commandLine.addHelpOption();
-    commandLine.addVersionOption();
-    const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("Dükkânın klasörü"),
-                                    QStringLiteral("DIR"));
-    commandLine.addOption(folder);
-    commandLine.process(application);
-
-    if (!tekorneksorgu()) {
-        tekornekoneal();
-        return 0;
-    }
-    prepareShopFolder(commandLine.value(folder));
-    const int status = application.run(entryProcedure);
-    baglantikapatsessiz();
-    return status;
+    return kovanix::runTill(argc, argv);
 }

@@ -124,10 +124,8 @@ void baglantiac() {
         if (baglanti().isOpen())
             baglanti().close();
         baglanti().open(baglantiyazisi());
-        const bool checked = semahazir;
         semakontrol(baglanti());
-        if (!checked)
-            makeAccessPaths(baglanti());
+        makeAccessPaths(baglanti());
         baglantidurumu = 1;
     } catch (const RuntimeError& error) {
         baglantidurumu = 0;

@@ -64,8 +64,9 @@ int main(int argc, char* argv[]) {
                                   QStringLiteral("S"), QString::number(usual.seed));
     const QCommandLineOption password(QStringLiteral("password"),
                                       QStringLiteral("Veritabanı dosyasının parolası."), QStringLiteral("P"));
-    const QCommandLineOption today(QStringLiteral("today"), QStringLiteral("Son satış günü (YYYY-MM-DD)."),
-                                   QStringLiteral("DATE"), QDate::currentDate().toString(Qt::ISODate));
+    const QCommandLineOption today(
+        QStringLiteral("today"), QStringLiteral("Son satış günü (YYYY-MM-DD)."), QStringLiteral("DATE"),
+        QDate::currentDate().addDays(-1).toString(Qt::ISODate));  // today is the newcomer's own
     const QCommandLineOption force(QStringLiteral("force"),
                                    QStringLiteral("Klasördeki dükkânı silip yenisini kurar."));
     QCommandLineParser parser;

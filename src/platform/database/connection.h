@@ -32,7 +32,7 @@ struct TableInfo {
 /// through the QSQLCIPHER driver.
 ///
 /// Every operation but close and isOpen throws a RuntimeError (databaseFailure, the engine's own words, the
-/// engine's name as source) when it fails. Statements are in the system's SQL (see dialect.h).
+/// engine's name as source) when it fails. Statements are in the modules' SQL (see dialect.h).
 class Connection {
 public:
     /// How long a statement waits for a file that another connection has locked, before it fails.

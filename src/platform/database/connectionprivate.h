@@ -44,7 +44,7 @@ struct ConnectionCore {
     /// Runs one statement in the engine's SQL with positional values.
     QSqlQuery run(const QString& engineSql, const QVariantList& values = {});
 
-    /// The system's SQL as the engine's; a malformed statement is the engine's error.
+    /// The modules' SQL as the engine's; a malformed statement is the engine's error.
     QString translated(const QString& sql) const;
 
     std::chrono::milliseconds busyTimeout;

@@ -16,7 +16,7 @@ namespace kovanix {
 /// last row has been reached is finished and holds no lock while the program still works with that row.
 class Cursor {
 public:
-    /// Prepares a select in the system's SQL, without running it.
+    /// Prepares a select in the modules' SQL, without running it.
     /// @param engine  the name that errors carry as their source
     Cursor(const QSqlDatabase& database, QString engine, const QString& sql);
 

@@ -4,7 +4,7 @@
 
 namespace kovanix {
 
-/// The bits of a message box's style, as the platform's flags: buttons in bits 0 to 3, icon in bits 4 to 7,
+/// The bits of a message box's style, in the numbering that Basic programs use: buttons in bits 0 to 3, icon in bits 4 to 7,
 /// default button in bits 8 and 9.
 namespace MessageBoxStyle {
 inline constexpr int ok = 0;
@@ -21,7 +21,7 @@ inline constexpr int secondIsDefault = 256;
 inline constexpr int thirdIsDefault = 512;
 }  // namespace MessageBoxStyle
 
-/// The platform's code of the button that answered a box.
+/// The code, in the same numbering, of the button that answered a box.
 namespace MessageBoxAnswer {
 inline constexpr int ok = 1;
 inline constexpr int cancel = 2;

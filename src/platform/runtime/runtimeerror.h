@@ -8,7 +8,7 @@ namespace kovanix {
 
 /// A failed platform operation: what the error handlers of the modules read and show.
 ///
-/// Numbers are the usual ones of a Basic run-time where there is one (13 type mismatch, 6
+/// Numbers are the usual ones of Basic run-times where there is one (13 type mismatch, 6
 /// overflow, 482 printer error); a database engine's failure carries databaseFailure.
 class RuntimeError : public std::exception {
 public:

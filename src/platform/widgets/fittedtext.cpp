@@ -44,6 +44,13 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
     const int lines = std::max(1, maxLines) + ownLines;
     const int floor = std::min(smallestGlyphs, pixelSize);
     const int comfortable = std::max(floor, static_cast<int>(std::ceil(pixelSize * comfortableShare)));
+    // The usual case first, by itself: every size that is tried costs a font, and most captions fit as they
+    // are.
+    if (layOut(pixelSize, std::min(lines, 2 + ownLines), box.width(), QTextOption::WordWrap)) {
+        balance();
+        place();
+        return;
+    }
     if (lines > 2 + ownLines && layOut(comfortable, 2 + ownLines, box.width(), QTextOption::WordWrap))
         search(comfortable, pixelSize, 2 + ownLines);
     else if (layOut(floor, lines, box.width(), QTextOption::WordWrap))

@@ -18,29 +18,6 @@ bool isVector(const QString& path) {
            path.endsWith(QStringLiteral(".svgz"), Qt::CaseInsensitive);
 }
 
-// The picture as large as it goes into that many device pixels, in proportion.
-QPixmap rendered(const QString& path, QSize room) {
-    if (isVector(path)) {
-        QSvgRenderer renderer(path);
-        if (!renderer.isValid())
-            return {};
-        const QSize target = renderer.defaultSize().scaled(room, Qt::KeepAspectRatio);
-        if (target.isEmpty())
-            return {};
-        QPixmap pixmap(target);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(target)));
-        return pixmap;
-    }
-    QImageReader reader(path);
-    reader.setAutoTransform(true);
-    const QImage image = reader.read();
-    if (image.isNull())
-        return {};
-    return QPixmap::fromImage(image.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
-}
-
 }  // namespace
 
 Image::Image(QWidget* parent) : QWidget(parent) {
@@ -48,10 +25,41 @@ Image::Image(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_Hover);
 }
 
+Image::~Image() = default;
+
+QSvgRenderer& Image::drawing() const {
+    if (!m_drawing)
+        m_drawing = std::make_unique<QSvgRenderer>(m_source);
+    return *m_drawing;
+}
+
+// The picture as large as it goes into that many device pixels, in proportion.
+QPixmap Image::rendered(QSize room) const {
+    if (isVector(m_source)) {
+        if (!drawing().isValid())
+            return {};
+        const QSize target = drawing().defaultSize().scaled(room, Qt::KeepAspectRatio);
+        if (target.isEmpty())
+            return {};
+        QPixmap pixmap(target);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        drawing().render(&painter, QRectF(QPointF(0, 0), QSizeF(target)));
+        return pixmap;
+    }
+    QImageReader reader(m_source);
+    reader.setAutoTransform(true);
+    const QImage image = reader.read();
+    if (image.isNull())
+        return {};
+    return QPixmap::fromImage(image.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+}
+
 void Image::setSource(const QString& path) {
     if (m_source == path)
         return;
     m_source = path;
+    m_drawing.reset();
     m_rendered = {};
     m_failed = false;
     updateGeometry();
@@ -61,7 +69,7 @@ void Image::setSource(const QString& path) {
 QSize Image::sizeHint() const {
     QSize natural;
     if (isVector(m_source))
-        natural = QSvgRenderer(m_source).defaultSize();
+        natural = drawing().defaultSize();
     else if (!m_source.isEmpty())
         natural = QImageReader(m_source).size();
     if (natural.isEmpty())
@@ -83,7 +91,7 @@ void Image::paintEvent(QPaintEvent*) {
         return;
     const double ratio = devicePixelRatioF();
     if (m_rendered.isNull() || m_rendered.devicePixelRatio() != ratio) {
-        m_rendered = rendered(m_source, (QSizeF(size()) * ratio).toSize());
+        m_rendered = rendered((QSizeF(size()) * ratio).toSize());
         m_rendered.setDevicePixelRatio(ratio);
         m_failed = m_rendered.isNull();
         if (m_failed)

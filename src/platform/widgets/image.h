@@ -2,6 +2,9 @@
 
 #include <QPixmap>
 #include <QWidget>
+#include <memory>
+
+class QSvgRenderer;
 
 namespace kovanix {
 
@@ -13,6 +16,7 @@ class Image : public QWidget {
 
 public:
     explicit Image(QWidget* parent = nullptr);
+    ~Image() override;
 
     /// The picture's path (a file or ":/…"). Empty shows nothing, the control still takes presses.
     const QString& source() const { return m_source; }
@@ -33,7 +37,11 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    QSvgRenderer& drawing() const;
+    QPixmap rendered(QSize room) const;
+
     QString m_source;
+    mutable std::unique_ptr<QSvgRenderer> m_drawing;  // read once, for the size and for every painting
     QPixmap m_rendered;     // the picture at the size and scale of the last painting
     QString m_givenName;    // the accessible name that follows the tip
     bool m_failed = false;  // the source can't be read; not tried again at each painting

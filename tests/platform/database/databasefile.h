@@ -58,7 +58,7 @@ public:
     QString connectionString() const { return connectionString(m_path, m_password); }
     static QString connectionString(const QString& path, const QString& password);
 
-    /// Executes statements in the system's SQL through a connection that is closed again.
+    /// Executes statements in the modules' SQL through a connection that is closed again.
     void execute(const QStringList& statements) const;
     /// The rows of a select, through a connection of the toolkit that is closed again.
     QStringList rows(const QString& sql) const;

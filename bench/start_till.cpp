@@ -1,0 +1,9 @@
+// The till itself, ending as soon as it is ready for a scan.
+
+#include "entry.h"
+#include "readymark.h"
+
+int main(int argc, char** argv) {
+    kovanix::bench::endWhenReady(QStringLiteral("barkod"));
+    return kovanix::runTill(argc, argv);
+}

@@ -1,0 +1,90 @@
+#include "till.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QRandomGenerator>
+#include <QSet>
+#include <QWindow>
+
+#include "app/session.h"
+#include "app/shopfolder.h"
+#include "data/baglanmamodulu.h"
+#include "figures.h"
+#include "runtime/screenregistry.h"
+
+namespace kovanix::bench {
+
+namespace {
+
+constexpr qsizetype barcodeLength = 13;
+
+QString firstField(const QString& sql, const QString& field) {
+    Recordset rows;
+    rows.open(sql, baglanti());
+    return rows.atEnd() ? QString() : rows.field(field).toString();
+}
+
+}  // namespace
+
+void closeShop() {
+    ScreenRegistry::clear();
+    baglantikapatsessiz();
+    semahazir = false;
+}
+
+satisekrani& openShop(const QString& folder) {
+    closeShop();
+    prepareShopFolder(folder);
+    if (!veritabaninibagla())
+        giveUp("the shop doesn't open");
+    satisekrani& sales = screen<satisekrani>();
+    sales.showMaximized();
+    return sales;
+}
+
+bool takesScans(const satisekrani& sales) {
+    return sales.isActiveWindow() && sales.ui.barkod->hasFocus();
+}
+
+QStringList drawBarcodes(qsizetype count, quint32 seed) {
+    const quint32 last =
+        firstField(QStringLiteral("select max(no) as last from urunler"), QStringLiteral("last")).toUInt();
+    QRandomGenerator random(seed);
+    QSet<QString> drawn;
+    QStringList barcodes;
+    for (qint64 tries = 0; barcodes.size() < count; ++tries) {
+        if (tries > 100 * qint64(count))
+            giveUp("the shop has too few products");
+        const QString number = QString::number(random.bounded(last) + 1);
+        const QString barcode =
+            firstField(u"select barkod from urunler where no=" + number, QStringLiteral("barkod"));
+        if (barcode.size() != barcodeLength || drawn.contains(barcode))
+            continue;
+        drawn.insert(barcode);
+        barcodes.append(barcode);
+    }
+    return barcodes;
+}
+
+void pressKey(QWidget& window, Qt::Key key, const QString& text) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(window.windowHandle(), &event);
+    }
+}
+
+void typeText(QWidget& window, const QString& text) {
+    for (const QChar character : text)
+        pressKey(window, static_cast<Qt::Key>(character.unicode()), character);
+}
+
+void scan(QWidget& window, const QString& barcode) {
+    typeText(window, barcode);
+    pressKey(window, Qt::Key_Return, QStringLiteral("\r"));
+}
+
+void finishPosted() {
+    QCoreApplication::sendPostedEvents();
+}
+
+}  // namespace kovanix::bench
