@@ -232,7 +232,8 @@ bool replaceFile(const QString& path, const QByteArray& bytes, const QByteArray&
         file.cancelWriting();
         return writeInPlace(path, bytes, before);
     }
-    return file.write(bytes) == bytes.size() && file.commit();
+    // commit() doesn't notice bytes that its own flush couldn't write, and would put a cut file in place.
+    return file.write(bytes) == bytes.size() && file.flush() && file.commit();
 }
 
 }  // namespace
