@@ -20,14 +20,18 @@ void showFirstScreen() {
 }
 
 void entryProcedure() {
-    ilkayarlar();
-    baglantiyukle();
-    if (veritabanivarmi())
-        veritabaninibagla();
+    startConnection();
     showFirstScreen();
 }
 
 }  // namespace
+
+void startConnection() {
+    ilkayarlar();
+    baglantiyukle();
+    if (veritabanivarmi())
+        veritabaninibagla();
+}
 
 int runTill(int argc, char** argv) {
     Application application(argc, argv);

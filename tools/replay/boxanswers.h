@@ -17,11 +17,13 @@ class BoxAnswers : public QObject {
 public:
     /// Presses Escape instead of a button.
     static constexpr int escape = -1;
+    /// Leaves the box to whoever listens to opened.
+    static constexpr int byHand = -2;
 
     /// Watches every message box of the program from now on.
     explicit BoxAnswers(QObject* parent = nullptr);
 
-    /// Queues an answer: a MessageBoxAnswer or escape.
+    /// Queues an answer: a MessageBoxAnswer, escape or byHand.
     void expect(const QString& title, const QString& text, int answer);
     /// Queues an answer to a box whatever it says.
     void expectAny(int answer);
@@ -34,6 +36,10 @@ public:
     int answered() const { return m_answered; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    /// A box stands open and is about to be answered.
+    void opened(QMessageBox& box);
 
 private:
     struct Expected {

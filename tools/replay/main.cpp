@@ -1,11 +1,13 @@
 #include <QCommandLineParser>
 #include <QFile>
+#include <QMessageBox>
 #include <cstdio>
 
 #include "app/frame.h"
 #include "app/shopfolder.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/application.h"
+#include "entry.h"
 #include "player.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
@@ -18,6 +20,14 @@ using namespace kovanix;
 void say(FILE* stream, const QStringList& lines) {
     for (const QString& line : lines)
         std::fprintf(stream, "%s\n", qUtf8Printable(line));
+    std::fflush(stream);
+}
+
+/// A message box as one line: whether it bears the critical icon, its title and its text.
+QString boxLine(const QMessageBox& box) {
+    const QString kind =
+        box.icon() == QMessageBox::Critical ? QStringLiteral("critical box") : QStringLiteral("box");
+    return kind + u' ' + box.windowTitle() + u": " + box.text().replace(u'\n', QStringLiteral("\\n"));
 }
 
 }  // namespace
@@ -37,7 +47,9 @@ int main(int argc, char** argv) {
                                     QStringLiteral("DIR"));
     const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("Where pictures and rows go."),
                                     QStringLiteral("DIR"), QStringLiteral("."));
-    commandLine.addOptions({folder, output});
+    const QCommandLineOption boxes(QStringLiteral("boxes"),
+                                   QStringLiteral("Writes each message box to standard output."));
+    commandLine.addOptions({folder, output, boxes});
     commandLine.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The script."));
     commandLine.process(application);
     if (commandLine.positionalArguments().size() != 1)
@@ -59,11 +71,11 @@ int main(int argc, char** argv) {
     Player player(steps, commandLine.value(output));
     QObject::connect(&player, &Player::finished, &application,
                      [&player] { QCoreApplication::exit(player.failures().isEmpty() ? 0 : 1); });
+    if (commandLine.isSet(boxes))
+        QObject::connect(&player.boxes(), &BoxAnswers::opened, &application,
+                         [](QMessageBox& box) { say(stdout, {boxLine(box)}); });
     const int status = application.run([&player] {
-        ilkayarlar();
-        baglantiyukle();
-        if (veritabanivarmi())
-            veritabaninibagla();
+        startConnection();
         screen<satisekrani>().show();
         player.start();
     });

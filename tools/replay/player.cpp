@@ -1,5 +1,7 @@
 #include "player.h"
 
+#include <unistd.h>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDateTime>
@@ -9,7 +11,9 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QSocketNotifier>
 #include <QTimer>
+#include <cstdio>
 #include <utility>
 
 #include "data/baglanmamodulu.h"
@@ -25,6 +29,8 @@
 namespace kovanix {
 
 namespace {
+
+constexpr int longestWaitForFocus = 2000;  // milliseconds
 
 satisekrani& salesScreen() {
     return screen<satisekrani>();
@@ -60,7 +66,10 @@ void typeText(const QString& text) {
 }
 
 Player::Player(QList<ScriptStep> steps, QString output, QObject* parent)
-    : QObject(parent), m_steps(std::move(steps)), m_output(std::move(output)) {}
+    : QObject(parent), m_steps(std::move(steps)), m_output(std::move(output)) {
+    for (; m_next < m_steps.size() && m_steps.at(m_next).command == u"answer"; ++m_next)
+        answer(m_steps.at(m_next));
+}
 
 void Player::start() {
     QTimer::singleShot(0, this, &Player::playNext);
@@ -75,8 +84,52 @@ void Player::playNext() {
         Q_EMIT finished();
         return;
     }
-    play(m_steps.at(m_next++));
+    const ScriptStep& step = m_steps.at(m_next);
+    if (waitForFocus(step)) {
+        QTimer::singleShot(1, this, &Player::playNext);
+        return;
+    }
+    ++m_next;
+    if (step.command == u"stay")
+        return;
+    if (step.command == u"pause") {
+        pause();
+        return;
+    }
+    play(step);
     QTimer::singleShot(0, this, &Player::playNext);
+}
+
+/// Whether a step that sends keys must wait: without a window manager the screen isn't active at once, nor by
+/// itself again when a box has closed over it.
+bool Player::waitForFocus(const ScriptStep& step) {
+    const bool sendsKeys = step.command == u"scan" || step.command == u"key" || step.command == u"type";
+    if (!sendsKeys || QApplication::focusWidget()) {
+        m_focusDeadline = QDeadlineTimer(QDeadlineTimer::Forever);
+        return false;
+    }
+    if (m_focusDeadline.isForever()) {
+        m_focusDeadline = QDeadlineTimer(longestWaitForFocus);
+        salesScreen().activateWindow();
+    }
+    if (!m_focusDeadline.hasExpired())
+        return true;
+    fail(step, QStringLiteral("nothing has the focus"));
+    m_focusDeadline = QDeadlineTimer(QDeadlineTimer::Forever);
+    return false;
+}
+
+void Player::pause() {
+    auto* input = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
+    connect(input, &QSocketNotifier::activated, this, [this, input] {
+        // Byte by byte: what stands behind the line belongs to the next pause.
+        char byte = 0;
+        if (::read(STDIN_FILENO, &byte, 1) == 1 && byte != '\n')
+            return;
+        input->setEnabled(false);
+        input->deleteLater();
+        playNext();
+    });
 }
 
 void Player::fail(const ScriptStep& step, const QString& what) {
@@ -122,6 +175,11 @@ void Player::play(const ScriptStep& step) {
         screenshot(step);
     } else if (step.command == u"rows") {
         saveRows(step);
+    } else if (step.command == u"say") {
+        std::printf("%s\n", qUtf8Printable(step.argument));
+        std::fflush(stdout);
+    } else if (step.command == u"close") {
+        salesScreen().close();
     }
 }
 
@@ -140,10 +198,12 @@ void Player::resize(const ScriptStep& step) {
 
 void Player::stopClock(const ScriptStep& step) {
     const QDateTime moment = QDateTime::fromString(step.argument, Qt::ISODate);
-    if (!moment.isValid())
+    if (!moment.isValid()) {
         fail(step, u"no moment " + step.argument);
-    else
-        Clock::setSource([moment] { return moment; });
+        return;
+    }
+    Clock::setSource([moment] { return moment; });
+    Q_EMIT salesScreen().Timer1.tick();  // what the next picture shows
 }
 
 void Player::press(const ScriptStep& step) {

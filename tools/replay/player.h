@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -18,6 +19,7 @@ class Player : public QObject {
     Q_OBJECT
 
 public:
+    /// Queues the answers that the script begins with.
     /// @param output  the folder that pictures and rows go to
     Player(QList<ScriptStep> steps, QString output, QObject* parent = nullptr);
 
@@ -27,11 +29,15 @@ public:
     /// What didn't hold, a line each; empty when the script went through.
     const QStringList& failures() const { return m_failures; }
 
+    /// The answers to message boxes.
+    const BoxAnswers& boxes() const { return m_boxes; }
+
 Q_SIGNALS:
     void finished();
 
 private:
     void playNext();
+    bool waitForFocus(const ScriptStep& step);
     void play(const ScriptStep& step);
     void fail(const ScriptStep& step, const QString& what);
 
@@ -44,10 +50,12 @@ private:
     void expectCell(const ScriptStep& step);
     void screenshot(const ScriptStep& step);
     void saveRows(const ScriptStep& step);
+    void pause();
 
     QList<ScriptStep> m_steps;
     QString m_output;
     qsizetype m_next = 0;
+    QDeadlineTimer m_focusDeadline{QDeadlineTimer::Forever};
     QStringList m_failures;
     BoxAnswers m_boxes;
 };

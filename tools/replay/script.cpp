@@ -9,7 +9,8 @@ const QStringList& commands() {
         QStringLiteral("size"),       QStringLiteral("clock"),  QStringLiteral("scan"),
         QStringLiteral("type"),       QStringLiteral("key"),    QStringLiteral("press"),
         QStringLiteral("answer"),     QStringLiteral("expect"), QStringLiteral("cell"),
-        QStringLiteral("screenshot"), QStringLiteral("rows")};
+        QStringLiteral("screenshot"), QStringLiteral("rows"),   QStringLiteral("say"),
+        QStringLiteral("pause"),      QStringLiteral("close"),  QStringLiteral("stay")};
     return names;
 }
 

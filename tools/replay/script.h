@@ -31,6 +31,12 @@ struct ScriptStep {
 ///   screenshot ticket.png    saves a picture of the sales screen into the output folder
 ///   rows sales.txt select …  saves the rows of a select into the output folder, tabs between the fields
 ///   repeat 20 / end          plays the lines between so many times
+///   say TEXT                 writes a line to standard output
+///   pause                    waits for a line at standard input
+///   close                    asks the sales screen to close, as its window's close button does
+///   stay                     plays nothing more: the program ends when the till ends
+///
+/// Answers that stand before every other line are for the boxes that open while the till starts.
 QList<ScriptStep> readScript(const QString& text, QStringList& errors);
 
 }  // namespace kovanix

@@ -1,0 +1,189 @@
+#include "programs.h"
+
+#include <sched.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include "data/baglanmamodulu.h"
+
+namespace kovanix {
+
+namespace {
+
+bool isRoot() {
+    return geteuid() == 0;
+}
+
+}  // namespace
+
+QString kovanixProgram() {
+    return QStringLiteral(KOVANIX_PROGRAM);
+}
+
+QString replayProgram() {
+    return QStringLiteral(REPLAY_PROGRAM);
+}
+
+QString demoShopProgram() {
+    return QStringLiteral(DEMO_SHOP_PROGRAM);
+}
+
+QProcessEnvironment tillEnvironment() {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* variable : {"KOVANIX_FOLDER", "KOVANIX_PRINTER", "KOVANIX_DRIVE_C", "PRINTER", "LPDEST",
+                                 "CUPS_SERVER", "DISPLAY", "WAYLAND_DISPLAY", "XDG_ACTIVATION_TOKEN"})
+        environment.remove(QString::fromLatin1(variable));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    // No server: a test that prints names its own.
+    environment.insert(QStringLiteral("CUPS_SERVER"), QStringLiteral("/nonexistent/cups.sock"));
+    return environment;
+}
+
+QStringList asOrdinaryUser() {
+    if (!isRoot())
+        return {};
+    return {QStringLiteral("setpriv"), QStringLiteral("--reuid=nobody"), QStringLiteral("--regid=nogroup"),
+            QStringLiteral("--clear-groups"), QStringLiteral("--")};
+}
+
+QString ordinaryUserTrouble() {
+    if (!isRoot())
+        return {};
+    if (QStandardPaths::findExecutable(QStringLiteral("setpriv")).isEmpty())
+        return QStringLiteral("no setpriv here to start a program as another user with");
+    const Outcome outcome = runProgram(
+        asOrdinaryUser() + QStringList{QStringLiteral("test"), QStringLiteral("-x"), kovanixProgram()});
+    if (outcome.ended && outcome.status == 0)
+        return {};
+    return QStringLiteral("an ordinary user can't reach the build folder");
+}
+
+bool someTillAnswers() {
+    QLocalSocket socket;
+    socket.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
+    socket.connectToServer(QStringLiteral("Global\\KovanixSingleInstance2026"));
+    if (!socket.waitForConnected(1000))
+        return false;
+    socket.write("raise\n");
+    return socket.waitForReadyRead(1000) && socket.readLine() == "taken\n";
+}
+
+void isolateFromOtherTills() {
+    static_cast<void>(::unshare(CLONE_NEWNET));
+}
+
+Outcome runProgram(const QStringList& command, const QProcessEnvironment& environment) {
+    return Program(command, environment).finish();
+}
+
+Program::Program(const QStringList& command, const QProcessEnvironment& environment) {
+    m_process.setProcessEnvironment(environment);
+    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process, [this] { read(); });
+    // Nothing may outlive a test that is killed itself.
+    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_process.start(command.first(), command.mid(1));
+    if (!m_process.waitForStarted(patience))
+        qFatal("%s doesn't start: %s", qUtf8Printable(command.first()),
+               qUtf8Printable(m_process.errorString()));
+}
+
+Program::~Program() {
+    killHard();
+}
+
+void Program::read() {
+    m_unread += m_process.readAllStandardOutput();
+    for (qsizetype end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n')) {
+        m_lines.append(QString::fromUtf8(m_unread.left(end)));
+        m_output += m_lines.last() + u'\n';
+        m_unread.remove(0, end + 1);
+    }
+}
+
+bool Program::waitForLine(const QString& line, qsizetype times) {
+    return QTest::qWaitFor([&] { return count(line) >= times || !isRunning(); }, patience) &&
+           count(line) >= times;
+}
+
+void Program::goOn() {
+    m_process.write("\n");
+}
+
+void Program::killHard() {
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.kill();
+        m_process.waitForFinished(patience);
+    }
+    read();
+}
+
+Outcome Program::finish() {
+    const bool ended =
+        QTest::qWaitFor([this] { return m_process.state() == QProcess::NotRunning; }, patience);
+    killHard();
+    Outcome outcome;
+    outcome.ended = ended && m_process.exitStatus() == QProcess::NormalExit;
+    outcome.status = m_process.exitCode();
+    outcome.output = m_output + QString::fromUtf8(m_unread);
+    // The toolkit's remarks on the surroundings are no words of the program.
+    for (const QByteArray& line : m_process.readAllStandardError().split('\n')) {
+        const bool remark =
+            line.startsWith("QStandardPaths: ") || line.startsWith("This plugin does not support ");
+        if (!line.isEmpty() && !remark)
+            outcome.errors += QString::fromUtf8(line) + u'\n';
+    }
+    return outcome;
+}
+
+ClosedShop::ClosedShop(const QString& password) {
+    openShop(password);
+    addProduct(shelf::bread, QStringLiteral("Köy Ekmeği"), 7, 10, shelf::startStock);
+    addProduct(shelf::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5, shelf::startStock);
+    addProduct(shelf::tomatoes, QStringLiteral("Domates"), 30, 40, shelf::startStock);
+    baglantikapat();
+}
+
+QString ClosedShop::script(const QStringList& lines) const {
+    static int serial = 0;
+    QFile script(file(QStringLiteral("script-%1.replay").arg(++serial)));
+    const QByteArray text = (lines.join(u'\n') + u'\n').toUtf8();
+    if (!script.open(QIODevice::WriteOnly) || script.write(text) != text.size())
+        qFatal("no script");
+    return script.fileName();
+}
+
+QStringList ClosedShop::replay(const QStringList& lines, const QString& elsewhere) const {
+    const QString on = elsewhere.isEmpty() ? folder() : elsewhere;
+    return {replayProgram(), QStringLiteral("--boxes"), QStringLiteral("--folder"), on, script(lines)};
+}
+
+QStringList ClosedShop::till() const {
+    return {kovanixProgram(), QStringLiteral("--folder"), folder()};
+}
+
+void ClosedShop::openToEveryone() const {
+    const QFile::Permissions read = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    const QFile::Permissions write = QFile::WriteOwner;
+    QFile::setPermissions(folder(), read | write | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
+    for (const QFileInfo& entry : QDir(folder()).entryInfoList(QDir::Files))
+        QFile::setPermissions(entry.filePath(), read | write);
+}
+
+QVariant ClosedShop::value(const QString& sql) const {
+    const QList<QVariantList> found = rows(sql);
+    return found.isEmpty() ? QVariant() : found.first().value(0);
+}
+
+double ClosedShop::stock(const QString& barcode) const {
+    return value(QStringLiteral("SELECT stok FROM urunler WHERE barkod = '%1'").arg(barcode)).toDouble();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,218 @@
+// The sales screen on a display with a window manager: where the keyboard goes.
+
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <functional>
+
+#include "desktop/focus.h"
+#include "desktop/singleinstance.h"
+#include "runtests.h"
+#include "salesfixture.h"
+#include "virtualdisplay.h"
+
+using namespace kovanix;
+
+namespace {
+
+constexpr int soon = 10000;  // milliseconds
+
+const QString closeTitle = QStringLiteral("Program kapatma");
+const QString closeText = QStringLiteral("PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?");
+const QString infoTitle = QStringLiteral("Bilgi");
+
+bool hasKeyboard(const QWidget& control) {
+    return QApplication::focusWidget() == &control && control.isActiveWindow();
+}
+
+/// Presses real keys once the next box is active.
+void answerByKeys(BoxAnswers& boxes, QObject& context, const std::function<void()>& press) {
+    QObject::connect(
+        &boxes, &BoxAnswers::opened, &context,
+        [press](QMessageBox& box) {
+            // The box itself, that is: its window counts as active while the one below it is.
+            if (!QTest::qWaitFor([&box] { return box.isActiveWindow(); }, soon))
+                qFatal("the box doesn't become active");
+            press();
+        },
+        Qt::SingleShotConnection);
+}
+
+}  // namespace
+
+class DesktopTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (!displayTrouble().isEmpty())
+            QSKIP(qPrintable(displayTrouble()));
+    }
+
+    void init() { m_shop = std::make_unique<SalesFixture>(); }
+
+    void cleanup() {
+        if (m_shop)
+            QVERIFY(allAnswered(m_shop->boxes));
+        m_shop.reset();
+    }
+
+    void theKeyboardIsInBarkodAtTheStart() {
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        // What is typed on the keyboard arrives there.
+        typeKeys(QStringLiteral("12a3"));
+        QTRY_COMPARE(ui().barkod->text(), QStringLiteral("123"));
+    }
+
+    void aScanBecomesALine() {
+        typeKeys(goods::milk + u'\n');
+        QTRY_COMPARE(m_shop->lines(), 1);
+        QCOMPARE(m_shop->line(1).first(), goods::milk);
+        QCOMPARE(m_shop->toplam(), QStringLiteral("32,50"));
+    }
+
+    void fOneStoresTheSale() {
+        typeKeys(goods::bread + u'\n');
+        pressKeys({QStringLiteral("F1")});
+        QTRY_COMPARE(m_shop->lines(), 0);
+        QCOMPARE(m_shop->rows(QStringLiteral("SELECT barkod, adet FROM satislar")),
+                 (QList<QVariantList>{{goods::bread, 1.0}}));
+        QVERIFY(hasKeyboard(*ui().barkod));
+    }
+
+    void aBurstOfScans() {
+        constexpr int scans = 66;
+        const QStringList codes{goods::bread, goods::milk, goods::tea};
+        QString keys;
+        for (int i = 0; i < scans; ++i)
+            keys += codes.at(i % codes.size()) + u'\n';
+        QElapsedTimer clock;
+        clock.start();
+        typeKeys(keys);
+        const auto scanned = [this] {
+            double sum = 0;
+            for (int row = 1; row <= m_shop->lines(); ++row)
+                sum += m_shop->line(row).at(2).toDouble();
+            return sum;
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(scanned(), static_cast<double>(scans), soon);
+        qInfo("%.1f scans a second", scans * 1000.0 / static_cast<double>(clock.elapsed()));
+        QCOMPARE(m_shop->lines(), 3);
+        for (int row = 1; row <= 3; ++row) {
+            QCOMPARE(m_shop->line(row).at(0), codes.at(row - 1));
+            QCOMPARE(m_shop->line(row).at(2), QString::number(scans / 3));
+        }
+        QVERIFY(!ui().urunbulunamadiframesi->isVisible());
+        QCOMPARE(ui().barkod->text(), QString());
+    }
+
+    void aClosedBoxGivesTheKeyboardBack_data() {
+        using Step = std::function<void(SalesFixture&)>;
+        QTest::addColumn<Step>("open");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("expected");
+        const auto pressKapat = [](QWidget* (*focused)(const Ui::satisekrani&)) {
+            return Step([focused](SalesFixture& shop) {
+                giveFocus(*focused(shop.ui()));
+                shop.ui().kapat->click();
+            });
+        };
+        const QString escape = QStringLiteral("Escape");
+        const QString enter = QStringLiteral("Return");
+        // The activation procedure would have moved it to barkod.
+        QTest::newRow("to ver2, by Escape")
+            << pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }) << closeTitle
+            << closeText << escape << QStringLiteral("ver2");
+        QTest::newRow("to ver2, by Enter")
+            << pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }) << closeTitle
+            << closeText << enter << QStringLiteral("ver2");
+        QTest::newRow("to adet, by Escape")
+            << pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.adet; }) << closeTitle
+            << closeText << escape << QStringLiteral("adet");
+        QTest::newRow("to barkod after F9") << Step([](SalesFixture&) { pressKeys({QStringLiteral("F9")}); })
+                                            << closeTitle << closeText << enter << QStringLiteral("barkod");
+        QTest::newRow("to barkod after F1 on an empty ticket")
+            << Step([](SalesFixture&) { pressKeys({QStringLiteral("F1")}); }) << infoTitle
+            << QStringLiteral("önce satış yapın") << QStringLiteral("space") << QStringLiteral("barkod");
+        QTest::newRow("to barkod from a quantity of nine digits") << Step([](SalesFixture& shop) {
+            giveFocus(*shop.ui().adet);
+            typeKeys(QStringLiteral("123456789"));
+        }) << infoTitle << QStringLiteral("Adet miktarı 8 basamaktan fazla olamaz")
+                                                                  << enter << QStringLiteral("barkod");
+    }
+
+    void aClosedBoxGivesTheKeyboardBack() {
+        using Step = std::function<void(SalesFixture&)>;
+        QFETCH(Step, open);
+        QFETCH(QString, title);
+        QFETCH(QString, text);
+        QFETCH(QString, answer);
+        QFETCH(QString, expected);
+        m_shop->boxes.expect(title, text, BoxAnswers::byHand);
+        answerByKeys(m_shop->boxes, *this, [answer] { pressKeys({answer}); });
+        open(*m_shop);
+        QTRY_COMPARE(m_shop->boxes.answered(), 1);
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        auto* control = sales().findChild<QWidget*>(expected);
+        QTRY_VERIFY(hasKeyboard(*control));
+    }
+
+    void anotherProgramsWindowLeavesTheKeyboardWhereItWas() {
+        giveFocus(*ui().ver2);
+        QTRY_VERIFY(hasKeyboard(*ui().ver2));
+        {
+            QWidget other;  // no screen of ours
+            other.resize(300, 200);
+            other.show();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+        }
+        QTRY_VERIFY(sales().isActiveWindow());
+        QTRY_VERIFY(hasKeyboard(*ui().ver2));
+    }
+
+    void keysGoToTheOpenBox() {
+        m_shop->boxes.expect(closeTitle, closeText, BoxAnswers::byHand);
+        bool stayedOpen = false;
+        answerByKeys(m_shop->boxes, *this, [&] {
+            // A scan while the question stands: its digits go nowhere, its Enter answers with the default,
+            // No.
+            typeKeys(goods::bread);
+            stayedOpen = QApplication::activeModalWidget() != nullptr;
+            pressKeys({QStringLiteral("Return")});
+        });
+        pressKeys({QStringLiteral("F9")});
+        QTRY_COMPARE(m_shop->boxes.answered(), 1);
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QVERIFY(stayedOpen);
+        QCOMPARE(ui().barkod->text(), QString());
+        QCOMPARE(m_shop->lines(), 0);
+    }
+
+    void fTenHidesAndTheNextStartBringsBack() {
+        typeKeys(goods::bread + u'\n');
+        QTRY_COMPARE(m_shop->lines(), 1);
+        pressKeys({QStringLiteral("F10")});
+        QTRY_VERIFY(sales().isMinimized());
+        QTRY_VERIFY(!sales().isActiveWindow());
+        raiseApplication();
+        QTRY_VERIFY(!sales().isMinimized());
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QCOMPARE(m_shop->lines(), 1);
+    }
+
+private:
+    satisekrani& sales() const { return m_shop->sales(); }
+    Ui::satisekrani& ui() const { return m_shop->ui(); }
+
+    std::unique_ptr<SalesFixture> m_shop;
+};
+
+int main(int argc, char** argv) {
+    if (displayTrouble().isEmpty() && !isOnVirtualDisplay())
+        return runOnVirtualDisplay(argc, argv);
+    return runTests<DesktopTest>(argc, argv);
+}
+
+#include "test_desktop.moc"
