@@ -5,7 +5,7 @@
 
 namespace kovanix::demoshop {
 
-/// The check digit that belongs behind a row of digits (GS1 General Specifications, 7.9: weights 3 and 1 by
+/// The check digit that belongs behind a row of digits (the GS1 modulo-10 rule: weights 3 and 1 by
 /// turns from the right). Only the digits 0 to 9 are allowed.
 int checkDigit(QStringView digits);
 
