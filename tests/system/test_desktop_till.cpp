@@ -175,7 +175,7 @@ private Q_SLOTS:
 int main(int argc, char** argv) {
     if (displayTrouble().isEmpty() && !isOnVirtualDisplay())
         return runOnVirtualDisplay(argc, argv);
-    isolateFromOtherTills();  // not the display: servers find a free number by the machine's names
+    isolateFromOtherTills();
     return runTests<DesktopTillTest>(argc, argv);
 }
 

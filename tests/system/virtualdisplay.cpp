@@ -62,22 +62,26 @@ int runOnVirtualDisplay(int argc, char** argv) {
     const auto dieWithUs = [] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); };
     QProcess server;
     server.setChildProcessModifier(dieWithUs);
-    // Without auto-repeat: on a busy machine a key pressed for a moment could count as held down.
+    // A number of this process's own: servers that look for a free one by themselves take each other's names
+    // when one ends while another starts. Without auto-repeat: on a busy machine a key pressed for a moment
+    // could count as held down.
+    const QString display = u':' + QString::number(1000 + application.applicationPid() % 50000);
     server.start(QStringLiteral("Xvfb"),
-                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                 {display, QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                   QStringLiteral("0"), QStringLiteral("1024x768x24"), QStringLiteral("-nolisten"),
-                  QStringLiteral("tcp"), QStringLiteral("-r")});
+                  QStringLiteral("tcp"), QStringLiteral("-r"), QStringLiteral("-noreset")});
     const bool ready = QTest::qWaitFor([&] { return server.canReadLine(); }, patience);
     if (!ready)
         qFatal("no display: %s", server.readAllStandardError().constData());
-    environment.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(server.readLine().trimmed()));
+    environment.insert(QStringLiteral("DISPLAY"), display);
 
     QProcess manager;
     manager.setChildProcessModifier(dieWithUs);
     manager.setProcessEnvironment(environment);
     manager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
     if (!QTest::qWaitFor([&] { return isManaged(environment); }, patience))
-        qFatal("no window manager: %s", manager.readAllStandardError().constData());
+        qFatal("no window manager: %s %s", qPrintable(manager.errorString()),
+               manager.readAllStandardError().constData());
 
     QProcess tests;
     tests.setChildProcessModifier(dieWithUs);
