@@ -33,7 +33,7 @@ QPalette shopPalette() {
 }  // namespace
 
 void prepareApplication() {
-    QApplication::setApplicationName(QStringLiteral("kovanix"));
+    QApplication::setApplicationName(QStringLiteral("Kovanix"));
     // No display name: the toolkit would append it to every window title.
     QApplication::setDesktopFileName(QStringLiteral("kovanix"));
     QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));

@@ -162,7 +162,7 @@ private Q_SLOTS:
         ShownTill till(shop);
         typeKeys(QStringLiteral("2700012\n"));
         QTRY_COMPARE_WITH_TIMEOUT(visibleWindows(till), 2, soon);
-        QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == QStringLiteral("kovanix"), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == QStringLiteral("Kovanix"), soon);
         QVERIFY(till.isRunning());
         pressKeys({QStringLiteral("Return")});
         const Outcome outcome = till.finish();

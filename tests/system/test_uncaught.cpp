@@ -36,7 +36,7 @@ private Q_SLOTS:
                                                        QStringList{QStringLiteral("say alive")}));
         QVERIFY(outcome.ended);
         QCOMPARE(outcome.status, 1);
-        QCOMPARE(outcome.output, QStringLiteral("critical box kovanix: 13\\nType mismatch\n"));
+        QCOMPARE(outcome.output, QStringLiteral("critical box Kovanix: 13\\nType mismatch\n"));
         QCOMPARE(outcome.errors, QStringLiteral("13: Type mismatch\n"));
         QCOMPARE(shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt(), 0);
         QCOMPARE(shop.value(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));

@@ -28,16 +28,15 @@ void stop(QProcess& process) {
 
 /// Whether a window manager has taken the display.
 bool isManaged(const QProcessEnvironment& environment) {
-    const Outcome outcome = runProgram(
-        {QStringLiteral("xprop"), QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")},
-        environment);
-    return outcome.output.contains(QStringLiteral("window id"));
+    const Outcome outcome =
+        runProgram({QStringLiteral("xdotool"), QStringLiteral("get_num_desktops")}, environment);
+    return outcome.ended && outcome.status == 0;
 }
 
 }  // namespace
 
 QString displayTrouble() {
-    for (const char* program : {"Xvfb", "openbox", "xdotool", "xprop"}) {
+    for (const char* program : {"Xvfb", "openbox", "xdotool"}) {
         if (QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty())
             return QString::fromLatin1(program) + u" is not installed here";
     }
