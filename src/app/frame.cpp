@@ -3,8 +3,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFont>
+#include <QLibraryInfo>
 #include <QPalette>
 #include <QStyleFactory>
+#include <QTranslator>
 
 #include "desktop/messagebox.h"
 
@@ -20,7 +22,7 @@ QPalette shopPalette() {
     palette.setColor(QPalette::WindowText, QColor(0x1B, 0x26, 0x36));
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFC));
-    palette.setColor(QPalette::Text, QColor(0x1B, 0x26, 0x36));
+    palette.setColor(QPalette::Text, Qt::black);  // read on the barcode field's red, too
     palette.setColor(QPalette::Button, QColor(0xE6, 0xEB, 0xF2));
     palette.setColor(QPalette::ButtonText, QColor(0x1B, 0x26, 0x36));
     palette.setColor(QPalette::Highlight, QColor(0x1F, 0x6F, 0xEB));
@@ -28,6 +30,15 @@ QPalette shopPalette() {
     palette.setColor(QPalette::ToolTipBase, QColor(0x1B, 0x26, 0x36));
     palette.setColor(QPalette::ToolTipText, Qt::white);
     return palette;
+}
+
+// The words of the toolkit's own dialogs. A machine without them shows English there; ours are never looked up.
+void installToolkitWords() {
+    auto* words = new QTranslator(qApp);
+    if (words->load(QStringLiteral("qtbase_tr"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(words);
+    else
+        delete words;
 }
 
 }  // namespace
@@ -50,6 +61,7 @@ void prepareApplication() {
     font.setPixelSize(designFontPixels);
     QApplication::setFont(font);
 
+    installToolkitWords();
     setMessageBoxCaptions({.ok = QStringLiteral("Tamam"),
                            .cancel = QStringLiteral("İptal"),
                            .retry = QStringLiteral("Yeniden dene"),

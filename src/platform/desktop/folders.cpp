@@ -73,4 +73,10 @@ QString drivePath(const QString& storedPath) {
     return joinStored(drive, storedPath.mid(2));
 }
 
+QString sharedFile(const QString& name) {
+    const QDir program(QCoreApplication::applicationDirPath());
+    return QDir::cleanPath(
+        program.absoluteFilePath(QStringLiteral("../" KOVANIX_DATADIR "/kovanix/") + name));
+}
+
 }  // namespace kovanix

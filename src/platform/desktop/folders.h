@@ -26,4 +26,8 @@ QString joinStored(const QString& folder, const QString& storedName);
 /// letter) names one. A path without a drive letter comes back as it is.
 QString drivePath(const QString& storedPath);
 
+/// The path of a file that ships with the program, such as "kullanim/index.html": it lies in the data folder
+/// beside the program's own, where the build puts it and where it is installed.
+QString sharedFile(const QString& name);
+
 }  // namespace kovanix

@@ -1,6 +1,6 @@
 #include "runtime/screen.h"
 
-#include <QEvent>
+#include <QCloseEvent>
 
 namespace kovanix {
 
@@ -14,6 +14,11 @@ Screen::Screen(QWidget* parent) : QWidget(parent, Qt::Window) {}
 Screen::~Screen() {
     if (lastActiveScreen == this)
         lastActiveScreen = nullptr;
+}
+
+void Screen::closeEvent(QCloseEvent* event) {
+    event->accept();
+    ScreenRegistry::unload(*this);
 }
 
 bool Screen::event(QEvent* event) {

@@ -30,6 +30,8 @@ public:
     virtual void form_activate() {}
 
 protected:
+    /// The window's own close button unloads the screen.
+    void closeEvent(QCloseEvent* event) override;
     bool event(QEvent* event) override;
 };
 

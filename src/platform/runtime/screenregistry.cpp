@@ -1,25 +1,48 @@
 #include "runtime/screenregistry.h"
 
-#include <map>
+#include <algorithm>
+#include <vector>
 
 #include "runtime/screen.h"
 
 namespace kovanix {
 
 namespace {
-std::map<std::type_index, Screen*>& screens() {
-    static std::map<std::type_index, Screen*> loadedScreens;
+
+struct Entry {
+    std::type_index type;
+    Screen* screen;
+};
+
+/// In the order of loading.
+std::vector<Entry>& screens() {
+    static std::vector<Entry> loadedScreens;
     return loadedScreens;
 }
+
+std::vector<Entry>::iterator entryOf(std::type_index type) {
+    return std::find_if(screens().begin(), screens().end(),
+                        [&](const Entry& entry) { return entry.type == type; });
+}
+
+void take(std::vector<Entry>::iterator entry) {
+    if (entry == screens().end())
+        return;
+    Screen* screen = entry->screen;
+    screens().erase(entry);
+    screen->hide();
+    screen->deleteLater();
+}
+
 }  // namespace
 
 Screen* ScreenRegistry::find(std::type_index type) {
-    const auto found = screens().find(type);
-    return found == screens().end() ? nullptr : found->second;
+    const auto found = entryOf(type);
+    return found == screens().end() ? nullptr : found->screen;
 }
 
 void ScreenRegistry::load(std::type_index type, Screen* created) {
-    screens()[type] = created;
+    screens().push_back({type, created});
     try {
         created->form_load();
     } catch (...) {
@@ -29,18 +52,29 @@ void ScreenRegistry::load(std::type_index type, Screen* created) {
 }
 
 void ScreenRegistry::unload(std::type_index type) {
-    const auto found = screens().find(type);
-    if (found == screens().end())
-        return;
-    Screen* screen = found->second;
-    screens().erase(found);
-    screen->hide();
-    screen->deleteLater();
+    take(entryOf(type));
+}
+
+void ScreenRegistry::unload(const Screen& screen) {
+    take(std::find_if(screens().begin(), screens().end(),
+                      [&](const Entry& entry) { return entry.screen == &screen; }));
+}
+
+std::vector<Screen*> ScreenRegistry::all() {
+    std::vector<Screen*> loadedScreens;
+    for (const Entry& entry : screens())
+        loadedScreens.push_back(entry.screen);
+    return loadedScreens;
+}
+
+void ScreenRegistry::unloadAll() {
+    while (!screens().empty())
+        take(screens().begin());
 }
 
 void ScreenRegistry::clear() {
     while (!screens().empty()) {
-        Screen* screen = screens().begin()->second;
+        const Screen* screen = screens().front().screen;
         screens().erase(screens().begin());
         delete screen;
     }

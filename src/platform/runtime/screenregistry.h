@@ -1,6 +1,7 @@
 #pragma once
 
 #include <typeindex>
+#include <vector>
 
 namespace kovanix {
 
@@ -14,6 +15,11 @@ public:
     static void load(std::type_index type, Screen* created);
     /// Takes the screen out at once, hides it, and deletes it when the running event is over.
     static void unload(std::type_index type);
+    static void unload(const Screen& screen);
+    /// All screens that are loaded, in the order of loading.
+    static std::vector<Screen*> all();
+    /// Unloads every screen, in the order of loading.
+    static void unloadAll();
     /// Deletes every screen at once, without running any procedure of theirs: for the end of the process.
     static void clear();
 };
@@ -33,6 +39,11 @@ S& screen() {
 template <class S>
 bool loaded() {
     return ScreenRegistry::find(typeid(S)) != nullptr;
+}
+
+/// Unloads every screen that is loaded, the caller's own among them.
+inline void unloadAllScreens() {
+    ScreenRegistry::unloadAll();
 }
 
 /// Unloads the screen. The object lives until the running event is over, so code behind this call in one of

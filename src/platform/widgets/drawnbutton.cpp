@@ -20,6 +20,7 @@ namespace {
 constexpr double designRadius = 8.0;
 constexpr int designTouchSize = 44;
 constexpr int captionLines = 3;
+const QColor slotGrey(0x7C, 0x87, 0x94);
 
 }  // namespace
 
@@ -31,9 +32,21 @@ struct DrawnButton::Arrangement {
     Key key;
     QRectF icon;
     QPixmap iconPixmap;
+    QPixmap iconOutline;  // made when first painted
+    QColor iconOutlineTone;
     QRectF pill;
     FittedText caption;
     FittedText hint;
+};
+
+// What a painting goes by.
+struct DrawnButton::Look {
+    QColor top;
+    QColor bottom;
+    QColor border;
+    QColor ink;
+    bool enabled;
+    bool pressed;
 };
 
 DrawnButton::DrawnButton(QWidget* parent)
@@ -157,6 +170,10 @@ std::pair<QColor, QColor> DrawnButton::faceColors(bool pressed) const {
                    : std::pair{m_backcolor1, m_backcolor2};
 }
 
+QColor DrawnButton::ink() const {
+    return m_forecolor;
+}
+
 double DrawnButton::cornerRadius() const {
     return std::min(designRadius * designScale(*this), std::min(width(), height()) / 3.0);
 }
@@ -179,6 +196,7 @@ void DrawnButton::arrange() {
 
     parts.icon = {};
     parts.iconPixmap = {};
+    parts.iconOutline = {};
     if (!icon().isNull() && box.width() >= 1 && box.height() >= 1) {
         const bool alone = m_caption.trimmed().isEmpty();
         const QSizeF given = QSizeF(iconSize()) * scale;
@@ -244,12 +262,74 @@ void DrawnButton::arrange() {
         parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
 }
 
-/// An icon is a shape: it takes the colour of the caption, so that it can be seen on every face.
+// An icon is a shape: it takes the colour of the caption, so that it can be seen on every face.
 static QPixmap inColor(QPixmap icon, const QColor& color) {
     QPainter painter(&icon);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(QRectF(QPointF(0, 0), icon.deviceIndependentSize()), color);
     return icon;
+}
+
+DrawnButton::Look DrawnButton::look() const {
+    const bool pressed = isDown() || isChecked();
+    const auto [top, bottom] = faceColors(pressed);
+    if (isEnabled())
+        return {top, bottom, borderFor(top, bottom), ink(), true, pressed};
+    const QColor paleTop = mutedFace(top, standsOnDark(*this));
+    const QColor paleBottom = mutedFace(bottom, standsOnDark(*this));
+    return {paleTop,
+            paleBottom,
+            mixed(borderFor(paleTop, paleBottom), paleBottom, 0.55),
+            mutedText(m_forecolor, mixed(paleTop, paleBottom, 0.5)),
+            false,
+            pressed};
+}
+
+// What has to be painted around a shape in this part of the face; nothing where it stands out by itself.
+QColor DrawnButton::outlineAt(const Look& look, const QRectF& part, double wanted) const {
+    if (!look.enabled)
+        return {};
+    const auto at = [&](double y) { return mixed(look.top, look.bottom, y / height()); };
+    return outlineFor(look.ink, at(part.top()), at(part.bottom()), wanted);
+}
+
+void DrawnButton::paintIcon(QPainter& painter, const Look& look) {
+    Arrangement& parts = *m_arrangement;
+    if (parts.iconPixmap.isNull())
+        return;
+    const QColor outline = outlineAt(look, parts.icon, legible);
+    if (outline.isValid()) {
+        const QColor tone = outline.rgb();
+        if (parts.iconOutline.isNull() || parts.iconOutlineTone != tone) {
+            const QPixmap shape = inColor(parts.iconPixmap, tone);
+            parts.iconOutline = outlinePixmap(parts.icon.size(), shape.devicePixelRatio(), tone,
+                                              [&](QPainter& on) { on.drawPixmap(QPointF(0, 0), shape); });
+            parts.iconOutlineTone = tone;
+        }
+        painter.setOpacity(outline.alphaF());
+        painter.drawPixmap(parts.icon.topLeft() - QPointF(outlineMargin, outlineMargin), parts.iconOutline);
+        painter.setOpacity(1);
+    }
+    painter.drawPixmap(parts.icon.topLeft(), inColor(parts.iconPixmap, look.ink));
+}
+
+void DrawnButton::paintKeyHint(QPainter& painter, const Look& look) {
+    if (m_keyHint.isEmpty())
+        return;
+    const QRectF& pill = m_arrangement->pill;
+    // A pill is a face of its own: where the ink doesn't stand out, its ground does what an outline does for
+    // a caption.
+    QColor ground = outlineAt(look, pill, legible);
+    QColor ink = look.ink;
+    if (!ground.isValid()) {
+        ground = look.ink;
+        ground.setAlpha(30);
+        ink.setAlpha(look.enabled ? 215 : 150);
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(pill, pill.height() / 2, pill.height() / 2);
+    m_arrangement->hint.paint(painter, ink);
 }
 
 void DrawnButton::paintEvent(QPaintEvent*) {
@@ -258,38 +338,16 @@ void DrawnButton::paintEvent(QPaintEvent*) {
                            QPainter::SmoothPixmapTransform);
     arrange();
 
-    const bool pressed = isDown() || isChecked();
-    auto [top, bottom] = faceColors(pressed);
-    QColor ink = m_forecolor;
-    QColor border = borderFor(top, bottom);
-    if (!isEnabled()) {
-        top = mutedFace(top);
-        bottom = mutedFace(bottom);
-        border = mixed(borderFor(top, bottom), bottom, 0.55);
-        ink = mutedText(m_forecolor, mixed(top, bottom, 0.5));
-    }
-    const QColor middle = mixed(top, bottom, 0.5);
+    const Look now = look();
     const double radius = cornerRadius();
-    paintFace(painter, QRectF(rect()), radius, top, bottom, border, isEnabled() && !pressed);
+    paintFace(painter, QRectF(rect()), radius, now.top, now.bottom, now.border, now.enabled && !now.pressed);
     // Some themes give both states the same colours: the shade shows the press all the same.
-    if (pressed && isEnabled())
+    if (now.pressed && now.enabled)
         paintPressedShade(painter, QRectF(rect()), radius);
-
-    if (!m_arrangement->iconPixmap.isNull()) {
-        painter.drawPixmap(m_arrangement->icon.topLeft(), inColor(m_arrangement->iconPixmap, ink));
-    }
-    m_arrangement->caption.paint(painter, ink, isEnabled() ? haloFor(ink, middle) : QColor());
-    if (!m_keyHint.isEmpty()) {
-        QColor tint = ink;
-        tint.setAlpha(30);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(tint);
-        const QRectF& pill = m_arrangement->pill;
-        painter.drawRoundedRect(pill, pill.height() / 2, pill.height() / 2);
-        QColor hintInk = ink;
-        hintInk.setAlpha(isEnabled() ? 215 : 150);
-        m_arrangement->hint.paint(painter, hintInk);
-    }
+    paintIcon(painter, now);
+    const FittedText& text = m_arrangement->caption;
+    text.paint(painter, now.ink, outlineAt(now, text.bounds(), text.wantedContrast()));
+    paintKeyHint(painter, now);
     if (hasFocus())
         paintFocusRing(painter, QRectF(rect()), radius);
 }
@@ -300,6 +358,12 @@ std::pair<QColor, QColor> CommandButton::faceColors(bool pressed) const {
                    : std::pair{face, mixed(face, Qt::black, 0.06)};
 }
 
+QColor CommandButton::ink() const {
+    // By the face at rest: a caption that turned from black to white under the finger would seem another one.
+    const auto [top, bottom] = faceColors(false);
+    return inkOn(forecolor(), top, bottom);
+}
+
 void CommandButton::paintEvent(QPaintEvent* event) {
     if (!caption().trimmed().isEmpty() || !icon().isNull()) {
         DrawnButton::paintEvent(event);
@@ -308,13 +372,14 @@ void CommandButton::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = cornerRadius();
-    // Between the ground and its text's colour, so that it stays quiet on light and dark screens alike.
-    const QColor ground = palette().color(QPalette::Active, QPalette::Window);
-    const QColor ink = contrast(ground, Qt::black) > contrast(ground, Qt::white) ? QColor(0x20, 0x2C, 0x3A)
-                                                                                 : QColor(Qt::white);
-    QColor fill = ink;
-    fill.setAlpha(isDown() ? 34 : 10);
-    QPen dashes(mixed(ground, ink, isEnabled() ? 0.36 : 0.2), 1.2);
+    // A grey between the tones, so that it stays quiet on light and dark grounds alike.
+    const auto tint = [](float opacity) {
+        QColor grey = slotGrey;
+        grey.setAlphaF(opacity);
+        return grey;
+    };
+    const QColor fill = tint(isDown() ? 0.24F : 0.08F);
+    QPen dashes(tint(isEnabled() ? 0.65F : 0.36F), 1.2);
     dashes.setDashPattern({5.0, 4.0});
     dashes.setCapStyle(Qt::FlatCap);
     painter.setPen(dashes);

@@ -10,6 +10,8 @@ namespace kovanix {
 /// A button that paints itself: a rounded face with a vertical gradient from backcolor1 to backcolor2 (while
 /// pressed from backcolorpushed1 to backcolorpushed2), the caption in forecolor, an optional icon, a focus
 /// ring that can be seen from arm's length, and a disabled state that can't be taken for an enabled one.
+/// Where the face behind caption, icon or key hint comes too near to forecolor, a thin outline keeps them
+/// legible; the colours themselves are painted as they were set.
 ///
 /// An icon stands above the caption where the button is high enough for both, else to its left; its iconSize
 /// is in design pixels and grows with the resizing container, never beyond the face. The size hint doesn't
@@ -75,13 +77,20 @@ protected:
 
     /// The colours of the face, top and bottom, before a disabled control's are muted.
     virtual std::pair<QColor, QColor> faceColors(bool pressed) const;
+    /// What an enabled control's caption, icon and key hint are painted in.
+    virtual QColor ink() const;
     double cornerRadius() const;
 
 private:
     struct Arrangement;
+    struct Look;
 
     void setColor(QColor& member, const QColor& color);
     void arrange();
+    Look look() const;
+    QColor outlineAt(const Look& look, const QRectF& part, double wanted) const;
+    void paintIcon(QPainter& painter, const Look& look);
+    void paintKeyHint(QPainter& painter, const Look& look);
     void nameAfterCaption();
 
     QString m_caption;
@@ -111,8 +120,9 @@ public:
     using DrawnButton::DrawnButton;
 };
 
-/// The plain command button: one face colour. With an empty caption it shows as an open slot that waits to be
-/// filled.
+/// The plain command button: one face colour. Its caption is painted in forecolor where that is legible, else
+/// in black or white: themes change the face alone. With an empty caption it shows as an open slot that waits
+/// to be filled.
 class CommandButton : public DrawnButton {
     Q_OBJECT
 public:
@@ -121,6 +131,7 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     std::pair<QColor, QColor> faceColors(bool pressed) const override;
+    QColor ink() const override;
 };
 
 }  // namespace kovanix

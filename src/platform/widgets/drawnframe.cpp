@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 #include <algorithm>
 
 #include "widgets/face.h"
@@ -12,7 +13,20 @@
 namespace kovanix {
 namespace {
 
-constexpr double cornerRadius = 9.0;
+// What labels are written in; the pale ones while they are out of use.
+const QColor darkInk(0x1B, 0x26, 0x36);
+const QColor paleInk(0x7C, 0x87, 0x94);
+const QColor paleInkOnDark(0xA3, 0xAB, 0xB5);
+
+// The title bar runs from left to right, slowly first: a caption at the left stands on its first colour
+// whatever the second one is.
+constexpr double titleKnee = 0.35;
+
+double titleShare(double place) {
+    constexpr double shareAtKnee = 0.15;
+    return place <= titleKnee ? shareAtKnee * place / titleKnee
+                              : shareAtKnee + (1 - shareAtKnee) * (place - titleKnee) / (1 - titleKnee);
+}
 
 }  // namespace
 
@@ -24,7 +38,9 @@ vkFrame::vkFrame(QWidget* parent)
       m_forecolor(Qt::white),
       m_titlecolor1(0x21, 0x5A, 0xC8),
       m_titlecolor2(0x4C, 0x86, 0xE8),
-      m_title(std::make_unique<FittedText>()) {}
+      m_title(std::make_unique<FittedText>()) {
+    inkLabels();
+}
 
 vkFrame::~vkFrame() = default;
 
@@ -47,10 +63,22 @@ void vkFrame::setColor(QColor& member, const QColor& color) {
 
 void vkFrame::setBackcolor1(const QColor& color) {
     setColor(m_backcolor1, color);
+    inkLabels();
 }
 
 void vkFrame::setBackcolor2(const QColor& color) {
     setColor(m_backcolor2, color);
+    inkLabels();
+}
+
+void vkFrame::inkLabels() {
+    const QColor middle = mixed(m_backcolor1, m_backcolor2, 0.5);
+    const bool dark = contrast(darkInk, middle) < contrast(Qt::white, middle);
+    const QColor ink = dark ? QColor(Qt::white) : darkInk;
+    QPalette colors = palette();
+    colors.setColor(QPalette::WindowText, ink);
+    colors.setColor(QPalette::Disabled, QPalette::WindowText, dark ? paleInkOnDark : paleInk);
+    setPalette(colors);  // nobody is told where it is the same as before
 }
 
 void vkFrame::setBordercolor(const QColor& color) {
@@ -67,6 +95,11 @@ void vkFrame::setTitlecolor1(const QColor& color) {
 
 void vkFrame::setTitlecolor2(const QColor& color) {
     setColor(m_titlecolor2, color);
+}
+
+void vkFrame::setCornerRadius(int radius) {
+    m_cornerRadius = radius;
+    update();
 }
 
 int vkFrame::titleHeight() const {
@@ -95,24 +128,31 @@ void vkFrame::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF bounds(rect());
-    const double radius =
-        std::min(cornerRadius * designScale(*this), std::min(bounds.width(), bounds.height()) / 3);
-    paintFace(painter, bounds, radius, m_backcolor1, m_backcolor2, m_bordercolor, false);
-    if (m_caption.isEmpty())
+    if (m_cornerRadius <= 0) {
+        QLinearGradient ground(bounds.topLeft(), bounds.bottomLeft());
+        ground.setColorAt(0, m_backcolor1);
+        ground.setColorAt(1, m_backcolor2);
+        painter.fillRect(bounds, ground);
         return;
+    }
+    const double radius =
+        std::min(m_cornerRadius * designScale(*this), std::min(bounds.width(), bounds.height()) / 3);
+    paintFace(painter, bounds, radius, m_backcolor1, m_backcolor2, m_bordercolor, false);
+    if (!m_caption.isEmpty())
+        paintTitle(painter, bounds, radius);
+}
 
+void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius) {
     QPainterPath inside;
     inside.addRoundedRect(bounds.adjusted(1, 1, -1, -1), radius - 0.5, radius - 0.5);
     QPainterPath strip;
     const QRectF bar(bounds.left(), bounds.top(), bounds.width(), titleHeight());
     strip.addRect(bar);
-    const QColor from = isEnabled() ? m_titlecolor1 : mutedFace(m_titlecolor1);
-    const QColor to = isEnabled() ? m_titlecolor2 : mutedFace(m_titlecolor2);
-    // From left to right: a caption at the left stands on its first colour whatever the second one is.
+    const QColor from = isEnabled() ? m_titlecolor1 : mutedFace(m_titlecolor1, standsOnDark(*this));
+    const QColor to = isEnabled() ? m_titlecolor2 : mutedFace(m_titlecolor2, standsOnDark(*this));
     QLinearGradient gradient(bar.topLeft(), bar.topRight());
-    gradient.setColorAt(0, from);
-    gradient.setColorAt(0.35, mixed(from, to, 0.15));
-    gradient.setColorAt(1, to);
+    for (const double place : {0.0, titleKnee, 1.0})
+        gradient.setColorAt(place, mixed(from, to, titleShare(place)));
     painter.fillPath(inside.intersected(strip), gradient);
     painter.setPen(QPen(m_bordercolor, 1.0));
     painter.drawLine(bar.bottomLeft() + QPointF(1, -0.5), bar.bottomRight() + QPointF(-1, -0.5));
@@ -120,8 +160,12 @@ void vkFrame::paintEvent(QPaintEvent*) {
     const double padding = QFontMetricsF(font()).height() * 0.6;
     m_title->fit(m_caption, font(), FittedText::pixelSizeOf(font(), logicalDpiY()),
                  bar.adjusted(padding, 2, -padding, -2), Qt::AlignLeft | Qt::AlignVCenter, 1);
-    const QColor ink = isEnabled() ? m_forecolor : mutedText(m_forecolor, from);
-    m_title->paint(painter, ink, isEnabled() ? haloFor(ink, from) : QColor());
+    if (!isEnabled()) {
+        m_title->paint(painter, mutedText(m_forecolor, from));
+        return;
+    }
+    const QColor end = mixed(from, to, titleShare(m_title->bounds().right() / bar.width()));
+    m_title->paint(painter, m_forecolor, outlineFor(m_forecolor, from, end, m_title->wantedContrast()));
 }
 
 }  // namespace kovanix

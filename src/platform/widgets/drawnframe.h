@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QRectF>
 #include <QWidget>
 #include <memory>
 
@@ -11,6 +12,9 @@ class FittedText;
 /// The frame of the drawn family: a rounded panel with a vertical gradient from backcolor1 to backcolor2, a
 /// border in bordercolor and, when there is a caption, a title bar from titlecolor1 to titlecolor2 with the
 /// caption in forecolor.
+///
+/// Labels that stand on it and have no colour of their own get an ink that reads on its face: dark, or white
+/// on a dark face. It is the window text of the frame's palette, which text fields don't use.
 class vkFrame : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
@@ -20,6 +24,7 @@ class vkFrame : public QWidget {
     Q_PROPERTY(QColor forecolor READ forecolor WRITE setForecolor)
     Q_PROPERTY(QColor titlecolor1 READ titlecolor1 WRITE setTitlecolor1)
     Q_PROPERTY(QColor titlecolor2 READ titlecolor2 WRITE setTitlecolor2)
+    Q_PROPERTY(int cornerRadius READ cornerRadius WRITE setCornerRadius)
 
 public:
     explicit vkFrame(QWidget* parent = nullptr);
@@ -40,6 +45,9 @@ public:
     void setTitlecolor1(const QColor& color);
     QColor titlecolor2() const { return m_titlecolor2; }
     void setTitlecolor2(const QColor& color);
+    /// In design pixels; 0 makes a ground that fills its window to the edges, without a border.
+    int cornerRadius() const { return m_cornerRadius; }
+    void setCornerRadius(int radius);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -48,6 +56,8 @@ protected:
 private:
     int titleHeight() const;
     void layOutTitle();
+    void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
+    void inkLabels();
     void setColor(QColor& member, const QColor& color);
 
     QString m_caption;
@@ -58,6 +68,7 @@ private:
     QColor m_titlecolor1;
     QColor m_titlecolor2;
     std::unique_ptr<FittedText> m_title;
+    int m_cornerRadius = 9;
     int m_titleMargin = 0;  // what the title bar takes of the contents' upper margin
 };
 

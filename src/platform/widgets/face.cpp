@@ -2,8 +2,10 @@
 
 #include <QLinearGradient>
 #include <QPainter>
+#include <QPalette>
 #include <QWidget>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "widgets/activeresize.h"
@@ -13,12 +15,37 @@ namespace {
 
 const QColor focusColor(0x12, 0x5F, 0xE0);
 const QColor disabledGround(0xEE, 0xF1, 0xF5);
+const QColor disabledGroundOnDark(0x50, 0x54, 0x5A);
+constexpr double faintestOutline = 0.2;
+constexpr double strongestOutline = 0.85;
+
+// The share of light in each of a channel's 256 values; every painting asks several times.
+const std::array<double, 256>& linearLight() {
+    static const std::array<double, 256> table = [] {
+        std::array<double, 256> values{};
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const double part = static_cast<double>(i) / 255;
+            values[i] = part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        }
+        return values;
+    }();
+    return table;
+}
 
 double luminance(const QColor& color) {
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    const auto linear = [](int part) { return linearLight()[static_cast<std::size_t>(part)]; };
+    return 0.2126 * linear(color.red()) + 0.7152 * linear(color.green()) + 0.0722 * linear(color.blue());
+}
+
+// The least that a measure gives for the colours from one to another. Luminance may dip on the way, so the
+// ends alone don't tell.
+template <class Measure>
+double leastOver(const QColor& from, const QColor& to, const Measure& measure) {
+    constexpr int steps = 8;
+    double least = measure(from);
+    for (int i = 1; i <= steps && from != to; ++i)
+        least = std::min(least, measure(mixed(from, to, static_cast<double>(i) / steps)));
+    return least;
 }
 
 }  // namespace
@@ -37,10 +64,10 @@ double contrast(const QColor& first, const QColor& second) {
     return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
-QColor mutedFace(const QColor& color) {
+QColor mutedFace(const QColor& color, bool onDark) {
     const QColor grey = QColor::fromHslF(color.hslHueF() < 0 ? 0.0F : color.hslHueF(),
                                          color.hslSaturationF() * 0.45F, color.lightnessF());
-    return mixed(grey, disabledGround, 0.78);
+    return mixed(grey, onDark ? disabledGroundOnDark : disabledGround, 0.78);
 }
 
 QColor mutedText(const QColor& text, const QColor& face) {
@@ -56,12 +83,57 @@ QColor mutedText(const QColor& text, const QColor& face) {
     return ink;
 }
 
-QColor haloFor(const QColor& text, const QColor& face) {
-    if (contrast(text, face) >= 1.8)
+double contrastOver(const QColor& ink, const QColor& from, const QColor& to) {
+    return leastOver(from, to, [&](const QColor& face) { return contrast(ink, face); });
+}
+
+QColor blackOrWhite(const QColor& ground) {
+    return contrast(ground, Qt::black) >= contrast(ground, Qt::white) ? Qt::black : Qt::white;
+}
+
+QColor inkOn(const QColor& wanted, const QColor& from, const QColor& to) {
+    if (contrastOver(wanted, from, to) >= legible)
+        return wanted;
+    return contrastOver(Qt::black, from, to) >= contrastOver(Qt::white, from, to) ? Qt::black : Qt::white;
+}
+
+QColor outlineFor(const QColor& ink, const QColor& from, const QColor& to, double wanted) {
+    if (contrastOver(ink, from, to) >= wanted)
         return {};
-    QColor halo = luminance(text) > 0.4 ? QColor(Qt::black) : QColor(Qt::white);
-    halo.setAlpha(60);
-    return halo;
+    QColor outline = blackOrWhite(ink);
+    // Glyphs are told from the outline or, where their colour lies between the two, the outline from the
+    // face. It is as strong as the worst place needs it and so stays quiet on all others.
+    const auto reached = [&](double strength) {
+        return leastOver(from, to, [&](const QColor& face) {
+            const QColor rim = mixed(face, outline, strength);
+            return std::max(contrast(ink, rim), contrast(rim, face));
+        });
+    };
+    double strength = faintestOutline;
+    while (strength < strongestOutline && reached(strength) < wanted)
+        strength += 0.05;
+    outline.setAlphaF(static_cast<float>(std::min(strength, strongestOutline)));
+    return outline;
+}
+
+QPixmap outlinePixmap(const QSizeF& size, double ratio, const QColor& tone,
+                      const std::function<void(QPainter&)>& paintShape) {
+    static constexpr std::array<QPointF, 8> around{QPointF(-1, -1), QPointF(0, -1), QPointF(1, -1),
+                                                   QPointF(-1, 0),  QPointF(1, 0),  QPointF(-1, 1),
+                                                   QPointF(0, 1),   QPointF(1, 1)};
+    const QSizeF whole(size.width() + 2 * outlineMargin, size.height() + 2 * outlineMargin);
+    QPixmap outline((whole * ratio).toSize());
+    outline.setDevicePixelRatio(ratio);
+    outline.fill(Qt::transparent);
+    QPainter painter(&outline);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setPen(tone);
+    for (const QPointF& offset : around) {
+        painter.resetTransform();
+        painter.translate(QPointF(outlineMargin, outlineMargin) + offset);
+        paintShape(painter);
+    }
+    return outline;
 }
 
 double designScale(const QWidget& control) {
@@ -72,9 +144,13 @@ double designScale(const QWidget& control) {
     return 1.0;
 }
 
+bool standsOnDark(const QWidget& control) {
+    return luminance(control.palette().color(QPalette::Active, QPalette::WindowText)) > 0.5;
+}
+
 QColor borderFor(const QColor& top, const QColor& bottom) {
     const QColor middle = mixed(top, bottom, 0.6);
-    return luminance(middle) < 0.03 ? mixed(middle, Qt::white, 0.35) : mixed(middle, Qt::black, 0.3);
+    return luminance(middle) < 0.09 ? mixed(middle, Qt::white, 0.35) : mixed(middle, Qt::black, 0.3);
 }
 
 void paintFace(QPainter& painter, const QRectF& bounds, double radius, const QColor& top,

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QColor>
+#include <QPixmap>
 #include <QRectF>
+#include <functional>
 
 class QPainter;
 class QWidget;
@@ -18,13 +20,40 @@ QColor mixed(const QColor& first, const QColor& second, double share);
 double contrast(const QColor& first, const QColor& second);
 
 /// The colour of a face, and of a caption on such a face, while its control is disabled. The caption stays
-/// legible.
-QColor mutedFace(const QColor& color);
+/// legible. On a dark page a face is muted
+/// towards dark, so that it doesn't shine out of it.
+QColor mutedFace(const QColor& color, bool onDark = false);
 QColor mutedText(const QColor& text, const QColor& face);
 
-/// What is painted around glyphs that could hardly be told from the face behind them; invalid where they
-/// stand out.
-QColor haloFor(const QColor& text, const QColor& face);
+/// The contrast ratios at which small and large glyphs are read without effort, and the size in pixels from
+/// which glyphs are large (WCAG 2.1, 1.4.3).
+constexpr double legible = 4.5;
+constexpr double legibleLarge = 3.0;
+constexpr int largeGlyphs = 24;
+
+/// The least contrast of an ink on a face that runs from one colour to another.
+double contrastOver(const QColor& ink, const QColor& from, const QColor& to);
+
+/// Black or white, whichever stands out better on a ground.
+QColor blackOrWhite(const QColor& ground);
+
+/// The wanted ink where it is legible all over a face, else black or white.
+QColor inkOn(const QColor& wanted, const QColor& from, const QColor& to);
+
+/// What is painted around glyphs that don't stand out everywhere on the face behind them: black or white, no
+/// stronger than it takes to reach the wanted contrast. Invalid where the glyphs reach it by themselves.
+QColor outlineFor(const QColor& ink, const QColor& from, const QColor& to, double wanted);
+
+/// The outline of a shape, one pixel wide and opaque, to be kept and painted in any strength.
+/// @param size  what the shape takes, in device independent pixels; the outline reaches beyond it by
+/// outlineMargin
+/// @param paintShape  paints the shape in `tone`, its upper left corner at the origin
+QPixmap outlinePixmap(const QSizeF& size, double ratio, const QColor& tone,
+                      const std::function<void(QPainter&)>& paintShape);
+constexpr int outlineMargin = 2;
+
+/// Whether a control stands on a dark page: one whose labels are written in a light ink.
+bool standsOnDark(const QWidget& control);
 
 /// The scale of the resizing container that holds the control; 1 outside of one.
 double designScale(const QWidget& control);

@@ -4,8 +4,9 @@
 #include <QPainter>
 #include <QPen>
 #include <algorithm>
-#include <array>
 #include <cmath>
+
+#include "widgets/face.h"
 
 namespace kovanix {
 namespace {
@@ -33,6 +34,7 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
     m_box = box;
     m_alignment = alignment;
     m_maxLines = maxLines;
+    m_outline = {};
 
     QString shown = text.trimmed();
     shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
@@ -59,6 +61,10 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
         elide(floor, lines);
     balance();
     place();
+}
+
+double FittedText::wantedContrast() const {
+    return m_fittedSize >= largeGlyphs ? legibleLarge : legible;
 }
 
 bool FittedText::layOut(int pixelSize, int maxLines, double width, QTextOption::WrapMode wrap) {
@@ -160,17 +166,30 @@ void FittedText::place() {
     }
 }
 
-void FittedText::paint(QPainter& painter, const QColor& color, const QColor& halo) const {
+void FittedText::paintOutline(QPainter& painter, const QColor& outline) const {
+    const double ratio = painter.device()->devicePixelRatioF();
+    // On whole pixels, where the glyphs stand too.
+    const QPointF corner(std::floor(m_bounds.left()), std::floor(m_bounds.top()));
+    const QSizeF size(std::ceil(m_bounds.right()) - corner.x(), std::ceil(m_bounds.bottom()) - corner.y());
+    if (size.isEmpty())
+        return;
+    const QColor tone = outline.rgb();
+    if (m_outline.isNull() || m_outline.devicePixelRatio() != ratio || m_outlineTone != tone.rgb()) {
+        m_outline =
+            outlinePixmap(size, ratio, tone, [&](QPainter& onPixmap) { m_layout->draw(&onPixmap, -corner); });
+        m_outlineTone = tone.rgb();
+    }
+    const double before = painter.opacity();
+    painter.setOpacity(before * outline.alphaF());
+    painter.drawPixmap(corner - QPointF(outlineMargin, outlineMargin), m_outline);
+    painter.setOpacity(before);
+}
+
+void FittedText::paint(QPainter& painter, const QColor& color, const QColor& outline) const {
     if (!m_layout)
         return;
-    if (halo.isValid()) {
-        static constexpr std::array<QPointF, 8> around{QPointF(-1, -1), QPointF(0, -1), QPointF(1, -1),
-                                                       QPointF(-1, 0),  QPointF(1, 0),  QPointF(-1, 1),
-                                                       QPointF(0, 1),   QPointF(1, 1)};
-        painter.setPen(halo);
-        for (const QPointF& offset : around)
-            m_layout->draw(&painter, offset);
-    }
+    if (outline.isValid())
+        paintOutline(painter, outline);
     painter.setPen(color);
     m_layout->draw(&painter, QPointF(0, 0));
 }

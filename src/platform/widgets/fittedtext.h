@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <QPixmap>
 #include <QRectF>
 #include <QString>
 #include <QTextLayout>
@@ -24,10 +25,12 @@ public:
     const QRectF& bounds() const { return m_bounds; }
     /// The glyphs' size after fitting, in pixels; 0 before the first.
     int pixelSize() const { return m_fittedSize; }
+    /// The contrast with what lies behind them at which glyphs of that size are read without effort.
+    double wantedContrast() const;
     int lineCount() const { return m_layout ? m_layout->lineCount() : 0; }
 
-    /// Paints the last fit. A valid halo is painted around the glyphs.
-    void paint(QPainter& painter, const QColor& color, const QColor& halo = {}) const;
+    /// Paints the last fit. A valid outline is painted around the glyphs, in the strength of its opacity.
+    void paint(QPainter& painter, const QColor& color, const QColor& outline = {}) const;
 
     /// A font's size in pixels on a display of that many dots an inch, whichever way the font states it.
     static int pixelSizeOf(const QFont& font, int dotsPerInch);
@@ -38,6 +41,7 @@ private:
     void balance();
     void elide(int pixelSize, int maxLines);
     void place();
+    void paintOutline(QPainter& painter, const QColor& outline) const;
 
     QString m_text;
     QFont m_font;
@@ -49,6 +53,8 @@ private:
     std::unique_ptr<QTextLayout> m_layout;
     int m_fittedSize = 0;
     QRectF m_bounds;
+    mutable QPixmap m_outline;     // of the last fit, made when first painted
+    mutable QRgb m_outlineTone{};  // what it was made in
 };
 
 }  // namespace kovanix

@@ -56,6 +56,9 @@ public:
     int mouseRow() const { return m_mouseRow; }
     int mouseCol() const { return m_mouseCol; }
 
+    /// Where a cell stands in the viewport; empty for a hidden one, outside of it for a scrolled-off row.
+    QRect cellRect(int row, int column) const;
+
     /// Scrolls so that the row can be seen.
     void ensureRowVisible(int row);
 
@@ -90,7 +93,6 @@ private:
     int rowTop(int row) const;
     int wholeRows(int position) const;
     QRect bodyBelow(int row) const;
-    QRect cellRect(int row, int column) const;
     int nextShownColumn(int step) const;
     void paintLine(QPainter& painter, int row, const QRect& line) const;
     void paintTexts(QPainter& painter, int row, const QColor& color) const;

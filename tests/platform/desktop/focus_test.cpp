@@ -1,9 +1,13 @@
+#include <QApplication>
+#include <QDialog>
 #include <QLineEdit>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWidget>
+#include <QWindow>
 
 #include "desktop/focus.h"
+#include "desktop/screensize.h"
 
 using namespace kovanix;
 
@@ -42,12 +46,48 @@ public:
     }
 };
 
+/// A window that asks for a size, as a screen of the till does.
+class Screenlike : public QWidget {
+public:
+    explicit Screenlike(QSize hint) : QWidget(nullptr, Qt::Window), m_hint(hint) {}
+    QSize sizeHint() const override { return m_hint; }
+
+private:
+    QSize m_hint;
+};
+
+void setScreen(QSize pixels) {
+    setScreenMetricsSource([pixels] { return ScreenMetrics{pixels, 15, 15}; });
+}
+
+/// Opens a window by itself, as the first of a program.
+void openFirst(QWidget& window, const QRect& geometry) {
+    window.setGeometry(geometry);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+}
+
+void openInFront(QWidget& window) {
+    showInFront(window);
+    // Not qWaitForWindowActive: to it a window is active as soon as its owner is.
+    QTRY_VERIFY(window.isActiveWindow());
+}
+
+/// Within the few pixels that the platform's window frames take.
+bool centredOn(const QWidget& window, QPoint centre) {
+    return (window.geometry().center() - centre).manhattanLength() <= 6;
+}
+
 }  // namespace
 
 class FocusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { setScreen({1024, 768}); }
+    void cleanup() { setScreenMetricsSource({}); }
+
     void focusMovesInTheActiveWindow() {
         Window window;
         window.showActive();
@@ -110,6 +150,212 @@ private Q_SLOTS:
         QTRY_VERIFY(behind.widget.isActiveWindow());
         QTRY_VERIFY(behind.second->hasFocus());
         QVERIFY(!front.first->hasFocus());
+    }
+
+    void sizeGrowsWithTheScreen_data() {
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("design size") << QSize(1024, 768) << QSize(400, 300);
+        QTest::newRow("half") << QSize(512, 384) << QSize(200, 150);
+        QTest::newRow("800x600") << QSize(800, 600) << QSize(312, 234);
+        QTest::newRow("wide: its height counts") << QSize(1366, 768) << QSize(400, 300);
+        QTest::newRow("high: its width counts") << QSize(768, 1366) << QSize(300, 225);
+        QTest::newRow("double") << QSize(2048, 1536) << QSize(800, 600);
+    }
+    void sizeGrowsWithTheScreen() {
+        QFETCH(QSize, screen);
+        QFETCH(QSize, size);
+        setScreen(screen);
+        Screenlike window({400, 300});
+        openInFront(window);
+        QVERIFY2((window.size() - size).width() / 2 == 0 && (window.size() - size).height() / 2 == 0,
+                 qPrintable(QStringLiteral("%1x%2").arg(window.width()).arg(window.height())));
+    }
+
+    void opensCentredOnTheFirstWindow() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        QVERIFY(second.isActiveWindow());
+        QVERIFY(centredOn(second, first.geometry().center()));
+        // Nor does a second one that was moved aside take the third with it.
+        second.move(0, 0);
+        Screenlike third({200, 100});
+        openInFront(third);
+        QVERIFY(centredOn(third, first.geometry().center()));
+    }
+
+    void opensCentredOnTheScreenWhereItIsTheFirst() {
+        setScreen({1000, 700});
+        Screenlike window({400, 300});
+        openInFront(window);
+        QVERIFY2(centredOn(window, {500, 350}), qPrintable(QString::number(window.x())));
+    }
+
+    void staysAboveTheFirstWindow() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        QCOMPARE(second.windowHandle()->transientParent(), first.windowHandle());
+        // The kind of window that window managers keep above its owner.
+        QCOMPARE(second.windowHandle()->type(), Qt::Dialog);
+        QCOMPARE(first.windowHandle()->type(), Qt::Window);
+        // Opened from the second, above the first all the same: the second may go.
+        Screenlike third({300, 200});
+        openInFront(third);
+        QCOMPARE(third.windowHandle()->transientParent(), first.windowHandle());
+        QVERIFY(!first.windowHandle()->transientParent());
+    }
+
+    void staysAboveTheFirstWindowWhenADialogIsActive() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        QDialog dialog(&first);
+        dialog.show();
+        dialog.activateWindow();
+        QTRY_VERIFY(dialog.isActiveWindow());
+        Screenlike window({300, 200});
+        openInFront(window);
+        QCOMPARE(window.windowHandle()->transientParent(), first.windowHandle());
+    }
+
+    // A screen unloads itself and opens the next one: in between, no window is active.
+    void staysAboveTheFirstWindowWhenNoneIsActive() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        second.hide();
+        QVERIFY(!QApplication::activeWindow());
+        Screenlike third({300, 200});
+        openInFront(third);
+        QCOMPARE(third.windowHandle()->transientParent(), first.windowHandle());
+        QVERIFY(centredOn(third, first.geometry().center()));
+    }
+
+    // The window that opened all others is hidden, gone for good: the next in the chain takes its place.
+    void aHiddenOwnerIsPassedOver_data() {
+        QTest::addColumn<bool>("active");
+        QTest::newRow("the next is active") << true;
+        QTest::newRow("none is active") << false;
+    }
+    void aHiddenOwnerIsPassedOver() {
+        QFETCH(bool, active);
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        first.hide();
+        second.activateWindow();
+        QTRY_VERIFY(second.isActiveWindow());
+        if (!active) {
+            Screenlike passing({100, 50});
+            openInFront(passing);
+            passing.hide();
+            QVERIFY(!QApplication::activeWindow());
+        }
+        Screenlike third({200, 100});
+        openInFront(third);
+        QCOMPARE(third.windowHandle()->transientParent(), second.windowHandle());
+    }
+
+    void theFirstWindowNeverStandsAboveItself() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        first.hide();
+        second.activateWindow();
+        QTRY_VERIFY(second.isActiveWindow());
+        showInFront(first);
+        QVERIFY(first.isVisible());
+        QCOMPARE(first.size(), QSize(600, 400));  // a window without a hint keeps its size
+        QVERIFY(!first.windowHandle()->transientParent());
+        QCOMPARE(second.windowHandle()->transientParent(), first.windowHandle());
+    }
+
+    void anOpenWindowKeepsSizeAndPlace() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        second.setGeometry(20, 30, 333, 222);
+        first.activateWindow();
+        QTRY_VERIFY(first.isActiveWindow());
+        const QRect before = second.geometry();
+        setScreen({2048, 1536});
+        const RaiseCounter counter(&second);
+        openInFront(second);
+        QCOMPARE(second.geometry(), before);
+        QVERIFY(second.isActiveWindow());
+        QCOMPARE(counter.raised, 1);
+    }
+
+    void oneThatWasHiddenOpensAnew() {
+        Screenlike window({300, 200});
+        openInFront(window);
+        window.setGeometry(0, 0, 50, 50);
+        window.hide();
+        showInFront(window);
+        QVERIFY(window.isVisible());
+        QCOMPARE(window.size(), QSize(300, 200));
+    }
+
+    void aMinimisedOneComesBack_data() {
+        QTest::addColumn<bool>("maximised");
+        QTest::newRow("usual") << false;
+        QTest::newRow("maximised before") << true;
+    }
+    void aMinimisedOneComesBack() {
+        QFETCH(bool, maximised);
+        Screenlike window({300, 200});
+        openInFront(window);
+        if (maximised)
+            window.showMaximized();
+        window.setWindowState(window.windowState() | Qt::WindowMinimized);
+        QTRY_VERIFY(window.isMinimized());
+        openInFront(window);
+        QVERIFY(!window.isMinimized());
+        QCOMPARE(window.isMaximized(), maximised);
+        QVERIFY(window.isVisible());
+    }
+
+    void isWholeOnTheScreen_data() {
+        QTest::addColumn<QRect>("owner");
+        QTest::addColumn<QSize>("hint");
+        QTest::addColumn<QRect>("place");
+        const QSize hint(300, 200);
+        QTest::newRow("upper left") << QRect(0, 0, 100, 50) << hint << QRect(0, 0, 300, 200);
+        QTest::newRow("lower right") << QRect(900, 700, 100, 50) << hint << QRect(724, 568, 300, 200);
+        QTest::newRow("beyond the right edge")
+            << QRect(1500, 300, 100, 50) << hint << QRect(724, 225, 300, 200);
+        QTest::newRow("larger than the screen")
+            << QRect(100, 100, 400, 300) << QSize(2000, 300) << QRect(0, 100, 1024, 300);
+        QTest::newRow("larger in both")
+            << QRect(100, 100, 400, 300) << QSize(2000, 1000) << QRect(0, 0, 1024, 768);
+    }
+    void isWholeOnTheScreen() {
+        QFETCH(QRect, owner);
+        QFETCH(QSize, hint);
+        QFETCH(QRect, place);
+        QWidget first;
+        openFirst(first, owner);
+        Screenlike window(hint);
+        openInFront(window);
+        const QRect frame = window.frameGeometry();
+        QVERIFY(QRect(0, 0, 1024, 768).contains(frame));
+        // Within the few pixels of the platform's frame.
+        const QPoint corners =
+            (frame.topLeft() - place.topLeft()) + (frame.bottomRight() - place.bottomRight());
+        QVERIFY2(corners.manhattanLength() <= 10 && frame.width() >= place.width() &&
+                     frame.height() >= place.height(),
+                 qPrintable(QStringLiteral("%1,%2 %3x%4")
+                                .arg(frame.x())
+                                .arg(frame.y())
+                                .arg(frame.width())
+                                .arg(frame.height())));
     }
 };
 

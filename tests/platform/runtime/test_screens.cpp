@@ -1,7 +1,9 @@
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDialog>
 #include <QPointer>
 #include <QTest>
+#include <QWindow>
 
 #include "runtime/runtimeerror.h"
 #include "runtime/screen.h"
@@ -66,6 +68,26 @@ public:
     static inline QList<QPointer<QObject>> instances;
 };
 
+class UnloadsAll : public Screen {
+public:
+    void run() {
+        unloadAllScreens();
+        state = 7;
+    }
+
+    int state = 0;
+};
+
+class LoadsAnotherWhenHidden : public Screen {
+protected:
+    void hideEvent(QHideEvent*) override { kovanix::screen<Second>(); }
+};
+
+class RefusesToClose : public Screen {
+protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+};
+
 void runPendingDeletes() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
@@ -100,6 +122,16 @@ private Q_SLOTS:
     void failedLoadIsTakenOut();
     void screenMayUnloadItselfInLoad();
     void clearDeletesAtOnce();
+    void unloadAllTakesEveryScreen();
+    void unloadAllFromAScreensOwnProcedure();
+    void unloadAllTakesWhatIsLoadedMeanwhile();
+    void unloadAllOfNothing();
+    void aScreenMayBeLoadedAfterUnloadAll();
+    void closingUnloads();
+    void closingByTheWindowSystemUnloads();
+    void closingAScreenThatIsUnloadedAlready();
+    void closingLeavesAFreshInstanceAlone();
+    void aScreenMayRefuseToClose();
     void activationRunsForTheFirstScreen();
     void activationRunsWhenAnotherWasActive();
     void activationDoesNotRunBehindADialog();
@@ -234,6 +266,120 @@ void TestScreens::clearDeletesAtOnce() {
     QVERIFY(!loaded<First>());
     QVERIFY(!loaded<Second>());
     QCOMPARE(calls.count(QStringLiteral("first activate")), 0);
+}
+
+void TestScreens::unloadAllTakesEveryScreen() {
+    First& first = screen<First>();
+    Second& second = screen<Second>();
+    const QPointer<First> firstAlive = &first;
+    const QPointer<Second> secondAlive = &second;
+    first.show();
+    second.show();
+    unloadAllScreens();
+    QVERIFY(!loaded<First>());
+    QVERIFY(!loaded<Second>());
+    QVERIFY(firstAlive && secondAlive);
+    QVERIFY(!first.isVisible());
+    QVERIFY(!second.isVisible());
+    runPendingDeletes();
+    QVERIFY(!firstAlive);
+    QVERIFY(!secondAlive);
+}
+
+void TestScreens::unloadAllFromAScreensOwnProcedure() {
+    const QPointer<UnloadsAll> caller = &screen<UnloadsAll>();
+    screen<First>();
+    caller->run();
+    // Its own procedure went on to the end, with what it held.
+    QCOMPARE(caller->state, 7);
+    QVERIFY(!loaded<UnloadsAll>());
+    QVERIFY(!loaded<First>());
+    runPendingDeletes();
+    QVERIFY(!caller);
+}
+
+void TestScreens::unloadAllTakesWhatIsLoadedMeanwhile() {
+    LoadsAnotherWhenHidden& first = screen<LoadsAnotherWhenHidden>();
+    first.show();
+    calls.clear();
+    unloadAllScreens();
+    QCOMPARE(calls, QStringList{u"second load"_s});
+    QVERIFY(!loaded<LoadsAnotherWhenHidden>());
+    QVERIFY(!loaded<Second>());
+}
+
+void TestScreens::unloadAllOfNothing() {
+    unloadAllScreens();
+    QVERIFY(calls.isEmpty());
+}
+
+void TestScreens::aScreenMayBeLoadedAfterUnloadAll() {
+    First& old = screen<First>();
+    old.state = 5;
+    const QPointer<First> oldAlive = &old;
+    unloadAllScreens();
+    const QPointer<First> fresh = &screen<First>();
+    QVERIFY(fresh != oldAlive);
+    QCOMPARE(fresh->state, 0);
+    runPendingDeletes();
+    QVERIFY(!oldAlive);
+    QVERIFY(fresh);
+    QVERIFY(loaded<First>());
+}
+
+void TestScreens::closingUnloads() {
+    First& first = screen<First>();
+    const QPointer<First> alive = &first;
+    first.show();
+    QVERIFY(first.close());
+    QVERIFY(!loaded<First>());
+    QVERIFY(alive);
+    QVERIFY(!first.isVisible());
+    runPendingDeletes();
+    QVERIFY(!alive);
+}
+
+void TestScreens::closingByTheWindowSystemUnloads() {
+    First& first = screen<First>();
+    const QPointer<First> alive = &first;
+    screen<Second>().show();
+    first.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&first));
+    QVERIFY(first.windowHandle()->close());
+    QVERIFY(!loaded<First>());
+    QVERIFY(loaded<Second>());
+    runPendingDeletes();
+    QVERIFY(!alive);
+}
+
+void TestScreens::closingAScreenThatIsUnloadedAlready() {
+    First& first = screen<First>();
+    const QPointer<First> alive = &first;
+    first.show();
+    unload<First>();
+    first.close();
+    runPendingDeletes();
+    QVERIFY(!alive);
+    QCOMPARE(calls, (QStringList{u"first load"_s, u"first deleted"_s}));
+}
+
+void TestScreens::closingLeavesAFreshInstanceAlone() {
+    First& old = screen<First>();
+    unload<First>();
+    const QPointer<First> fresh = &screen<First>();
+    old.close();
+    QVERIFY(loaded<First>());
+    runPendingDeletes();
+    QVERIFY(fresh);
+    QCOMPARE(&screen<First>(), fresh.data());
+}
+
+void TestScreens::aScreenMayRefuseToClose() {
+    RefusesToClose& refusing = screen<RefusesToClose>();
+    refusing.show();
+    QVERIFY(!refusing.close());
+    QVERIFY(loaded<RefusesToClose>());
+    QVERIFY(refusing.isVisible());
 }
 
 void TestScreens::activationRunsForTheFirstScreen() {

@@ -1,14 +1,37 @@
+#include <QCheckBox>
 #include <QImage>
+#include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QTest>
 #include <QVBoxLayout>
 #include <cstdlib>
 
 #include "paintcounter.h"
+#include "widgets/controlcolor.h"
 #include "widgets/drawnframe.h"
+#include "widgets/face.h"
 #include "widgets/vklabel.h"
 
 using namespace kovanix;
+
+namespace {
+
+/// Counts the changes of a widget's palette.
+class PaletteCounter : public QObject {
+public:
+    PaletteCounter(QObject& watched, int& changes) : m_changes(changes) { watched.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange)
+            ++m_changes;
+        return false;
+    }
+
+private:
+    int& m_changes;
+};
+
+}  // namespace
 
 class TestDrawnFrame : public QObject {
     Q_OBJECT
@@ -78,6 +101,176 @@ private Q_SLOTS:
         frame.setProperty(property.constData(), other);
         QTRY_VERIFY(paints.count() > 0);
         QCOMPARE(frame.property(property.constData()), other);
+    }
+
+    void labelsGetAnInkThatReads_data() {
+        QTest::addColumn<QColor>("top");
+        QTest::addColumn<QColor>("bottom");
+        QTest::addColumn<QColor>("ink");
+        const QColor dark(0x1B, 0x26, 0x36);
+        QTest::newRow("white") << QColor(Qt::white) << QColor(Qt::white) << dark;
+        QTest::newRow("light grey") << QColor(0xFB, 0xFB, 0xFB) << QColor(0xDC, 0xDC, 0xDC) << dark;
+        QTest::newRow("dark grey") << QColor(0x40, 0x40, 0x40) << QColor(0x40, 0x40, 0x40)
+                                   << QColor(Qt::white);
+        QTest::newRow("darker") << QColor(0x2E, 0x2E, 0x2E) << QColor(0x2E, 0x2E, 0x2E) << QColor(Qt::white);
+        QTest::newRow("light to dark, dark middle")
+            << QColor(0xA0, 0xA0, 0xA0) << QColor(Qt::black) << QColor(Qt::white);
+        QTest::newRow("light to dark, light middle") << QColor(Qt::white) << QColor(0x80, 0x80, 0x80) << dark;
+    }
+    void labelsGetAnInkThatReads() {
+        QFETCH(QColor, top);
+        QFETCH(QColor, bottom);
+        QFETCH(QColor, ink);
+        vkFrame frame;
+        auto* before = new QLabel(&frame);
+        auto* panel = new QWidget(&frame);
+        auto* deeper = new QCheckBox(panel);
+        frame.setBackcolor1(top);
+        frame.setBackcolor2(bottom);
+        auto* after = new QLabel(&frame);
+        for (const QWidget* control :
+             {static_cast<QWidget*>(before), static_cast<QWidget*>(deeper), static_cast<QWidget*>(after)})
+            QCOMPARE(control->palette().color(QPalette::Active, QPalette::WindowText), ink);
+        QCOMPARE(frame.forecolor(), QColor(Qt::white));
+    }
+
+    void labelsInkIsPainted() {
+        vkFrame frame;
+        frame.resize(200, 60);
+        auto* label = new QLabel(QString(20, QChar(0x2588)), &frame);
+        label->setGeometry(10, 10, 180, 40);
+        QCOMPARE(frame.grab().toImage().pixelColor(60, 30), QColor(0x1B, 0x26, 0x36));
+        for (const auto set : {&vkFrame::setBackcolor1, &vkFrame::setBackcolor2})
+            (frame.*set)(QColor(0x40, 0x40, 0x40));
+        QCOMPARE(frame.grab().toImage().pixelColor(60, 30), QColor(Qt::white));
+    }
+
+    void aNewFramesLabelsAreDark() {
+        vkFrame frame;
+        const QLabel label(&frame);
+        QCOMPARE(label.palette().color(QPalette::Active, QPalette::WindowText), QColor(0x1B, 0x26, 0x36));
+    }
+
+    void aFrameOnAFrameHasItsOwnInk() {
+        vkFrame outer;
+        auto* inner = new vkFrame(&outer);
+        const QLabel onInner(inner);
+        outer.setBackcolor1(Qt::black);
+        outer.setBackcolor2(Qt::black);
+        const QLabel onOuter(&outer);
+        QCOMPARE(onOuter.palette().color(QPalette::Active, QPalette::WindowText), QColor(Qt::white));
+        QCOMPARE(onInner.palette().color(QPalette::Active, QPalette::WindowText), QColor(0x1B, 0x26, 0x36));
+    }
+
+    void aLabelsOwnColourStays() {
+        vkFrame frame;
+        QLabel label(&frame);
+        setForeColor(label, Qt::yellow);
+        frame.setBackcolor1(Qt::black);
+        frame.setBackcolor2(Qt::black);
+        QCOMPARE(foreColor(label), QColor(Qt::yellow));
+        QCOMPARE(label.palette().color(QPalette::Active, QPalette::WindowText), QColor(Qt::yellow));
+    }
+
+    void fieldsAreNotTouched() {
+        vkFrame frame;
+        frame.resize(200, 60);
+        auto* field = new QLineEdit(QStringLiteral("8690504000018"), &frame);
+        field->setGeometry(20, 15, 160, 30);
+        const QImage before = field->grab().toImage();
+        const QColor text = field->palette().color(QPalette::Text);
+        const QColor base = field->palette().color(QPalette::Base);
+        frame.setBackcolor1(QColor(0x40, 0x40, 0x40));
+        frame.setBackcolor2(QColor(0x40, 0x40, 0x40));
+        QCOMPARE(field->palette().color(QPalette::Text), text);
+        QCOMPARE(field->palette().color(QPalette::Base), base);
+        const QRect inside = before.rect().adjusted(3, 3, -3, -3);
+        QCOMPARE(field->grab().toImage().copy(inside), before.copy(inside));
+    }
+
+    void labelsOfADisabledFrameArePaler() {
+        vkFrame frame;
+        frame.setBackcolor1(Qt::black);
+        frame.setBackcolor2(Qt::black);
+        QLabel label(&frame);
+        QCOMPARE(foreColor(label), QColor(Qt::white));
+        frame.setEnabled(false);
+        const QColor pale = label.palette().color(QPalette::WindowText);
+        QVERIFY2(pale.red() < 200 && pale.red() > 60, qPrintable(pale.name()));
+    }
+
+    void sameFaceTellsNoOne() {
+        vkFrame frame;
+        QLabel label(&frame);
+        frame.setBackcolor1(QColor(0xF0, 0xF0, 0xF0));
+        int changes = 0;
+        PaletteCounter counter(label, changes);
+        frame.setBackcolor2(QColor(0xF0, 0xF0, 0xF0));
+        frame.setBackcolor1(QColor(0xE0, 0xF0, 0xF0));
+        QCOMPARE(changes, 0);
+        frame.setBackcolor1(Qt::black);
+        frame.setBackcolor2(Qt::black);
+        QCOMPARE(changes, 1);
+    }
+
+    void faceRunsFromItsFirstToItsSecondColour_data() {
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("in use") << true;
+        QTest::newRow("out of use") << false;
+    }
+    void faceRunsFromItsFirstToItsSecondColour() {
+        QFETCH(bool, enabled);
+        vkFrame frame;
+        frame.resize(120, 100);
+        frame.setBackcolor1(QColor(0xFF, 0xC0, 0x80));
+        frame.setBackcolor2(QColor(0x2A, 0x0A, 0x93));
+        frame.setEnabled(enabled);
+        QImage image(frame.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        frame.render(&image, {}, {}, QWidget::DrawChildren);
+        for (const int y : {3, 30, 50, 70, 96}) {
+            const QColor wanted = mixed(frame.backcolor1(), frame.backcolor2(), (y + 0.5) / 100);
+            const QColor painted = image.pixelColor(60, y);
+            QVERIFY2(
+                std::abs(painted.red() - wanted.red()) < 5 && std::abs(painted.blue() - wanted.blue()) < 5,
+                qPrintable(painted.name() + wanted.name()));
+        }
+        for (int y = 4; y < 96; ++y) {
+            for (int x = 4; x < 116; ++x)
+                QCOMPARE(image.pixelColor(x, y).alpha(), 255);
+        }
+    }
+
+    void titleStaysLegible_data() {
+        QTest::addColumn<QColor>("from");
+        QTest::addColumn<QColor>("to");
+        QTest::addColumn<bool>("outlined");
+        QTest::newRow("blue to light blue") << QColor(0x10, 0x30, 0x90) << QColor(0x18, 0x40, 0xA0) << false;
+        QTest::newRow("cyan to blue") << QColor(0, 0xFF, 0xFF) << QColor(0, 0, 0xFF) << true;
+    }
+    void titleStaysLegible() {
+        QFETCH(QColor, from);
+        QFETCH(QColor, to);
+        QFETCH(bool, outlined);
+        vkFrame frame;
+        QFont font = frame.font();
+        font.setPixelSize(16);
+        frame.setFont(font);
+        frame.resize(300, 100);
+        frame.setTitlecolor1(from);
+        frame.setTitlecolor2(to);
+        frame.setForecolor(Qt::white);
+        frame.setCaption(QStringLiteral("FIYAT GOR"));
+        // Between the bar's two colours and the white of the caption nothing is as dark as an outline.
+        const QImage image = frame.grab().toImage();
+        const int darkest = std::min(qGray(from.rgb()), qGray(mixed(from, to, 0.3).rgb()));
+        int darker = 0;
+        for (int y = 6; y < 24; ++y) {
+            for (int x = 6; x < 110; ++x)
+                darker += qGray(image.pixel(x, y)) < darkest - 12 ? 1 : 0;
+        }
+        QVERIFY2(outlined ? darker > 40 : darker == 0, qPrintable(QString::number(darker)));
+        QCOMPARE(frame.forecolor(), QColor(Qt::white));
     }
 
     void labelKeepsItsGlyphsInside() {

@@ -1,0 +1,432 @@
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+#include "widgets/drawnbutton.h"
+#include "widgets/face.h"
+
+using namespace kovanix;
+
+namespace {
+
+constexpr QSize buttonSize(84, 72);
+const QColor orange(0xFF, 0xC0, 0x80);
+const QColor deepBlue(0x2A, 0x0A, 0x93);
+
+using Maker = std::function<DrawnButton*()>;
+
+enum class State { rest, pressed, checked, disabled, focused, disabledChecked };
+
+template <class Button>
+DrawnButton* make() {
+    return new Button;
+}
+
+/// The control alone, on nothing.
+QImage picture(QWidget& control) {
+    QImage image(control.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    control.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+bool near(const QColor& one, const QColor& other, int tolerance) {
+    return std::abs(one.red() - other.red()) <= tolerance &&
+           std::abs(one.green() - other.green()) <= tolerance &&
+           std::abs(one.blue() - other.blue()) <= tolerance;
+}
+
+QFont smallFont() {
+    QFont font;
+    font.setPixelSize(14);
+    return font;
+}
+
+/// How far a colour lies from every mixture of two others.
+double distanceFromMixture(const QColor& pixel, const QColor& face, const QColor& ink) {
+    double least = 1000;
+    for (int i = 0; i <= 64; ++i) {
+        const QColor between = mixed(face, ink, i / 64.0);
+        least = std::min(least, static_cast<double>(std::abs(pixel.red() - between.red()) +
+                                                    std::abs(pixel.green() - between.green()) +
+                                                    std::abs(pixel.blue() - between.blue())));
+    }
+    return least;
+}
+
+/// The pixels of a part of the face that are neither face, nor ink, nor glyph edges between the two: an
+/// outline.
+int outlinePixels(const QImage& image, const QRect& part, const DrawnButton& button) {
+    int count = 0;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const QColor face = mixed(button.backcolor1(), button.backcolor2(), (y + 0.5) / image.height());
+        for (int x = part.left(); x <= part.right(); ++x)
+            count += distanceFromMixture(image.pixelColor(x, y), face, button.forecolor()) > 20 ? 1 : 0;
+    }
+    return count;
+}
+
+QIcon squareIcon() {
+    QPixmap pixmap(24, 24);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.fillRect(QRect(4, 4, 16, 16), Qt::black);
+    return QIcon(pixmap);
+}
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Maker)
+Q_DECLARE_METATYPE(State)
+
+class TestButtonFaces : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void faceFollowsItsColours_data() {
+        QTest::addColumn<Maker>("maker");
+        QTest::addColumn<State>("state");
+        QTest::addColumn<QColor>("top");
+        QTest::addColumn<QColor>("bottom");
+        const QColor top(0xF0, 0xE0, 0x10);
+        const QColor bottom(0x10, 0x90, 0x20);
+        const QColor pushedTop(0x20, 0x30, 0xE0);
+        const QColor pushedBottom(0xE0, 0x40, 0xC0);
+        const auto both = [](const char* state, State value, const QColor& from, const QColor& to) {
+            QTest::addRow("command, %s", state) << Maker(make<vkCommand>) << value << from << to;
+            QTest::addRow("toggle, %s", state) << Maker(make<vkToggleButton>) << value << from << to;
+        };
+        both("at rest", State::rest, top, bottom);
+        both("pressed", State::pressed, pushedTop, pushedBottom);
+        both("checked", State::checked, pushedTop, pushedBottom);
+        both("focused", State::focused, top, bottom);
+        both("disabled", State::disabled, mutedFace(top), mutedFace(bottom));
+        both("disabled and checked", State::disabledChecked, mutedFace(pushedTop), mutedFace(pushedBottom));
+        const auto plain = [](const char* state, State value, const QColor& from, const QColor& to) {
+            QTest::addRow("plain, %s", state) << Maker(make<CommandButton>) << value << from << to;
+        };
+        const auto darker = [](const QColor& color, double share) { return mixed(color, Qt::black, share); };
+        plain("at rest", State::rest, top, darker(top, 0.06));
+        plain("pressed", State::pressed, darker(top, 0.16), darker(top, 0.1));
+        plain("focused", State::focused, top, darker(top, 0.06));
+        plain("disabled", State::disabled, mutedFace(top), mutedFace(darker(top, 0.06)));
+    }
+    void faceFollowsItsColours() {
+        QFETCH(Maker, maker);
+        QFETCH(State, state);
+        QFETCH(QColor, top);
+        QFETCH(QColor, bottom);
+        QWidget window;
+        auto* layout = new QHBoxLayout(&window);
+        DrawnButton* button = maker();
+        layout->addWidget(button);
+        button->setFixedSize(buttonSize);
+        button->setFont(smallFont());
+        button->setCaption(QStringLiteral("I"));
+        button->setBackcolor1(QColor(0xF0, 0xE0, 0x10));
+        button->setBackcolor2(QColor(0x10, 0x90, 0x20));
+        button->setBackcolorpushed1(QColor(0x20, 0x30, 0xE0));
+        button->setBackcolorpushed2(QColor(0xE0, 0x40, 0xC0));
+        button->setCheckable(true);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        button->clearFocus();
+        button->setDown(state == State::pressed);
+        button->setChecked(state == State::checked || state == State::disabledChecked);
+        button->setEnabled(state != State::disabled && state != State::disabledChecked);
+        if (state == State::focused)
+            button->setFocus();
+        QCOMPARE(button->hasFocus(), state == State::focused);
+
+        const QImage image = picture(*button);
+        // Beside the caption, below the light along the upper edge, inside the ring of a focused one.
+        for (const int y : {8, 24, 36, 48, 64}) {
+            const QColor wanted = mixed(top, bottom, (y + 0.5) / image.height());
+            for (const int x : {12, 72}) {
+                const QColor painted = image.pixelColor(x, y);
+                QVERIFY2(
+                    near(painted, wanted, 6),
+                    qPrintable(QStringLiteral("%1 at %2: %3").arg(painted.name()).arg(y).arg(wanted.name())));
+            }
+        }
+        for (int y = 3; y < image.height() - 3; ++y) {
+            for (int x = 3; x < image.width() - 3; ++x)
+                QVERIFY2(image.pixelColor(x, y).alpha() == 255,
+                         qPrintable(QStringLiteral("%1,%2").arg(x).arg(y)));
+        }
+        // Rounded: the corner itself is nobody's.
+        QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
+    }
+
+    void aChangedColourShowsAtOnce_data() {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<bool>("down");
+        QTest::addColumn<int>("y");
+        QTest::newRow("backcolor1") << QByteArray("backcolor1") << false << 6;
+        QTest::newRow("backcolor2") << QByteArray("backcolor2") << false << 66;
+        QTest::newRow("backcolorpushed1") << QByteArray("backcolorpushed1") << true << 6;
+        QTest::newRow("backcolorpushed2") << QByteArray("backcolorpushed2") << true << 66;
+    }
+    void aChangedColourShowsAtOnce() {
+        QFETCH(QByteArray, property);
+        QFETCH(bool, down);
+        QFETCH(int, y);
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setDown(down);
+        QVERIFY(!near(picture(button).pixelColor(42, y), Qt::magenta, 60));
+        button.setProperty(property.constData(), QColor(Qt::magenta));
+        QVERIFY2(near(picture(button).pixelColor(42, y), Qt::magenta, 60),
+                 qPrintable(picture(button).pixelColor(42, y).name()));
+    }
+
+    void captionIsOutlinedWhereItNeedsIt_data() {
+        QTest::addColumn<QColor>("top");
+        QTest::addColumn<QColor>("bottom");
+        QTest::addColumn<QColor>("ink");
+        QTest::addColumn<int>("pixels");
+        QTest::addColumn<bool>("outlined");
+        QTest::addColumn<Qt::Alignment>("place");
+        const QColor white(Qt::white);
+        const QColor black(Qt::black);
+        const Qt::Alignment middle = Qt::AlignCenter;
+        const Qt::Alignment low = Qt::AlignHCenter | Qt::AlignBottom;
+        QTest::newRow("white, orange to blue") << orange << deepBlue << white << 14 << true << middle;
+        QTest::newRow("black, white to blue") << white << deepBlue << black << 14 << true << low;
+        QTest::newRow("white, black to green") << black << QColor(Qt::green) << white << 14 << true << middle;
+        QTest::newRow("black, orange to dark red")
+            << orange << QColor(0xC0, 0, 0) << black << 14 << true << low;
+        QTest::newRow("white on white") << white << white << white << 14 << true << middle;
+        QTest::newRow("black, white to green")
+            << white << QColor(Qt::green) << black << 14 << false << middle;
+        QTest::newRow("white, black to blue")
+            << black << QColor(0, 0, 0xC0) << white << 14 << false << middle;
+        QTest::newRow("white on navy")
+            << QColor(0x3E, 0x56, 0x75) << QColor(0x2C, 0x40, 0x5B) << white << 14 << false << middle;
+        QTest::newRow("white, grey keys, large")
+            << QColor(0x80, 0x80, 0x80) << QColor(0x40, 0x40, 0x40) << white << 24 << false << middle;
+        QTest::newRow("red on white, large") << white << white << QColor(Qt::red) << 24 << false << middle;
+        QTest::newRow("red on white, small") << white << white << QColor(Qt::red) << 14 << true << middle;
+        QTest::newRow("teal on white, large")
+            << white << white << QColor(0, 0xC0, 0xC0) << 24 << true << middle;
+    }
+    void captionIsOutlinedWhereItNeedsIt() {
+        QFETCH(QColor, top);
+        QFETCH(QColor, bottom);
+        QFETCH(QColor, ink);
+        QFETCH(int, pixels);
+        QFETCH(bool, outlined);
+        QFETCH(Qt::Alignment, place);
+        vkCommand button;
+        button.resize(buttonSize);
+        QFont font = smallFont();
+        font.setPixelSize(pixels);
+        button.setFont(font);
+        button.setBackcolor1(top);
+        button.setBackcolor2(bottom);
+        button.setForecolor(ink);
+        button.setCaption(QStringLiteral("GOR"));
+        button.setCaptionAlignment(place);
+        const int found = outlinePixels(picture(button), QRect(8, 20, 68, 48), button);
+        QVERIFY2(outlined ? found > 20 : found == 0, qPrintable(QString::number(found)));
+        // What was set is what stands there.
+        QCOMPARE(button.forecolor(), ink);
+        QCOMPARE(button.backcolor1(), top);
+        QCOMPARE(button.backcolor2(), bottom);
+    }
+
+    // A caption that stands on the good part of a steep face needs nothing.
+    void onlyThePartBehindTheCaptionCounts() {
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setFont(smallFont());
+        button.setBackcolor1(orange);
+        button.setBackcolor2(deepBlue);
+        button.setForecolor(Qt::white);
+        button.setCaption(QStringLiteral("GOR"));
+        button.setCaptionAlignment(Qt::AlignHCenter | Qt::AlignBottom);
+        QCOMPARE(outlinePixels(picture(button), QRect(8, 44, 68, 24), button), 0);
+        button.setCaptionAlignment(Qt::AlignHCenter | Qt::AlignTop);
+        QVERIFY(outlinePixels(picture(button), QRect(8, 4, 68, 20), button) > 20);
+    }
+
+    void pressedFaceIsJudgedByItself() {
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setFont(smallFont());
+        button.setBackcolor1(Qt::black);
+        button.setBackcolor2(Qt::black);
+        button.setBackcolorpushed1(Qt::white);
+        button.setBackcolorpushed2(Qt::white);
+        button.setForecolor(Qt::white);
+        button.setCaption(QStringLiteral("GOR"));
+        QCOMPARE(outlinePixels(picture(button), QRect(8, 20, 68, 32), button), 0);
+        button.setDown(true);
+        const QImage image = picture(button);
+        int dark = 0;
+        for (int y = 20; y < 52; ++y) {
+            for (int x = 8; x < 76; ++x)
+                dark += qGray(image.pixel(x, y)) < 160 ? 1 : 0;
+        }
+        QVERIFY2(dark > 20, qPrintable(QString::number(dark)));
+    }
+
+    void iconIsOutlinedWhereItNeedsIt_data() {
+        QTest::addColumn<QColor>("face");
+        QTest::addColumn<QColor>("ink");
+        QTest::addColumn<bool>("outlined");
+        QTest::newRow("white on orange") << orange << QColor(Qt::white) << true;
+        QTest::newRow("black on deep blue") << deepBlue << QColor(Qt::black) << true;
+        QTest::newRow("white on deep blue") << deepBlue << QColor(Qt::white) << false;
+        QTest::newRow("black on orange") << orange << QColor(Qt::black) << false;
+    }
+    void iconIsOutlinedWhereItNeedsIt() {
+        QFETCH(QColor, face);
+        QFETCH(QColor, ink);
+        QFETCH(bool, outlined);
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setIcon(squareIcon());
+        button.setIconSize(QSize(24, 24));
+        button.setBackcolor1(face);
+        button.setBackcolor2(face);
+        button.setForecolor(ink);
+        const QImage image = picture(button);
+        const int found = outlinePixels(image, QRect(20, 16, 44, 40), button);
+        QVERIFY2(outlined ? found > 30 : found == 0, qPrintable(QString::number(found)));
+        // The shape itself keeps its colour.
+        QVERIFY(near(image.pixelColor(42, 36), ink, 4));
+    }
+
+    void iconsOutlineFollowsTheColours() {
+        const auto dress = [](vkCommand& button, const QColor& face, const QColor& ink) {
+            button.setBackcolor1(face);
+            button.setBackcolor2(face);
+            button.setForecolor(ink);
+        };
+        vkCommand button;
+        vkCommand fresh;
+        for (vkCommand* one : {&button, &fresh}) {
+            one->resize(buttonSize);
+            one->setIcon(squareIcon());
+            one->setIconSize(QSize(24, 24));
+        }
+        // A dark outline first, then none, then a light one.
+        dress(button, orange, Qt::white);
+        QVERIFY(outlinePixels(picture(button), QRect(20, 16, 44, 40), button) > 30);
+        dress(button, orange, Qt::black);
+        QCOMPARE(outlinePixels(picture(button), QRect(20, 16, 44, 40), button), 0);
+        dress(button, deepBlue, Qt::black);
+        dress(fresh, deepBlue, Qt::black);
+        QCOMPARE(picture(button), picture(fresh));
+    }
+
+    void keyHintStandsOut_data() {
+        QTest::addColumn<QColor>("face");
+        QTest::addColumn<QColor>("ink");
+        QTest::newRow("white on orange") << orange << QColor(Qt::white);
+        QTest::newRow("black on deep blue") << deepBlue << QColor(Qt::black);
+        QTest::newRow("white on navy") << QColor(0x2C, 0x40, 0x5B) << QColor(Qt::white);
+        QTest::newRow("black on white") << QColor(Qt::white) << QColor(Qt::black);
+    }
+    void keyHintStandsOut() {
+        QFETCH(QColor, face);
+        QFETCH(QColor, ink);
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setFont(smallFont());
+        button.setBackcolor1(face);
+        button.setBackcolor2(face);
+        button.setForecolor(ink);
+        button.setKeyHint(QStringLiteral("F4"));
+        const QImage image = picture(button);
+        // The pill's ground, left of its glyphs, against the strongest of its glyphs' pixels.
+        const QColor ground = image.pixelColor(9, 12);
+        double best = 1;
+        for (int y = 6; y < 20; ++y) {
+            for (int x = 8; x < 30; ++x)
+                best = std::max(best, contrast(image.pixelColor(x, y), ground));
+        }
+        QVERIFY2(best >= 4.2, qPrintable(QStringLiteral("%1 on %2").arg(best).arg(ground.name())));
+    }
+
+    void plainButtonsCaptionReads_data() {
+        QTest::addColumn<QColor>("face");
+        QTest::addColumn<QColor>("wanted");
+        QTest::addColumn<QColor>("painted");
+        const QColor white(Qt::white);
+        const QColor ink(0x12, 0x1A, 0x22);
+        QTest::newRow("ink on white") << white << ink << ink;
+        QTest::newRow("ink on grey") << QColor(0xC0, 0xC0, 0xC0) << ink << ink;
+        QTest::newRow("white on red") << QColor(Qt::red) << white << QColor(Qt::black);
+        QTest::newRow("white on dark red") << QColor(0xC0, 0, 0) << white << white;
+        QTest::newRow("ink on dark red") << QColor(0xC0, 0, 0) << ink << white;
+        QTest::newRow("ink on black") << QColor(Qt::black) << ink << white;
+        QTest::newRow("white on white") << white << white << QColor(Qt::black);
+    }
+    void plainButtonsCaptionReads() {
+        QFETCH(QColor, face);
+        QFETCH(QColor, wanted);
+        QFETCH(QColor, painted);
+        CommandButton button;
+        button.resize(buttonSize);
+        QFont font = smallFont();
+        font.setPixelSize(30);
+        button.setFont(font);
+        button.setBackcolor1(face);
+        button.setForecolor(wanted);
+        button.setCaption(QString(2, QChar(0x2588)));
+        for (const bool down : {false, true}) {
+            button.setDown(down);
+            const QColor glyph = picture(button).pixelColor(42, 36);
+            QVERIFY2(near(glyph, painted, 4), qPrintable(glyph.name()));
+        }
+        QCOMPARE(button.forecolor(), wanted);
+    }
+
+    // Its icon is written in the same ink.
+    void plainButtonsIconReads() {
+        CommandButton button;
+        button.resize(buttonSize);
+        button.setBackcolor1(Qt::black);
+        button.setIcon(squareIcon());
+        button.setIconSize(QSize(24, 24));
+        QVERIFY(near(picture(button).pixelColor(42, 36), Qt::white, 4));
+    }
+
+    void openSlotIsSeenOnEveryGround_data() {
+        QTest::addColumn<QColor>("ground");
+        QTest::newRow("white") << QColor(Qt::white);
+        QTest::newRow("page") << QColor(0xF1, 0xF4, 0xF8);
+        QTest::newRow("dark") << QColor(0x40, 0x40, 0x40);
+        QTest::newRow("black") << QColor(Qt::black);
+    }
+    void openSlotIsSeenOnEveryGround() {
+        QFETCH(QColor, ground);
+        const auto dashes = [&ground](bool enabled) {
+            CommandButton slot;
+            slot.resize(buttonSize);
+            slot.setEnabled(enabled);
+            QImage image(buttonSize, QImage::Format_RGB32);
+            image.fill(ground);
+            slot.render(&image, {}, {}, QWidget::DrawChildren);
+            double best = 1;
+            for (int x = 12; x < 72; ++x)
+                best = std::max(best, contrast(image.pixelColor(x, 1), ground));
+            return best;
+        };
+        // Seen, but no louder than a button; one that can be filled more than one that can't.
+        QVERIFY2(dashes(true) > 1.5 && dashes(true) < 3.5, qPrintable(QString::number(dashes(true))));
+        QVERIFY2(dashes(false) > 1.2, qPrintable(QString::number(dashes(false))));
+        QVERIFY(dashes(true) > dashes(false) + 0.15);
+    }
+};
+
+QTEST_MAIN(TestButtonFaces)
+#include "test_buttonfaces.moc"

@@ -1,0 +1,250 @@
+#include <QApplication>
+#include <QColorDialog>
+#include <QDialogButtonBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+#include <functional>
+#include <memory>
+
+#include "widgets/commondialog.h"
+
+using namespace kovanix;
+
+namespace {
+
+QPointer<QColorDialog> openDialog() {
+    return qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
+}
+
+/// What a shopkeeper does with the open dialog.
+enum class Way { ok, cancel, escape, closeButton };
+
+void press(QColorDialog& dialog, QDialogButtonBox::StandardButton button) {
+    QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
+}
+
+void leave(QColorDialog& dialog, Way way) {
+    switch (way) {
+        case Way::ok:
+            return press(dialog, QDialogButtonBox::Ok);
+        case Way::cancel:
+            return press(dialog, QDialogButtonBox::Cancel);
+        case Way::escape:
+            return QTest::keyClick(&dialog, Qt::Key_Escape);
+        case Way::closeButton:
+            dialog.close();
+    }
+}
+
+void runPendingDeletes() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Way)
+
+class TestCommonDialog : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        // The toolkit keeps its dialog's own colours in the user's settings: not in the real ones.
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
+    }
+    void init() {
+        m_runs = 0;
+        m_window = std::make_unique<QWidget>();
+        m_window->resize(400, 300);
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+    void cleanup() {
+        if (const QPointer<QColorDialog> left = openDialog())
+            left->close();
+        m_window.reset();
+        runPendingDeletes();
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void startsBlack() { QCOMPARE(CommonDialog().color(), QColor(Qt::black)); }
+
+    void opensOnItsColourAndReturnsAtOnce() {
+        CommonDialog control;
+        control.setColor(QColor(10, 20, 30));
+        control.showColor(*m_window, count());
+        const QPointer<QColorDialog> dialog = openDialog();
+        QVERIFY(dialog);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(dialog->currentColor(), QColor(10, 20, 30));
+        QCOMPARE(dialog->parentWidget(), m_window.get());
+        QCOMPARE(m_runs, 0);
+        QVERIFY(dialog->testOption(QColorDialog::DontUseNativeDialog));
+        QVERIFY(!dialog->testOption(QColorDialog::ShowAlphaChannel));
+    }
+
+    // Whatever control of the window opens it, the window is what it stands above.
+    void opensAboveTheControlsWindow() {
+        auto* inner = new QPushButton(m_window.get());
+        CommonDialog control;
+        control.showColor(*inner, count());
+        QVERIFY(openDialog());
+        QCOMPARE(openDialog()->parentWidget(), m_window.get());
+    }
+
+    void isLeft_data() {
+        QTest::addColumn<Way>("way");
+        QTest::addColumn<QColor>("kept");
+        QTest::newRow("ok") << Way::ok << QColor(1, 2, 200);
+        QTest::newRow("cancel") << Way::cancel << QColor(9, 8, 7);
+        QTest::newRow("escape") << Way::escape << QColor(9, 8, 7);
+        QTest::newRow("the window's close button") << Way::closeButton << QColor(9, 8, 7);
+    }
+    void isLeft() {
+        QFETCH(Way, way);
+        QFETCH(QColor, kept);
+        CommonDialog control;
+        control.setColor(QColor(9, 8, 7));
+        bool closedWhenDone = false;
+        QColor colorWhenDone;
+        control.showColor(*m_window, [&] {
+            ++m_runs;
+            closedWhenDone = !QApplication::activeModalWidget();
+            colorWhenDone = control.color();
+        });
+        const QPointer<QColorDialog> dialog = openDialog();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+        dialog->setCurrentColor(QColor(1, 2, 200));
+        leave(*dialog, way);
+        QCOMPARE(m_runs, 1);
+        QVERIFY(closedWhenDone);
+        QCOMPARE(colorWhenDone, kept);
+        QCOMPARE(control.color(), kept);
+        runPendingDeletes();
+        QVERIFY(!dialog);
+        QCOMPARE(m_runs, 1);
+    }
+
+    void theNextOneStartsOnTheChosenColour() {
+        CommonDialog control;
+        control.showColor(*m_window, count());
+        openDialog()->setCurrentColor(Qt::green);
+        openDialog()->accept();
+        runPendingDeletes();
+        control.showColor(*m_window, count());
+        QCOMPARE(openDialog()->currentColor(), QColor(Qt::green));
+    }
+
+    void noOtherWindowCanBePressed() {
+        QPushButton other;
+        other.resize(100, 50);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        const QSignalSpy clicked(&other, &QPushButton::clicked);
+        const auto pressOther = [&] {
+            QTest::mouseClick(other.windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 25));
+        };
+        pressOther();
+        QCOMPARE(clicked.count(), 1);
+        CommonDialog control;
+        control.showColor(*m_window, count());
+        QVERIFY(QTest::qWaitForWindowExposed(openDialog()));
+        pressOther();
+        QCOMPARE(clicked.count(), 1);
+        openDialog()->reject();
+        pressOther();
+        QCOMPARE(clicked.count(), 2);
+    }
+
+    void theControlGoesAway() {
+        auto control = std::make_unique<CommonDialog>();
+        control->showColor(*m_window, count());
+        const QPointer<QColorDialog> dialog = openDialog();
+        QVERIFY(dialog);
+        control.reset();
+        QVERIFY(!QApplication::activeModalWidget());
+        runPendingDeletes();
+        QVERIFY(!dialog);
+        QCOMPARE(m_runs, 0);
+    }
+
+    void theWindowGoesAway() {
+        CommonDialog control;
+        control.setColor(Qt::red);
+        control.showColor(*m_window, count());
+        const QPointer<QColorDialog> dialog = openDialog();
+        QVERIFY(dialog);
+        dialog->setCurrentColor(Qt::blue);
+        m_window.reset();
+        QVERIFY(!dialog);
+        QCOMPARE(m_runs, 0);
+        QCOMPARE(control.color(), QColor(Qt::red));
+    }
+
+    // A screen that owns the control, with the dialog above it.
+    void bothGoAway() {
+        auto* control = new CommonDialog(m_window.get());
+        control->showColor(*m_window, count());
+        const QPointer<QColorDialog> dialog = openDialog();
+        QVERIFY(dialog);
+        m_window.reset();
+        QVERIFY(!dialog);
+        QCOMPARE(m_runs, 0);
+    }
+
+    void whatRunsBehindItMayDeleteEverything() {
+        auto control = std::make_unique<CommonDialog>();
+        control->showColor(*m_window, [&] {
+            ++m_runs;
+            control.reset();
+        });
+        const QPointer<QColorDialog> dialog = openDialog();
+        dialog->accept();
+        QCOMPARE(m_runs, 1);
+        QVERIFY(!control);
+        runPendingDeletes();
+        QVERIFY(!dialog);
+    }
+
+    void whatRunsBehindItMayOpenTheNext() {
+        CommonDialog control;
+        control.showColor(*m_window, [&] {
+            ++m_runs;
+            control.showColor(*m_window, count());
+        });
+        const QPointer<QColorDialog> first = openDialog();
+        first->accept();
+        const QPointer<QColorDialog> second = openDialog();
+        QVERIFY(second);
+        QVERIFY(second != first);
+        second->reject();
+        QCOMPARE(m_runs, 2);
+    }
+
+    void buttonsAreLargeEnoughForAThumb() {
+        CommonDialog control;
+        control.showColor(*m_window, count());
+        const QPointer<QColorDialog> dialog = openDialog();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+        for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel})
+            QVERIFY(dialog->findChild<QDialogButtonBox*>()->button(button)->height() >= 44);
+    }
+
+private:
+    std::function<void()> count() {
+        return [this] { ++m_runs; };
+    }
+
+    QTemporaryDir m_settings;
+    std::unique_ptr<QWidget> m_window;
+    int m_runs = 0;
+};
+
+QTEST_MAIN(TestCommonDialog)
+#include "test_commondialog.moc"
