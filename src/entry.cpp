@@ -2,22 +2,16 @@
 
 #include <QCommandLineParser>
 
+#include "access/firstscreen.h"
 #include "app/frame.h"
 #include "app/shopfolder.h"
 #include "app/tekornek.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/application.h"
-#include "runtime/screenregistry.h"
-#include "sales/satisekrani.h"
 
 namespace kovanix {
 
 namespace {
-
-/// Loads and shows the screen that the shop's day begins with.
-void showFirstScreen() {
-    screen<satisekrani>().showMaximized();
-}
 
 void entryProcedure() {
     startConnection();

@@ -4,7 +4,11 @@
 #include <limits>
 
 #include "app/ayarmodul.h"
+#include "appearance/tema.h"
+#include "appearance/totalcolors.h"
 #include "data/baglanmamodulu.h"
+#include "runtime/screenregistry.h"
+#include "sales/satisekrani.h"
 #include "values/numbers.h"
 
 namespace kovanix {
@@ -15,23 +19,40 @@ QString setting(const QString& key) {
     return ayaroku(QStringLiteral("ayar"), key, temadosyayolu());
 }
 
-int numberSetting(const QString& key) {
+}  // namespace
+
+int temasayisi(const QString& key) {
     const double value = std::nearbyint(numericPrefix(setting(key)));
     // A selector beyond an integer selects nothing; the file can be edited by hand.
     return std::abs(value) <= std::numeric_limits<int>::max() ? static_cast<int>(value) : 0;
 }
-
-}  // namespace
 
 QString temadosyayolu() {
     return ayardosyasi();
 }
 
 void temadegiskenlerioku() {
-    sonrenk = numberSetting(QStringLiteral("sonrenk"));
-    kayitgetir1 = numberSetting(QStringLiteral("kayitgetir1"));
-    toplamtemadegisken = numberSetting(QStringLiteral("toplamtemadegisken"));
+    sonrenk = temasayisi(QStringLiteral("sonrenk"));
+    kayitgetir1 = temasayisi(QStringLiteral("kayitgetir1"));
+    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
     temakaydetme1 = setting(QStringLiteral("temakaydetme1"));
+}
+
+void toplamtemauygula() {
+    vkToggleButton& total = *screen<satisekrani>().ui.toplam;
+    if (toplamtemadegisken == 1)
+        applyTotalColors(total, TotalSet::live);
+    else if (kayitgetir1 == 1 || sonrenk == 1)
+        applyTotalColors(total, TotalSet::saved1);
+    else if (kayitgetir1 == 2 || sonrenk == 2)
+        applyTotalColors(total, TotalSet::saved2);
+}
+
+void temabaslangicuygula() {
+    temadegiskenlerioku();
+    tema& themes = screen<tema>();  // loaded, not shown
+    themes.TemaKayitliUygula();
+    toplamtemauygula();
 }
 
 }  // namespace kovanix

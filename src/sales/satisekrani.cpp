@@ -2,10 +2,18 @@
 
 #include <QCloseEvent>
 #include <QDate>
+#include <QFocusEvent>
+#include <QMouseEvent>
+#include <QTimer>
+#include <algorithm>
 
 #include "app/modTrace.h"
 #include "app/modTurkce.h"
+#include "appearance/hallimzda.h"
+#include "appearance/menu.h"
 #include "appearance/modTema.h"
+#include "appearance/saatt.h"
+#include "appearance/toplamtema.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
@@ -33,11 +41,19 @@ void setPixels(QWidget& control, int pixels, QFont::Weight weight = QFont::Norma
 
 }  // namespace
 
+void SalesControls::setupUi(QWidget* screen) {
+    Ui::satisekrani::setupUi(screen);
+    Ui::LineEditingPanel::setupUi(urunislemleri);
+    Ui::UnknownProductPanel::setupUi(urunbulunamadiframesi);
+    Ui::PriceCheckPanel::setupUi(fiyatgorframe);
+    Ui::QuickSalePanel::setupUi(Frame2);
+}
+
 satisekrani::satisekrani() {
     ui.setupUi(this);
     ui.satisekrani1->setRows(2);
     ui.satisekrani1->setCols(6);
-    setColumnWidths();
+    sizeGrid();
     setDesignFonts();
     connectControls();
     Timer1.setInterval(clockInterval);
@@ -46,7 +62,7 @@ satisekrani::satisekrani() {
 
 satisekrani::~satisekrani() = default;
 
-void satisekrani::setColumnWidths() {
+void satisekrani::sizeGrid() {
     // Barcode, quantity, price and total take what 13 digits and seven-figure amounts need; the name gets the
     // rest.
     VSFlexGrid& grid = *ui.satisekrani1;
@@ -58,27 +74,46 @@ void satisekrani::setColumnWidths() {
 }
 
 void satisekrani::setDesignFonts() {
-    for (QLineEdit* field : {ui.barkod, ui.adet, ui.ver2, ui.bulunulamayaurun})
+    const auto array = [this](const char* name) { return controlArray(*this, QString::fromLatin1(name)); };
+    for (QLineEdit* field : {ui.barkod, ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.bulunulamayaurun,
+                             ui.urunadi, ui.urunsatisi, ui.fiyargorbarkodu, ui.fiyargorbarkodu2,
+                             ui.fiyargoradi, ui.fiyargorfiyati, ui.hizliurunadi, ui.kisayolbarkod}) {
         field->setTextMargins(6, 0, 6, 0);
-    for (QWidget* field : {ui.barkod, ui.adet, ui.ver2})
         setPixels(*field, 24, QFont::Medium);
+    }
+    setPixels(*ui.fiyargorfiyati, 40, QFont::Bold);
     for (QWidget* display : {ui.verilen, ui.kalan})
         setPixels(*display, 26, QFont::DemiBold);
     setPixels(*ui.satisekrani1, 16);
-    for (QWidget* label : {ui.Label4_3, ui.Label4_6, ui.Label4_4, ui.Label4_5})
+    for (QLabel* label : {ui.Label4_3, ui.Label4_6, ui.Label4_4, ui.Label4_5})
         setPixels(*label, 13, QFont::DemiBold);
-    setPixels(*ui.tarih, 18);
-    setPixels(*ui.saat, 22, QFont::DemiBold);
-    for (QWidget* key : controlArray(*this, QStringLiteral("tus")))
-        setPixels(*key, 24, QFont::Medium);
+    for (QLabel* label : {ui.Label4_4, ui.Label4_5})
+        label->setContentsMargins(8, 3, 8, 1);
+    for (QLabel* label : {ui.Label4_7, ui.Label4_8})
+        setPixels(*label, 11, QFont::DemiBold);
+    for (QLabel* label : {ui.tarih, ui.saat})
+        setPixels(*label, 20, QFont::DemiBold);
+    for (QLabel* label : {ui.Label1, ui.Label2, ui.Label3, ui.Label5, ui.Label6, ui.Label7, ui.Label9,
+                          ui.Label10, ui.Label11})
+        setPixels(*label, 16, QFont::DemiBold);
+    for (QLabel* label : {ui.urununadi, ui.Label8}) {
+        setPixels(*label, 22, QFont::DemiBold);
+        label->setContentsMargins(8, 8, 8, 8);
+    }
+    for (const char* keys : {"tus", "duzenlemetusu", "bununamayanurunfiyat"})
+        for (QWidget* key : array(keys))
+            setPixels(*key, 24, QFont::Medium);
     for (QWidget* button : {ui.kaydet, ui.nakit, ui.satisiptal, ui.fiyatgor, ui.vkCommand2, ui.vkCommand3,
                             ui.urunbulmak, ui.vkCommand6, ui.vkCommand1, ui.vkCommand4, ui.kapat})
         setPixels(*button, 14, QFont::Medium);
-    for (QWidget* button : {ui.vsil, ui.vkCommand5, ui.ver3})
+    for (QWidget* button : {ui.vsil, ui.vkCommand5, ui.ver3, ui.urunsil})
         setPixels(*button, 15, QFont::Medium);
-    for (QWidget* button : {ui.urunbuunamadibeklet, ui.urunbulunamadikapat})
-        setPixels(*button, 22, QFont::DemiBold);
-    setPixels(*ui.bulunulamayaurun, 24, QFont::Medium);
+    for (QWidget* button : {ui.urunislemlerikapat, ui.vazgecc, ui.urunbuunamadibeklet, ui.urunbuunamadikaydet,
+                            ui.urunbulunamadikapat, ui.fiyargorkapat, ui.kisayolkaydet, ui.kisayolsil,
+                            ui.kisayolkapat, ui.kisayolurunbul})
+        setPixels(*button, 20, QFont::DemiBold);
+    for (QWidget* panel : {ui.urunislemleri, ui.fiyatgorframe})
+        setPixels(*panel, 20, QFont::DemiBold);
     // The total's size is a matter of its own length and of the screen, in points.
     QFont total = ui.toplam->font();
     total.setWeight(QFont::Bold);
@@ -93,20 +128,24 @@ void satisekrani::connectControls() {
     press(ui.nakit, &satisekrani::nakit_click);
     press(ui.satisiptal, &satisekrani::satisiptal_click);
     press(ui.kapat, &satisekrani::kapat_click);
+    press(ui.vkCommand1, &satisekrani::vkCommand1_click);
+    press(ui.vkCommand4, &satisekrani::vkCommand4_click);
     press(ui.toplam, &satisekrani::toplam_click);
     press(ui.verilen, &satisekrani::verilen_click);
     press(ui.kalan, &satisekrani::verilen_click);
     press(ui.vsil, &satisekrani::vsil_click);
     press(ui.ver3, &satisekrani::ver3_click);
     press(ui.vkCommand5, &satisekrani::vkCommand5_click);
-    press(ui.urunbuunamadibeklet, &satisekrani::urunbuunamadibeklet_click);
-    press(ui.urunbulunamadikapat, &satisekrani::urunbulunamadikapat_click);
-
-    for (QWidget* key : controlArray(*this, QStringLiteral("tus"))) {
-        const int index = controlIndex(*key).value();
-        connect(qobject_cast<QAbstractButton*>(key), &QAbstractButton::clicked, this,
-                [this, index] { tus_click(index); });
+    // A touch leaves the keyboard where it is: after a No to a button's question the next scan must not press the
+    // button again.
+    for (DrawnButton* button : findChildren<DrawnButton*>()) {
+        if (button->focusPolicy() == Qt::StrongFocus)
+            button->setFocusPolicy(Qt::TabFocus);
     }
+    pressKeys(QStringLiteral("tus"), &satisekrani::tus_click);
+    connectLineEditing();
+    connectUnknownProduct();
+    connectPriceCheck();
 
     const std::initializer_list<std::pair<Image*, double>> money{
         {ui.resim2, 200}, {ui.resim3, 100}, {ui.resim4, 50},  {ui.resim1, 20},  {ui.Resim5, 10},
@@ -116,6 +155,11 @@ void satisekrani::connectControls() {
     for (Image* background : {ui.korumaresmi, ui.korumaresmi2})
         connect(background, &Image::clicked, this, [this] { giveFocus(*ui.barkod); });
 
+    connect(ui.toplam, &DrawnButton::mousedown, this, [](Qt::MouseButton button) {
+        if (button == Qt::RightButton)
+            showInFront(screen<toplamtema>());
+    });
+    ui.saat->installEventFilter(this);
     ui.ver2->installEventFilter(this);
     connect(ui.ver2, &QLineEdit::textChanged, this, &satisekrani::ver2_change);
     connect(&Timer1, &Timer::tick, this, &satisekrani::Timer1_tick);
@@ -137,6 +181,29 @@ void satisekrani::connectControls() {
         onlyCharacters(u"0123456789,"));
 }
 
+/// Connects the keys of a control array, each by its index.
+void satisekrani::pressKeys(const QString& array, void (satisekrani::*procedure)(int)) {
+    for (DrawnButton* key : controlArrayOf<DrawnButton>(*this, array)) {
+        connect(key, &QAbstractButton::clicked, this,
+                [this, procedure, index = controlIndex(*key).value()] { (this->*procedure)(index); });
+    }
+}
+
+/// What the key of a panel writes: its caption.
+QString satisekrani::panelKey(const QString& array, int index) const {
+    for (const DrawnButton* key : controlArrayOf<DrawnButton>(*this, array)) {
+        if (controlIndex(*key) == index)
+            return key->caption();
+    }
+    return {};
+}
+
+void satisekrani::showPanel(QWidget& panel) {
+    placePanels();
+    panel.raise();
+    panel.show();
+}
+
 void satisekrani::form_load() {
     izyaz(QStringLiteral("SAT01 Form_Load"));
     ekrandonat(*this);
@@ -155,6 +222,7 @@ void satisekrani::form_load() {
             return;
         }
         izyaz(QStringLiteral("SAT03 dbOK"));
+        temabaslangicuygula();
         gridhazirla(*ui.satisekrani1);
         gridbasliklari(*screen<satisekrani>().ui.satisekrani1);
         goToEntryRow();
@@ -173,6 +241,24 @@ void satisekrani::form_activate() {
     izyaz(QStringLiteral("SAT05 Form_Activate"));
     giveFocus(*ui.barkod);
     izyaz(QStringLiteral("SAT06 Form_Activate bitti"));
+}
+
+bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
+    // What is typed into the cash replaces what stood there. A press sets its caret first, so select behind
+    // it.
+    if (watched == ui.ver2 && event->type() == QEvent::FocusIn) {
+        if (static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason)
+            QTimer::singleShot(0, ui.ver2, &QLineEdit::selectAll);
+        else
+            ui.ver2->selectAll();
+    }
+    const bool pressed = event->type() == QEvent::MouseButtonPress &&
+                         static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+    if (pressed && (watched == ui.adetdegis || watched == ui.fiyatdegis))
+        lineField_mousedown(static_cast<QLineEdit&>(*watched));
+    if (watched == ui.saat && event->type() == QEvent::MouseButtonDblClick)
+        showInFront(screen<saatt>());
+    return Screen::eventFilter(watched, event);
 }
 
 void satisekrani::barkod_keydown(int key) {
@@ -260,6 +346,16 @@ void satisekrani::closeEvent(QCloseEvent* event) {
         endProcess(0);
 }
 
+void satisekrani::vkCommand1_click() {
+    eksiltme = 0;
+    showInFront(screen<menu>());
+}
+
+void satisekrani::vkCommand4_click() {
+    eksiltme = 0;
+    showInFront(screen<hallimzda>());
+}
+
 void satisekrani::satisiptal_click() {
     eksiltme = 0;
     if (ui.satisekrani1->rows() == 2) {
@@ -275,27 +371,27 @@ void satisekrani::satisiptal_click() {
     giveFocus(*ui.barkod);
 }
 
-void satisekrani::urunbuunamadibeklet_click() {
-    mesaj(QStringLiteral("URUN_KAYIT_YOK"), MessageBoxStyle::cancelTryContinue, QString());
-}
-
-void satisekrani::urunbulunamadikapat_click() {
-    ui.urunbulunamadiframesi->hide();
-    giveFocus(*ui.barkod);
-}
-
 void satisekrani::resizeEvent(QResizeEvent* event) {
     Screen::resizeEvent(event);
     placePanels();
 }
 
 void satisekrani::placePanels() {
+    constexpr QSize large(560, 530);
+    constexpr QSize small(480, 380);
+    for (QWidget* panel : {ui.urunislemleri, ui.urunbulunamadiframesi, ui.fiyatgorframe})
+        placePanel(*panel, large);
+    placePanel(*ui.Frame2, small);
+}
+
+/// Puts a panel of that design size above the ticket.
+void satisekrani::placePanel(QWidget& panel, QSize size) {
     const QRect ticket(ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size());
-    QRect panel(
-        QPoint(0, 0),
-        ui.urunbulunamadiframesi->sizeHint().expandedTo(ticket.size() * 0.5).boundedTo(ticket.size()));
-    panel.moveCenter(ticket.center());
-    ui.urunbulunamadiframesi->setGeometry(panel);
+    QRect place(QPoint(0, 0),
+                (QSizeF(size) * ui.ActiveResize1->scale()).toSize().expandedTo(panel.minimumSizeHint()));
+    place.moveCenter(ticket.center());
+    place.moveTopLeft(QPoint(std::max(place.left(), 0), std::max(place.top(), 0)));
+    panel.setGeometry(place);
 }
 
 }  // namespace kovanix

@@ -4,10 +4,24 @@
 #include "database/recordset.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/screen.h"
+#include "ui_lineediting.h"
+#include "ui_pricecheck.h"
+#include "ui_quicksale.h"
 #include "ui_satisekrani.h"
+#include "ui_unknownproduct.h"
 #include "widgets/timer.h"
 
 namespace kovanix {
+
+/// The controls of the sales screen: those of the sale and those of the four panels that open above its
+/// ticket.
+struct SalesControls : Ui::satisekrani,
+                       Ui::LineEditingPanel,
+                       Ui::UnknownProductPanel,
+                       Ui::PriceCheckPanel,
+                       Ui::QuickSalePanel {
+    void setupUi(QWidget* screen);
+};
 
 /// The sales screen: ticket, barcode and quantity entry, cash and change, receipt, commit.
 ///
@@ -31,9 +45,14 @@ public:
     void toplamhesapla();
     /// Empties the ticket and all amounts.
     void satistemizle();
+    /// Sizes the ticket's columns and rows for the screen's width.
+    void sizeGrid();
     /// Sets the font size of `toplam` for a text of that many characters; a negative length measures its
     /// caption.
     void toplamyazisi(int length);
+
+    /// A left press on a cell of the ticket: marks a line, or opens the panel that changes it.
+    void hucrebasildi(int row, int column);
 
     /// Adds a note or coin to the cash given, or takes it off once in subtract mode. Amount in lira.
     void paraekle(double amount);
@@ -51,7 +70,7 @@ public:
     /// Closes the look-up if it is open; never fails.
     void urunkayitkapat();
 
-    Ui::satisekrani ui;
+    SalesControls ui;
     Timer Timer1;     ///< clock and date on the screen
     Timer kontorsat;  ///< hands a product chosen elsewhere to the ticket: set to an interval, it fires once
 
@@ -65,9 +84,15 @@ protected:
 
 private:
     void connectControls();
-    void setColumnWidths();
+    void connectLineEditing();
+    void connectUnknownProduct();
+    void connectPriceCheck();
+    void pressKeys(const QString& array, void (satisekrani::*procedure)(int));
+    QString panelKey(const QString& array, int index) const;
+    void showPanel(QWidget& panel);
     void setDesignFonts();
     void placePanels();
+    void placePanel(QWidget& panel, QSize size);
 
     void barkod_keydown(int key);
     void adet_keydown(int key);
@@ -77,9 +102,32 @@ private:
     void kontorsat_tick();
     void toplam_click();
     void kapat_click();
+    void vkCommand1_click();
+    void vkCommand4_click();
     void satisiptal_click();
+
+    void toggleMark(int row);
+    void openLineEditing(int row, int column);
+    QLineEdit* editedField() const;
+    void lineField_mousedown(QLineEdit& field);
+    void duzenlemetusu_click(int index);
+    void urunislemlerikapat_click();
+    void vazgecc_click();
+    void urunsil_click();
+
     void urunbuunamadibeklet_click();
+    void urunbuunamadibeklet_keydown(int key);
+    void urunsatisi_change();
+    void bununamayanurunfiyat_click(int index);
+    void urunbuunamadikaydet_click();
     void urunbulunamadikapat_click();
+    void createProduct();
+
+    void fiyatgor_click();
+    void fiyargorbarkodu_keydown(int key);
+    void fiyargorkapat_click();
+    void showPriceOf(const QString& barcode);
+    void clearPriceCheck();
 
     void setCashQuietly(const QString& text);
     void ver2_change();
@@ -100,6 +148,8 @@ private:
     void clearEntry();
     bool isSaleLine(int row) const;
     QString numberOrOne(int row);
+    void tellNoDatabase();
+    void tellDatabaseFailure(const RuntimeError& error);
     void reportCommitFailure(const RuntimeError& error);
 
     Recordset urunkayit;

@@ -77,7 +77,7 @@ void satisekrani::urunkayitkapat() {
 
 void satisekrani::urunekle() {
     if (!baglantihazir()) {
-        mesaj(QStringLiteral("DB_HATA"), MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+        tellNoDatabase();
         return;
     }
     try {
@@ -91,10 +91,19 @@ void satisekrani::urunekle() {
         }
         sellBarcode();
     } catch (const RuntimeError& error) {
-        urunkayitkapat();
-        mesaj(metin(QStringLiteral("DB_HATA")) + u": " + error.description(), MessageBoxStyle::critical,
-              metin(QStringLiteral("HATA")));
+        tellDatabaseFailure(error);
     }
+}
+
+void satisekrani::tellNoDatabase() {
+    mesaj(QStringLiteral("DB_HATA"), MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+}
+
+/// Ends the look-up that failed and says why.
+void satisekrani::tellDatabaseFailure(const RuntimeError& error) {
+    urunkayitkapat();
+    mesaj(metin(QStringLiteral("DB_HATA")) + u": " + error.description(), MessageBoxStyle::critical,
+          metin(QStringLiteral("HATA")));
 }
 
 void satisekrani::sellBarcode() {
@@ -147,21 +156,11 @@ bool satisekrani::mergeIntoLine(const QString& barcode) {
         grid.setTextMatrix(grid.row(), 3, QString());
         urunkayit.close();
         clearEntry();
-        grid.ensureRowVisible(row);
+        if (row < grid.rows())  // a total grown too long has wiped the ticket
+            grid.ensureRowVisible(row);
         return true;
     }
     return false;
-}
-
-void satisekrani::showUnknownProduct() {
-    ui.bulunulamayaurun->setText(ui.barkod->text());
-    ui.barkod->clear();
-    ui.adet->clear();
-    toplamhesapla();
-    placePanels();
-    ui.urunbulunamadiframesi->raise();
-    ui.urunbulunamadiframesi->show();
-    giveFocus(*ui.urunbuunamadibeklet);
 }
 
 }  // namespace kovanix

@@ -1,7 +1,7 @@
-#include <QFocusEvent>
 #include <QScopedValueRollback>
-#include <QTimer>
 
+#include "appearance/modTema.h"
+#include "appearance/palette.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "sales/satisekrani.h"
@@ -66,11 +66,20 @@ void satisekrani::paraeksiltbitir() {
 }
 
 void satisekrani::paradenetle() {
-    if (amount(*ui.verilen) >= 0)
+    if (amount(*ui.verilen) < 0) {
+        // The change keeps what it showed: the cash typed doesn't work it out anew here.
+        setCashQuietly(QStringLiteral("0,00"));
+        ui.verilen->setCaption(QStringLiteral("0,00"));
+    }
+    // The first palette stands in the file as 0, so that its button keeps the colours that subtracting left
+    // it.
+    const int tema = temasayisi(QStringLiteral("tema"));
+    if (tema < 1 || tema > 4)
         return;
-    // The change keeps what it showed: the cash typed doesn't work it out anew here.
-    setCashQuietly(QStringLiteral("0,00"));
-    ui.verilen->setCaption(QStringLiteral("0,00"));
+    for (const ColorProperty property : {ColorProperty::backcolor1, ColorProperty::backcolor2,
+                                         ColorProperty::backcolorpushed1, ColorProperty::backcolorpushed2})
+        setColorProperty(*ui.vkCommand5, property,
+                         colorOf(paletteColor(QStringLiteral("vkCommand5"), property, Palette(tema - 1))));
 }
 
 void satisekrani::vkCommand5_click() {
@@ -101,18 +110,6 @@ void satisekrani::ver3_click() {
     reformat(*ui.kalan, money);
     ui.adet->clear();
     giveFocus(*ui.barkod);
-}
-
-bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
-    // What is typed into the cash replaces what stood there. A press sets its caret first, so select behind
-    // it.
-    if (watched == ui.ver2 && event->type() == QEvent::FocusIn) {
-        if (static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason)
-            QTimer::singleShot(0, ui.ver2, &QLineEdit::selectAll);
-        else
-            ui.ver2->selectAll();
-    }
-    return Screen::eventFilter(watched, event);
 }
 
 /// Sets the typed cash without working anything out from it.

@@ -42,8 +42,11 @@ void SalesFixture::scan(const QString& code) const {
 }
 
 void SalesFixture::type(const QString& text) const {
-    for (const QChar character : text)
-        QTest::keyClick(&receiver(), character.toLatin1());
+    for (const char32_t character : text.toUcs4()) {
+        const Qt::Key key =
+            character < 0x80 ? QTest::asciiToKey(static_cast<char>(character)) : Qt::Key_unknown;
+        QTest::sendKeyEvent(QTest::Click, &receiver(), key, QString::fromUcs4(&character, 1), Qt::NoModifier);
+    }
 }
 
 void SalesFixture::key(Qt::Key key) const {

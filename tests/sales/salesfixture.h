@@ -16,7 +16,7 @@ public:
     explicit SalesFixture(const QString& password = {});
 
     satisekrani& sales() const;
-    Ui::satisekrani& ui() const { return sales().ui; }
+    SalesControls& ui() const { return sales().ui; }
 
     /// Types a text into what has the focus, then Enter, as a scanner does.
     void scan(const QString& code) const;

@@ -1,22 +1,18 @@
 #include <functional>
-#include <memory>
 #include <tuple>
 
 #include "data/baglanmamodulu.h"
 #include "database/recordset.h"
-#include "runtests.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
 /// Storing a sale, stock, and what happens when the file won't.
-class CommitTest : public QObject {
+class CommitTest : public SalesTest {
     Q_OBJECT
-
-    std::unique_ptr<SalesFixture> m_shop;
 
     QList<QVariantList> sales() const {
         return m_shop->rows(
@@ -38,12 +34,7 @@ private Q_SLOTS:
     }
     void init() {
         QFETCH_GLOBAL(QString, password);
-        m_shop = std::make_unique<SalesFixture>(password);
-    }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
+        openShop(password);
     }
 
     void storesEachLine() {
@@ -247,8 +238,7 @@ private Q_SLOTS:
             return std::tuple(0, QString(), QString());
         };
         // A screen whose own connection never opened.
-        m_shop.reset();
-        m_shop = nullptr;
+        closeShop();
         ShopFixture shop;
         shop.boxes.expectAny(MessageBoxAnswer::ok);
         shop.boxes.expectAny(MessageBoxAnswer::ok);
@@ -265,7 +255,7 @@ private Q_SLOTS:
         QVERIFY(allAnswered(shop.boxes));
         ScreenRegistry::clear();
         QFETCH_GLOBAL(QString, password);
-        m_shop = std::make_unique<SalesFixture>(password);
+        openShop(password);
     }
 
     void aLineThatLostItsQuantitySellsOne() {

@@ -1,15 +1,10 @@
-#include <memory>
-
-#include "runtests.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
 /// Cash and change: notes and coins, subtract mode, typed cash.
-class PaymentTest : public QObject {
+class PaymentTest : public SalesTest {
     Q_OBJECT
-
-    std::unique_ptr<SalesFixture> m_shop;
 
     void compareAmounts(const QString& verilen, const QString& kalan, const QString& ver2) const {
         QCOMPARE(m_shop->verilen(), verilen);
@@ -22,13 +17,6 @@ class PaymentTest : public QObject {
     }
 
 private Q_SLOTS:
-    void init() { m_shop = std::make_unique<SalesFixture>(); }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
-    }
-
     void picturesOfMoney_data() {
         QTest::addColumn<QString>("picture");
         QTest::addColumn<QString>("once");

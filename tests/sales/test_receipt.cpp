@@ -1,32 +1,26 @@
 #include <QDir>
 #include <QKeyEvent>
 #include <QProcess>
-#include <memory>
 
-#include "runtests.h"
 #include "sales/receipt.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
 /// The receipt's text, and the road from the button to the page and the file.
-class ReceiptTest : public QObject {
+class ReceiptTest : public SalesTest {
     Q_OBJECT
-
-    std::unique_ptr<SalesFixture> m_shop;
 
     QString receipts() const { return m_shop->file("fisler"); }
 
 private Q_SLOTS:
     void init() {
-        m_shop = std::make_unique<SalesFixture>();
+        SalesTest::init();
         qputenv("KOVANIX_PRINTER", ("pdf:" + receipts()).toUtf8());
     }
     void cleanup() {
         qunsetenv("KOVANIX_PRINTER");
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
+        SalesTest::cleanup();
     }
 
     void textToTheByte() {

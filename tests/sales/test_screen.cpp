@@ -1,33 +1,24 @@
-#include <memory>
-
 #include "data/baglanmamodulu.h"
-#include "runtests.h"
 #include "runtime/process.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/screenregistry.h"
 #include "sales/totalfont.h"
 #include "sales/weighedlabel.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
 /// Load, activation, closing, cancelling, the size of the total; the pieces below the screen.
-class ScreenTest : public QObject {
+class ScreenTest : public SalesTest {
     Q_OBJECT
 
-    std::unique_ptr<SalesFixture> m_shop;
     std::optional<int> m_ended;
 
 private Q_SLOTS:
     void init() {
-        m_shop = std::make_unique<SalesFixture>();
+        SalesTest::init();
         m_ended.reset();
         setProcessEnd([this](int status) { m_ended = status; });
-    }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
     }
 
     void closingByTheButton_data() {
@@ -91,8 +82,7 @@ private Q_SLOTS:
     }
 
     void noDatabaseAtLoad() {
-        m_shop.reset();
-        m_shop = nullptr;
+        closeShop();
         ShopFixture shop;
         shop.boxes.expectAny(MessageBoxAnswer::ok);  // the open's own box
         shop.boxes.expect("Hata", "Veritabanı baılantısı kurulamadı: ", MessageBoxAnswer::ok);
@@ -106,7 +96,7 @@ private Q_SLOTS:
         sales.ui.barkod->setText("0");
         QTest::keyClick(sales.ui.barkod, Qt::Key_Return);
         QCOMPARE(sales.ui.satisekrani1->rows(), 2);
-        m_shop = std::make_unique<SalesFixture>();
+        openShop();
     }
 
     void sizeOfTheTotal_data() {

@@ -1,29 +1,18 @@
 #include <QApplication>
 #include <QClipboard>
-#include <memory>
 
 #include "data/baglanmamodulu.h"
-#include "runtests.h"
 #include "runtime/runtimeerror.h"
-#include "salesfixture.h"
+#include "salestest.h"
 #include "widgets/controlarray.h"
 
 using namespace kovanix;
 
 /// Scans, lines, merging, totals.
-class TicketTest : public QObject {
+class TicketTest : public SalesTest {
     Q_OBJECT
 
-    std::unique_ptr<SalesFixture> m_shop;
-
 private Q_SLOTS:
-    void init() { m_shop = std::make_unique<SalesFixture>(); }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
-    }
-
     void startsEmpty() {
         const VSFlexGrid& grid = *m_shop->ui().satisekrani1;
         QCOMPARE(grid.rows(), 2);
@@ -307,8 +296,7 @@ private Q_SLOTS:
     }
 
     void withAPasswordFile() {
-        m_shop.reset();
-        m_shop = std::make_unique<SalesFixture>("gizli şifre");
+        openShop("gizli şifre");
         m_shop->scan(goods::bread);
         QCOMPARE(m_shop->toplam(), "10,00");
     }

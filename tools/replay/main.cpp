@@ -3,7 +3,9 @@
 #include <QMessageBox>
 #include <cstdio>
 
+#include "access/firstscreen.h"
 #include "app/frame.h"
+#include "app/session.h"
 #include "app/shopfolder.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/application.h"
@@ -49,7 +51,9 @@ int main(int argc, char** argv) {
                                     QStringLiteral("DIR"), QStringLiteral("."));
     const QCommandLineOption boxes(QStringLiteral("boxes"),
                                    QStringLiteral("Writes each message box to standard output."));
-    commandLine.addOptions({folder, output, boxes});
+    const QCommandLineOption atSales(QStringLiteral("sales"),
+                                     QStringLiteral("Begins at the sales screen, as after a manager's login."));
+    commandLine.addOptions({folder, output, boxes, atSales});
     commandLine.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The script."));
     commandLine.process(application);
     if (commandLine.positionalArguments().size() != 1)
@@ -74,9 +78,14 @@ int main(int argc, char** argv) {
     if (commandLine.isSet(boxes))
         QObject::connect(&player.boxes(), &BoxAnswers::opened, &application,
                          [](QMessageBox& box) { say(stdout, {boxLine(box)}); });
-    const int status = application.run([&player] {
+    const int status = application.run([&player, beginAtSales = commandLine.isSet(atSales)] {
         startConnection();
-        screen<satisekrani>().show();
+        if (beginAtSales) {
+            girisyetki = 1;
+            screen<satisekrani>().show();
+        } else {
+            showFirstScreen();
+        }
         player.start();
     });
     baglantikapatsessiz();

@@ -22,6 +22,7 @@
 #include "desktop/screensize.h"
 #include "runtime/clock.h"
 #include "runtime/runtimeerror.h"
+#include "runtime/screen.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
 #include "widgets/caption.h"
@@ -36,17 +37,53 @@ satisekrani& salesScreen() {
     return screen<satisekrani>();
 }
 
+/// The screen that a step is about where it names none: the active one, else the one shown last.
+QWidget& frontScreen() {
+    if (auto* active = qobject_cast<Screen*>(QApplication::activeWindow()))
+        return *active;
+    const std::vector<Screen*> all = ScreenRegistry::all();
+    for (auto shown = all.rbegin(); shown != all.rend(); ++shown) {
+        if ((*shown)->isVisible())
+            return **shown;
+    }
+    return salesScreen();
+}
+
+/// A control by its name, or by its screen's and its own ("menu.kapat").
+QWidget* namedControl(const QString& name) {
+    const QString screenName = name.contains(u'.') ? name.section(u'.', 0, 0) : QString();
+    if (screenName.isEmpty()) {
+        if (auto* found = frontScreen().findChild<QWidget*>(name))
+            return found;
+    }
+    for (const Screen* candidate : ScreenRegistry::all()) {
+        if (screenName.isEmpty() || controlKind(*candidate) == screenName) {
+            if (auto* found = candidate->findChild<QWidget*>(name.section(u'.', -1)))
+                return found;
+        }
+    }
+    return nullptr;
+}
+
 QString shownText(const QWidget& control) {
     if (const auto* field = qobject_cast<const QLineEdit*>(&control))
         return field->text();
     return caption(control);
 }
 
-void sendMouse(QWidget& control, QEvent::Type type) {
-    const QPointF centre = QRectF(control.rect()).center();
-    QMouseEvent event(type, centre, control.mapToGlobal(centre), Qt::LeftButton,
-                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+void sendMouse(QWidget& control, QEvent::Type type, const QPointF& place,
+               Qt::MouseButton button = Qt::LeftButton) {
+    const bool released = type == QEvent::MouseButtonRelease;
+    QMouseEvent event(type, place, control.mapToGlobal(place), button,
+                      released ? Qt::MouseButtons() : Qt::MouseButtons(button), Qt::NoModifier);
     QApplication::sendEvent(&control, &event);
+}
+
+/// A press and its release in the middle of a control.
+void sendClick(QWidget& control, Qt::MouseButton button = Qt::LeftButton) {
+    const QPointF centre = QRectF(control.rect()).center();
+    sendMouse(control, QEvent::MouseButtonPress, centre, button);
+    sendMouse(control, QEvent::MouseButtonRelease, centre, button);
 }
 
 }  // namespace
@@ -110,7 +147,7 @@ bool Player::waitForFocus(const ScriptStep& step) {
     }
     if (m_focusDeadline.isForever()) {
         m_focusDeadline = QDeadlineTimer(longestWaitForFocus);
-        salesScreen().activateWindow();
+        frontScreen().activateWindow();
     }
     if (!m_focusDeadline.hasExpired())
         return true;
@@ -137,7 +174,7 @@ void Player::fail(const ScriptStep& step, const QString& what) {
 }
 
 QWidget* Player::control(const ScriptStep& step, const QString& name) {
-    auto* found = salesScreen().findChild<QWidget*>(name);
+    QWidget* found = namedControl(name);
     if (!found)
         fail(step, u"no control " + name);
     return found;
@@ -161,6 +198,16 @@ void Player::play(const ScriptStep& step) {
                     sequence[0].key() == Qt::Key_Return ? QStringLiteral("\r") : QString());
     } else if (step.command == u"press") {
         press(step);
+    } else if (step.command == u"right") {
+        if (QWidget* pressed = control(step, step.argument))
+            sendClick(*pressed, Qt::RightButton);
+    } else if (step.command == u"double") {
+        if (QWidget* pressed = control(step, step.argument)) {
+            sendClick(*pressed);
+            sendMouse(*pressed, QEvent::MouseButtonDblClick, QRectF(pressed->rect()).center());
+        }
+    } else if (step.command == u"touch") {
+        touch(step);
     } else if (step.command == u"answer") {
         answer(step);
     } else if (step.command == u"expect") {
@@ -179,7 +226,7 @@ void Player::play(const ScriptStep& step) {
         std::printf("%s\n", qUtf8Printable(step.argument));
         std::fflush(stdout);
     } else if (step.command == u"close") {
-        salesScreen().close();
+        frontScreen().close();
     }
 }
 
@@ -191,6 +238,8 @@ void Player::resize(const ScriptStep& step) {
         return;
     }
     setScreenMetricsSource([size] { return ScreenMetrics{size, 15, 15}; });
+    if (!loaded<satisekrani>())
+        return;
     salesScreen().setWindowState(Qt::WindowNoState);
     salesScreen().resize(size);
     salesScreen().toplamyazisi(-1);
@@ -203,7 +252,8 @@ void Player::stopClock(const ScriptStep& step) {
         return;
     }
     Clock::setSource([moment] { return moment; });
-    Q_EMIT salesScreen().Timer1.tick();  // what the next picture shows
+    if (loaded<satisekrani>())
+        Q_EMIT salesScreen().Timer1.tick();  // what the next picture shows
 }
 
 void Player::press(const ScriptStep& step) {
@@ -216,8 +266,16 @@ void Player::press(const ScriptStep& step) {
         button->click();
         return;
     }
-    sendMouse(*pressed, QEvent::MouseButtonPress);
-    sendMouse(*pressed, QEvent::MouseButtonRelease);
+    sendClick(*pressed);
+}
+
+void Player::touch(const ScriptStep& step) {
+    VSFlexGrid& grid = *salesScreen().ui.satisekrani1;
+    const QRect cell = grid.cellRect(step.first().toInt(), step.rest().toInt());
+    if (!grid.viewport()->rect().contains(cell.center()))
+        fail(step, QStringLiteral("no cell to be seen there"));
+    else
+        sendMouse(*grid.viewport(), QEvent::MouseButtonPress, cell.center());
 }
 
 void Player::answer(const ScriptStep& step) {
@@ -256,7 +314,7 @@ void Player::expectCell(const ScriptStep& step) {
 
 void Player::screenshot(const ScriptStep& step) {
     QDir().mkpath(m_output);
-    if (!salesScreen().grab().save(QDir(m_output).filePath(step.argument)))
+    if (!frontScreen().grab().save(QDir(m_output).filePath(step.argument)))
         fail(step, u"can't save " + step.argument);
 }
 

@@ -45,6 +45,7 @@ private:
     void resize(const ScriptStep& step);
     void stopClock(const ScriptStep& step);
     void press(const ScriptStep& step);
+    void touch(const ScriptStep& step);
     void answer(const ScriptStep& step);
     void expectText(const ScriptStep& step);
     void expectCell(const ScriptStep& step);

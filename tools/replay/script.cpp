@@ -10,7 +10,8 @@ const QStringList& commands() {
         QStringLiteral("type"),       QStringLiteral("key"),    QStringLiteral("press"),
         QStringLiteral("answer"),     QStringLiteral("expect"), QStringLiteral("cell"),
         QStringLiteral("screenshot"), QStringLiteral("rows"),   QStringLiteral("say"),
-        QStringLiteral("pause"),      QStringLiteral("close"),  QStringLiteral("stay")};
+        QStringLiteral("pause"),      QStringLiteral("close"),  QStringLiteral("stay"),
+        QStringLiteral("touch"),      QStringLiteral("right"),  QStringLiteral("double")};
     return names;
 }
 

@@ -1,0 +1,32 @@
+#include "appearance/ekoz.h"
+
+#include "app/modTurkce.h"
+
+namespace kovanix {
+
+ekoz::ekoz() {
+    ui.setupUi(this);
+    ui.vkCommand2->hide();  // it has neither a caption nor a task
+    for (QWidget* button : {ui.vkCommand1, ui.vkCommand3})
+        setPixels(*button, 18, QFont::Medium);
+    connect(ui.vkCommand1, &QAbstractButton::clicked, this, &ekoz::vkCommand1_click);
+    connect(ui.vkCommand3, &QAbstractButton::clicked, this, &ekoz::vkCommand3_click);
+    setCloseButton(*ui.vkCommand3);
+}
+
+ekoz::~ekoz() = default;
+
+void ekoz::form_load() {
+    // The table of titles doesn't know this screen: its title stays as stored, symbol and all. Meant.
+    ekrandonat(*this);
+}
+
+/// Shows a window that nothing in the program makes: the press does nothing, and the button stays all the
+/// same.
+void ekoz::vkCommand1_click() {}
+
+void ekoz::vkCommand3_click() {
+    leave();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "appearance/smallscreen.h"
+#include "ui_hallimzda.h"
+
+namespace kovanix {
+
+/// The about screen: what the program is, which version, and the door to the extra features.
+class hallimzda : public SmallScreen {
+    Q_OBJECT
+
+public:
+    hallimzda();
+    ~hallimzda() override;
+
+    void form_load() override;
+
+    Ui::hallimzda ui;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void setDesignFonts();
+    void colourLogoFrame(const QColor& color);
+
+    void Image1_click();
+    void vkCommand1_click();
+    void urunbulunamadikapat_click();
+};
+
+}  // namespace kovanix

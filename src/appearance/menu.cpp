@@ -1,0 +1,117 @@
+#include "appearance/menu.h"
+
+#include "access/firstscreen.h"
+#include "app/modTurkce.h"
+#include "app/session.h"
+#include "appearance/tema.h"
+#include "desktop/focus.h"
+#include "desktop/folders.h"
+#include "desktop/messagebox.h"
+#include "desktop/shell.h"
+#include "runtime/process.h"
+#include "runtime/screenregistry.h"
+#include "sales/satisekrani.h"
+
+namespace kovanix {
+
+namespace {
+
+/// The calculator by its path, whatever the system's folder is.
+constexpr QStringView calculator = u"c:\\windows\\system32\\calc.exe";
+
+/// The programs of this platform that stand for one that is started by its path, the first choice first.
+QStringList standIns(QStringView path) {
+    if (path == calculator)
+        return {QStringLiteral("gnome-calculator"),
+                QStringLiteral("kcalc"),
+                QStringLiteral("mate-calc"),
+                QStringLiteral("galculator"),
+                QStringLiteral("qalculate-gtk"),
+                QStringLiteral("qalculate-qt"),
+                QStringLiteral("xcalc"),
+                QStringLiteral("deepin-calculator"),
+                QStringLiteral("speedcrunch")};
+    return {};
+}
+
+/// Starts what stands for the program; where nothing does, nothing happens.
+void shell(QStringView path) {
+    const QString program = firstInstalled(standIns(path));
+    if (!program.isEmpty())
+        startProgram(program);
+}
+
+}  // namespace
+
+menu::menu() {
+    ui.setupUi(this);
+    setDesignFonts();
+    connectControls();
+    setCloseButton(*ui.kapat);
+}
+
+menu::~menu() = default;
+
+void menu::setDesignFonts() {
+    setPixels(*ui.vkFrame1, 20, QFont::DemiBold);
+    for (DrawnButton* button : findChildren<DrawnButton*>())
+        setPixels(*button, 17, QFont::Medium);
+}
+
+void menu::connectControls() {
+    const auto press = [this](QAbstractButton* button, void (menu::*procedure)()) {
+        connect(button, &QAbstractButton::clicked, this, procedure);
+    };
+    press(ui.vkCommand1, &menu::vkCommand1_click);
+    press(ui.vkCommand2, &menu::vkCommand2_click);
+    ui.vkCommand3->setEnabled(false);  // waits for the users' screen, kullanicilar
+    press(ui.vkCommand4, &menu::vkCommand4_click);
+    press(ui.vkCommand5, &menu::vkCommand5_click);
+    press(ui.vkCommand10, &menu::vkCommand10_click);
+    press(ui.kapat, &menu::kapat_click);
+}
+
+void menu::form_load() {
+    ekrandonat(*this);
+    if (girisyetki != 0)
+        return;
+    // The way back to the login and the calculator are closed to a cashier too: meant.
+    for (QWidget* button : {screen<satisekrani>().ui.vkCommand3, screen<satisekrani>().ui.vkCommand2,
+                            ui.vkCommand3, ui.vkCommand2, ui.vkCommand4})
+        button->setEnabled(false);
+}
+
+void menu::vkCommand1_click() {
+    showInFront(screen<tema>());
+}
+
+void menu::vkCommand2_click() {
+    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question;
+    if (mesajsor(QStringLiteral("MSG_GIRIS_EKRANINA_DON"), style, QStringLiteral("UYARI")) !=
+        MessageBoxAnswer::yes)
+        return;
+    unloadAllScreens();
+    showFirstScreen();
+}
+
+void menu::vkCommand4_click() {
+    shell(calculator);
+}
+
+void menu::vkCommand5_click() {
+    openDocument(sharedFile(QStringLiteral("kullanim/index.html")));
+}
+
+void menu::vkCommand10_click() {
+    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question | MessageBoxStyle::secondIsDefault;
+    if (mesajsor(QStringLiteral("PROGRAM_KAPAT_SORU"), style, QStringLiteral("PROGRAM_KAPAT_BASLIK")) ==
+        MessageBoxAnswer::yes)
+        endProcess(0);
+}
+
+void menu::kapat_click() {
+    screen<satisekrani>().show();
+    leave();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,104 @@
+#include "appearance/saatt.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "app/modTurkce.h"
+#include "desktop/focus.h"
+#include "runtime/clock.h"
+#include "runtime/screenregistry.h"
+#include "sales/satisekrani.h"
+
+namespace kovanix {
+
+namespace {
+constexpr int handsInterval = 1000;  // milliseconds
+constexpr int sweepInterval = 10;
+constexpr QSize smallestSize(120, 120);
+}  // namespace
+
+saatt::saatt() {
+    setWindowTitle(QStringLiteral("Saat"));
+    setMinimumSize(smallestSize);
+    resize(ClockDial::designSize);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    connect(&Timer1, &Timer::tick, this, &saatt::Timer1_tick);
+    connect(&Timer2, &Timer::tick, this, &saatt::Timer2_tick);
+}
+
+saatt::~saatt() = default;
+
+void saatt::form_load() {
+    ekrandonat(*this);
+    Timer1.setInterval(handsInterval);
+    Timer2.setInterval(sweepInterval);
+    // The bare dial: the hands come with the first tick, a second later.
+    dial();
+    tellTime(Clock::now().time());
+}
+
+const ClockDial& saatt::dial() {
+    if (m_dial.area() != size() || m_dial.devicePixelRatio() != devicePixelRatioF())
+        m_dial = ClockDial(size(), devicePixelRatioF());
+    return m_dial;
+}
+
+void saatt::Timer1_tick() {
+    const QTime time = Clock::now().time();
+    m_hands.showTime(time);
+    tellTime(time);
+    update(dial().handReach());
+}
+
+// A hundred times a second on the thread that serves the scanner: only the middle of the dial is painted.
+void saatt::Timer2_tick() {
+    m_hands.advance();
+    update(dial().sweepReach());
+}
+
+void saatt::tellTime(QTime time) {
+    const QString told = time.toString(u"HH:mm");
+    if (accessibleName() != told)
+        setAccessibleName(told);
+}
+
+void saatt::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    dial().paint(painter, m_hands);
+}
+
+void saatt::form_click() {
+    close();
+}
+
+void saatt::mousePressEvent(QMouseEvent* event) {
+    m_pressed = event->button() == Qt::LeftButton;
+}
+
+void saatt::mouseReleaseEvent(QMouseEvent* event) {
+    // The release of the double press that opened the clock is no click on it.
+    if (!m_pressed || event->button() != Qt::LeftButton)
+        return;
+    m_pressed = false;
+    if (rect().contains(event->position().toPoint()))
+        form_click();
+}
+
+void saatt::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        Screen::keyPressEvent(event);
+}
+
+void saatt::closeEvent(QCloseEvent* event) {
+    Timer1.setInterval(0);
+    Timer2.setInterval(0);
+    Screen::closeEvent(event);
+    if (loaded<satisekrani>())
+        giveFocus(*screen<satisekrani>().ui.barkod);
+}
+
+}  // namespace kovanix

@@ -1,0 +1,188 @@
+#include "appearance/tema.h"
+
+#include <QApplication>
+
+#include "app/ayarmodul.h"
+#include "app/modTurkce.h"
+#include "appearance/menu.h"
+#include "appearance/modTema.h"
+#include "appearance/toplamtema.h"
+#include "desktop/focus.h"
+#include "desktop/messagebox.h"
+#include "sales/satisekrani.h"
+#include "values/numbers.h"
+
+namespace kovanix {
+
+namespace {
+
+const QString section = QStringLiteral("ayar");
+const QString askKey = QStringLiteral("temaac");
+const QString paletteKey = QStringLiteral("tema");
+
+std::function<void()>& beepInstead() {
+    static std::function<void()> replacement;
+    return replacement;
+}
+
+void beep() {
+    if (temasessiz)
+        return;
+    if (beepInstead())
+        beepInstead()();
+    else
+        QApplication::beep();
+}
+
+void store(const QString& number) {
+    if (!temasessiz)
+        ayaryaz(section, paletteKey, number, temadosyayolu());
+}
+
+void setPixels(QWidget& control, int pixels, QFont::Weight weight) {
+    QFont font = control.font();
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    control.setFont(font);
+}
+
+/// What a number on file selects; resim1 is what everything else selects.
+Palette paletteOf(int number) {
+    switch (number) {
+        case 2:
+            return Palette::resim2;
+        case 3:
+            return Palette::resim3;
+        case 4:
+            return Palette::resim4;
+        default:
+            return Palette::resim1;
+    }
+}
+
+}  // namespace
+
+void setThemeBeep(std::function<void()> replacement) {
+    beepInstead() = std::move(replacement);
+}
+
+tema::tema() {
+    ui.setupUi(this);
+    for (QWidget* label : {ui.Label4_0, ui.Label4_1, ui.Label4_2, ui.Label4_3})
+        setPixels(*label, 18, QFont::DemiBold);
+    for (QWidget* button : {ui.vkCommand1, ui.vkCommand2})
+        setPixels(*button, 17, QFont::DemiBold);
+    setPixels(*ui.temaac, 16, QFont::Normal);
+    struct Picture {
+        Miniature* picture;
+        Timer& timer;
+        void (tema::*procedure)();
+        Palette palette;
+    };
+    const std::array pictures{Picture{ui.resim1, resim1bas, &tema::resim1_click, Palette::resim1},
+                              Picture{ui.resim2, resim2bas, &tema::resim2_click, Palette::resim2},
+                              Picture{ui.resim3, resim3bas, &tema::resim3_click, Palette::resim3},
+                              Picture{ui.resim4, resim4bas, &tema::resim4_click, Palette::resim4}};
+    for (const Picture& each : pictures) {
+        each.picture->setLook(each.palette);
+        connect(each.picture, &Miniature::clicked, this, each.procedure);
+        connect(&each.timer, &Timer::tick, this, [this, &timer = each.timer, procedure = each.procedure] {
+            (this->*procedure)();
+            timer.setInterval(0);
+        });
+    }
+    connect(ui.temaac, &CheckBox::clicked, this, &tema::temaac_click);
+    connect(ui.vkCommand1, &vkCommand::clicked, this, &tema::vkCommand1_click);
+    connect(ui.vkCommand2, &vkCommand::clicked, this, &tema::vkCommand2_click);
+}
+
+tema::~tema() = default;
+
+void tema::form_load() {
+    ekrandonat(*this);
+    ui.temaac->setChecked(numericPrefix(ayaroku(section, askKey, temadosyayolu())) == 1.0);
+    markPalette(paletteOf(temasayisi(paletteKey)));
+}
+
+void tema::TemaKayitliUygula() {
+    const Palette palette = paletteOf(temasayisi(paletteKey));
+    const bool asks = ui.temaac->isChecked();
+    temasessiz = true;
+    ui.temaac->setChecked(false);
+    switch (palette) {
+        case Palette::resim1:
+            resim1_click();
+            break;
+        case Palette::resim2:
+            resim2_click();
+            break;
+        case Palette::resim3:
+            resim3_click();
+            break;
+        case Palette::resim4:
+            resim4_click();
+            break;
+    }
+    ui.temaac->setChecked(asks);
+    temasessiz = false;
+}
+
+// The first picture never asks, and stores its 0 when all is painted. Both are meant.
+void tema::resim1_click() {
+    beep();
+    paintSales(Palette::resim1);
+    store(QStringLiteral("0"));
+}
+
+void tema::resim2_click() {
+    chooseAskingFirst(Palette::resim2);
+}
+
+void tema::resim3_click() {
+    chooseAskingFirst(Palette::resim3);
+}
+
+void tema::resim4_click() {
+    chooseAskingFirst(Palette::resim4);
+}
+
+void tema::chooseAskingFirst(Palette palette) {
+    beep();
+    if (ui.temaac->isChecked() && !temasessiz &&
+        mesajsor(QStringLiteral("MSG_TEMA_ONAY"), MessageBoxStyle::yesNo | MessageBoxStyle::warning,
+                 QStringLiteral("MSG_SILME_ONAY_BASLIK")) == MessageBoxAnswer::no)
+        return;
+    store(QString::number(static_cast<int>(palette) + 1));
+    paintSales(palette);
+}
+
+void tema::paintSales(Palette palette) {
+    sonrenk = temasayisi(QStringLiteral("sonrenk"));
+    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
+    satisekrani& sales = screen<satisekrani>();
+    if (toplamtemadegisken == 0)
+        paintTotal(sales, palette);
+    paintPalette(sales, palette);
+    markPalette(palette);
+}
+
+void tema::markPalette(Palette palette) {
+    for (Miniature* picture : {ui.resim1, ui.resim2, ui.resim3, ui.resim4})
+        picture->setChosen(picture->look() == palette);
+}
+
+void tema::temaac_click() {
+    ayaryaz(section, askKey, ui.temaac->isChecked() ? QStringLiteral("1") : QStringLiteral("0"),
+            temadosyayolu());
+}
+
+void tema::vkCommand1_click() {
+    showInFront(screen<menu>());
+    unload<tema>();
+}
+
+void tema::vkCommand2_click() {
+    showInFront(screen<toplamtema>());
+}
+
+}  // namespace kovanix

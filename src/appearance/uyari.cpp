@@ -1,0 +1,31 @@
+#include "appearance/uyari.h"
+
+#include "app/modTurkce.h"
+
+namespace kovanix {
+
+uyari::uyari() {
+    ui.setupUi(this);
+    setPixels(*ui.yazi, 26, QFont::DemiBold);
+    setPixels(*ui.Command1, 18, QFont::Medium);
+    connect(&kapat, &Timer::tick, this, &uyari::kapat_tick);
+    connect(ui.Command1, &QAbstractButton::clicked, this, &uyari::Command1_click);
+    setCloseButton(*ui.Command1);
+}
+
+uyari::~uyari() = default;
+
+void uyari::form_load() {
+    ekrandonat(*this);
+}
+
+void uyari::kapat_tick() {
+    leave();
+    kapat.setInterval(0);
+}
+
+void uyari::Command1_click() {
+    leave();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,180 @@
+#include "data/baglanmamodulu.h"
+#include "desktop/focus.h"
+#include "runtime/attempt.h"
+#include "sales/modSatis.h"
+#include "sales/satisekrani.h"
+#include "values/numbers.h"
+#include "widgets/keyfilter.h"
+
+// Every failure in here is passed over, and the next step runs: a row that is gone by the time it is changed
+// stays gone. One that is the entry row by then is written like any other; the next scan writes over it.
+
+namespace kovanix {
+
+namespace {
+
+constexpr int clearKey = 23;
+constexpr QStringView money = u"###,###,##0.00";
+
+// What `nereye` holds: the field that the keys write into.
+const QString& quantityField() {
+    static const QString code = QStringLiteral("1");
+    return code;
+}
+
+const QString& priceField() {
+    static const QString code = QStringLiteral("2");
+    return code;
+}
+
+}  // namespace
+
+void satisekrani::hucrebasildi(int row, int column) {
+    if (row <= 0)
+        return;
+    VSFlexGrid& grid = *ui.satisekrani1;
+    attempt([&] { grid.setRow(row); });
+    attempt([&] { grid.setCol(column); });
+    ui.satir->setText(QString::number(row));
+    switch (column) {
+        case 1:
+            toggleMark(row);
+            break;
+        case 3:
+        case 4:
+        case 5:
+            openLineEditing(row, column);
+            break;
+        default:
+            break;
+    }
+}
+
+/// The mark in the hidden first column; nothing reads it.
+void satisekrani::toggleMark(int row) {
+    VSFlexGrid& grid = *ui.satisekrani1;
+    const QString set = QStringLiteral("-1");
+    attempt([&] {
+        if (isSaleLine(row))
+            grid.setTextMatrix(row, 0, grid.textMatrix(row, 0) == set ? QStringLiteral("0") : set);
+    });
+}
+
+void satisekrani::openLineEditing(int row, int column) {
+    const VSFlexGrid& grid = *ui.satisekrani1;
+    if (grid.textMatrix(row, 1).isEmpty())
+        return;
+    showPanel(*ui.urunislemleri);
+    ui.urununadi->setText(grid.textMatrix(row, 2));
+    ui.urununadi->setAccessibleName({});  // from now on it is named by its text
+    ui.adetdegis->setText(grid.textMatrix(row, 3));
+    ui.fiyatdegis->setText(grid.textMatrix(row, 4));
+    ui.nereye->setText(column == 3 ? quantityField() : priceField());
+    giveFocus(column == 3 ? *ui.adetdegis : *ui.fiyatdegis);
+}
+
+/// The field that the panel's keys write into; none before a line was opened.
+QLineEdit* satisekrani::editedField() const {
+    if (ui.nereye->text() == quantityField())
+        return ui.adetdegis;
+    return ui.nereye->text() == priceField() ? ui.fiyatdegis : nullptr;
+}
+
+/// A press in one of the panel's fields empties it for the new number.
+void satisekrani::lineField_mousedown(QLineEdit& field) {
+    ui.nereye->setText(&field == ui.adetdegis ? quantityField() : priceField());
+    giveFocus(field);
+    field.clear();
+}
+
+void satisekrani::duzenlemetusu_click(int index) {
+    QLineEdit* field = editedField();
+    if (!field)
+        return;
+    if (index == clearKey) {
+        field->clear();
+    } else {
+        field->setText(field->text() + panelKey(QStringLiteral("duzenlemetusu"), index));
+        field->end(false);
+    }
+    giveFocus(*field);
+}
+
+void satisekrani::urunislemlerikapat_click() {
+    VSFlexGrid& grid = *ui.satisekrani1;
+    const int row = ui.satir->text().toInt();
+    attempt([&] { grid.setTextMatrix(row, 2, ui.urununadi->text()); });
+    if (isNumeric(ui.adetdegis->text()))
+        attempt([&] { grid.setTextMatrix(row, 3, ui.adetdegis->text()); });
+    if (isNumeric(ui.fiyatdegis->text()))
+        attempt([&] { grid.setTextMatrix(row, 4, format(sayicevir(ui.fiyatdegis->text()), money)); });
+    attempt([&] {
+        grid.setTextMatrix(
+            row, 5, format(sayicevir(grid.textMatrix(row, 3)) * sayicevir(grid.textMatrix(row, 4)), money));
+    });
+    attempt([this] { toplamhesapla(); });
+    ui.urunislemleri->hide();
+    ui.barkod->clear();
+    ui.satir->clear();
+    attempt([this] { goToEntryRow(); });
+    attempt([this] { toplamhesapla(); });
+    ui.barkod->clear();
+    giveFocus(*ui.barkod);
+    ui.nereye->setText(quantityField());
+}
+
+void satisekrani::vazgecc_click() {
+    ui.urunislemleri->hide();
+    giveFocus(*ui.barkod);
+}
+
+void satisekrani::urunsil_click() {
+    VSFlexGrid& grid = *ui.satisekrani1;
+    if (grid.textMatrix(grid.row(), 2).isEmpty()) {
+        giveFocus(*ui.barkod);
+    } else {
+        if (grid.rows() == 2) {
+            ui.toplam->setCaption(QStringLiteral("0,00"));
+            attempt([this] { satistemizle(); });
+            attempt([&] { gridhazirla(grid); });
+        } else {
+            attempt([&] { grid.removeItem(grid.row()); });
+        }
+        attempt([this] { toplamhesapla(); });
+        attempt([this] { goToEntryRow(); });
+    }
+    ui.adet->clear();
+    ui.urunislemleri->hide();
+    ui.nereye->setText(quantityField());
+    ui.toplam->update();
+    giveFocus(*ui.barkod);
+    ui.barkod->clear();
+}
+
+void satisekrani::connectLineEditing() {
+    // Only a left press takes the focus: after any other one the next scan must still reach its field.
+    ui.satisekrani1->setFocusPolicy(Qt::TabFocus);
+    connect(ui.satisekrani1, &VSFlexGrid::mousedown, this, [this](Qt::MouseButton button) {
+        if (button != Qt::LeftButton)
+            return;
+        giveFocus(*ui.satisekrani1);
+        hucrebasildi(ui.satisekrani1->mouseRow(), ui.satisekrani1->mouseCol());
+    });
+    ui.urununadi->setAccessibleName(QStringLiteral("Ürün adı"));
+    pressKeys(QStringLiteral("duzenlemetusu"), &satisekrani::duzenlemetusu_click);
+    connect(ui.urunislemlerikapat, &QAbstractButton::clicked, this, &satisekrani::urunislemlerikapat_click);
+    connect(ui.vazgecc, &QAbstractButton::clicked, this, &satisekrani::vazgecc_click);
+    connect(ui.urunsil, &QAbstractButton::clicked, this, &satisekrani::urunsil_click);
+    for (QLineEdit* field : {ui.adetdegis, ui.fiyatdegis}) {
+        field->installEventFilter(this);
+        new KeyFilter(
+            *field,
+            [this](int key) {
+                if (key == Qt::Key_Escape)
+                    ui.vazgecc->click();
+            },
+            onlyCharacters(u",0123456789"));
+    }
+}
+
+}  // namespace kovanix

@@ -1,0 +1,81 @@
+#include "app/modTurkce.h"
+#include "data/baglanmamodulu.h"
+#include "desktop/focus.h"
+#include "desktop/messagebox.h"
+#include "runtime/attempt.h"
+#include "sales/satisekrani.h"
+#include "values/numbers.h"
+#include "widgets/keyfilter.h"
+
+namespace kovanix {
+
+void satisekrani::connectPriceCheck() {
+    connect(ui.fiyatgor, &QAbstractButton::clicked, this, &satisekrani::fiyatgor_click);
+    connect(ui.fiyargorkapat, &QAbstractButton::clicked, this, &satisekrani::fiyargorkapat_click);
+    new KeyFilter(
+        *ui.fiyargorbarkodu, [this](int key) { fiyargorbarkodu_keydown(key); },
+        onlyCharacters(u"0123456789"));
+}
+
+void satisekrani::fiyatgor_click() {
+    eksiltme = 0;
+    showPanel(*ui.fiyatgorframe);
+    giveFocus(*ui.fiyargorbarkodu);
+}
+
+void satisekrani::fiyargorbarkodu_keydown(int key) {
+    if (key == Qt::Key_Escape)
+        ui.fiyargorkapat->click();
+    if (key != Qt::Key_Return)
+        return;
+    if (ui.fiyargorbarkodu->text().isEmpty()) {
+        mesaj(QStringLiteral("ONCE_BARKOD_OKUT"), MessageBoxStyle::ok, QString());
+        return;
+    }
+    if (!baglantihazir()) {
+        tellNoDatabase();
+        return;
+    }
+    clearPriceCheck();
+    try {
+        showPriceOf(ui.fiyargorbarkodu->text().trimmed());
+    } catch (const RuntimeError& error) {
+        tellDatabaseFailure(error);
+    }
+    ui.fiyargorbarkodu->clear();
+    giveFocus(*ui.fiyargorbarkodu);
+}
+
+/// Looks a barcode up as it stands: a scale's label isn't split here. @throws RuntimeError
+void satisekrani::showPriceOf(const QString& barcode) {
+    urunkayitkapat();
+    urunkayit.open(u"select * FROM urunler where barkod='" + sqlmetin(barcode) + u'\'', baglanti());
+    // A file that can't be read fails here: that is no missing product.
+    const bool isThere = !urunkayit.atEnd();
+    if (isThere)
+        attempt(
+            [this] { ui.fiyargorbarkodu2->setText(nullmetin(urunkayit.field(QStringLiteral("barkod")))); });
+    if (ui.fiyargorbarkodu2->text().isEmpty()) {
+        clearPriceCheck();
+        urunkayit.close();
+        mesaj(QStringLiteral("URUN_BULUNAMADI"), MessageBoxStyle::ok, QString());
+        return;
+    }
+    ui.fiyargoradi->setText(nullmetin(urunkayit.field(QStringLiteral("urun"))));
+    ui.fiyargorfiyati->setText(format(sayicevir(urunkayit.field(QStringLiteral("satis"))), u"#,##0.00"));
+    urunkayit.close();
+}
+
+void satisekrani::clearPriceCheck() {
+    for (QLineEdit* result : {ui.fiyargorbarkodu2, ui.fiyargoradi, ui.fiyargorfiyati})
+        result->clear();
+}
+
+void satisekrani::fiyargorkapat_click() {
+    ui.fiyargorbarkodu->clear();
+    clearPriceCheck();
+    ui.fiyatgorframe->hide();
+    giveFocus(*ui.barkod);
+}
+
+}  // namespace kovanix

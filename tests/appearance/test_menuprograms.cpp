@@ -1,0 +1,200 @@
+#include <QDesktopServices>
+#include <QFile>
+#include <QRegularExpression>
+#include <memory>
+
+#include "app/session.h"
+#include "appearance/menu.h"
+#include "desktop/focus.h"
+#include "desktop/folders.h"
+#include "runtests.h"
+#include "runtime/screenregistry.h"
+#include "salesfixture.h"
+
+using namespace kovanix;
+
+namespace {
+
+/// Takes the desktop's place where a file is to be opened.
+class UrlOpener : public QObject {
+    Q_OBJECT
+
+public:
+    UrlOpener() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
+    ~UrlOpener() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
+    QList<QUrl> opened;
+
+public Q_SLOTS:
+    void open(const QUrl& url) { opened.append(url); }
+};
+
+/// A PATH that holds nothing but the programs that the case puts there; each writes its name into a file when
+/// it is started.
+class OwnPath {
+public:
+    OwnPath() { qputenv("PATH", QFile::encodeName(m_programs.path())); }
+    ~OwnPath() { qputenv("PATH", m_before); }
+    OwnPath(const OwnPath&) = delete;
+    OwnPath& operator=(const OwnPath&) = delete;
+
+    void install(const QString& name) const {
+        QFile program(m_programs.filePath(name));
+        const QByteArray text =
+            "#!/bin/sh\nprintf '%s %s\\n' \"${0##*/}\" \"$#\" >>'" + QFile::encodeName(startsFile()) + "'\n";
+        if (!program.open(QIODevice::WriteOnly) || program.write(text) != text.size() ||
+            !program.setPermissions(QFile::ReadOwner | QFile::ExeOwner))
+            qFatal("no fake program");
+    }
+
+    /// The programs that were started, each with the count of its arguments.
+    QByteArray started() const {
+        QFile file(startsFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    QString startsFile() const { return m_starts.filePath(QStringLiteral("started")); }
+
+    QTemporaryDir m_programs;
+    QTemporaryDir m_starts;
+    QByteArray m_before = qgetenv("PATH");
+};
+
+}  // namespace
+
+/// What the tools menu has other programs do: the calculator, and the manual by the web button.
+class MenuProgramsTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<SalesFixture> m_shop;
+
+    Ui::menu& ui() const { return screen<menu>().ui; }
+
+    void open(int role) const {
+        girisyetki = role;
+        showInFront(screen<menu>());
+        // The toolkit's own wait takes a window for active as soon as the one that it belongs to is.
+        if (!QTest::qWaitFor([] { return screen<menu>().isActiveWindow(); }))
+            qFatal("the menu doesn't become active");
+    }
+    static void press(QWidget& button) { QTest::mouseClick(&button, Qt::LeftButton); }
+
+private Q_SLOTS:
+    void init() { m_shop = std::make_unique<SalesFixture>(); }
+    void cleanup() {
+        const bool answered = allAnswered(m_shop->boxes);
+        m_shop.reset();
+        QVERIFY(answered);
+    }
+
+    void calculator_data() {
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QByteArray>("started");
+        for (const char* name : {"gnome-calculator", "kcalc", "mate-calc", "galculator", "qalculate-gtk",
+                                 "qalculate-qt", "xcalc", "deepin-calculator", "speedcrunch"})
+            QTest::newRow(name) << QStringList{QString::fromLatin1(name)} << QByteArray(name) + " 0\n";
+        QTest::newRow("the first of two")
+            << QStringList{"kcalc", "gnome-calculator"} << QByteArray("gnome-calculator 0\n");
+        QTest::newRow("the first of three")
+            << QStringList{"speedcrunch", "xcalc", "mate-calc"} << QByteArray("mate-calc 0\n");
+        QTest::newRow("not the one that the path names")
+            << QStringList{"calc.exe", "calc", "xcalc"} << QByteArray("xcalc 0\n");
+    }
+    void calculator() {
+        QFETCH(QStringList, installed);
+        QFETCH(QByteArray, started);
+        const OwnPath path;
+        for (const QString& name : installed)
+            path.install(name);
+        open(1);
+        press(*ui().vkCommand4);
+        QTRY_COMPARE(path.started(), started);
+        QVERIFY(screen<menu>().isVisible());
+    }
+
+    void noCalculatorIsInstalled_data() {
+        QTest::addColumn<QStringList>("installed");
+        QTest::newRow("nothing at all") << QStringList();
+        QTest::newRow("other programs") << QStringList{"calc.exe", "calc", "gedit"};
+    }
+    void noCalculatorIsInstalled() {
+        QFETCH(QStringList, installed);
+        const OwnPath path;
+        for (const QString& name : installed)
+            path.install(name);
+        open(1);
+        press(*ui().vkCommand4);
+        // What a start would have written by now, one that is started later has written.
+        path.install("kcalc");
+        press(*ui().vkCommand4);
+        QTRY_COMPARE(path.started(), QByteArray("kcalc 0\n"));
+        QVERIFY(screen<menu>().isActiveWindow());
+        QCOMPARE(m_shop->boxes.answered(), 0);
+    }
+
+    void aCashierDoesntGetTheCalculator() {
+        const OwnPath path;
+        path.install("xcalc");
+        open(0);
+        press(*ui().vkCommand4);
+        ui().vkCommand4->setEnabled(true);
+        press(*ui().vkCommand4);
+        QTRY_COMPARE(path.started(), QByteArray("xcalc 0\n"));
+    }
+
+    void theWebButtonOpensTheManual() {
+        UrlOpener desktop;
+        open(0);
+        press(*ui().vkCommand5);
+        QCOMPARE(desktop.opened.size(), 1);
+        const QString path = desktop.opened.first().toLocalFile();
+        QVERIFY2(path.endsWith("/kovanix/kullanim/index.html"), qPrintable(path));
+        QFile manual(path);
+        QVERIFY2(manual.open(QIODevice::ReadOnly), qPrintable(path));
+        QVERIFY(manual.readAll().contains("<html lang=\"tr\">"));
+        QVERIFY(screen<menu>().isVisible());
+        QCOMPARE(m_shop->boxes.answered(), 0);
+    }
+
+    void theManualStandsByItself() {
+        QFile manual(sharedFile("kullanim/index.html"));
+        QVERIFY(manual.open(QIODevice::ReadOnly));
+        const QString page = QString::fromUtf8(manual.readAll());
+        for (const char* loading : {"<script", "<link", "<img", "<iframe", "src=", "@import"})
+            QVERIFY2(!page.contains(QLatin1String(loading)), loading);
+        // A painted gradient of the page's own is all that an url may name.
+        QVERIFY(!page.contains(QRegularExpression("url\\((?!#)")));
+        int links = 0;
+        for (const QRegularExpressionMatch& link :
+             QRegularExpression(QStringLiteral("href=\"([^\"]*)\"")).globalMatch(page)) {
+            const QString target = link.captured(1);
+            QVERIFY2(target.startsWith('#'), qPrintable(target));
+            QVERIFY2(page.contains("id=\"" + target.mid(1) + '"'), qPrintable(target));
+            ++links;
+        }
+        QVERIFY(links > 0);
+    }
+
+    void byKeyboardAlone() {
+        const OwnPath path;
+        path.install("galculator");
+        const UrlOpener desktop;
+        open(1);
+        m_shop->key(Qt::Key_Tab);
+        m_shop->key(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), ui().vkCommand4);
+        m_shop->key(Qt::Key_Return);
+        QTRY_COMPARE(path.started(), QByteArray("galculator 0\n"));
+        m_shop->key(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), ui().vkCommand5);
+        m_shop->key(Qt::Key_Space);
+        QCOMPARE(desktop.opened.size(), 1);
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<MenuProgramsTest>(argc, argv);
+}
+
+#include "test_menuprograms.moc"

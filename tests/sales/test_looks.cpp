@@ -1,0 +1,146 @@
+#include "app/session.h"
+#include "appearance/hallimzda.h"
+#include "appearance/menu.h"
+#include "appearance/palette.h"
+#include "appearance/saatt.h"
+#include "appearance/toplamtema.h"
+#include "runtime/screenregistry.h"
+#include "salestest.h"
+
+using namespace kovanix;
+
+/// What the sales screen opens above itself, and what the themes make of it.
+class LooksTest : public SalesTest {
+    Q_OBJECT
+
+    static QList<QColor> faceOf(const DrawnButton& button) {
+        return {button.backcolor1(), button.backcolor2(), button.backcolorpushed1(),
+                button.backcolorpushed2()};
+    }
+
+    static QList<QColor> paletteFace(Palette palette) {
+        QList<QColor> face;
+        for (const ColorProperty property :
+             {ColorProperty::backcolor1, ColorProperty::backcolor2, ColorProperty::backcolorpushed1,
+              ColorProperty::backcolorpushed2})
+            face.append(colorOf(paletteColor(QStringLiteral("vkCommand5"), property, palette)));
+        return face;
+    }
+
+private Q_SLOTS:
+    void keysOpenTheScreensAbove_data() {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<bool>("isMenu");
+        QTest::newRow("F7: the menu") << Qt::Key_F7 << true;
+        QTest::newRow("F8: about") << Qt::Key_F8 << false;
+    }
+    void keysOpenTheScreensAbove() {
+        QFETCH(Qt::Key, key);
+        QFETCH(bool, isMenu);
+        m_shop->scan(goods::bread);
+        m_shop->sales().eksiltme = 1;
+        m_shop->key(key);
+        QCOMPARE(loaded<menu>(), isMenu);
+        QCOMPARE(loaded<hallimzda>(), !isMenu);
+        QVERIFY(isMenu ? screen<menu>().isVisible() : screen<hallimzda>().isVisible());
+        QCOMPARE(m_shop->sales().eksiltme, 0);
+        QCOMPARE(m_shop->lines(), 1);  // the ticket stays beneath
+        QVERIFY(m_shop->sales().isVisible());
+    }
+
+    void rightPressOnTheTotal_data() {
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::addColumn<bool>("opens");
+        QTest::newRow("right") << Qt::RightButton << true;
+        QTest::newRow("middle") << Qt::MiddleButton << false;
+    }
+    void rightPressOnTheTotal() {
+        QFETCH(Qt::MouseButton, button);
+        QFETCH(bool, opens);
+        QTest::mouseClick(m_shop->ui().toplam, button);
+        QCOMPARE(loaded<toplamtema>(), opens);
+        QVERIFY(!m_shop->sales().isMinimized());
+    }
+
+    void doublePressOnTheTime() {
+        QTest::mouseClick(m_shop->ui().saat, Qt::LeftButton);
+        QVERIFY(!loaded<saatt>());
+        QTest::mouseDClick(m_shop->ui().saat, Qt::LeftButton);
+        QVERIFY(loaded<saatt>());
+        QVERIFY(screen<saatt>().isVisible());
+    }
+
+    void aCashierOpeningTheMenuLosesTwoButtons_data() {
+        QTest::addColumn<int>("role");
+        QTest::newRow("cashier") << 0;
+        QTest::newRow("manager") << 1;
+    }
+    void aCashierOpeningTheMenuLosesTwoButtons() {
+        QFETCH(int, role);
+        girisyetki = role;
+        m_shop->ui().vkCommand2->setEnabled(true);
+        m_shop->ui().vkCommand3->setEnabled(true);
+        m_shop->key(Qt::Key_F7);
+        QCOMPARE(m_shop->ui().vkCommand2->isEnabled(), role == 1);
+        QCOMPARE(m_shop->ui().vkCommand3->isEnabled(), role == 1);
+    }
+
+    void moneyPaintsTheSubtractButton_data() {
+        QTest::addColumn<QByteArray>("tema");
+        QTest::addColumn<int>("palette");
+        QTest::newRow("1") << QByteArray("1") << 0;
+        QTest::newRow("2") << QByteArray("2") << 1;
+        QTest::newRow("3") << QByteArray("3") << 2;
+        QTest::newRow("4") << QByteArray("4") << 3;
+        QTest::newRow("0 leaves it") << QByteArray("0") << -1;
+        QTest::newRow("9 leaves it") << QByteArray("9") << -1;
+        QTest::newRow("absent leaves it") << QByteArray() << -1;
+    }
+    void moneyPaintsTheSubtractButton() {
+        QFETCH(QByteArray, tema);
+        QFETCH(int, palette);
+        m_shop->writeConfig("[ayar]\r\n" + (tema.isEmpty() ? QByteArray() : "tema=" + tema + "\r\n"));
+        const QList<QColor> before{Qt::red, Qt::green, Qt::blue, Qt::yellow};
+        vkCommand& button = *m_shop->ui().vkCommand5;
+        button.setBackcolor1(before[0]);
+        button.setBackcolor2(before[1]);
+        button.setBackcolorpushed1(before[2]);
+        button.setBackcolorpushed2(before[3]);
+        m_shop->press(*m_shop->ui().Resim5);
+        QCOMPARE(faceOf(button), palette < 0 ? before : paletteFace(Palette(palette)));
+    }
+
+    void subtractingShowsItsOwnColours() {
+        m_shop->writeConfig("[ayar]\r\ntema=0\r\n");
+        const QColor own(0xC0, 0xC0, 0x00);
+        m_shop->ui().vkCommand5->click();
+        QCOMPARE(faceOf(*m_shop->ui().vkCommand5), QList<QColor>({own, own, own, own}));
+        m_shop->press(*m_shop->ui().Resim5);
+        const QColor light(0xF0, 0xF0, 0xF0);
+        QCOMPARE(faceOf(*m_shop->ui().vkCommand5), QList<QColor>({light, QColor(0xFF, 0xFF, 0), light, own}));
+    }
+
+    void theThemeOnFileStandsAtStart_data() {
+        QTest::addColumn<QByteArray>("tema");
+        QTest::addColumn<int>("palette");
+        QTest::newRow("dark") << QByteArray("3") << 2;
+        QTest::newRow("light") << QByteArray("4") << 3;
+        QTest::newRow("absent") << QByteArray() << 0;
+    }
+    void theThemeOnFileStandsAtStart() {
+        QFETCH(QByteArray, tema);
+        QFETCH(int, palette);
+        m_shop->writeConfig("[ayar]\r\ntemaac=1\r\n" +
+                            (tema.isEmpty() ? QByteArray() : "tema=" + tema + "\r\n"));
+        unloadAllScreens();
+        QCOMPARE(faceOf(*m_shop->ui().vkCommand5), paletteFace(Palette(palette)));
+        QCOMPARE(m_shop->ui().toplam->forecolor(),
+                 colorOf(paletteColor(QStringLiteral("toplam"), ColorProperty::forecolor, Palette(palette))));
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<LooksTest>(argc, argv);
+}
+
+#include "test_looks.moc"
