@@ -1,4 +1,4 @@
-// From the start of the process to a sales screen that is painted and takes a scan.
+// From the start of the process to a login screen that is painted and takes a password.
 
 #include <algorithm>
 
@@ -33,8 +33,8 @@ int main(int argc, char** argv) {
     const double smallMedian = percentile(smallTimes, 0.5);
     const double largeMedian = percentile(largeTimes, 0.5);
     figures.tell("Start, bare window with one button" + platform, bareMedian, "ms");
-    figures.tell("Start to ready for a scan, 1,000 products" + platform, smallMedian, "ms");
-    figures.tell("Start to ready for a scan, 1,000,000 products" + platform, largeMedian, "ms");
+    figures.tell("Start to ready for a password, 1,000 products" + platform, smallMedian, "ms");
+    figures.tell("Start to ready for a password, 1,000,000 products" + platform, largeMedian, "ms");
     const double growth = largeMedian / smallMedian;
     const double share = std::max(smallMedian, largeMedian) / bareMedian;
     // Where a shop's kind of display is at hand, its figures count and the others are told beside them.

@@ -1,12 +1,16 @@
 #include "access/firstscreen.h"
 
+#include "access/frmLogin.h"
 #include "runtime/screenregistry.h"
-#include "sales/satisekrani.h"
 
 namespace kovanix {
 
 void showFirstScreen() {
-    screen<satisekrani>().showMaximized();
+    auto& login = screen<frmLogin>();
+    login.show();
+    login.raise();
+    login.activateWindow();
+    login.FrmloginBaglantiSonrasi();
 }
 
 }  // namespace kovanix

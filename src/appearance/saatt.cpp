@@ -97,7 +97,8 @@ void saatt::closeEvent(QCloseEvent* event) {
     Timer1.setInterval(0);
     Timer2.setInterval(0);
     Screen::closeEvent(event);
-    if (loaded<satisekrani>())
+    // A sales screen that has been closed must not be shown again by its focus.
+    if (loaded<satisekrani>() && screen<satisekrani>().isVisible())
         giveFocus(*screen<satisekrani>().ui.barkod);
 }
 

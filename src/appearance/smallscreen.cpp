@@ -23,13 +23,6 @@ void SmallScreen::leave() {
         giveFocus(*screen<satisekrani>().ui.barkod);
 }
 
-void SmallScreen::setPixels(QWidget& control, int pixels, QFont::Weight weight) {
-    QFont font = control.font();
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    control.setFont(font);
-}
-
 void SmallScreen::closeEvent(QCloseEvent* event) {
     Screen::closeEvent(event);
     leave();

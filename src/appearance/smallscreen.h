@@ -3,6 +3,7 @@
 #include <QFont>
 
 #include "runtime/screen.h"
+#include "widgets/fontsize.h"
 
 class QAbstractButton;
 
@@ -24,9 +25,6 @@ protected:
 
     /// Unloads the screen and gives `barkod` the focus where the sales screen stands.
     void leave();
-
-    /// Gives a control a font of that many pixels at design size.
-    static void setPixels(QWidget& control, int pixels, QFont::Weight weight = QFont::Normal);
 
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -1,6 +1,7 @@
 #include "appearance/tema.h"
 
 #include <QApplication>
+#include <QScopeGuard>
 
 #include "app/ayarmodul.h"
 #include "app/modTurkce.h"
@@ -11,6 +12,7 @@
 #include "desktop/messagebox.h"
 #include "sales/satisekrani.h"
 #include "values/numbers.h"
+#include "widgets/fontsize.h"
 
 namespace kovanix {
 
@@ -37,13 +39,6 @@ void beep() {
 void store(const QString& number) {
     if (!temasessiz)
         ayaryaz(section, paletteKey, number, temadosyayolu());
-}
-
-void setPixels(QWidget& control, int pixels, QFont::Weight weight) {
-    QFont font = control.font();
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    control.setFont(font);
 }
 
 /// What a number on file selects; resim1 is what everything else selects.
@@ -109,6 +104,10 @@ void tema::TemaKayitliUygula() {
     const bool asks = ui.temaac->isChecked();
     temasessiz = true;
     ui.temaac->setChecked(false);
+    const auto restore = qScopeGuard([this, asks] {
+        ui.temaac->setChecked(asks);
+        temasessiz = false;
+    });
     switch (palette) {
         case Palette::resim1:
             resim1_click();
@@ -123,8 +122,6 @@ void tema::TemaKayitliUygula() {
             resim4_click();
             break;
     }
-    ui.temaac->setChecked(asks);
-    temasessiz = false;
 }
 
 // The first picture never asks, and stores its 0 when all is painted. Both are meant.

@@ -12,6 +12,7 @@
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
 #include "sales/satisekrani.h"
+#include "widgets/fontsize.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
 
@@ -26,13 +27,6 @@ constexpr int previewPixels = 64;
 
 DrawnButton& realTotal() {
     return *screen<satisekrani>().ui.toplam;
-}
-
-void setPixels(QWidget& control, int pixels, QFont::Weight weight) {
-    QFont font = control.font();
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    control.setFont(font);
 }
 
 }  // namespace

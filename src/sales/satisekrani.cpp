@@ -23,6 +23,7 @@
 #include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
 #include "values/dates.h"
+#include "widgets/fontsize.h"
 #include "widgets/controlarray.h"
 #include "widgets/keyfilter.h"
 
@@ -31,13 +32,6 @@ namespace kovanix {
 namespace {
 
 constexpr int clockInterval = 100;  // milliseconds
-
-void setPixels(QWidget& control, int pixels, QFont::Weight weight = QFont::Normal) {
-    QFont font = control.font();
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    control.setFont(font);
-}
 
 }  // namespace
 

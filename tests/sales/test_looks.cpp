@@ -70,6 +70,16 @@ private Q_SLOTS:
         QVERIFY(screen<saatt>().isVisible());
     }
 
+    void closingTheClockDoesNotBringAClosedTillBack() {
+        QTest::mouseDClick(m_shop->ui().saat, Qt::LeftButton);
+        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?",
+                             MessageBoxAnswer::no);
+        m_shop->sales().close();
+        QVERIFY(!m_shop->sales().isVisible());
+        screen<saatt>().close();
+        QVERIFY(!m_shop->sales().isVisible());
+    }
+
     void aCashierOpeningTheMenuLosesTwoButtons_data() {
         QTest::addColumn<int>("role");
         QTest::newRow("cashier") << 0;

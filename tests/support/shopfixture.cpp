@@ -70,6 +70,8 @@ void ShopFixture::reset() {
     baglantimetni.clear();
     semahazir = false;
     girisyetki = 0;
+    for (QString* value : {&girissifre, &ekledznlsil, &sifresor2, &ensonkikisayol})
+        value->clear();
     setProcessEnd({});
 }
 

@@ -148,6 +148,8 @@ ClosedShop::ClosedShop(const QString& password) {
     addProduct(shelf::bread, QStringLiteral("Köy Ekmeği"), 7, 10, shelf::startStock);
     addProduct(shelf::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5, shelf::startStock);
     addProduct(shelf::tomatoes, QStringLiteral("Domates"), 30, 40, shelf::startStock);
+    // The first of the list, who logs in with Enter alone.
+    run(QStringLiteral("INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', '', 'Yönetici')"));
     baglantikapat();
 }
 
@@ -162,7 +164,8 @@ QString ClosedShop::script(const QStringList& lines) const {
 
 QStringList ClosedShop::replay(const QStringList& lines, const QString& elsewhere) const {
     const QString on = elsewhere.isEmpty() ? folder() : elsewhere;
-    return {replayProgram(), QStringLiteral("--sales"), QStringLiteral("--boxes"), QStringLiteral("--folder"), on, script(lines)};
+    return {replayProgram(), QStringLiteral("--sales"), QStringLiteral("--boxes"), QStringLiteral("--folder"),
+            on,              script(lines)};
 }
 
 QStringList ClosedShop::till() const {

@@ -45,7 +45,7 @@ private Q_SLOTS:
             if (step.command == u"screenshot") {
                 const QImage picture(QDir(output).filePath(step.argument));
                 QVERIFY2(!picture.isNull(), qPrintable(step.argument));
-                QVERIFY(picture.width() >= 800 && picture.height() >= 600);
+                QVERIFY(picture.width() >= 640 && picture.height() >= 480);
                 ++pictures;
             } else if (step.command == u"rows") {
                 QFile rows(QDir(output).filePath(step.first()));

@@ -39,13 +39,16 @@ QProcessEnvironment displayEnvironment() {
     return environment;
 }
 
-/// A till on the display that has the keyboard.
+/// A till on the display that has the keyboard, its first user logged in.
 class ShownTill : public Program {
 public:
     explicit ShownTill(const ClosedShop& shop) : Program(shop.till(), displayEnvironment()) {
         if (!QTest::qWaitFor([this] { return activeProcess() == id(); }, soon))
             qFatal("the till (%lld, %s) doesn't become active: the keyboard is with \"%s\" (%lld)", id(),
                    isRunning() ? "running" : "ended", qPrintable(activeTitle()), activeProcess());
+        pressKeys({QStringLiteral("Return")});
+        if (!QTest::qWaitFor([] { return activeTitle() == QStringLiteral("Kovanix Satis"); }, soon))
+            qFatal("no login: the keyboard is with \"%s\"", qPrintable(activeTitle()));
     }
 };
 

@@ -104,8 +104,10 @@ void typeText(const QString& text) {
 
 Player::Player(QList<ScriptStep> steps, QString output, QObject* parent)
     : QObject(parent), m_steps(std::move(steps)), m_output(std::move(output)) {
-    for (; m_next < m_steps.size() && m_steps.at(m_next).command == u"answer"; ++m_next)
-        answer(m_steps.at(m_next));
+    // What the till finds at its start: display, moment and who answers its boxes.
+    const QStringList surroundings{QStringLiteral("answer"), QStringLiteral("size"), QStringLiteral("clock")};
+    for (; m_next < m_steps.size() && surroundings.contains(m_steps.at(m_next).command); ++m_next)
+        play(m_steps.at(m_next));
 }
 
 void Player::start() {
@@ -238,11 +240,23 @@ void Player::resize(const ScriptStep& step) {
         return;
     }
     setScreenMetricsSource([size] { return ScreenMetrics{size, 15, 15}; });
-    if (!loaded<satisekrani>())
+    m_display = size;
+    fillDisplay();
+}
+
+/// Gives the screens that fill the display its size: the platform's own may be another.
+void Player::fillDisplay() {
+    if (m_display.isEmpty())
         return;
-    salesScreen().setWindowState(Qt::WindowNoState);
-    salesScreen().resize(size);
-    salesScreen().toplamyazisi(-1);
+    for (Screen* shown : ScreenRegistry::all()) {
+        const bool isSales = qobject_cast<satisekrani*>(shown);
+        if (!shown->isMaximized() && !isSales)
+            continue;
+        shown->setWindowState(Qt::WindowNoState);
+        shown->resize(m_display);
+        if (isSales)
+            salesScreen().toplamyazisi(-1);
+    }
 }
 
 void Player::stopClock(const ScriptStep& step) {
@@ -314,6 +328,7 @@ void Player::expectCell(const ScriptStep& step) {
 
 void Player::screenshot(const ScriptStep& step) {
     QDir().mkpath(m_output);
+    fillDisplay();
     if (!frontScreen().grab().save(QDir(m_output).filePath(step.argument)))
         fail(step, u"can't save " + step.argument);
 }

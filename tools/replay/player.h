@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QList>
 #include <QObject>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -19,7 +20,7 @@ class Player : public QObject {
     Q_OBJECT
 
 public:
-    /// Queues the answers that the script begins with.
+    /// Does at once what the script begins with of sizes, clocks and answers: the till starts with these.
     /// @param output  the folder that pictures and rows go to
     Player(QList<ScriptStep> steps, QString output, QObject* parent = nullptr);
 
@@ -43,6 +44,7 @@ private:
 
     QWidget* control(const ScriptStep& step, const QString& name);
     void resize(const ScriptStep& step);
+    void fillDisplay();
     void stopClock(const ScriptStep& step);
     void press(const ScriptStep& step);
     void touch(const ScriptStep& step);
@@ -56,6 +58,7 @@ private:
     QList<ScriptStep> m_steps;
     QString m_output;
     qsizetype m_next = 0;
+    QSize m_display;
     QDeadlineTimer m_focusDeadline{QDeadlineTimer::Forever};
     QStringList m_failures;
     BoxAnswers m_boxes;

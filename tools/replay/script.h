@@ -22,7 +22,7 @@ struct ScriptStep {
 /// A control is named by its objectName, looked for on the active screen first, or by its screen's name too
 /// ("menu.kapat").
 ///
-///   size 1024x768            tells the till that its display is that large, and resizes the sales screen
+///   size 1024x768            tells the till that its display is that large, and resizes the screens that fill it
 ///   clock 2026-05-03T10:15   lets the till's clock stand at that moment
 ///   scan 8690000000012       types the text into whatever has the focus, then Enter, as a scanner does
 ///   type adet 2,5            gives a control the focus and types a text into it, key by key
@@ -42,7 +42,7 @@ struct ScriptStep {
 ///   close                    asks the active screen to close, as its window's close button does
 ///   stay                     plays nothing more: the program ends when the till ends
 ///
-/// Answers that stand before every other line are for the boxes that open while the till starts.
+/// Sizes, clocks and answers that stand before every other line are done before the till starts.
 QList<ScriptStep> readScript(const QString& text, QStringList& errors);
 
 }  // namespace kovanix

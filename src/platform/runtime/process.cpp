@@ -1,5 +1,8 @@
 #include "runtime/process.h"
 
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
 #include <QCoreApplication>
 #include <QTimer>
 #include <cstdio>
@@ -28,6 +31,13 @@ void endProcess(int status) {
 void abandonProcess(int status) {
     std::fflush(nullptr);
     std::_Exit(status);
+}
+
+void forbidCoreDumps() {
+    constexpr rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+    // A crash reporter that the system pipes images into isn't held back by the limit.
+    ::prctl(PR_SET_DUMPABLE, 0);
 }
 
 void setProcessEnd(std::function<void(int)> end) {

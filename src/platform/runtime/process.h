@@ -12,6 +12,11 @@ void endProcess(int status);
 /// be relied on. Standard streams are flushed, nothing else is run.
 [[noreturn]] void abandonProcess(int status);
 
+/// Keeps this process's memory, in which passwords lie, off the disk: no core file, no image for a crash
+/// reporter, no debugger of the same user. What the process starts later has no core file either, but its own
+/// memory image.
+void forbidCoreDumps();
+
 /// Replaces what endProcess does; an empty function brings the real one back. The program itself never calls
 /// it.
 void setProcessEnd(std::function<void(int)> end);

@@ -62,12 +62,20 @@ void ActiveResize::setDesignSize(QSize size) {
     applyScale();
 }
 
+void ActiveResize::setResizing(bool resizing) {
+    if (resizing == m_resizing)
+        return;
+    m_resizing = resizing;
+    updateGeometry();
+    applyScale();
+}
+
 QSize ActiveResize::sizeHint() const {
     return m_designSize;
 }
 
 QSize ActiveResize::minimumSizeHint() const {
-    return m_designSize * smallestScale;
+    return m_resizing ? m_designSize * smallestScale : QWidget::minimumSizeHint();
 }
 
 void ActiveResize::resizeEvent(QResizeEvent* event) {
@@ -85,7 +93,7 @@ void ActiveResize::showEvent(QShowEvent* event) {
 void ActiveResize::applyScale() {
     const double wanted = std::min(static_cast<double>(width()) / m_designSize.width(),
                                    static_cast<double>(height()) / m_designSize.height());
-    const double scale = std::clamp(wanted, smallestScale, largestScale);
+    const double scale = m_resizing ? std::clamp(wanted, smallestScale, largestScale) : 1.0;
     const bool changed = scale != m_scale;
     if (m_applying || (!changed && m_scaledOnce))
         return;

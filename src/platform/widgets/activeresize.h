@@ -22,12 +22,18 @@ namespace kovanix {
 class ActiveResize : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QSize designSize READ designSize WRITE setDesignSize)
+    Q_PROPERTY(bool resizing READ isResizing WRITE setResizing)
 
 public:
     explicit ActiveResize(QWidget* parent = nullptr);
 
     QSize designSize() const { return m_designSize; }
     void setDesignSize(QSize size);
+
+    /// Whether it scales at all (it does unless told otherwise). Switched off, everything stands at its
+    /// design size, whatever the window's is, and the window can't be made smaller than the contents.
+    bool isResizing() const { return m_resizing; }
+    void setResizing(bool resizing);
 
     /// The scale in use: the smaller of width and height against the design size; 1 at design size.
     double scale() const { return m_scale; }
@@ -81,6 +87,7 @@ private:
 
     QSize m_designSize{1024, 768};
     double m_scale = 1.0;
+    bool m_resizing = true;
     bool m_scaledOnce = false;
     bool m_applying = false;
     QHash<const QWidget*, ControlDesign> m_controls;

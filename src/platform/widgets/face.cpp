@@ -150,7 +150,7 @@ bool standsOnDark(const QWidget& control) {
 
 QColor borderFor(const QColor& top, const QColor& bottom) {
     const QColor middle = mixed(top, bottom, 0.6);
-    return luminance(middle) < 0.09 ? mixed(middle, Qt::white, 0.35) : mixed(middle, Qt::black, 0.3);
+    return luminance(middle) < 0.12 ? mixed(middle, Qt::white, 0.35) : mixed(middle, Qt::black, 0.3);
 }
 
 void paintFace(QPainter& painter, const QRectF& bounds, double radius, const QColor& top,

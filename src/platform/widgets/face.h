@@ -30,6 +30,7 @@ QColor mutedText(const QColor& text, const QColor& face);
 constexpr double legible = 4.5;
 constexpr double legibleLarge = 3.0;
 constexpr int largeGlyphs = 24;
+constexpr int largeBoldGlyphs = 19;
 
 /// The least contrast of an ink on a face that runs from one colour to another.
 double contrastOver(const QColor& ink, const QColor& from, const QColor& to);

@@ -64,7 +64,8 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
 }
 
 double FittedText::wantedContrast() const {
-    return m_fittedSize >= largeGlyphs ? legibleLarge : legible;
+    const bool large = m_fittedSize >= (m_font.weight() >= QFont::DemiBold ? largeBoldGlyphs : largeGlyphs);
+    return large ? legibleLarge : legible;
 }
 
 bool FittedText::layOut(int pixelSize, int maxLines, double width, QTextOption::WrapMode wrap) {

@@ -140,6 +140,30 @@ private Q_SLOTS:
         QCOMPARE(container.scale(), 0.6);
     }
 
+    void switchedOff() {
+        TestScreen screen;
+        const QVariantList start = screen.state();
+        screen.container->setResizing(false);
+        screen.sizeTo({1920, 1080});
+        QCOMPARE(screen.container->scale(), 1.0);
+        QCOMPARE(screen.state(), start);
+        QCOMPARE(screen.container->minimumSizeHint(), screen.grid->minimumSize());
+    }
+
+    void switchedOffAndOnWhileOpen() {
+        TestScreen screen;
+        screen.sizeTo({1024, 768});
+        const QVariantList start = screen.state();
+        screen.sizeTo({1920, 1080});
+        const QVariantList scaled = screen.state();
+        screen.container->setResizing(false);
+        QCOMPARE(screen.state(), start);
+        QCOMPARE(screen.container->scale(), 1.0);
+        screen.container->setResizing(true);
+        QCOMPARE(screen.state(), scaled);
+        QCOMPARE(screen.container->scale(), 1.40625);
+    }
+
     void thereAndBackIsExact() {
         TestScreen screen;
         const QVariantList start = screen.state();

@@ -1,0 +1,368 @@
+#include "access/frmLogin.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QVersionNumber>
+
+#include "access/sifreleme.h"
+#include "access/userrows.h"
+#include "app/ayarmodul.h"
+#include "app/modTrace.h"
+#include "app/modTurkce.h"
+#include "app/session.h"
+#include "appearance/mdlMonitors.h"
+#include "appearance/modTema.h"
+#include "appearance/uyari.h"
+#include "data/baglanmamodulu.h"
+#include "desktop/focus.h"
+#include "desktop/folders.h"
+#include "desktop/messagebox.h"
+#include "desktop/shell.h"
+#include "runtime/attempt.h"
+#include "runtime/process.h"
+#include "runtime/screenregistry.h"
+#include "sales/satisekrani.h"
+#include "values/numbers.h"
+#include "widgets/colorvalue.h"
+#include "widgets/controlcolor.h"
+#include "widgets/fontsize.h"
+#include "widgets/keyfilter.h"
+
+namespace kovanix {
+
+namespace {
+
+constexpr int widestSmallScreen = 800;    // pixels
+constexpr int narrowestWaitScreen = 640;  // pixels
+constexpr int waitTime = 1500;            // milliseconds
+
+constexpr ColorValue buttonTop = 0xFBFBFB;
+constexpr ColorValue hideBottom = 0x80FF80;
+constexpr ColorValue showBottom = 0x00FFFF;
+
+const QString& passwordStar() {
+    static const QString star = QStringLiteral("*");
+    return star;
+}
+
+/// The entry of a list at a place; empty where it has none.
+QString entry(const QListWidget& list, int place) {
+    const QListWidgetItem* item = list.item(place);
+    return item ? item->text() : QString();
+}
+
+/// The text of what a list has selected.
+QString selectedText(const QListWidget& list) {
+    return entry(list, list.currentRow());
+}
+
+QString versionText() {
+    const QVersionNumber version = QVersionNumber::fromString(QCoreApplication::applicationVersion());
+    return metin(QStringLiteral("VERSIYON")) + QString::number(version.majorVersion()) + u'-' +
+           QString::number(version.minorVersion()) + u'-' + QString::number(version.microVersion());
+}
+
+/// Starts a program of the application folder; one that isn't there changes nothing.
+void startBeside(const QString& storedName) {
+    static_cast<void>(startProgram(joinStored(applicationFolder(), storedName)));
+}
+
+}  // namespace
+
+frmLogin::frmLogin() {
+    ui.setupUi(this);
+    ui.kullanici->setItemDelegate(new UserRows(ui.kullanici));
+    setDesignFonts();
+    connectControls();
+}
+
+frmLogin::~frmLogin() = default;
+
+void frmLogin::setDesignFonts() {
+    setPixels(*ui.kullanici, 20, QFont::Medium);
+    setPixels(*ui.sifre, 24, QFont::Medium);
+    ui.sifre->setTextMargins(8, 0, 8, 0);
+    for (QLabel* label : {ui.Label1, ui.Label7})
+        setPixels(*label, 17, QFont::DemiBold);
+    setPixels(*ui.ver, 14, QFont::Normal);
+    setForeColor(*ui.ver, QColor(0xC4, 0xD0, 0xE0));
+    setPixels(*ui.cmdOK, 24, QFont::Bold);
+    setPixels(*ui.cmdCancel, 20, QFont::DemiBold);
+    setPixels(*ui.vkCommand1, 15, QFont::DemiBold);
+    for (QWidget* launcher : {ui.destekprograminiac, ui.yazilimguncelle})
+        setPixels(*launcher, 16, QFont::Medium);
+}
+
+void frmLogin::connectControls() {
+    const auto press = [this](QAbstractButton* button, void (frmLogin::*procedure)()) {
+        connect(button, &QAbstractButton::clicked, this, procedure);
+    };
+    press(ui.cmdOK, &frmLogin::cmdOK_click);
+    press(ui.cmdCancel, &frmLogin::cmdCancel_click);
+    press(ui.vkCommand1, &frmLogin::vkCommand1_click);
+    press(ui.destekprograminiac, &frmLogin::destekprograminiac_click);
+    press(ui.yazilimguncelle, &frmLogin::yazilimguncelle_click);
+    // A list's click comes with every choice by mouse or key, and with a press on the row that is chosen
+    // already.
+    connect(ui.kullanici, &QListWidget::currentRowChanged, this, &frmLogin::kullanici_click);
+    connect(ui.kullanici, &QListWidget::itemClicked, this, &frmLogin::kullanici_click);
+    new KeyFilter(
+        *ui.sifre, [this](int key) { sifre_keydown(key); },
+        [this](int code) { return sifre_keypress(code); });
+    // There is no on-screen keyboard to open yet: its picture stays out of sight.
+    ui.Image3->hide();
+}
+
+void frmLogin::form_load() {
+    izyaz(QStringLiteral("FRM01 giris"));
+    izyaz(QStringLiteral("FRM01a preMetin"));
+    setCaptions();
+    izyaz(QStringLiteral("FRM01b postMetin"));
+    readSettings();
+    izyaz(QStringLiteral("FRM02 preEnum"));
+    monitorlerioku();
+    izyaz(QStringLiteral("FRM03 postEnum"));
+    ui.ver->setText(versionText());
+    fitWindow();
+    izyaz(QStringLiteral("FRM04 preBaglan"));
+    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
+    izyaz(QStringLiteral("FRM05 postListele"));
+}
+
+void frmLogin::setCaptions() {
+    ui.cmdOK->setCaption(metin(QStringLiteral("GIRIS")));
+    ui.cmdCancel->setCaption(metin(QStringLiteral("KAPAT")));
+    ui.Label1->setText(metin(QStringLiteral("KULLANICI_ADI")));
+    ui.Label7->setText(metin(QStringLiteral("SIFRE")));
+    ui.kullanici->setAccessibleName(ui.Label1->text());
+    ui.sifre->setAccessibleName(ui.Label7->text());
+    // It offers to hide a password that is hidden, so that its first press seems to do nothing: that is
+    // meant.
+    ui.vkCommand1->setCaption(metin(QStringLiteral("SIFRE_GIZLE")));
+    ui.vkCommand1->setToolTip(metin(QStringLiteral("SIFREYI_GIZLE")));
+    ekranbasligi(*this);
+    kontrolleridolas(*this);
+}
+
+void frmLogin::readSettings() {
+    const auto setting = [](const QString& key) {
+        return ayaroku(QStringLiteral("ayar"), key, ayardosyasi());
+    };
+    ekledznlsil = setting(QStringLiteral("ekledznlsil"));
+    sifresor2 = setting(QStringLiteral("sifresor2"));
+    ensonkikisayol = setting(QStringLiteral("ensonkikisayol"));
+    temadegiskenlerioku();
+    kaydedilenigetir = temasayisi(QStringLiteral("kaydedilenigetir"));
+}
+
+/// Small screens are filled; on larger ones the window keeps its design size in the middle.
+void frmLogin::fitWindow() {
+    if (Monitors.front().width <= widestSmallScreen) {
+        setWindowState(Qt::WindowMaximized);
+        return;
+    }
+    ui.boyutlandirma->setResizing(false);
+    QRect place(QPoint(0, 0), ui.boyutlandirma->designSize());
+    place.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+    setGeometry(place);
+}
+
+void frmLogin::FrmloginBaglantiSonrasi() {
+    // A table that can't be read leaves the list empty; the login button tries again, and tells.
+    if (baglantihazir())
+        attempt([this] { kullanicilistele(); });
+}
+
+void frmLogin::kullanicilistele() {
+    const QSignalBlocker quiet(ui.kullanici);
+    // The ids aren't cleared: a second listing puts them behind the old ones, out of step with the names.
+    // That is meant; only a screen loaded anew mends it.
+    for (QListWidget* list : {ui.kullanici, ui.sifreler, ui.acilisi})
+        list->clear();
+    Recordset users;
+    users.open(QStringLiteral("SELECT * FROM kullanici"), baglanti());
+    if (users.atEnd()) {
+        users.close();
+        mesaj(QStringLiteral("KULLANICI_EKLE"), MessageBoxStyle::ok, QString());
+        kullanicilarac();
+        return;
+    }
+    for (; !users.atEnd(); users.moveNext()) {
+        ui.kullanici->addItem(nullmetin(users.field(QStringLiteral("personeladi"))));
+        ui.kullaniciid->addItem(nullmetin(users.field(QStringLiteral("id"))));
+        ui.sifreler->addItem(sifremetni(users.field(QStringLiteral("sifre"))));
+        ui.acilisi->addItem(nullmetin(users.field(QStringLiteral("yetki"))));
+    }
+    users.close();
+    ui.kullanici->setCurrentRow(0);
+    kullanici_click();
+}
+
+/// Shows the screen of the users in front of this one. There is none yet: the notice is all.
+void frmLogin::kullanicilarac() {}
+
+void frmLogin::kullanici_click() {
+    const int row = ui.kullanici->currentRow();
+    if (row < 0)
+        return;
+    for (QListWidget* list : {ui.sifreler, ui.acilisi, ui.kullaniciid})
+        list->setCurrentRow(row);
+    giveFocus(*ui.sifre);
+}
+
+/// The arrows go on through the users although a choice takes the focus away from their list.
+void frmLogin::sifre_keydown(int key) {
+    const int step = key == Qt::Key_Down ? 1 : key == Qt::Key_Up ? -1 : 0;
+    const int row = ui.kullanici->currentRow() + step;
+    if (step != 0 && row >= 0 && row < ui.kullanici->count())
+        ui.kullanici->setCurrentRow(row);
+}
+
+int frmLogin::sifre_keypress(int code) {
+    if (code != u'\r')
+        return code;
+    ui.cmdOK->click();
+    return 0;
+}
+
+void frmLogin::vkCommand1_click() {
+    const bool show = ui.vkCommand1->caption() == metin(QStringLiteral("SIFRE_GOSTER"));
+    ui.sifre->setPasswordchar(show ? QString() : passwordStar());
+    ui.vkCommand1->setCaption(metin(show ? QStringLiteral("SIFRE_GIZLE") : QStringLiteral("SIFRE_GOSTER")));
+    ui.vkCommand1->setBackcolor1(colorOf(buttonTop));
+    ui.vkCommand1->setBackcolor2(colorOf(show ? hideBottom : showBottom));
+    ui.vkCommand1->setToolTip(
+        metin(show ? QStringLiteral("SIFREYI_GIZLE") : QStringLiteral("SIFREYI_GOSTER")));
+}
+
+void frmLogin::cmdOK_click() {
+    if (m_loggingIn)
+        return;
+    const QScopedValueRollback busy(m_loggingIn, true);
+    try {
+        logIn();
+    } catch (const RuntimeError& error) {
+        mesaj(u"Giri# s|ras|nda hata: " + error.description(), MessageBoxStyle::critical,
+              metin(QStringLiteral("HATA")));
+    }
+}
+
+void frmLogin::logIn() {
+    if (!baglantihazir()) {
+        mesaj(QStringLiteral("DB_HATA"), MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+        return;
+    }
+    if (ui.kullanici->count() == 0)
+        kullanicilistele();
+    if (ui.kullanici->count() == 0) {
+        // The second notice of one press, behind the listing's own: that is meant.
+        mesaj(QStringLiteral("KULLANICI_EKLE"), MessageBoxStyle::ok, QString());
+        return;
+    }
+    if (ui.kullanici->currentRow() < 0)
+        ui.kullanici->setCurrentRow(0);
+    kullanici_click();
+    if (!sifrekontrol()) {
+        izyaz(QStringLiteral("CMD sifre uyusmadi"));
+        mesaj(QStringLiteral("SIFRE_YANLIS"), MessageBoxStyle::ok, QString());
+        ui.sifre->clear();
+        giveFocus(*ui.sifre);
+        return;
+    }
+    const int width = Monitors.front().width;
+    if (width >= narrowestWaitScreen && width <= widestSmallScreen) {
+        screen<uyari>().kapat.setInterval(waitTime);
+        screen<uyari>().ui.yazi->setText(metin(QStringLiteral("YUKLENIYOR")));
+        showInFront(screen<uyari>());
+    }
+    izyaz(QStringLiteral("CMD girisyap cagir"));
+    girisyap();
+    if (loaded<satisekrani>() && screen<satisekrani>().isVisible())
+        unload<frmLogin>();
+}
+
+bool frmLogin::sifrekontrol() {
+    const QString entered = ui.sifre->text().trimmed();
+    std::optional<QString> accepted = listedPassword(entered);
+    if (!accepted)
+        accepted = storedPassword(entered);
+    if (!accepted)
+        return false;
+    const QString id = selectedId();
+    if (!sifreozetmi(*accepted) && !entered.isEmpty() && !id.isEmpty())
+        sifreguncelle(id, entered);
+    return true;
+}
+
+/// The entry of the hidden list, where the password is the right one for it.
+std::optional<QString> frmLogin::listedPassword(const QString& entered) const {
+    const int row = ui.kullanici->currentRow();
+    if (row < 0 || row >= ui.sifreler->count())
+        return std::nullopt;
+    const QString listed = sifremetni(entry(*ui.sifreler, row));
+    return sifredogrula(entered, listed) ? std::optional(listed) : std::nullopt;
+}
+
+/// What the table holds at this moment, where the password is the right one for it: the list may be out of
+/// date.
+std::optional<QString> frmLogin::storedPassword(const QString& entered) {
+    const QString id = selectedId();
+    if (id.isEmpty()) {
+        izyaz(QStringLiteral("CMD sifre: kullanici id bos"));
+        return std::nullopt;
+    }
+    if (!baglantihazir())
+        return std::nullopt;
+    const QString select = QStringLiteral("SELECT sifre FROM kullanici WHERE ");
+    Recordset user;
+    if (const std::optional<double> number = toNumber(id))
+        user.open(select + u"id=" + QString::number(*number, 'f', 0), baglanti());
+    else
+        user.open(select + u"id='" + sqlmetin(id) + u'\'', baglanti());
+    const QString name = selectedText(*ui.kullanici).trimmed();
+    if (user.atEnd() && !name.isEmpty()) {
+        user.close();
+        user.open(select + u"personeladi='" + sqlmetin(name) + u'\'', baglanti());
+    }
+    if (user.atEnd()) {
+        izyaz(u"CMD sifre: kullanici bulunamadi id=" + id);
+        return std::nullopt;
+    }
+    const QString stored = sifremetni(user.field(QStringLiteral("sifre")));
+    user.close();
+    if (sifredogrula(entered, stored))
+        return stored;
+    izyaz(u"CMD sifre uyusmadi uid=" + id + u" storedlen=" + QString::number(stored.size()));
+    return std::nullopt;
+}
+
+/// The id that stands beside the selected user, or the one that is selected where no user is.
+QString frmLogin::selectedId() const {
+    const int row = ui.kullanici->currentRow();
+    return (row >= 0 ? entry(*ui.kullaniciid, row) : selectedText(*ui.kullaniciid)).trimmed();
+}
+
+void frmLogin::cmdCancel_click() {
+    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question | MessageBoxStyle::secondIsDefault;
+    if (mesajsor(QStringLiteral("PROGRAM_KAPAT_SORU"), style, QStringLiteral("PROGRAM_KAPAT_BASLIK")) !=
+        MessageBoxAnswer::yes)
+        return;
+    baglantikapatsessiz();
+    endProcess(0);
+}
+
+void frmLogin::destekprograminiac_click() {
+    startBeside(QStringLiteral("\\TORVELAKA.exe"));
+}
+
+/// The process ends whether or not the update started, so that the program's files can be replaced.
+void frmLogin::yazilimguncelle_click() {
+    startBeside(QStringLiteral("\\Kovanix-Guncelle.exe"));
+    baglantikapatsessiz();
+    endProcess(0);
+}
+
+}  // namespace kovanix

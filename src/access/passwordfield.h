@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QString>
+
+namespace kovanix {
+
+/// A text box that can hide what is typed into it behind a password character.
+class PasswordField : public QLineEdit {
+    Q_OBJECT
+    Q_PROPERTY(QString passwordchar READ passwordchar WRITE setPasswordchar)
+
+public:
+    explicit PasswordField(QWidget* parent = nullptr);
+
+    /// What stands for each character; empty (the start value) shows the text itself.
+    QString passwordchar() const;
+    /// Takes the first character of the text.
+    void setPasswordchar(const QString& text);
+
+private:
+    class Style;
+
+    Style* m_style;  // lives as long as the field and knows the character
+};
+
+}  // namespace kovanix

@@ -1,0 +1,89 @@
+#include "access/userrows.h"
+
+#include <QPainter>
+#include <array>
+
+#include "values/lettercase.h"
+#include "widgets/face.h"
+
+namespace kovanix {
+
+namespace {
+
+constexpr int designRowHeight = 48;
+constexpr double designDisc = 34;
+constexpr double designRadius = 8;
+constexpr double designGap = 12;
+
+const QColor chosenTop(0x3A, 0x84, 0xF2);
+const QColor chosenBottom(0x1F, 0x6F, 0xEB);
+const QColor hovered(0xEA, 0xF1, 0xFB);
+const QColor ink(0x1B, 0x26, 0x36);
+
+// Neighbours in the list are told apart by colour too.
+const std::array<QColor, 5> discs{QColor(0x2C, 0x40, 0x5B), QColor(0x0E, 0x7C, 0x6B),
+                                  QColor(0x8A, 0x4B, 0x9E), QColor(0xB2, 0x56, 0x18),
+                                  QColor(0x3E, 0x56, 0x75)};
+
+QString firstLetter(const QString& name) {
+    const QList<uint> characters = name.trimmed().toUcs4();
+    if (characters.isEmpty())
+        return {};
+    const auto first = static_cast<char32_t>(characters.front());
+    return upperTurkish(QString::fromUcs4(&first, 1));
+}
+
+double scaleOf(const QStyleOptionViewItem& option) {
+    return option.widget ? designScale(*option.widget) : 1.0;
+}
+
+}  // namespace
+
+QSize UserRows::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+    // No width of its own: the list gives every row its own width, and long names are shortened to it.
+    return {1, qRound(designRowHeight * scaleOf(option))};
+}
+
+void UserRows::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const double scale = scaleOf(option);
+    const bool chosen = option.state.testFlag(QStyle::State_Selected);
+    const QString name = index.data(Qt::DisplayRole).toString().simplified();
+    const QRectF row = QRectF(option.rect).adjusted(3 * scale, 2 * scale, -3 * scale, -2 * scale);
+    const double radius = designRadius * scale;
+    painter->save();
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    if (chosen) {
+        paintFace(*painter, row, radius, chosenTop, chosenBottom, borderFor(chosenTop, chosenBottom), false);
+    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(hovered);
+        painter->drawRoundedRect(row, radius, radius);
+    }
+
+    QRectF disc(0, 0, designDisc * scale, designDisc * scale);
+    disc.moveCenter(QPointF(row.left() + designGap * scale / 2 + disc.width() / 2, row.center().y()));
+    const QColor discColor = discs.at(static_cast<size_t>(index.row()) % discs.size());
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(chosen ? QColor(Qt::white) : discColor);
+    painter->drawEllipse(disc);
+    QFont font = option.font;
+    font.setWeight(QFont::DemiBold);
+    font.setPixelSize(std::max(1, qRound(disc.height() * 0.5)));
+    painter->setFont(font);
+    painter->setPen(chosen ? chosenBottom : QColor(Qt::white));
+    painter->drawText(disc, Qt::AlignCenter, firstLetter(name));
+
+    font = option.font;
+    font.setWeight(chosen ? QFont::DemiBold : QFont::Medium);
+    painter->setFont(font);
+    painter->setPen(chosen ? QColor(Qt::white) : ink);
+    const QRectF text(disc.right() + designGap * scale, row.top(),
+                      row.right() - disc.right() - 2 * designGap * scale, row.height());
+    painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
+                      QFontMetricsF(font).elidedText(name, Qt::ElideRight, text.width()));
+    if (option.state.testFlag(QStyle::State_HasFocus))
+        paintFocusRing(*painter, QRectF(option.rect), radius);
+    painter->restore();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,423 @@
+#include <QAccessible>
+#include <QFile>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "app/session.h"
+#include "appearance/modTema.h"
+#include "appearance/uyari.h"
+#include "data/baglanmamodulu.h"
+#include "loginfixture.h"
+#include "runtests.h"
+#include "runtime/clock.h"
+#include "sales/satisekrani.h"
+
+using namespace kovanix;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Remembers what the notice looked like at the moment when it was shown.
+class NoticeWatch : public QObject {
+public:
+    NoticeWatch() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (auto* notice = qobject_cast<uyari*>(watched); notice && event->type() == QEvent::Show)
+            seen.append(notice->ui.yazi->text() + u'|' + QString::number(notice->kapat.interval()));
+        return false;
+    }
+
+    QStringList seen;
+};
+
+void makeProgram(const QString& path, const QString& trace) {
+    QFile program(path);
+    if (!program.open(QIODevice::WriteOnly))
+        qFatal("no program");
+    program.write("#!/bin/sh\necho \"$#\" > '" + trace.toUtf8() + "'\n");
+    program.close();
+    program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QString contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+}  // namespace
+
+/// The login screen itself: its load, its buttons, its window.
+class FrmLoginTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void captions() {
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u""_s);
+        const frmLogin& login = shop.open();
+        QCOMPARE(login.windowTitle(), u"Kovanix"_s);
+        QCOMPARE(login.ui.cmdOK->caption(), u"GİRİŞ"_s);
+        QCOMPARE(login.ui.cmdCancel->caption(), u"KAPAT"_s);
+        QCOMPARE(login.ui.Label1->text(), u"Kullanıcı Adı"_s);
+        QCOMPARE(login.ui.Label7->text(), u"şifre"_s);
+        QCOMPARE(login.ui.ver->text(), u"Versiyon: 0-1-0"_s);
+        QCOMPARE(login.ui.vkCommand1->caption(), u"ŞİFRE GİZLE"_s);
+        QCOMPARE(login.ui.vkCommand1->toolTip(), u"ŞİFREYİ GİZLEMEK İçİN TIKLAYIN"_s);
+        QCOMPARE(login.ui.destekprograminiac->caption(), u"Uzaktan Destek"_s);
+        QCOMPARE(login.ui.yazilimguncelle->caption(), u"Yazılım Güncelle"_s);
+        QCOMPARE(login.ui.kullanici->accessibleName(), u"Kullanıcı Adı"_s);
+        QCOMPARE(login.ui.sifre->accessibleName(), u"şifre"_s);
+        QVERIFY(!login.ui.Image3->isVisible());
+        for (const QWidget* picture : {login.ui.Image1, login.ui.Image2, login.ui.Image5})
+            QVERIFY(picture->isVisible());
+    }
+
+    void versions_data() {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("three numbers") << u"12.34.567"_s << u"Versiyon: 12-34-567"_s;
+        QTest::newRow("two numbers") << u"2.5"_s << u"Versiyon: 2-5-0"_s;
+    }
+    void versions() {
+        QFETCH(const QString, version);
+        QFETCH(const QString, shown);
+        const QString before = QCoreApplication::applicationVersion();
+        QCoreApplication::setApplicationVersion(version);
+        const LoginFixture shop;
+        const QString text = screen<frmLogin>().ui.ver->text();
+        QCoreApplication::setApplicationVersion(before);
+        QCOMPARE(text, shown);
+    }
+
+    void settings() {
+        LoginFixture shop;
+        shop.writeConfig(
+            "[ayar]\nekledznlsil=2\nsifresor2=evet\nsonrenk=1\ntemakaydetme1=True\nkayitgetir1=2\n"
+            "kaydedilenigetir=3\ntoplamtemadegisken=4\nensonkikisayol=3\n");
+        screen<frmLogin>();
+        QCOMPARE(ekledznlsil, u"2"_s);
+        QCOMPARE(sifresor2, u"evet"_s);
+        QCOMPARE(sonrenk, 1);
+        QCOMPARE(temakaydetme1, u"True"_s);
+        QCOMPARE(kayitgetir1, 2);
+        QCOMPARE(kaydedilenigetir, 3);
+        QCOMPARE(toplamtemadegisken, 4);
+        QCOMPARE(ensonkikisayol, u"3"_s);
+    }
+
+    void settingsOfAMissingFile() {
+        LoginFixture shop;
+        QFile::remove(shop.file(u"Kovanix.config"_s));
+        for (QString* value : {&ekledznlsil, &sifresor2, &ensonkikisayol, &temakaydetme1})
+            *value = u"eski"_s;
+        for (int* value : {&sonrenk, &kayitgetir1, &kaydedilenigetir, &toplamtemadegisken})
+            *value = 77;
+        screen<frmLogin>();
+        for (const QString& value : {ekledznlsil, sifresor2, ensonkikisayol, temakaydetme1})
+            QCOMPARE(value, u""_s);
+        for (const int value : {sonrenk, kayitgetir1, kaydedilenigetir, toplamtemadegisken})
+            QCOMPARE(value, 0);
+        QVERIFY(!QFile::exists(shop.file(u"Kovanix.config"_s)));
+    }
+
+    void window_data() {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<bool>("maximised");
+        QTest::newRow("640") << 640 << true;
+        QTest::newRow("799") << 799 << true;
+        QTest::newRow("800") << 800 << true;
+        QTest::newRow("801") << 801 << false;
+        QTest::newRow("1024") << 1024 << false;
+        QTest::newRow("1920") << 1920 << false;
+    }
+    void window() {
+        QFETCH(const int, width);
+        QFETCH(const bool, maximised);
+        LoginFixture shop;
+        shop.setScreenWidth(width);
+        shop.addUser(u"Ayşe"_s, u""_s);
+        frmLogin& login = shop.open();
+        QCOMPARE(login.isMaximized(), maximised);
+        QCOMPARE(login.ui.boyutlandirma->isResizing(), maximised);
+        if (!maximised) {
+            QCOMPARE(login.size(), QSize(760, 520));
+            const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+            QVERIFY((login.geometry().center() - room.center()).manhattanLength() <= 2);
+            login.resize(1200, 900);
+            QCOMPARE(login.ui.boyutlandirma->scale(), 1.0);
+        } else {
+            login.setWindowState(Qt::WindowNoState);
+            login.resize(1520, 1040);
+            QTRY_COMPARE(login.ui.boyutlandirma->scale(), 2.0);
+            QCOMPARE(login.ui.cmdOK->minimumHeight(), 144);
+        }
+    }
+
+    void nothingIsCutOff_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("640x480") << QSize(640, 480);
+        QTest::newRow("800x600") << QSize(800, 600);
+        QTest::newRow("design") << QSize(760, 520);
+        QTest::newRow("large") << QSize(1366, 768);
+    }
+    void nothingIsCutOff() {
+        QFETCH(const QSize, size);
+        LoginFixture shop;
+        shop.setScreenWidth(size.width() <= 800 && size.width() != 760 ? size.width() : 1366);
+        shop.addUser(u"Ayşe"_s, u""_s);
+        frmLogin& login = shop.open();
+        login.setWindowState(Qt::WindowNoState);
+        login.resize(size);
+        QTRY_COMPARE(login.size(), size);
+        QList<QWidget*> controls{login.ui.Image1,          login.ui.petek,     login.ui.destekprograminiac,
+                                 login.ui.yazilimguncelle, login.ui.ver,       login.ui.Image2,
+                                 login.ui.Label1,          login.ui.kullanici, login.ui.Image5,
+                                 login.ui.Label7,          login.ui.sifre,     login.ui.vkCommand1,
+                                 login.ui.cmdOK,           login.ui.cmdCancel};
+        for (QWidget* control : controls) {
+            const QRect place(control->mapTo(&login, QPoint(0, 0)), control->size());
+            QVERIFY2(login.rect().contains(place), qUtf8Printable(control->objectName()));
+            QVERIFY2(control->height() >= control->minimumSizeHint().height(),
+                     qUtf8Printable(control->objectName()));
+            for (QWidget* other : controls) {
+                const QRect otherPlace(other->mapTo(&login, QPoint(0, 0)), other->size());
+                QVERIFY2(other == control || !otherPlace.intersects(place),
+                         qUtf8Printable(control->objectName() + u" and " + other->objectName()));
+            }
+        }
+        const double scale = login.ui.boyutlandirma->scale();
+        for (QWidget* touched :
+             {static_cast<QWidget*>(login.ui.cmdOK), static_cast<QWidget*>(login.ui.cmdCancel),
+              static_cast<QWidget*>(login.ui.vkCommand1), static_cast<QWidget*>(login.ui.sifre),
+              static_cast<QWidget*>(login.ui.destekprograminiac),
+              static_cast<QWidget*>(login.ui.yazilimguncelle)})
+            QVERIFY2(touched->height() >= qFloor(44 * scale), qUtf8Printable(touched->objectName()));
+        QVERIFY(login.ui.kullanici->visualItemRect(login.ui.kullanici->item(0)).height() >=
+                qFloor(44 * scale));
+        QVERIFY(login.ui.kullanici->viewport()->height() >= 2 * 44 * scale);
+    }
+
+    void showAndHide() {
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u""_s);
+        const Ui::frmLogin& ui = shop.open().ui;
+        QTest::keyClicks(ui.sifre, u"gizli"_s);
+        QCOMPARE(ui.sifre->passwordchar(), u"*"_s);
+        QCOMPARE(ui.sifre->displayText(), u"*****"_s);
+        // It reads "hide" over a hidden password, so the first press only turns its own look.
+        for (int round = 0; round < 2; ++round) {
+            QTest::mouseClick(ui.vkCommand1, Qt::LeftButton);
+            QCOMPARE(ui.sifre->passwordchar(), u"*"_s);
+            QCOMPARE(ui.sifre->displayText(), u"*****"_s);
+            QCOMPARE(ui.vkCommand1->caption(), u"ŞİFRE GÖSTER"_s);
+            QCOMPARE(ui.vkCommand1->toolTip(), u"ŞİFREYİ GÖSTERMEK İçİN TIKLAYIN"_s);
+            QCOMPARE(ui.vkCommand1->backcolor1(), QColor(0xFB, 0xFB, 0xFB));
+            QCOMPARE(ui.vkCommand1->backcolor2(), QColor(0xFF, 0xFF, 0x00));
+            QTest::mouseClick(ui.vkCommand1, Qt::LeftButton);
+            QCOMPARE(ui.sifre->passwordchar(), u""_s);
+            QCOMPARE(ui.sifre->displayText(), u"gizli"_s);
+            QCOMPARE(ui.vkCommand1->caption(), u"ŞİFRE GİZLE"_s);
+            QCOMPARE(ui.vkCommand1->toolTip(), u"ŞİFREYİ GİZLEMEK İçİN TIKLAYIN"_s);
+            QCOMPARE(ui.vkCommand1->backcolor1(), QColor(0xFB, 0xFB, 0xFB));
+            QCOMPARE(ui.vkCommand1->backcolor2(), QColor(0x80, 0xFF, 0x80));
+            QCOMPARE(ui.sifre->text(), u"gizli"_s);
+        }
+    }
+
+    void aHiddenPasswordIsHiddenFromHelpers() {
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u""_s);
+        const Ui::frmLogin& ui = shop.open().ui;
+        QTest::keyClicks(ui.sifre, u"gizli"_s);
+        QAccessibleInterface* reader = QAccessible::queryAccessibleInterface(ui.sifre);
+        QVERIFY(reader);
+        QCOMPARE(reader->text(QAccessible::Value), u"*****"_s);
+        QVERIFY(reader->state().passwordEdit);
+        QVERIFY(ui.sifre->inputMethodHints().testFlag(Qt::ImhSensitiveData));
+        QVERIFY(ui.sifre->inputMethodHints().testFlag(Qt::ImhHiddenText));
+    }
+
+    void tabOrder() {
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u""_s);
+        frmLogin& login = shop.open();
+        login.ui.kullanici->setFocus();
+        QStringList order;
+        for (int step = 0; step < 8; ++step) {
+            order.append(QApplication::focusWidget()->objectName());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(order, (QStringList{u"kullanici"_s, u"sifre"_s, u"vkCommand1"_s, u"cmdOK"_s, u"cmdCancel"_s,
+                                     u"destekprograminiac"_s, u"yazilimguncelle"_s, u"kullanici"_s}));
+    }
+
+    void closing_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("ends");
+        QTest::newRow("yes") << MessageBoxAnswer::yes << true;
+        QTest::newRow("no") << MessageBoxAnswer::no << false;
+        QTest::newRow("Escape") << BoxAnswers::escape << false;
+    }
+    void closing() {
+        QFETCH(const int, answer);
+        QFETCH(const bool, ends);
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u"gizli"_s);
+        shop.open();
+        QTest::keyClicks(shop.ui().sifre, u"giz"_s);
+        shop.boxes.expect(u"Program kapatma"_s, u"PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?"_s, answer);
+        QString standard;
+        connect(&shop.boxes, &BoxAnswers::opened, this,
+                [&standard](const QMessageBox& box) { standard = box.defaultButton()->text(); });
+        QTest::mouseClick(shop.ui().cmdCancel, Qt::LeftButton);
+        QVERIFY(allAnswered(shop.boxes));
+        QCOMPARE(standard, u"Hayır"_s);
+        QCOMPARE(shop.ended, ends ? std::optional(0) : std::nullopt);
+        QCOMPARE(baglanti().isOpen(), !ends);
+        QCOMPARE(baglantidurumu, ends ? 0 : 1);
+        QVERIFY(shop.login().isVisible());
+        QCOMPARE(shop.ui().sifre->text(), u"giz"_s);
+    }
+
+    void launchers_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("ends");
+        QTest::newRow("support") << u"destekprograminiac"_s << u"TORVELAKA.exe"_s << false;
+        QTest::newRow("update") << u"yazilimguncelle"_s << u"Kovanix-Guncelle.exe"_s << true;
+    }
+    void launchers() {
+        QFETCH(const QString, button);
+        QFETCH(const QString, name);
+        QFETCH(const bool, ends);
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u""_s);
+        makeProgram(shop.file(name), shop.file(u"trace"_s));
+        frmLogin& login = shop.open();
+        QTest::mouseClick(login.findChild<QWidget*>(button), Qt::LeftButton);
+        QTRY_COMPARE(contents(shop.file(u"trace"_s)), u"0\n"_s);  // without arguments
+        QCOMPARE(shop.ended, ends ? std::optional(0) : std::nullopt);
+        QCOMPARE(baglanti().isOpen(), !ends);
+        QVERIFY(login.isVisible());
+        QVERIFY(allAnswered(shop.boxes));
+    }
+
+    void launchersOfNothing_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<bool>("ends");
+        for (int kind = 0; kind < 3; ++kind) {
+            const QStringList kinds{u"missing"_s, u"a file that can't be started"_s, u"a folder"_s};
+            QTest::newRow(qUtf8Printable(u"support: "_s + kinds.at(kind)))
+                << u"destekprograminiac"_s << u"TORVELAKA.exe"_s << kind << false;
+            QTest::newRow(qUtf8Printable(u"update: "_s + kinds.at(kind)))
+                << u"yazilimguncelle"_s << u"Kovanix-Guncelle.exe"_s << kind << true;
+        }
+    }
+    void launchersOfNothing() {
+        QFETCH(const QString, button);
+        QFETCH(const QString, name);
+        QFETCH(const int, kind);
+        QFETCH(const bool, ends);
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u""_s);
+        if (kind == 1) {
+            makeProgram(shop.file(name), shop.file(u"trace"_s));
+            QVERIFY(QFile::setPermissions(shop.file(name), QFile::ReadOwner));
+        } else if (kind == 2) {
+            QVERIFY(QDir().mkdir(shop.file(name)));
+        }
+        frmLogin& login = shop.open();
+        QTest::mouseClick(login.findChild<QWidget*>(button), Qt::LeftButton);
+        QCOMPARE(shop.ended, ends ? std::optional(0) : std::nullopt);
+        QCOMPARE(baglanti().isOpen(), !ends);
+        QVERIFY(login.isVisible());
+        QVERIFY(!QFile::exists(shop.file(u"trace"_s)));
+        QVERIFY(allAnswered(shop.boxes));
+    }
+
+    void waiting_data() {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<bool>("notice");
+        QTest::newRow("639") << 639 << false;
+        QTest::newRow("640") << 640 << true;
+        QTest::newRow("800") << 800 << true;
+        QTest::newRow("801") << 801 << false;
+        QTest::newRow("1024") << 1024 << false;
+    }
+    void waiting() {
+        QFETCH(const int, width);
+        QFETCH(const bool, notice);
+        LoginFixture shop;
+        shop.setScreenWidth(width);
+        shop.addUser(u"Ayşe"_s, u"gizli"_s);
+        shop.open();
+        const NoticeWatch watch;
+        shop.enterWrong(u"yanlış"_s);
+        QVERIFY(watch.seen.isEmpty());
+        shop.enter(u"gizli"_s);
+        QVERIFY(shop.isLoggedIn());
+        QCOMPARE(watch.seen, notice ? QStringList{u"Yıkleniyor...|1500"_s} : QStringList());
+        QVERIFY(!loaded<uyari>());
+        QVERIFY(allAnswered(shop.boxes));
+    }
+
+    void theWarehouseWaits() {
+        LoginFixture shop;
+        shop.setScreenWidth(800);
+        shop.addUser(u"Depo"_s, u""_s, u"depo sevk"_s);
+        shop.open();
+        shop.enter(u""_s);
+        // No one takes the notice away: it goes by its own time.
+        QVERIFY(loaded<uyari>());
+        QTRY_VERIFY_WITH_TIMEOUT(!loaded<uyari>(), 10000);
+        QVERIFY(shop.login().isVisible());
+    }
+
+    void aSalesScreenThatDoesntLoad() {
+        LoginFixture shop;
+        shop.setScreenWidth(800);
+        shop.addUser(u"Ayşe"_s, u"gizli"_s, u"Kasiyer"_s);
+        shop.open();
+        Clock::setSource([]() -> QDateTime { throw RuntimeError(5, u"saat yok"_s); });
+        shop.boxes.expect(words::error, u"Satış ekranı açılamadı: saat yok"_s, MessageBoxAnswer::ok);
+        shop.enter(u"gizli"_s);
+        QVERIFY(allAnswered(shop.boxes));
+        QVERIFY(!loaded<satisekrani>());
+        QVERIFY(shop.login().isVisible());
+        QVERIFY(!shop.ended);
+        shop.setNow(QDateTime(QDate(2026, 5, 3), QTime(7, 5, 9)));
+        shop.enter(u"gizli"_s);
+        QVERIFY(shop.isLoggedIn());
+        QVERIFY(!loaded<uyari>());
+        QVERIFY(allAnswered(shop.boxes));
+    }
+
+    void backToTheLogin() {
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, hashed("gizli"));
+        shop.addUser(u"Kasa"_s, u""_s, u"Kasiyer"_s);
+        shop.open();
+        shop.enter(u"gizli"_s);
+        QVERIFY(shop.isLoggedIn());
+        for (const auto& [row, password, role] :
+             {std::tuple{1, u""_s, 0}, {0, u"gizli"_s, 1}, {1, u""_s, 0}}) {
+            unloadAllScreens();
+            shop.open();
+            QCOMPARE(shop.ui().sifre->text(), u""_s);
+            shop.logIn(row, password);
+            QVERIFY(shop.isLoggedIn());
+            QCOMPARE(girisyetki, role);
+            QCOMPARE(girissifre, u"gizli"_s);
+        }
+        QVERIFY(allAnswered(shop.boxes));
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<FrmLoginTest>(argc, argv);
+}
+
+#include "test_frmlogin.moc"

@@ -1,0 +1,74 @@
+#include "hands.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMouseEvent>
+
+#include "player.h"
+
+namespace kovanix {
+
+namespace {
+
+void sendMouse(QWidget& control, QEvent::Type type, const QPointF& place, Qt::MouseButton button) {
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+    QMouseEvent event(type, place, control.mapToGlobal(place), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&control, &event);
+}
+
+/// The toolkit does this for presses of its own only.
+void focusPressed(QWidget& control) {
+    for (QWidget* candidate = &control; candidate; candidate = candidate->parentWidget()) {
+        if (candidate->isEnabled() && (candidate->focusPolicy() & Qt::ClickFocus) == Qt::ClickFocus) {
+            candidate->setFocus(Qt::MouseFocusReason);
+            return;
+        }
+        if (candidate->isWindow())
+            return;
+    }
+}
+
+}  // namespace
+
+bool canPress(const QWidget& control) {
+    return canPress(control, control.rect().center());
+}
+
+bool canPress(const QWidget& control, const QPoint& place) {
+    if (!control.isVisible() || !control.isEnabled() || !control.rect().contains(place))
+        return false;
+    return control.window()->childAt(control.mapTo(control.window(), place)) == &control;
+}
+
+void pressOn(QWidget& control, Qt::MouseButton button) {
+    pressOn(control, control.rect().center(), button);
+}
+
+void pressOn(QWidget& control, const QPoint& place, Qt::MouseButton button) {
+    focusPressed(control);
+    sendMouse(control, QEvent::MouseButtonPress, place, button);
+    sendMouse(control, QEvent::MouseButtonRelease, place, button);
+}
+
+void pressTwice(QWidget& control) {
+    pressOn(control);
+    const QPointF centre = control.rect().center();
+    sendMouse(control, QEvent::MouseButtonDblClick, centre, Qt::LeftButton);
+    sendMouse(control, QEvent::MouseButtonRelease, centre, Qt::LeftButton);
+}
+
+void sendEnter() {
+    sendKey(Qt::Key_Return, QStringLiteral("\r"));
+}
+
+QString afterTyping(const QLineEdit& field, const QString& text) {
+    QString result = field.text();
+    int place = field.cursorPosition();
+    if (field.hasSelectedText()) {
+        place = field.selectionStart();
+        result.remove(place, field.selectionLength());
+    }
+    return result.insert(place, text);
+}
+
+}  // namespace kovanix

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+#include <Qt>
+
+class QLineEdit;
+class QWidget;
+
+namespace kovanix {
+
+// What a cashier's hands do on a screen, beside the keys of the player.
+
+/// Whether a pointer can get at the middle of a control: it is shown, alive, and nothing lies above it.
+bool canPress(const QWidget& control);
+bool canPress(const QWidget& control, const QPoint& place);
+
+/// A press and its release; the focus goes along as it does with a pointer.
+void pressOn(QWidget& control, Qt::MouseButton button = Qt::LeftButton);
+void pressOn(QWidget& control, const QPoint& place, Qt::MouseButton button = Qt::LeftButton);
+/// Two presses in quick succession.
+void pressTwice(QWidget& control);
+
+/// Enter.
+void sendEnter();
+
+/// What a field that takes every character of it will hold once a text has been typed into it.
+QString afterTyping(const QLineEdit& field, const QString& text);
+
+}  // namespace kovanix
