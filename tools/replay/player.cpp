@@ -329,7 +329,9 @@ void Player::expectCell(const ScriptStep& step) {
 void Player::screenshot(const ScriptStep& step) {
     QDir().mkpath(m_output);
     fillDisplay();
-    if (!frontScreen().grab().save(QDir(m_output).filePath(step.argument)))
+    // Packed as small as it goes: pictures are kept for long.
+    constexpr int smallest = 0;
+    if (!frontScreen().grab().save(QDir(m_output).filePath(step.argument), "PNG", smallest))
         fail(step, u"can't save " + step.argument);
 }
 
