@@ -55,7 +55,7 @@ struct PaletteRow {
 /// The whole table, in the order of application; the rows of the total come first.
 std::span<const PaletteRow> paletteRows();
 
-/// The name of a property, as controls and the table's documents call it.
+/// The name of a property, as the controls call it.
 const char* propertyName(ColorProperty property);
 
 /// Sets one colour property of a control. @return false for a control that has no such property.

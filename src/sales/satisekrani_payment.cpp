@@ -73,13 +73,13 @@ void satisekrani::paradenetle() {
     }
     // The first palette stands in the file as 0, so that its button keeps the colours that subtracting left
     // it.
-    const int tema = temasayisi(QStringLiteral("tema"));
-    if (tema < 1 || tema > 4)
+    const int number = temasayisi(QStringLiteral("tema"));
+    if (number < 1 || number > 4)
         return;
     for (const ColorProperty property : {ColorProperty::backcolor1, ColorProperty::backcolor2,
                                          ColorProperty::backcolorpushed1, ColorProperty::backcolorpushed2})
         setColorProperty(*ui.vkCommand5, property,
-                         colorOf(paletteColor(QStringLiteral("vkCommand5"), property, Palette(tema - 1))));
+                         colorOf(paletteColor(QStringLiteral("vkCommand5"), property, Palette(number - 1))));
 }
 
 void satisekrani::vkCommand5_click() {
