@@ -10,7 +10,6 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <cstdio>
@@ -20,6 +19,7 @@
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
 #include "desktop/screensize.h"
+#include "hands.h"
 #include "runtime/clock.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/screen.h"
@@ -69,21 +69,6 @@ QString shownText(const QWidget& control) {
     if (const auto* field = qobject_cast<const QLineEdit*>(&control))
         return field->text();
     return caption(control);
-}
-
-void sendMouse(QWidget& control, QEvent::Type type, const QPointF& place,
-               Qt::MouseButton button = Qt::LeftButton) {
-    const bool released = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, place, control.mapToGlobal(place), button,
-                      released ? Qt::MouseButtons() : Qt::MouseButtons(button), Qt::NoModifier);
-    QApplication::sendEvent(&control, &event);
-}
-
-/// A press and its release in the middle of a control.
-void sendClick(QWidget& control, Qt::MouseButton button = Qt::LeftButton) {
-    const QPointF centre = QRectF(control.rect()).center();
-    sendMouse(control, QEvent::MouseButtonPress, centre, button);
-    sendMouse(control, QEvent::MouseButtonRelease, centre, button);
 }
 
 }  // namespace
@@ -202,12 +187,10 @@ void Player::play(const ScriptStep& step) {
         press(step);
     } else if (step.command == u"right") {
         if (QWidget* pressed = control(step, step.argument))
-            sendClick(*pressed, Qt::RightButton);
+            pressOn(*pressed, Qt::RightButton);
     } else if (step.command == u"double") {
-        if (QWidget* pressed = control(step, step.argument)) {
-            sendClick(*pressed);
-            sendMouse(*pressed, QEvent::MouseButtonDblClick, QRectF(pressed->rect()).center());
-        }
+        if (QWidget* pressed = control(step, step.argument))
+            pressTwice(*pressed);
     } else if (step.command == u"touch") {
         touch(step);
     } else if (step.command == u"answer") {
@@ -280,7 +263,7 @@ void Player::press(const ScriptStep& step) {
         button->click();
         return;
     }
-    sendClick(*pressed);
+    pressOn(*pressed);
 }
 
 void Player::touch(const ScriptStep& step) {
@@ -289,7 +272,7 @@ void Player::touch(const ScriptStep& step) {
     if (!grid.viewport()->rect().contains(cell.center()))
         fail(step, QStringLiteral("no cell to be seen there"));
     else
-        sendMouse(*grid.viewport(), QEvent::MouseButtonPress, cell.center());
+        pressOn(*grid.viewport(), cell.center());
 }
 
 void Player::answer(const ScriptStep& step) {
