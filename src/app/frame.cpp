@@ -32,7 +32,8 @@ QPalette shopPalette() {
     return palette;
 }
 
-// The words of the toolkit's own dialogs. A machine without them shows English there; ours are never looked up.
+// The words of the toolkit's own dialogs. A machine without them shows English there; ours are never looked
+// up.
 void installToolkitWords() {
     auto* words = new QTranslator(qApp);
     if (words->load(QStringLiteral("qtbase_tr"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
@@ -48,7 +49,8 @@ void prepareApplication() {
     // No display name: the toolkit would append it to every window title.
     QApplication::setDesktopFileName(QStringLiteral("kovanix"));
     QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
-    for (const QString& place : {QStringLiteral("plugins"), QStringLiteral("../" KOVANIX_LIBDIR "/kovanix/plugins")}) {
+    for (const QString& place :
+         {QStringLiteral("plugins"), QStringLiteral("../" KOVANIX_LIBDIR "/kovanix/plugins")}) {
         const QDir plugins(QDir(QApplication::applicationDirPath()).filePath(place));
         if (plugins.exists())
             QApplication::addLibraryPath(plugins.absolutePath());

@@ -12,9 +12,9 @@
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
 #include "sales/satisekrani.h"
-#include "widgets/fontsize.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
+#include "widgets/fontsize.h"
 
 namespace kovanix {
 

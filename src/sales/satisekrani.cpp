@@ -23,8 +23,8 @@
 #include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
 #include "values/dates.h"
-#include "widgets/fontsize.h"
 #include "widgets/controlarray.h"
+#include "widgets/fontsize.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
@@ -130,8 +130,8 @@ void satisekrani::connectControls() {
     press(ui.vsil, &satisekrani::vsil_click);
     press(ui.ver3, &satisekrani::ver3_click);
     press(ui.vkCommand5, &satisekrani::vkCommand5_click);
-    // A touch leaves the keyboard where it is: after a No to a button's question the next scan must not press the
-    // button again.
+    // A touch leaves the keyboard where it is: after a No to a button's question the next scan must not press
+    // the button again.
     for (DrawnButton* button : findChildren<DrawnButton*>()) {
         if (button->focusPolicy() == Qt::StrongFocus)
             button->setFocusPolicy(Qt::TabFocus);

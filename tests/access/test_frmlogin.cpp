@@ -61,7 +61,8 @@ private Q_SLOTS:
         QCOMPARE(login.ui.cmdCancel->caption(), u"KAPAT"_s);
         QCOMPARE(login.ui.Label1->text(), u"Kullanıcı Adı"_s);
         QCOMPARE(login.ui.Label7->text(), u"şifre"_s);
-        QCOMPARE(login.ui.ver->text(), u"Versiyon: "_s + QCoreApplication::applicationVersion().replace(u'.', u'-'));
+        QCOMPARE(login.ui.ver->text(),
+                 u"Versiyon: "_s + QCoreApplication::applicationVersion().replace(u'.', u'-'));
         QCOMPARE(login.ui.vkCommand1->caption(), u"ŞİFRE GİZLE"_s);
         QCOMPARE(login.ui.vkCommand1->toolTip(), u"ŞİFREYİ GİZLEMEK İçİN TIKLAYIN"_s);
         QCOMPARE(login.ui.destekprograminiac->caption(), u"Uzaktan Destek"_s);

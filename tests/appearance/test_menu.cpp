@@ -228,7 +228,8 @@ private Q_SLOTS:
         QTRY_VERIFY(screen<frmLogin>().isActiveWindow());
         QCOMPARE(screen<frmLogin>().ui.kullanici->count(), 1);  // ready for the next user
         for (const QWidget* window : QApplication::topLevelWidgets())
-            QVERIFY2(!window->isVisible() || window == &screen<frmLogin>(), window->metaObject()->className());
+            QVERIFY2(!window->isVisible() || window == &screen<frmLogin>(),
+                     window->metaObject()->className());
         QCOMPARE(lastClosed.count(), 0);  // it would end the program
     }
 

@@ -164,8 +164,9 @@ QString ClosedShop::script(const QStringList& lines) const {
 
 QStringList ClosedShop::replay(const QStringList& lines, const QString& elsewhere) const {
     const QString on = elsewhere.isEmpty() ? folder() : elsewhere;
-    return {replayProgram(), QStringLiteral("--sales"), QStringLiteral("--boxes"), QStringLiteral("--folder"),
-            on,              script(lines)};
+    return {
+        replayProgram(), QStringLiteral("--sales"), QStringLiteral("--boxes"), QStringLiteral("--folder"), on,
+        script(lines)};
 }
 
 QStringList ClosedShop::till() const {

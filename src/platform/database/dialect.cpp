@@ -28,7 +28,8 @@ QString dateText(const QString& literal) {
     const auto part = [&match](int group) { return match.captured(group).toInt(); };
     const QDate day(part(3), part(1), part(2));
     const QTime time(part(4), part(5), part(6));
-    // The engine's dates as the modules write them begin with the year 100; a shorter year is a slip and no century is guessed.
+    // The engine's dates as the modules write them begin with the year 100; a shorter year is a slip and no
+    // century is guessed.
     if (!match.hasMatch() || !day.isValid() || day.year() < 100 || !time.isValid()) {
         fail(u"Syntax error in date in query expression '%1'."_s.arg(literal));
     }

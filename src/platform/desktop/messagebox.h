@@ -4,8 +4,8 @@
 
 namespace kovanix {
 
-/// The bits of a message box's style, in the numbering that Basic programs use: buttons in bits 0 to 3, icon in bits 4 to 7,
-/// default button in bits 8 and 9.
+/// The bits of a message box's style, in the numbering that Basic programs use: buttons in bits 0 to 3, icon
+/// in bits 4 to 7, default button in bits 8 and 9.
 namespace MessageBoxStyle {
 inline constexpr int ok = 0;
 inline constexpr int okCancel = 1;

@@ -109,8 +109,8 @@ void ActiveResize::applyScale() {
     for (QLayout* layout : layouts)
         scaleLayout(*layout, m_layouts[layout]);
     m_applying = false;
-    // Now, not at the next turn of the event loop: a window that has just been given its size would be painted
-    // once with the old places and then again.
+    // Now, not at the next turn of the event loop: a window that has just been given its size would be
+    // painted once with the old places and then again.
     if (layout() && isVisible())
         layout()->activate();
     if (changed)

@@ -41,7 +41,8 @@ public:
     QSize sizeHint() const override;
     /// Far below the design size, so that the window can be made smaller and the contents then follow.
     QSize minimumSizeHint() const override;
-    /// Its hint is the design size as it stands, whatever a label that breaks its lines would make of the height.
+    /// Its hint is the design size as it stands, whatever a label that breaks its lines would make of the
+    /// height.
     bool hasHeightForWidth() const override { return false; }
 
 Q_SIGNALS:

@@ -6,12 +6,12 @@
 
 namespace kovanix {
 
-/// A colour as shops' files and programs hold it: 32 bits, low byte red, then green, then blue (255 is pure red).
-/// A set top bit means a system colour, by its index in the low byte (8000000F: the button's face).
+/// A colour as shops' files and programs hold it: 32 bits, low byte red, then green, then blue (255 is pure
+/// red). A set top bit means a system colour, by its index in the low byte (8000000F: the button's face).
 using ColorValue = quint32;
 
-/// The colour that a value names; a system colour is the toolkit palette's of this moment. An index that names no
-/// system colour gives black.
+/// The colour that a value names; a system colour is the toolkit palette's of this moment. An index that
+/// names no system colour gives black.
 QColor colorOf(ColorValue value);
 
 /// The value of a colour; its transparency is dropped.
