@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <memory>
+
+#include "database/rowfilter.h"
+#include "database/tableshape.h"
+
+namespace kovanix {
+
+class Connection;
+
+/// The rows of a list, read once and kept: sorting, filtering and finding work on them in memory and never ask
+/// the database again.
+///
+/// Rows are numbered twice. A *place* counts the rows that the filter lets through, in the order in force: that
+/// is what a list shows. The current row is kept by its identity, so that it is the same row after a sort, a
+/// filter or a refresh, as long as it is there.
+///
+/// Every operation throws a RuntimeError where it says so; a failed one leaves everything as it was.
+class RowSet {
+public:
+    RowSet();
+    ~RowSet();
+    RowSet(RowSet&& other) noexcept;
+    RowSet& operator=(RowSet&& other) noexcept;
+
+    /// Reads all rows of a select from one table, in order of entry, in closed chunks: no statement stands
+    /// half read when it returns or throws. Sort, filter and current row stay in force where their fields are
+    /// still there; the current row is found again by the identity of its row.
+    ///
+    /// A second read of the same select through an unbroken connection returns at once where the database can
+    /// prove that nothing has changed since.
+    /// @return whether the rows were read anew
+    /// @throws RuntimeError the engine's failure; the rows of before stay
+    bool read(Connection& connection, const QString& sql);
+
+    /// Forgets rows and fields; sort and filter too.
+    void clear();
+
+    // --- fields
+    int fieldCount() const;
+    const QString& fieldName(int field) const;
+    /// The place of a field, whatever the case of its name; -1 where there is none.
+    int fieldIndex(QStringView name) const;
+    ColumnType fieldType(int field) const;
+
+    // --- rows as shown
+    /// How many rows the filter lets through.
+    qsizetype recordCount() const;
+    /// How many rows there are.
+    qsizetype totalCount() const;
+    /// A cell: text, number (double or qint64) or null as stored. A cell of another type than its column's is
+    /// given as it is.
+    QVariant value(qsizetype place, int field) const;
+    /// A cell as bare text: numbers as the shop writes them without a format ("12,5"), a moment as it is shown
+    /// ("03.05.2026 10:15:00"), null as the empty text.
+    QString text(qsizetype place, int field) const;
+
+    // --- current row
+    /// Its place; -1 where no row is current.
+    qsizetype current() const;
+    /// Makes the row at a place the current one; -1 for none.
+    void setCurrent(qsizetype place);
+    /// The place of the row of that identity among those shown; -1 where it isn't.
+    qsizetype placeOf(qint64 identity) const;
+    /// The identity of the row at a place.
+    qint64 identity(qsizetype place) const;
+
+    // --- order and choice
+    /// Orders the rows by a field: "urun ASC", "no DESC"; the empty text gives the order of entry. Texts in
+    /// Turkish alphabetical order with letter case ignored, empty and null first when ascending, ties in order
+    /// of entry whichever the direction.
+    /// @throws RuntimeError (databaseFailure) for an unknown field or direction; the former order stays
+    void setSort(const QString& sort);
+    const QString& sort() const;
+
+    /// Lets through the rows that a filter matches; an empty one all of them.
+    ///
+    /// A number column (not a counter) compares as a number where the pattern has no wildcard; a pattern that is
+    /// no number there refuses the whole filter. A counter compares its digits as text where the pattern has
+    /// wildcards, else as a number. A moment is matched as it is shown.
+    /// @throws RuntimeError (databaseFailure) for an unknown field or a refused term; the former filter stays
+    void setFilter(const RowFilter& filter);
+
+    /// The place of the first row, from a place on, that a filter matches; -1 where none does.
+    /// @throws RuntimeError (databaseFailure) as setFilter
+    qsizetype find(const RowFilter& criterion, qsizetype from = 0) const;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+}  // namespace kovanix
