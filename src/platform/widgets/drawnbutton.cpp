@@ -262,14 +262,6 @@ void DrawnButton::arrange() {
         parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
 }
 
-// An icon is a shape: it takes the colour of the caption, so that it can be seen on every face.
-static QPixmap inColor(QPixmap icon, const QColor& color) {
-    QPainter painter(&icon);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(QRectF(QPointF(0, 0), icon.deviceIndependentSize()), color);
-    return icon;
-}
-
 DrawnButton::Look DrawnButton::look() const {
     const bool pressed = isDown() || isChecked();
     const auto [top, bottom] = faceColors(pressed);

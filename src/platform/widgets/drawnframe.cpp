@@ -6,9 +6,11 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <algorithm>
+#include <cmath>
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 namespace {
@@ -38,7 +40,8 @@ vkFrame::vkFrame(QWidget* parent)
       m_forecolor(Qt::white),
       m_titlecolor1(0x21, 0x5A, 0xC8),
       m_titlecolor2(0x4C, 0x86, 0xE8),
-      m_title(std::make_unique<FittedText>()) {
+      m_title(std::make_unique<FittedText>()),
+      m_note(std::make_unique<FittedText>()) {
     inkLabels();
 }
 
@@ -102,12 +105,34 @@ void vkFrame::setCornerRadius(int radius) {
     update();
 }
 
-int vkFrame::titleHeight() const {
-    return m_caption.isEmpty() ? 0 : QFontMetrics(font()).height() * 17 / 10;
+void vkFrame::setTitleHeight(int height) {
+    m_titleHeight = height;
+    layOutTitle();
+    update();
+}
+
+void vkFrame::setTitleIcon(const QIcon& icon) {
+    m_titleIcon = icon;
+    update();
+}
+
+void vkFrame::setTitleNote(const QString& text) {
+    if (m_titleNote == text)
+        return;
+    m_titleNote = text;
+    setAccessibleDescription(text);
+    update();
+}
+
+int vkFrame::titlePixels() const {
+    if (m_caption.isEmpty())
+        return 0;
+    return m_titleHeight > 0 ? static_cast<int>(std::lround(m_titleHeight * designScale(*this)))
+                             : QFontMetrics(font()).height() * 17 / 10;
 }
 
 void vkFrame::layOutTitle() {
-    const int height = titleHeight();
+    const int height = titlePixels();
     if (height == m_titleMargin)
         return;
     QMargins margins = contentsMargins();
@@ -133,6 +158,8 @@ void vkFrame::paintEvent(QPaintEvent*) {
         ground.setColorAt(0, m_backcolor1);
         ground.setColorAt(1, m_backcolor2);
         painter.fillRect(bounds, ground);
+        if (!m_caption.isEmpty())
+            paintTitle(painter, bounds, 0);
         return;
     }
     const double radius =
@@ -144,9 +171,12 @@ void vkFrame::paintEvent(QPaintEvent*) {
 
 void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius) {
     QPainterPath inside;
-    inside.addRoundedRect(bounds.adjusted(1, 1, -1, -1), radius - 0.5, radius - 0.5);
+    if (radius > 0)
+        inside.addRoundedRect(bounds.adjusted(1, 1, -1, -1), radius - 0.5, radius - 0.5);
+    else
+        inside.addRect(bounds);
     QPainterPath strip;
-    const QRectF bar(bounds.left(), bounds.top(), bounds.width(), titleHeight());
+    const QRectF bar(bounds.left(), bounds.top(), bounds.width(), titlePixels());
     strip.addRect(bar);
     const QColor from = isEnabled() ? m_titlecolor1 : mutedFace(m_titlecolor1, standsOnDark(*this));
     const QColor to = isEnabled() ? m_titlecolor2 : mutedFace(m_titlecolor2, standsOnDark(*this));
@@ -154,18 +184,43 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
     for (const double place : {0.0, titleKnee, 1.0})
         gradient.setColorAt(place, mixed(from, to, titleShare(place)));
     painter.fillPath(inside.intersected(strip), gradient);
-    painter.setPen(QPen(m_bordercolor, 1.0));
-    painter.drawLine(bar.bottomLeft() + QPointF(1, -0.5), bar.bottomRight() + QPointF(-1, -0.5));
+    if (radius > 0) {
+        painter.setPen(QPen(m_bordercolor, 1.0));
+        painter.drawLine(bar.bottomLeft() + QPointF(1, -0.5), bar.bottomRight() + QPointF(-1, -0.5));
+    }
 
-    const double padding = QFontMetricsF(font()).height() * 0.6;
-    m_title->fit(m_caption, font(), FittedText::pixelSizeOf(font(), logicalDpiY()),
-                 bar.adjusted(padding, 2, -padding, -2), Qt::AlignLeft | Qt::AlignVCenter, 1);
+    const int pixels = FittedText::pixelSizeOf(font(), logicalDpiY());
+    const double padding =
+        m_titleIcon.isNull() ? QFontMetricsF(font()).height() * 0.6 : 16 * designScale(*this);
+    QRectF room = bar.adjusted(padding, 2, -padding, -2);
+    if (!m_titleIcon.isNull())
+        room = paintTitleIcon(painter, room);
+    if (!m_titleNote.isEmpty()) {
+        QFont small = font();
+        small.setWeight(QFont::Normal);
+        m_note->fit(m_titleNote, small, pixels * 3 / 4, room.adjusted(room.width() / 2, 0, 0, 0),
+                    Qt::AlignRight | Qt::AlignVCenter, 1);
+        m_note->paint(painter, roleColor(ColorRole::stripNote));
+        room.setRight(m_note->bounds().left() - padding);
+    }
+    m_title->fit(m_caption, font(), pixels, room, Qt::AlignLeft | Qt::AlignVCenter, 1);
     if (!isEnabled()) {
         m_title->paint(painter, mutedText(m_forecolor, from));
         return;
     }
     const QColor end = mixed(from, to, titleShare(m_title->bounds().right() / bar.width()));
     m_title->paint(painter, m_forecolor, outlineFor(m_forecolor, from, end, m_title->wantedContrast()));
+}
+
+/// @return the room that is left behind the icon
+QRectF vkFrame::paintTitleIcon(QPainter& painter, QRectF room) const {
+    constexpr double designIcon = 24;
+    const double side = designIcon * designScale(*this);
+    const QPixmap shape = m_titleIcon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF());
+    const QPointF place(room.left(), room.center().y() - side / 2);
+    painter.drawPixmap(place, inColor(shape, m_forecolor));
+    room.setLeft(room.left() + side * 1.5);
+    return room;
 }
 
 }  // namespace kovanix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QRectF>
 #include <QWidget>
 #include <memory>
@@ -11,7 +12,7 @@ class FittedText;
 
 /// The frame of the drawn family: a rounded panel with a vertical gradient from backcolor1 to backcolor2, a
 /// border in bordercolor and, when there is a caption, a title bar from titlecolor1 to titlecolor2 with the
-/// caption in forecolor.
+/// caption in forecolor, an icon ahead of it and a note at its right end, where there are such.
 ///
 /// Labels that stand on it and have no colour of their own get an ink that reads on its face: dark, or white
 /// on a dark face. It is the window text of the frame's palette, which text fields don't use.
@@ -25,6 +26,9 @@ class vkFrame : public QWidget {
     Q_PROPERTY(QColor titlecolor1 READ titlecolor1 WRITE setTitlecolor1)
     Q_PROPERTY(QColor titlecolor2 READ titlecolor2 WRITE setTitlecolor2)
     Q_PROPERTY(int cornerRadius READ cornerRadius WRITE setCornerRadius)
+    Q_PROPERTY(int titleHeight READ titleHeight WRITE setTitleHeight)
+    Q_PROPERTY(QIcon titleIcon READ titleIcon WRITE setTitleIcon)
+    Q_PROPERTY(QString titleNote READ titleNote WRITE setTitleNote)
 
 public:
     explicit vkFrame(QWidget* parent = nullptr);
@@ -48,15 +52,26 @@ public:
     /// In design pixels; 0 makes a ground that fills its window to the edges, without a border.
     int cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(int radius);
+    /// The title bar's height in design pixels; 0 (the start value) takes it from the font's.
+    int titleHeight() const { return m_titleHeight; }
+    void setTitleHeight(int height);
+    /// Painted in forecolor, as a shape.
+    const QIcon& titleIcon() const { return m_titleIcon; }
+    void setTitleIcon(const QIcon& icon);
+    /// What a list says of itself ("14 / 18.420"), in three quarters of the caption's size. Told to assistive
+    /// tools as the frame's description.
+    const QString& titleNote() const { return m_titleNote; }
+    void setTitleNote(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    int titleHeight() const;
+    int titlePixels() const;
     void layOutTitle();
     void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
+    QRectF paintTitleIcon(QPainter& painter, QRectF room) const;
     void inkLabels();
     void setColor(QColor& member, const QColor& color);
 
@@ -68,6 +83,10 @@ private:
     QColor m_titlecolor1;
     QColor m_titlecolor2;
     std::unique_ptr<FittedText> m_title;
+    QIcon m_titleIcon;
+    QString m_titleNote;
+    std::unique_ptr<FittedText> m_note;
+    int m_titleHeight = 0;
     int m_cornerRadius = 9;
     int m_titleMargin = 0;  // what the title bar takes of the contents' upper margin
 };

@@ -144,6 +144,13 @@ double designScale(const QWidget& control) {
     return 1.0;
 }
 
+QPixmap inColor(QPixmap shape, const QColor& color) {
+    QPainter painter(&shape);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(QRectF(QPointF(0, 0), shape.deviceIndependentSize()), color);
+    return shape;
+}
+
 bool standsOnDark(const QWidget& control) {
     return luminance(control.palette().color(QPalette::Active, QPalette::WindowText)) > 0.5;
 }

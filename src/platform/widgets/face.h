@@ -53,6 +53,9 @@ QPixmap outlinePixmap(const QSizeF& size, double ratio, const QColor& tone,
                       const std::function<void(QPainter&)>& paintShape);
 constexpr int outlineMargin = 2;
 
+/// An icon is a shape: the same one in another colour, so that it can be seen on every face.
+QPixmap inColor(QPixmap shape, const QColor& color);
+
 /// Whether a control stands on a dark page: one whose labels are written in a light ink.
 bool standsOnDark(const QWidget& control);
 
