@@ -1,6 +1,7 @@
 #include "appearance/ekoz.h"
 
 #include "app/modTurkce.h"
+#include "widgets/fontsize.h"
 
 namespace kovanix {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "appearance/smallscreen.h"
+#include "screens/openedscreen.h"
 #include "ui_ekoz.h"
 
 namespace kovanix {
 
 /// The extra features.
-class ekoz : public SmallScreen {
+class ekoz : public OpenedScreen {
     Q_OBJECT
 
 public:

@@ -7,6 +7,7 @@
 #include "appearance/ekoz.h"
 #include "desktop/focus.h"
 #include "runtime/screenregistry.h"
+#include "widgets/fontsize.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
@@ -58,7 +59,7 @@ void hallimzda::form_load() {
 bool hallimzda::eventFilter(QObject* watched, QEvent* event) {
     if (watched == ui.Image1 && (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut))
         colourLogoFrame(event->type() == QEvent::FocusIn ? QColor(0x1F, 0x6F, 0xEB) : QColor(Qt::white));
-    return SmallScreen::eventFilter(watched, event);
+    return OpenedScreen::eventFilter(watched, event);
 }
 
 void hallimzda::colourLogoFrame(const QColor& color) {

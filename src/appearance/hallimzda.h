@@ -1,12 +1,12 @@
 #pragma once
 
-#include "appearance/smallscreen.h"
+#include "screens/openedscreen.h"
 #include "ui_hallimzda.h"
 
 namespace kovanix {
 
 /// The about screen: what the program is, which version, and the door to the extra features.
-class hallimzda : public SmallScreen {
+class hallimzda : public OpenedScreen {
     Q_OBJECT
 
 public:

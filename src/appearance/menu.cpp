@@ -11,6 +11,7 @@
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
+#include "widgets/fontsize.h"
 
 namespace kovanix {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "appearance/smallscreen.h"
+#include "screens/openedscreen.h"
 #include "ui_menu.h"
 
 namespace kovanix {
 
 /// The tools menu: themes, users, the way back to the login, the calculator, the manual, the end of the
 /// program.
-class menu : public SmallScreen {
+class menu : public OpenedScreen {
     Q_OBJECT
 
 public:

@@ -1,15 +1,10 @@
 #include "appearance/saatt.h"
 
-#include <QCloseEvent>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "app/modTurkce.h"
-#include "desktop/focus.h"
 #include "runtime/clock.h"
-#include "runtime/screenregistry.h"
-#include "sales/satisekrani.h"
 
 namespace kovanix {
 
@@ -86,20 +81,10 @@ void saatt::mouseReleaseEvent(QMouseEvent* event) {
         form_click();
 }
 
-void saatt::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape)
-        close();
-    else
-        Screen::keyPressEvent(event);
-}
-
 void saatt::closeEvent(QCloseEvent* event) {
     Timer1.setInterval(0);
     Timer2.setInterval(0);
-    Screen::closeEvent(event);
-    // A sales screen that has been closed must not be shown again by its focus.
-    if (loaded<satisekrani>() && screen<satisekrani>().isVisible())
-        giveFocus(*screen<satisekrani>().ui.barkod);
+    OpenedScreen::closeEvent(event);
 }
 
 }  // namespace kovanix

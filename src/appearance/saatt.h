@@ -1,14 +1,14 @@
 #pragma once
 
 #include "appearance/clockdial.h"
-#include "runtime/screen.h"
+#include "screens/openedscreen.h"
 #include "widgets/timer.h"
 
 namespace kovanix {
 
 /// The analog clock: a dial with two hands that move once a second, and a sweep at its centre that shows that
 /// the till is alive. A click on it closes it.
-class saatt : public Screen {
+class saatt : public OpenedScreen {
     Q_OBJECT
 
 public:
@@ -29,7 +29,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:

@@ -1,6 +1,7 @@
 #include "appearance/uyari.h"
 
 #include "app/modTurkce.h"
+#include "widgets/fontsize.h"
 
 namespace kovanix {
 

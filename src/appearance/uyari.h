@@ -1,13 +1,13 @@
 #pragma once
 
-#include "appearance/smallscreen.h"
+#include "screens/openedscreen.h"
 #include "ui_uyari.h"
 #include "widgets/timer.h"
 
 namespace kovanix {
 
 /// A brief notice. Whoever shows it sets the text of `yazi` and gives `kapat` an interval first.
-class uyari : public SmallScreen {
+class uyari : public OpenedScreen {
     Q_OBJECT
 
 public:

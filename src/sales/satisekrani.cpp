@@ -22,6 +22,7 @@
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
+#include "screens/focusreturn.h"
 #include "values/dates.h"
 #include "widgets/controlarray.h"
 #include "widgets/fontsize.h"
@@ -200,6 +201,7 @@ void satisekrani::showPanel(QWidget& panel) {
 
 void satisekrani::form_load() {
     izyaz(QStringLiteral("SAT01 Form_Load"));
+    setFocusReturn(*ui.barkod);
     ekrandonat(*this);
     kontrolleridolas(*this);
     temadegiskenlerioku();

@@ -1,29 +1,26 @@
 #pragma once
 
-#include <QFont>
-
 #include "runtime/screen.h"
-#include "widgets/fontsize.h"
 
 class QAbstractButton;
 
 namespace kovanix {
 
-/// A small window above the sales screen. Escape presses its close button, the window's own X unloads it, and
-/// whichever way it goes, the barcode field of the sales screen has the keyboard again.
-class SmallScreen : public Screen {
+/// A screen that another one opens and that is left again. Escape presses its close button, the window's own
+/// X unloads it, and whichever way it goes, the keyboard is back where focusreturn.h says.
+class OpenedScreen : public Screen {
     Q_OBJECT
 
 public:
     using Screen::Screen;
-    ~SmallScreen() override;
+    ~OpenedScreen() override;
 
 protected:
     /// Names the button that closes the screen. It has the focus at first: the Enter of a scan that arrives
-    /// here then does nothing worse than close the screen.
+    /// here then does nothing worse than close the screen. Without such a button, Escape closes the window.
     void setCloseButton(QAbstractButton& button);
 
-    /// Unloads the screen and gives `barkod` the focus where the sales screen stands.
+    /// Unloads the screen and gives the keyboard back.
     void leave();
 
     void closeEvent(QCloseEvent* event) override;

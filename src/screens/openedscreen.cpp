@@ -1,0 +1,38 @@
+#include "screens/openedscreen.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QKeyEvent>
+
+#include "runtime/screenregistry.h"
+#include "screens/focusreturn.h"
+
+namespace kovanix {
+
+OpenedScreen::~OpenedScreen() = default;
+
+void OpenedScreen::setCloseButton(QAbstractButton& button) {
+    m_closeButton = &button;
+    button.setFocus();
+}
+
+void OpenedScreen::leave() {
+    ScreenRegistry::unload(*this);
+    returnFocus();
+}
+
+void OpenedScreen::closeEvent(QCloseEvent* event) {
+    event->accept();
+    leave();
+}
+
+void OpenedScreen::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape)
+        Screen::keyPressEvent(event);
+    else if (m_closeButton)
+        m_closeButton->click();
+    else
+        close();
+}
+
+}  // namespace kovanix

@@ -1,0 +1,184 @@
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <functional>
+#include <memory>
+
+#include "desktop/focus.h"
+#include "runtests.h"
+#include "runtime/screenregistry.h"
+#include "screens/focusreturn.h"
+#include "screens/openedscreen.h"
+
+using namespace kovanix;
+
+namespace {
+
+/// An opened screen with a close button.
+class Opened : public OpenedScreen {
+public:
+    Opened() {
+        connect(&button, &QAbstractButton::clicked, this, [this] {
+            ++closings;
+            leave();
+        });
+        setCloseButton(button);
+    }
+
+    QLineEdit before{this};  // first in the tab order, so that the focus at the start is no accident
+    QPushButton button{this};
+    int closings = 0;
+};
+
+/// One that has none.
+class Bare : public OpenedScreen {};
+
+/// The screen that the others are opened from.
+class Workplace : public Screen {
+public:
+    void form_load() override { setFocusReturn(entry); }
+
+    QLineEdit other{this};
+    QLineEdit entry{this};
+};
+
+template <class S>
+S& openInFront() {
+    S& opened = screen<S>();
+    showInFront(opened);
+    // The toolkit's own wait takes a window for active as soon as the one that it belongs to is.
+    if (!QTest::qWaitForWindowActive(&opened) ||
+        !QTest::qWaitFor([&opened] { return opened.isActiveWindow(); }))
+        qFatal("the screen doesn't become active");
+    return opened;
+}
+
+using Way = std::function<void(Screen&)>;
+
+struct Closing {
+    Way close;
+    int presses = 0;  ///< of the close button
+};
+
+/// What stands there when an opened screen is left.
+struct Place {
+    std::function<void()> prepare;
+    bool focused = false;  ///< the return target has the keyboard afterwards
+    bool shown = false;    ///< its window is seen afterwards
+};
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Closing)
+Q_DECLARE_METATYPE(Place)
+
+class OpenedScreenTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { ScreenRegistry::clear(); }
+
+    void closing_data() {
+        QTest::addColumn<Closing>("row");
+        const auto key = [](Qt::Key pressed) {
+            return [pressed](Screen& opened) { QTest::keyClick(opened.window()->focusWidget(), pressed); };
+        };
+        QTest::newRow("its button") << Closing{[](Screen& opened) {
+                                                   static_cast<Opened&>(opened).button.click();
+                                               },
+                                               1};
+        QTest::newRow("Space, as it opens") << Closing{key(Qt::Key_Space), 1};
+        QTest::newRow("Escape") << Closing{key(Qt::Key_Escape), 1};
+        QTest::newRow("Escape in another control") << Closing{
+            [](Screen& opened) {
+                static_cast<Opened&>(opened).before.setFocus();
+                QTest::keyClick(&static_cast<Opened&>(opened).before, Qt::Key_Escape);
+            },
+            1};
+        QTest::newRow("the window's X") << Closing{[](Screen& opened) { opened.close(); }, 0};
+    }
+    void closing() {
+        QFETCH(const Closing, row);
+        Workplace& workplace = openInFront<Workplace>();
+        workplace.other.setFocus();
+        const QPointer<Opened> opened(&openInFront<Opened>());
+        row.close(*opened);
+        QVERIFY(!loaded<Opened>());
+        QVERIFY(opened);  // what runs behind the closing still runs
+        QCOMPARE(opened->closings, row.presses);
+        QTRY_VERIFY(!opened);
+        QTRY_VERIFY(workplace.entry.hasFocus());
+        QVERIFY(workplace.isActiveWindow());
+    }
+
+    void aDisabledCloseButtonStaysDead() {
+        Opened& opened = openInFront<Opened>();
+        opened.button.setEnabled(false);
+        QTest::keyClick(&opened, Qt::Key_Escape);
+        QVERIFY(loaded<Opened>());
+    }
+
+    void otherKeysDontClose() {
+        Opened& opened = openInFront<Opened>();
+        QTest::keyClick(&opened, Qt::Key_F4);
+        QVERIFY(loaded<Opened>());
+    }
+
+    void withoutAButtonEscapeCloses() {
+        Workplace& workplace = openInFront<Workplace>();
+        workplace.other.setFocus();
+        Bare& opened = openInFront<Bare>();
+        QTest::keyClick(&opened, Qt::Key_Escape);
+        QVERIFY(!loaded<Bare>());
+        QTRY_VERIFY(workplace.entry.hasFocus());
+    }
+
+    void leaving_data() {
+        QTest::addColumn<Place>("row");
+        QTest::newRow("nothing was ever loaded, as from the login") << Place{[] {}};
+        QTest::newRow("being loaded, not shown yet") << Place{[] { screen<Workplace>(); }};
+        QTest::newRow("hidden") << Place{[] {
+            openInFront<Workplace>();
+            screen<Workplace>().hide();
+        }};
+        QTest::newRow("minimised") << Place{[] {
+                                                openInFront<Workplace>();
+                                                screen<Workplace>().showMinimized();
+                                            },
+                                            true, true};
+        QTest::newRow("unloaded, not deleted yet") << Place{[] {
+            openInFront<Workplace>();
+            unload<Workplace>();
+        }};
+        QTest::newRow("deleted") << Place{[] {
+            openInFront<Workplace>();
+            ScreenRegistry::clear();
+        }};
+        QTest::newRow("loaded anew") << Place{[] {
+                                                  openInFront<Workplace>();
+                                                  unload<Workplace>();
+                                                  openInFront<Workplace>();
+                                              },
+                                              true, true};
+    }
+    void leaving() {
+        QFETCH(const Place, row);
+        row.prepare();
+        const bool stood = loaded<Workplace>();
+        openInFront<Opened>().close();
+        QVERIFY(!loaded<Opened>());
+        QCOMPARE(loaded<Workplace>(), stood);  // never loaded by the way back
+        QCoreApplication::processEvents();
+        if (!stood)
+            return;
+        QCOMPARE(screen<Workplace>().isVisible(), row.shown);
+        if (row.focused)
+            QTRY_VERIFY(screen<Workplace>().entry.hasFocus());
+        QCOMPARE(screen<Workplace>().entry.hasFocus(), row.focused);
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<OpenedScreenTest>(argc, argv);
+}
+#include "test_openedscreen.moc"
