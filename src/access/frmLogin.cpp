@@ -25,6 +25,8 @@
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
+#include "screens/boxes.h"
+#include "screens/clicks.h"
 #include "values/numbers.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
@@ -97,14 +99,11 @@ void frmLogin::setDesignFonts() {
 }
 
 void frmLogin::connectControls() {
-    const auto press = [this](QAbstractButton* button, void (frmLogin::*procedure)()) {
-        connect(button, &QAbstractButton::clicked, this, procedure);
-    };
-    press(ui.cmdOK, &frmLogin::cmdOK_click);
-    press(ui.cmdCancel, &frmLogin::cmdCancel_click);
-    press(ui.vkCommand1, &frmLogin::vkCommand1_click);
-    press(ui.destekprograminiac, &frmLogin::destekprograminiac_click);
-    press(ui.yazilimguncelle, &frmLogin::yazilimguncelle_click);
+    clicks(this, {{ui.cmdOK, &frmLogin::cmdOK_click},
+                  {ui.cmdCancel, &frmLogin::cmdCancel_click},
+                  {ui.vkCommand1, &frmLogin::vkCommand1_click},
+                  {ui.destekprograminiac, &frmLogin::destekprograminiac_click},
+                  {ui.yazilimguncelle, &frmLogin::yazilimguncelle_click}});
     // A list's click comes with every choice by mouse or key, and with a press on the row that is chosen
     // already.
     connect(ui.kullanici, &QListWidget::currentRowChanged, this, &frmLogin::kullanici_click);
@@ -148,12 +147,9 @@ void frmLogin::setCaptions() {
 }
 
 void frmLogin::readSettings() {
-    const auto setting = [](const QString& key) {
-        return ayaroku(QStringLiteral("ayar"), key, ayardosyasi());
-    };
-    ekledznlsil = setting(QStringLiteral("ekledznlsil"));
-    sifresor2 = setting(QStringLiteral("sifresor2"));
-    ensonkikisayol = setting(QStringLiteral("ensonkikisayol"));
+    ekledznlsil = ayar(QStringLiteral("ekledznlsil"));
+    sifresor2 = ayar(QStringLiteral("sifresor2"));
+    ensonkikisayol = ayar(QStringLiteral("ensonkikisayol"));
     temadegiskenlerioku();
     kaydedilenigetir = temasayisi(QStringLiteral("kaydedilenigetir"));
 }
@@ -252,7 +248,7 @@ void frmLogin::cmdOK_click() {
 
 void frmLogin::logIn() {
     if (!baglantihazir()) {
-        mesaj(QStringLiteral("DB_HATA"), MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+        tellNoDatabase();
         return;
     }
     if (ui.kullanici->count() == 0)
@@ -346,9 +342,7 @@ QString frmLogin::selectedId() const {
 }
 
 void frmLogin::cmdCancel_click() {
-    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question | MessageBoxStyle::secondIsDefault;
-    if (mesajsor(QStringLiteral("PROGRAM_KAPAT_SORU"), style, QStringLiteral("PROGRAM_KAPAT_BASLIK")) !=
-        MessageBoxAnswer::yes)
+    if (!askToCloseProgram())
         return;
     baglantikapatsessiz();
     endProcess(0);

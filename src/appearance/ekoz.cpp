@@ -1,6 +1,7 @@
 #include "appearance/ekoz.h"
 
 #include "app/modTurkce.h"
+#include "screens/clicks.h"
 #include "widgets/fontsize.h"
 
 namespace kovanix {
@@ -10,8 +11,7 @@ ekoz::ekoz() {
     ui.vkCommand2->hide();  // it has neither a caption nor a task
     for (QWidget* button : {ui.vkCommand1, ui.vkCommand3})
         setPixels(*button, 18, QFont::Medium);
-    connect(ui.vkCommand1, &QAbstractButton::clicked, this, &ekoz::vkCommand1_click);
-    connect(ui.vkCommand3, &QAbstractButton::clicked, this, &ekoz::vkCommand3_click);
+    clicks(this, {{ui.vkCommand1, &ekoz::vkCommand1_click}, {ui.vkCommand3, &ekoz::vkCommand3_click}});
     setCloseButton(*ui.vkCommand3);
 }
 

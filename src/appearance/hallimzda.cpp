@@ -1,14 +1,13 @@
 #include "appearance/hallimzda.h"
 
 #include <QCoreApplication>
-#include <QEvent>
 
 #include "app/modTurkce.h"
 #include "appearance/ekoz.h"
 #include "desktop/focus.h"
 #include "runtime/screenregistry.h"
+#include "screens/clicks.h"
 #include "widgets/fontsize.h"
-#include "widgets/keyfilter.h"
 
 namespace kovanix {
 
@@ -26,17 +25,9 @@ QString productText() {
 hallimzda::hallimzda() {
     ui.setupUi(this);
     setDesignFonts();
-    connect(ui.Image1, &Image::clicked, this, &hallimzda::Image1_click);
-    connect(ui.vkCommand1, &QAbstractButton::clicked, this, &hallimzda::vkCommand1_click);
-    connect(ui.urunbulunamadikapat, &QAbstractButton::clicked, this, &hallimzda::urunbulunamadikapat_click);
-    // A picture knows neither keys nor a focus ring: its frame shows the focus.
-    new KeyFilter(*ui.Image1,
-                  [this](int key) {
-                      if (key == Qt::Key_Return || key == Qt::Key_Space)
-                          Image1_click();
-                  },
-                  {});
-    ui.Image1->installEventFilter(this);
+    clicks(this, {{ui.Image1, &hallimzda::Image1_click},
+                  {ui.vkCommand1, &hallimzda::vkCommand1_click},
+                  {ui.urunbulunamadikapat, &hallimzda::urunbulunamadikapat_click}});
     setCloseButton(*ui.urunbulunamadikapat);
 }
 
@@ -54,18 +45,6 @@ void hallimzda::setDesignFonts() {
 void hallimzda::form_load() {
     ekrandonat(*this);
     ui.Label2->setText(metin(QStringLiteral("VERSIYON")) + QCoreApplication::applicationVersion());
-}
-
-bool hallimzda::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == ui.Image1 && (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut))
-        colourLogoFrame(event->type() == QEvent::FocusIn ? QColor(0x1F, 0x6F, 0xEB) : QColor(Qt::white));
-    return OpenedScreen::eventFilter(watched, event);
-}
-
-void hallimzda::colourLogoFrame(const QColor& color) {
-    ui.logoFrame->setBackcolor1(color);
-    ui.logoFrame->setBackcolor2(color);
-    ui.logoFrame->setBordercolor(color);
 }
 
 void hallimzda::Image1_click() {

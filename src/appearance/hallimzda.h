@@ -17,12 +17,8 @@ public:
 
     Ui::hallimzda ui;
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void setDesignFonts();
-    void colourLogoFrame(const QColor& color);
 
     void Image1_click();
     void vkCommand1_click();

@@ -11,6 +11,8 @@
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
+#include "screens/boxes.h"
+#include "screens/clicks.h"
 #include "widgets/fontsize.h"
 
 namespace kovanix {
@@ -60,16 +62,13 @@ void menu::setDesignFonts() {
 }
 
 void menu::connectControls() {
-    const auto press = [this](QAbstractButton* button, void (menu::*procedure)()) {
-        connect(button, &QAbstractButton::clicked, this, procedure);
-    };
-    press(ui.vkCommand1, &menu::vkCommand1_click);
-    press(ui.vkCommand2, &menu::vkCommand2_click);
+    clicks(this, {{ui.vkCommand1, &menu::vkCommand1_click},
+                  {ui.vkCommand2, &menu::vkCommand2_click},
+                  {ui.vkCommand4, &menu::vkCommand4_click},
+                  {ui.vkCommand5, &menu::vkCommand5_click},
+                  {ui.vkCommand10, &menu::vkCommand10_click},
+                  {ui.kapat, &menu::kapat_click}});
     ui.vkCommand3->setEnabled(false);  // waits for the users' screen, kullanicilar
-    press(ui.vkCommand4, &menu::vkCommand4_click);
-    press(ui.vkCommand5, &menu::vkCommand5_click);
-    press(ui.vkCommand10, &menu::vkCommand10_click);
-    press(ui.kapat, &menu::kapat_click);
 }
 
 void menu::form_load() {
@@ -104,9 +103,7 @@ void menu::vkCommand5_click() {
 }
 
 void menu::vkCommand10_click() {
-    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question | MessageBoxStyle::secondIsDefault;
-    if (mesajsor(QStringLiteral("PROGRAM_KAPAT_SORU"), style, QStringLiteral("PROGRAM_KAPAT_BASLIK")) ==
-        MessageBoxAnswer::yes)
+    if (askToCloseProgram())
         endProcess(0);
 }
 

@@ -1,6 +1,5 @@
 #include "appearance/miniature.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -17,7 +16,7 @@ const QColor accent(0x1F, 0x6F, 0xEB);
 
 }  // namespace
 
-Miniature::Miniature(QWidget* parent) : QAbstractButton(parent) {
+Miniature::Miniature(QWidget* parent) : Pressable(parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
@@ -44,17 +43,6 @@ QSize Miniature::sizeHint() const {
 
 QSize Miniature::minimumSizeHint() const {
     return sizeHint() / 2;
-}
-
-void Miniature::keyPressEvent(QKeyEvent* event) {
-    const int key = event->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
-        QAbstractButton::keyPressEvent(event);
-        return;
-    }
-    event->accept();
-    if (!event->isAutoRepeat())
-        click();
 }
 
 void Miniature::resizeEvent(QResizeEvent* event) {

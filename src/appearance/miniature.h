@@ -1,18 +1,16 @@
 #pragma once
 
-#include <QAbstractButton>
 #include <QPixmap>
 
 #include "appearance/palette.h"
+#include "widgets/pressable.h"
 
 namespace kovanix {
 
 /// A press button that shows the sales screen small, in one of its palettes. It is drawn from the palette
 /// table itself, so that the picture can't promise what the screen doesn't keep; nothing is drawn before it
 /// is seen.
-///
-/// Enter and Space press it while it has the focus, once per key press.
-class Miniature : public QAbstractButton {
+class Miniature : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(bool chosen READ chosen WRITE setChosen)
 
@@ -31,7 +29,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 

@@ -6,23 +6,14 @@
 #include "app/ayarmodul.h"
 #include "appearance/tema.h"
 #include "appearance/totalcolors.h"
-#include "data/baglanmamodulu.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
 #include "values/numbers.h"
 
 namespace kovanix {
 
-namespace {
-
-QString setting(const QString& key) {
-    return ayaroku(QStringLiteral("ayar"), key, temadosyayolu());
-}
-
-}  // namespace
-
 int temasayisi(const QString& key) {
-    const double value = std::nearbyint(numericPrefix(setting(key)));
+    const double value = std::nearbyint(numericPrefix(ayar(key)));
     // A selector beyond an integer selects nothing; the file can be edited by hand.
     return std::abs(value) <= std::numeric_limits<int>::max() ? static_cast<int>(value) : 0;
 }
@@ -35,7 +26,7 @@ void temadegiskenlerioku() {
     sonrenk = temasayisi(QStringLiteral("sonrenk"));
     kayitgetir1 = temasayisi(QStringLiteral("kayitgetir1"));
     toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
-    temakaydetme1 = setting(QStringLiteral("temakaydetme1"));
+    temakaydetme1 = ayar(QStringLiteral("temakaydetme1"));
 }
 
 void toplamtemauygula() {

@@ -11,6 +11,7 @@
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
 #include "sales/satisekrani.h"
+#include "screens/clicks.h"
 #include "values/numbers.h"
 #include "widgets/fontsize.h"
 
@@ -18,7 +19,6 @@ namespace kovanix {
 
 namespace {
 
-const QString section = QStringLiteral("ayar");
 const QString askKey = QStringLiteral("temaac");
 const QString paletteKey = QStringLiteral("tema");
 
@@ -38,7 +38,7 @@ void beep() {
 
 void store(const QString& number) {
     if (!temasessiz)
-        ayaryaz(section, paletteKey, number, temadosyayolu());
+        ayarla(paletteKey, number);
 }
 
 /// What a number on file selects; resim1 is what everything else selects.
@@ -86,16 +86,16 @@ tema::tema() {
             timer.setInterval(0);
         });
     }
-    connect(ui.temaac, &CheckBox::clicked, this, &tema::temaac_click);
-    connect(ui.vkCommand1, &vkCommand::clicked, this, &tema::vkCommand1_click);
-    connect(ui.vkCommand2, &vkCommand::clicked, this, &tema::vkCommand2_click);
+    clicks(this, {{ui.temaac, &tema::temaac_click},
+                  {ui.vkCommand1, &tema::vkCommand1_click},
+                  {ui.vkCommand2, &tema::vkCommand2_click}});
 }
 
 tema::~tema() = default;
 
 void tema::form_load() {
     ekrandonat(*this);
-    ui.temaac->setChecked(numericPrefix(ayaroku(section, askKey, temadosyayolu())) == 1.0);
+    ui.temaac->setChecked(numericPrefix(ayar(askKey)) == 1.0);
     markPalette(paletteOf(temasayisi(paletteKey)));
 }
 
@@ -169,8 +169,7 @@ void tema::markPalette(Palette palette) {
 }
 
 void tema::temaac_click() {
-    ayaryaz(section, askKey, ui.temaac->isChecked() ? QStringLiteral("1") : QStringLiteral("0"),
-            temadosyayolu());
+    ayarla(askKey, ui.temaac->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
 }
 
 void tema::vkCommand1_click() {

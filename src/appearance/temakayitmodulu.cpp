@@ -1,5 +1,6 @@
 #include "appearance/temakayitmodulu.h"
 
+#include "app/ayarmodul.h"
 #include "app/modTurkce.h"
 #include "appearance/modTema.h"
 #include "appearance/toplamtema.h"
@@ -28,8 +29,8 @@ void setKeepState(const QString& caption, const QString& tip, bool on) {
     toggle.setToolTip(harfcevir(tip));
     toplamtemadegisken = on ? 0 : 1;  // "keeping" is 0: the two words stand the way round that the keys show
     temakaydetme1 = on ? QStringLiteral("True") : QStringLiteral("False");
-    writeThemeKey(QStringLiteral("temakaydetme1"), temakaydetme1);
-    writeThemeKey(QStringLiteral("toplamtemadegisken"), QString::number(toplamtemadegisken));
+    ayarla(QStringLiteral("temakaydetme1"), temakaydetme1);
+    ayarla(QStringLiteral("toplamtemadegisken"), QString::number(toplamtemadegisken));
     toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
 }
 

@@ -12,6 +12,7 @@
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
 #include "sales/satisekrani.h"
+#include "screens/clicks.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
 #include "widgets/fontsize.h"
@@ -96,8 +97,8 @@ void toplamtema::connectControls() {
     connect(ui.vkCommand7, &QAbstractButton::clicked, this, [this, first] { fetch_click(first); });
     connect(ui.vkCommand8, &QAbstractButton::clicked, this, [this, second] { fetch_click(second); });
     connect(ui.vkCommand9, &QAbstractButton::clicked, this, [this, second] { save_click(second); });
-    connect(ui.temakaydetme, &QAbstractButton::clicked, this, &toplamtema::temakaydetme_click);
-    connect(ui.vkCommand5, &QAbstractButton::clicked, this, &toplamtema::vkCommand5_click);
+    clicks(this, {{ui.temakaydetme, &toplamtema::temakaydetme_click},
+                  {ui.vkCommand5, &toplamtema::vkCommand5_click}});
 }
 
 void toplamtema::form_load() {
@@ -106,7 +107,7 @@ void toplamtema::form_load() {
 
 void toplamtema::form_activate() {
     toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
-    temakaydetme1 = ayaroku(QStringLiteral("ayar"), QStringLiteral("temakaydetme1"), temadosyayolu());
+    temakaydetme1 = ayar(QStringLiteral("temakaydetme1"));
     // Where neither word is on file yet, the number says which of them is true.
     const bool keeps = temakaydetme1 == u"True" || (temakaydetme1 != u"False" && toplamtemadegisken != 1);
     ui.temakaydetme->setChecked(keeps);
@@ -175,11 +176,11 @@ void toplamtema::change(TotalColor color, const QColor& value) {
         attempt([&] { setTotalColor(*ui.toplam, color, storedTotalColor(TotalSet::live, color)); });
         attempt([&] { setTotalColor(realTotal(), color, storedTotalColor(TotalSet::live, color)); });
         toplamrenkaktar();
-        writeThemeKey(QStringLiteral("kayitgetir1"), QStringLiteral("0"));
+        ayarla(QStringLiteral("kayitgetir1"), QStringLiteral("0"));
         kayitgetir1 = temasayisi(QStringLiteral("kayitgetir1"));
     }
     sonrenk = 0;
-    writeThemeKey(QStringLiteral("sonrenk"), QStringLiteral("0"));
+    ayarla(QStringLiteral("sonrenk"), QStringLiteral("0"));
 }
 
 /// The swatches stay as they are, and so does what was last saved or fetched: that is meant.
@@ -221,21 +222,21 @@ void toplamtema::save_click(const SavedSet& set) {
         storeTotalColor(set.keys, row.color, backColor(*row.swatch));
     set.apply();
     sonrenk = set.number;
-    writeThemeKey(QStringLiteral("sonrenk"), QString::number(set.number));
+    ayarla(QStringLiteral("sonrenk"), QString::number(set.number));
     dressSlots();
 }
 
 void toplamtema::fetch_click(const SavedSet& set) {
     set.apply();
-    writeThemeKey(QStringLiteral("kaydedilenigetir"), QString::number(set.number - 1));
+    ayarla(QStringLiteral("kaydedilenigetir"), QString::number(set.number - 1));
     kaydedilenigetir = temasayisi(QStringLiteral("kaydedilenigetir"));
     toplamrenkaktar();
     for (const Row& row : m_rows)
         attempt([&] { setBackColor(*row.swatch, storedTotalColor(set.keys, row.color)); });
     // The process-wide kayitgetir1 follows at the next start only; until then sonrenk speaks for the set.
-    writeThemeKey(QStringLiteral("kayitgetir1"), QString::number(set.number));
+    ayarla(QStringLiteral("kayitgetir1"), QString::number(set.number));
     sonrenk = set.number;
-    writeThemeKey(QStringLiteral("sonrenk"), QString::number(set.number));
+    ayarla(QStringLiteral("sonrenk"), QString::number(set.number));
 }
 
 void toplamtema::temakaydetme_click() {

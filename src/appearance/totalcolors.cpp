@@ -46,20 +46,16 @@ QString totalKey(TotalSet set, TotalColor color) {
 }
 
 QColor storedTotalColor(TotalSet set, TotalColor color) {
-    return colorOf(colorFromText(ayaroku(QStringLiteral("ayar"), totalKey(set, color), temadosyayolu())));
+    return colorOf(colorFromText(ayar(totalKey(set, color))));
 }
 
 void storeTotalColor(TotalSet set, TotalColor color, const QColor& value) {
-    writeThemeKey(totalKey(set, color), colorText(colorValue(value)));
+    ayarla(totalKey(set, color), colorText(colorValue(value)));
 }
 
 void applyTotalColors(DrawnButton& button, TotalSet set) {
     for (const TotalColor color : totalColors)
         attempt([&] { setTotalColor(button, color, storedTotalColor(set, color)); });
-}
-
-void writeThemeKey(const QString& key, const QString& value) {
-    ayaryaz(QStringLiteral("ayar"), key, value, temadosyayolu());
 }
 
 }  // namespace kovanix

@@ -36,7 +36,4 @@ void storeTotalColor(TotalSet set, TotalColor color, const QColor& value);
 /// Gives a button the five colours of a set. A number beyond 32 bits leaves its property as it is.
 void applyTotalColors(DrawnButton& button, TotalSet set);
 
-/// Writes one key of the looks.
-void writeThemeKey(const QString& key, const QString& value);
-
 }  // namespace kovanix

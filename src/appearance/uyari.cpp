@@ -1,6 +1,7 @@
 #include "appearance/uyari.h"
 
 #include "app/modTurkce.h"
+#include "screens/clicks.h"
 #include "widgets/fontsize.h"
 
 namespace kovanix {
@@ -10,7 +11,7 @@ uyari::uyari() {
     setPixels(*ui.yazi, 26, QFont::DemiBold);
     setPixels(*ui.Command1, 18, QFont::Medium);
     connect(&kapat, &Timer::tick, this, &uyari::kapat_tick);
-    connect(ui.Command1, &QAbstractButton::clicked, this, &uyari::Command1_click);
+    clicks(this, {{ui.Command1, &uyari::Command1_click}});
     setCloseButton(*ui.Command1);
 }
 

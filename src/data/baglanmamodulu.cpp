@@ -13,13 +13,9 @@ namespace kovanix {
 
 namespace {
 
-const QString& section() {
-    static const QString name = QStringLiteral("ayar");
-    return name;
-}
-
+// Quotes around a value keep its blanks; no path or password of ours has any at its ends.
 QString setting(const QString& key) {
-    return ayaroku(section(), key, ayardosyasi()).trimmed();
+    return ayar(key).trimmed();
 }
 
 bool fileExists(const QString& path) {
@@ -36,7 +32,7 @@ QString olderLocalFile() {
 
 void writeWhereDifferent(const QString& key, const QString& text) {
     if (setting(key).compare(text, Qt::CaseInsensitive) != 0)
-        ayaryaz(section(), key, text, ayardosyasi());
+        ayarla(key, text);
 }
 
 }  // namespace
@@ -49,10 +45,6 @@ Connection& baglanti() {
 Recordset& kayit() {
     static Recordset shared;
     return shared;
-}
-
-QString ayardosyasi() {
-    return joinStored(applicationFolder(), QStringLiteral("\\Kovanix.config"));
 }
 
 QString veritabaniyolu() {
@@ -90,7 +82,7 @@ void ayarlaribaglantiyaesitle() {
     const QString path = veritabaniyolu();
     const QString text = baglantimetniyap(path);
     if (setting(QStringLiteral("ip")).isEmpty() && fileExists(path))
-        ayaryaz(section(), QStringLiteral("ip"), path, ayardosyasi());
+        ayarla(QStringLiteral("ip"), path);
     writeWhereDifferent(QStringLiteral("ConnectionString"), text);
     writeWhereDifferent(QStringLiteral("con"), text);
 }
@@ -104,11 +96,11 @@ void ilkayarlar() {
     if (!fileExists(ayardosyasi()))
         return;
     if (setting(QStringLiteral("ip")).isEmpty() && fileExists(localFile()))
-        ayaryaz(section(), QStringLiteral("ip"), localFile(), ayardosyasi());
+        ayarla(QStringLiteral("ip"), localFile());
     ayarlaribaglantiyaesitle();
     const QString anaProgram = QStringLiteral("ana_program");
     if (setting(anaProgram).isEmpty())
-        ayaryaz(section(), anaProgram, QString(), ayardosyasi());  // so that the key stands in the file
+        ayarla(anaProgram, QString());  // so that the key stands in the file
 }
 
 QString baglantiyazisi() {

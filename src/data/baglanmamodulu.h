@@ -26,9 +26,6 @@ inline QString baglantimetni;
 /// Set once the schema check has found its last column; keeps the check from running again.
 inline bool semahazir = false;
 
-/// Full path of the configuration file.
-QString ayardosyasi();
-
 /// Path of the database file: the configured one where it exists, else a local file (the present name before
 /// the older one), else the configured path, else the local one of the present name; the last two don't
 /// exist.

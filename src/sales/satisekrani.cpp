@@ -22,6 +22,8 @@
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
+#include "screens/boxes.h"
+#include "screens/clicks.h"
 #include "screens/focusreturn.h"
 #include "values/dates.h"
 #include "widgets/controlarray.h"
@@ -116,21 +118,18 @@ void satisekrani::setDesignFonts() {
 }
 
 void satisekrani::connectControls() {
-    const auto press = [this](QAbstractButton* button, void (satisekrani::*procedure)()) {
-        connect(button, &QAbstractButton::clicked, this, procedure);
-    };
-    press(ui.kaydet, &satisekrani::kaydet_click);
-    press(ui.nakit, &satisekrani::nakit_click);
-    press(ui.satisiptal, &satisekrani::satisiptal_click);
-    press(ui.kapat, &satisekrani::kapat_click);
-    press(ui.vkCommand1, &satisekrani::vkCommand1_click);
-    press(ui.vkCommand4, &satisekrani::vkCommand4_click);
-    press(ui.toplam, &satisekrani::toplam_click);
-    press(ui.verilen, &satisekrani::verilen_click);
-    press(ui.kalan, &satisekrani::verilen_click);
-    press(ui.vsil, &satisekrani::vsil_click);
-    press(ui.ver3, &satisekrani::ver3_click);
-    press(ui.vkCommand5, &satisekrani::vkCommand5_click);
+    clicks(this, {{ui.kaydet, &satisekrani::kaydet_click},
+                  {ui.nakit, &satisekrani::nakit_click},
+                  {ui.satisiptal, &satisekrani::satisiptal_click},
+                  {ui.kapat, &satisekrani::kapat_click},
+                  {ui.vkCommand1, &satisekrani::vkCommand1_click},
+                  {ui.vkCommand4, &satisekrani::vkCommand4_click},
+                  {ui.toplam, &satisekrani::toplam_click},
+                  {ui.verilen, &satisekrani::verilen_click},
+                  {ui.kalan, &satisekrani::verilen_click},
+                  {ui.vsil, &satisekrani::vsil_click},
+                  {ui.ver3, &satisekrani::ver3_click},
+                  {ui.vkCommand5, &satisekrani::vkCommand5_click}});
     // A touch leaves the keyboard where it is: after a No to a button's question the next scan must not press
     // the button again.
     for (DrawnButton* button : findChildren<DrawnButton*>()) {
@@ -322,21 +321,15 @@ void satisekrani::toplam_click() {
     setWindowState(windowState() | Qt::WindowMinimized);
 }
 
-bool satisekrani::confirmClose() {
-    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question | MessageBoxStyle::secondIsDefault;
-    return mesajsor(QStringLiteral("PROGRAM_KAPAT_SORU"), style, QStringLiteral("PROGRAM_KAPAT_BASLIK")) ==
-           MessageBoxAnswer::yes;
-}
-
 void satisekrani::kapat_click() {
     eksiltme = 0;
-    if (confirmClose())
+    if (askToCloseProgram())
         endProcess(0);
 }
 
 void satisekrani::closeEvent(QCloseEvent* event) {
     // A No doesn't cancel the request: the screen closes all the same, and with it the program.
-    const bool end = confirmClose();
+    const bool end = askToCloseProgram();
     event->accept();
     if (end)
         endProcess(0);

@@ -139,7 +139,6 @@ private:
     void nakit_click();
     void kaydet_click();
 
-    bool confirmClose();
     void splitLabelInEntry();
     void goToEntryRow();
     void sellBarcode();
@@ -148,8 +147,7 @@ private:
     void clearEntry();
     bool isSaleLine(int row) const;
     QString numberOrOne(int row);
-    void tellNoDatabase();
-    void tellDatabaseFailure(const RuntimeError& error);
+    void endLookUp(const RuntimeError& error);
     void reportCommitFailure(const RuntimeError& error);
 
     Recordset urunkayit;

@@ -5,6 +5,7 @@
 #include "runtime/attempt.h"
 #include "sales/satisekrani.h"
 #include "sales/weighedlabel.h"
+#include "screens/boxes.h"
 #include "values/numbers.h"
 #include "widgets/controlarray.h"
 #include "widgets/keyfilter.h"
@@ -91,19 +92,14 @@ void satisekrani::urunekle() {
         }
         sellBarcode();
     } catch (const RuntimeError& error) {
-        tellDatabaseFailure(error);
+        endLookUp(error);
     }
 }
 
-void satisekrani::tellNoDatabase() {
-    mesaj(QStringLiteral("DB_HATA"), MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
-}
-
 /// Ends the look-up that failed and says why.
-void satisekrani::tellDatabaseFailure(const RuntimeError& error) {
+void satisekrani::endLookUp(const RuntimeError& error) {
     urunkayitkapat();
-    mesaj(metin(QStringLiteral("DB_HATA")) + u": " + error.description(), MessageBoxStyle::critical,
-          metin(QStringLiteral("HATA")));
+    tellDatabaseFailure(error);
 }
 
 void satisekrani::sellBarcode() {

@@ -8,6 +8,7 @@
 #include "runtime/clock.h"
 #include "sales/modSatis.h"
 #include "sales/satisekrani.h"
+#include "screens/boxes.h"
 #include "values/numbers.h"
 
 namespace kovanix {
@@ -103,7 +104,7 @@ void satisekrani::kaydet_click() {
         return;
     }
     if (!satisbaglantiac()) {
-        mesaj(QStringLiteral("DB_HATA"), MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+        tellNoDatabase();
         return;
     }
     urunkayitkapat();

@@ -3,6 +3,7 @@
 #include "runtime/attempt.h"
 #include "sales/modSatis.h"
 #include "sales/satisekrani.h"
+#include "screens/clicks.h"
 #include "values/numbers.h"
 #include "widgets/keyfilter.h"
 
@@ -162,9 +163,9 @@ void satisekrani::connectLineEditing() {
     });
     ui.urununadi->setAccessibleName(QStringLiteral("Ürün adı"));
     pressKeys(QStringLiteral("duzenlemetusu"), &satisekrani::duzenlemetusu_click);
-    connect(ui.urunislemlerikapat, &QAbstractButton::clicked, this, &satisekrani::urunislemlerikapat_click);
-    connect(ui.vazgecc, &QAbstractButton::clicked, this, &satisekrani::vazgecc_click);
-    connect(ui.urunsil, &QAbstractButton::clicked, this, &satisekrani::urunsil_click);
+    clicks(this, {{ui.urunislemlerikapat, &satisekrani::urunislemlerikapat_click},
+                  {ui.vazgecc, &satisekrani::vazgecc_click},
+                  {ui.urunsil, &satisekrani::urunsil_click}});
     for (QLineEdit* field : {ui.adetdegis, ui.fiyatdegis}) {
         field->installEventFilter(this);
         new KeyFilter(

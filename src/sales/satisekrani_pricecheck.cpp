@@ -4,14 +4,16 @@
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
 #include "sales/satisekrani.h"
+#include "screens/boxes.h"
+#include "screens/clicks.h"
 #include "values/numbers.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
 
 void satisekrani::connectPriceCheck() {
-    connect(ui.fiyatgor, &QAbstractButton::clicked, this, &satisekrani::fiyatgor_click);
-    connect(ui.fiyargorkapat, &QAbstractButton::clicked, this, &satisekrani::fiyargorkapat_click);
+    clicks(this, {{ui.fiyatgor, &satisekrani::fiyatgor_click},
+                  {ui.fiyargorkapat, &satisekrani::fiyargorkapat_click}});
     new KeyFilter(
         *ui.fiyargorbarkodu, [this](int key) { fiyargorbarkodu_keydown(key); },
         onlyCharacters(u"0123456789"));
@@ -40,7 +42,7 @@ void satisekrani::fiyargorbarkodu_keydown(int key) {
     try {
         showPriceOf(ui.fiyargorbarkodu->text().trimmed());
     } catch (const RuntimeError& error) {
-        tellDatabaseFailure(error);
+        endLookUp(error);
     }
     ui.fiyargorbarkodu->clear();
     giveFocus(*ui.fiyargorbarkodu);

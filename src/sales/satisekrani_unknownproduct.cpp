@@ -3,6 +3,8 @@
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
 #include "sales/satisekrani.h"
+#include "screens/boxes.h"
+#include "screens/clicks.h"
 #include "values/numbers.h"
 #include "widgets/keyfilter.h"
 
@@ -32,9 +34,9 @@ QString storedName(const QString& typed) {
 }  // namespace
 
 void satisekrani::connectUnknownProduct() {
-    connect(ui.urunbuunamadibeklet, &QAbstractButton::clicked, this, &satisekrani::urunbuunamadibeklet_click);
-    connect(ui.urunbulunamadikapat, &QAbstractButton::clicked, this, &satisekrani::urunbulunamadikapat_click);
-    connect(ui.urunbuunamadikaydet, &QAbstractButton::clicked, this, &satisekrani::urunbuunamadikaydet_click);
+    clicks(this, {{ui.urunbuunamadibeklet, &satisekrani::urunbuunamadibeklet_click},
+                  {ui.urunbulunamadikapat, &satisekrani::urunbulunamadikapat_click},
+                  {ui.urunbuunamadikaydet, &satisekrani::urunbuunamadikaydet_click}});
     connect(ui.urunsatisi, &QLineEdit::textChanged, this, &satisekrani::urunsatisi_change);
     pressKeys(QStringLiteral("bununamayanurunfiyat"), &satisekrani::bununamayanurunfiyat_click);
     new KeyFilter(*ui.urunbuunamadibeklet, [this](int key) { urunbuunamadibeklet_keydown(key); }, {});
@@ -93,7 +95,7 @@ void satisekrani::urunbuunamadikaydet_click() {
         giveFocus(*ui.barkod);
         urunekle();
     } catch (const RuntimeError& error) {
-        tellDatabaseFailure(error);
+        endLookUp(error);
     }
 }
 

@@ -4,7 +4,8 @@
 
 #include "app/ayarmodul.h"
 
-using namespace kovanix;
+using kovanix::ayaroku;
+using kovanix::ayaryaz;
 using namespace Qt::StringLiterals;
 
 namespace {

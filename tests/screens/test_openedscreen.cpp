@@ -83,18 +83,16 @@ private Q_SLOTS:
         const auto key = [](Qt::Key pressed) {
             return [pressed](Screen& opened) { QTest::keyClick(opened.window()->focusWidget(), pressed); };
         };
-        QTest::newRow("its button") << Closing{[](Screen& opened) {
-                                                   static_cast<Opened&>(opened).button.click();
-                                               },
-                                               1};
+        QTest::newRow("its button") << Closing{
+            [](Screen& opened) { static_cast<Opened&>(opened).button.click(); }, 1};
         QTest::newRow("Space, as it opens") << Closing{key(Qt::Key_Space), 1};
         QTest::newRow("Escape") << Closing{key(Qt::Key_Escape), 1};
-        QTest::newRow("Escape in another control") << Closing{
-            [](Screen& opened) {
-                static_cast<Opened&>(opened).before.setFocus();
-                QTest::keyClick(&static_cast<Opened&>(opened).before, Qt::Key_Escape);
-            },
-            1};
+        QTest::newRow("Escape in another control")
+            << Closing{[](Screen& opened) {
+                           static_cast<Opened&>(opened).before.setFocus();
+                           QTest::keyClick(&static_cast<Opened&>(opened).before, Qt::Key_Escape);
+                       },
+                       1};
         QTest::newRow("the window's X") << Closing{[](Screen& opened) { opened.close(); }, 0};
     }
     void closing() {

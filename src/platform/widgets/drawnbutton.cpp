@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QFontMetricsF>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -50,7 +49,7 @@ struct DrawnButton::Look {
 };
 
 DrawnButton::DrawnButton(QWidget* parent)
-    : QAbstractButton(parent),
+    : Pressable(parent),
       m_backcolor1(0xFB, 0xFB, 0xFB),
       m_backcolor2(0xDD, 0xE2, 0xE8),
       m_backcolorpushed1(0xC6, 0xCE, 0xD8),
@@ -141,17 +140,6 @@ bool DrawnButton::event(QEvent* event) {
     if (event->type() == QEvent::ToolTipChange)
         nameAfterCaption();
     return QAbstractButton::event(event);
-}
-
-void DrawnButton::keyPressEvent(QKeyEvent* event) {
-    const int key = event->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
-        QAbstractButton::keyPressEvent(event);
-        return;
-    }
-    event->accept();
-    if (!event->isAutoRepeat())
-        click();
 }
 
 void DrawnButton::mousePressEvent(QMouseEvent* event) {

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QAbstractButton>
 #include <QColor>
 #include <memory>
 #include <utility>
+
+#include "widgets/pressable.h"
 
 namespace kovanix {
 
@@ -16,9 +17,7 @@ namespace kovanix {
 /// An icon stands above the caption where the button is high enough for both, else to its left; its iconSize
 /// is in design pixels and grows with the resizing container, never beyond the face. The size hint doesn't
 /// depend on the caption, so that no change of a text moves a neighbour.
-///
-/// Enter and Space press it while it has the focus, once per key press however long the key is held.
-class DrawnButton : public QAbstractButton {
+class DrawnButton : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
     Q_PROPERTY(QColor backcolor1 READ backcolor1 WRITE setBackcolor1)
@@ -71,7 +70,6 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     bool event(QEvent* event) override;
 

@@ -12,6 +12,7 @@ namespace kovanix {
 namespace {
 
 constexpr QSize emptySize(48, 48);
+constexpr double designRadius = 8.0;
 
 bool isVector(const QString& path) {
     return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
@@ -20,7 +21,8 @@ bool isVector(const QString& path) {
 
 }  // namespace
 
-Image::Image(QWidget* parent) : QWidget(parent) {
+Image::Image(QWidget* parent) : Pressable(parent) {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
 }
@@ -83,10 +85,20 @@ bool Image::event(QEvent* event) {
         m_givenName = toolTip();
         setAccessibleName(m_givenName);
     }
-    return QWidget::event(event);
+    return Pressable::event(event);
 }
 
 void Image::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintPicture(painter);
+    if (!hasFocus())
+        return;
+    painter.setOpacity(1);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintFocusRing(painter, QRectF(rect()), designRadius * designScale(*this));
+}
+
+void Image::paintPicture(QPainter& painter) {
     if (m_source.isEmpty() || m_failed)
         return;
     const double ratio = devicePixelRatioF();
@@ -97,48 +109,27 @@ void Image::paintEvent(QPaintEvent*) {
         if (m_failed)
             return;
     }
-    QPainter painter(this);
     const QSizeF picture = m_rendered.deviceIndependentSize();
     const QPointF corner((width() - picture.width()) / 2, (height() - picture.height()) / 2);
     if (!isEnabled())
         painter.setOpacity(0.35);
-    else if (m_down)
+    else if (isDown())
         painter.setOpacity(0.62);
     else if (underMouse())
         painter.setOpacity(0.86);
     painter.drawPixmap(corner, m_rendered);
 }
 
+// A press of another button must not reach what lies behind the picture.
 void Image::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && !m_down) {
-        m_down = true;
-        update();
-    }
+    Pressable::mousePressEvent(event);
     event->accept();
-}
-
-void Image::mouseReleaseEvent(QMouseEvent* event) {
-    event->accept();
-    if (event->button() != Qt::LeftButton || !m_down)
-        return;
-    m_down = false;
-    update();
-    if (rect().contains(event->position().toPoint()))
-        Q_EMIT clicked();
 }
 
 void Image::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
+    Pressable::resizeEvent(event);
     m_rendered = {};
     m_failed = false;
-}
-
-void Image::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::EnabledChange) {
-        m_down = false;
-        update();
-    }
 }
 
 }  // namespace kovanix

@@ -1,16 +1,18 @@
 #pragma once
 
 #include <QPixmap>
-#include <QWidget>
 #include <memory>
+
+#include "widgets/pressable.h"
 
 class QSvgRenderer;
 
 namespace kovanix {
 
-/// A picture that can be pressed; it never takes the focus. SVG and bitmap sources, drawn crisp at any size
-/// and scale, kept in proportion and centred.
-class Image : public QWidget {
+/// A picture that can be pressed. SVG and bitmap sources, drawn crisp at any size and scale, kept in
+/// proportion and centred. Most pictures are there to be seen: the keyboard reaches one where its focus
+/// policy says so.
+class Image : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString source READ source WRITE setSource)
 
@@ -24,28 +26,22 @@ public:
 
     QSize sizeHint() const override;
 
-Q_SIGNALS:
-    /// The left button (or a finger) pressed and let go over the picture.
-    void clicked();
-
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     QSvgRenderer& drawing() const;
     QPixmap rendered(QSize room) const;
+    void paintPicture(QPainter& painter);
 
     QString m_source;
     mutable std::unique_ptr<QSvgRenderer> m_drawing;  // read once, for the size and for every painting
     QPixmap m_rendered;     // the picture at the size and scale of the last painting
     QString m_givenName;    // the accessible name that follows the tip
     bool m_failed = false;  // the source can't be read; not tried again at each painting
-    bool m_down = false;
 };
 
 }  // namespace kovanix

@@ -258,34 +258,6 @@ private Q_SLOTS:
         QCOMPARE(button.property(property.constData()), other);
     }
 
-    void keysPress_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("presses");
-        QTest::newRow("enter") << int(Qt::Key_Return) << 1;
-        QTest::newRow("keypad enter") << int(Qt::Key_Enter) << 1;
-        QTest::newRow("space") << int(Qt::Key_Space) << 1;
-        QTest::newRow("letter") << int(Qt::Key_A) << 0;
-        QTest::newRow("escape") << int(Qt::Key_Escape) << 0;
-    }
-    void keysPress() {
-        QFETCH(int, key);
-        QFETCH(int, presses);
-        vkCommand button;
-        const QSignalSpy clicked(&button, &QAbstractButton::clicked);
-        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&button, &down);
-        for (int i = 0; i < 5; ++i) {
-            QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, QString(), true);
-            QCoreApplication::sendEvent(&button, &up);
-            QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
-            QCoreApplication::sendEvent(&button, &held);
-        }
-        QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&button, &up);
-        QCOMPARE(clicked.count(), presses);
-        QVERIFY(!button.isDown());
-    }
-
     void disabledStaysDead() {
         vkCommand button;
         button.setEnabled(false);

@@ -1,16 +1,16 @@
 #pragma once
 
 #include "widgets/drawnframe.h"
+#include "widgets/pressable.h"
 
 namespace kovanix {
 
-/// A frame that shows one colour. Where its focus policy lets the keyboard reach it, Enter and Space press it
-/// like a finger.
-class Swatch : public vkFrame {
+/// A frame that shows one colour and can be pressed. The keyboard reaches it where its focus policy says so.
+class Swatch : public Pressable<vkFrame> {
     Q_OBJECT
 
 public:
-    using vkFrame::vkFrame;
+    using Pressable::Pressable;
 
 Q_SIGNALS:
     /// A mouse button (any), a finger, Enter or Space went down on it.
@@ -19,7 +19,7 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    void pressedByKey() override { Q_EMIT mousedown(); }
 };
 
 }  // namespace kovanix

@@ -1,7 +1,6 @@
-#include "appearance/checkbox.h"
+#include "widgets/checkbox.h"
 
 #include <QFontMetrics>
-#include <QKeyEvent>
 #include <QPainter>
 
 #include "widgets/caption.h"
@@ -26,16 +25,6 @@ QSize CheckBox::sizeHint() const {
 
 QSize CheckBox::minimumSizeHint() const {
     return QSizeF(2.5 * touchSize, touchSize).toSize() * designScale(*this);
-}
-
-void CheckBox::keyPressEvent(QKeyEvent* event) {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
-        QCheckBox::keyPressEvent(event);
-        return;
-    }
-    event->accept();
-    if (!event->isAutoRepeat())
-        click();
 }
 
 void CheckBox::paintEvent(QPaintEvent*) {

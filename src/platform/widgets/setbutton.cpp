@@ -1,4 +1,4 @@
-#include "appearance/setbutton.h"
+#include "widgets/setbutton.h"
 
 #include <QPainter>
 

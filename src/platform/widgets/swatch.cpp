@@ -1,6 +1,5 @@
-#include "appearance/swatch.h"
+#include "widgets/swatch.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -24,17 +23,6 @@ void Swatch::paintEvent(QPaintEvent* event) {
 void Swatch::mousePressEvent(QMouseEvent* event) {
     event->accept();
     Q_EMIT mousedown();
-}
-
-void Swatch::keyPressEvent(QKeyEvent* event) {
-    const int key = event->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
-        vkFrame::keyPressEvent(event);
-        return;
-    }
-    event->accept();
-    if (!event->isAutoRepeat())
-        Q_EMIT mousedown();
 }
 
 }  // namespace kovanix
