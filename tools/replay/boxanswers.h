@@ -4,6 +4,9 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <optional>
+#include <utility>
 
 class QMessageBox;
 
@@ -27,6 +30,9 @@ public:
     void expect(const QString& title, const QString& text, int answer);
     /// Queues an answer to a box whatever it says.
     void expectAny(int answer);
+
+    /// Asks this for the answer to a box that the queue has no entry for; nothing where no one expects it.
+    void askFor(std::function<std::optional<int>(const QMessageBox&)> answer) { m_ask = std::move(answer); }
 
     /// What went wrong so far: unexpected boxes, wrong titles or texts, buttons that weren't there.
     const QStringList& failures() const { return m_failures; }
@@ -53,6 +59,7 @@ private:
     void press(QMessageBox& box, int answer);
 
     QList<Expected> m_expected;
+    std::function<std::optional<int>(const QMessageBox&)> m_ask;
     QStringList m_failures;
     int m_answered = 0;
 };

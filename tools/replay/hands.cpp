@@ -1,8 +1,8 @@
 #include "hands.h"
 
 #include <QApplication>
-#include <QLineEdit>
 #include <QMouseEvent>
+#include <QWidget>
 
 #include "player.h"
 
@@ -51,24 +51,17 @@ void pressOn(QWidget& control, const QPoint& place, Qt::MouseButton button) {
 }
 
 void pressTwice(QWidget& control) {
-    pressOn(control);
-    const QPointF centre = control.rect().center();
-    sendMouse(control, QEvent::MouseButtonDblClick, centre, Qt::LeftButton);
-    sendMouse(control, QEvent::MouseButtonRelease, centre, Qt::LeftButton);
+    pressTwice(control, control.rect().center());
+}
+
+void pressTwice(QWidget& control, const QPoint& place) {
+    pressOn(control, place);
+    sendMouse(control, QEvent::MouseButtonDblClick, place, Qt::LeftButton);
+    sendMouse(control, QEvent::MouseButtonRelease, place, Qt::LeftButton);
 }
 
 void sendEnter() {
     sendKey(Qt::Key_Return, QStringLiteral("\r"));
-}
-
-QString afterTyping(const QLineEdit& field, const QString& text) {
-    QString result = field.text();
-    int place = field.cursorPosition();
-    if (field.hasSelectedText()) {
-        place = field.selectionStart();
-        result.remove(place, field.selectionLength());
-    }
-    return result.insert(place, text);
 }
 
 }  // namespace kovanix

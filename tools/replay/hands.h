@@ -1,10 +1,8 @@
 #pragma once
 
 #include <QPoint>
-#include <QString>
 #include <Qt>
 
-class QLineEdit;
 class QWidget;
 
 namespace kovanix {
@@ -20,11 +18,9 @@ void pressOn(QWidget& control, Qt::MouseButton button = Qt::LeftButton);
 void pressOn(QWidget& control, const QPoint& place, Qt::MouseButton button = Qt::LeftButton);
 /// Two presses in quick succession.
 void pressTwice(QWidget& control);
+void pressTwice(QWidget& control, const QPoint& place);
 
 /// Enter.
 void sendEnter();
-
-/// What a field that takes every character of it will hold once a text has been typed into it.
-QString afterTyping(const QLineEdit& field, const QString& text);
 
 }  // namespace kovanix

@@ -1,9 +1,7 @@
 #include <QCommandLineParser>
 #include <QFile>
 #include <QMessageBox>
-#include <QTemporaryDir>
 #include <cstdio>
-#include <optional>
 
 #include "access/firstscreen.h"
 #include "app/frame.h"
@@ -16,14 +14,12 @@
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
 #include "script.h"
-#include "soak.h"
 
 namespace {
 
 using namespace kovanix;
 
 constexpr int wrongUsage = 2;
-constexpr int mostActions = 100'000'000;
 
 void say(FILE* stream, const QStringList& lines) {
     for (const QString& line : lines)
@@ -49,10 +45,7 @@ struct Wishes {
     QString output;
     QString script;
     bool tellBoxes = false;
-    bool tellActions = false;
     bool atSales = false;
-    std::optional<int> actions;  ///< of a soak
-    quint64 seed = 1;
 };
 
 /// Opens the shop and its sales screen, as after a manager's login.
@@ -95,36 +88,11 @@ int playScript(Application& application, const Wishes& wishes) {
     return status;
 }
 
-int soak(Application& application, const Wishes& wishes) {
-    const QTemporaryDir receipts;
-    qputenv("KOVANIX_PRINTER", "pdf:" + receipts.path().toLocal8Bit());
-    prepareShopFolder(wishes.folder);
-    BoxAnswers boxes;
-    if (wishes.tellBoxes)
-        tellBoxes(boxes);
-    Soak soak({*wishes.actions, wishes.seed, receipts.path()}, boxes);
-    if (wishes.tellActions)
-        QObject::connect(&soak, &Soak::acting, &application, [](int number, const QString& what) {
-            say(stdout, {QString::number(number) + u' ' + what});
-        });
-    // At once: after an uncaught failure there is no later.
-    QObject::connect(&soak, &Soak::finished, &application, [&soak] {
-        say(soak.held() ? stdout : stderr, soak.report());
-        QCoreApplication::exit(soak.held() ? 0 : 1);
-    });
-    const int status = application.run([&soak] {
-        beginAtSales();
-        soak.start();
-    });
-    baglantikapatsessiz();
-    return soak.held() ? status : 1;
-}
-
 /// Reads the command line; ends the process where it can't be meant.
 Wishes readCommandLine(const Application& application) {
     QCommandLineParser commandLine;
-    commandLine.setApplicationDescription(QStringLiteral(
-        "Plays a script of a cashier's actions on the till's own screens, or actions by chance."));
+    commandLine.setApplicationDescription(
+        QStringLiteral("Plays a script of a cashier's actions on the till's own screens."));
     commandLine.addHelpOption();
     const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("The shop's folder."),
                                     QStringLiteral("DIR"));
@@ -134,20 +102,9 @@ Wishes readCommandLine(const Application& application) {
                                    QStringLiteral("Writes each message box to standard output."));
     const QCommandLineOption atSales(
         QStringLiteral("sales"), QStringLiteral("Begins at the sales screen, as after a manager's login."));
-    const QCommandLineOption actions(
-        QStringLiteral("soak"),
-        QStringLiteral(
-            "Makes N actions by chance at the sales screen instead of a script, and checks after each what "
-            "must hold. Stores sales: take a copy of a shop."),
-        QStringLiteral("N"));
-    const QCommandLineOption seed(QStringLiteral("seed"),
-                                  QStringLiteral("Equal seeds make equal actions on equal shops."),
-                                  QStringLiteral("S"), QStringLiteral("1"));
-    const QCommandLineOption tellActions(QStringLiteral("actions"),
-                                         QStringLiteral("Writes each action of a soak to standard output."));
-    commandLine.addOptions({folder, output, boxes, atSales, actions, seed, tellActions});
+    commandLine.addOptions({folder, output, boxes, atSales});
     commandLine.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The script."),
-                                      QStringLiteral("[file]"));
+                                      QStringLiteral("file"));
     commandLine.process(application);
 
     Wishes wishes;
@@ -155,16 +112,8 @@ Wishes readCommandLine(const Application& application) {
     wishes.output = commandLine.value(output);
     wishes.script = commandLine.positionalArguments().value(0);
     wishes.tellBoxes = commandLine.isSet(boxes);
-    wishes.tellActions = commandLine.isSet(tellActions);
     wishes.atSales = commandLine.isSet(atSales);
-    bool isCount = true;
-    bool isSeed = false;
-    if (commandLine.isSet(actions))
-        wishes.actions = commandLine.value(actions).toInt(&isCount);
-    wishes.seed = commandLine.value(seed).toULongLong(&isSeed);
-    const bool inRange = !wishes.actions || (*wishes.actions >= 0 && *wishes.actions <= mostActions);
-    const qsizetype scripts = commandLine.positionalArguments().size();
-    if (!isCount || !isSeed || !inRange || scripts != (wishes.actions ? 0 : 1))
+    if (commandLine.positionalArguments().size() != 1)
         commandLine.showHelp(wrongUsage);
     return wishes;
 }
@@ -178,5 +127,5 @@ int main(int argc, char** argv) {
     Application application(argc, argv);
     prepareApplication();
     const Wishes wishes = readCommandLine(application);
-    return wishes.actions ? soak(application, wishes) : playScript(application, wishes);
+    return playScript(application, wishes);
 }

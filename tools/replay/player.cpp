@@ -75,7 +75,8 @@ QString shownText(const QWidget& control) {
 
 void sendKey(int key, const QString& text) {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        if (QWidget* receiver = QApplication::focusWidget()) {
+        QWidget* focus = QApplication::focusWidget();
+        if (QWidget* receiver = focus ? focus : QApplication::activeWindow()) {
             QKeyEvent event(type, key, Qt::NoModifier, text);
             QApplication::sendEvent(receiver, &event);
         }

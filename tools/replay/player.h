@@ -64,7 +64,7 @@ private:
     BoxAnswers m_boxes;
 };
 
-/// Sends a key to whatever has the focus, as the keyboard does: press and release.
+/// Sends a key to whatever has the focus, else to the active window, as the keyboard does: press and release.
 void sendKey(int key, const QString& text = {});
 /// Types a text into whatever has the focus, key by key.
 void typeText(const QString& text);

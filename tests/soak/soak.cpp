@@ -1,0 +1,246 @@
+#include "soak.h"
+
+#include <malloc.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTimer>
+#include <utility>
+
+#include "appearance/tema.h"
+#include "boxanswers.h"
+#include "data/baglanmamodulu.h"
+#include "database/connection.h"
+#include "desktop/focus.h"
+#include "invariants.h"
+#include "runtime/screen.h"
+#include "runtime/screenregistry.h"
+#include "sales/satisekrani.h"
+
+namespace kovanix {
+
+namespace {
+
+constexpr std::size_t remembered = 20;   // actions
+constexpr int longestSettling = 2000;    // milliseconds
+constexpr int betweenWholeChecks = 100;  // actions
+constexpr double allowedGrowth = 0.05;
+
+/// What of the process lies in memory, in bytes. The heap gives back first what it only keeps in reserve: how
+/// much that is depends on the moment.
+qint64 residentMemory() {
+    malloc_trim(0);
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+}
+
+QString mebibytes(qint64 bytes) {
+    return QString::number(double(bytes) / (1024 * 1024), 'f', 1) + u" MiB";
+}
+
+/// Without a window manager none is active by itself when a box or another screen has gone: the one on top.
+void activateTopmost(Screen& till) {
+    Screen* topmost = &till;
+    for (Screen* screen : ScreenRegistry::all()) {
+        if (screen->isVisible())
+            topmost = screen;
+    }
+    topmost->activateWindow();
+}
+
+}  // namespace
+
+Soak::Soak(SoakPlan plan, BoxAnswers& boxes, QObject* parent)
+    : QObject(parent), m_plan(std::move(plan)), m_boxes(boxes) {
+    m_boxes.askFor([this](const QMessageBox& box) {
+        return m_cashier && !m_ended ? m_cashier->answer(box) : std::nullopt;
+    });
+    // At once: the box of an uncaught failure is the last thing that its process shows.
+    connect(&m_boxes, &BoxAnswers::opened, this, [this] {
+        if (m_cashier && !m_boxes.failures().isEmpty())
+            breakOff(m_boxes.failures().constLast());
+    });
+    for (const WindowRow& row : m_plan.windows)
+        m_names.append(row.name);
+    m_names.append(QStringLiteral("satisekrani"));
+    setThemeBeep([] {});
+}
+
+Soak::~Soak() {
+    m_boxes.askFor({});
+    setThemeBeep({});
+}
+
+void Soak::start() {
+    m_clock.start();
+    m_boxesBefore = m_boxes.answered();
+    const ConnectionString shop = ConnectionString::parse(baglantiyazisi());
+    m_ledger = std::make_unique<ShopLedger>(shop.dataSource, shop.password);
+    // Not at once: the event loop, which finished ends, may not run yet.
+    const QStringList faults = m_boxes.failures() + QStringList{m_ledger->trouble()};
+    QTimer::singleShot(0, this, [this, fault = faults.constFirst()] {
+        if (!fault.isEmpty()) {
+            breakOff(fault);
+            return;
+        }
+        m_cashier =
+            std::make_unique<Cashier>(m_plan.seed, *m_ledger, m_plan.windows, [this](const QString& what) {
+                m_last.push_back(QString::number(m_number) + u' ' + what);
+                if (m_last.size() > remembered)
+                    m_last.pop_front();
+                Q_EMIT acting(m_number, what);
+            });
+        turn();
+    });
+}
+
+/// Judges the last action and makes the next one.
+void Soak::turn() {
+    if (m_ended)
+        return;
+    const bool settling = isSettling();
+    if (!settling && m_deed)
+        breakOff(fault());
+    if (!settling && !m_ended && m_number == m_plan.actions) {
+        breakOff(endFault());
+        end();
+    }
+    if (m_ended)
+        return;
+    if (!settling) {
+        ++m_number;
+        m_deed = &m_cashier->act();
+    }
+    QTimer::singleShot(settling ? 1 : 0, this, &Soak::turn);
+}
+
+/// Whether the screens aren't ready for the next action yet: a box is to be answered, or the window system
+/// has still to bring another window to the front. A minimised till is fetched back by nobody.
+bool Soak::isSettling() {
+    auto& till = screen<satisekrani>();
+    if (till.isMinimized())
+        restore(till);
+    const QWidget* active = QApplication::activeWindow();
+    const bool arrived = !m_deed || !m_deed->until || m_deed->until();
+    if (!QApplication::activeModalWidget() && arrived && active &&
+        (active != &till || QApplication::focusWidget())) {
+        m_settleDeadline = QDeadlineTimer(QDeadlineTimer::Forever);
+        return false;
+    }
+    if (m_settleDeadline.isForever())
+        m_settleDeadline = QDeadlineTimer(longestSettling);
+    if (!active)
+        activateTopmost(till);
+    if (m_settleDeadline.hasExpired())
+        breakOff(!arrived ? QStringLiteral("the other screen doesn't come to the front, or doesn't go")
+                 : QApplication::activeModalWidget() ? QStringLiteral("a box or dialog stays open")
+                                                     : QStringLiteral("nothing has the focus"));
+    return true;
+}
+
+QString Soak::fault() {
+    const auto& till = screen<satisekrani>();
+    if (!m_deed->box.isEmpty() && m_deed->shownBox != m_deed->box)
+        return u"the message box " + m_deed->box + u" didn't come";
+    const TillView after = viewOf(till);
+    for (const auto& found :
+         {moneyFault(*m_deed, after), ticketFault(*m_deed, after), focusFault(*m_deed, till),
+          windowFault(m_names), valueFault(till), m_deed->also ? m_deed->also() : QString()}) {
+        if (!found.isEmpty())
+            return found;
+    }
+    if (const QString inFile = m_ledger->fault(*m_deed); !inFile.isEmpty())
+        return inFile;
+    if (m_number == m_plan.settled)
+        m_settledMemory = residentMemory();
+    const QString receipt = receiptFault();
+    return receipt.isEmpty() && m_number % betweenWholeChecks == 0 ? m_ledger->wholeFault() : receipt;
+}
+
+/// One receipt for each sale that is printed, none for any other action.
+QString Soak::receiptFault() {
+    QDir folder(m_plan.receipts);
+    const QFileInfoList printed = folder.entryInfoList({QStringLiteral("*.pdf")}, QDir::Files);
+    if (printed.size() != (m_deed->prints ? 1 : 0))
+        return QString::number(printed.size()) + u" receipts were printed";
+    if (!m_deed->prints)
+        return {};
+    ++m_receipts;
+    const QString text = screen<satisekrani>().ui.Text33->text();
+    if (printed.constFirst().size() == 0 || !text.contains(u"TOPLAM TUTAR  :\t" + m_deed->before.total))
+        return QStringLiteral("the receipt lacks the total");
+    folder.remove(printed.constFirst().fileName());
+    return {};
+}
+
+/// The whole file once more, and the memory: what grows with the actions would end the day before the cashier
+/// does.
+QString Soak::endFault() {
+    if (m_number > m_plan.settled)
+        m_endMemory = residentMemory();
+    const QString inFile = m_ledger->wholeFault();
+    return inFile.isEmpty() && memoryGrowth() > allowedGrowth ? u"memory isn't what it was: " + memoryText()
+                                                              : inFile;
+}
+
+double Soak::memoryGrowth() const {
+    return m_endMemory == 0 ? 0 : double(m_endMemory - m_settledMemory) / double(m_settledMemory);
+}
+
+QString Soak::memoryText() const {
+    if (m_endMemory == 0)
+        return QStringLiteral("compared only beyond %1 actions").arg(m_plan.settled);
+    return mebibytes(m_settledMemory) + QStringLiteral(" resident after %1 actions, ").arg(m_plan.settled) +
+           mebibytes(m_endMemory) + u" at the end (" + QString::number(100 * memoryGrowth(), 'f', 2) +
+           u" % more)";
+}
+
+void Soak::breakOff(const QString& fault) {
+    if (fault.isEmpty() || m_ended)
+        return;
+    m_fault = QString(fault).replace(u'\n', QStringLiteral("\\n"));
+    end();
+}
+
+void Soak::end() {
+    if (std::exchange(m_ended, true))
+        return;
+    m_seconds = double(m_clock.elapsed()) / 1000;
+    Q_EMIT finished();
+}
+
+QStringList Soak::report() const {
+    if (!held()) {
+        QStringList lines{QStringLiteral("soak: broken at action %1 of %2, seed %3: ")
+                              .arg(m_number)
+                              .arg(m_plan.actions)
+                              .arg(m_plan.seed) +
+                          m_fault};
+        for (const QString& action : m_last)
+            lines.append(u"  " + action);
+        return lines;
+    }
+    const QStringList never = m_cashier->neverMade();
+    QStringList lines{
+        QStringLiteral("soak: %1 actions of %2 kinds, seed %3, %4 s: everything held")
+            .arg(m_number)
+            .arg(m_cashier->kinds() - never.size())
+            .arg(m_plan.seed)
+            .arg(m_seconds, 0, 'f', 1),
+        QStringLiteral("  %1 sales of %2 lines, %3 receipts, %4 products made, %5 boxes answered")
+            .arg(m_ledger->sales())
+            .arg(m_ledger->linesStored())
+            .arg(m_receipts)
+            .arg(m_ledger->productsMade())
+            .arg(m_boxes.answered() - m_boxesBefore),
+        u"  memory " + memoryText()};
+    if (!never.isEmpty())
+        lines.append(u"  never made: " + never.join(QStringLiteral(", ")));
+    return lines;
+}
+
+}  // namespace kovanix

@@ -1,0 +1,156 @@
+#include "windows.h"
+
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QKeySequence>
+#include <QLineEdit>
+
+#include "cashier.h"
+#include "hands.h"
+#include "player.h"
+#include "runtime/screen.h"
+#include "widgets/caption.h"
+
+namespace kovanix {
+
+namespace {
+
+Screen* front() {
+    return qobject_cast<Screen*>(QApplication::activeWindow());
+}
+
+bool isInFront(const QString& name) {
+    return front() && controlKind(*front()) == name;
+}
+
+/// The control of that name on the screen in front, where a pointer can get at it; the screen without a name.
+QWidget* pressable(const QString& name) {
+    if (!front() || name.isEmpty())
+        return front();
+    auto* control = front()->findChild<QWidget*>(name);
+    return control && canPress(*control) ? control : nullptr;
+}
+
+bool isKey(const QString& exit) {
+    return exit == u"Escape" || exit == u"X";
+}
+
+/// The screen that stands open behind the counter, as a screen does whose own screen has gone.
+Screen* openBehind(const Screen& till) {
+    for (Screen* screen : ScreenRegistry::all()) {
+        if (front() == &till && screen != &till && screen->isVisible())
+            return screen;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+const std::vector<WindowRow>& knownWindows() {
+    using enum WindowRow::Gesture;
+    const QString sales = QStringLiteral("satisekrani");
+    // Left alone: the calculator and the manual of the menu, which start other programs, and the total's
+    // colour dialogs.
+    static const std::vector<WindowRow> rows{
+        {"menu",
+         {{sales, "vkCommand1"}, {sales, "F7", key}},
+         {"kapat", "Escape", "X"},
+         {"vkCommand2", "vkCommand10"},
+         {"MSG_GIRIS_EKRANINA_DON", "PROGRAM_KAPAT_SORU"}},
+        {"hallimzda",
+         {{sales, "vkCommand4"}, {sales, "F8", key}},
+         {"urunbulunamadikapat", "Escape", "X"},
+         {"Image1"}},
+        {"ekoz", {{"hallimzda", "vkCommand1"}}, {"vkCommand3", "Escape", "X"}, {"vkCommand1"}},
+        {"tema",
+         {{"menu", "vkCommand1"}},
+         {"vkCommand1", "X"},
+         {"resim1", "resim2", "resim3", "resim4", "temaac"},
+         {"MSG_TEMA_ONAY"}},
+        {"toplamtema",
+         {{sales, "toplam", rightPress}, {"tema", "vkCommand2"}},
+         {"vkCommand5", "X"},
+         {"vkCommand1", "vkCommand2", "vkCommand3", "vkCommand4", "vkCommand6", "vkCommand7", "vkCommand8",
+          "vkCommand9", "temakaydetme", "Frame2", "Frame3"},
+         {"MSG_KAYDET_ONAY"}},
+        {"saatt", {{sales, "saat", doublePress}}, {"", "Escape", "X"}},
+    };
+    return rows;
+}
+
+void Cashier::addWindows(const std::vector<WindowRow>& rows) {
+    for (const WindowRow& row : rows)
+        addWindow(row);
+    const auto typable = [this]() -> QLineEdit* {
+        return atCounter() ? nullptr : qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    };
+    add(
+        "typed into a screen", 30, 0, [typable] { return typable() != nullptr; },
+        [=, this] {
+            typeInto(typable(), anyOf({hostile(), number()}));
+        });
+    add(
+        "back to an open screen", 60, 0, [this] { return openBehind(m_till) != nullptr; },
+        [this] {
+            announce(u"goes back to " + controlKind(*openBehind(m_till)));
+            m_deed.until = [this] { return !atCounter(); };
+            openBehind(m_till)->activateWindow();
+        });
+}
+
+void Cashier::addWindow(const WindowRow& row) {
+    using Gesture = WindowRow::Gesture;
+    const QString& name = row.name;
+    for (const WindowRow::Way& way : row.ways) {
+        const bool byKey = way.gesture == Gesture::key;
+        const Test possible = [=, this] {
+            return isInFront(way.from) && (byKey ? ui.barkod->hasFocus() : pressable(way.control) != nullptr);
+        };
+        add(way.control + u" of " + way.from, way.from == u"satisekrani" ? 3 : 15, 0, possible, [=, this] {
+            announce(u"opens " + name + u" by " + way.control);
+            m_deed.until = [name] { return isInFront(name); };
+            if (byKey)
+                sendKey(QKeySequence(way.control)[0].key());
+            else if (way.gesture == Gesture::doublePress)
+                pressTwice(*pressable(way.control));
+            else
+                pressOn(*pressable(way.control),
+                        way.gesture == Gesture::rightPress ? Qt::RightButton : Qt::LeftButton);
+        });
+    }
+    for (const QString& exit : row.exits) {
+        const Test possible = [=] { return isInFront(name) && (isKey(exit) || pressable(exit)); };
+        add(u'"' + exit + u"\" of " + name, 10, toBarcode, possible, [=, this] {
+            announce(u"leaves " + name + u" by \"" + exit + u'"');
+            m_deed.until = [name] { return !isInFront(name); };
+            if (exit == u"X")
+                front()->close();
+            else if (exit == u"Escape")
+                sendKey(Qt::Key_Escape);
+            else
+                pressOn(*pressable(exit));
+        });
+    }
+    for (const QString& control : row.harmless) {
+        const Test possible = [=] { return isInFront(name) && pressable(control); };
+        add(control + u" of " + name, 8, 0, possible, [=, this, asks = row.mayAsk] {
+            m_deed.mayAsk = asks;
+            press(pressable(control))();
+        });
+    }
+    if (row.choosing.isEmpty())
+        return;
+    // Where it hits a row, the screen goes.
+    add(
+        u"choice in " + name, 40, aLine, [=] { return isInFront(name); },
+        [=, this, list = row.choosing] {
+            announce(u"presses twice in " + list);
+            m_deed.until = [this] { return m_till.kontorsat.interval() == 0; };
+            QWidget& area = *front()->findChild<QAbstractScrollArea*>(list)->viewport();
+            const QPoint place(m_random.between(0, area.width()), m_random.between(0, area.height()));
+            if (canPress(area, place))
+                pressTwice(area, place);
+        });
+}
+
+}  // namespace kovanix
