@@ -79,6 +79,7 @@ public:
 
 private:
     friend class Recordset;
+    friend class RowSet;
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -11,12 +11,12 @@ namespace kovanix {
 
 class Connection;
 
-/// The rows of a list, read once and kept: sorting, filtering and finding work on them in memory and never ask
-/// the database again.
+/// The rows of a list, read once and kept: sorting, filtering and finding work on them in memory and never
+/// ask the database again.
 ///
-/// Rows are numbered twice. A *place* counts the rows that the filter lets through, in the order in force: that
-/// is what a list shows. The current row is kept by its identity, so that it is the same row after a sort, a
-/// filter or a refresh, as long as it is there.
+/// Rows are numbered twice. A *place* counts the rows that the filter lets through, in the order in force:
+/// that is what a list shows. The current row is kept by its identity, so that it is the same row after a
+/// sort, a filter or a refresh, as long as it is there.
 ///
 /// Every operation throws a RuntimeError where it says so; a failed one leaves everything as it was.
 class RowSet {
@@ -54,7 +54,8 @@ public:
     /// A cell: text, number (double or qint64) or null as stored. A cell of another type than its column's is
     /// given as it is.
     QVariant value(qsizetype place, int field) const;
-    /// A cell as bare text: numbers as the shop writes them without a format ("12,5"), a moment as it is shown
+    /// A cell as bare text: numbers as the shop writes them without a format ("12,5"), a moment as it is
+    /// shown
     /// ("03.05.2026 10:15:00"), null as the empty text.
     QString text(qsizetype place, int field) const;
 
@@ -70,17 +71,17 @@ public:
 
     // --- order and choice
     /// Orders the rows by a field: "urun ASC", "no DESC"; the empty text gives the order of entry. Texts in
-    /// Turkish alphabetical order with letter case ignored, empty and null first when ascending, ties in order
-    /// of entry whichever the direction.
+    /// Turkish alphabetical order with letter case ignored, empty and null first when ascending, ties in
+    /// order of entry whichever the direction.
     /// @throws RuntimeError (databaseFailure) for an unknown field or direction; the former order stays
     void setSort(const QString& sort);
     const QString& sort() const;
 
     /// Lets through the rows that a filter matches; an empty one all of them.
     ///
-    /// A number column (not a counter) compares as a number where the pattern has no wildcard; a pattern that is
-    /// no number there refuses the whole filter. A counter compares its digits as text where the pattern has
-    /// wildcards, else as a number. A moment is matched as it is shown.
+    /// A number column (not a counter) compares as a number where the pattern has no wildcard; a pattern that
+    /// is no number there refuses the whole filter. A counter compares its digits as text where the pattern
+    /// has wildcards, else as a number. A moment is matched as it is shown.
     /// @throws RuntimeError (databaseFailure) for an unknown field or a refused term; the former filter stays
     void setFilter(const RowFilter& filter);
 

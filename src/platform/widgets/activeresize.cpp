@@ -4,12 +4,11 @@
 #include <QFont>
 #include <QFormLayout>
 #include <QGridLayout>
-#include <QHeaderView>
-#include <QTableView>
 #include <algorithm>
 #include <cmath>
 
 #include "widgets/drawnbutton.h"
+#include "widgets/tdbgrid.h"
 #include "widgets/vsflexgrid.h"
 
 namespace kovanix {
@@ -81,6 +80,7 @@ QSize ActiveResize::minimumSizeHint() const {
 void ActiveResize::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     applyScale();
+    reportSize();
 }
 
 void ActiveResize::showEvent(QShowEvent* event) {
@@ -88,6 +88,16 @@ void ActiveResize::showEvent(QShowEvent* event) {
     // Controls that came since the last scaling.
     m_scaledOnce = false;
     applyScale();
+    reportSize();
+}
+
+void ActiveResize::reportSize() {
+    if (!isVisible() || size() == m_reportedSize)
+        return;
+    m_reportedSize = size();
+    if (layout())
+        layout()->activate();
+    Q_EMIT resized(m_reportedSize);
 }
 
 void ActiveResize::applyScale() {
@@ -126,6 +136,9 @@ void ActiveResize::record(QWidget& parent, std::vector<QWidget*>& controls, std:
     controls.push_back(&parent);
     if (QLayout* layout = parent.layout())
         recordLayout(*layout, layouts);
+    // A list grid's parts take their sizes from the scale that it is given.
+    if (qobject_cast<TDBGrid*>(&parent))
+        return;
     const QObjectList children = parent.children();
     for (QObject* child : children) {
         auto* control = qobject_cast<QWidget*>(child);
@@ -177,8 +190,6 @@ void ActiveResize::recordControl(QWidget& control) {
     design.maximum = control.maximumSize();
     if (const auto* grid = qobject_cast<const VSFlexGrid*>(&control))
         design.rowHeight = grid->rowHeight();
-    else if (const auto* table = qobject_cast<const QTableView*>(&control))
-        design.rowHeight = table->verticalHeader()->defaultSectionSize();
 }
 
 void ActiveResize::recordLayout(QLayout& layout, std::vector<QLayout*>& layouts) {
@@ -221,12 +232,10 @@ void ActiveResize::scaleControl(QWidget& control, const ControlDesign& design) {
         control.setMinimumSize(minimum);
     if (control.maximumSize() != maximum)
         control.setMaximumSize(maximum);
-    if (design.rowHeight <= 0)
-        return;
-    if (auto* grid = qobject_cast<VSFlexGrid*>(&control))
+    if (auto* list = qobject_cast<TDBGrid*>(&control))
+        list->setScale(m_scale);
+    else if (auto* grid = qobject_cast<VSFlexGrid*>(&control))
         grid->setRowHeight(scaledLength(design.rowHeight, m_scale));
-    else if (auto* table = qobject_cast<QTableView*>(&control))
-        table->verticalHeader()->setDefaultSectionSize(scaledLength(design.rowHeight, m_scale));
 }
 
 void ActiveResize::scaleLayout(QLayout& layout, const LayoutDesign& design) {

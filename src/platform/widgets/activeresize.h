@@ -47,6 +47,10 @@ public:
 
 Q_SIGNALS:
     void scaled(double scale);
+    /// It has a size that it had not when this was last emitted, the same scale or not; the controls stand
+    /// where they belong at that size. Nothing is emitted while it isn't shown: the first showing tells its
+    /// size.
+    void resized(QSize size);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -78,6 +82,7 @@ private:
     };
 
     void applyScale();
+    void reportSize();
     void record(QWidget& parent, std::vector<QWidget*>& controls, std::vector<QLayout*>& layouts);
     void recordControl(QWidget& control);
     FontSize designFontSize(const QWidget& control) const;
@@ -87,6 +92,7 @@ private:
     void scaleLayout(QLayout& layout, const LayoutDesign& design);
 
     QSize m_designSize{1024, 768};
+    QSize m_reportedSize;
     double m_scale = 1.0;
     bool m_resizing = true;
     bool m_scaledOnce = false;

@@ -1,42 +1,381 @@
 #include "widgets/tdbgrid.h"
 
-#include <QHeaderView>
-#include <QStandardItemModel>
+#include <QScrollBar>
+#include <algorithm>
+#include <cmath>
+
+#include "runtime/runtimeerror.h"
+#include "widgets/adodc.h"
+#include "widgets/filterbar.h"
+#include "widgets/gridbands.h"
+#include "widgets/gridcell.h"
+#include "widgets/gridmodel.h"
 
 namespace kovanix {
+namespace {
 
-TDBGrid::TDBGrid(QWidget* parent) : QTableView(parent), m_headings(new QStandardItemModel(this)) {
-    setModel(m_headings);
+constexpr int badIndex = 381;
+// What the last column keeps of the width where the others ask for all of it.
+constexpr double smallestRest = 0.08;
+
+}  // namespace
+
+TDBGrid::TDBGrid(QWidget* parent)
+    : QAbstractItemView(parent),
+      m_rows(new GridModel(*this)),
+      m_heading(new GridHeading(*this, m_layout)),
+      m_filterBar(new FilterBar(this, m_layout)),
+      m_footer(new GridFooter(*this, m_layout)),
+      m_rim(new GridRim(this, m_layout)),
+      m_aboveBar(new QWidget(this)),
+      m_belowBar(new QWidget(this)) {
+    setFrameShape(QFrame::NoFrame);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setAlternatingRowColors(true);
     setTabKeyNavigation(false);
-    verticalHeader()->hide();
+    setAutoScroll(false);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setModel(m_rows);
+    addScrollBarWidget(m_aboveBar, Qt::AlignTop);
+    addScrollBarWidget(m_belowBar, Qt::AlignBottom);
+    verticalScrollBar()->setSingleStep(1);
+    // Every pixel is painted by us.
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->setMouseTracking(true);
+
+    connect(m_heading, &GridHeading::pressed, this, &TDBGrid::headClick);
+    connect(m_filterBar, &FilterBar::typed, this, &TDBGrid::typedInto);
+    connect(m_filterBar, &FilterBar::entered, this, &TDBGrid::enteredIn);
+    connect(m_filterBar, &FilterBar::leftForRows, this, [this] { setFocus(Qt::OtherFocusReason); });
+    connect(this, &QObject::objectNameChanged, this, &TDBGrid::nameParts);
+    layOutBands();
 }
 
-void TDBGrid::setModel(QAbstractItemModel* model) {
-    QTableView::setModel(model);
-    // The headings outlive any change of the rows' source.
-    if (model != m_headings)
-        horizontalHeader()->setModel(m_headings);
+TDBGrid::~TDBGrid() = default;
+
+void TDBGrid::check(int index) const {
+    if (index < 0 || index >= columnCount())
+        throw RuntimeError(badIndex, QStringLiteral("Invalid property array index"),
+                           QStringLiteral("TDBGrid"));
 }
 
-int TDBGrid::columnCount() const {
-    return m_headings->columnCount();
+GridColumn& TDBGrid::column(int index) {
+    check(index);
+    return *m_columns[static_cast<size_t>(index)];
+}
+
+const GridColumn& TDBGrid::column(int index) const {
+    check(index);
+    return *m_columns[static_cast<size_t>(index)];
+}
+
+void TDBGrid::setColumnCount(int count) {
+    if (count == columnCount())
+        return;
+    while (columnCount() > count)
+        m_columns.pop_back();
+    while (columnCount() < count)
+        m_columns.push_back(std::unique_ptr<GridColumn>(new GridColumn(*this, columnCount())));
+    m_col = std::clamp(m_col, 0, std::max(0, count - 1));
+    m_filterBar->setCount(count);
+    showRows();
+    layOutColumns();
+}
+
+GridColumn& TDBGrid::addColumn(const QString& caption, const QString& dataField, int width,
+                               const QString& format) {
+    setColumnCount(columnCount() + 1);
+    GridColumn& added = *m_columns.back();
+    added.setCaption(caption);
+    added.setDataField(dataField);
+    added.setWidth(width);
+    added.setFormat(format);
+    return added;
 }
 
 void TDBGrid::setColumnCaptions(const QStringList& captions) {
-    m_headings->setColumnCount(static_cast<int>(captions.size()));
-    m_headings->setHorizontalHeaderLabels(captions);
+    setColumnCount(static_cast<int>(captions.size()));
+    for (int index = 0; index < columnCount(); ++index)
+        column(index).setCaption(captions[index]);
 }
 
-QString TDBGrid::columnCaption(int column) const {
-    return m_headings->headerData(column, Qt::Horizontal).toString();
+void TDBGrid::captionChanged(int index) {
+    m_filterBar->cell(index).setAccessibleName(column(index).caption());
+    m_rows->captionChanged(index);
+    m_heading->update();
+    m_footer->update();
 }
 
-void TDBGrid::setColumnCaption(int column, const QString& text) {
-    m_headings->setHeaderData(column, Qt::Horizontal, text);
+void TDBGrid::nameParts() {
+    m_filterBar->setCellNames(objectName());
+}
+
+Adodc* TDBGrid::dataSource() const {
+    return m_rows->source();
+}
+
+void TDBGrid::setDataSource(Adodc& source) {
+    if (Adodc* before = dataSource(); before != &source) {
+        if (before)
+            before->disconnect(this);
+        m_rows->setSource(&source);
+        connect(&source, &Adodc::rowsChanged, this, &TDBGrid::showRows);
+        connect(&source, &Adodc::currentChanged, this, &TDBGrid::followCurrent);
+        connect(&source, &QObject::destroyed, this, &TDBGrid::showRows);
+    }
+    showRows();
+}
+
+void TDBGrid::refresh() {
+    showRows();
+}
+
+int TDBGrid::currentRow() const {
+    const Adodc* source = dataSource();
+    if (!source)
+        return -1;
+    const qsizetype current = source->recordset().current();
+    return current < m_rows->rowCount() ? static_cast<int>(current) : -1;
+}
+
+void TDBGrid::showRows() {
+    // The current row stays at its height in the view, wherever a new order or choice has put it.
+    const int before = currentIndex().row();
+    const int height = before >= 0 && isInSight(before) ? before - firstRow() : -1;
+    m_rows->reload();
+    for (int index = 0; index < columnCount(); ++index)
+        m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
+    updateGeometries();
+    if (const int current = currentRow(); current >= 0 && height >= 0)
+        verticalScrollBar()->setValue(current - height);
+    followCurrent();
+    m_heading->update();
+    viewport()->update();
+}
+
+void TDBGrid::followCurrent() {
+    const int row = currentRow();
+    if (row >= m_rows->rowCount())
+        return;
+    m_following = true;
+    const QModelIndex index = row < 0 ? QModelIndex() : m_rows->index(row, m_col);
+    if (index.isValid())
+        selectionModel()->setCurrentIndex(index,
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    else
+        selectionModel()->clear();
+    m_following = false;
+    if (row >= 0)
+        bringIntoSight(row);
+}
+
+/// Whoever makes another cell the current one: a press, a key, an assistive tool.
+void TDBGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QAbstractItemView::currentChanged(current, previous);
+    if (previous.isValid())
+        viewport()->update(rowRect(previous.row()));
+    if (!current.isValid())
+        return;
+    viewport()->update(rowRect(current.row()));
+    m_col = current.column();
+    if (!m_following && dataSource() && dataSource()->recordset().current() != current.row())
+        dataSource()->setCurrent(current.row());
+}
+
+void TDBGrid::moveTo(int row, int column) {
+    m_col = column;
+    if (row < 0 || row >= m_rows->rowCount())
+        return;
+    selectionModel()->setCurrentIndex(m_rows->index(row, column),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    bringIntoSight(row);
+}
+
+void TDBGrid::setCol(int index) {
+    check(index);
+    m_col = index;
+    followCurrent();
+}
+
+void TDBGrid::setEditActive(bool active) {
+    if (!active) {
+        if (m_filterBar->isAncestorOf(focusWidget() ? focusWidget() : this))
+            setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    if (m_typingColumn < 0 || m_typingColumn >= m_filterBar->count())
+        return;
+    FilterCell& cell = m_filterBar->cell(m_typingColumn);
+    if (cell.hasFocus())
+        return;
+    const int caret = cell.cursorPosition();
+    cell.setFocus(Qt::OtherFocusReason);
+    cell.setCursorPosition(caret);
+}
+
+void TDBGrid::setSortMark(int index, Qt::SortOrder order) {
+    if (index >= 0)
+        check(index);
+    m_heading->setSortMark(index, order);
+}
+
+void TDBGrid::setFilterBar(bool shown) {
+    m_filterBarShown = shown;
+    layOutBands();
+}
+
+void TDBGrid::setFilterRefused(int index, bool refused) {
+    check(index);
+    m_filterBar->cell(index).setRefused(refused);
+}
+
+bool TDBGrid::isFilterRefused(int index) const {
+    check(index);
+    return m_filterBar->cell(index).isRefused();
+}
+
+QStringList TDBGrid::footerTexts() const {
+    QStringList texts;
+    for (const auto& shown : m_columns)
+        texts << shown->footerText();
+    return texts;
+}
+
+void TDBGrid::setFooterTotal(int index) {
+    m_footer->setTotalColumn(index);
+}
+
+void TDBGrid::setFooterNote(const QString& text) {
+    m_footer->setNote(text);
+}
+
+void TDBGrid::setEmptyState(const EmptyState& state) {
+    m_emptyState = state;
+    viewport()->update();
+}
+
+void TDBGrid::setNoMatchState(const EmptyState& state) {
+    m_noMatchState = state;
+    viewport()->update();
+}
+
+void TDBGrid::setEditedRow(std::optional<qint64> identity) {
+    m_editedRow = identity;
+    if (const int row = editedPlace(); row >= 0)
+        bringIntoSight(row);
+    viewport()->update();
+}
+
+int TDBGrid::editedPlace() const {
+    return m_editedRow && dataSource() ? static_cast<int>(dataSource()->recordset().placeOf(*m_editedRow))
+                                       : -1;
+}
+
+void TDBGrid::setScale(double scale) {
+    if (scale == m_layout.scale)
+        return;
+    m_layout.scale = scale;
+    layOutBands();
+    layOutColumns();
+}
+
+bool TDBGrid::hasFilterTexts() const {
+    return std::any_of(m_columns.begin(), m_columns.end(),
+                       [](const auto& shown) { return !shown->filterText().trimmed().isEmpty(); });
+}
+
+// What a change of the rows' choice makes of the focus is this grid's to know: the screen asks for it with
+// setEditActive in its answer.
+void TDBGrid::typedInto(int column) {
+    m_typingColumn = column;
+    Q_EMIT filterChange();
+    m_typingColumn = -1;
+    viewport()->update();
+}
+
+void TDBGrid::enteredIn(int) {
+    if (m_rows->rowCount() != 1)
+        return;
+    moveTo(0, m_col);
+    Q_EMIT dblclick();
+}
+
+bool TDBGrid::searchFor(const QString& typed) {
+    if (!m_filterBarShown || typed.isEmpty())
+        return false;
+    const QChar first = typed.at(0);
+    const bool digit = first.isDigit() && m_scanColumn >= 0;
+    if (!digit && !first.isLetterOrNumber())
+        return false;
+    const int column = digit ? m_scanColumn : m_nameColumn;
+    if (column < 0 || column >= m_filterBar->count())
+        return false;
+    for (int other = 0; digit && other < m_filterBar->count(); ++other)
+        m_filterBar->setText(other, {});
+    m_filterBar->setText(column, {});
+    FilterCell& cell = m_filterBar->cell(column);
+    cell.setFocus(Qt::OtherFocusReason);
+    cell.insert(typed);
+    return true;
+}
+
+void TDBGrid::layOutBands() {
+    const int left = 1;
+    const int across = std::max(0, width() - 2);
+    const int target = m_layout.target();
+    const bool footers = std::any_of(m_columns.begin(), m_columns.end(),
+                                     [](const auto& c) { return !c->footerText().isEmpty(); });
+    const int above = 1 + target + (m_filterBarShown ? target : 0);
+    const int below = footers ? m_layout.footer() : 0;
+    m_heading->setGeometry(left, 1, across, target);
+    m_filterBar->setGeometry(left, 1 + target, across, target);
+    m_filterBar->setVisible(m_filterBarShown);
+    m_footer->setGeometry(left, height() - 1 - below, across, below);
+    m_footer->setVisible(footers);
+    m_footer->update();
+    m_aboveBar->setFixedHeight(above);
+    m_belowBar->setFixedHeight(below + 1);
+    if (m_styledScale != m_layout.scale) {
+        m_styledScale = m_layout.scale;
+        verticalScrollBar()->setStyleSheet(scrollBarStyle(m_layout.scale));
+    }
+    const QMargins margins(left, above, 0, below + 1);
+    if (viewportMargins() != margins)
+        setViewportMargins(margins);
+    m_heading->raise();
+    m_filterBar->raise();
+    m_footer->raise();
+    m_rim->layOut();
+    m_rim->update();
+}
+
+void TDBGrid::layOutColumns() {
+    const int room = viewport()->width();
+    double asked = 0;
+    for (size_t index = 0; index + 1 < m_columns.size(); ++index)
+        asked += std::max(0, m_columns[index]->width());
+    const double most = room * (1 - smallestRest);
+    const double factor = asked > most ? most / asked : 1.0;
+    m_layout.edges.assign(1, 0);
+    double edge = 0;
+    for (size_t index = 0; index < m_columns.size(); ++index) {
+        edge += std::max(0, m_columns[index]->width()) * factor;
+        m_layout.edges.push_back(index + 1 == m_columns.size() ? room : static_cast<int>(std::lround(edge)));
+    }
+    m_filterBar->layOut();
+    m_heading->update();
+    viewport()->update();
+}
+
+void TDBGrid::updateGeometries() {
+    QAbstractItemView::updateGeometries();
+    QScrollBar* bar = verticalScrollBar();
+    const int hidden = std::max(0, m_rows->rowCount() - visibleRows());
+    bar->setPageStep(visibleRows());
+    bar->setRange(0, hidden);
+    bar->setEnabled(hidden > 0);
 }
 
 }  // namespace kovanix

@@ -1,6 +1,5 @@
 #include "widgets/vsflexgrid.h"
 
-#include <QFontInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -11,6 +10,7 @@
 #include "runtime/runtimeerror.h"
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/gridcell.h"
 
 namespace kovanix {
 namespace {
@@ -22,15 +22,6 @@ constexpr int firstNumberColumn = 3;
 // What is kept for the columns that take the rest, where the others ask for more than there is.
 constexpr double smallestRest = 0.2;
 
-// Wide enough for a thumb.
-constexpr const char* scrollBarStyle =
-    "QScrollBar:vertical { width: 28px; background: #EDF0F4; border: none; margin: 0; }"
-    "QScrollBar::handle:vertical { background: #9BA8B7; border-radius: 8px; min-height: 52px; margin: 4px "
-    "6px; }"
-    "QScrollBar::handle:vertical:pressed { background: #6C7B8D; }"
-    "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
-    "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }";
-
 [[noreturn]] void throwBadIndex() {
     throw RuntimeError(badIndex, QStringLiteral("Invalid property array index"),
                        QStringLiteral("VSFlexGrid"));
@@ -40,56 +31,22 @@ Qt::Alignment startAlignment(int column) {
     return (column >= firstNumberColumn ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
-// Shares of the ordinary size: two lines of a name fit into a row, and a number can still be read.
-constexpr double nameInTwoLines = 0.84;
-constexpr double smallestNumber = 0.6;
-
-/// The ordinary font at a share of its size.
-QFont smallerFont(const QFont& ordinary, double share) {
-    QFont smaller = ordinary;
-    smaller.setPixelSize(std::max(static_cast<int>(QFontInfo(ordinary).pixelSize() * share), 6));
-    return smaller;
-}
-
-/// A number that lost its end would be another number: one that doesn't fit shows as signs that stand for
-/// none.
-QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width) {
-    if (metrics.horizontalAdvance(text) <= width)
-        return text;
-    const QChar sign = u'#';
-    return QString(std::max(1, width / metrics.horizontalAdvance(sign)), sign);
-}
-
-/// A name that is too long breaks into two lines between words; a second line that is still too long loses
-/// its middle, since sizes stand at the end of names.
-QString inTwoLines(const QString& text, const QFontMetrics& metrics, int width) {
-    qsizetype end = -1;
-    for (qsizetype blank = text.indexOf(u' '); blank >= 0; blank = text.indexOf(u' ', blank + 1)) {
-        if (metrics.horizontalAdvance(text.left(blank)) > width)
-            break;
-        end = blank;
-    }
-    if (end < 0 || metrics.horizontalAdvance(text) <= width)
-        return metrics.elidedText(text, Qt::ElideMiddle, width);
-    return text.left(end) + u'\n' + metrics.elidedText(text.mid(end + 1), Qt::ElideMiddle, width);
-}
-
 }  // namespace
 
 VSFlexGrid::VSFlexGrid(QWidget* parent) : QAbstractScrollArea(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setFrameStyle(static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    verticalScrollBar()->setStyleSheet(QString::fromLatin1(scrollBarStyle));
+    verticalScrollBar()->setStyleSheet(scrollBarStyle());
     QPalette colors = palette();
-    colors.setColor(QPalette::Base, Qt::white);
-    colors.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFB));
-    colors.setColor(QPalette::Text, QColor(0x1B, 0x27, 0x33));
-    colors.setColor(QPalette::Button, QColor(0x1F, 0x2D, 0x3D));
-    colors.setColor(QPalette::ButtonText, Qt::white);
-    colors.setColor(QPalette::Highlight, QColor(0x12, 0x5F, 0xE0));
-    colors.setColor(QPalette::Midlight, QColor(0xE3, 0xE8, 0xEE));
-    colors.setColor(QPalette::WindowText, QColor(0xB9, 0xC3, 0xCF));
+    colors.setColor(QPalette::Base, roleColor(ColorRole::card));
+    colors.setColor(QPalette::AlternateBase, roleColor(ColorRole::zebra));
+    colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
+    colors.setColor(QPalette::Button, roleColor(ColorRole::heading));
+    colors.setColor(QPalette::ButtonText, roleColor(ColorRole::headingInk));
+    colors.setColor(QPalette::Highlight, roleColor(ColorRole::focus));
+    colors.setColor(QPalette::Midlight, roleColor(ColorRole::rowLine));
+    colors.setColor(QPalette::WindowText, roleColor(ColorRole::edge));
     setPalette(colors);
     // Every pixel is painted by us.
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -477,30 +434,14 @@ void VSFlexGrid::paintLine(QPainter& painter, int row, const QRect& line) const 
 
 void VSFlexGrid::paintTexts(QPainter& painter, int row, const QColor& color) const {
     painter.setPen(color);
-    const QFont ordinary = painter.font();
-    const QFontMetrics metrics(ordinary);
     const std::vector<QString>& line = m_cells[static_cast<size_t>(row)];
     for (int column = 0; column < cols(); ++column) {
         const QString& text = line[static_cast<size_t>(column)];
         const QRect cell = cellRect(row, column).adjusted(cellPadding, 0, -cellPadding, 0);
-        if (text.isEmpty() || cell.width() <= 0)
-            continue;
-        const auto alignment = m_columns[static_cast<size_t>(column)].alignment;
-        const auto horizontal = static_cast<int>((alignment & Qt::AlignHorizontal_Mask).toInt());
-        const int width = metrics.horizontalAdvance(text);
-        if (width <= cell.width()) {
-            painter.drawText(cell, horizontal | Qt::AlignVCenter | Qt::TextSingleLine, text);
-            continue;
-        }
-        const bool isNumber = alignment.testFlag(Qt::AlignRight);
-        painter.setFont(smallerFont(
-            ordinary,
-            isNumber ? std::max(static_cast<double>(cell.width()) / width, smallestNumber) : nameInTwoLines));
-        const QFontMetrics smaller(painter.font());
-        painter.drawText(
-            cell, horizontal | Qt::AlignVCenter,
-            isNumber ? wholeNumber(text, smaller, cell.width()) : inTwoLines(text, smaller, cell.width()));
-        painter.setFont(ordinary);
+        const bool number = m_columns[static_cast<size_t>(column)].alignment.testFlag(Qt::AlignRight);
+        paintCellText(painter, cell, text,
+                      m_columns[static_cast<size_t>(column)].alignment & Qt::AlignHorizontal_Mask,
+                      number ? CellText::number : CellText::name);
     }
 }
 

@@ -1,0 +1,61 @@
+#include "widgets/adodc.h"
+
+#include "database/connection.h"
+#include "database/rowfilter.h"
+
+namespace kovanix {
+
+Adodc::Adodc(QWidget* parent) : QWidget(parent) {
+    setFixedSize(0, 0);
+    setFocusPolicy(Qt::NoFocus);
+    hide();
+}
+
+Adodc::~Adodc() = default;
+
+Connection& Adodc::connection() {
+    if (m_connection && m_connection->isOpen() && m_openedWith == m_connectionString)
+        return *m_connection;
+    auto opened = std::make_unique<Connection>();
+    opened->open(m_connectionString);
+    m_connection = std::move(opened);
+    m_openedWith = m_connectionString;
+    return *m_connection;
+}
+
+void Adodc::refresh() {
+    const QString sql = m_commandType == CommandType::table
+                            ? QStringLiteral("select * from ") + m_recordSource
+                            : m_recordSource;
+    if (!m_rows.read(connection(), sql))
+        return;
+    settleCurrent();
+    Q_EMIT rowsChanged();
+}
+
+void Adodc::setSort(const QString& sort) {
+    m_rows.setSort(sort);
+    settleCurrent();
+    Q_EMIT rowsChanged();
+}
+
+void Adodc::setFilter(const QString& filter) {
+    m_rows.setFilter(RowFilter::parse(filter));
+    settleCurrent();
+    Q_EMIT rowsChanged();
+}
+
+void Adodc::setCurrent(qsizetype place) {
+    m_chosen = place < 0 ? std::nullopt : std::optional(m_rows.identity(place));
+    if (place == m_rows.current())
+        return;
+    m_rows.setCurrent(place);
+    Q_EMIT currentChanged();
+}
+
+void Adodc::settleCurrent() {
+    const qsizetype chosen = m_chosen ? m_rows.placeOf(*m_chosen) : -1;
+    m_rows.setCurrent(chosen < 0 && m_rows.recordCount() > 0 ? 0 : chosen);
+}
+
+}  // namespace kovanix

@@ -1,0 +1,156 @@
+#include "widgets/gridcell.h"
+
+#include <QFontInfo>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "widgets/face.h"
+
+namespace kovanix {
+namespace {
+
+// Shares of the ordinary size: two lines of a name fit into a row, and a number can still be read.
+constexpr double nameInTwoLines = 0.84;
+constexpr double smallestNumber = 0.6;
+constexpr int smallestGlyphs = 6;
+// More than any cell has room for. A file may hold far longer texts, and every glyph measured costs time.
+constexpr qsizetype mostGlyphs = 1000;
+
+/// The ordinary font at a share of its size.
+QFont smallerFont(const QFont& ordinary, double share) {
+    QFont smaller = ordinary;
+    smaller.setPixelSize(std::max(static_cast<int>(QFontInfo(ordinary).pixelSize() * share), smallestGlyphs));
+    return smaller;
+}
+
+QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width) {
+    if (metrics.horizontalAdvance(text) <= width)
+        return text;
+    const QChar sign = u'#';
+    return QString(std::max(1, width / metrics.horizontalAdvance(sign)), sign);
+}
+
+/// Whether a blank stands between a number and the unit that ends the name: "400 g" stays together.
+bool holdsUnit(const QString& text, qsizetype blank) {
+    return blank > 0 && text[blank - 1].isDigit() && text.indexOf(u' ', blank + 1) < 0;
+}
+
+/// A second line that is still too long loses its middle, since sizes stand at the end of names.
+QString inTwoLines(const QString& text, const QFontMetrics& metrics, int width) {
+    if (metrics.horizontalAdvance(text) <= width)
+        return text;
+    qsizetype end = -1;
+    for (qsizetype blank = text.indexOf(u' '); blank >= 0; blank = text.indexOf(u' ', blank + 1)) {
+        if (metrics.horizontalAdvance(text.left(blank)) > width)
+            break;
+        if (end < 0 || !holdsUnit(text, blank))
+            end = blank;
+    }
+    if (end < 0)
+        return metrics.elidedText(text, Qt::ElideMiddle, width);
+    return text.left(end) + u'\n' + metrics.elidedText(text.mid(end + 1), Qt::ElideMiddle, width);
+}
+
+bool isDigits(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar letter) { return letter.isDigit(); });
+}
+
+/// Line ends would break the two lines that there is room for.
+QString onOneLine(const QString& text) {
+    QString line = text.size() > mostGlyphs ? text.left(mostGlyphs) + QChar(0x2026) : text;
+    for (QChar& letter : line) {
+        if (letter.isSpace() || letter == QChar::LineSeparator || letter == QChar::ParagraphSeparator)
+            letter = u' ';
+    }
+    return line;
+}
+
+QPen signPen(const QColor& color, double width) {
+    return {color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
+/// Paints in a square of 24 units.
+template <class Paint>
+void paintSign(QPainter& painter, const QRectF& box, const Paint& paint) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(box.topLeft());
+    painter.scale(box.width() / 24, box.height() / 24);
+    painter.setBrush(Qt::NoBrush);
+    paint();
+    painter.restore();
+}
+
+}  // namespace
+
+void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment horizontal,
+                   CellText kind) {
+    if (text.isEmpty() || cell.width() <= 0)
+        return;
+    const QString line = onOneLine(text);
+    const QFont ordinary = painter.font();
+    const auto flags = static_cast<int>(horizontal.toInt()) | Qt::AlignVCenter;
+    const int width = QFontMetrics(ordinary).horizontalAdvance(line);
+    if (width <= cell.width()) {
+        painter.drawText(cell, flags | Qt::TextSingleLine, line);
+        return;
+    }
+    // A barcode is no number, but one that lost a digit would be another product.
+    const bool shrinks = kind == CellText::number || isDigits(line);
+    painter.setFont(
+        smallerFont(ordinary, shrinks ? std::max(static_cast<double>(cell.width()) / width, smallestNumber)
+                                      : nameInTwoLines));
+    const QFontMetrics smaller(painter.font());
+    painter.drawText(cell, flags,
+                     kind == CellText::number ? wholeNumber(line, smaller, cell.width())
+                                              : inTwoLines(line, smaller, cell.width()));
+    painter.setFont(ordinary);
+}
+
+QString scrollBarStyle(double scale, Tone tone) {
+    const auto scaled = [scale](int length) {
+        return QString::number(static_cast<int>(std::lround(length * scale)));
+    };
+    const QColor line = roleColor(ColorRole::fieldLine, tone);
+    // The radius has to stay below half of the thumb, or the toolkit leaves the corners square.
+    return QStringLiteral(
+               "QScrollBar:vertical { width: %1px; background: %2; border: none; margin: 0; }"
+               "QScrollBar::handle:vertical { background: %3; border-radius: %4px; min-height: %5px; "
+               "margin: %6px %7px; }"
+               "QScrollBar::handle:vertical:pressed { background: %8; }"
+               "QScrollBar::handle:vertical:disabled { background: transparent; }"
+               "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+               "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }")
+        .arg(scaled(28), roleColor(ColorRole::ground, tone).name(),
+             mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), scaled(8), scaled(44), scaled(4),
+             scaled(6), line.name());
+}
+
+void paintMagnifier(QPainter& painter, const QRectF& box, const QColor& color) {
+    paintSign(painter, box, [&] {
+        painter.setPen(signPen(color, 2));
+        painter.drawEllipse(QPointF(10.5, 10.5), 6.8, 6.8);
+        painter.drawLine(QPointF(15.6, 15.6), QPointF(21, 21));
+    });
+}
+
+void paintCross(QPainter& painter, const QRectF& box, const QColor& color) {
+    paintSign(painter, box, [&] {
+        painter.setPen(signPen(color, 2.4));
+        painter.drawLine(QPointF(5, 5), QPointF(19, 19));
+        painter.drawLine(QPointF(19, 5), QPointF(5, 19));
+    });
+}
+
+void paintWarning(QPainter& painter, const QRectF& box, const QColor& color) {
+    paintSign(painter, box, [&] {
+        painter.setPen(signPen(color, 2));
+        painter.drawPolygon(QPolygonF({QPointF(12, 2.8), QPointF(22.2, 20.5), QPointF(1.8, 20.5)}));
+        painter.setPen(signPen(color, 2.6));
+        painter.drawLine(QPointF(12, 9.5), QPointF(12, 14.5));
+        painter.drawPoint(QPointF(12, 17.4));
+    });
+}
+
+}  // namespace kovanix

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QRectF>
+#include <QString>
+
+#include "widgets/look.h"
+
+class QPainter;
+
+namespace kovanix {
+
+// What the grids paint alike: the texts of their cells, their scroll bars, and the signs of lists.
+
+/// A name that is too long breaks into two smaller lines; a number shrinks, and shows as "###" where that is
+/// not enough, since one that lost its end would be another number.
+enum class CellText { name, number };
+
+/// Paints a text on one line of the cell, fitted to its width, in the painter's font and pen.
+/// @param cell  the room of the glyphs, padding taken off
+/// @param horizontal  Qt::AlignLeft, Qt::AlignRight or Qt::AlignHCenter
+void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment horizontal,
+                   CellText kind);
+
+/// The style sheet of a vertical scroll bar that is wide enough for a thumb. A bar that is disabled, because
+/// there is nothing to scroll, shows its track and no thumb.
+QString scrollBarStyle(double scale = 1.0, Tone tone = Tone::light);
+
+// The signs, each in a square box.
+void paintMagnifier(QPainter& painter, const QRectF& box, const QColor& color);
+void paintCross(QPainter& painter, const QRectF& box, const QColor& color);
+void paintWarning(QPainter& painter, const QRectF& box, const QColor& color);
+
+}  // namespace kovanix

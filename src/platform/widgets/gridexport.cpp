@@ -1,0 +1,97 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "runtime/runtimeerror.h"
+#include "widgets/gridmodel.h"
+#include "widgets/tdbgrid.h"
+
+namespace kovanix {
+namespace {
+
+constexpr int pathAccessError = 75;
+constexpr int pathNotFound = 76;
+constexpr qsizetype chunkSize = 1 << 16;
+
+[[noreturn]] void fail(const QSaveFile& file, const QString& path) {
+    const bool folder = QFileInfo(path).absoluteDir().exists();
+    throw RuntimeError(folder ? pathAccessError : pathNotFound, file.errorString(),
+                       QStringLiteral("TDBGrid"));
+}
+
+/// A text as HTML shows it. Characters that no HTML text may hold are left out.
+QString escaped(const QString& text) {
+    QString html;
+    html.reserve(text.size());
+    for (const QChar letter : text) {
+        if (letter == u'&')
+            html += u"&amp;";
+        else if (letter == u'<')
+            html += u"&lt;";
+        else if (letter == u'>')
+            html += u"&gt;";
+        else if (letter == u'"')
+            html += u"&quot;";
+        else if (letter >= u' ' || letter == u'\n' || letter == u'\t')
+            html += letter;
+    }
+    return html;
+}
+
+}  // namespace
+
+void TDBGrid::exportToFile(const QString& path, const QString& width) const {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        fail(file, path);
+    QString pending = QStringLiteral(
+        "\ufeff<!DOCTYPE html>\n<html>\n<head>\n"
+        "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\n"
+        "<style>\n"
+        // A spreadsheet takes a text cell as it stands: no barcode loses digits, no "=…" becomes a formula.
+        "td.t, th { mso-number-format:\"\\@\"; text-align:left; }\n"
+        "td.n { text-align:right; white-space:nowrap; }\n"
+        "</style>\n</head>\n<body>\n");
+    const auto flush = [&] {
+        if (file.write(pending.toUtf8()) < 0)
+            fail(file, path);
+        pending.clear();
+    };
+    const auto cell = [&](QStringView tag, bool number, const QString& text) {
+        pending += u'<' + tag.toString();
+        if (tag == u"td")
+            pending += number ? u" class=\"n\"" : u" class=\"t\"";
+        pending += u'>' + escaped(number ? text.trimmed() : text) + u"</" + tag + u'>';
+    };
+    const auto line = [&](const auto& cells) {
+        pending += u"<tr>";
+        for (int index = 0; index < columnCount(); ++index) {
+            if (column(index).width() > 0 || index == columnCount() - 1)
+                cells(index);
+        }
+        pending += u"</tr>\n";
+        if (pending.size() >= chunkSize)
+            flush();
+    };
+
+    pending += u"<table border=\"1\"";
+    if (!width.isEmpty())
+        pending += u" width=\"" + escaped(width) + u'"';
+    pending += u">\n<thead>\n";
+    line([&](int index) { cell(u"th", false, column(index).caption()); });
+    pending += u"</thead>\n<tbody>\n";
+    for (int row = 0; row < m_rows->rowCount(); ++row)
+        line([&](int index) { cell(u"td", m_rows->isNumber(index), m_rows->text(row, index)); });
+    pending += u"</tbody>\n";
+    if (const QStringList footers = footerTexts(); !footers.join(QString()).isEmpty()) {
+        pending += u"<tfoot>\n";
+        line([&](int index) { cell(u"td", m_rows->isNumber(index), footers[index]); });
+        pending += u"</tfoot>\n";
+    }
+    pending += u"</table>\n</body>\n</html>\n";
+    flush();
+    if (!file.commit())
+        fail(file, path);
+}
+
+}  // namespace kovanix
