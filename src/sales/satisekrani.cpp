@@ -14,6 +14,7 @@
 #include "appearance/modTema.h"
 #include "appearance/saatt.h"
 #include "appearance/toplamtema.h"
+#include "catalogue/urunbul.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
@@ -124,6 +125,7 @@ void satisekrani::connectControls() {
                   {ui.kapat, &satisekrani::kapat_click},
                   {ui.vkCommand1, &satisekrani::vkCommand1_click},
                   {ui.vkCommand4, &satisekrani::vkCommand4_click},
+                  {ui.urunbulmak, &satisekrani::urunbulmak_click},
                   {ui.toplam, &satisekrani::toplam_click},
                   {ui.verilen, &satisekrani::verilen_click},
                   {ui.kalan, &satisekrani::verilen_click},
@@ -343,6 +345,14 @@ void satisekrani::vkCommand1_click() {
 void satisekrani::vkCommand4_click() {
     eksiltme = 0;
     showInFront(screen<hallimzda>());
+}
+
+/// Leaves the subtracting of money as it is, unlike the other buttons of the row.
+void satisekrani::urunbulmak_click() {
+    izyaz(QStringLiteral("UBTN urunbul ac"));
+    showInFront(screen<urunbul>());
+    screen<urunbul>().ui.nereye->setText(QStringLiteral("1"));
+    izyaz(QStringLiteral("UBTN urunbul acildi"));
 }
 
 void satisekrani::satisiptal_click() {

@@ -104,6 +104,7 @@ private:
     void kapat_click();
     void vkCommand1_click();
     void vkCommand4_click();
+    void urunbulmak_click();
     void satisiptal_click();
 
     void toggleMark(int row);

@@ -84,6 +84,8 @@ public:
     /// has wildcards, else as a number. A moment is matched as it is shown.
     /// @throws RuntimeError (databaseFailure) for an unknown field or a refused term; the former filter stays
     void setFilter(const RowFilter& filter);
+    /// Whether a filter is in force that may hold rows back.
+    bool isFiltered() const;
 
     /// The place of the first row, from a place on, that a filter matches; -1 where none does.
     /// @throws RuntimeError (databaseFailure) as setFilter

@@ -45,6 +45,9 @@ TDBGrid::TDBGrid(QWidget* parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setMouseTracking(true);
 
+    // A press on heading or bands leaves the keyboard where it is; the rows ask for it themselves.
+    setFocusPolicy(Qt::TabFocus);
+
     connect(m_heading, &GridHeading::pressed, this, &TDBGrid::headClick);
     connect(m_filterBar, &FilterBar::typed, this, &TDBGrid::typedInto);
     connect(m_filterBar, &FilterBar::entered, this, &TDBGrid::enteredIn);

@@ -204,6 +204,7 @@ void TDBGrid::pressAt(const QPoint& place) {
 
 void TDBGrid::mousePressEvent(QMouseEvent* event) {
     event->accept();
+    setFocus(Qt::MouseFocusReason);
     if (event->button() == Qt::LeftButton)
         pressAt(event->position().toPoint());
     Q_EMIT mousedown(event->button());

@@ -1,0 +1,41 @@
+#include "widgets/paintedhint.h"
+
+#include <QPainter>
+
+#include "widgets/face.h"
+#include "widgets/fittedtext.h"
+#include "widgets/look.h"
+
+namespace kovanix {
+
+namespace {
+// At the design size.
+constexpr int iconSide = 26;
+constexpr int textPixels = 15;
+constexpr int gap = 10;
+}  // namespace
+
+PaintedHint::PaintedHint(const QString& iconPath, const QString& text, QWidget* parent)
+    : QWidget(parent), m_icon(iconPath), m_text(text) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    setAccessibleDescription(text);
+}
+
+QSize PaintedHint::sizeHint() const {
+    return QSize(8 * iconSide, iconSide) * designScale(*this);
+}
+
+void PaintedHint::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const double scale = designScale(*this);
+    const double side = iconSide * scale;
+    const QColor ink = roleColor(ColorRole::mutedInk);
+    painter.drawPixmap(QPointF(0, (height() - side) / 2),
+                       inColor(m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
+    FittedText line;
+    line.fit(m_text, font(), std::max(11, static_cast<int>(textPixels * scale)),
+             QRectF(rect()).adjusted(side + gap * scale, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, 2);
+    line.paint(painter, ink);
+}
+
+}  // namespace kovanix

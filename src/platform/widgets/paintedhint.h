@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+#include <QWidget>
+
+namespace kovanix {
+
+/// A line that says what can be done here: an icon and a text, muted, at the left. No control: it has no name, takes no
+/// focus, and tells assistive tools its text as a description.
+class PaintedHint : public QWidget {
+    Q_OBJECT
+
+public:
+    PaintedHint(const QString& iconPath, const QString& text, QWidget* parent = nullptr);
+
+    const QString& text() const { return m_text; }
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QIcon m_icon;
+    QString m_text;
+};
+
+}  // namespace kovanix

@@ -1,0 +1,158 @@
+#include "screens/listscreen.h"
+
+#include <QLayout>
+#include <QLineEdit>
+
+#include "data/baglanmamodulu.h"
+#include "database/rowfilter.h"
+#include "desktop/focus.h"
+#include "desktop/sendkeys.h"
+#include "runtime/attempt.h"
+#include "values/numbers.h"
+#include "widgets/activeresize.h"
+#include "widgets/adodc.h"
+#include "widgets/drawnframe.h"
+#include "widgets/tdbgrid.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+ListScreen::~ListScreen() = default;
+
+void ListScreen::setUpList(const Controls& controls) {
+    m_controls = controls;
+    TDBGrid& grid = *controls.grid;
+    QStringList captions;
+    for (const ListColumn& column : m_traits.columns)
+        captions.append(column.caption);
+    grid.setColumnCaptions(captions);
+    for (int i = 0; i < grid.columnCount(); ++i) {
+        const ListColumn& stored = m_traits.columns[i];
+        GridColumn& column = grid.column(i);
+        column.setDataField(stored.field);
+        column.setFormat(stored.format);
+        column.setWidth(stored.width);
+        if (stored.field == m_traits.scanField)
+            grid.setScanColumn(i);
+        if (stored.field == m_traits.nameField)
+            grid.setNameColumn(i);
+    }
+    grid.setEmptyState({m_traits.icon, m_traits.noneYet, m_traits.noneYetHint});
+    grid.setNoMatchState(
+        {{}, u"Aramaya uyan "_s + m_traits.unit + u" yok"_s, u"Kırmızı alandaki × ile aramayı silin"_s});
+
+    const auto copyOn = [this, &grid](SelectionEvent event, auto signal) {
+        if (m_traits.selection & event)
+            connect(&grid, signal, this, [this] { copySelection(); });
+    };
+    copyOn(onClick, &TDBGrid::click);
+    copyOn(onClick, &TDBGrid::rowKeyed);
+    copyOn(onDoubleClick, &TDBGrid::dblclick);
+    copyOn(onPress, &TDBGrid::mousedown);
+    copyOn(onMove, &TDBGrid::mousemove);
+    copyOn(onRelease, &TDBGrid::mouseup);
+    connect(&grid, &TDBGrid::dblclick, this, [this] { TDBGrid1_dblclick(); });
+    connect(&grid, &TDBGrid::headClick, this, &ListScreen::TDBGrid1_headclick);
+    connect(&grid, &TDBGrid::filterChange, this, &ListScreen::TDBGrid1_filterchange);
+    connect(controls.resizing, &ActiveResize::resized, this, &ListScreen::boyutlandirma_resize);
+    connect(controls.data, &Adodc::rowsChanged, this, &ListScreen::tellCount);
+
+    // The stored widths are those of the design size: controls and columns stand at it before the screen is
+    // given the display's.
+    setWindowState(windowState() | Qt::WindowMaximized);
+    resize(controls.resizing->designSize());
+    for (QWidget* holder : {static_cast<QWidget*>(this), static_cast<QWidget*>(controls.resizing),
+                            static_cast<QWidget*>(controls.frame)})
+        holder->layout()->setGeometry(holder->contentsRect());  // a hidden window gets no resize events
+}
+
+void ListScreen::connectData() {
+    m_controls.data->setConnectionString(baglantiyazisi());
+    m_controls.data->setCommandType(Adodc::CommandType::table);
+    m_controls.data->setRecordSource(m_traits.source);
+}
+
+void ListScreen::showRows() {
+    attempt([this] { m_controls.grid->setDataSource(*m_controls.data); });
+    attempt([this] { m_controls.data->refresh(); });
+    attempt([this] { m_controls.grid->refresh(); });
+    tellCount();
+}
+
+void ListScreen::storeWidths() {
+    QList<int> widths;
+    for (int i = 0; i < m_controls.grid->columnCount(); ++i)
+        widths.append(m_controls.grid->column(i).width());
+    m_widths.store(m_controls.grid->width(), widths);
+}
+
+void ListScreen::boyutlandirma_resize() {
+    const QList<int> widths = m_widths.widthsFor(m_controls.grid->width());
+    for (int i = 0; i < widths.size(); ++i)
+        m_controls.grid->column(i).setWidth(widths[i]);
+}
+
+void ListScreen::copySelection() {
+    m_controls.selected->setText(m_controls.grid->column(0).value());
+}
+
+void ListScreen::TDBGrid1_dblclick() {}
+
+void ListScreen::TDBGrid1_headclick(int column) {
+    TDBGrid& grid = *m_controls.grid;
+    if (m_traits.focusesToSort)
+        giveFocus(grid);
+    const QString sort = m_order.press(grid.column(column).dataField());
+    attempt([&] { m_controls.data->setSort(sort); });
+    grid.setSortMark(column, m_order.direction == u"DESC" ? Qt::DescendingOrder : Qt::AscendingOrder);
+    sendKey(Qt::Key_Right);  // one cell on: so it is required
+}
+
+void ListScreen::TDBGrid1_filterchange() {
+    TDBGrid& grid = *m_controls.grid;
+    const int col = grid.col();
+    grid.holdFields();
+    filter();
+    grid.setCol(col);
+    grid.setEditActive(true);
+}
+
+void ListScreen::filter() {
+    QList<FilterCell> cells;
+    for (int i = 0; i < m_controls.grid->columnCount(); ++i) {
+        const GridColumn& column = m_controls.grid->column(i);
+        cells.append({column.dataField(), column.filterText()});
+    }
+    attempt([&] { m_controls.data->setFilter(filterText(cells, m_traits.filter)); });
+    markRefusedCells();
+    tellCount();
+}
+
+/// A cell whose term is refused by itself is the reason why the filter is.
+void ListScreen::markRefusedCells() {
+    const RowSet& rows = m_controls.data->recordset();
+    for (int i = 0; i < m_controls.grid->columnCount(); ++i) {
+        const GridColumn& column = m_controls.grid->column(i);
+        bool taken = true;
+        attempt([&] {
+            taken = false;
+            const FilterCell cell{column.dataField(), column.filterText()};
+            const RowFilter term = RowFilter::parse(filterText({cell}, m_traits.filter));
+            rows.find(term, rows.recordCount());  // behind the last row: the term is looked at, no row is
+            taken = true;
+        });
+        m_controls.grid->setFilterRefused(i, !taken);
+    }
+}
+
+void ListScreen::tellCount() {
+    const RowSet& rows = m_controls.data->recordset();
+    const auto count = [](qsizetype number) { return format(static_cast<double>(number), u"###,###,##0"); };
+    QString note = count(rows.totalCount()) + u' ' + m_traits.unit;
+    if (rows.isFiltered())
+        note.prepend(count(rows.recordCount()) + u" / ");
+    m_controls.frame->setTitleNote(note);
+}
+
+}  // namespace kovanix
