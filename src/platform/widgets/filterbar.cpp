@@ -76,7 +76,7 @@ void FilterCell::dress() {
         setFont(letters);
     const auto inset = [this](double length) { return static_cast<int>(std::lround(length * m_scale)); };
     const int sign = inset(30);
-    setTextMargins(m_refused ? sign : inset(6), 0, showsCross() ? sign : inset(6), 0);
+    setTextMargins(m_refused ? sign : inset(8), 0, showsCross() ? sign : inset(5), 0);
     update();
 }
 

@@ -19,10 +19,8 @@ constexpr qsizetype chunkSize = 1 << 16;
                        QStringLiteral("TDBGrid"));
 }
 
-/// A text as HTML shows it. Characters that no HTML text may hold are left out.
-QString escaped(const QString& text) {
-    QString html;
-    html.reserve(text.size());
+/// Appends a text as HTML shows it. Characters that no HTML text may hold are left out.
+void appendEscaped(QString& html, QStringView text) {
     for (const QChar letter : text) {
         if (letter == u'&')
             html += u"&amp;";
@@ -35,7 +33,6 @@ QString escaped(const QString& text) {
         else if (letter >= u' ' || letter == u'\n' || letter == u'\t')
             html += letter;
     }
-    return html;
 }
 
 }  // namespace
@@ -57,11 +54,11 @@ void TDBGrid::exportToFile(const QString& path, const QString& width) const {
             fail(file, path);
         pending.clear();
     };
-    const auto cell = [&](QStringView tag, bool number, const QString& text) {
-        pending += u'<' + tag.toString();
-        if (tag == u"td")
-            pending += number ? u" class=\"n\"" : u" class=\"t\"";
-        pending += u'>' + escaped(number ? text.trimmed() : text) + u"</" + tag + u'>';
+    const auto cell = [&](bool number, const QString& text) {
+        // Spreadsheets know the one or the other way of saying that a cell is text.
+        pending += number ? u"<td class=\"n\">" : u"<td class=\"t\" sdnum=\"1055;0;@\">";
+        appendEscaped(pending, number ? QStringView(text).trimmed() : QStringView(text));
+        pending += u"</td>";
     };
     const auto line = [&](const auto& cells) {
         pending += u"<tr>";
@@ -75,20 +72,24 @@ void TDBGrid::exportToFile(const QString& path, const QString& width) const {
     };
 
     pending += u"<table border=\"1\"";
-    if (!width.isEmpty())
-        pending += u" width=\"" + escaped(width) + u'"';
+    if (!width.isEmpty()) {
+        pending += u" width=\"";
+        appendEscaped(pending, width);
+        pending += u'"';
+    }
     pending += u">\n<thead>\n";
-    line([&](int index) { cell(u"th", false, column(index).caption()); });
+    line([&](int index) {
+        pending += u"<th>";
+        appendEscaped(pending, column(index).caption());
+        pending += u"</th>";
+    });
     pending += u"</thead>\n<tbody>\n";
     for (int row = 0; row < m_rows->rowCount(); ++row)
-        line([&](int index) { cell(u"td", m_rows->isNumber(index), m_rows->text(row, index)); });
-    pending += u"</tbody>\n";
-    if (const QStringList footers = footerTexts(); !footers.join(QString()).isEmpty()) {
-        pending += u"<tfoot>\n";
-        line([&](int index) { cell(u"td", m_rows->isNumber(index), footers[index]); });
-        pending += u"</tfoot>\n";
-    }
-    pending += u"</table>\n</body>\n</html>\n";
+        line([&](int index) { cell(m_rows->isNumber(index), m_rows->text(row, index)); });
+    // An ordinary row: a spreadsheet may drop the table's foot.
+    if (const QStringList footers = footerTexts(); !footers.join(QString()).isEmpty())
+        line([&](int index) { cell(m_rows->isNumber(index), footers[index]); });
+    pending += u"</tbody>\n</table>\n</body>\n</html>\n";
     flush();
     if (!file.commit())
         fail(file, path);

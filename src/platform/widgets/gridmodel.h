@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QPointer>
 #include <vector>
 
 #include "widgets/adodc.h"
@@ -18,6 +17,7 @@ class GridModel : public QAbstractTableModel {
 public:
     explicit GridModel(TDBGrid& grid);
 
+    /// @param source  not to be asked any more once it is gone; nullptr for none
     void setSource(Adodc* source) { m_source = source; }
     Adodc* source() const { return m_source; }
 
@@ -42,7 +42,7 @@ private:
     };
 
     const TDBGrid& m_grid;
-    QPointer<Adodc> m_source;
+    Adodc* m_source = nullptr;
     std::vector<Shown> m_shown;
     int m_rowCount = 0;
 };

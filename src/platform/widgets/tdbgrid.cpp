@@ -126,7 +126,10 @@ void TDBGrid::setDataSource(Adodc& source) {
         m_rows->setSource(&source);
         connect(&source, &Adodc::rowsChanged, this, &TDBGrid::showRows);
         connect(&source, &Adodc::currentChanged, this, &TDBGrid::followCurrent);
-        connect(&source, &QObject::destroyed, this, &TDBGrid::showRows);
+        connect(&source, &QObject::destroyed, this, [this] {
+            m_rows->setSource(nullptr);
+            showRows();
+        });
     }
     showRows();
 }
@@ -193,6 +196,8 @@ void TDBGrid::moveTo(int row, int column) {
         return;
     selectionModel()->setCurrentIndex(m_rows->index(row, column),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    // A row that is current because none was chosen becomes the chosen one.
+    dataSource()->setCurrent(row);
     bringIntoSight(row);
 }
 

@@ -160,7 +160,12 @@ QModelIndex TDBGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /*mod
 bool TDBGrid::event(QEvent* event) {
     if (event->type() == QEvent::Resize)
         layOutBands();
-    return QAbstractItemView::event(event);
+    const bool done = QAbstractItemView::event(event);
+    // Whenever the view lays out its parts it puts the scroll bar on top of them.
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest ||
+        event->type() == QEvent::StyleChange)
+        m_rim->raise();
+    return done;
 }
 
 void TDBGrid::resizeEvent(QResizeEvent* event) {

@@ -8,6 +8,7 @@
 
 #include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
+#include "widgets/tdbgrid.h"
 #include "widgets/vsflexgrid.h"
 
 using namespace kovanix;
@@ -261,6 +262,45 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&container));
         QCOMPARE(form->horizontalSpacing(), 20);
         QCOMPARE(form->verticalSpacing(), 40);
+    }
+
+    // Another width at the same scale is a new size too; the controls stand in their places by then.
+    void everyNewSizeIsToldOnce() {
+        TestScreen screen;
+        QList<QSize> sizes;
+        QList<int> widths;
+        connect(screen.container, &ActiveResize::resized, this, [&](QSize size) {
+            sizes << size;
+            widths << screen.ticket->geometry().right() + 1 + screen.grid->contentsMargins().right();
+        });
+        screen.resize(1024, 768);
+        QVERIFY(sizes.isEmpty());
+        screen.show();
+        QCOMPARE(sizes, QList<QSize>{QSize(1024, 768)});
+        screen.resize(1366, 768);
+        screen.resize(1366, 768);
+        screen.resize(800, 600);
+        screen.hide();
+        screen.show();
+        QCOMPARE(sizes, (QList<QSize>{{1024, 768}, {1366, 768}, {800, 600}}));
+        QCOMPARE(widths, (QList<int>{1024, 1366, 800}));
+    }
+
+    void listGridTakesItsScale() {
+        ActiveResize container;
+        TDBGrid grid(&container);
+        grid.setObjectName(QStringLiteral("TDBGrid1"));
+        grid.setColumnCaptions({QStringLiteral("NO")});
+        const QWidget* cell = grid.findChild<QWidget*>(QStringLiteral("TDBGrid1_filter_0"));
+        container.resize(1024, 768);
+        container.show();
+        QCOMPARE(cell->height(), 44);
+        container.resize(2048, 1536);
+        QCOMPARE(grid.scale(), 2.0);
+        QCOMPARE(cell->height(), 88);
+        container.resize(1024, 768);
+        QCOMPARE(cell->height(), 44);
+        QCOMPARE(cell->font().pixelSize(), 16);
     }
 };
 

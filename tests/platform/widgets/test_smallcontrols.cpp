@@ -1,14 +1,11 @@
 #include <QFile>
-#include <QHeaderView>
 #include <QImage>
 #include <QSignalSpy>
-#include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include "widgets/image.h"
-#include "widgets/tdbgrid.h"
 #include "widgets/timer.h"
 
 using namespace kovanix;
@@ -151,30 +148,6 @@ private Q_SLOTS:
         QTRY_COMPARE(ticks, 1);
         waitForTicks(10);
         QCOMPARE(ticks, 1);
-    }
-
-    void headingsApartFromTheRows() {
-        TDBGrid grid;
-        QCOMPARE(grid.columnCount(), 0);
-        grid.setColumnCaptions({QStringLiteral("NO"), QStringLiteral("A&B")});
-        QCOMPARE(grid.columnCount(), 2);
-        QStandardItemModel rows(3, 2);
-        rows.setHorizontalHeaderLabels({QStringLiteral("no"), QStringLiteral("barkod")});
-        grid.setModel(&rows);
-        QCOMPARE(grid.columnCaption(1), QStringLiteral("A&B"));
-        grid.setColumnCaption(1, QStringLiteral("BARKOD"));
-        QCOMPARE(grid.columnCaption(1), QStringLiteral("BARKOD"));
-        QCOMPARE(grid.horizontalHeader()->model()->headerData(1, Qt::Horizontal).toString(),
-                 QStringLiteral("BARKOD"));
-        QCOMPARE(grid.model()->rowCount(), 3);
-        grid.resize(300, 200);
-        QVERIFY(!grid.grab().isNull());
-    }
-
-    void printInfoIsKept() {
-        TDBGrid grid;
-        grid.printInfo().previewPageOf = QStringLiteral("Sayfa \\p / \\P");
-        QCOMPARE(grid.printInfo().previewPageOf, QStringLiteral("Sayfa \\p / \\P"));
     }
 };
 
