@@ -1,5 +1,6 @@
 #include <QRandomGenerator>
 #include <QTest>
+#include <memory>
 
 #include "database/rowset.h"
 #include "databasefile.h"
@@ -50,6 +51,7 @@ class TestRowSetRules : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
 
     void filters_data();
@@ -72,15 +74,15 @@ private Q_SLOTS:
     void showsMixedCellsAsTheyAre();
 
 private:
-    void read(const QStringList& statements, const QString& sql = u"select * from urunler"_s);
+    void read(const QStringList& statements);
 
+    std::unique_ptr<DatabaseFile> m_file;  // with the rows that most rules are shown on
     RowSet m_rows;
 };
 
-/// The rows of the tables of rules; the tests with other rows read them anew.
-void TestRowSetRules::init() {
-    m_rows = RowSet();
-    read(
+void TestRowSetRules::initTestCase() {
+    m_file = std::make_unique<DatabaseFile>(QString());
+    m_file->execute(
         {u"CREATE TABLE urunler (no COUNTER, urun TEXT(50), satis DOUBLE, tarih DATETIME)"_s,
          u"INSERT INTO urunler (urun, satis, tarih) VALUES ('Süt 1 L', 12.5, #5/3/2026 10:15:00#)"_s,
          u"INSERT INTO urunler (urun, satis, tarih) VALUES ('İNCİR', 12, #12/31/2025 23:59:59#)"_s,
@@ -91,12 +93,21 @@ void TestRowSetRules::init() {
          u"INSERT INTO urunler (no, urun, satis, tarih) VALUES (17, 'süt tozu', 0, '2026-05-03')"_s});
 }
 
-void TestRowSetRules::read(const QStringList& statements, const QString& sql) {
+void TestRowSetRules::init() {
+    m_rows = RowSet();
+    Connection connection;
+    connection.open(m_file->connectionString());
+    m_rows.read(connection, u"select * from urunler"_s);
+}
+
+/// Reads the rows of another file instead.
+void TestRowSetRules::read(const QStringList& statements) {
+    m_rows = RowSet();
     const DatabaseFile file{QString()};
     file.execute(statements);
     Connection connection;
     connection.open(file.connectionString());
-    m_rows.read(connection, sql);
+    m_rows.read(connection, u"select * from urunler"_s);
 }
 
 void TestRowSetRules::filters_data() {
@@ -234,7 +245,6 @@ void TestRowSetRules::filtersAsTheMatcherMatches() {
     QStringList names;
     for (int i = 0; i < 2000; ++i)
         names.append(randomText(u"abIıiİşŞğ 1", 12));
-    m_rows = RowSet();
     read({u"CREATE TABLE urunler (no COUNTER, urun TEXT(50))"_s,
           u"INSERT INTO urunler (urun) VALUES ('"_s + names.join(u"'),('") + u"')"_s});
     QString typed;
@@ -254,7 +264,6 @@ void TestRowSetRules::filtersAsTheMatcherMatches() {
 }
 
 void TestRowSetRules::longPatternsAreQuick() {
-    m_rows = RowSet();
     read({u"CREATE TABLE urunler (no COUNTER, urun TEXT(50), satis DOUBLE)"_s,
           u"INSERT INTO urunler (urun) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE "
           u"i < "
@@ -320,7 +329,6 @@ void TestRowSetRules::sortsTextsByTheirKeys() {
     }
     names.append(QString(300000, u'z') + u'b');
     names.append(QString(300000, u'Z') + u'a');
-    m_rows = RowSet();
     read({u"CREATE TABLE urunler (no COUNTER, urun TEXT(50))"_s,
           u"INSERT INTO urunler (urun) VALUES ('"_s + names.join(u"'),('"_s) + u"')"_s});
     QList<int> expected;
