@@ -195,7 +195,7 @@ void makeDatabase(const QString& file, const Catalogue& catalogue, const ShopPla
     // bulk.
     Connection connection;
     connection.open(connectionText(file, plan.password));
-    makeAccessPaths(connection);
+    keepAccessPaths(connection);
     connection.close();
 }
 
