@@ -8,7 +8,7 @@
 #include "database/cell.h"
 #include "database/connection.h"
 #include "database/connectionprivate.h"
-#include "database/rowreader.h"
+#include "database/selectreader.h"
 #include "database/sqltokens.h"
 
 namespace kovanix {
@@ -79,12 +79,12 @@ struct Recordset::Private final : ConnectionUser {
     void change();
 
     ConnectionCore* core = nullptr;
-    std::optional<RowReader> reader;
+    std::optional<SelectReader> reader;
     std::optional<Change> pending;
     bool refused = false;  ///< the last filter was
 
     bool read = false;  ///< whether anything was asked since the open, the filter or moveFirst
-    std::vector<RowReader::Row> rows;
+    std::vector<SelectReader::Row> rows;
     size_t current = 0;             ///< in the rows; behind them at the end
     std::optional<qint64> after;    ///< the identity of the row behind which the rows not read follow
     std::optional<qint64> deleted;  ///< of the row that was deleted here; the current one then is the next
@@ -226,7 +226,7 @@ bool Recordset::Private::findByStatement(const dialect::Condition& condition) {
         if (identity != std::numeric_limits<qint64>::min())
             behind = identity - 1;
     }
-    std::vector<RowReader::Row> found = reader->read({behind, 1}, condition);
+    std::vector<SelectReader::Row> found = reader->read({behind, 1}, condition);
     if (found.empty())
         return false;
     forgetRows();

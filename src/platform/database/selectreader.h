@@ -17,7 +17,7 @@ struct ConnectionCore;
 
 /// Asks for the rows of one select. Every read is a statement of its own that has ended when the read returns
 /// or throws; where the rows come in order of entry, it may ask for those after a row only.
-class RowReader {
+class SelectReader {
 public:
     struct Row {
         QVariantList fields;
@@ -32,7 +32,7 @@ public:
     /// Checks a select in the modules' SQL without running it. The connection must outlive the reader.
     /// @param firstLimit  how many rows the first read will ask for, where it may
     /// @throws DatabaseError the engine's, for a select that it can't run
-    RowReader(ConnectionCore& core, const QString& sql, qint64 firstLimit);
+    SelectReader(ConnectionCore& core, const QString& sql, qint64 firstLimit);
 
     /// What a select from a single table says; nothing for any other.
     const std::optional<dialect::TableSelect>& select() const { return m_select; }

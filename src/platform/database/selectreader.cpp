@@ -1,4 +1,4 @@
-#include "database/rowreader.h"
+#include "database/selectreader.h"
 
 #include <QSqlRecord>
 #include <algorithm>
@@ -47,7 +47,7 @@ bool matchesTerm(const RowFilter::Term& term, const QVariant& value) {
 
 }  // namespace
 
-RowReader::RowReader(ConnectionCore& core, const QString& sql, qint64 firstLimit)
+SelectReader::SelectReader(ConnectionCore& core, const QString& sql, qint64 firstLimit)
     : m_core(core), m_sql(sql), m_firstLimit(firstLimit) {
     core.inEnginesName([&] {
         m_select = dialect::tableSelect(sql);
@@ -58,7 +58,7 @@ RowReader::RowReader(ConnectionCore& core, const QString& sql, qint64 firstLimit
     });
 }
 
-QSqlQuery RowReader::prepared(const QString& engineSql) const {
+QSqlQuery SelectReader::prepared(const QString& engineSql) const {
     QSqlQuery query(m_core.database);
     query.setForwardOnly(true);
     if (!query.prepare(engineSql))
@@ -66,26 +66,26 @@ QSqlQuery RowReader::prepared(const QString& engineSql) const {
     return query;
 }
 
-QString RowReader::engineSql(const Range& range, const QString& condition) const {
+QString SelectReader::engineSql(const Range& range, const QString& condition) const {
     const std::optional<QString> placed =
         dialect::translateAfterRow(m_sql, m_shape.identity, {range.afterRow, condition, range.limit});
     return placed ? *placed : dialect::translate(m_sql);
 }
 
-qsizetype RowReader::indexOf(const QString& name) const {
+qsizetype SelectReader::indexOf(const QString& name) const {
     const auto found = std::ranges::find_if(
         m_names, [&name](const QString& each) { return each.compare(name, Qt::CaseInsensitive) == 0; });
     return found == m_names.cend() ? -1 : std::distance(m_names.cbegin(), found);
 }
 
-std::optional<dialect::Condition> RowReader::condition(const RowFilter& filter) const {
+std::optional<dialect::Condition> SelectReader::condition(const RowFilter& filter) const {
     // Another list may give a column's name to something else.
     if (!m_select || !m_select->allColumns || m_select->limited)
         return std::nullopt;
     return m_core.inEnginesName([&] { return dialect::condition(filter, m_shape); });
 }
 
-bool RowReader::matches(const RowFilter& filter, const Row& row) const {
+bool SelectReader::matches(const RowFilter& filter, const Row& row) const {
     return std::ranges::all_of(filter.terms(), [&](const RowFilter::Term& term) {
         const qsizetype place = indexOf(term.field);
         if (place < 0)
@@ -95,13 +95,13 @@ bool RowReader::matches(const RowFilter& filter, const Row& row) const {
     });
 }
 
-void RowReader::setFilter(const RowFilter& filter) {
+void SelectReader::setFilter(const RowFilter& filter) {
     m_filterCondition = filter.isEmpty() ? std::nullopt : condition(filter);
     m_filterInMemory = m_filterCondition ? RowFilter() : filter;
     m_first.reset();
 }
 
-dialect::Condition RowReader::withFilter(const dialect::Condition& condition) const {
+dialect::Condition SelectReader::withFilter(const dialect::Condition& condition) const {
     if (!m_filterCondition)
         return condition;
     if (condition.sql.isEmpty())
@@ -109,7 +109,7 @@ dialect::Condition RowReader::withFilter(const dialect::Condition& condition) co
     return {condition.sql + u" AND " + m_filterCondition->sql, condition.values + m_filterCondition->values};
 }
 
-std::vector<RowReader::Row> RowReader::read(const Range& range, const dialect::Condition& condition) {
+std::vector<SelectReader::Row> SelectReader::read(const Range& range, const dialect::Condition& condition) {
     const dialect::Condition all = withFilter(condition);
     const bool first =
         m_first && !range.afterRow && all.sql.isEmpty() && (!readsRanges() || range.limit == m_firstLimit);
@@ -125,7 +125,7 @@ std::vector<RowReader::Row> RowReader::read(const Range& range, const dialect::C
     return fetch(query);
 }
 
-std::vector<RowReader::Row> RowReader::fetch(QSqlQuery& query) {
+std::vector<SelectReader::Row> SelectReader::fetch(QSqlQuery& query) {
     const QSqlRecord record = query.record();
     const int columns = record.count() - (hasIdentities() ? 1 : 0);
     m_names.clear();
@@ -147,7 +147,7 @@ std::vector<RowReader::Row> RowReader::fetch(QSqlQuery& query) {
     return rows;
 }
 
-std::optional<qint64> RowReader::count() {
+std::optional<qint64> SelectReader::count() {
     if (!m_filterInMemory.isEmpty())
         return std::nullopt;
     const dialect::Condition condition = withFilter({});
