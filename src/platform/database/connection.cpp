@@ -259,6 +259,9 @@ void Connection::keepIndex(const QString& table, const QString& column) {
     d->requireOpen();
     const QString index = quotedSqlName(u"kovanix_%1_%2"_s.arg(table, column));
     attempt([&] {
+        // The engine would take the name of a column that isn't there for a text.
+        if (d->schema.shape(*d, table).indexOf(column) < 0)
+            return;
         d->write(u"CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)"_s.arg(index, quotedSqlName(table),
                                                                    quotedSqlName(column)));
     });

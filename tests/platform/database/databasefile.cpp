@@ -90,6 +90,16 @@ QStringList DatabaseFile::rows(const QString& sql) const {
     return RawDatabase(m_path, m_password).rows(sql);
 }
 
+void DatabaseFile::damage() const {
+    QFile file(m_path);
+    const qint64 page = 4096;
+    const qint64 pages = file.size() / page;
+    if (pages < 20 || !file.open(QIODevice::ReadWrite) || !file.seek(pages * 2 / 5 * page) ||
+        file.write(QByteArray(pages / 5 * page, '\xAA')) < page) {
+        qFatal("no pages to damage");
+    }
+}
+
 std::optional<RuntimeError> errorOf(const std::function<void()>& step) {
     try {
         step();

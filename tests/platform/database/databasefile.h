@@ -63,6 +63,10 @@ public:
     /// The rows of a select, through a connection of the toolkit that is closed again.
     QStringList rows(const QString& sql) const;
 
+    /// Overwrites the middle fifth of the file, so that whoever reads a page there fails. No connection to it
+    /// may be open.
+    void damage() const;
+
 private:
     QTemporaryDir m_folder;
     QString m_path;
