@@ -51,6 +51,23 @@ QStringList RawDatabase::rows(const QString& sql) {
     return rows;
 }
 
+QList<QVariantList> RawDatabase::values(const QString& sql) {
+    QSqlQuery query(m_database);
+    query.setForwardOnly(true);
+    if (!query.exec(sql)) {
+        qFatal("%s: %s", qUtf8Printable(sql), qUtf8Printable(query.lastError().text()));
+    }
+    QList<QVariantList> rows;
+    while (query.next()) {
+        QVariantList row;
+        for (int i = 0; i < query.record().count(); ++i) {
+            row.append(query.value(i));
+        }
+        rows.append(row);
+    }
+    return rows;
+}
+
 void DatabaseFile::bothKinds() {
     QTest::addColumn<QString>("password");
     QTest::newRow(plain) << QString();

@@ -33,6 +33,9 @@ public:
     /// All rows of a select, the fields joined by "|", null as "NULL".
     QStringList rows(const QString& sql);
 
+    /// All rows of a statement as the toolkit's driver gives them. A failure ends the test program.
+    QList<QVariantList> values(const QString& sql);
+
 private:
     QString m_name;
     QSqlDatabase m_database;
