@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "data/baglanmamodulu.h"
+#include "database/press.h"
 #include "runtime/attempt.h"
 #include "values/codepage.h"
 #include "values/lettercase.h"
@@ -105,9 +106,14 @@ void sifreguncelle(const QString& id, const QString& entered) {
     const QString stored = entered.trimmed().isEmpty() ? QString() : sifreozet(entered);
     // The first row of that id: an older file may bear an id twice.
     attempt([&] {
-        baglanti().execute(u"UPDATE kullanici SET sifre='" + sqlmetin(stored) +
-                           u"' WHERE rowid=(SELECT MIN(rowid) FROM kullanici WHERE id='" + sqlmetin(user) +
-                           u"')");
+        Press press(baglanti());
+        Recordset users;
+        users.open(u"SELECT * FROM kullanici WHERE id='" + sqlmetin(user) + u'\'', baglanti());
+        if (users.atEnd())
+            return;
+        users.setField(QStringLiteral("sifre"), stored);
+        users.update();
+        press.finish();
     });
 }
 

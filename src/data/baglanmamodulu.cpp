@@ -117,7 +117,7 @@ void baglantiac() {
             baglanti().close();
         baglanti().open(baglantiyazisi());
         semakontrol(baglanti());
-        makeAccessPaths(baglanti());
+        keepAccessPaths(baglanti());
         baglantidurumu = 1;
     } catch (const RuntimeError& error) {
         baglantidurumu = 0;
@@ -167,15 +167,9 @@ bool veritabaninibagla() {
     return baglantidurumu == 1;
 }
 
-void makeAccessPaths(Connection& connection) {
-    attempt([&] {
-        connection.execute(
-            QStringLiteral("CREATE INDEX IF NOT EXISTS kovanix_urunler_barkod ON urunler (barkod)"));
-    });
-    attempt([&] {
-        connection.execute(
-            QStringLiteral("CREATE INDEX IF NOT EXISTS kovanix_satislar_tarih ON satislar (tarih)"));
-    });
+void keepAccessPaths(Connection& connection) {
+    connection.keepIndex(QStringLiteral("urunler"), QStringLiteral("barkod"));
+    connection.keepIndex(QStringLiteral("satislar"), QStringLiteral("tarih"));
 }
 
 }  // namespace kovanix

@@ -72,9 +72,9 @@ bool veritabanivarmi();
 /// Opens the shared connection where veritabanivarmi would say yes. @return whether it is open.
 bool veritabaninibagla();
 
-/// Keeps an index on the barcodes and one on the moments of sale, which every scan and report goes through.
-/// They are no part of the schema: a file that can't take them does without.
-void makeAccessPaths(Connection& connection);
+/// Has the engine keep an index on the barcodes and one on the moments of sale, which every scan and report
+/// goes through. They are no part of the schema: a file that can't take them does without.
+void keepAccessPaths(Connection& connection);
 
 // --- literals and values
 // -------------------------------------------------------------------------------------------

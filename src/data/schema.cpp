@@ -85,7 +85,7 @@ bool tablovar(Connection& connection, const QString& table) {
 }
 
 bool kolonvar(Connection& connection, const QString& table, const QString& column) {
-    return !connection.columns(table, column).isEmpty();
+    return connection.shape(table).indexOf(column) >= 0;
 }
 
 void tablolariolustur(Connection& connection) {

@@ -2,6 +2,7 @@
 #include "app/modTurkce.h"
 #include "data/baglanmamodulu.h"
 #include "data/schema.h"
+#include "database/press.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
@@ -109,9 +110,12 @@ void satisekrani::kaydet_click() {
     }
     urunkayitkapat();
     try {
+        // Ends inside the handler's reach: a box that tells of a failure comes behind it.
+        Press press(satisbaglanti);
         satiskaydet();
         stokguncelle();
-        attempt([this] { satisbaglanti.checkpoint(); });  // a reader in the way: the next sale moves it
+        press.finish();
+        attempt([this] { satisbaglanti.idle(); });  // a reader in the way: the next sale moves it
         satistemizle();
         giveFocus(*ui.barkod);
     } catch (const RuntimeError& error) {

@@ -4,11 +4,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QScopeGuard>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <functional>
 
+#include "databasefile.h"
 #include "programs.h"
 #include "runtests.h"
 
@@ -55,27 +53,13 @@ QByteArray readFile(const QString& path) {
 /// A lock on a shop's file, held by this process.
 class Lock {
 public:
-    Lock(const QString& file, const QStringList& statements) {
-        m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lock"));
-        m_database.setDatabaseName(file);
-        if (!m_database.open())
-            qFatal("no lock: %s", qUtf8Printable(m_database.lastError().text()));
-        QSqlQuery query(m_database);
-        for (const QString& statement : statements) {
-            if (!query.exec(statement))
-                qFatal("no lock: %s", qUtf8Printable(query.lastError().text()));
-        }
+    Lock(const QString& file, const QStringList& statements) : m_database(file, QString()) {
+        for (const QString& statement : statements)
+            m_database.values(statement);
     }
-    ~Lock() {
-        m_database.close();
-        m_database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(QStringLiteral("lock"));
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
 
 private:
-    QSqlDatabase m_database;
+    RawDatabase m_database;
 };
 
 /// A small file system of its own, mounted below a folder.

@@ -2,9 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QVariant>
@@ -14,6 +11,7 @@
 #include "catalogue.h"
 #include "data/baglanmamodulu.h"
 #include "data/schema.h"
+#include "database/bulkwriter.h"
 #include "database/connection.h"
 #include "goods.h"
 #include "history.h"
@@ -34,11 +32,6 @@ constexpr quint64 historySeed = 0x9E3779B97F4A7C15;
 const QString databaseName = QStringLiteral("kovanix.data");
 const QString olderDatabaseName = QStringLiteral("kovanix.mdb");
 const QString configurationName = QStringLiteral("Kovanix.config");
-const QString bulkName = QStringLiteral("kovanix-demo-shop");
-
-[[noreturn]] void failWith(const QSqlError& error) {
-    throw RuntimeError(RuntimeError::databaseFailure, error.text(), QStringLiteral("demo shop"));
-}
 
 QString connectionText(const QString& file, const QString& password) {
     const QString text = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=") + file +
@@ -46,71 +39,18 @@ QString connectionText(const QString& file, const QString& password) {
     return password.isEmpty() ? text : text + QStringLiteral(";Jet OLEDB:Database Password=") + password;
 }
 
-/// A database opened past the till's own connection, which executes texts only and stores every row durably
-/// by itself.
-class BulkDatabase {
-public:
-    BulkDatabase(const QString& file, const QString& password)
-        : database(QSqlDatabase::addDatabase(
-              password.isEmpty() ? QStringLiteral("QSQLITE") : QStringLiteral("QSQLCIPHER"), bulkName)) {
-        database.setDatabaseName(file);
-        database.setPassword(password);
-        if (!database.open()) {
-            const QSqlError error = database.lastError();
-            forget();
-            failWith(error);
-        }
-    }
-    ~BulkDatabase() { forget(); }
-    BulkDatabase(const BulkDatabase&) = delete;
-    BulkDatabase& operator=(const BulkDatabase&) = delete;
-
-    void run(const QString& sql) {
-        QSqlQuery query(database);
-        if (!query.exec(sql))
-            failWith(query.lastError());
-    }
-
-    QSqlQuery prepared(const QString& sql) {
-        QSqlQuery query(database);
-        if (!query.prepare(sql))
-            failWith(query.lastError());
-        return query;
-    }
-
-private:
-    void forget() {
-        database.close();
-        database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(bulkName);
-    }
-
-    QSqlDatabase database;
-};
-
-void insert(QSqlQuery& statement, std::initializer_list<QVariant> values) {
-    int place = 0;
-    for (const QVariant& value : values)
-        statement.bindValue(place++, value);
-    if (!statement.exec())
-        failWith(statement.lastError());
-}
-
-void fillProducts(BulkDatabase& database, const QString& table, const Catalogue& catalogue, qsizetype from) {
-    QSqlQuery statement =
-        database.prepared(QStringLiteral("INSERT INTO ") + table +
-                          QStringLiteral(" (barkod, urun, alis, satis, stok) VALUES (?, ?, ?, ?, ?)"));
+void fillProducts(BulkWriter& rows, const QString& table, const Catalogue& catalogue, qsizetype from) {
+    rows.into(table, {QStringLiteral("barkod"), QStringLiteral("urun"), QStringLiteral("alis"),
+                      QStringLiteral("satis"), QStringLiteral("stok")});
     for (qsizetype number = from; number < catalogue.size(); ++number) {
         const Product product = catalogue.at(number);
-        insert(statement, {product.barcode, product.name, product.purchase, product.sale, product.stock});
+        rows.add({product.barcode, product.name, product.purchase, product.sale, product.stock});
     }
 }
 
-void fillSales(BulkDatabase& database, const Catalogue& catalogue, const ShopPlan& plan,
-               ShopSummary& summary) {
-    QSqlQuery statement = database.prepared(
-        QStringLiteral("INSERT INTO satislar (tarih, barkod, urun, adet, fiyat, alis, kar, toplam, satis) "
-                       "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"));
+void fillSales(BulkWriter& rows, const Catalogue& catalogue, const ShopPlan& plan, ShopSummary& summary) {
+    rows.into(QStringLiteral("satislar"),
+              QStringLiteral("tarih,barkod,urun,adet,fiyat,alis,kar,toplam,satis").split(u','));
     Random random(plan.seed ^ historySeed);
     tellHistory(catalogue, plan.today, plan.sales, random, [&](const SoldLine& line) {
         const Product product = catalogue.at(line.product);
@@ -118,22 +58,22 @@ void fillSales(BulkDatabase& database, const Catalogue& catalogue, const ShopPla
         const double profit = total - line.quantity * line.purchase;
         const QString moment = line.date.toString(Qt::ISODate) + u' ' + line.time.toString(Qt::ISODate);
         // The column satis holds the profit once more, as the till itself stores it.
-        insert(statement, {moment, product.barcode, product.name, line.quantity, line.price, line.purchase,
-                           profit, total, profit});
+        rows.add({moment, product.barcode, product.name, line.quantity, line.price, line.purchase, profit,
+                  total, profit});
         if (summary.sales++ == 0)
             summary.firstSale = line.date;
         summary.lastSale = line.date;
     });
 }
 
-void fillUsers(BulkDatabase& database) {
-    QSqlQuery statement = database.prepared(
-        QStringLiteral("INSERT INTO kullanici (personeladi, sifre, yetki) VALUES (?, ?, ?)"));
-    insert(statement, {QStringLiteral("Ayşe"), QStringLiteral(""), QStringLiteral("Yönetici")});
-    insert(statement, {QStringLiteral("Mehmet"), QStringLiteral(""), QStringLiteral("Kasiyer")});
+void fillUsers(BulkWriter& rows) {
+    rows.into(QStringLiteral("kullanici"),
+              {QStringLiteral("personeladi"), QStringLiteral("sifre"), QStringLiteral("yetki")});
+    rows.add({QStringLiteral("Ayşe"), QStringLiteral(""), QStringLiteral("Yönetici")});
+    rows.add({QStringLiteral("Mehmet"), QStringLiteral(""), QStringLiteral("Kasiyer")});
 }
 
-void fillCustomers(BulkDatabase& database, quint64 seed) {
+void fillCustomers(BulkWriter& rows, quint64 seed) {
     const std::array<QStringView, 12> first{u"Zeynep", u"Hüseyin", u"Şule", u"İbrahim", u"Gülay", u"Oğuz",
                                             u"Elif",   u"Cemal",   u"Işıl", u"Turgut",  u"Nuran", u"Yiğit"};
     const std::array<QStringView, 12> last{u"Aydoğan", u"Çınar",  u"Işık",    u"Demirağ",
@@ -141,8 +81,8 @@ void fillCustomers(BulkDatabase& database, quint64 seed) {
                                            u"Ulusoy",  u"Yıldız", u"Kaplan",  u"Eryılmaz"};
     const std::array<QStringView, 6> streets{u"Ihlamur Sk.",       u"Çınarlı Cd.", u"Gül Sk.",
                                              u"Değirmen Yolu Sk.", u"Okul Cd.",    u"Üzüm Sk."};
-    QSqlQuery statement =
-        database.prepared(QStringLiteral("INSERT INTO musteri (adi, telefon, adres) VALUES (?, ?, ?)"));
+    rows.into(QStringLiteral("musteri"),
+              {QStringLiteral("adi"), QStringLiteral("telefon"), QStringLiteral("adres")});
     Random random(seed);
     for (int number = 0; number < customerCount; ++number) {
         const QString name =
@@ -154,7 +94,7 @@ void fillCustomers(BulkDatabase& database, quint64 seed) {
                                     .arg(streets[random.below(streets.size())])
                                     .arg(random.between(1, 90))
                                     .arg(random.between(1, 12));
-        insert(statement, {name, telephone, address});
+        rows.add({name, telephone, address});
     }
 }
 
@@ -174,28 +114,25 @@ void makeTables(const QString& file, const QString& password) {
 void makeDatabase(const QString& file, const Catalogue& catalogue, const ShopPlan& plan,
                   ShopSummary& summary) {
     makeTables(file, plan.password);
+    Connection connection;
+    connection.open(connectionText(file, plan.password));
     {
-        BulkDatabase database(file, plan.password);
-        database.run(QStringLiteral("PRAGMA synchronous=OFF"));
-        database.run(QStringLiteral("BEGIN"));
-        fillProducts(database, QStringLiteral("urunler"), catalogue, 0);
+        BulkWriter rows(connection);
+        fillProducts(rows, QStringLiteral("urunler"), catalogue, 0);
         // Drawn with the seed of the shop's own products, a longer row begins with the very same ones.
         Random random(plan.seed);
         summary.readyMade =
             std::clamp<qsizetype>(Catalogue::varietyCount() - plan.products, 0, readyMadeWanted);
         const Catalogue longer(plan.products + summary.readyMade, random);
-        fillProducts(database, QStringLiteral("urunler_hazir"), longer, plan.products);
-        fillSales(database, catalogue, plan, summary);
-        fillUsers(database);
-        fillCustomers(database, plan.seed);
+        fillProducts(rows, QStringLiteral("urunler_hazir"), longer, plan.products);
+        fillSales(rows, catalogue, plan, summary);
+        fillUsers(rows);
+        fillCustomers(rows, plan.seed);
         summary.customers = customerCount;
-        database.run(QStringLiteral("COMMIT"));
+        rows.finish();
     }
-    // Opened once as the till does it: proof that it can be, and the place to make the indexes, after the
-    // bulk.
-    Connection connection;
-    connection.open(connectionText(file, plan.password));
-    makeAccessPaths(connection);
+    // Behind the bulk: an index is made faster than kept up.
+    keepAccessPaths(connection);
     connection.close();
 }
 

@@ -1,6 +1,7 @@
 #include "database/connection.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QSqlDatabase>
 #include <QStorageInfo>
 #include <QUrl>
@@ -10,14 +11,17 @@
 
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
+#include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "database/tablerebuild.h"
+#include "runtime/attempt.h"
 
 namespace kovanix {
 
 namespace {
 
 using namespace Qt::StringLiterals;
+using Kind = DatabaseError::Kind;
 
 QString nextConnectionName() {
     static std::atomic<int> count = 0;
@@ -40,6 +44,26 @@ bool isOnNetwork(const QString& path) {
                              : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
 }
 
+/// The count of statements that may have written into a file, shared by all connections of this process to
+/// it.
+std::shared_ptr<quint64> writesTo(const QString& file) {
+    static QHash<QString, std::weak_ptr<quint64>> counts;
+    std::shared_ptr<quint64> count = counts.value(file).lock();
+    if (!count) {
+        count = std::make_shared<quint64>(0);
+        counts.insert(file, count);
+    }
+    return count;
+}
+
+/// In the order in which they were opened.
+std::vector<Connection*>& openConnections() {
+    static std::vector<Connection*> connections;
+    return connections;
+}
+
+quint64 openings = 0;
+
 const QString catalogueProbe = u"SELECT count(*) FROM sqlite_master"_s;
 
 // In the file's header, where the engine leaves a number to the program: "KVX".
@@ -51,16 +75,13 @@ void setNetworkFileTest(std::function<bool(const QString& path)> test) {
     networkFileTest() = std::move(test);
 }
 
-RuntimeError engineError(const QSqlError& error, const QString& engine) {
-    const bool silent = error.databaseText().isEmpty() || error.databaseText() == u"not an error"_s;
-    return {RuntimeError::databaseFailure, silent ? error.driverText() : error.databaseText(), engine};
+DatabaseError ConnectionCore::failure(const QSqlError& error) const {
+    return engineError(error, engine, hasPassword);
 }
 
 void ConnectionCore::requireOpen() const {
-    if (!database.isOpen()) {
-        throw RuntimeError(RuntimeError::databaseFailure,
-                           u"Operation is not allowed when the object is closed."_s, engine);
-    }
+    if (!database.isOpen())
+        throw failure(Kind::lost, u"Operation is not allowed when the object is closed."_s);
 }
 
 QSqlQuery ConnectionCore::run(const QString& engineSql, const QVariantList& values) {
@@ -68,54 +89,57 @@ QSqlQuery ConnectionCore::run(const QString& engineSql, const QVariantList& valu
     query.setForwardOnly(true);
     // Without values the statement goes to the engine as it is; the toolkit's search for places in it is
     // saved.
-    if (!values.isEmpty() && !query.prepare(engineSql)) {
-        throw engineError(query.lastError(), engine);
-    }
-    for (const QVariant& value : values) {
+    if (!values.isEmpty() && !query.prepare(engineSql))
+        throw failure(query.lastError());
+    for (const QVariant& value : values)
         query.addBindValue(value);
-    }
-    if (!(values.isEmpty() ? query.exec(engineSql) : query.exec())) {
-        throw engineError(query.lastError(), engine);
-    }
+    if (!(values.isEmpty() ? query.exec(engineSql) : query.exec()))
+        throw failure(query.lastError());
     return query;
 }
 
-QString ConnectionCore::translated(const QString& sql) const {
-    try {
-        return dialect::translate(sql);
-    } catch (const RuntimeError& error) {
-        throw RuntimeError(error.number(), error.description(), engine);
-    }
+qint64 ConnectionCore::number(const QString& engineSql) {
+    QSqlQuery query = run(engineSql);
+    if (!query.next())
+        throw failure(query.lastError());
+    return query.value(0).toLongLong();
 }
 
-void ConnectionCore::suspendReading() {
-    for (ConnectionUser* user : users) {
-        user->suspendReading();
-    }
+void ConnectionCore::aboutToWrite() {
+    // Counted ahead, so that a statement that fails half-way has been counted.
+    ++*writes;
+    for (ConnectionUser* user : users)
+        user->rowsChanging();
 }
+
+int ConnectionCore::write(const QString& engineSql, const QVariantList& values) {
+    aboutToWrite();
+    return run(engineSql, values).numRowsAffected();
+}
+
+/// Every statement has reached the disk by itself before it returned (synchronous=FULL).
+void ConnectionCore::makeDurable() {}
 
 void ConnectionCore::openDatabase(const ConnectionString& parts) {
-    const bool plain = parts.password.isEmpty();
-    const QString driver = plain ? u"QSQLITE"_s : u"QSQLCIPHER"_s;
-    engine = plain ? u"SQLite"_s : u"SQLCipher"_s;
-    if (!QSqlDatabase::isDriverAvailable(driver)) {
-        throw RuntimeError(RuntimeError::databaseFailure,
-                           u"The database driver %1 is not installed."_s.arg(driver), engine);
-    }
+    hasPassword = !parts.password.isEmpty();
+    const QString driver = hasPassword ? u"QSQLCIPHER"_s : u"QSQLITE"_s;
+    engine = hasPassword ? u"SQLCipher"_s : u"SQLite"_s;
+    if (!QSqlDatabase::isDriverAvailable(driver))
+        throw failure(Kind::other, u"The database driver %1 is not installed."_s.arg(driver));
     // An empty path would have the engine make a temporary database, and a folder or a missing file is
     // answered here in the words that the engine has for both.
     const QFileInfo file(parts.dataSource);
-    if (parts.dataSource.isEmpty() || !file.isFile()) {
-        throw RuntimeError(RuntimeError::databaseFailure, u"unable to open database file"_s, engine);
-    }
+    if (parts.dataSource.isEmpty() || !file.isFile())
+        throw failure(Kind::missing, u"unable to open database file"_s);
     name = nextConnectionName();
     database = QSqlDatabase::addDatabase(driver, name);
     database.setDatabaseName(fileUri(file));
     database.setPassword(parts.password);
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
-    if (!database.open()) {
-        throw engineError(database.lastError(), engine);
-    }
+    if (!database.open())
+        throw failure(database.lastError());
+    opening = ++openings;
+    writes = writesTo(file.canonicalFilePath());
     if (isOnNetwork(file.canonicalFilePath()))
         prepareNetworkFile();
     else
@@ -137,9 +161,8 @@ void ConnectionCore::prepareNetworkFile() {
     run(catalogueProbe);
     QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
     if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
-        throw RuntimeError(
-            RuntimeError::databaseFailure,
-            u"The file is in use with a write-ahead log, which can't be shared over a network."_s, engine);
+        throw failure(Kind::busy,
+                      u"The file is in use with a write-ahead log, which can't be shared over a network."_s);
     }
     journal.finish();
     if (!bearsNetworkMark())
@@ -150,43 +173,48 @@ void ConnectionCore::prepareNetworkFile() {
 }
 
 bool ConnectionCore::bearsNetworkMark() {
-    QSqlQuery version = run(u"PRAGMA user_version"_s);
-    return version.next() && version.value(0).toInt() == networkMark;
+    return number(u"PRAGMA user_version"_s) == networkMark;
 }
 
 void ConnectionCore::closeDatabase() {
+    self.reset();
     for (ConnectionUser* user : std::exchange(users, {})) {
         user->connectionClosing();
     }
-    if (name.isEmpty()) {
+    if (name.isEmpty())
         return;
-    }
+    schema.forget();
+    opening = 0;
     database.close();
     // The toolkit warns of a connection that is removed while a handle of it lives.
     database = QSqlDatabase();
     QSqlDatabase::removeDatabase(std::exchange(name, {}));
 }
 
-Connection::Connection(std::chrono::milliseconds busyTimeout) : d(std::make_unique<Private>(busyTimeout)) {}
+Connection::Connection(std::chrono::milliseconds busyTimeout) : d(std::make_unique<Private>(busyTimeout)) {
+    openConnections();  // must outlive a connection that lives until the process ends
+}
 
 Connection::~Connection() {
     close();
 }
 
 void Connection::open(const QString& connectionString) {
-    if (isOpen()) {
-        throw RuntimeError(RuntimeError::databaseFailure,
-                           u"Operation is not allowed when the object is open."_s, d->engine);
-    }
+    if (isOpen())
+        throw d->failure(Kind::statement, u"Operation is not allowed when the object is open."_s);
     try {
         d->openDatabase(ConnectionString::parse(connectionString));
     } catch (const RuntimeError&) {
         d->closeDatabase();
         throw;
     }
+    d->connectionString = connectionString;
+    d->self = std::shared_ptr<Connection>(this, [](Connection*) {});
+    openConnections().push_back(this);
 }
 
 void Connection::close() {
+    std::erase(openConnections(), this);
     d->closeDatabase();
 }
 
@@ -194,52 +222,62 @@ bool Connection::isOpen() const {
     return d->database.isOpen();
 }
 
+std::weak_ptr<Connection> Connection::findOpen(const QString& connectionString) {
+    for (const Connection* connection : openConnections()) {
+        if (connection->d->connectionString == connectionString)
+            return connection->d->self;
+    }
+    return {};
+}
+
 void Connection::execute(const QString& sql) {
     d->requireOpen();
-    const QString engineSql = d->translated(sql);
-    d->suspendReading();
-    if (const auto counter = dialect::addCounterColumn(sql)) {
-        rebuildWithCounter(*d, *counter);
-    } else {
-        d->run(engineSql);
-    }
+    d->inEnginesName([&] {
+        const auto counter = dialect::addCounterColumn(sql);
+        const bool changesTables = dialect::changesTables(sql);
+        if (counter)
+            rebuildWithCounter(*d, *counter);
+        else
+            d->write(dialect::translate(sql));
+        // What is temporary isn't in the engine's count.
+        if (changesTables)
+            d->schema.forget();
+    });
 }
 
 QList<TableInfo> Connection::tables() {
     d->requireOpen();
-    QList<TableInfo> tables{{u"sqlite_master"_s, u"SYSTEM TABLE"_s}};
-    QSqlQuery query =
-        d->run(u"SELECT name, type FROM sqlite_master WHERE type IN ('table', 'view') ORDER BY rowid"_s);
-    while (query.next()) {
-        const QString name = query.value(0).toString();
-        const bool system = name.startsWith("sqlite_"_L1, Qt::CaseInsensitive);
-        const bool view = query.value(1).toString() == "view"_L1;
-        tables.append({name, system ? u"SYSTEM TABLE"_s : view ? u"VIEW"_s : u"TABLE"_s});
-    }
-    return tables;
+    return d->schema.tables(*d);
 }
 
-QStringList Connection::columns(const QString& table, const QString& column) {
+TableShape Connection::shape(const QString& table) {
     d->requireOpen();
-    // The older engine answers the pragma from the catalogue as it last saw it; a select notices that another
-    // connection has changed it.
-    if (d->isOlderEngine()) {
-        d->run(u"SELECT 1 FROM sqlite_master LIMIT 1"_s);
-    }
-    QStringList names;
-    QSqlQuery query = d->run(u"PRAGMA table_info(%1)"_s.arg(quotedSqlName(table)));
-    while (query.next()) {
-        const QString name = query.value(1).toString();
-        if (column.isEmpty() || name.compare(column, Qt::CaseInsensitive) == 0) {
-            names.append(name);
-        }
-    }
-    return names;
+    return d->schema.shape(*d, table);
 }
 
-void Connection::checkpoint() {
+void Connection::keepIndex(const QString& table, const QString& column) {
     d->requireOpen();
-    d->suspendReading();
+    const QString index = quotedSqlName(u"kovanix_%1_%2"_s.arg(table, column));
+    attempt([&] {
+        // The engine would take the name of a column that isn't there for a text.
+        if (d->schema.shape(*d, table).indexOf(column) < 0)
+            return;
+        d->write(u"CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)"_s.arg(index, quotedSqlName(table),
+                                                                   quotedSqlName(column)));
+    });
+}
+
+ChangeMark Connection::changeMark() {
+    ChangeMark mark;
+    attempt([&] {
+        d->requireOpen();
+        mark = ChangeMark(d->opening, d->number(u"PRAGMA data_version"_s), *d->writes);
+    });
+    return mark;
+}
+
+void Connection::idle() {
+    d->requireOpen();
     d->run(u"PRAGMA wal_checkpoint(PASSIVE)"_s);
 }
 

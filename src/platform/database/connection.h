@@ -2,14 +2,15 @@
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 #include <chrono>
 #include <functional>
 #include <memory>
 
-namespace kovanix {
+#include "database/changemark.h"
+#include "database/databaseerror.h"
+#include "database/tableshape.h"
 
-class Recordset;
+namespace kovanix {
 
 /// The parts of a connection string that reach the engine.
 struct ConnectionString {
@@ -31,8 +32,9 @@ struct TableInfo {
 /// One connection to a database file: plain files through the toolkit's SQLite driver, files with a password
 /// through the QSQLCIPHER driver.
 ///
-/// Every operation but close and isOpen throws a RuntimeError (databaseFailure, the engine's own words, the
-/// engine's name as source) when it fails. Statements are in the modules' SQL (see dialect.h).
+/// Every operation but close and isOpen throws a DatabaseError (databaseFailure, the engine's own words, the
+/// engine's name as source) when it fails. Statements are in the modules' SQL (see dialect.h). No operation
+/// leaves a lock or a half-read statement behind.
 class Connection {
 public:
     /// How long a statement waits for a file that another connection has locked, before it fails.
@@ -59,8 +61,13 @@ public:
 
     bool isOpen() const;
 
-    /// Executes one statement that gives no rows. Recordsets of this connection that are half read keep their
-    /// place.
+    /// The connection of this process that was opened with that very string and is open still, the longest
+    /// open one where there are several: opening a file with a password takes long. Expired where there is
+    /// none, and from the moment on when it closes. Hold what lock() gives for the length of one operation
+    /// only.
+    static std::weak_ptr<Connection> findOpen(const QString& connectionString);
+
+    /// Executes one statement that gives no rows. Recordsets of this connection keep their place.
     ///
     /// "ALTER TABLE … ADD COLUMN … COUNTER" numbers the rows in order of entry by rebuilding the table in one
     /// transaction, and fails where the table has a counter already.
@@ -69,15 +76,26 @@ public:
     /// The table catalogue: all tables, views and system tables.
     QList<TableInfo> tables();
 
-    /// The column catalogue: the names of a table's columns in their order; none when there is no such table.
-    /// With a column name, only that column, found without regard to case.
-    QStringList columns(const QString& table, const QString& column = {});
+    /// A table's or view's columns and the identity of its rows, found without regard to case; no columns
+    /// where there is no such table. Kept in memory as long as nobody changes a table.
+    TableShape shape(const QString& table);
 
-    /// Moves what the write-ahead log holds into the database file as far as no reader stands in the way,
-    /// without waiting, so that a plain copy of the file is whole. Nothing to do with a rollback journal.
-    void checkpoint();
+    /// Keeps an index over a column, under a name of the room's own. An index is no part of a table and only
+    /// makes look-ups fast: a failure to make it is passed over.
+    void keepIndex(const QString& table, const QString& column);
+
+    /// A mark of what the database holds now; take it before the read that it is to prove. It never throws:
+    /// where nothing can be proved, the mark is equal to none.
+    ChangeMark changeMark();
+
+    /// What a till does for its file while nobody waits for it: moves what the write-ahead log holds into the
+    /// database file as far as no reader stands in the way, without waiting, so that a plain copy of the file
+    /// is whole. Nothing to do with a rollback journal.
+    void idle();
 
 private:
+    friend class BulkWriter;
+    friend class Press;
     friend class Recordset;
     friend class RowSet;
     struct Private;

@@ -1,57 +1,87 @@
 #pragma once
 
 #include <QSqlDatabase>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
 #include <chrono>
+#include <memory>
 #include <vector>
 
 #include "database/connection.h"
-#include "runtime/runtimeerror.h"
+#include "database/databaseerror.h"
+#include "database/schemacache.h"
 
 namespace kovanix {
-
-/// The engine's own words for a failure.
-RuntimeError engineError(const QSqlError& error, const QString& engine);
 
 /// What a connection does with the recordsets that are open on it.
 class ConnectionUser {
 public:
-    virtual void suspendReading() = 0;
+    /// A statement of this connection is about to change rows: what was read ahead of the current row is out
+    /// of date.
+    virtual void rowsChanging() = 0;
     virtual void connectionClosing() = 0;
 
 protected:
     ~ConnectionUser() = default;
 };
 
-/// A connection's state and the steps that its parts share.
+/// A connection's state and the steps that its parts share. No step leaves a statement half read behind.
 struct ConnectionCore {
     explicit ConnectionCore(std::chrono::milliseconds timeout) : busyTimeout(timeout) {}
 
     void requireOpen() const;
     /// Whether the engine's library may be years behind the plain one (Debian's SQLCipher is), and its
     /// answers with it.
-    bool isOlderEngine() const { return engine == u"SQLCipher"; }
+    bool isOlderEngine() const { return hasPassword; }
     void openDatabase(const ConnectionString& parts);
     void prepareLocalFile();
     void prepareNetworkFile();
     bool bearsNetworkMark();
     void closeDatabase();
-    void suspendReading();
 
-    /// Runs one statement in the engine's SQL with positional values.
+    /// Runs one statement that changes nothing, in the engine's SQL with positional values.
     QSqlQuery run(const QString& engineSql, const QVariantList& values = {});
+    /// The whole number that such a statement gives.
+    qint64 number(const QString& engineSql);
 
-    /// The modules' SQL as the engine's; a malformed statement is the engine's error.
-    QString translated(const QString& sql) const;
+    /// Runs one statement that may change the database. @return how many rows it has changed
+    int write(const QString& engineSql, const QVariantList& values = {});
+    /// What has to be known of such a statement before it runs, whoever runs it.
+    void aboutToWrite();
+
+    /// Makes what the last press has written durable.
+    void makeDurable();
+
+    DatabaseError failure(DatabaseError::Kind kind, const QString& description) const {
+        return {kind, description, engine};
+    }
+    DatabaseError failure(const QSqlError& error) const;
+
+    /// Runs a step that reads a text of the modules: its failures carry the engine's name.
+    template <class Step>
+    auto inEnginesName(Step&& step) const {
+        try {
+            return step();
+        } catch (const DatabaseError& error) {
+            throw failure(error.kind(), error.description());
+        } catch (const RuntimeError& error) {
+            throw failure(DatabaseError::Kind::statement, error.description());
+        }
+    }
 
     std::chrono::milliseconds busyTimeout;
-    QString name;    ///< the connection's name in the toolkit; empty while closed
-    QString engine;  ///< the name that errors carry as their source
+    QString connectionString;  ///< with which it was opened last
+    QString name;              ///< the connection's name in the toolkit; empty while closed
+    QString engine;            ///< the name that errors carry as their source
+    bool hasPassword = false;
     QSqlDatabase database;
+    SchemaCache schema;
     std::vector<ConnectionUser*> users;
+    int presses = 0;  ///< presses that have begun and aren't finished
+    quint64 opening = 0;
+    std::shared_ptr<quint64> writes;   ///< counted over all connections of this process to the file
+    std::shared_ptr<Connection> self;  ///< what others hold weakly; only while open
 };
 
 struct Connection::Private : ConnectionCore {

@@ -6,8 +6,8 @@
 #include <array>
 #include <vector>
 
+#include "database/databaseerror.h"
 #include "database/sqltokens.h"
-#include "runtime/runtimeerror.h"
 
 namespace kovanix::dialect {
 
@@ -16,8 +16,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using Kind = SqlToken::Kind;
 
-[[noreturn]] void fail(const QString& description) {
-    throw RuntimeError(RuntimeError::databaseFailure, description);
+[[noreturn]] void fail(DatabaseError::Kind kind, const QString& description) {
+    throw DatabaseError(kind, description);
 }
 
 /// '2021-05-03 07:05:09' of #5/3/2021 07:05:09#.
@@ -31,7 +31,7 @@ QString dateText(const QString& literal) {
     // The engine's dates as the modules write them begin with the year 100; a shorter year is a slip and no
     // century is guessed.
     if (!match.hasMatch() || !day.isValid() || day.year() < 100 || !time.isValid()) {
-        fail(u"Syntax error in date in query expression '%1'."_s.arg(literal));
+        fail(DatabaseError::Kind::value, u"Syntax error in date in query expression '%1'."_s.arg(literal));
     }
     return u'\'' + day.toString(u"yyyy-MM-dd") + u' ' + time.toString(u"HH:mm:ss") + u'\'';
 }
@@ -46,7 +46,8 @@ std::optional<QString> escapedPattern(const QString& literal) {
     const auto* escape =
         std::ranges::find_if(candidates, [&literal](char16_t c) { return !literal.contains(QChar(c)); });
     if (escape == candidates.end()) {
-        fail(u"Syntax error in pattern in query expression %1."_s.arg(literal));
+        fail(DatabaseError::Kind::statement,
+             u"Syntax error in pattern in query expression %1."_s.arg(literal));
     }
     QString pattern;
     qsizetype copied = 0;
@@ -103,7 +104,7 @@ private:
     };
 
     [[noreturn]] static void wrong() {
-        fail(u"Wrong number of arguments used with function IIF in query."_s);
+        fail(DatabaseError::Kind::statement, u"Wrong number of arguments used with function IIF in query."_s);
     }
 
     bool inCall() const { return !m_open.empty() && m_open.back().iif; }
@@ -358,42 +359,85 @@ void translateTokens(SqlTokens& sql) {
     translateColumnTypes(sql);
 }
 
+/// Narrows a select down by one more condition; an empty one leaves it.
+void addCondition(SqlTokens& tokens, const PlainSelect& select, const QString& condition) {
+    if (condition.isEmpty())
+        return;
+    if (select.where) {
+        tokens[*select.where].text += u" ("_s;
+        tokens[select.last].text += u") AND "_s + condition;
+    } else {
+        tokens[select.source].text += u" WHERE "_s + condition;
+    }
+}
+
 }  // namespace
 
-QString translate(const QString& sql) {
+QString translate(const QString& sql, const QString& identity) {
     SqlTokens tokens(sql);
     translateTokens(tokens);
-    if (const auto select = plainSelect(tokens); select && !select->ordered) {
-        tokens[select->last].text += u" ORDER BY rowid"_s;
+    if (const auto select = identity.isEmpty() ? std::nullopt : plainSelect(tokens);
+        select && !select->ordered) {
+        tokens[select->last].text += u" ORDER BY "_s + identity;
     }
     return tokens.text();
 }
 
-QString translateUnordered(const QString& sql) {
-    SqlTokens tokens(sql);
-    translateTokens(tokens);
-    return tokens.text();
+std::optional<TableSelect> tableSelect(const QString& sql) {
+    const SqlTokens tokens(sql);
+    const std::optional<PlainSelect> select = plainSelect(tokens);
+    if (!select)
+        return std::nullopt;
+    return TableSelect{select->table, select->from == 2 && tokens.isSign(1, u'*'), select->where.has_value(),
+                       select->ordered, select->limited};
 }
 
-std::optional<QString> translatePlaced(const QString& sql, std::optional<qint64> behind) {
+std::optional<QString> translateAfterRow(const QString& sql, const QString& identity, const RowRange& range) {
     SqlTokens tokens(sql);
     const std::optional<PlainSelect> select = plainSelect(tokens);
-    if (!select || select->ordered || select->limited) {
+    const bool cut = range.afterRow || range.limit > 0;
+    if (!select || (select->limited && (cut || !range.condition.isEmpty())) ||
+        (cut && (select->ordered || identity.isEmpty()))) {
         return std::nullopt;
     }
     translateTokens(tokens);
-    tokens[select->from - 1].text += u", rowid"_s;
-    if (behind) {
-        const QString place = u"rowid > "_s + QString::number(*behind);
-        if (select->where) {
-            tokens[*select->where].text += u" ("_s;
-            tokens[select->last].text += u") AND "_s + place;
-        } else {
-            tokens[select->source].text += u" WHERE "_s + place;
-        }
-    }
-    tokens[select->last].text += u" ORDER BY rowid"_s;
+    if (!identity.isEmpty())
+        tokens[select->from - 1].text += u", "_s + identity;
+    QStringList conditions;
+    if (!range.condition.isEmpty())
+        conditions.append(range.condition);
+    if (range.afterRow)
+        conditions.append(identity + u" > "_s + QString::number(*range.afterRow));
+    addCondition(tokens, *select, conditions.join(u" AND "));
+    if (!select->ordered && !identity.isEmpty())
+        tokens[select->last].text += u" ORDER BY "_s + identity;
+    if (range.limit > 0)
+        tokens[select->last].text += u" LIMIT "_s + QString::number(range.limit);
     return tokens.text();
+}
+
+std::optional<QString> translateCount(const QString& sql, const QString& condition) {
+    SqlTokens tokens(sql);
+    const std::optional<PlainSelect> select = plainSelect(tokens);
+    if (!select || select->limited)
+        return std::nullopt;
+    translateTokens(tokens);
+    addCondition(tokens, *select, condition);
+    tokens[0].text = u"SELECT count(*)"_s;
+    for (qsizetype i = 1; i < select->from; ++i)
+        tokens[i].text.clear();
+    for (qsizetype i = select->last + 1; i < tokens.count(); ++i)
+        tokens[i].text.clear();  // an order
+    return tokens.text();
+}
+
+bool changesTables(const QString& sql) {
+    const SqlTokens tokens(sql);
+    return tokens.isWord(0, "CREATE"_L1) || tokens.isWord(0, "ALTER"_L1) || tokens.isWord(0, "DROP"_L1);
+}
+
+bool onlyReads(const QString& sql) {
+    return SqlTokens(sql).isWord(0, "SELECT"_L1);
 }
 
 std::optional<AddCounterColumn> addCounterColumn(const QString& sql) {
@@ -428,11 +472,6 @@ std::optional<QString> withColumn(const QString& createSql, const QString& defin
         last.text += u", "_s + definition;
     }
     return tokens.text();
-}
-
-std::optional<QString> singleTable(const QString& sql) {
-    const std::optional<PlainSelect> select = plainSelect(SqlTokens(sql));
-    return select ? std::optional(select->table) : std::nullopt;
 }
 
 }  // namespace kovanix::dialect

@@ -9,6 +9,7 @@ namespace kovanix {
 namespace {
 
 using namespace Qt::StringLiterals;
+using Kind = DatabaseError::Kind;
 
 class Rebuild {
 public:
@@ -22,7 +23,7 @@ public:
         const QString definition = quotedSqlName(m_counter.column) + u" INTEGER PRIMARY KEY AUTOINCREMENT"_s;
         const std::optional<QString> create = dialect::withColumn(m_createSql, definition);
         if (!create) {
-            fail(u"cannot add a column to table %1"_s.arg(m_table));
+            fail(Kind::statement, u"cannot add a column to table %1"_s.arg(m_table));
         }
         // The table is emptied into a temporary one and filled again under its own name: renaming would have
         // the engine rewrite the views and triggers that speak of it.
@@ -41,8 +42,8 @@ public:
     }
 
 private:
-    [[noreturn]] void fail(const QString& description) const {
-        throw RuntimeError(RuntimeError::databaseFailure, description, m_connection.engine);
+    [[noreturn]] void fail(Kind kind, const QString& description) const {
+        throw m_connection.failure(kind, description);
     }
 
     void readTable() {
@@ -50,10 +51,10 @@ private:
             u"SELECT name, type, sql FROM main.sqlite_master WHERE name = ? COLLATE NOCASE AND type IN ('table', 'view')"_s,
             {m_counter.table});
         if (!query.next()) {
-            fail(u"no such table: "_s + m_counter.table);
+            fail(Kind::noSuchTable, u"no such table: "_s + m_counter.table);
         }
         if (query.value(1) == u"view"_s) {
-            fail(u"Cannot add a column to a view"_s);
+            fail(Kind::statement, u"Cannot add a column to a view"_s);
         }
         m_table = query.value(0).toString();
         m_createSql = query.value(2).toString();
@@ -64,11 +65,11 @@ private:
         while (query.next()) {
             const QString name = query.value(1).toString();
             if (name.compare(m_counter.column, Qt::CaseInsensitive) == 0) {
-                fail(u"duplicate column name: "_s + m_counter.column);
+                fail(Kind::statement, u"duplicate column name: "_s + m_counter.column);
             }
             // A counter is the table's key, and a table has one key.
             if (query.value(5).toInt() > 0) {
-                fail(u"table \"%1\" has more than one primary key"_s.arg(m_table));
+                fail(Kind::statement, u"table \"%1\" has more than one primary key"_s.arg(m_table));
             }
             m_columns.append(quotedSqlName(name));
         }
@@ -94,6 +95,7 @@ private:
 }  // namespace
 
 void rebuildWithCounter(ConnectionCore& connection, const dialect::AddCounterColumn& counter) {
+    connection.aboutToWrite();
     connection.run(u"BEGIN IMMEDIATE"_s);
     try {
         Rebuild(connection, counter).run();

@@ -51,6 +51,23 @@ QStringList RawDatabase::rows(const QString& sql) {
     return rows;
 }
 
+QList<QVariantList> RawDatabase::values(const QString& sql) {
+    QSqlQuery query(m_database);
+    query.setForwardOnly(true);
+    if (!query.exec(sql)) {
+        qFatal("%s: %s", qUtf8Printable(sql), qUtf8Printable(query.lastError().text()));
+    }
+    QList<QVariantList> rows;
+    while (query.next()) {
+        QVariantList row;
+        for (int i = 0; i < query.record().count(); ++i) {
+            row.append(query.value(i));
+        }
+        rows.append(row);
+    }
+    return rows;
+}
+
 void DatabaseFile::bothKinds() {
     QTest::addColumn<QString>("password");
     QTest::newRow(plain) << QString();
@@ -88,6 +105,16 @@ void DatabaseFile::execute(const QStringList& statements) const {
 
 QStringList DatabaseFile::rows(const QString& sql) const {
     return RawDatabase(m_path, m_password).rows(sql);
+}
+
+void DatabaseFile::damage() const {
+    QFile file(m_path);
+    const qint64 page = 4096;
+    const qint64 pages = file.size() / page;
+    if (pages < 20 || !file.open(QIODevice::ReadWrite) || !file.seek(pages * 2 / 5 * page) ||
+        file.write(QByteArray(pages / 5 * page, '\xAA')) < page) {
+        qFatal("no pages to damage");
+    }
 }
 
 std::optional<RuntimeError> errorOf(const std::function<void()>& step) {

@@ -33,6 +33,9 @@ public:
     /// All rows of a select, the fields joined by "|", null as "NULL".
     QStringList rows(const QString& sql);
 
+    /// All rows of a statement as the toolkit's driver gives them. A failure ends the test program.
+    QList<QVariantList> values(const QString& sql);
+
 private:
     QString m_name;
     QSqlDatabase m_database;
@@ -62,6 +65,10 @@ public:
     void execute(const QStringList& statements) const;
     /// The rows of a select, through a connection of the toolkit that is closed again.
     QStringList rows(const QString& sql) const;
+
+    /// Overwrites the middle fifth of the file, so that whoever reads a page there fails. No connection to it
+    /// may be open.
+    void damage() const;
 
 private:
     QTemporaryDir m_folder;

@@ -6,6 +6,38 @@
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct SelectRow {
+    QString sql;
+    QString parts;
+};
+
+struct RangeRow {
+    QString sql;
+    dialect::RowRange range;
+    QString engine;
+};
+
+struct CountRow {
+    QString sql;
+    QString condition;
+    QString engine;
+};
+
+struct FilterRow {
+    QString filter;
+    QString engine;  ///< "none" where the engine can't be asked; the words of a refusal
+    QVariantList values;
+};
+
+}  // namespace
+
+Q_DECLARE_METATYPE(SelectRow)
+Q_DECLARE_METATYPE(RangeRow)
+Q_DECLARE_METATYPE(CountRow)
+Q_DECLARE_METATYPE(FilterRow)
+
 class TestDialect : public QObject {
     Q_OBJECT
 
@@ -16,10 +48,15 @@ private Q_SLOTS:
     void refuses();
     void recognisesCounters_data();
     void recognisesCounters();
-    void findsTheSingleTable_data();
-    void findsTheSingleTable();
-    void placesACursor_data();
-    void placesACursor();
+    void readsASelectFromOneTable_data();
+    void readsASelectFromOneTable();
+    void asksForRowsAfterAnother_data();
+    void asksForRowsAfterAnother();
+    void leavesOutAnIdentityThatIsNotThere();
+    void counts_data();
+    void counts();
+    void rendersFilters_data();
+    void rendersFilters();
     void addsAColumn_data();
     void addsAColumn();
     void likeMatchesBareSigns_data();
@@ -138,7 +175,7 @@ void TestDialect::translates_data() {
 
 void TestDialect::translates() {
     QFETCH(const QString, sql);
-    QTEST(dialect::translate(sql), "engine");
+    QTEST(dialect::translate(sql, u"rowid"_s), "engine");
 }
 
 void TestDialect::refuses_data() {
@@ -198,48 +235,139 @@ void TestDialect::recognisesCounters() {
     QTEST(found, "found");
 }
 
-void TestDialect::findsTheSingleTable_data() {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("table");
-    QTest::newRow("plain") << u" select * from urunler"_s << u"urunler"_s;
-    QTest::newRow("condition") << u" select * from urunler where barkod='1' "_s << u"urunler"_s;
-    QTest::newRow("brackets") << u"SELECT * FROM [a b] u ORDER BY x"_s << u"a b"_s;
-    QTest::newRow("schema") << u"SELECT * FROM main.[t]"_s << u"t"_s;
-    QTest::newRow("from in a string") << u"SELECT 'x from y' FROM t"_s << u"t"_s;
-    QTest::newRow("aggregate") << u"SELECT sum(a) FROM t"_s << u""_s;
-    QTest::newRow("join") << u"SELECT * FROM t LEFT JOIN u ON 1"_s << u""_s;
-    QTest::newRow("comma") << u"SELECT * FROM t, u"_s << u""_s;
-    QTest::newRow("comma behind an alias") << u"SELECT * FROM t a, u b"_s << u""_s;
-    QTest::newRow("union") << u"SELECT * FROM t UNION SELECT * FROM u"_s << u""_s;
-    QTest::newRow("group") << u"SELECT a FROM t GROUP BY a"_s << u""_s;
-    QTest::newRow("no select") << u"DELETE FROM t"_s << u""_s;
-    QTest::newRow("no table") << u"SELECT * FROM"_s << u""_s;
+void TestDialect::readsASelectFromOneTable_data() {
+    QTest::addColumn<SelectRow>("row");
+    const auto row = [](const char* name, const QString& sql, const QString& parts) {
+        QTest::newRow(name) << SelectRow{sql, parts};
+    };
+    row("plain", u" select * from urunler"_s, u"urunler, all columns"_s);
+    row("columns", u" select *, a from urunler"_s, u"urunler"_s);
+    row("condition", u" select * from urunler where barkod='1' "_s, u"urunler, all columns, conditional"_s);
+    row("brackets", u"SELECT a FROM [a b] u ORDER BY x"_s, u"a b, ordered"_s);
+    row("limit", u"SELECT a FROM t LIMIT 3"_s, u"t, limited"_s);
+    row("schema", u"SELECT * FROM main.[t]"_s, u"t, all columns"_s);
+    row("from in a string", u"SELECT 'x from y' FROM t"_s, u"t"_s);
+    row("aggregate", u"SELECT sum(a) FROM t"_s, u"none"_s);
+    row("join", u"SELECT * FROM t LEFT JOIN u ON 1"_s, u"none"_s);
+    row("comma", u"SELECT * FROM t, u"_s, u"none"_s);
+    row("comma behind an alias", u"SELECT * FROM t a, u b"_s, u"none"_s);
+    row("union", u"SELECT * FROM t UNION SELECT * FROM u"_s, u"none"_s);
+    row("group", u"SELECT a FROM t GROUP BY a"_s, u"none"_s);
+    row("no select", u"DELETE FROM t"_s, u"none"_s);
+    row("no table", u"SELECT * FROM"_s, u"none"_s);
 }
 
-void TestDialect::findsTheSingleTable() {
-    QFETCH(const QString, sql);
-    QTEST(dialect::singleTable(sql).value_or(u""_s), "table");
+void TestDialect::readsASelectFromOneTable() {
+    QFETCH(const SelectRow, row);
+    const auto select = dialect::tableSelect(row.sql);
+    QStringList parts{select ? select->table : u"none"_s};
+    if (select && select->allColumns)
+        parts.append(u"all columns"_s);
+    if (select && select->conditional)
+        parts.append(u"conditional"_s);
+    if (select && select->ordered)
+        parts.append(u"ordered"_s);
+    if (select && select->limited)
+        parts.append(u"limited"_s);
+    QCOMPARE(parts.join(u", "_s), row.parts);
 }
 
-void TestDialect::placesACursor_data() {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("next");
-    QTest::newRow("all rows") << u"select * from t"_s << u"select *, rowid from t ORDER BY rowid"_s
-                              << u"select *, rowid from t WHERE rowid > 7 ORDER BY rowid"_s;
-    QTest::newRow("condition")
-        << u"select a from t u where a=1 or b=2 ;"_s
-        << u"select a, rowid from t u where a=1 or b=2 ORDER BY rowid ;"_s
-        << u"select a, rowid from t u where ( a=1 or b=2) AND rowid > 7 ORDER BY rowid ;"_s;
-    QTest::newRow("own order") << u"select a from t order by a"_s << u""_s << u""_s;
-    QTest::newRow("limit") << u"select a from t limit 3"_s << u""_s << u""_s;
-    QTest::newRow("aggregate") << u"select count(*) from t"_s << u""_s << u""_s;
+void TestDialect::asksForRowsAfterAnother_data() {
+    QTest::addColumn<RangeRow>("row");
+    const auto row = [](const char* name, const RangeRow& range) { QTest::newRow(name) << range; };
+    row("all rows", {u"select * from t"_s, {}, u"select *, id from t ORDER BY id"_s});
+    row("after a row",
+        {u"select * from t"_s, {7, {}, 5}, u"select *, id from t WHERE id > 7 ORDER BY id LIMIT 5"_s});
+    row("condition, its own too",
+        {u"select a from t u where a=1 or b=2 ;"_s,
+         {7, u"c = ?"_s},
+         u"select a, id from t u where ( a=1 or b=2) AND c = ? AND id > 7 ORDER BY id ;"_s});
+    row("own order", {u"select a from t order by a"_s, {}, u"select a, id from t order by a"_s});
+    row("own order, condition", {u"select a from t order by a"_s,
+                                 {std::nullopt, u"c = ?"_s},
+                                 u"select a, id from t WHERE c = ? order by a"_s});
+    row("own order, after a row", {u"select a from t order by a"_s, {7}, {}});
+    row("limit", {u"select a from t limit 3"_s, {}, u"select a, id from t ORDER BY id limit 3"_s});
+    row("limit, condition", {u"select a from t limit 3"_s, {std::nullopt, u"c = ?"_s}, {}});
+    row("limit, cut", {u"select a from t limit 3"_s, {std::nullopt, {}, 2}, {}});
+    row("aggregate", {u"select count(*) from t"_s, {}, {}});
 }
 
-void TestDialect::placesACursor() {
-    QFETCH(const QString, sql);
-    QTEST(dialect::translatePlaced(sql).value_or(u""_s), "first");
-    QTEST(dialect::translatePlaced(sql, 7).value_or(u""_s), "next");
+void TestDialect::asksForRowsAfterAnother() {
+    QFETCH(const RangeRow, row);
+    QCOMPARE(dialect::translateAfterRow(row.sql, u"id"_s, row.range).value_or(QString()), row.engine);
+}
+
+void TestDialect::leavesOutAnIdentityThatIsNotThere() {
+    const QString sql = u"select * from v where a = 1"_s;
+    QCOMPARE(dialect::translate(sql), sql);
+    QCOMPARE(dialect::translateAfterRow(sql, {}).value_or(QString()), sql);
+    QCOMPARE(dialect::translateAfterRow(sql, {}, {std::nullopt, u"b = ?"_s}).value_or(QString()),
+             u"select * from v where ( a = 1) AND b = ?"_s);
+    QVERIFY(!dialect::translateAfterRow(sql, {}, {std::nullopt, {}, 5}));
+}
+
+void TestDialect::counts_data() {
+    QTest::addColumn<CountRow>("row");
+    QTest::newRow("plain") << CountRow{u"select * from t"_s, {}, u"SELECT count(*) from t"_s};
+    QTest::newRow("columns and order")
+        << CountRow{u"select a, (b) from t order by a;"_s, {}, u"SELECT count(*) from t"_s};
+    QTest::newRow("conditions") << CountRow{u"select * from t where a=1 or b=2"_s, u"c = ?"_s,
+                                            u"SELECT count(*) from t where ( a=1 or b=2) AND c = ?"_s};
+    QTest::newRow("limit") << CountRow{u"select * from t limit 2"_s, {}, {}};
+    QTest::newRow("aggregate") << CountRow{u"select sum(a) from t"_s, {}, {}};
+}
+
+void TestDialect::counts() {
+    QFETCH(const CountRow, row);
+    QCOMPARE(dialect::translateCount(row.sql, row.condition).value_or(QString()).simplified(), row.engine);
+}
+
+void TestDialect::rendersFilters_data() {
+    QTest::addColumn<FilterRow>("row");
+    const auto row = [](const char* name, const FilterRow& filter) { QTest::newRow(name) << filter; };
+    const QString mismatch = u"Data type mismatch in criteria expression."_s;
+    row("no term", {u""_s, u""_s, {}});
+    row("text", {u"barkod = 'O''Neil'"_s, u"\"barkod\" = ? COLLATE NOCASE"_s, {u"O'Neil"_s}});
+    row("empty text", {u"barkod = ''"_s, u"\"barkod\" = ? COLLATE NOCASE"_s, {u""_s}});
+    row("brackets are signs in an equality",
+        {u"barkod = '[%]'"_s, u"\"barkod\" = ? COLLATE NOCASE"_s, {u"[%]"_s}});
+    row("LIKE without wildcards", {u"BARKOD like '12[%]'"_s, u"\"barkod\" = ? COLLATE NOCASE"_s, {u"12%"_s}});
+    row("LIKE",
+        {u"barkod LIKE '%a[%]_\\[[]b[_]'"_s, u"\"barkod\" LIKE ? ESCAPE '\\'"_s, {u"%a\\%_\\\\[b\\_"_s}});
+    row("counter", {u"no like '17'"_s, u"\"no\" = ?"_s, {17LL}});
+    row("counter of another form", {u"no = '17.0'"_s, u"\"no\" = ?"_s, {17.0}});
+    row("counter with wildcards", {u"no like '%7'"_s, u"none"_s, {}});
+    row("no counter", {u"no like ''"_s, mismatch, {}});
+    row("number", {u"stok LIKE '12.5'"_s, u"\"stok\" = ?"_s, {12.5}});
+    row("number with wildcards", {u"stok LIKE '1%'"_s, u"none"_s, {}});
+    row("no number", {u"stok LIKE '12,5'"_s, mismatch, {}});
+    row("no finite number", {u"stok = 'inf'"_s, mismatch, {}});
+    row("moment", {u"tarih = '2026-05-03 10:15:00'"_s, u"\"tarih\" = ?"_s, {u"2026-05-03 10:15:00"_s}});
+    row("two terms", {u"stok = '1' AND barkod = 'x'"_s,
+                      u"\"stok\" = ? AND \"barkod\" = ? COLLATE NOCASE"_s,
+                      {1LL, u"x"_s}});
+    row("a wrong term behind wildcards",
+        {u"no like '%' AND yok = 'x'"_s, u"Item cannot be found in the collection: yok"_s, {}});
+}
+
+void TestDialect::rendersFilters() {
+    QFETCH(const FilterRow, row);
+    const TableShape shape{u"urunler"_s,
+                           {{u"no"_s, ColumnType::counter},
+                            {u"barkod"_s, ColumnType::text, 50},
+                            {u"stok"_s, ColumnType::number},
+                            {u"tarih"_s, ColumnType::moment}},
+                           u"id"_s};
+    QString sql;
+    QVariantList values;
+    const QString words = wordsOf([&] {
+        const auto condition = dialect::condition(RowFilter::parse(row.filter), shape);
+        sql = condition ? condition->sql : u"none"_s;
+        values = condition ? condition->values : QVariantList();
+    });
+    QCOMPARE(words == u"no error"_s ? sql : words, row.engine);
+    QCOMPARE(values, row.values);
 }
 
 void TestDialect::addsAColumn_data() {

@@ -274,10 +274,9 @@ void TestOpen::opensAndClosesAgain() {
     }
     QCOMPARE(wordsOf([&] { connection.execute(u"CREATE TABLE t (a)"_s); }),
              u"Operation is not allowed when the object is closed."_s);
-    QCOMPARE(wordsOf([&] { connection.columns(u"t"_s); }),
+    QCOMPARE(wordsOf([&] { connection.shape(u"t"_s); }),
              u"Operation is not allowed when the object is closed."_s);
-    QCOMPARE(wordsOf([&] { connection.checkpoint(); }),
-             u"Operation is not allowed when the object is closed."_s);
+    QCOMPARE(wordsOf([&] { connection.idle(); }), u"Operation is not allowed when the object is closed."_s);
 }
 
 void TestOpen::eachKindHasItsOwnLibrary() {

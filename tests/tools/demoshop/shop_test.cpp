@@ -1,14 +1,11 @@
 #include <QDir>
 #include <QFile>
 #include <QSet>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
 
+#include "databasefile.h"
 #include "demoshop/barcode.h"
 #include "demoshop/shop.h"
 #include "profile/profilefile.h"
@@ -28,37 +25,13 @@ const QStringList tables{u"urunler"_s, u"satislar"_s, u"kullanici"_s, u"musteri"
 class Reader {
 public:
     explicit Reader(const QString& folder, const QString& password = {})
-        : database(
-              QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, u"reader"_s)) {
-        database.setDatabaseName(QDir(folder).filePath(u"kovanix.data"_s));
-        database.setPassword(password);
-        database.open();
-    }
-    ~Reader() {
-        database.close();
-        database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(u"reader"_s);
-    }
-    Reader(const Reader&) = delete;
-    Reader& operator=(const Reader&) = delete;
+        : database(QDir(folder).filePath(u"kovanix.data"_s), password) {}
 
-    Rows rows(const QString& sql) const {
-        QSqlQuery query(database);
-        if (!query.exec(sql))
-            qFatal("%s: %s", qPrintable(sql), qPrintable(query.lastError().text()));
-        Rows found;
-        while (query.next()) {
-            QVariantList row;
-            for (int column = 0; column < query.record().count(); ++column)
-                row << query.value(column);
-            found << row;
-        }
-        return found;
-    }
-    QVariant value(const QString& sql) const { return rows(sql).value(0).value(0); }
+    Rows rows(const QString& sql) { return database.values(sql); }
+    QVariant value(const QString& sql) { return rows(sql).value(0).value(0); }
 
 private:
-    QSqlDatabase database;
+    RawDatabase database;
 };
 
 ShopPlan smallPlan(const QString& folder) {
@@ -150,7 +123,7 @@ void ShopTest::made() {
     QCOMPARE(contents(plan.folder + u"/kovanix.data"_s).startsWith("SQLite format 3"), password.isEmpty());
     QCOMPARE(setting(plan.folder, u"dbpass"_s), password);
     {
-        const Reader shop(plan.folder, password);
+        Reader shop(plan.folder, password);
         QCOMPARE(shop.value(u"SELECT COUNT(*) FROM urunler"_s).toLongLong(), products);
         QCOMPARE(shop.value(u"SELECT COUNT(DISTINCT barkod) FROM urunler"_s).toLongLong(), products);
         QCOMPARE(shop.value(u"SELECT COUNT(DISTINCT urun) FROM urunler"_s).toLongLong(), products);
@@ -196,7 +169,7 @@ void ShopTest::columnsAreTheTills() {
     QFETCH(QString, table);
     const QTemporaryDir folder;
     makeShop(smallPlan(folder.path()));
-    const Reader shop(folder.path());
+    Reader shop(folder.path());
     QStringList columns;
     for (const QVariantList& row : shop.rows(u"PRAGMA table_info(%1)"_s.arg(table)))
         columns << row[1].toString() + u' ' + row[2].toString();
@@ -214,7 +187,7 @@ void ShopTest::fileIsInWriteAheadMode() {
 void ShopTest::saleRowsAddUp() {
     const QTemporaryDir folder;
     makeShop(smallPlan(folder.path()));
-    const Reader shop(folder.path());
+    Reader shop(folder.path());
     const Rows rows =
         shop.rows(u"SELECT adet, fiyat, alis, kar, toplam, satis, tarih FROM satislar ORDER BY no"_s);
     QCOMPARE(rows.size(), 400);
@@ -238,7 +211,7 @@ void ShopTest::users() {
     const QTemporaryDir folder;
     makeShop(smallPlan(folder.path()));
     const Rows expected{{u"Ayşe"_s, QString(), u"Yönetici"_s}, {u"Mehmet"_s, QString(), u"Kasiyer"_s}};
-    const Reader shop(folder.path());
+    Reader shop(folder.path());
     QCOMPARE(shop.rows(u"SELECT personeladi, sifre, yetki FROM kullanici ORDER BY id"_s), expected);
     QCOMPARE(shop.value(u"SELECT COUNT(*) FROM kullanici WHERE sifre=''"_s).toInt(), 2);
 }
@@ -247,7 +220,7 @@ void ShopTest::quickKeysSellRealProducts() {
     const QTemporaryDir folder;
     makeShop(smallPlan(folder.path()));
     QCOMPARE(setting(folder.path(), u"ensonkikisayol"_s), u"1"_s);
-    const Reader shop(folder.path());
+    Reader shop(folder.path());
     for (int page = 1; page <= 4; ++page) {
         QVERIFY(!setting(folder.path(), u"hizliurunkat%1"_s.arg(page)).isEmpty());
         for (int slot = 0; slot < 8; ++slot) {
@@ -265,7 +238,7 @@ void ShopTest::quickKeysSellRealProducts() {
 void ShopTest::readyMadeGoodsAreNotYetProducts() {
     const QTemporaryDir folder;
     QCOMPARE(makeShop(smallPlan(folder.path())).readyMade, 240);
-    const Reader shop(folder.path());
+    Reader shop(folder.path());
     for (const QString& column : {u"barkod"_s, u"urun"_s})
         QCOMPARE(shop.value(QStringLiteral(
                                 "SELECT COUNT(*) FROM urunler_hazir WHERE %1 IN (SELECT %1 FROM urunler)")
@@ -293,7 +266,7 @@ void ShopTest::equalPlansMakeEqualShops() {
     for (const QString& name : {u"a"_s, u"b"_s}) {
         makeShop(smallPlan(folder.filePath(name)));
         configurations << contents(folder.filePath(name + u"/Kovanix.config"_s));
-        const Reader shop(folder.filePath(name));
+        Reader shop(folder.filePath(name));
         QList<Rows> all;
         for (const QString& table : tables)
             all << shop.rows(u"SELECT * FROM %1 ORDER BY 1"_s.arg(table));

@@ -1,0 +1,48 @@
+#include "database/bulkwriter.h"
+
+#include "database/cell.h"
+#include "database/connectionprivate.h"
+#include "database/sqltokens.h"
+#include "runtime/attempt.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+BulkWriter::BulkWriter(Connection& connection) : m_core(*connection.d) {
+    m_core.requireOpen();
+    m_core.write(u"BEGIN IMMEDIATE"_s);
+}
+
+BulkWriter::~BulkWriter() {
+    m_insert.finish();
+    if (!m_finished)
+        attempt([this] { m_core.write(u"ROLLBACK"_s); });
+}
+
+void BulkWriter::into(const QString& table, const QStringList& columns) {
+    QStringList names;
+    for (const QString& column : columns)
+        names.append(quotedSqlName(column));
+    const QStringList places(columns.size(), u"?"_s);
+    QSqlQuery insert(m_core.database);
+    if (!insert.prepare(u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(quotedSqlName(table), names.join(u", "),
+                                                                 places.join(u", ")))) {
+        throw m_core.failure(insert.lastError());
+    }
+    m_insert = std::move(insert);
+}
+
+void BulkWriter::add(const QVariantList& values) {
+    for (qsizetype place = 0; place < values.size(); ++place)
+        m_insert.bindValue(static_cast<int>(place), stored(values[place]));
+    if (!m_insert.exec())
+        throw m_core.failure(m_insert.lastError());
+}
+
+void BulkWriter::finish() {
+    m_core.write(u"COMMIT"_s);
+    m_finished = true;
+}
+
+}  // namespace kovanix

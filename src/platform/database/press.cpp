@@ -1,0 +1,24 @@
+#include "database/press.h"
+
+#include <utility>
+
+#include "database/connectionprivate.h"
+#include "runtime/attempt.h"
+
+namespace kovanix {
+
+Press::Press(Connection& connection) : m_core(connection.d.get()) {
+    ++m_core->presses;
+}
+
+Press::~Press() {
+    attempt([this] { finish(); });
+}
+
+void Press::finish() {
+    ConnectionCore* const core = std::exchange(m_core, nullptr);
+    if (core && --core->presses == 0)
+        core->makeDurable();
+}
+
+}  // namespace kovanix

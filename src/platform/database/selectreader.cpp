@@ -1,0 +1,163 @@
+#include "database/selectreader.h"
+
+#include <QSqlRecord>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "database/cell.h"
+#include "database/connectionprivate.h"
+
+namespace kovanix {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int significantDigits = 15;
+
+bool isNumber(const QVariant& value) {
+    return value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong;
+}
+
+QString lowerAscii(QString text) {
+    for (QChar& sign : text) {
+        if (sign >= u'A' && sign <= u'Z')
+            sign = QChar(sign.unicode() + (u'a' - u'A'));
+    }
+    return text;
+}
+
+bool matchesTerm(const RowFilter::Term& term, const QVariant& value) {
+    if (value.isNull())
+        return false;
+    if (term.hasWildcards()) {
+        const QString text = value.typeId() == QMetaType::Double
+                                 ? QString::number(value.toDouble(), 'g', significantDigits)
+                                 : value.toString();
+        return RowFilter::matches(text, term.pattern);
+    }
+    if (isNumber(value)) {
+        bool valid = false;
+        const double wanted = term.literal().toDouble(&valid);
+        return valid && value.toDouble() == wanted;
+    }
+    return lowerAscii(value.toString()) == lowerAscii(term.literal());
+}
+
+}  // namespace
+
+SelectReader::SelectReader(ConnectionCore& core, const QString& sql, qint64 firstLimit)
+    : m_core(core), m_sql(sql), m_firstLimit(firstLimit) {
+    core.inEnginesName([&] {
+        m_select = dialect::tableSelect(sql);
+        m_onlyReads = m_select || dialect::onlyReads(sql);
+        if (m_select)
+            m_shape = core.schema.shape(core, m_select->table);
+        m_first = prepared(engineSql({std::nullopt, readsRanges() ? firstLimit : 0}, {}));
+    });
+}
+
+QSqlQuery SelectReader::prepared(const QString& engineSql) const {
+    QSqlQuery query(m_core.database);
+    query.setForwardOnly(true);
+    if (!query.prepare(engineSql))
+        throw m_core.failure(query.lastError());
+    return query;
+}
+
+QString SelectReader::engineSql(const Range& range, const QString& condition) const {
+    const std::optional<QString> placed =
+        dialect::translateAfterRow(m_sql, m_shape.identity, {range.afterRow, condition, range.limit});
+    return placed ? *placed : dialect::translate(m_sql);
+}
+
+qsizetype SelectReader::indexOf(const QString& name) const {
+    const auto found = std::ranges::find_if(
+        m_names, [&name](const QString& each) { return each.compare(name, Qt::CaseInsensitive) == 0; });
+    return found == m_names.cend() ? -1 : std::distance(m_names.cbegin(), found);
+}
+
+std::optional<dialect::Condition> SelectReader::condition(const RowFilter& filter) const {
+    // Another list may give a column's name to something else.
+    if (!m_select || !m_select->allColumns || m_select->limited)
+        return std::nullopt;
+    return m_core.inEnginesName([&] { return dialect::condition(filter, m_shape); });
+}
+
+bool SelectReader::matches(const RowFilter& filter, const Row& row) const {
+    return std::ranges::all_of(filter.terms(), [&](const RowFilter::Term& term) {
+        const qsizetype place = indexOf(term.field);
+        if (place < 0)
+            throw m_core.failure(DatabaseError::Kind::value,
+                                 u"Item cannot be found in the collection: %1"_s.arg(term.field));
+        return matchesTerm(term, row.fields[place]);
+    });
+}
+
+void SelectReader::setFilter(const RowFilter& filter) {
+    m_filterCondition = filter.isEmpty() ? std::nullopt : condition(filter);
+    m_filterInMemory = m_filterCondition ? RowFilter() : filter;
+    m_first.reset();
+}
+
+dialect::Condition SelectReader::withFilter(const dialect::Condition& condition) const {
+    if (!m_filterCondition)
+        return condition;
+    if (condition.sql.isEmpty())
+        return *m_filterCondition;
+    return {condition.sql + u" AND " + m_filterCondition->sql, condition.values + m_filterCondition->values};
+}
+
+std::vector<SelectReader::Row> SelectReader::read(const Range& range, const dialect::Condition& condition) {
+    const dialect::Condition all = withFilter(condition);
+    const bool first =
+        m_first && !range.afterRow && all.sql.isEmpty() && (!readsRanges() || range.limit == m_firstLimit);
+    QSqlQuery query = first ? std::move(*m_first) : prepared(engineSql(range, all.sql));
+    if (first)
+        m_first.reset();
+    for (const QVariant& value : all.values)
+        query.addBindValue(value);
+    if (!m_onlyReads)
+        m_core.aboutToWrite();
+    if (!query.exec())
+        throw m_core.failure(query.lastError());
+    return fetch(query);
+}
+
+std::vector<SelectReader::Row> SelectReader::fetch(QSqlQuery& query) {
+    const QSqlRecord record = query.record();
+    const int columns = record.count() - (hasIdentities() ? 1 : 0);
+    m_names.clear();
+    for (int i = 0; i < columns; ++i)
+        m_names.append(record.fieldName(i));
+    std::vector<Row> rows;
+    while (query.next()) {
+        Row row;
+        row.fields.reserve(columns);
+        for (int i = 0; i < columns; ++i)
+            row.fields.append(given(query.value(i)));
+        if (hasIdentities())
+            row.identity = query.value(columns).toLongLong();
+        if (matches(m_filterInMemory, row))
+            rows.push_back(std::move(row));
+    }
+    if (query.lastError().isValid())
+        throw m_core.failure(query.lastError());
+    return rows;
+}
+
+std::optional<qint64> SelectReader::count() {
+    if (!m_filterInMemory.isEmpty())
+        return std::nullopt;
+    const dialect::Condition condition = withFilter({});
+    const std::optional<QString> sql = dialect::translateCount(m_sql, condition.sql);
+    if (!sql)
+        return std::nullopt;
+    QSqlQuery query = m_core.run(*sql, condition.values);
+    if (!query.next())
+        throw m_core.failure(query.lastError());
+    return query.value(0).toLongLong();
+}
+
+}  // namespace kovanix
