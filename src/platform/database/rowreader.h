@@ -14,8 +14,4 @@ struct ConnectionCore;
 /// @throws RuntimeError the engine's failure
 RowTable readRows(ConnectionCore& core, const QString& sql);
 
-/// A text that stays the same through one connection for as long as nothing in the database has changed.
-/// @throws RuntimeError the engine's failure
-QString contentMark(ConnectionCore& core);
-
 }  // namespace kovanix

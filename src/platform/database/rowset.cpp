@@ -45,7 +45,7 @@ struct Sort {
 struct RowSet::Private {
     // What was read.
     QString sql;
-    QString mark;  ///< of the database's content just ahead of the read
+    ChangeMark mark;  ///< of the database's content just ahead of the read
     RowTable table;
     std::map<int, RowOrder> orders;  ///< by field, each worked out once
 
@@ -125,10 +125,8 @@ RowSet& RowSet::operator=(RowSet&& other) noexcept = default;
 bool RowSet::read(Connection& connection, const QString& sql) {
     ConnectionCore& core = *connection.d;
     core.requireOpen();
-    // A recordset that stands half read would have this read see the database as it was then.
-    core.suspendReading();
     // Taken ahead of the read: what is written meanwhile shows at the next one.
-    const QString mark = contentMark(core);
+    const ChangeMark mark = connection.changeMark();
     if (mark == d->mark && sql == d->sql)
         return false;
     d->replaceTable(readRows(core, sql));

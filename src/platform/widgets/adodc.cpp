@@ -13,21 +13,19 @@ Adodc::Adodc(QWidget* parent) : QWidget(parent) {
 
 Adodc::~Adodc() = default;
 
-Connection& Adodc::connection() {
-    if (m_connection && m_connection->isOpen() && m_openedWith == m_connectionString)
-        return *m_connection;
-    auto opened = std::make_unique<Connection>();
-    opened->open(m_connectionString);
-    m_connection = std::move(opened);
-    m_openedWith = m_connectionString;
-    return *m_connection;
+std::shared_ptr<Connection> Adodc::connection() {
+    if (std::shared_ptr<Connection> open = Connection::findOpen(m_connectionString).lock())
+        return open;
+    m_ownConnection = std::make_shared<Connection>();
+    m_ownConnection->open(m_connectionString);
+    return m_ownConnection;
 }
 
 void Adodc::refresh() {
     const QString sql = m_commandType == CommandType::table
                             ? QStringLiteral("select * from ") + m_recordSource
                             : m_recordSource;
-    if (!m_rows.read(connection(), sql))
+    if (!m_rows.read(*connection(), sql))
         return;
     settleCurrent();
     Q_EMIT rowsChanged();

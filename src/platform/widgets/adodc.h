@@ -14,8 +14,8 @@ class Connection;
 /// The data control of a list screen: a source of rows, read by refresh and kept in a RowSet that any number
 /// of grids show. A control without a face: it stands on a form, hidden.
 ///
-/// The first row is the current one until another is chosen; a chosen row that the filter hides, or that is gone,
-/// gives way to the first and comes back with itself.
+/// The first row is the current one until another is chosen; a chosen row that the filter hides, or that is
+/// gone, gives way to the first and comes back with itself.
 ///
 /// A control whose connection string is that of an open connection uses that one; else it opens one of its
 /// own, which lives as long as the control.
@@ -58,7 +58,7 @@ Q_SIGNALS:
     void currentChanged();
 
 private:
-    Connection& connection();
+    std::shared_ptr<Connection> connection();
     void settleCurrent();
 
     QString m_connectionString;
@@ -66,8 +66,7 @@ private:
     QString m_recordSource;
     RowSet m_rows;
     std::optional<qint64> m_chosen;
-    std::unique_ptr<Connection> m_connection;  // its own, where no open one serves
-    QString m_openedWith;
+    std::shared_ptr<Connection> m_ownConnection;  // where no open one serves
 };
 
 }  // namespace kovanix
