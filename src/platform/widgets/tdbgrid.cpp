@@ -40,6 +40,7 @@ TDBGrid::TDBGrid(QWidget* parent)
     setModel(m_rows);
     addScrollBarWidget(m_aboveBar, Qt::AlignTop);
     addScrollBarWidget(m_belowBar, Qt::AlignBottom);
+    m_aboveBar->parentWidget()->installEventFilter(this);
     verticalScrollBar()->setSingleStep(1);
     // Every pixel is painted by us.
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);

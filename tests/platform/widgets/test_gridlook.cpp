@@ -103,6 +103,11 @@ private Q_SLOTS:
             QVERIFY(grid.rowHeight() < 2 * row.bar);
             grid.verticalScrollBar()->setValue(grid.verticalScrollBar()->maximum());
             QCOMPARE(grid.visualRect(grid.model()->index(99, 0)).bottom(), grid.viewport()->height() - 1);
+            // The rim goes around the scroll bar too.
+            QCoreApplication::processEvents();
+            const QColor rim = roleColor(ColorRole::edge);
+            QCOMPARE(picture(grid).pixelColor(grid.width() - 1, grid.height() / 2), rim);
+            QCOMPARE(picture(grid).pixelColor(0, grid.height() / 2), rim);
             for (int index = 0; index < 5; ++index)
                 QCOMPARE(list.cell(index)->geometry().right() + 1, list.cell(index + 1)->x());
             grid.setParent(nullptr);
