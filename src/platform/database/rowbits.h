@@ -20,6 +20,13 @@ public:
     bool test(std::size_t row) const { return (m_words[row / bitsAWord] >> (row % bitsAWord) & 1U) != 0; }
     void set(std::size_t row) { m_words[row / bitsAWord] |= std::uint64_t{1} << (row % bitsAWord); }
 
+    /// Leaves on what is on in both.
+    RowBits& operator&=(const RowBits& other) {
+        for (std::size_t word = 0; word < m_words.size(); ++word)
+            m_words[word] &= other.m_words[word];
+        return *this;
+    }
+
     std::size_t count() const {
         std::size_t count = 0;
         for (const std::uint64_t word : m_words)

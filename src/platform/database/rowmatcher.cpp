@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "runtime/runtimeerror.h"
 #include "values/numbers.h"
@@ -77,20 +78,43 @@ bool RowMatcher::matches(std::size_t row) const {
     return std::ranges::all_of(m_terms, [row](const Term& term) { return term.matches(row); });
 }
 
-RowBits RowMatcher::hits() const {
-    if (m_terms.empty())
-        return RowBits(m_rows, true);
-    RowBits first(m_rows);
-    m_terms.front().markHits(first);
-    if (m_terms.size() == 1)
-        return first;
-    RowBits all(m_rows);
-    first.forEach([&](std::size_t row) {
-        if (std::all_of(m_terms.begin() + 1, m_terms.end(),
-                        [row](const Term& term) { return term.matches(row); }))
-            all.set(row);
+RowBits RowMatcher::hits(RowBits among) const {
+    for (const Term& term : m_terms) {
+        RowBits hits(m_rows);
+        // One search over all texts beats many in single ones as long as these are many.
+        constexpr std::size_t few = 8;
+        if (among.count() < m_rows / few) {
+            among.forEach([&](std::size_t row) {
+                if (term.matches(row))
+                    hits.set(row);
+            });
+        } else {
+            term.markHits(hits);
+            hits &= among;
+        }
+        among = std::move(hits);
+    }
+    return among;
+}
+
+bool narrows(const RowFilter& filter, const RowFilter& former) {
+    const auto implies = [](const RowFilter::Term& term, const RowFilter::Term& wider) {
+        if (term.field != wider.field || term.comparison != wider.comparison)
+            return false;
+        if (term.pattern == wider.pattern)
+            return true;
+        if (term.comparison != RowFilter::Comparison::like)
+            return false;
+        const LikePattern pattern(term.pattern);
+        const LikePattern widerPattern(wider.pattern);
+        const auto text = pattern.containedText();
+        const auto widerText = widerPattern.containedText();
+        return text && widerText && text->find(*widerText) != std::string_view::npos;
+    };
+    return std::ranges::all_of(former.terms(), [&](const RowFilter::Term& wider) {
+        return std::ranges::any_of(filter.terms(),
+                                   [&](const RowFilter::Term& term) { return implies(term, wider); });
     });
-    return all;
 }
 
 }  // namespace kovanix

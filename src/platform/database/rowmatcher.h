@@ -19,8 +19,8 @@ public:
 
     bool matches(std::size_t row) const;
 
-    /// All rows that match.
-    RowBits hits() const;
+    /// The rows that match among those given.
+    RowBits hits(RowBits among) const;
 
 private:
     struct Term {
@@ -40,6 +40,10 @@ private:
     std::size_t m_rows;
     std::vector<Term> m_terms;
 };
+
+/// Whether every row that matches a filter matches the former one too, as when a typist has gone on; may say
+/// no where they do.
+bool narrows(const RowFilter& filter, const RowFilter& former);
 
 /// Why a field can't be found.
 [[noreturn]] void failUnknownField(QStringView field);

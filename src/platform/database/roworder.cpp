@@ -1,5 +1,6 @@
 #include "database/roworder.h"
 
+#include <QtEndian>
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -15,8 +16,9 @@ namespace kovanix {
 namespace {
 
 struct Entry {
-    std::uint64_t key;
-    std::uint32_t row;
+    std::uint64_t key = 0;
+    std::uint32_t row = 0;
+    std::uint32_t textKey = 0;  ///< where the key of a text begins
 
     friend auto operator<=>(const Entry& a, const Entry& b) = default;
 };
@@ -60,7 +62,8 @@ public:
                 break;
             default:
                 makeTextKeys();
-                giveKeys([this](std::size_t row) { return textKey(row, 0); });
+                for (Entry& entry : m_entries)
+                    entry.key = textKey(entry, 0);
         }
         giveOddKeys();
         m_open.push_back({0, m_entries.size(), 0});
@@ -108,22 +111,22 @@ private:
         }
     }
 
+    /// Writes the keys of all texts one behind the other, zeros behind each: enough for the last of its bytes
+    /// to be taken with what follows.
     void makeTextKeys() {
         std::string key;
-        for (std::size_t row = 0; row < m_entries.size(); ++row) {
+        for (Entry& entry : m_entries) {
             key.clear();
-            appendSortKey(key, m_column.storedText(row));
-            m_textKeys.append(key);
+            appendSortKey(key, m_column.storedText(entry.row));
+            key.append(keyBytes, '\0');
+            entry.textKey = TextStore::checkedPlace(m_textKeys.size());
+            m_textKeys.append(key.data(), key.size());
         }
     }
 
     /// The bytes of a text's key from a place on; zeros behind its end, which are in no key.
-    std::uint64_t textKey(std::size_t row, std::size_t from) const {
-        const std::string_view bytes = m_textKeys[row];
-        std::uint64_t key = 0;
-        for (std::size_t i = from; i < from + keyBytes; ++i)
-            key = key << 8U | (i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U);
-        return key;
+    std::uint64_t textKey(const Entry& entry, std::size_t from) const {
+        return qFromBigEndian<quint64>(m_textKeys.data() + entry.textKey + from);
     }
 
     void sort(const Range& range) {
@@ -151,8 +154,8 @@ private:
             sortApart(group, [this](std::uint32_t row) { return m_column.number(row); });
         } else if (isText() && (key & 0xFFU) != 0) {
             const std::size_t depth = group.depth + keyBytes;
-            for (std::size_t i = group.begin; i < group.end; ++i)
-                m_entries[i].key = textKey(m_entries[i].row, depth);
+            for (Entry& entry : std::span(m_entries).subspan(group.begin, group.end - group.begin))
+                entry.key = textKey(entry, depth);
             m_open.push_back({group.begin, group.end, depth});
         }
     }
@@ -170,7 +173,7 @@ private:
 
     const RowColumn& m_column;
     RowBits& m_groupStarts;
-    TextStore m_textKeys;
+    PlainArray<char> m_textKeys;
     std::vector<Entry> m_entries;
     std::vector<Range> m_open;
 };

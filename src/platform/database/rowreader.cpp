@@ -77,7 +77,7 @@ public:
         }
         for (RowColumn& column : m_table.columns)
             column.finish();
-        m_table.identities->shrink_to_fit();
+        m_table.identities->squeeze();
         return std::move(m_table);
     }
 
@@ -130,7 +130,7 @@ private:
             qsizetype rows = 0;
             for (; next(query); ++rows) {
                 appendCells(query);
-                m_table.identities->push_back(query.value(identity).toLongLong());
+                m_table.identities->append(query.value(identity).toLongLong());
             }
             more = rows == chunkRows;
             if (more)
@@ -145,7 +145,7 @@ private:
         takeColumns(record, record.count());
         while (next(query)) {
             appendCells(query);
-            m_table.identities->push_back(static_cast<qint64>(m_table.identities->size()) + 1);
+            m_table.identities->append(static_cast<qint64>(m_table.identities->size()) + 1);
         }
     }
 

@@ -102,7 +102,7 @@ struct RowSet::Private {
         if (fresh.indexOf(sort.field) < 0)
             sort = {};
         try {
-            hits = RowMatcher(fresh, filter).hits();
+            hits = RowMatcher(fresh, filter).hits(RowBits(fresh.count(), true));
         } catch (const RuntimeError&) {
             filter = {};
             hits = RowBits(fresh.count(), true);
@@ -202,7 +202,8 @@ const QString& RowSet::sort() const {
 }
 
 void RowSet::setFilter(const RowFilter& filter) {
-    d->hits = RowMatcher(d->table, filter).hits();
+    const RowMatcher matcher(d->table, filter);
+    d->hits = matcher.hits(narrows(filter, d->filter) ? d->hits : RowBits(d->table.count(), true));
     d->filter = filter;
     d->show();
 }

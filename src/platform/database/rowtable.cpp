@@ -35,15 +35,32 @@ QString decoded(std::string_view text) {
 }  // namespace
 
 RowColumn::RowColumn(QString name, std::optional<ColumnType> type)
-    : m_name(std::move(name)), m_type(type), m_counters(std::make_shared<std::vector<qint64>>()) {}
+    : m_name(std::move(name)), m_type(type), m_counters(std::make_shared<PlainArray<qint64>>()) {}
 
-RowColumn::RowColumn(QString name, std::shared_ptr<std::vector<qint64>> identities)
+RowColumn::RowColumn(QString name, std::shared_ptr<PlainArray<qint64>> identities)
     : m_name(std::move(name)),
       m_type(ColumnType::counter),
       m_isIdentity(true),
       m_counters(std::move(identities)) {}
 
+/// Takes a cell of the type that its column's cells have, which nearly all are; tells whether it was one.
+bool RowColumn::appendUsual(const QVariant& cell) {
+    const int type = cell.typeId();
+    if (m_type == ColumnType::number && type == QMetaType::Double && !cell.isNull()) {
+        m_numbers.append(*static_cast<const double*>(cell.constData()));
+        return true;
+    }
+    if (m_type == ColumnType::text && type == QMetaType::QByteArray && !cell.isNull()) {
+        const auto& bytes = *static_cast<const QByteArray*>(cell.constData());
+        m_texts.append({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+        return true;
+    }
+    return false;
+}
+
 void RowColumn::append(const QVariant& cell) {
+    if (appendUsual(cell))
+        return;
     if (!m_type && !cell.isNull())
         decideType(cell);
     switch (type()) {
@@ -63,7 +80,8 @@ void RowColumn::append(const QVariant& cell) {
 void RowColumn::decideType(const QVariant& cell) {
     m_type = isNumber(cell) ? ColumnType::number : ColumnType::text;
     if (m_type == ColumnType::number) {
-        m_numbers.assign(m_texts.count(), noNumber);
+        for (std::size_t row = 0; row < m_texts.count(); ++row)
+            m_numbers.append(noNumber);
         m_texts = {};
         m_nulls = {};
     }
@@ -92,24 +110,24 @@ void RowColumn::appendNumber(const QVariant& cell) {
     constexpr qint64 largestExact = qint64{1} << std::numeric_limits<double>::digits;
     const bool tooLong = isWhole(cell) && std::abs(cell.toDouble()) > static_cast<double>(largestExact);
     if (isNumber(cell) && !tooLong) {
-        m_numbers.push_back(cell.toDouble());
+        m_numbers.append(cell.toDouble());
         return;
     }
     if (!cell.isNull())
         keepApart(cell);
-    m_numbers.push_back(noNumber);
+    m_numbers.append(noNumber);
 }
 
 void RowColumn::appendCounter(const QVariant& cell) {
     if (!isWhole(cell))
         keepApart(cell);
-    m_counters->push_back(isWhole(cell) ? cell.toLongLong() : 0);
+    m_counters->append(isWhole(cell) ? cell.toLongLong() : 0);
 }
 
 void RowColumn::finish() {
     m_texts.finish();
-    m_numbers.shrink_to_fit();
-    m_counters->shrink_to_fit();
+    m_numbers.squeeze();
+    m_counters->squeeze();
     m_oddCells.shrink_to_fit();
 }
 
@@ -193,9 +211,9 @@ int RowTable::indexOf(QStringView field) const {
 
 std::optional<std::size_t> RowTable::rowOf(qint64 identity) const {
     const auto found = std::ranges::lower_bound(*identities, identity);
-    if (found == identities->cend() || *found != identity)
+    if (found == identities->end() || *found != identity)
         return std::nullopt;
-    return static_cast<std::size_t>(found - identities->cbegin());
+    return static_cast<std::size_t>(found - identities->begin());
 }
 
 }  // namespace kovanix

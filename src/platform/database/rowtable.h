@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "database/plainarray.h"
 #include "database/rowbits.h"
 #include "database/tableshape.h"
 #include "database/textstore.h"
@@ -21,7 +22,7 @@ public:
     /// @param type  nothing for a column whose first cell with a value tells
     RowColumn(QString name, std::optional<ColumnType> type);
     /// The column that holds the rows' identities.
-    RowColumn(QString name, std::shared_ptr<std::vector<qint64>> identities);
+    RowColumn(QString name, std::shared_ptr<PlainArray<qint64>> identities);
 
     const QString& name() const { return m_name; }
     ColumnType type() const { return m_type.value_or(ColumnType::text); }
@@ -51,6 +52,7 @@ public:
     const TextStore& searchTexts() const;
 
 private:
+    bool appendUsual(const QVariant& cell);
     void appendText(const QVariant& cell);
     void appendNumber(const QVariant& cell);
     void appendCounter(const QVariant& cell);
@@ -61,10 +63,10 @@ private:
     QString m_name;
     std::optional<ColumnType> m_type;
     bool m_isIdentity = false;
-    TextStore m_texts;                                ///< of texts and moments
-    std::vector<bool> m_nulls;                        ///< of texts and moments, as long as to the last null
-    std::vector<double> m_numbers;                    ///< null is NaN, which the engine can't store
-    std::shared_ptr<std::vector<qint64>> m_counters;  ///< a null lies apart
+    TextStore m_texts;                               ///< of texts and moments
+    std::vector<bool> m_nulls;                       ///< of texts and moments, as long as to the last null
+    PlainArray<double> m_numbers;                    ///< null is NaN, which the engine can't store
+    std::shared_ptr<PlainArray<qint64>> m_counters;  ///< a null lies apart
     std::vector<std::pair<std::uint32_t, QVariant>> m_oddCells;
     mutable std::unique_ptr<TextStore> m_searchTexts;  ///< nothing where the texts themselves do
     mutable bool m_searchable = false;
@@ -74,7 +76,7 @@ private:
 struct RowTable {
     QString name;  ///< of the table that they come from; empty where there is no such
     std::vector<RowColumn> columns;
-    std::shared_ptr<std::vector<qint64>> identities = std::make_shared<std::vector<qint64>>();  ///< ascending
+    std::shared_ptr<PlainArray<qint64>> identities = std::make_shared<PlainArray<qint64>>();  ///< ascending
 
     std::size_t count() const { return identities->size(); }
     /// The place of a field, whatever the case of its name; -1 where there is none.

@@ -3,6 +3,7 @@
 #include <QString>
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -17,8 +18,6 @@ namespace {
 /// The folded forms of the characters that take one or two bytes in UTF-8, worked out once.
 class FoldedForms {
 public:
-    static constexpr char32_t count = 0x800;
-
     struct Form {
         std::uint8_t size = 0;
         std::array<char, 3> bytes{};
@@ -33,7 +32,7 @@ public:
 
 private:
     FoldedForms() {
-        for (char32_t character = 0; character < count; ++character) {
+        for (char32_t character = 0; character < utf8::behindTwoBytes; ++character) {
             std::string bytes;
             utf8::append(bytes, lowerTurkish(character));
             m_forms[character].size = static_cast<std::uint8_t>(bytes.size());
@@ -41,32 +40,50 @@ private:
         }
     }
 
-    std::array<Form, count> m_forms;
+    std::array<Form, utf8::behindTwoBytes> m_forms;
 };
 
-void appendFolded(std::string& folded, std::string_view text, const FoldedForms& forms) {
+// No character's folded form is longer: I and Ⱥ take a byte more than they did.
+constexpr std::size_t longestForAByte = 2;
+
+/// Writes the folded form of a text. @return the place behind it
+char* writeFolded(char* out, std::string_view text, const FoldedForms& forms) {
+    std::string rare;
     for (std::size_t place = 0; place < text.size();) {
+        if (const auto character = utf8::nextShort(text, place)) {
+            const FoldedForms::Form& form = forms[*character];
+            std::memcpy(out, form.bytes.data(), form.bytes.size());
+            out += form.size;
+            continue;
+        }
         const char32_t character = utf8::next(text, place);
-        if (character < FoldedForms::count)
-            folded.append(forms[character].bytes.data(), forms[character].size);
-        else
-            utf8::append(folded, character < utf8::strayBytes ? lowerTurkish(character) : character);
+        rare.clear();
+        utf8::append(rare, character < utf8::strayBytes ? lowerTurkish(character) : character);
+        out = std::ranges::copy(rare, out).out;
     }
+    return out;
 }
 
 }  // namespace
 
-void TextStore::append(std::string_view text) {
-    if (m_bytes.size() + text.size() >= std::numeric_limits<std::uint32_t>::max())
+std::uint32_t TextStore::checkedPlace(std::size_t place) {
+    if (place > std::numeric_limits<std::uint32_t>::max())
         throw RuntimeError(RuntimeError::overflow, QStringLiteral("Overflow"));
-    m_bytes.insert(m_bytes.end(), text.begin(), text.end());
-    m_bytes.push_back('\0');
-    m_starts.push_back(static_cast<std::uint32_t>(m_bytes.size()));
+    return static_cast<std::uint32_t>(place);
+}
+
+void TextStore::append(std::string_view text) {
+    const std::uint32_t behind = checkedPlace(m_bytes.size() + text.size() + 1);
+    char* const place = m_bytes.appendPlaces(text.size() + 1);
+    if (!text.empty())
+        std::memcpy(place, text.data(), text.size());
+    place[text.size()] = '\0';
+    m_starts.append(behind);
 }
 
 void TextStore::finish() {
-    m_bytes.shrink_to_fit();
-    m_starts.shrink_to_fit();
+    m_bytes.squeeze();
+    m_starts.squeeze();
 }
 
 bool TextStore::isFolded() const {
@@ -78,13 +95,16 @@ bool TextStore::isFolded() const {
 TextStore TextStore::folded() const {
     const FoldedForms& forms = FoldedForms::all();
     TextStore result;
-    result.m_bytes.reserve(m_bytes.size());
-    result.m_starts.reserve(m_starts.size());
-    std::string folded;
     for (std::size_t row = 0; row < count(); ++row) {
-        folded.clear();
-        appendFolded(folded, (*this)[row], forms);
-        result.append(folded);
+        const std::string_view text = (*this)[row];
+        // A form is written in one go with what may stand behind it.
+        const std::size_t before = result.m_bytes.size();
+        char* const place =
+            result.m_bytes.appendPlaces(longestForAByte * text.size() + sizeof(FoldedForms::Form));
+        const auto size = static_cast<std::size_t>(writeFolded(place, text, forms) - place);
+        place[size] = '\0';
+        result.m_bytes.truncate(before + size + 1);
+        result.m_starts.append(checkedPlace(result.m_bytes.size()));
     }
     result.finish();
     return result;

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 #include <string_view>
-#include <vector>
+
+#include "database/plainarray.h"
 
 namespace kovanix {
 
@@ -10,7 +11,12 @@ namespace kovanix {
 /// once.
 class TextStore {
 public:
-    /// @throws RuntimeError (overflow) beyond 4 GB of text
+    TextStore() { m_starts.append(0); }
+
+    /// A place among the bytes of texts. @throws RuntimeError (overflow) beyond 4 GB of text
+    static std::uint32_t checkedPlace(std::size_t place);
+
+    /// @throws RuntimeError (overflow) as checkedPlace
     void append(std::string_view text);
     /// Gives back the memory that was put by for more texts.
     void finish();
@@ -30,8 +36,8 @@ public:
     bool isFolded() const;
 
 private:
-    std::vector<char> m_bytes;
-    std::vector<std::uint32_t> m_starts{0};
+    PlainArray<char> m_bytes;
+    PlainArray<std::uint32_t> m_starts;
 };
 
 }  // namespace kovanix

@@ -25,6 +25,10 @@ constexpr char otherLetter = 0x7E;  // the character's number follows
 constexpr char32_t firstMark = 0x300;  // marks that join the letter ahead of them
 constexpr char32_t lastMark = 0x36F;
 
+bool isMark(char32_t character) {
+    return character >= firstMark && character <= lastMark;
+}
+
 /// The letters of an unusual one that the toolkit doesn't take apart.
 std::u32string_view parts(char32_t letter) {
     switch (letter) {
@@ -80,7 +84,7 @@ void appendCharacter(std::string& key, char32_t original) {
         key += static_cast<char>(firstLetter + static_cast<char>(letter));
     } else if (character < 0x80) {
         appendAscii(key, character);
-    } else if (character >= firstMark && character <= lastMark) {
+    } else if (isMark(character)) {
         return;
     } else if (const auto made = parts(character); !made.empty()) {
         for (const char32_t part : made)
@@ -93,7 +97,8 @@ void appendCharacter(std::string& key, char32_t original) {
     }
 }
 
-/// What the characters give that take one or two bytes in UTF-8, worked out once: those of nearly every text.
+/// What the characters give that take one or two bytes in UTF-8 and give one byte, worked out once: those of
+/// nearly every text. Zero for the others.
 class Weights {
 public:
     static const Weights& all() {
@@ -101,17 +106,19 @@ public:
         return weights;
     }
 
-    static constexpr char32_t count = 0x800;
-
-    const std::string& operator[](char32_t character) const { return m_weights[character]; }
+    char operator[](char32_t character) const { return m_weights[character]; }
 
 private:
     Weights() {
-        for (char32_t character = 0; character < count; ++character)
-            appendCharacter(m_weights[character], character);
+        for (char32_t character = 0; character < utf8::behindTwoBytes; ++character) {
+            std::string key;
+            appendCharacter(key, character);
+            if (key.size() == 1)
+                m_weights[character] = key.front();
+        }
     }
 
-    std::array<std::string, count> m_weights;
+    std::array<char, utf8::behindTwoBytes> m_weights{};
 };
 
 }  // namespace
@@ -120,8 +127,13 @@ void appendSortKey(std::string& key, std::string_view text) {
     const Weights& weights = Weights::all();
     const std::size_t start = key.size();
     for (std::size_t place = 0; place < text.size();) {
-        const char32_t character = utf8::next(text, place);
-        if (character >= firstMark && character <= lastMark) {
+        const auto usual = utf8::nextShort(text, place);
+        if (usual && weights[*usual] != 0) {
+            key += weights[*usual];
+            continue;
+        }
+        const char32_t character = usual ? *usual : utf8::next(text, place);
+        if (isMark(character)) {
             // A letter and its mark as two characters: one again, the letters with marks of their own.
             key.resize(start);
             const QString whole = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
@@ -130,10 +142,7 @@ void appendSortKey(std::string& key, std::string_view text) {
                 appendCharacter(key, each);
             return;
         }
-        if (character < Weights::count)
-            key += weights[character];
-        else
-            appendCharacter(key, character);
+        appendCharacter(key, character);
     }
 }
 
