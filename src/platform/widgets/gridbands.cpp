@@ -126,6 +126,17 @@ void GridFooter::setNote(const QString& text) {
     update();
 }
 
+void GridFooter::tellTexts() {
+    QStringList texts;
+    for (int column = 0; column < m_grid.columnCount(); ++column) {
+        const GridColumn& shown = m_grid.column(column);
+        if (!shown.footerText().isEmpty())
+            texts << (shown.isNumber() ? shown.caption() + u' ' + shown.footerText() : shown.footerText());
+    }
+    setAccessibleName(texts.join(QStringLiteral(", ")));
+    update();
+}
+
 void GridFooter::paintEvent(QPaintEvent* /*event*/) {
     struct Sum {
         QString caption;

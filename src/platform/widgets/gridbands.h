@@ -50,6 +50,8 @@ public:
     void setTotalColumn(int column);
     /// A small line below the text at the left.
     void setNote(const QString& text);
+    /// Paints the columns' footers and tells them to assistive tools.
+    void tellTexts();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -7,6 +7,7 @@
 #include "runtime/runtimeerror.h"
 #include "widgets/adodc.h"
 #include "widgets/filterbar.h"
+#include "widgets/gridaccessible.h"
 #include "widgets/gridbands.h"
 #include "widgets/gridcell.h"
 #include "widgets/gridmodel.h"
@@ -29,6 +30,7 @@ TDBGrid::TDBGrid(QWidget* parent)
       m_rim(new GridRim(this, m_layout)),
       m_aboveBar(new QWidget(this)),
       m_belowBar(new QWidget(this)) {
+    installGridAccessibility();
     setFrameShape(QFrame::NoFrame);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
@@ -40,6 +42,7 @@ TDBGrid::TDBGrid(QWidget* parent)
     setModel(m_rows);
     addScrollBarWidget(m_aboveBar, Qt::AlignTop);
     addScrollBarWidget(m_belowBar, Qt::AlignBottom);
+    m_aboveBar->parentWidget()->installEventFilter(this);
     verticalScrollBar()->setSingleStep(1);
     // Every pixel is painted by us.
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -342,7 +345,7 @@ void TDBGrid::layOutBands() {
     m_filterBar->setVisible(m_filterBarShown);
     m_footer->setGeometry(left, height() - 1 - below, across, below);
     m_footer->setVisible(footers);
-    m_footer->update();
+    m_footer->tellTexts();
     m_aboveBar->setFixedHeight(above);
     m_belowBar->setFixedHeight(below + 1);
     if (m_styledScale != m_layout.scale) {

@@ -160,12 +160,14 @@ QModelIndex TDBGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /*mod
 bool TDBGrid::event(QEvent* event) {
     if (event->type() == QEvent::Resize)
         layOutBands();
-    const bool done = QAbstractItemView::event(event);
+    return QAbstractItemView::event(event);
+}
+
+bool TDBGrid::eventFilter(QObject* watched, QEvent* event) {
     // Whenever the view lays out its parts it puts the scroll bar on top of them.
-    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest ||
-        event->type() == QEvent::StyleChange)
+    if (watched == m_aboveBar->parentWidget() && event->type() == QEvent::ZOrderChange)
         m_rim->raise();
-    return done;
+    return QAbstractItemView::eventFilter(watched, event);
 }
 
 void TDBGrid::resizeEvent(QResizeEvent* event) {
