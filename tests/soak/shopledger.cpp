@@ -76,6 +76,8 @@ void ShopLedger::readShop() {
             m_trouble = u"two products have the barcode " + product.barcode;
         add(product);
     }
+    if (m_barcodes.isEmpty())
+        m_trouble = QStringLiteral("the shop has no product that a scanner can bring");
     m_rows = rowsUpTo(all);
     m_lastRow = text(QStringLiteral("SELECT max(no) FROM satislar")).toLongLong();
     m_otherTables = otherTables();
