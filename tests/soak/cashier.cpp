@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <array>
-#include <cmath>
 
 #include "app/modTurkce.h"
 #include "boxanswers.h"
@@ -63,7 +62,7 @@ Cashier::Cashier(quint64 seed, const ShopLedger& ledger, const std::vector<Windo
                  std::function<void(const QString&)> told)
     : m_random(seed),
       m_ledger(ledger),
-      m_told(std::move(told)),
+      m_announce(std::move(told)),
       m_till(screen<satisekrani>()),
       ui(m_till.ui) {
     addEntry();
@@ -139,14 +138,9 @@ Cashier::Test Cashier::writable(QLineEdit* field, qsizetype room) const {
     return [=, this] { return can(field)() && field->text().size() < room; };
 }
 
-void Cashier::announce(const QString& what) {
-    m_deed.what = what;
-    m_told(what);
-}
-
 Cashier::Make Cashier::press(QWidget* control) {
     return [=, this] {
-        announce(u"presses " + control->objectName());
+        m_announce(u"presses " + control->objectName());
         pressOn(*control);
     };
 }
@@ -159,22 +153,16 @@ Cashier::Make Cashier::key(int key, const QString& box) {
     return [=, this] {
         if (!box.isEmpty())
             m_deed.box = box;
-        announce(u"presses " + QKeySequence(key).toString());
+        m_announce(u"presses " + QKeySequence(key).toString());
         sendKey(key);
     };
 }
 
 void Cashier::typeInto(QLineEdit* field, const QString& text) {
-    announce(u"types " + text + u" into " + field->objectName());
+    m_announce(u"types " + text + u" into " + field->objectName());
     if (!field->hasFocus())
         pressOn(*field);
     typeText(text);
-}
-
-void Cashier::takeBack(QLineEdit* field) {
-    sendKey(Qt::Key_End);
-    for (qsizetype left = field->text().size(); left > 0; --left)
-        sendKey(Qt::Key_Backspace, QStringLiteral("\b"));
 }
 
 QString Cashier::digits(int count) {
@@ -207,7 +195,7 @@ QString Cashier::unknownBarcode() {
 
 /// Scans, where it goes to the empty barcode with the quantity that waits there, or to what has the focus.
 void Cashier::scan(const QString& barcode) {
-    announce(u"scans " + barcode);
+    m_announce(u"scans " + barcode);
     if (ui.barkod->hasFocus() && m_ledger.knows(barcode))
         m_deed.sold = {barcode, quantityOf(ui.adet->text())};
     typeText(barcode);
@@ -235,22 +223,21 @@ void Cashier::addEntry() {
     });
     add("unknown barcode", 22, 0, ready, [this] { scan(unknownBarcode()); });
     add("barcode of zeros", 5, toBarcode, ready, [this] { scan(QString(m_random.between(0, 13), u'0')); });
-    add("typed and taken back", 8, toBarcode, ready, [this] {
-        typeInto(ui.barkod, anyOf({hostile(), digits(5)}));
-        takeBack(ui.barkod);
-    });
+    add("typed barcode", 8, toBarcode, ready, [this] { typeInto(ui.barkod, anyOf({hostile(), digits(5)})); });
     const Test leftOver = [this] { return focused(ui.barkod)() && !ui.barkod->text().isEmpty(); };
     add("barcode taken back", 200, toBarcode, leftOver, [this] {
-        announce(u"takes back " + ui.barkod->text());
-        takeBack(ui.barkod);
+        m_announce(u"takes back " + ui.barkod->text());
+        sendKey(Qt::Key_End);
+        for (qsizetype left = ui.barkod->text().size(); left > 0; --left)
+            sendKey(Qt::Key_Backspace, QStringLiteral("\b"));
     });
     const Test inList = [this] { return atCounter() && ui.satisekrani1->hasFocus(); };
     add("scan past the barcode", 80, 0, inList, [this] { scan(unknownBarcode()); });
     const Test elsewhere = [this] { return can(ui.barkod)() && !ui.barkod->hasFocus(); };
     add("press on the barcode", 40, toBarcode, elsewhere, press(ui.barkod));
     add("press on the background", 15, toBarcode, can(ui.korumaresmi2), press(ui.korumaresmi2));
-    add(
-        "Tab", 3, 0, [] { return true; }, key(Qt::Key_Tab));
+    const Test always = [] { return true; };
+    add("Tab", 3, 0, always, key(Qt::Key_Tab));
 
     add("quantity key", 60, toBarcode, can(ui.tus_0), pressAnyOf("tus"));
     add("typed quantity", 30, 0, writable(ui.adet, longestQuantity),
@@ -264,7 +251,7 @@ void Cashier::addEntry() {
         const QString text = ui.adet->text();
         return focused(ui.adet)() && !text.isEmpty() && (!isLabel(text) || isNumeric(text.mid(7, 5)));
     };
-    add("Enter in the quantity", 12, aLine | toBarcode, enterable, [this] {
+    add("Enter in the quantity", 60, aLine | toBarcode, enterable, [this] {
         const QString text = ui.adet->text();
         const QString code = isLabel(text) ? text.mid(3, 4) : text;
         if (m_ledger.knows(code))
@@ -308,16 +295,7 @@ void Cashier::addPanels() {
     const Test checking = focused(ui.fiyargorbarkodu, 1);
     add("F4", 10, 0, focused(ui.barkod), key(Qt::Key_F4));
     add("price check", 6, 0, can(ui.fiyatgor), press(ui.fiyatgor));
-    add("price of a product", 250, 0, checking, [this] {
-        const Product product = m_ledger.product(anyOf(m_ledger.barcodes()));
-        m_deed.also = [this, product] {
-            const QString& price = ui.fiyargorfiyati->text();
-            const bool right = ui.fiyargorbarkodu2->text() == product.barcode &&
-                               std::fabs(amount(price) - product.sale) < 0.00501;
-            return right ? QString() : u"the price check says " + price + u" for " + product.barcode;
-        };
-        scan(product.barcode);
-    });
+    add("price of a product", 250, 0, checking, [this] { scan(anyOf(m_ledger.barcodes())); });
     add("price of an unknown barcode", 60, 0, checking, [this] {
         m_deed.box = "URUN_BULUNAMADI";
         scan(unknownBarcode());
@@ -333,7 +311,7 @@ void Cashier::addLines() {
         const VSFlexGrid& grid = *ui.satisekrani1;
         const int row = m_random.between(0, std::min(grid.rows() - 1, 15));
         const int column = m_random.between(1, 5);
-        announce(QStringLiteral("presses the cell %1, %2").arg(row).arg(column));
+        m_announce(QStringLiteral("presses the cell %1, %2").arg(row).arg(column));
         const QPoint middle = grid.cellRect(row, column).center();
         if (canPress(*grid.viewport(), middle))
             pressOn(*grid.viewport(), middle);
@@ -343,10 +321,10 @@ void Cashier::addLines() {
         add("arrow key", 12, 0, inList, key(arrow));
     for (QLineEdit* field : {ui.adetdegis, ui.fiyatdegis}) {
         const QString& name = field->objectName();
-        add(u"press on " + name, 15, 0, can(field), press(field));
+        add(u"press on " + name, 40, 0, can(field), press(field));
         add(u"typed into " + name, 150, 0, focused(field, longestField),
             [=, this] { typeInto(field, number()); });
-        add(u"scan into " + name, 5, 0, focused(field, longestField), [this] { scan(unknownBarcode()); });
+        add(u"scan into " + name, 10, 0, focused(field, longestField), [this] { scan(unknownBarcode()); });
         add(u"Escape from " + name, 20, toBarcode, focused(field), key(Qt::Key_Escape));
     }
     add("key of the line", 40, 0, writable(ui.adetdegis, longestField), pressAnyOf("duzenlemetusu"));

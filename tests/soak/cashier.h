@@ -69,9 +69,7 @@ private:
     Make press(QWidget* control);
     Make pressAnyOf(const QString& array);
     Make key(int key, const QString& box = {});
-    void announce(const QString& what);
     void typeInto(QLineEdit* field, const QString& text);
-    void takeBack(QLineEdit* field);
     void scan(const QString& barcode);
 
     QString anyOf(const QStringList& texts) {
@@ -84,7 +82,7 @@ private:
 
     demoshop::Random m_random;
     const ShopLedger& m_ledger;
-    std::function<void(const QString&)> m_told;
+    std::function<void(const QString&)> m_announce;
     satisekrani& m_till;
     SalesControls& ui;
     std::vector<Action> m_actions;

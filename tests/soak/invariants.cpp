@@ -41,7 +41,7 @@ double quantityOf(const QList<TicketLine>& lines, const QString& barcode) {
     return quantity;
 }
 
-/// How many lines stand between those that are the same from the top and those that are from the bottom.
+/// Whether at most one line stands between those that are the same from the top and those from the bottom.
 bool oneLineDiffers(const QList<TicketLine>& before, const QList<TicketLine>& after) {
     const auto top = std::ranges::mismatch(before, after);
     const auto sameAtTop = top.in1 - before.begin();
@@ -170,7 +170,7 @@ QString windowFault(const QStringList& names) {
 QString valueFault(const satisekrani& till) {
     const auto in = [](int value, int last) { return value >= 0 && value <= last; };
     if (girisyetki != 1 || baglantidurumu != 1 || !semahazir || !in(till.eksiltme, 1))
-        return QStringLiteral("a value of the session or the connection has changed");
+        return QStringLiteral("a value of the session, the connection or the cash is out of range");
     const QStringList words{QString(), QStringLiteral("True"), QStringLiteral("False")};
     if (!in(sonrenk, 2) || !in(kayitgetir1, 2) || !in(kaydedilenigetir, 1) || !in(toplamtemadegisken, 1) ||
         temasessiz || !words.contains(temakaydetme1))

@@ -12,11 +12,7 @@ class satisekrani;
 
 /// A line of the ticket, as the cells show it.
 struct TicketLine {
-    QString barcode;
-    QString name;
-    QString quantity;
-    QString price;
-    QString total;
+    QString barcode, name, quantity, price, total;
 
     bool operator==(const TicketLine&) const = default;
 };
@@ -25,19 +21,15 @@ struct TicketLine {
 struct TillView {
     QList<TicketLine> lines;
     TicketLine entry;  ///< the row behind the lines
-    QString total;
-    QString cash;
-    QString change;
+    QString total, cash, change;
 };
 
 TillView viewOf(const satisekrani& till);
 
 /// A product as the file has it.
 struct Product {
-    QString barcode;
-    QString name;
-    double purchase = 0;  ///< lira
-    double sale = 0;      ///< lira
+    QString barcode, name;
+    double purchase = 0, sale = 0;  ///< lira
     double stock = 0;
     double largest = 0;  ///< what its stock went through; not in the file
 };
@@ -50,20 +42,18 @@ struct Deed {
         double quantity;
     };
 
-    QString what;
     TillView before;
-    bool changesLine = false;       ///< one line may come, change or go
-    bool changesCash = false;       ///< so may the cash
-    bool takesCashOff = false;      ///< more of it may be taken off than was given
-    bool toBarcode = false;         ///< the next scan arrives, unless another screen is in front
-    bool stores = false;            ///< the lines are in the file, and gone from the screen
-    bool prints = false;            ///< and on a receipt
-    std::optional<Sold> sold;       ///< the ticket has so much more of it
-    std::optional<Product> made;    ///< the file has one product more
-    QString box;                    ///< the message box that must come, by the key of its text
-    QStringList mayAsk;             ///< those that may
-    std::function<bool()> until;    ///< what the window system brings about by and by
-    std::function<QString()> also;  ///< what else must hold: says what doesn't
+    bool changesLine = false;     ///< one line may come, change or go
+    bool changesCash = false;     ///< so may the cash
+    bool takesCashOff = false;    ///< more of it may be taken off than was given
+    bool toBarcode = false;       ///< the next scan arrives, unless another screen is in front
+    bool stores = false;          ///< the lines are in the file, and gone from the screen
+    bool prints = false;          ///< and on a receipt
+    std::optional<Sold> sold;     ///< the ticket has so much more of it
+    std::optional<Product> made;  ///< the file has one product more
+    QString box;                  ///< the message box that must come, by the key of its text
+    QStringList mayAsk;           ///< those that may
+    std::function<bool()> until;  ///< what the window system brings about by and by
 
     QString shownBox;  ///< the box that came
     int answer = 0;    ///< and its answer

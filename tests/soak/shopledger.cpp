@@ -4,7 +4,9 @@
 #include <QSqlQuery>
 #include <QVariant>
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 #include "invariants.h"
 #include "values/numbers.h"
@@ -21,6 +23,11 @@ constexpr qsizetype labelCodeLength = 4;
 Product productOf(const QSqlQuery& row) {
     return {row.value(0).toString(), row.value(1).toString(), row.value(2).toDouble(),
             row.value(3).toDouble(), row.value(4).toDouble()};
+}
+
+QString textOf(const Product& product) {
+    return product.barcode + u' ' + product.name + u" for " + numberText(product.purchase) + u" and " +
+           numberText(product.sale);
 }
 
 }  // namespace
@@ -69,6 +76,8 @@ void ShopLedger::readShop() {
             m_trouble = u"two products have the barcode " + product.barcode;
         add(product);
     }
+    if (m_barcodes.isEmpty())
+        m_trouble = QStringLiteral("the shop has no product that a scanner can bring");
     m_rows = rowsUpTo(all);
     m_lastRow = text(QStringLiteral("SELECT max(no) FROM satislar")).toLongLong();
     m_otherTables = otherTables();
@@ -110,7 +119,7 @@ QMap<QString, QString> ShopLedger::otherTables() {
     return counts;
 }
 
-QString ShopLedger::stockFault(const Product& product, double stock) const {
+QString ShopLedger::stockFault(const Product& product, double stock) {
     if (isClose(stock, product.stock, product.largest))
         return {};
     return u"the stock of " + product.barcode + u" is " + numberText(stock) + u", not " +
@@ -127,25 +136,25 @@ QString ShopLedger::saleFault(const QList<TicketLine>& lines) {
         query(QStringLiteral("SELECT no, barkod, urun, adet, fiyat, alis, toplam, kar, satis FROM "
                              "satislar WHERE no > %1 ORDER BY no")
                   .arg(m_lastRow));
-    const auto number = [&rows](int column) { return rows.value(column).toDouble(); };
     for (const TicketLine& line : lines) {
         if (!rows.next())
             return u"no row was stored for " + line.barcode + u' ' + line.name;
         Product& product = m_products[line.barcode];
         const double quantity = amount(line.quantity);
         const double total = quantity * amount(line.price);
+        const double profit = total - quantity * product.purchase;
         // The price may have been changed on the line; the profit is from what the product costs now, and is
         // stored once more where a sale price would stand.
-        const bool same =
-            rows.value(1).toString() == line.barcode && rows.value(2).toString() == line.name.trimmed() &&
-            isClose(number(3), quantity) && isClose(number(4), amount(line.price)) &&
-            isClose(number(5), product.purchase) && isClose(number(6), total) &&
-            isClose(number(7), total - quantity * product.purchase, total) && number(8) == number(7);
+        const std::array expected{quantity, amount(line.price), product.purchase, total, profit, profit};
+        bool same = rows.value(1) == line.barcode && rows.value(2) == line.name.trimmed();
+        QString stored;
+        for (int i = 0; i < int(expected.size()); ++i) {
+            same = same && isClose(rows.value(3 + i).toDouble(), expected[i], total);
+            stored += u' ' + rows.value(3 + i).toString();
+        }
         if (!same)
             return u"the row stored for " + line.quantity + u" of " + line.barcode + u" at " + line.price +
-                   u" holds " + numberText(number(3)) + u" at " + numberText(number(4)) + u", bought at " +
-                   numberText(number(5)) + u", total " + numberText(number(6)) + u", profit " +
-                   numberText(number(7)) + u" and " + numberText(number(8));
+                   u" holds" + stored;
         m_lastRow = rows.value(0).toLongLong();
         product.stock -= quantity;
         product.largest = std::max({product.largest, quantity, std::fabs(product.stock)});
@@ -168,11 +177,9 @@ QString ShopLedger::wholeFault() {
         const Product found = productOf(rows);
         if (!knows(found.barcode))
             return u"a product nobody made: " + found.barcode;
-        const Product known = product(found.barcode);
+        const Product known = m_products.value(found.barcode);
         if (found.name != known.name || found.purchase != known.purchase || found.sale != known.sale)
-            return u"the product " + found.barcode + u" is " + found.name + u" for " +
-                   numberText(found.purchase) + u" and " + numberText(found.sale) + u", not " + known.name +
-                   u" for " + numberText(known.purchase) + u" and " + numberText(known.sale);
+            return u"the product is " + textOf(found) + u", not " + textOf(known);
         if (const QString wrong = stockFault(known, found.stock); !wrong.isEmpty())
             return wrong;
     }

@@ -31,7 +31,6 @@ public:
     /// The codes that a scale's label can bear.
     const QStringList& labelCodes() const { return m_labelCodes; }
     bool knows(const QString& barcode) const { return m_products.contains(barcode); }
-    Product product(const QString& barcode) const { return m_products.value(barcode); }
 
     /// What of the file doesn't fit the action; empty where all does. Most actions write nothing, and are
     /// judged by that; what a sale or a new product wrote is read.
@@ -51,7 +50,7 @@ private:
     QString rowsUpTo(qint64 number);
     QMap<QString, QString> otherTables();
     QString saleFault(const QList<TicketLine>& lines);
-    QString stockFault(const Product& product, double stock) const;
+    static QString stockFault(const Product& product, double stock);
 
     QSqlDatabase m_database;
     QString m_trouble;

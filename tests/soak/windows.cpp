@@ -92,7 +92,7 @@ void Cashier::addWindows(const std::vector<WindowRow>& rows) {
     add(
         "back to an open screen", 60, 0, [this] { return openBehind(m_till) != nullptr; },
         [this] {
-            announce(u"goes back to " + controlKind(*openBehind(m_till)));
+            m_announce(u"goes back to " + controlKind(*openBehind(m_till)));
             m_deed.until = [this] { return !atCounter(); };
             openBehind(m_till)->activateWindow();
         });
@@ -107,7 +107,7 @@ void Cashier::addWindow(const WindowRow& row) {
             return isInFront(way.from) && (byKey ? ui.barkod->hasFocus() : pressable(way.control) != nullptr);
         };
         add(way.control + u" of " + way.from, way.from == u"satisekrani" ? 3 : 15, 0, possible, [=, this] {
-            announce(u"opens " + name + u" by " + way.control);
+            m_announce(u"opens " + name + u" by " + way.control);
             m_deed.until = [name] { return isInFront(name); };
             if (byKey)
                 sendKey(QKeySequence(way.control)[0].key());
@@ -121,7 +121,7 @@ void Cashier::addWindow(const WindowRow& row) {
     for (const QString& exit : row.exits) {
         const Test possible = [=] { return isInFront(name) && (isKey(exit) || pressable(exit)); };
         add(u'"' + exit + u"\" of " + name, 10, toBarcode, possible, [=, this] {
-            announce(u"leaves " + name + u" by \"" + exit + u'"');
+            m_announce(u"leaves " + name + u" by \"" + exit + u'"');
             m_deed.until = [name] { return !isInFront(name); };
             if (exit == u"X")
                 front()->close();
@@ -144,7 +144,7 @@ void Cashier::addWindow(const WindowRow& row) {
     add(
         u"choice in " + name, 40, aLine, [=] { return isInFront(name); },
         [=, this, list = row.choosing] {
-            announce(u"presses twice in " + list);
+            m_announce(u"presses twice in " + list);
             m_deed.until = [this] { return m_till.kontorsat.interval() == 0; };
             QWidget& area = *front()->findChild<QAbstractScrollArea*>(list)->viewport();
             const QPoint place(m_random.between(0, area.width()), m_random.between(0, area.height()));

@@ -175,7 +175,7 @@ private Q_SLOTS:
              "the stock of \\d+ is"},
             {"a price changed by a sale",
              "AFTER INSERT ON satislar BEGIN UPDATE urunler SET satis = new.fiyat + 1; END",
-             "the product \\d+ is"},
+             "the product is \\d+ "},
             {"a new product with another stock",
              "AFTER INSERT ON urunler BEGIN UPDATE urunler SET stok = 7 WHERE no = new.no; END",
              "the stock of [0-9,]+ is"},
