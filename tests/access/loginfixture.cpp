@@ -4,8 +4,6 @@
 #include <QCryptographicHash>
 
 #include "access/firstscreen.h"
-#include "appearance/mdlMonitors.h"
-#include "appearance/modTema.h"
 #include "runtime/process.h"
 #include "sales/satisekrani.h"
 
@@ -21,14 +19,6 @@ QString literal(const QVariant& value) {
     return u'\'' + value.toString().replace(u'\'', QStringLiteral("''")) + u'\'';
 }
 
-/// What the themes keep for the whole process.
-void resetThemes() {
-    temakaydetme1.clear();
-    for (int* value : {&sonrenk, &kayitgetir1, &kaydedilenigetir, &toplamtemadegisken})
-        *value = 0;
-    Monitors.clear();
-}
-
 }  // namespace
 
 QString hashed(const QByteArray& bytes) {
@@ -37,13 +27,8 @@ QString hashed(const QByteArray& bytes) {
 }
 
 LoginFixture::LoginFixture(const QString& password) {
-    resetThemes();
     openShop(password);
     setProcessEnd([this](int status) { ended = status; });
-}
-
-LoginFixture::~LoginFixture() {
-    resetThemes();
 }
 
 void LoginFixture::addUser(const QString& name, const QVariant& sifre, const QVariant& yetki) {

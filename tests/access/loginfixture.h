@@ -18,7 +18,6 @@ class LoginFixture : public ShopFixture {
 public:
     /// @param password  of the database file; empty for a plain one
     explicit LoginFixture(const QString& password = {});
-    ~LoginFixture();
 
     /// Adds a user through a second connection. A null value is stored as such.
     void addUser(const QString& name, const QVariant& sifre,

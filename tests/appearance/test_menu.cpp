@@ -14,7 +14,6 @@
 #include "appearance/toplamtema.h"
 #include "appearance/uyari.h"
 #include "desktop/focus.h"
-#include "desktop/screensize.h"
 #include "runtests.h"
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
@@ -355,31 +354,6 @@ private Q_SLOTS:
         m_shop->boxes.expect("Program kapatma", closeQuestion, MessageBoxAnswer::yes);
         m_shop->key(Qt::Key_Return);
         QCOMPARE(m_ended, 0);
-    }
-
-    void fits_data() {
-        QTest::addColumn<QSize>("display");
-        for (const QSize size : {QSize(800, 600), QSize(1024, 768), QSize(1366, 768), QSize(1920, 1080)})
-            QTest::addRow("%dx%d", size.width(), size.height()) << size;
-    }
-    void fits() {
-        QFETCH(QSize, display);
-        setScreenMetricsSource([display] { return ScreenMetrics{display, 15, 15}; });
-        open(1);
-        const QWidget& window = screen<menu>();
-        const double scale = std::min(display.width() / 1024.0, display.height() / 768.0);
-        QCOMPARE(window.size(), (QSizeF(520, 480) * scale).toSize());
-        QList<QRect> places;
-        for (const char* name :
-             {"vkCommand1", "vkCommand3", "vkCommand4", "vkCommand5", "vkCommand2", "vkCommand10", "kapat"}) {
-            const QWidget* button = control(name);
-            const QRect place(button->mapTo(&window, QPoint(0, 0)), button->size());
-            QVERIFY2(window.rect().contains(place), name);
-            QVERIFY2(place.height() >= 34 && place.width() >= 34, name);
-            for (const QRect& other : places)
-                QVERIFY2(!place.intersects(other), name);
-            places.append(place);
-        }
     }
 };
 

@@ -5,7 +5,6 @@
 #include "appearance/hallimzda.h"
 #include "appearance/uyari.h"
 #include "desktop/focus.h"
-#include "desktop/screensize.h"
 #include "runtests.h"
 #include "runtime/screenregistry.h"
 #include "salesfixture.h"
@@ -126,48 +125,6 @@ private Q_SLOTS:
         const Screen& second = open(which);
         QVERIFY(&second != first);
         QVERIFY(second.isVisible());
-    }
-
-    void fits_data() {
-        QTest::addColumn<Which>("which");
-        QTest::addColumn<QSize>("display");
-        for (const QSize size : {QSize(800, 600), QSize(1024, 768), QSize(1366, 768), QSize(1920, 1080)}) {
-            QTest::addRow("about %dx%d", size.width(), size.height()) << Which::about << size;
-            QTest::addRow("extra features %dx%d", size.width(), size.height()) << Which::extras << size;
-            QTest::addRow("notice %dx%d", size.width(), size.height()) << Which::notice << size;
-        }
-    }
-    void fits() {
-        QFETCH(Which, which);
-        QFETCH(QSize, display);
-        setScreenMetricsSource([display] { return ScreenMetrics{display, 15, 15}; });
-        const Screen& window = open(which);
-        const double scale = std::min(display.width() / 1024.0, display.height() / 768.0);
-        const QSize design = window.findChild<ActiveResize*>()->designSize();
-        QCOMPARE(window.size(), (QSizeF(design) * scale).toSize());
-        if (which == Which::about)
-            QTest::mouseClick(screen<hallimzda>().ui.Image1, Qt::LeftButton);
-        if (which == Which::notice)
-            screen<uyari>().ui.yazi->setText("Yükleniyor...");
-        QCoreApplication::processEvents();
-        QList<QRect> places;
-        for (const QWidget* control : window.findChildren<QWidget*>()) {
-            const auto* label = qobject_cast<const QLabel*>(control);
-            const auto* button = qobject_cast<const QAbstractButton*>(control);
-            if (!control->isVisible() || !(label || button))
-                continue;
-            const QByteArray name = control->objectName().toLatin1();
-            const QRect place(control->mapTo(&window, QPoint(0, 0)), control->size());
-            QVERIFY2(window.rect().contains(place), name.constData());
-            for (const QRect& other : places)
-                QVERIFY2(!place.intersects(other), name.constData());
-            places.append(place);
-            if (button)
-                QVERIFY2(place.height() >= 34, name.constData());
-            if (label)
-                QVERIFY2(label->heightForWidth(label->width()) <= label->height(), name.constData());
-        }
-        QVERIFY(!places.isEmpty());
     }
 
     // The about screen.

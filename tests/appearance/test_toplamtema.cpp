@@ -328,59 +328,6 @@ private Q_SLOTS:
         QVERIFY(!loaded<toplamtema>());
         QVERIFY(shop().sales().isVisible());
     }
-
-    void theKeyboardReachesEverything() {
-        begin(false);
-        QSet<QString> reached;
-        QWidget* first = shop().control("vkCommand1");
-        first->setFocus();
-        for (QWidget* at = first; at && !reached.contains(at->objectName());
-             at = QApplication::focusWidget()) {
-            reached.insert(at->objectName());
-            QTest::keyClick(at, Qt::Key_Tab);
-        }
-        const QSet<QString> wanted{"Command1",   "Command2",    "Command3",   "Command4",   "Command5",
-                                   "Frame2",     "Frame3",      "vkCommand1", "vkCommand2", "vkCommand3",
-                                   "vkCommand4", "vkCommand5",  "vkCommand6", "vkCommand7", "vkCommand8",
-                                   "vkCommand9", "temakaydetme"};
-        QCOMPARE(reached, wanted);
-    }
-
-    void fitsTheScreen_data() {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("on 800×600") << QSize(672, 437);
-        QTest::newRow("design size") << QSize(860, 560);
-        QTest::newRow("on 1920×1080") << QSize(1209, 787);
-        QTest::newRow("very wide") << QSize(1366, 600);
-    }
-    void fitsTheScreen() {
-        QFETCH(const QSize, size);
-        begin(false);
-        toplamtema& total = shop().total();
-        total.resize(size);
-        QCOMPARE(total.size(), size);  // nothing in it wants more
-        const double scale = total.ui.boyutlandirma->scale();
-        std::vector<std::pair<QString, QRect>> places;
-        for (const QWidget* control : total.findChildren<QWidget*>()) {
-            const bool target =
-                qobject_cast<const QAbstractButton*>(control) || qobject_cast<const Swatch*>(control);
-            const bool text = qobject_cast<const QLabel*>(control);
-            if (!target && !text)
-                continue;
-            const QRect place(control->mapTo(&total, QPoint(0, 0)), control->size());
-            QVERIFY2(total.rect().contains(place), qUtf8Printable(control->objectName()));
-            for (const auto& [name, other] : places)
-                QVERIFY2(!place.intersects(other), qUtf8Printable(control->objectName() + u" on " + name));
-            if (target)
-                QVERIFY2(std::min(place.width(), place.height()) >= static_cast<int>(44 * scale),
-                         qUtf8Printable(control->objectName()));
-            if (text)
-                QVERIFY2(place.height() >= control->heightForWidth(place.width()),
-                         qUtf8Printable(control->objectName()));
-            places.emplace_back(control->objectName(), place);
-        }
-        QVERIFY(places.size() >= 26);
-    }
 };
 
 int main(int argc, char** argv) {

@@ -1,5 +1,6 @@
 #include "appearance/totalcolors.h"
 
+#include "resetprocess.h"
 #include "runtests.h"
 #include "runtime/runtimeerror.h"
 #include "totalfixture.h"
@@ -12,7 +13,7 @@ class TotalColorsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { TotalFixture::forget(); }
+    void init() { resetProcess(); }
 
     void eachColorIsItsOwnProperty_data() {
         QTest::addColumn<TotalColor>("color");

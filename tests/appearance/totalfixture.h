@@ -74,16 +74,8 @@ class TotalFixture : public SalesFixture {
 public:
     explicit TotalFixture(const QByteArray& config = {}) {
         writeConfig(config);
-        forget();
         temadegiskenlerioku();
         dress(real(), shown);
-    }
-    ~TotalFixture() { forget(); }
-
-    /// The process-wide values as before a start.
-    static void forget() {
-        sonrenk = kayitgetir1 = kaydedilenigetir = toplamtemadegisken = 0;
-        temakaydetme1.clear();
     }
 
     void open() const {
@@ -94,7 +86,8 @@ public:
     /// What a start does to the total: the palette's colours, then its own.
     void restart() const {
         unload<toplamtema>();
-        forget();
+        sonrenk = kayitgetir1 = kaydedilenigetir = toplamtemadegisken = 0;
+        temakaydetme1.clear();
         dress(real(), shown);
         temadegiskenlerioku();
         toplamtemauygula();

@@ -1,145 +1,13 @@
-#include <QFile>
-#include <array>
-#include <memory>
-
-#include "app/modTrace.h"
 #include "data/baglanmamodulu.h"
 #include "data/schema.h"
-#include "databasefile.h"
 #include "runtests.h"
 #include "runtime/runtimeerror.h"
-#include "shopfixture.h"
+#include "tracedshop.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
-static_assert(!izkapali, "the steps of the check are read from the trace");
-
 namespace {
-
-struct ColumnRow {
-    const char* table;
-    const char* column;
-    const char* type;
-};
-
-// The format of a shop's file, in the order in which it is checked.
-constexpr std::array<ColumnRow, 30> allColumns{{
-    {"urunler", "no", "COUNTER"},          {"urunler", "barkod", "TEXT(50)"},
-    {"urunler", "urun", "TEXT(50)"},       {"urunler", "alis", "DOUBLE"},
-    {"urunler", "satis", "DOUBLE"},        {"urunler", "stok", "DOUBLE"},
-    {"satislar", "no", "COUNTER"},         {"satislar", "tarih", "DATETIME"},
-    {"satislar", "barkod", "TEXT(50)"},    {"satislar", "urun", "TEXT(50)"},
-    {"satislar", "adet", "DOUBLE"},        {"satislar", "fiyat", "DOUBLE"},
-    {"satislar", "alis", "DOUBLE"},        {"satislar", "kar", "DOUBLE"},
-    {"satislar", "toplam", "DOUBLE"},      {"satislar", "satis", "DOUBLE"},
-    {"kullanici", "id", "COUNTER"},        {"kullanici", "personeladi", "TEXT(50)"},
-    {"kullanici", "sifre", "TEXT(50)"},    {"kullanici", "yetki", "TEXT(50)"},
-    {"musteri", "no", "COUNTER"},          {"musteri", "adi", "TEXT(50)"},
-    {"musteri", "telefon", "TEXT(50)"},    {"musteri", "adres", "TEXT(100)"},
-    {"urunler_hazir", "no", "COUNTER"},    {"urunler_hazir", "barkod", "TEXT(50)"},
-    {"urunler_hazir", "urun", "TEXT(50)"}, {"urunler_hazir", "alis", "DOUBLE"},
-    {"urunler_hazir", "satis", "DOUBLE"},  {"urunler_hazir", "stok", "DOUBLE"},
-}};
-
-const QStringList allTables{u"urunler"_s, u"satislar"_s, u"kullanici"_s, u"musteri"_s, u"urunler_hazir"_s};
-const QString checked = u"DB schema: kontrol tamam (satislar.satis OK)"_s;
-const QString unchecked = u"DB schema UYARI: satislar.satis eklenemedi"_s;
-
-QString created(const QString& table) {
-    return u"DB schema: "_s + table + u" tablosu olusturuldu"_s;
-}
-
-QString added(const QString& table, const QString& column) {
-    return u"DB schema: "_s + table + u'.' + column + u" eklendi"_s;
-}
-
-QString text(const char* latin) {
-    return QString::fromLatin1(latin);
-}
-
-/// The engine's own spelling of a column type.
-QString engineType(const QString& type) {
-    if (type == u"COUNTER")
-        return u"INTEGER PRIMARY KEY AUTOINCREMENT"_s;
-    return type.startsWith(u"TEXT") ? QString(type + u" COLLATE NOCASE"_s) : type;
-}
-
-/// A table of the shop's file without one column, in the engine's own SQL.
-QString tableWithout(const QString& table, const QString& left) {
-    QStringList definitions;
-    for (const ColumnRow& row : allColumns) {
-        if (text(row.table) == table && text(row.column) != left)
-            definitions << text(row.column) + u' ' + engineType(text(row.type));
-    }
-    return u"CREATE TABLE "_s + table + u" ("_s + definitions.join(u", "_s) + u')';
-}
-
-/// A shop whose trace can be read, with one independent connection: each opening of a password file costs.
-class TracedShop : public ShopFixture {
-public:
-    TracedShop() { qputenv("TEMP", QFile::encodeName(m_temp.path())); }
-    ~TracedShop() { qunsetenv("TEMP"); }
-    TracedShop(const TracedShop&) = delete;
-    TracedShop& operator=(const TracedShop&) = delete;
-
-    void makeDatabase(const QString& password = {}) {
-        ShopFixture::makeDatabase(password);
-        m_password = password;
-    }
-    void run(const QString& sql) { QVERIFY2(independent().run(sql), qPrintable(sql)); }
-    QStringList rows(const QString& sql) {
-        // The older engine answers questions about columns from what it knows until it reads the catalogue.
-        independent().rows(u"SELECT count(*) FROM sqlite_master"_s);
-        return independent().rows(sql);
-    }
-
-    /// The texts of the lines since the last call.
-    QStringList lines() const {
-        QFile log(file(u"kovanix_trace.log"_s));
-        if (!log.open(QIODevice::ReadOnly))
-            return {};
-        QStringList texts;
-        for (const QByteArray& line : log.readAll().split('\n')) {
-            if (!line.isEmpty())
-                texts << QString::fromUtf8(line.mid(21));
-        }
-        log.close();
-        log.remove();
-        return texts;
-    }
-
-    /// Makes the tables, all but one, with the engine's own SQL, as another release left them.
-    void makeTablesBut(const QString& left) {
-        for (const QString& table : allTables) {
-            if (table != left)
-                run(tableWithout(table, QString()));
-        }
-    }
-
-    QStringList columnsOf(const QString& table) {
-        QStringList names;
-        for (const QString& row : rows(u"PRAGMA table_info("_s + table + u')'))
-            names << row.section(u'|', 1, 1);
-        return names;
-    }
-
-    QStringList definitionOf(const QString& name) {
-        return rows(u"SELECT sql FROM sqlite_master WHERE name = '"_s + name + u"' COLLATE NOCASE"_s);
-    }
-
-private:
-    // Made when first needed: a file with a password gets its salt from whoever writes it first.
-    RawDatabase& independent() {
-        if (!m_independent)
-            m_independent = std::make_unique<RawDatabase>(databaseFile(), m_password);
-        return *m_independent;
-    }
-
-    QTemporaryDir m_temp;
-    QString m_password;
-    std::unique_ptr<RawDatabase> m_independent;
-};
 
 void bothKinds() {
     QTest::addColumn<QString>("password");
@@ -157,18 +25,10 @@ private Q_SLOTS:
     void freshFile();
     void wholeFile_data() { bothKinds(); }
     void wholeFile();
-    void missingTable_data();
-    void missingTable();
-    void missingColumn_data();
-    void missingColumn();
     void olderFileLacksSeveral_data() { bothKinds(); }
     void olderFileLacksSeveral();
-    void anotherCounterStays_data();
-    void anotherCounterStays();
     void viewIsNoTable_data() { bothKinds(); }
     void viewIsNoTable();
-    void leavesColumnsUntouched_data();
-    void leavesColumnsUntouched();
     void secondOpenIssuesNothing_data() { bothKinds(); }
     void secondOpenIssuesNothing();
     void newestColumnCannotBeAdded_data() { bothKinds(); }
@@ -227,79 +87,6 @@ void TestSchema::wholeFile() {
     QCOMPARE(shop.rows(u"PRAGMA schema_version"_s), version);
 }
 
-void TestSchema::missingTable_data() {
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("table");
-    for (const QString& table : allTables) {
-        QTest::addRow("%s, plain file", qPrintable(table)) << QString() << table;
-        QTest::addRow("%s, password file", qPrintable(table)) << u"gizli"_s << table;
-    }
-}
-
-void TestSchema::missingTable() {
-    QFETCH(const QString, password);
-    QFETCH(const QString, table);
-    TracedShop shop;
-    shop.makeDatabase(password);
-    shop.makeTablesBut(table);
-    QVERIFY(baglantihazir());
-    QCOMPARE(shop.lines(), (QStringList{created(table), checked}));
-    QStringList wanted;
-    for (const ColumnRow& row : allColumns) {
-        if (text(row.table) == table)
-            wanted << text(row.column);
-    }
-    QCOMPARE(shop.columnsOf(table), wanted);
-}
-
-void TestSchema::missingColumn_data() {
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QString>("type");
-    for (const ColumnRow& row : allColumns) {
-        QTest::addRow("%s.%s, plain file", row.table, row.column)
-            << QString() << text(row.table) << text(row.column) << text(row.type);
-        QTest::addRow("%s.%s, password file", row.table, row.column)
-            << u"gizli"_s << text(row.table) << text(row.column) << text(row.type);
-    }
-}
-
-void TestSchema::missingColumn() {
-    QFETCH(const QString, password);
-    QFETCH(const QString, table);
-    QFETCH(const QString, column);
-    QFETCH(const QString, type);
-    TracedShop shop;
-    shop.makeDatabase(password);
-    shop.makeTablesBut(table);
-    shop.run(tableWithout(table, column));
-    const QStringList before = shop.columnsOf(table);
-    const bool counter = type == u"COUNTER";
-    // Four rows, the second taken out again; the others are told by a column that stands already.
-    const QString known = before.at(counter ? 0 : 1);
-    for (const char* value : {"4", "3", "2", "1"})
-        shop.run(u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(table, known, text(value)));
-    shop.run(u"DELETE FROM %1 WHERE %2 = '3'"_s.arg(table, known));
-
-    QVERIFY(baglantihazir());
-    QCOMPARE(shop.lines(), (QStringList{added(table, column), checked}));
-    QCOMPARE(shop.columnsOf(table), QStringList(before) << column);
-    QCOMPARE(shop.rows(u"SELECT %1, %2 FROM %3 ORDER BY rowid"_s.arg(known, column, table)),
-             counter ? (QStringList{u"4|1"_s, u"2|2"_s, u"1|3"_s})
-                     : (QStringList{u"4|NULL"_s, u"2|NULL"_s, u"1|NULL"_s}));
-
-    // The column works as in a new file.
-    if (counter) {
-        shop.run(u"INSERT INTO %1 (%2) VALUES (0)"_s.arg(table, known));
-        QCOMPARE(shop.rows(u"SELECT max(%1) FROM %2"_s.arg(column, table)), QStringList{u"4"_s});
-    } else if (type.startsWith(u"TEXT")) {
-        shop.run(u"UPDATE %1 SET %2 = 'abc'"_s.arg(table, column));
-        QCOMPARE(shop.rows(u"SELECT * FROM %1 WHERE %2 = 'ABC'"_s.arg(table, column)).size(), 3);
-    }
-    QVERIFY(allAnswered(shop.boxes));
-}
-
 void TestSchema::olderFileLacksSeveral() {
     QFETCH(const QString, password);
     TracedShop shop;
@@ -320,34 +107,6 @@ void TestSchema::olderFileLacksSeveral() {
     QVERIFY(allAnswered(shop.boxes));
 }
 
-void TestSchema::anotherCounterStays_data() {
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("counter");
-    for (const ColumnRow& row : allColumns) {
-        if (text(row.type) != u"COUNTER")
-            continue;
-        QTest::addRow("%s, plain file", row.table) << QString() << text(row.table) << text(row.column);
-        QTest::addRow("%s, password file", row.table) << u"gizli"_s << text(row.table) << text(row.column);
-    }
-}
-
-void TestSchema::anotherCounterStays() {
-    QFETCH(const QString, password);
-    QFETCH(const QString, table);
-    QFETCH(const QString, counter);
-    TracedShop shop;
-    shop.makeDatabase(password);
-    shop.makeTablesBut(table);
-    const QString definition =
-        tableWithout(table, counter).chopped(1) + u", sira INTEGER PRIMARY KEY AUTOINCREMENT)"_s;
-    shop.run(definition);
-    QVERIFY(baglantihazir());
-    QCOMPARE(shop.lines(), QStringList{checked});
-    QCOMPARE(shop.definitionOf(table), QStringList{definition});
-    QVERIFY(allAnswered(shop.boxes));
-}
-
 void TestSchema::viewIsNoTable() {
     QFETCH(const QString, password);
     TracedShop shop;
@@ -359,45 +118,6 @@ void TestSchema::viewIsNoTable() {
     QCOMPARE(shop.lines(), (QStringList{created(u"urunler"_s), checked}));
     QCOMPARE(shop.definitionOf(u"urunler"_s), QStringList{view});
     QVERIFY(allAnswered(shop.boxes));
-}
-
-void TestSchema::leavesColumnsUntouched_data() {
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    const auto row = [](const char* name, const QString& table, const QString& from, const QString& to) {
-        QTest::addRow("%s, plain file", name) << QString() << table << from << to;
-        QTest::addRow("%s, password file", name) << u"gizli"_s << table << from << to;
-    };
-    row("column in other case", u"urunler"_s, u"barkod"_s, u"BARKOD"_s);
-    row("newest column in other case", u"satislar"_s, u" satis "_s, u" Satis "_s);
-    row("counter in other case", u"kullanici"_s, u"id"_s, u"ID"_s);
-    row("narrower", u"kullanici"_s, u"sifre TEXT(50)"_s, u"sifre TEXT(20)"_s);
-    row("wider", u"musteri"_s, u"adres TEXT(100)"_s, u"adres TEXT(255)"_s);
-    row("another type", u"urunler"_s, u"stok DOUBLE"_s, u"stok INTEGER"_s);
-    row("no type", u"satislar"_s, u"tarih DATETIME"_s, u"tarih"_s);
-    row("counter that is a plain number", u"urunler"_s, u"no INTEGER PRIMARY KEY AUTOINCREMENT"_s,
-        u"no INTEGER"_s);
-    row("a column of its own", u"urunler"_s, u"stok DOUBLE"_s, u"stok DOUBLE, raf TEXT(20)"_s);
-    row("table in other case", u"musteri"_s, u"TABLE musteri"_s, u"TABLE MUSTERI"_s);
-}
-
-void TestSchema::leavesColumnsUntouched() {
-    QFETCH(const QString, password);
-    QFETCH(const QString, table);
-    QFETCH(const QString, from);
-    QFETCH(const QString, to);
-    TracedShop shop;
-    shop.makeDatabase(password);
-    shop.makeTablesBut(table);
-    const QString usual = tableWithout(table, QString());
-    QCOMPARE(usual.count(from), 1);
-    const QString other = QString(usual).replace(from, to);
-    shop.run(other);
-    QVERIFY(baglantihazir());
-    QCOMPARE(shop.lines(), QStringList{checked});
-    QCOMPARE(shop.definitionOf(table), QStringList{other});
 }
 
 void TestSchema::secondOpenIssuesNothing() {

@@ -18,15 +18,18 @@ QWidget& receiver() {
     return *QApplication::focusWidget();
 }
 
+void addGoods(ShopFixture& shop) {
+    shop.addProduct(goods::bread, QStringLiteral("Köy Ekmeği"), 7, 10);
+    shop.addProduct(goods::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5);
+    shop.addProduct(goods::tea, QStringLiteral("Çay Bahçesi 5 kg"), 1000, 1234.5);
+    shop.addProduct(goods::bag, QStringLiteral("Poşet"), 0, 0, QVariant());
+    shop.addProduct(goods::tomatoes, QStringLiteral("Domates"), 30, 40, 100.0);
+}
+
 }  // namespace
 
 SalesFixture::SalesFixture(const QString& password) {
-    openShop(password);
-    addProduct(goods::bread, QStringLiteral("Köy Ekmeği"), 7, 10);
-    addProduct(goods::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5);
-    addProduct(goods::tea, QStringLiteral("Çay Bahçesi 5 kg"), 1000, 1234.5);
-    addProduct(goods::bag, QStringLiteral("Poşet"), 0, 0, QVariant());
-    addProduct(goods::tomatoes, QStringLiteral("Domates"), 30, 40, 100.0);
+    openShop(password, addGoods);
     sales().show();
     if (!QTest::qWaitForWindowActive(&sales()))
         qFatal("the sales screen doesn't become active");

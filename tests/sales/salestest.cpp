@@ -119,15 +119,6 @@ QStringList SalesTest::captionsOf(const QString& array) const {
     return captions;
 }
 
-QMap<QString, QList<QVariantList>> SalesTest::tables() const {
-    QMap<QString, QList<QVariantList>> dump;
-    const auto names =
-        m_shop->rows(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"));
-    for (const QVariantList& name : names)
-        dump[name.at(0).toString()] = m_shop->rows(u"SELECT * FROM \"" + name.at(0).toString() + u'"');
-    return dump;
-}
-
 QList<QVariantList> SalesTest::products(const QString& barcode) const {
     return m_shop->rows(u"SELECT barkod, urun, alis, satis, stok FROM urunler WHERE barkod='" +
                         sqlmetin(barcode) + u'\'');

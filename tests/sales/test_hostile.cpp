@@ -145,10 +145,59 @@ class HostileTest : public SalesTest {
         m_products.append({barcode, text, 2.0, 3.0, 10.0});
     }
 
+    /// Everything that a case can leave behind: the file, what the screen shows, and which panels stand open.
+    struct State {
+        QMap<QString, QList<QVariantList>> tables;
+        QMap<QString, QString> texts;
+        QStringList visible;
+
+        bool operator==(const State&) const = default;
+    };
+    State state() const {
+        State found{tables(), texts(), {}};
+        for (const QWidget* control : m_shop->sales().findChildren<QWidget*>()) {
+            if (control->isVisible())
+                found.visible.append(control->objectName());
+        }
+        return found;
+    }
+    /// Brings the shop of the case before back to its start. @return whether nothing of that case is left
+    bool restored() {
+        m_shop->run("DELETE FROM satislar");
+        m_shop->run("DELETE FROM urunler WHERE no > 5");
+        m_shop->run("UPDATE urunler SET stok = 10 WHERE barkod = '" + goods::bread + "'");
+        m_shop->run("UPDATE sqlite_sequence SET seq = 5 WHERE name = 'urunler'");
+        m_shop->run("DELETE FROM sqlite_sequence WHERE name = 'satislar'");
+        for (QWidget* panel : {ui().urunbulunamadiframesi, ui().fiyatgorframe, ui().urunislemleri})
+            panel->hide();
+        for (auto* field : m_shop->sales().findChildren<QLineEdit*>())
+            field->setText(m_start.texts.value(field->objectName()));
+        ui().urununadi->clear();
+        m_shop->sales().satistemizle();
+        ui().barkod->setFocus();
+        return state() == m_start;
+    }
+
+    State m_start;
     QMap<QString, QList<QVariantList>> m_others;
     QList<QVariantList> m_products;
 
 private Q_SLOTS:
+    // Most cases leave a screen that can be used again, which is much cheaper than a new one.
+    void init() {
+        if (m_shop && restored())
+            return;
+        openShop();
+        m_start = state();
+    }
+    void cleanup() {
+        const bool answered = allAnswered(m_shop->boxes);
+        if (!answered)
+            m_shop.reset();
+        QVERIFY(answered);
+    }
+    void cleanupTestCase() { closeShop(); }
+
     void barkod_data() { addRows(); }
     void barkod() {
         QFETCH(QString, text);

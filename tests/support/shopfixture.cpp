@@ -1,95 +1,109 @@
 #include "shopfixture.h"
 
 #include <QFile>
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QtTest>
+#include <map>
 
 #include "app/ayarmodul.h"
-#include "app/session.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/folders.h"
 #include "desktop/screensize.h"
+#include "resetprocess.h"
 #include "runtime/clock.h"
-#include "runtime/process.h"
-#include "runtime/screenregistry.h"
 
 namespace kovanix {
 
 namespace {
 
-/// Runs statements on a connection that the code under test doesn't know.
-QList<QVariantList> independently(const QString& file, const QString& password, const QString& sql) {
-    static int serial = 0;
-    const QString name = u"check" + QString::number(++serial);
-    QList<QVariantList> result;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(
-            password.isEmpty() ? QStringLiteral("QSQLITE") : QStringLiteral("QSQLCIPHER"), name);
-        database.setDatabaseName(file);
-        database.setPassword(password);
-        database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-        if (!database.open())
-            qFatal("check connection: %s", qUtf8Printable(database.lastError().text()));
-        QSqlQuery query(database);
+/// A connection that the code under test doesn't know.
+class SecondConnection {
+public:
+    SecondConnection(const QString& file, const QString& password) {
+        m_database = QSqlDatabase::addDatabase(
+            password.isEmpty() ? QStringLiteral("QSQLITE") : QStringLiteral("QSQLCIPHER"), name());
+        m_database.setDatabaseName(file);
+        m_database.setPassword(password);
+        m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+        if (!m_database.open())
+            qFatal("check connection: %s", qUtf8Printable(m_database.lastError().text()));
+    }
+    ~SecondConnection() {
+        m_database = QSqlDatabase();
+        QSqlDatabase::removeDatabase(name());
+    }
+    SecondConnection(const SecondConnection&) = delete;
+    SecondConnection& operator=(const SecondConnection&) = delete;
+
+    QList<QVariantList> rows(const QString& sql) const {
+        QSqlQuery query(m_database);
         if (!query.exec(sql))
             qFatal("check statement: %s", qUtf8Printable(query.lastError().text()));
+        QList<QVariantList> result;
         while (query.next()) {
             QVariantList row;
             for (int column = 0; column < query.record().count(); ++column)
                 row.append(query.value(column));
             result.append(row);
         }
+        return result;
     }
-    QSqlDatabase::removeDatabase(name);
-    return result;
+
+private:
+    static QString name() { return QStringLiteral("check"); }
+
+    QSqlDatabase m_database;
+};
+
+QByteArray bytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 }  // namespace
 
 ShopFixture::ShopFixture() {
-    reset();
+    resetProcess();
     setApplicationFolder(m_folder.path());
     setNow(QDateTime(QDate(2026, 5, 3), QTime(7, 5, 9)));
     setScreenWidth(1024);
 }
 
 ShopFixture::~ShopFixture() {
-    reset();
-    Clock::setSource({});
-    setScreenMetricsSource({});
-}
-
-void ShopFixture::reset() {
-    ScreenRegistry::clear();
-    kayitkapat();
-    baglantikapatsessiz();
-    baglantidurumu = 0;
-    baglantimetni.clear();
-    semahazir = false;
-    girisyetki = 0;
-    for (QString* value : {&girissifre, &ekledznlsil, &sifresor2, &ensonkikisayol})
-        value->clear();
-    setProcessEnd({});
+    resetProcess();
 }
 
 QString ShopFixture::file(const QString& name) const {
     return m_folder.filePath(name);
 }
 
-void ShopFixture::makeDatabase(const QString& password) {
+void ShopFixture::makeDatabase(const QString& password, const QByteArray& bytes) {
     QFile database(databaseFile());
-    if (!database.open(QIODevice::WriteOnly))
+    if (!database.open(QIODevice::WriteOnly) || database.write(bytes) != bytes.size())
         qFatal("no database file");
     m_password = password;
     if (!password.isEmpty())
         ayaryaz(QStringLiteral("ayar"), QStringLiteral("dbpass"), password, ayardosyasi());
 }
 
-void ShopFixture::openShop(const QString& password) {
-    makeDatabase(password);
+void ShopFixture::openShop(const QString& password, Stock stock) {
+    static std::map<Stock, QHash<QString, QByteArray>> prepared;
+    QByteArray& bytes = prepared[stock][password];
+    if (bytes.isEmpty()) {
+        makeDatabase(password);
+        if (!baglantihazir())
+            qFatal("the shop doesn't open");
+        if (stock)
+            stock(*this);
+        baglantikapat();
+        semahazir = false;
+        bytes = bytesOf(databaseFile());
+    }
+    makeDatabase(password, bytes);
     if (!baglantihazir())
         qFatal("the shop doesn't open");
 }
@@ -109,16 +123,24 @@ void ShopFixture::writeConfig(const QByteArray& bytes) const {
 }
 
 QByteArray ShopFixture::config() const {
-    QFile config(file(QStringLiteral("Kovanix.config")));
-    return config.open(QIODevice::ReadOnly) ? config.readAll() : QByteArray();
+    return bytesOf(file(QStringLiteral("Kovanix.config")));
 }
 
 QList<QVariantList> ShopFixture::rows(const QString& sql) const {
-    return independently(databaseFile(), m_password, sql);
+    return SecondConnection(databaseFile(), m_password).rows(sql);
 }
 
 void ShopFixture::run(const QString& sql) const {
-    independently(databaseFile(), m_password, sql);
+    rows(sql);
+}
+
+QMap<QString, QList<QVariantList>> ShopFixture::tables() const {
+    const SecondConnection second(databaseFile(), m_password);
+    QMap<QString, QList<QVariantList>> dump;
+    for (const QVariantList& name :
+         second.rows(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name")))
+        dump[name.at(0).toString()] = second.rows(u"SELECT * FROM \"" + name.at(0).toString() + u'"');
+    return dump;
 }
 
 void ShopFixture::setNow(const QDateTime& now) {

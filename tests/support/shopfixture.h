@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QTemporaryDir>
 #include <QVariantList>
@@ -25,9 +26,12 @@ public:
     QString databaseFile() const { return file(QStringLiteral("kovanix.data")); }
 
     /// Makes an empty database file; a password goes into the configuration too.
-    void makeDatabase(const QString& password = {});
-    /// Makes a file with the five tables by opening it the way the till does, and leaves it open.
-    void openShop(const QString& password = {});
+    void makeDatabase(const QString& password = {}) { makeDatabase(password, {}); }
+    /// What puts goods into a new shop.
+    using Stock = void (*)(ShopFixture& shop);
+    /// Makes a file with the five tables as the till makes it, and leaves it open. The till makes one in a
+    /// process for each password and stock; the others are copies of it.
+    void openShop(const QString& password = {}, Stock stock = nullptr);
     /// Adds a product through a second connection.
     void addProduct(const QString& barcode, const QString& name, double purchase, double sale,
                     const QVariant& stock = 10.0);
@@ -39,6 +43,8 @@ public:
     /// Runs statements on a second, independent connection of the toolkit's own.
     QList<QVariantList> rows(const QString& sql) const;
     void run(const QString& sql) const;
+    /// Every row of every table, read the same way.
+    QMap<QString, QList<QVariantList>> tables() const;
 
     /// Sets the clock that stands still.
     void setNow(const QDateTime& now);
@@ -48,7 +54,7 @@ public:
     BoxAnswers boxes;
 
 private:
-    void reset();
+    void makeDatabase(const QString& password, const QByteArray& bytes);
 
     QTemporaryDir m_folder;
     QString m_password;

@@ -298,4 +298,4 @@ void CatalogueTest::weekendsAreFuller() {
 }
 
 QTEST_GUILESS_MAIN(CatalogueTest)
-#include "catalogue_test.moc"
+#include "test_catalogue.moc"

@@ -269,4 +269,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(MessageBoxTest)
-#include "messagebox_test.moc"
+#include "test_messagebox.moc"

@@ -185,4 +185,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(FoldersTest)
-#include "folders_test.moc"
+#include "test_folders.moc"

@@ -360,4 +360,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(FocusTest)
-#include "focus_test.moc"
+#include "test_focus.moc"

@@ -194,4 +194,4 @@ private:
 };
 
 QTEST_MAIN(ShellTest)
-#include "shell_test.moc"
+#include "test_shell.moc"

@@ -340,4 +340,4 @@ private:
 };
 
 QTEST_MAIN(PrinterTest)
-#include "printer_test.moc"
+#include "test_printer.moc"

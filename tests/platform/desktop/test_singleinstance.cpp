@@ -367,4 +367,4 @@ private:
 };
 
 QTEST_MAIN(SingleInstanceTest)
-#include "singleinstance_test.moc"
+#include "test_singleinstance.moc"

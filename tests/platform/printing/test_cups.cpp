@@ -101,4 +101,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(CupsTest)
-#include "cups_test.moc"
+#include "test_cups.moc"

@@ -373,4 +373,4 @@ void ShopTest::folderThatCannotBe() {
 }
 
 QTEST_GUILESS_MAIN(ShopTest)
-#include "shop_test.moc"
+#include "test_shop.moc"

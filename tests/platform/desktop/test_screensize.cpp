@@ -39,4 +39,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(ScreenSizeTest)
-#include "screensize_test.moc"
+#include "test_screensize.moc"

@@ -1,0 +1,293 @@
+#include <QClipboard>
+#include <QPointer>
+#include <algorithm>
+#include <memory>
+
+#include "access/firstscreen.h"
+#include "access/frmLogin.h"
+#include "app/session.h"
+#include "appearance/ekoz.h"
+#include "appearance/hallimzda.h"
+#include "appearance/menu.h"
+#include "appearance/saatt.h"
+#include "appearance/tema.h"
+#include "appearance/toplamtema.h"
+#include "appearance/uyari.h"
+#include "desktop/focus.h"
+#include "desktop/screensize.h"
+#include "runtests.h"
+#include "salesfixture.h"
+#include "screencontract.h"
+#include "widgets/activeresize.h"
+
+using namespace kovanix;
+
+namespace {
+
+template <class S>
+Screen& inFront() {
+    showInFront(screen<S>());
+    return screen<S>();
+}
+
+Screen& sales() {
+    return screen<satisekrani>();
+}
+
+Screen& login() {
+    unload<satisekrani>();
+    showFirstScreen();
+    return screen<frmLogin>();
+}
+
+/// With the product's text printed on the form.
+Screen& about() {
+    inFront<hallimzda>();
+    QTest::mouseClick(screen<hallimzda>().ui.Image1, Qt::LeftButton);
+    return screen<hallimzda>();
+}
+
+Screen& notice() {
+    screen<uyari>().ui.yazi->setText("Yükleniyor...");
+    return inFront<uyari>();
+}
+
+/// A row for every screen that there is.
+QList<ScreenRow> screens() {
+    using enum Leaving;
+    return {
+        {"frmLogin",
+         login,
+         loaded<frmLogin>,
+         "Kovanix",
+         {},
+         stays,
+         closes,
+         "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
+         "sifre"},
+        {"satisekrani",
+         sales,
+         loaded<satisekrani>,
+         "Kovanix Satis",
+         {},
+         stays,
+         asks,
+         "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 kaydet nakit satisiptal fiyatgor vkCommand1 "
+         "vkCommand4 kapat",
+         "barkod adet ver2",
+         {"^r^n listesi"}},
+        {"menu",
+         inFront<menu>,
+         loaded<menu>,
+         "MENU",
+         {520, 480},
+         closes,
+         closes,
+         "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"},
+        {"tema",
+         inFront<tema>,
+         loaded<tema>,
+         "TEMA",
+         {880, 620},
+         stays,
+         closes,
+         "resim1 resim2 resim3 resim4 temaac vkCommand2 vkCommand1"},
+        {"toplamtema",
+         inFront<toplamtema>,
+         loaded<toplamtema>,
+         "TOPLAM RENGI",
+         {860, 560},
+         stays,
+         closes,
+         "vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 Command4 "
+         "Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme vkCommand5"},
+        {"ekoz",
+         inFront<ekoz>,
+         loaded<ekoz>,
+         "Ek *zellikler",
+         {360, 208},
+         closes,
+         closes,
+         "vkCommand3 vkCommand1",
+         {},
+         {"Ek *zellikler"}},
+        {"hallimzda",
+         about,
+         loaded<hallimzda>,
+         "Kovanix",
+         {520, 424},
+         closes,
+         closes,
+         "urunbulunamadikapat Image1 vkCommand1"},
+        {"uyari", notice, loaded<uyari>, "UYARI", {440, 224}, closes, closes, "Command1"},
+        {"saatt", inFront<saatt>, loaded<saatt>, "Saat", {240, 240}, closes, closes, ""},
+    };
+}
+
+void addScreens() {
+    QTest::addColumn<ScreenRow>("row");
+    for (const ScreenRow& row : screens())
+        QTest::newRow(row.name) << row;
+}
+
+struct SizeRow : ScreenRow {
+    QSize display;
+};
+
+struct TextRow : ScreenRow {
+    QString text;
+    bool typed;
+};
+
+}  // namespace
+
+/// What every screen keeps to, whatever it is for.
+class ScreenContractTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<SalesFixture> m_shop;
+
+    static Screen& open(const ScreenRow& row) {
+        Screen& opened = row.open();
+        // The toolkit's own wait takes a window for active as soon as the one that it belongs to is.
+        if (!QTest::qWaitFor([&opened] { return opened.isActiveWindow(); }))
+            qFatal("%s doesn't become active", row.name);
+        return opened;
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_shop = std::make_unique<SalesFixture>();
+        m_shop->run("INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', 'gizli', 'Yönetici')");
+        girisyetki = 1;
+    }
+    void cleanup() {
+        const bool answered = allAnswered(m_shop->boxes);
+        m_shop.reset();
+        QVERIFY(answered);
+    }
+
+    void bearsItsTitleAndLetters_data() { addScreens(); }
+    void bearsItsTitleAndLetters() {
+        QFETCH(const ScreenRow, row);
+        const Screen& opened = open(row);
+        QCOMPARE(opened.windowTitle(), row.title);
+        QCOMPARE(symbolsLeft(opened, row.symbols).join(u'\n'), QString());
+    }
+
+    void fits_data() {
+        QTest::addColumn<SizeRow>("row");
+        const auto add = [](const ScreenRow& row, QSize display) {
+            QTest::addRow("%s %dx%d", row.name, display.width(), display.height()) << SizeRow{row, display};
+        };
+        for (const ScreenRow& row : screens()) {
+            for (const QSize display : displays())
+                add(row, display);
+        }
+        add(screens().constFirst(), {640, 480});
+    }
+    void fits() {
+        QFETCH(const SizeRow, row);
+        setScreenMetricsSource([row] { return ScreenMetrics{row.display, 15, 15}; });
+        Screen& opened = open(row);
+        if (row.design.isEmpty()) {
+            QCOMPARE(layoutFaults(opened).join(u'\n'), QString());  // as it opens
+            opened.setWindowState(Qt::WindowNoState);
+            opened.resize(row.display);
+            QCoreApplication::processEvents();
+        } else {
+            const double scale = std::min(row.display.width() / 1024.0, row.display.height() / 768.0);
+            QCOMPARE(opened.size(), (QSizeF(row.design) * scale).toSize());
+        }
+        QCOMPARE(layoutFaults(opened).join(u'\n'), QString());
+        opened.resize(opened.width() * 8 / 5, opened.height());
+        QCoreApplication::processEvents();
+        QCOMPARE(layoutFaults(opened).join(u'\n'), QString());
+    }
+
+    void tabReachesEverything_data() { addScreens(); }
+    void tabReachesEverything() {
+        QFETCH(const ScreenRow, row);
+        QCOMPARE(tabFaults(open(row), row.tabOrder.split(u' ', Qt::SkipEmptyParts)).join(u'\n'), QString());
+    }
+
+    void leaving_data() {
+        QTest::addColumn<ScreenRow>("row");
+        QTest::addColumn<bool>("byEscape");
+        for (const ScreenRow& row : screens()) {
+            QTest::addRow("%s by Escape", row.name) << row << true;
+            QTest::addRow("%s by X", row.name) << row << false;
+        }
+    }
+    void leaving() {
+        QFETCH(const ScreenRow, row);
+        QFETCH(const bool, byEscape);
+        const QPointer<Screen> opened(&open(row));
+        const Leaving leaving = byEscape ? row.escape : row.x;
+        if (leaving == Leaving::asks)
+            m_shop->boxes.expectAny(MessageBoxAnswer::no);
+        if (byEscape)
+            QTest::keyClick(opened->focusWidget() ? opened->focusWidget() : opened.get(), Qt::Key_Escape);
+        else
+            opened->close();
+        QCOMPARE(row.isOpen(), leaving != Leaving::closes);
+        if (leaving != Leaving::closes)
+            return;
+        QTRY_VERIFY(!opened);
+        if (!loaded<satisekrani>())
+            return;
+        if (!QApplication::activeWindow())
+            m_shop->sales().activateWindow();  // as a window manager does
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void fieldsAreKnown_data() { addScreens(); }
+    void fieldsAreKnown() {
+        QFETCH(const ScreenRow, row);
+        QStringList fields;
+        for (const QLineEdit* field : writableFields(open(row)))
+            fields.append(field->objectName());
+        QCOMPARE(fields.join(u' '), row.fields);
+    }
+
+    void takesAnyText_data() {
+        QTest::addColumn<TextRow>("row");
+        for (const ScreenRow& row : screens()) {
+            for (const auto& [name, text] :
+                 row.fields.isEmpty() ? decltype(hostileTexts()){} : hostileTexts()) {
+                for (const bool typed : {true, false})
+                    QTest::addRow("%s, %s %s", row.name, qUtf8Printable(name), typed ? "typed" : "pasted")
+                        << TextRow{row, text, typed};
+            }
+        }
+    }
+    void takesAnyText() {
+        QFETCH(const TextRow, row);
+        const Screen& opened = open(row);
+        const auto before = m_shop->tables();
+        for (QLineEdit* field : writableFields(opened)) {
+            field->setFocus();
+            if (!row.typed) {
+                QApplication::clipboard()->setText(row.text);
+                field->paste();
+                continue;
+            }
+            // A field takes longer for each letter, the more it holds.
+            for (const char32_t character : row.text.left(1000).toUcs4()) {
+                if (character == U'\r' || character == U'\n')
+                    continue;  // the Enter key
+                QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString::fromUcs4(&character, 1),
+                                    Qt::NoModifier);
+            }
+        }
+        QVERIFY(row.isOpen());
+        QVERIFY(opened.isVisible());
+        QVERIFY(m_shop->tables() == before);
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTests<ScreenContractTest>(argc, argv);
+}
+
+#include "test_contract.moc"

@@ -1,0 +1,146 @@
+#include "screencontract.h"
+
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <algorithm>
+
+#include "app/modTurkce.h"
+#include "runtime/screen.h"
+#include "widgets/activeresize.h"
+#include "widgets/caption.h"
+
+namespace kovanix {
+
+namespace {
+
+constexpr int fingerHeight = 44;  // pixels at design size; scaled with the screen
+
+/// Parts of the toolkit's own controls are no controls.
+bool isPart(const QWidget& widget) {
+    for (const QWidget* above = widget.parentWidget(); above; above = above->parentWidget()) {
+        if (qobject_cast<const QAbstractScrollArea*>(above) || qobject_cast<const QLineEdit*>(above))
+            return true;
+    }
+    return widget.objectName().isEmpty();
+}
+
+/// The controls that hold no others, where they are seen.
+QList<const QWidget*> leaves(const QWidget& screen) {
+    QList<const QWidget*> found;
+    for (const QWidget* control : screen.findChildren<QWidget*>()) {
+        if (!control->isVisible() || isPart(*control))
+            continue;
+        const auto inside = control->findChildren<QWidget*>();
+        if (std::all_of(inside.begin(), inside.end(), [](const QWidget* child) { return isPart(*child); }))
+            found.append(control);
+    }
+    return found;
+}
+
+bool cutsItsText(const QWidget& control) {
+    const auto* label = qobject_cast<const QLabel*>(&control);
+    if (!label)
+        return control.height() < control.minimumSizeHint().height() * 0.5;  // drawn captions fit themselves
+    if (label->wordWrap())
+        return label->heightForWidth(label->width()) > label->height();
+    return label->sizeHint().width() > label->width() ||
+           label->fontMetrics().height() > label->height() + 1;  // a pixel goes by rounding
+}
+
+}  // namespace
+
+QList<QSize> displays() {
+    return {{800, 600}, {1024, 768}, {1366, 768}, {1920, 1080}};
+}
+
+QList<std::pair<QString, QString>> hostileTexts() {
+    return {{QStringLiteral("apostrophes"), QStringLiteral("'; DROP TABLE urunler;--''")},
+            {QStringLiteral("percent signs"), QStringLiteral("%_%1%n%%")},
+            {QStringLiteral("brackets"), QStringLiteral("[*]{}(]<b>")},
+            {QStringLiteral("10,000 characters"), QStringLiteral("ab'%[").repeated(2000)},
+            {QStringLiteral("emoji"), QStringLiteral("🍞👩‍🌾")},
+            {QStringLiteral("right to left"), QStringLiteral("\u202Eשלום\u200F")},
+            {QStringLiteral("NUL"), QStringLiteral("a\0b").left(1) + QChar(u'\0') + u'b'},
+            {QStringLiteral("line breaks"), QStringLiteral("a\r\nb\nc\u2028d")}};
+}
+
+QStringList layoutFaults(const Screen& screen) {
+    QStringList faults;
+    const auto* container = screen.findChild<const ActiveResize*>();
+    const double scale = container ? container->scale() : 1;
+    QList<std::pair<QString, QRect>> places;
+    for (const QWidget* control : leaves(screen)) {
+        const QString name = control->objectName();
+        const QRect place(control->mapTo(&screen, QPoint(0, 0)), control->size());
+        if (!screen.rect().contains(place))
+            faults.append(name + u" stands out of the window");
+        for (const auto& [otherName, other] : places) {
+            if (place.intersects(other))
+                faults.append(name + u" lies on " + otherName);
+        }
+        if (cutsItsText(*control))
+            faults.append(name + u" cuts its text");
+        const bool pressed = qobject_cast<const QAbstractButton*>(control) || control->focusPolicy() != 0;
+        if (pressed && place.height() < static_cast<int>(fingerHeight * scale))
+            faults.append(name + u" is only " + QString::number(place.height()) + u" high");
+        places.append({name, place});
+    }
+    if (places.isEmpty() && container)
+        faults.append(QStringLiteral("nothing to see"));
+    return faults;
+}
+
+QStringList symbolsLeft(const Screen& screen, const QStringList& required) {
+    QStringList texts{screen.windowTitle()};
+    for (const QWidget* control : screen.findChildren<QWidget*>()) {
+        if (!isPart(*control))
+            texts << caption(*control) << control->toolTip() << control->accessibleName();
+    }
+    QStringList found;
+    for (const QString& text : texts) {
+        if (harfvarmi(text) && !required.contains(text))
+            found.append(text);
+    }
+    for (const QString& text : required) {
+        if (!texts.contains(text))
+            found.append(u"missing: " + text);
+    }
+    return found;
+}
+
+QStringList tabFaults(const Screen& screen, QStringList order) {
+    QStringList reachable;
+    for (const QWidget* control : screen.findChildren<QWidget*>()) {
+        if (control->isVisible() && control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) &&
+            !control->objectName().startsWith(u"qt_"))
+            reachable.append(control->objectName());
+    }
+    QStringList reached;
+    for (qsizetype step = 0; step <= reachable.size() && QApplication::focusWidget(); ++step) {
+        reached.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QStringList faults;
+    if (reached != order + order.mid(0, 1))  // and round again
+        faults.append(u"Tab goes " + reached.join(u' '));
+    reachable.sort();
+    order.sort();
+    if (reachable != order)
+        faults.append(u"the keyboard is for " + reachable.join(u' '));
+    return faults;
+}
+
+QList<QLineEdit*> writableFields(const Screen& screen) {
+    QList<QLineEdit*> fields;
+    for (auto* field : screen.findChildren<QLineEdit*>()) {
+        if (field->isVisible() && field->isEnabled() && !field->isReadOnly())
+            fields.append(field);
+    }
+    return fields;
+}
+
+}  // namespace kovanix
