@@ -30,8 +30,8 @@
 #include "values/numbers.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
-#include "widgets/fontsize.h"
 #include "widgets/keyfilter.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -77,26 +77,12 @@ void startBeside(const QString& storedName) {
 frmLogin::frmLogin() {
     ui.setupUi(this);
     ui.kullanici->setItemDelegate(new UserRows(ui.kullanici));
-    setDesignFonts();
+    applyTextRoles(*this);
+    setForeColor(*ui.ver, roleColor(ColorRole::mutedInk, Tone::dark));
     connectControls();
 }
 
 frmLogin::~frmLogin() = default;
-
-void frmLogin::setDesignFonts() {
-    setPixels(*ui.kullanici, 20, QFont::Medium);
-    setPixels(*ui.sifre, 24, QFont::Medium);
-    ui.sifre->setTextMargins(8, 0, 8, 0);
-    for (QLabel* label : {ui.Label1, ui.Label7})
-        setPixels(*label, 17, QFont::DemiBold);
-    setPixels(*ui.ver, 14, QFont::Normal);
-    setForeColor(*ui.ver, QColor(0xC4, 0xD0, 0xE0));
-    setPixels(*ui.cmdOK, 24, QFont::Bold);
-    setPixels(*ui.cmdCancel, 20, QFont::DemiBold);
-    setPixels(*ui.vkCommand1, 15, QFont::DemiBold);
-    for (QWidget* launcher : {ui.destekprograminiac, ui.yazilimguncelle})
-        setPixels(*launcher, 16, QFont::Medium);
-}
 
 void frmLogin::connectControls() {
     clicks(this, {{ui.cmdOK, &frmLogin::cmdOK_click},

@@ -13,7 +13,7 @@
 #include "sales/satisekrani.h"
 #include "screens/boxes.h"
 #include "screens/clicks.h"
-#include "widgets/fontsize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -48,18 +48,12 @@ void shell(QStringView path) {
 
 menu::menu() {
     ui.setupUi(this);
-    setDesignFonts();
+    applyTextRoles(*this);
     connectControls();
     setCloseButton(*ui.kapat);
 }
 
 menu::~menu() = default;
-
-void menu::setDesignFonts() {
-    setPixels(*ui.vkFrame1, 20, QFont::DemiBold);
-    for (DrawnButton* button : findChildren<DrawnButton*>())
-        setPixels(*button, 17, QFont::Medium);
-}
 
 void menu::connectControls() {
     clicks(this, {{ui.vkCommand1, &menu::vkCommand1_click},
