@@ -124,8 +124,7 @@ void frmLogin::setCaptions() {
     ui.Label7->setText(metin(QStringLiteral("SIFRE")));
     ui.kullanici->setAccessibleName(ui.Label1->text());
     ui.sifre->setAccessibleName(ui.Label7->text());
-    // It offers to hide a password that is hidden, so that its first press seems to do nothing: that is
-    // meant.
+    // It offers to hide a password that is hidden, so that its first press seems to do nothing: required.
     ui.vkCommand1->setCaption(metin(QStringLiteral("SIFRE_GIZLE")));
     ui.vkCommand1->setToolTip(metin(QStringLiteral("SIFREYI_GIZLE")));
     ekranbasligi(*this);
@@ -160,8 +159,8 @@ void frmLogin::FrmloginBaglantiSonrasi() {
 
 void frmLogin::kullanicilistele() {
     const QSignalBlocker quiet(ui.kullanici);
-    // The ids aren't cleared: a second listing puts them behind the old ones, out of step with the names.
-    // That is meant; only a screen loaded anew mends it.
+    // The ids aren't cleared, as required: a second listing puts them behind the old ones, out of step with
+    // the names, until the screen is loaded anew.
     for (QListWidget* list : {ui.kullanici, ui.sifreler, ui.acilisi})
         list->clear();
     Recordset users;
@@ -240,7 +239,7 @@ void frmLogin::logIn() {
     if (ui.kullanici->count() == 0)
         kullanicilistele();
     if (ui.kullanici->count() == 0) {
-        // The second notice of one press, behind the listing's own: that is meant.
+        // The second notice of one press, behind the listing's own: required.
         mesaj(QStringLiteral("KULLANICI_EKLE"), MessageBoxStyle::ok, QString());
         return;
     }
@@ -250,7 +249,7 @@ void frmLogin::logIn() {
     if (!sifrekontrol()) {
         izyaz(QStringLiteral("CMD sifre uyusmadi"));
         mesaj(QStringLiteral("SIFRE_YANLIS"), MessageBoxStyle::ok, QString());
-        ui.sifre->clear();
+        ui.sifre->setText(QString());  // what clear() does could be undone, and the password be read
         giveFocus(*ui.sifre);
         return;
     }

@@ -17,7 +17,7 @@ ekoz::ekoz() {
 ekoz::~ekoz() = default;
 
 void ekoz::form_load() {
-    // The table of titles doesn't know this screen: its title stays as stored, symbol and all. Meant.
+    // The table of titles doesn't know this screen: its title stays as stored, symbol and all, as required.
     ekrandonat(*this);
 }
 

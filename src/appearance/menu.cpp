@@ -69,7 +69,7 @@ void menu::form_load() {
     ekrandonat(*this);
     if (girisyetki != 0)
         return;
-    // The way back to the login and the calculator are closed to a cashier too: meant.
+    // The way back to the login and the calculator are closed to a cashier too, as required.
     for (QWidget* button : {screen<satisekrani>().ui.vkCommand3, screen<satisekrani>().ui.vkCommand2,
                             ui.vkCommand3, ui.vkCommand2, ui.vkCommand4})
         button->setEnabled(false);

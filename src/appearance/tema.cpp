@@ -120,7 +120,7 @@ void tema::TemaKayitliUygula() {
     }
 }
 
-// The first picture never asks, and stores its 0 when all is painted. Both are meant.
+// The first picture never asks, and stores its 0 when all is painted. Both are required.
 void tema::resim1_click() {
     beep();
     paintSales(Palette::resim1);

@@ -145,7 +145,7 @@ Swatch& toplamtema::swatch(TotalColor color) const {
 void toplamtema::Command_click(TotalColor color) {
     Row& row = rowOf(color);
     // Until something has been chosen in it the dialog starts from what the total shows, so that a cancel
-    // changes nothing. Later a cancel brings back the last choice: that is meant.
+    // changes nothing. Later a cancel brings back the last choice, as required.
     if (!row.chosen)
         row.dialog->setColor(totalColor(realTotal(), color));
     row.dialog->showColor(*this, [this, color, start = row.dialog->color()] {
@@ -183,11 +183,11 @@ void toplamtema::change(TotalColor color, const QColor& value) {
     ayarla(QStringLiteral("sonrenk"), QStringLiteral("0"));
 }
 
-/// The swatches stay as they are, and so does what was last saved or fetched: that is meant.
+/// The swatches stay as they are, and so does what was last saved or fetched: required.
 void toplamtema::preset_click(const Preset& preset) {
     for (const TotalColor color : totalColors) {
         storeTotalColor(TotalSet::live, color, preset.color(color));
-        storeTotalColor(TotalSet::live, color, preset.color(color));  // twice on purpose
+        storeTotalColor(TotalSet::live, color, preset.color(color));  // written twice, as required
     }
     for (const TotalColor color : totalColors) {
         attempt([&] { setTotalColor(*ui.toplam, color, storedTotalColor(TotalSet::live, color)); });
