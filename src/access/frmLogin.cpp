@@ -30,8 +30,8 @@
 #include "values/numbers.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
-#include "widgets/fontsize.h"
 #include "widgets/keyfilter.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -77,26 +77,12 @@ void startBeside(const QString& storedName) {
 frmLogin::frmLogin() {
     ui.setupUi(this);
     ui.kullanici->setItemDelegate(new UserRows(ui.kullanici));
-    setDesignFonts();
+    applyTextRoles(*this);
+    setForeColor(*ui.ver, roleColor(ColorRole::mutedInk, Tone::dark));
     connectControls();
 }
 
 frmLogin::~frmLogin() = default;
-
-void frmLogin::setDesignFonts() {
-    setPixels(*ui.kullanici, 20, QFont::Medium);
-    setPixels(*ui.sifre, 24, QFont::Medium);
-    ui.sifre->setTextMargins(8, 0, 8, 0);
-    for (QLabel* label : {ui.Label1, ui.Label7})
-        setPixels(*label, 17, QFont::DemiBold);
-    setPixels(*ui.ver, 14, QFont::Normal);
-    setForeColor(*ui.ver, QColor(0xC4, 0xD0, 0xE0));
-    setPixels(*ui.cmdOK, 24, QFont::Bold);
-    setPixels(*ui.cmdCancel, 20, QFont::DemiBold);
-    setPixels(*ui.vkCommand1, 15, QFont::DemiBold);
-    for (QWidget* launcher : {ui.destekprograminiac, ui.yazilimguncelle})
-        setPixels(*launcher, 16, QFont::Medium);
-}
 
 void frmLogin::connectControls() {
     clicks(this, {{ui.cmdOK, &frmLogin::cmdOK_click},
@@ -138,8 +124,7 @@ void frmLogin::setCaptions() {
     ui.Label7->setText(metin(QStringLiteral("SIFRE")));
     ui.kullanici->setAccessibleName(ui.Label1->text());
     ui.sifre->setAccessibleName(ui.Label7->text());
-    // It offers to hide a password that is hidden, so that its first press seems to do nothing: that is
-    // meant.
+    // It offers to hide a password that is hidden, so that its first press seems to do nothing: required.
     ui.vkCommand1->setCaption(metin(QStringLiteral("SIFRE_GIZLE")));
     ui.vkCommand1->setToolTip(metin(QStringLiteral("SIFREYI_GIZLE")));
     ekranbasligi(*this);
@@ -174,8 +159,8 @@ void frmLogin::FrmloginBaglantiSonrasi() {
 
 void frmLogin::kullanicilistele() {
     const QSignalBlocker quiet(ui.kullanici);
-    // The ids aren't cleared: a second listing puts them behind the old ones, out of step with the names.
-    // That is meant; only a screen loaded anew mends it.
+    // The ids aren't cleared, as required: a second listing puts them behind the old ones, out of step with
+    // the names, until the screen is loaded anew.
     for (QListWidget* list : {ui.kullanici, ui.sifreler, ui.acilisi})
         list->clear();
     Recordset users;
@@ -254,7 +239,7 @@ void frmLogin::logIn() {
     if (ui.kullanici->count() == 0)
         kullanicilistele();
     if (ui.kullanici->count() == 0) {
-        // The second notice of one press, behind the listing's own: that is meant.
+        // The second notice of one press, behind the listing's own: required.
         mesaj(QStringLiteral("KULLANICI_EKLE"), MessageBoxStyle::ok, QString());
         return;
     }
@@ -264,7 +249,7 @@ void frmLogin::logIn() {
     if (!sifrekontrol()) {
         izyaz(QStringLiteral("CMD sifre uyusmadi"));
         mesaj(QStringLiteral("SIFRE_YANLIS"), MessageBoxStyle::ok, QString());
-        ui.sifre->clear();
+        ui.sifre->setText(QString());  // what clear() does could be undone, and the password be read
         giveFocus(*ui.sifre);
         return;
     }

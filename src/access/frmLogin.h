@@ -40,7 +40,6 @@ public:
     Ui::frmLogin ui;
 
 private:
-    void setDesignFonts();
     void connectControls();
     void setCaptions();
     void readSettings();

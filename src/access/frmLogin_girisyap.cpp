@@ -48,7 +48,7 @@ bool frmLogin::applyRole() {
             girissifre = ui.sifre->text().trimmed();
             return true;
         case Role::warehouse:
-            // The warehouse has no business at the till; nothing but the trace tells. That is meant.
+            // The warehouse has no business at the till; only the trace tells, as required.
             izyaz(QStringLiteral("GIR depo sevk - cikis"));
             return false;
         case Role::other:

@@ -14,14 +14,12 @@ public:
     explicit PasswordField(QWidget* parent = nullptr);
 
     /// What stands for each character; empty (the start value) shows the text itself.
-    QString passwordchar() const;
+    const QString& passwordchar() const { return m_passwordchar; }
     /// Takes the first character of the text.
     void setPasswordchar(const QString& text);
 
 private:
-    class Style;
-
-    Style* m_style;  // lives as long as the field and knows the character
+    QString m_passwordchar;
 };
 
 }  // namespace kovanix

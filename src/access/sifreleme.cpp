@@ -26,7 +26,7 @@ bool sameButForCase(const QString& one, const QString& other) {
     return lowerOrdinary(one) == lowerOrdinary(other) || lowerTurkish(one) == lowerTurkish(other);
 }
 
-/// The prefix reader ends at a comma, so 12,5 and 12 are one password here; that is meant.
+/// The prefix reader ends at a comma, so 12,5 and 12 are one password here, as required.
 bool sameNumber(const QString& one, const QString& other) {
     return isNumeric(one) && isNumeric(other) && numericPrefix(one) == numericPrefix(other);
 }
@@ -77,7 +77,7 @@ bool sifredogrula(const QString& entered, const QString& stored) {
         return typed.isEmpty();
     if (sifreozetmi(kept)) {
         // A row whose column was too narrow for the hash opens without a password: its user could never come
-        // in otherwise. That is meant.
+        // in otherwise.
         if (typed.isEmpty() && kept.size() - prefix().size() < digestDigits)
             return true;
         return lowerOrdinary(sifreozet(typed)) == lowerOrdinary(kept);

@@ -5,6 +5,7 @@
 
 #include "values/lettercase.h"
 #include "widgets/face.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -15,10 +16,7 @@ constexpr double designDisc = 34;
 constexpr double designRadius = 8;
 constexpr double designGap = 12;
 
-const QColor chosenTop(0x3A, 0x84, 0xF2);
-const QColor chosenBottom(0x1F, 0x6F, 0xEB);
 const QColor hovered(0xEA, 0xF1, 0xFB);
-const QColor ink(0x1B, 0x26, 0x36);
 
 // Neighbours in the list are told apart by colour too.
 const std::array<QColor, 5> discs{QColor(0x2C, 0x40, 0x5B), QColor(0x0E, 0x7C, 0x6B),
@@ -52,8 +50,9 @@ void UserRows::paint(QPainter* painter, const QStyleOptionViewItem& option, cons
     const double radius = designRadius * scale;
     painter->save();
     painter->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    const FaceColors accent = faceColors(FaceRole::accent);
     if (chosen) {
-        paintFace(*painter, row, radius, chosenTop, chosenBottom, borderFor(chosenTop, chosenBottom), false);
+        paintFace(*painter, row, radius, accent.top, accent.bottom, accent.rim, false);
     } else if (option.state.testFlag(QStyle::State_MouseOver)) {
         painter->setPen(Qt::NoPen);
         painter->setBrush(hovered);
@@ -70,13 +69,13 @@ void UserRows::paint(QPainter* painter, const QStyleOptionViewItem& option, cons
     font.setWeight(QFont::DemiBold);
     font.setPixelSize(std::max(1, qRound(disc.height() * 0.5)));
     painter->setFont(font);
-    painter->setPen(chosen ? chosenBottom : QColor(Qt::white));
+    painter->setPen(chosen ? accent.bottom : QColor(Qt::white));
     painter->drawText(disc, Qt::AlignCenter, firstLetter(name));
 
     font = option.font;
     font.setWeight(chosen ? QFont::DemiBold : QFont::Medium);
     painter->setFont(font);
-    painter->setPen(chosen ? QColor(Qt::white) : ink);
+    painter->setPen(chosen ? QColor(Qt::white) : roleColor(ColorRole::ink));
     const QRectF text(disc.right() + designGap * scale, row.top(),
                       row.right() - disc.right() - 2 * designGap * scale, row.height());
     painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter,

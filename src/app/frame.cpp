@@ -9,6 +9,7 @@
 #include <QTranslator>
 
 #include "desktop/messagebox.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -17,17 +18,19 @@ namespace {
 constexpr int designFontPixels = 16;
 
 QPalette shopPalette() {
-    QPalette palette(QColor(0xF1, 0xF4, 0xF8));
-    palette.setColor(QPalette::Window, QColor(0xF1, 0xF4, 0xF8));
-    palette.setColor(QPalette::WindowText, QColor(0x1B, 0x26, 0x36));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::AlternateBase, QColor(0xF5, 0xF8, 0xFC));
+    const QColor ground = roleColor(ColorRole::ground);
+    const QColor ink = roleColor(ColorRole::ink);
+    QPalette palette(ground);
+    palette.setColor(QPalette::Window, ground);
+    palette.setColor(QPalette::WindowText, ink);
+    palette.setColor(QPalette::Base, roleColor(ColorRole::field));
+    palette.setColor(QPalette::AlternateBase, roleColor(ColorRole::zebra));
     palette.setColor(QPalette::Text, Qt::black);  // read on the barcode field's red, too
     palette.setColor(QPalette::Button, QColor(0xE6, 0xEB, 0xF2));
-    palette.setColor(QPalette::ButtonText, QColor(0x1B, 0x26, 0x36));
-    palette.setColor(QPalette::Highlight, QColor(0x1F, 0x6F, 0xEB));
+    palette.setColor(QPalette::ButtonText, ink);
+    palette.setColor(QPalette::Highlight, roleColor(ColorRole::selectionBar));
     palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, QColor(0x1B, 0x26, 0x36));
+    palette.setColor(QPalette::ToolTipBase, ink);
     palette.setColor(QPalette::ToolTipText, Qt::white);
     return palette;
 }

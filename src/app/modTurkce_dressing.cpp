@@ -21,7 +21,7 @@ struct Title {
     QStringView title;
 };
 
-// Plain capitals on purpose: titles don't pass through the transcription.
+// Plain capitals, as required: titles don't pass through the transcription.
 constexpr std::array<Title, 17> titles{{
     {u"urunler", u"URUN LISTESI"},
     {u"stokraporu", u"STOK RAPORU"},

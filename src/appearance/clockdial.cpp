@@ -11,7 +11,7 @@ namespace kovanix {
 
 namespace {
 
-constexpr double pi = 3.1415;  // four digits on purpose, not the full value
+constexpr double pi = 3.1415;  // required: these four digits, not the full value
 
 constexpr double minuteLength = 18;
 constexpr double hourLength = 12;

@@ -2,15 +2,14 @@
 
 #include "app/modTurkce.h"
 #include "screens/clicks.h"
-#include "widgets/fontsize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
 ekoz::ekoz() {
     ui.setupUi(this);
+    applyTextRoles(*this);
     ui.vkCommand2->hide();  // it has neither a caption nor a task
-    for (QWidget* button : {ui.vkCommand1, ui.vkCommand3})
-        setPixels(*button, 18, QFont::Medium);
     clicks(this, {{ui.vkCommand1, &ekoz::vkCommand1_click}, {ui.vkCommand3, &ekoz::vkCommand3_click}});
     setCloseButton(*ui.vkCommand3);
 }
@@ -18,7 +17,7 @@ ekoz::ekoz() {
 ekoz::~ekoz() = default;
 
 void ekoz::form_load() {
-    // The table of titles doesn't know this screen: its title stays as stored, symbol and all. Meant.
+    // The table of titles doesn't know this screen: its title stays as stored, symbol and all, as required.
     ekrandonat(*this);
 }
 

@@ -7,7 +7,7 @@
 #include "desktop/focus.h"
 #include "runtime/screenregistry.h"
 #include "screens/clicks.h"
-#include "widgets/fontsize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -24,7 +24,7 @@ QString productText() {
 
 hallimzda::hallimzda() {
     ui.setupUi(this);
-    setDesignFonts();
+    applyTextRoles(*this);
     clicks(this, {{ui.Image1, &hallimzda::Image1_click},
                   {ui.vkCommand1, &hallimzda::vkCommand1_click},
                   {ui.urunbulunamadikapat, &hallimzda::urunbulunamadikapat_click}});
@@ -32,15 +32,6 @@ hallimzda::hallimzda() {
 }
 
 hallimzda::~hallimzda() = default;
-
-void hallimzda::setDesignFonts() {
-    setPixels(*ui.Label1, 30, QFont::Bold);
-    setPixels(*ui.Label2, 18);
-    setPixels(*ui.Label4, 18);
-    setPixels(*ui.printedText, 16);
-    for (QWidget* button : {ui.vkCommand1, ui.urunbulunamadikapat})
-        setPixels(*button, 18, QFont::Medium);
-}
 
 void hallimzda::form_load() {
     ekrandonat(*this);

@@ -18,8 +18,6 @@ public:
     Ui::hallimzda ui;
 
 private:
-    void setDesignFonts();
-
     void Image1_click();
     void vkCommand1_click();
     void urunbulunamadikapat_click();

@@ -13,7 +13,7 @@
 #include "sales/satisekrani.h"
 #include "screens/boxes.h"
 #include "screens/clicks.h"
-#include "widgets/fontsize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -48,18 +48,12 @@ void shell(QStringView path) {
 
 menu::menu() {
     ui.setupUi(this);
-    setDesignFonts();
+    applyTextRoles(*this);
     connectControls();
     setCloseButton(*ui.kapat);
 }
 
 menu::~menu() = default;
-
-void menu::setDesignFonts() {
-    setPixels(*ui.vkFrame1, 20, QFont::DemiBold);
-    for (DrawnButton* button : findChildren<DrawnButton*>())
-        setPixels(*button, 17, QFont::Medium);
-}
 
 void menu::connectControls() {
     clicks(this, {{ui.vkCommand1, &menu::vkCommand1_click},
@@ -75,7 +69,7 @@ void menu::form_load() {
     ekrandonat(*this);
     if (girisyetki != 0)
         return;
-    // The way back to the login and the calculator are closed to a cashier too: meant.
+    // The way back to the login and the calculator are closed to a cashier too, as required.
     for (QWidget* button : {screen<satisekrani>().ui.vkCommand3, screen<satisekrani>().ui.vkCommand2,
                             ui.vkCommand3, ui.vkCommand2, ui.vkCommand4})
         button->setEnabled(false);

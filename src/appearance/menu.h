@@ -19,7 +19,6 @@ public:
     Ui::menu ui;
 
 private:
-    void setDesignFonts();
     void connectControls();
 
     void vkCommand1_click();

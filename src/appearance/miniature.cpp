@@ -4,6 +4,7 @@
 #include <QPainterPath>
 
 #include "widgets/face.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -12,7 +13,6 @@ namespace {
 constexpr QSize naturalSize(320, 200);
 constexpr double margin = 6;  // around the picture, in design pixels: the focus ring's and the mark's room
 constexpr double markRadius = 13;  // likewise
-const QColor accent(0x1F, 0x6F, 0xEB);
 
 }  // namespace
 
@@ -84,6 +84,7 @@ void Miniature::paintEvent(QPaintEvent*) {
         painter.setClipPath(outline);
         paintMiniature(painter, QRectF(QPointF(0, 0), picture.size()), m_look);
     }
+    const QColor accent = roleColor(ColorRole::selectionBar);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.drawPixmap(picture.topLeft(), m_picture);
@@ -93,7 +94,7 @@ void Miniature::paintEvent(QPaintEvent*) {
         painter.setBrush(QColor(255, 255, 255, 50));
     else
         painter.setBrush(Qt::NoBrush);
-    painter.setPen(m_chosen ? QPen(accent, 2 * scale) : QPen(QColor(0xA9, 0xB6, 0xC6), 1));
+    painter.setPen(m_chosen ? QPen(accent, 2 * scale) : QPen(roleColor(ColorRole::edge), 1));
     painter.drawRoundedRect(picture.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
     if (m_chosen) {
         const QPointF centre = picture.topLeft() + QPointF(1, 1) * (markRadius - margin) * scale;

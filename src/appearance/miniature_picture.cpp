@@ -2,6 +2,7 @@
 
 #include "appearance/miniature.h"
 #include "widgets/face.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -12,7 +13,7 @@ constexpr QSizeF screenSize(1024, 768);  // what the places below are stated on
 // What no palette touches: the ticket.
 const QColor ticketGround(Qt::white);
 const QColor ticketBorder(0xB9, 0xC4, 0xD1);
-const QColor headings(0x1F, 0x2D, 0x3D);
+const QColor headings = roleColor(ColorRole::heading);
 const QColor ticketLine(0xE6, 0xEB, 0xF2);
 const QColor ticketText(0x7B, 0x88, 0x99);
 
@@ -221,7 +222,8 @@ void MiniaturePainter::paint() {
              {586 + 109.7 * (key % 4), 565 + 62.0 * (key / 4), 101, 53});
     // The one button of the row that no palette touches.
     const QRectF customers(655, 688, 84, 72);
-    face(customers, QColor(0x3E, 0x56, 0x75), QColor(0x2C, 0x40, 0x5B), QColor(0x2C, 0x40, 0x5B));
+    const FaceColors navy = faceColors(FaceRole::navy);
+    face(customers, navy.top, navy.bottom, navy.bottom);
     words(customers, Qt::white);
 }
 

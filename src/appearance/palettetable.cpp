@@ -13,7 +13,7 @@ constexpr ColorValue buttonFace = 0x8000000F;
 constexpr ColorValue buttonText = 0x80000012;
 
 constexpr PaletteCell untouched;
-// Two values, set one after the other: only the second is seen. That is meant.
+// Two values, set one after the other: only the second is seen. Required, as listed.
 constexpr PaletteCell blackThenFace(0x000000, buttonFace);
 constexpr PaletteCell whiteThenBlack(0xFFFFFF, 0x000000);
 

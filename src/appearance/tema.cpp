@@ -13,7 +13,7 @@
 #include "sales/satisekrani.h"
 #include "screens/clicks.h"
 #include "values/numbers.h"
-#include "widgets/fontsize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -63,11 +63,7 @@ void setThemeBeep(std::function<void()> replacement) {
 
 tema::tema() {
     ui.setupUi(this);
-    for (QWidget* label : {ui.Label4_0, ui.Label4_1, ui.Label4_2, ui.Label4_3})
-        setPixels(*label, 18, QFont::DemiBold);
-    for (QWidget* button : {ui.vkCommand1, ui.vkCommand2})
-        setPixels(*button, 17, QFont::DemiBold);
-    setPixels(*ui.temaac, 16, QFont::Normal);
+    applyTextRoles(*this);
     struct Picture {
         Miniature* picture;
         Timer& timer;
@@ -124,7 +120,7 @@ void tema::TemaKayitliUygula() {
     }
 }
 
-// The first picture never asks, and stores its 0 when all is painted. Both are meant.
+// The first picture never asks, and stores its 0 when all is painted. Both are required.
 void tema::resim1_click() {
     beep();
     paintSales(Palette::resim1);

@@ -15,16 +15,22 @@
 #include "screens/clicks.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
-#include "widgets/fontsize.h"
+#include "widgets/face.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
 namespace {
 
-constexpr int titlePixels = 16;
-constexpr int textPixels = 14;
-constexpr int buttonPixels = 16;
-constexpr int previewPixels = 64;
+/// An ink for a small caption, as much nearer to black or white as it takes to be read without an outline.
+QColor captionInk(const QColor& wanted, const QColor& ground) {
+    QColor ink = wanted;
+    for (double share = 0; contrast(ink, ground) < legible && share < 1;) {
+        share += 0.05;
+        ink = mixed(wanted, blackOrWhite(ground), share);
+    }
+    return ink;
+}
 
 DrawnButton& realTotal() {
     return *screen<satisekrani>().ui.toplam;
@@ -51,6 +57,7 @@ struct toplamtema::SavedSet {
 
 toplamtema::toplamtema() {
     ui.setupUi(this);
+    applyTextRoles(*this);
     m_rows = {{
         {TotalColor::forecolor, ui.Command1, ui.Frame1, &CommonDialog1},
         {TotalColor::backcolor1, ui.Command2, ui.Frame2, &CommonDialog2},
@@ -58,21 +65,10 @@ toplamtema::toplamtema() {
         {TotalColor::backcolorpushed1, ui.Command4, ui.Frame4, &CommonDialog4},
         {TotalColor::backcolorpushed2, ui.Command5, ui.Frame5, &CommonDialog5},
     }};
-    setDesignFonts();
     connectControls();
 }
 
 toplamtema::~toplamtema() = default;
-
-void toplamtema::setDesignFonts() {
-    for (DrawnButton* button : findChildren<DrawnButton*>())
-        setPixels(*button, buttonPixels, QFont::Medium);
-    setPixels(*ui.toplam, previewPixels, QFont::Bold);
-    for (QLabel* title : {ui.baslikhazir, ui.baslikkayit1, ui.baslikkayit2})
-        setPixels(*title, titlePixels, QFont::DemiBold);
-    for (QLabel* text : {ui.aciklamakaydetme, ui.aciklamarenk})
-        setPixels(*text, textPixels, QFont::Normal);
-}
 
 void toplamtema::connectControls() {
     for (const Row& row : m_rows) {
@@ -88,8 +84,12 @@ void toplamtema::connectControls() {
                                                                        {ui.vkCommand2, {0x0000FF, 0xFFFFFF}},
                                                                        {ui.vkCommand3, {0x00FF00, 0x000000}},
                                                                        {ui.vkCommand4, {0xC000C0, 0xFFFFFF}}};
-    for (const auto& [button, values] : presets)
+    for (const auto& [button, values] : presets) {
+        for (const TotalColor color : totalColors)
+            setTotalColor(*button, color, values.color(color));
+        button->setForecolor(captionInk(button->forecolor(), button->backcolor1()));
         connect(button, &QAbstractButton::clicked, this, [this, preset = values] { preset_click(preset); });
+    }
 
     const SavedSet first{1, TotalSet::saved1, TotalSet::saved2, kayit1uygula};
     const SavedSet second{2, TotalSet::saved2, TotalSet::saved1, kayit2uygula};
@@ -145,7 +145,7 @@ Swatch& toplamtema::swatch(TotalColor color) const {
 void toplamtema::Command_click(TotalColor color) {
     Row& row = rowOf(color);
     // Until something has been chosen in it the dialog starts from what the total shows, so that a cancel
-    // changes nothing. Later a cancel brings back the last choice: that is meant.
+    // changes nothing. Later a cancel brings back the last choice, as required.
     if (!row.chosen)
         row.dialog->setColor(totalColor(realTotal(), color));
     row.dialog->showColor(*this, [this, color, start = row.dialog->color()] {
@@ -183,11 +183,11 @@ void toplamtema::change(TotalColor color, const QColor& value) {
     ayarla(QStringLiteral("sonrenk"), QStringLiteral("0"));
 }
 
-/// The swatches stay as they are, and so does what was last saved or fetched: that is meant.
+/// The swatches stay as they are, and so does what was last saved or fetched: required.
 void toplamtema::preset_click(const Preset& preset) {
     for (const TotalColor color : totalColors) {
         storeTotalColor(TotalSet::live, color, preset.color(color));
-        storeTotalColor(TotalSet::live, color, preset.color(color));  // twice on purpose
+        storeTotalColor(TotalSet::live, color, preset.color(color));  // written twice, as required
     }
     for (const TotalColor color : totalColors) {
         attempt([&] { setTotalColor(*ui.toplam, color, storedTotalColor(TotalSet::live, color)); });

@@ -48,7 +48,6 @@ private:
 
     Row& rowOf(TotalColor color);
     void connectControls();
-    void setDesignFonts();
 
     void Command_click(TotalColor color);
     void Frame_mousedown(TotalColor from, TotalColor pushed);

@@ -2,14 +2,13 @@
 
 #include "app/modTurkce.h"
 #include "screens/clicks.h"
-#include "widgets/fontsize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
 uyari::uyari() {
     ui.setupUi(this);
-    setPixels(*ui.yazi, 26, QFont::DemiBold);
-    setPixels(*ui.Command1, 18, QFont::Medium);
+    applyTextRoles(*this);
     connect(&kapat, &Timer::tick, this, &uyari::kapat_tick);
     clicks(this, {{ui.Command1, &uyari::Command1_click}});
     setCloseButton(*ui.Command1);

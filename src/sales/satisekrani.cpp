@@ -28,8 +28,8 @@
 #include "screens/focusreturn.h"
 #include "values/dates.h"
 #include "widgets/controlarray.h"
-#include "widgets/fontsize.h"
 #include "widgets/keyfilter.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -52,7 +52,11 @@ satisekrani::satisekrani() {
     ui.satisekrani1->setRows(2);
     ui.satisekrani1->setCols(6);
     sizeGrid();
-    setDesignFonts();
+    applyTextRoles(*this);
+    // The total's size is a matter of its own length and of the screen, in points.
+    QFont total = ui.toplam->font();
+    total.setWeight(QFont::Bold);
+    ui.toplam->setFont(total);
     connectControls();
     Timer1.setInterval(clockInterval);
     Timer1_tick();
@@ -69,53 +73,6 @@ void satisekrani::sizeGrid() {
     grid.setColWidth(3, 64);
     grid.setColWidth(4, 88);
     grid.setColWidth(5, 92);
-}
-
-void satisekrani::setDesignFonts() {
-    const auto array = [this](const char* name) { return controlArray(*this, QString::fromLatin1(name)); };
-    for (QLineEdit* field : {ui.barkod, ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.bulunulamayaurun,
-                             ui.urunadi, ui.urunsatisi, ui.fiyargorbarkodu, ui.fiyargorbarkodu2,
-                             ui.fiyargoradi, ui.fiyargorfiyati, ui.hizliurunadi, ui.kisayolbarkod}) {
-        field->setTextMargins(6, 0, 6, 0);
-        setPixels(*field, 24, QFont::Medium);
-    }
-    setPixels(*ui.fiyargorfiyati, 40, QFont::Bold);
-    for (QWidget* display : {ui.verilen, ui.kalan})
-        setPixels(*display, 26, QFont::DemiBold);
-    setPixels(*ui.satisekrani1, 16);
-    for (QLabel* label : {ui.Label4_3, ui.Label4_6, ui.Label4_4, ui.Label4_5})
-        setPixels(*label, 13, QFont::DemiBold);
-    for (QLabel* label : {ui.Label4_4, ui.Label4_5})
-        label->setContentsMargins(8, 3, 8, 1);
-    for (QLabel* label : {ui.Label4_7, ui.Label4_8})
-        setPixels(*label, 11, QFont::DemiBold);
-    for (QLabel* label : {ui.tarih, ui.saat})
-        setPixels(*label, 20, QFont::DemiBold);
-    for (QLabel* label : {ui.Label1, ui.Label2, ui.Label3, ui.Label5, ui.Label6, ui.Label7, ui.Label9,
-                          ui.Label10, ui.Label11})
-        setPixels(*label, 16, QFont::DemiBold);
-    for (QLabel* label : {ui.urununadi, ui.Label8}) {
-        setPixels(*label, 22, QFont::DemiBold);
-        label->setContentsMargins(8, 8, 8, 8);
-    }
-    for (const char* keys : {"tus", "duzenlemetusu", "bununamayanurunfiyat"})
-        for (QWidget* key : array(keys))
-            setPixels(*key, 24, QFont::Medium);
-    for (QWidget* button : {ui.kaydet, ui.nakit, ui.satisiptal, ui.fiyatgor, ui.vkCommand2, ui.vkCommand3,
-                            ui.urunbulmak, ui.vkCommand6, ui.vkCommand1, ui.vkCommand4, ui.kapat})
-        setPixels(*button, 14, QFont::Medium);
-    for (QWidget* button : {ui.vsil, ui.vkCommand5, ui.ver3, ui.urunsil})
-        setPixels(*button, 15, QFont::Medium);
-    for (QWidget* button : {ui.urunislemlerikapat, ui.vazgecc, ui.urunbuunamadibeklet, ui.urunbuunamadikaydet,
-                            ui.urunbulunamadikapat, ui.fiyargorkapat, ui.kisayolkaydet, ui.kisayolsil,
-                            ui.kisayolkapat, ui.kisayolurunbul})
-        setPixels(*button, 20, QFont::DemiBold);
-    for (QWidget* panel : {ui.urunislemleri, ui.fiyatgorframe})
-        setPixels(*panel, 20, QFont::DemiBold);
-    // The total's size is a matter of its own length and of the screen, in points.
-    QFont total = ui.toplam->font();
-    total.setWeight(QFont::Bold);
-    ui.toplam->setFont(total);
 }
 
 void satisekrani::connectControls() {

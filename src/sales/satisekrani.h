@@ -90,7 +90,6 @@ private:
     void pressKeys(const QString& array, void (satisekrani::*procedure)(int));
     QString panelKey(const QString& array, int index) const;
     void showPanel(QWidget& panel);
-    void setDesignFonts();
     void placePanels();
     void placePanel(QWidget& panel, QSize size);
 

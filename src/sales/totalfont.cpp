@@ -11,7 +11,7 @@ namespace {
 constexpr int sizeOnOtherScreens = 24;
 constexpr std::array breakpoints{8, 9, 10, 11, 12, 14, 17, 20, 25};
 
-// Slot 0, the size of a short total, sits below the ones behind it: that is meant.
+// Slot 0, the size of a short total, is smaller than the ones behind it, as required.
 constexpr std::array from1500{68, 120, 110, 100, 90, 80, 70, 60, 50};
 constexpr std::array from1280{64, 100, 90, 80, 70, 60, 50, 40};
 constexpr std::array from800{60, 80, 70, 60, 50, 40, 32, 22};

@@ -18,7 +18,7 @@ struct WeighedLabel {
 /// @return nothing for any other barcode
 /// @throws RuntimeError (typeMismatch) for an empty text, and for a label whose weight is missing or no
 /// number;
-///         these failures are left uncaught on purpose
+///         these failures end the program, as required
 std::optional<WeighedLabel> splitWeighedLabel(const QString& barcode);
 
 }  // namespace kovanix

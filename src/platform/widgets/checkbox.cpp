@@ -5,13 +5,12 @@
 
 #include "widgets/caption.h"
 #include "widgets/face.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
 namespace {
 
-const QColor accent(0x1F, 0x6F, 0xEB);
-const QColor boxBorder(0x7B, 0x88, 0x99);
 constexpr double boxSize = 26;  // in design pixels
 constexpr double touchSize = 44;
 
@@ -34,8 +33,10 @@ void CheckBox::paintEvent(QPaintEvent*) {
     const double side = boxSize * scale;
     const QRectF box(8 * scale, (height() - side) / 2, side, side);
     const bool ticked = isChecked();
-    painter.setPen(QPen(ticked ? accent : boxBorder, 2 * scale));
-    painter.setBrush(ticked ? accent : (isDown() ? QColor(0xE3, 0xE9, 0xF1) : QColor(Qt::white)));
+    const QColor accent = roleColor(ColorRole::selectionBar);
+    const QColor empty = roleColor(isDown() ? ColorRole::rowLine : ColorRole::field);
+    painter.setPen(QPen(ticked ? accent : roleColor(ColorRole::fieldLine), 2 * scale));
+    painter.setBrush(ticked ? accent : empty);
     painter.drawRoundedRect(box, 6 * scale, 6 * scale);
     if (ticked) {
         const QPointF centre = box.center();

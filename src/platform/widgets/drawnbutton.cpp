@@ -39,7 +39,7 @@ struct DrawnButton::Arrangement {
 };
 
 // What a painting goes by.
-struct DrawnButton::Look {
+struct DrawnButton::State {
     QColor top;
     QColor bottom;
     QColor border;
@@ -79,9 +79,25 @@ void DrawnButton::nameAfterCaption() {
 }
 
 void DrawnButton::setColor(QColor& member, const QColor& color) {
+    m_look = FaceRole::none;
     if (member == color)
         return;
     member = color;
+    update();
+}
+
+void DrawnButton::setLook(FaceRole role) {
+    if (role == m_look)
+        return;
+    if (role != FaceRole::none) {
+        const FaceColors colors = kovanix::faceColors(role);
+        m_backcolor1 = colors.top;
+        m_backcolor2 = colors.bottom;
+        m_backcolorpushed1 = colors.pressedTop;
+        m_backcolorpushed2 = colors.pressedBottom;
+        m_forecolor = colors.ink;
+    }
+    m_look = role;
     update();
 }
 
@@ -250,13 +266,28 @@ void DrawnButton::arrange() {
         parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
 }
 
-DrawnButton::Look DrawnButton::look() const {
+DrawnButton::State DrawnButton::state() const {
     const bool pressed = isDown() || isChecked();
     const auto [top, bottom] = faceColors(pressed);
-    if (isEnabled())
-        return {top, bottom, borderFor(top, bottom), ink(), true, pressed};
-    const QColor paleTop = mutedFace(top, standsOnDark(*this));
-    const QColor paleBottom = mutedFace(bottom, standsOnDark(*this));
+    const bool onDark = standsOnDark(*this);
+    const Tone tone = onDark ? Tone::dark : Tone::light;
+    if (isEnabled()) {
+        const QColor rim =
+            m_look == FaceRole::none ? borderFor(top, bottom) : kovanix::faceColors(m_look, tone).rim;
+        return {top, bottom, rim, ink(), true, pressed};
+    }
+    if (m_look != FaceRole::none) {
+        const QColor offTop = roleColor(ColorRole::disabledTop, tone);
+        const QColor offBottom = roleColor(ColorRole::disabledBottom, tone);
+        return {offTop,
+                offBottom,
+                mixed(borderFor(offTop, offBottom), offBottom, 0.55),
+                roleColor(ColorRole::disabledInk, tone),
+                false,
+                pressed};
+    }
+    const QColor paleTop = mutedFace(top, onDark);
+    const QColor paleBottom = mutedFace(bottom, onDark);
     return {paleTop,
             paleBottom,
             mixed(borderFor(paleTop, paleBottom), paleBottom, 0.55),
@@ -266,18 +297,18 @@ DrawnButton::Look DrawnButton::look() const {
 }
 
 // What has to be painted around a shape in this part of the face; nothing where it stands out by itself.
-QColor DrawnButton::outlineAt(const Look& look, const QRectF& part, double wanted) const {
-    if (!look.enabled)
+QColor DrawnButton::outlineAt(const State& state, const QRectF& part, double wanted) const {
+    if (!state.enabled)
         return {};
-    const auto at = [&](double y) { return mixed(look.top, look.bottom, y / height()); };
-    return outlineFor(look.ink, at(part.top()), at(part.bottom()), wanted);
+    const auto at = [&](double y) { return mixed(state.top, state.bottom, y / height()); };
+    return outlineFor(state.ink, at(part.top()), at(part.bottom()), wanted);
 }
 
-void DrawnButton::paintIcon(QPainter& painter, const Look& look) {
+void DrawnButton::paintIcon(QPainter& painter, const State& state) {
     Arrangement& parts = *m_arrangement;
     if (parts.iconPixmap.isNull())
         return;
-    const QColor outline = outlineAt(look, parts.icon, legible);
+    const QColor outline = outlineAt(state, parts.icon, legible);
     if (outline.isValid()) {
         const QColor tone = outline.rgb();
         if (parts.iconOutline.isNull() || parts.iconOutlineTone != tone) {
@@ -290,21 +321,21 @@ void DrawnButton::paintIcon(QPainter& painter, const Look& look) {
         painter.drawPixmap(parts.icon.topLeft() - QPointF(outlineMargin, outlineMargin), parts.iconOutline);
         painter.setOpacity(1);
     }
-    painter.drawPixmap(parts.icon.topLeft(), inColor(parts.iconPixmap, look.ink));
+    painter.drawPixmap(parts.icon.topLeft(), inColor(parts.iconPixmap, state.ink));
 }
 
-void DrawnButton::paintKeyHint(QPainter& painter, const Look& look) {
+void DrawnButton::paintKeyHint(QPainter& painter, const State& state) {
     if (m_keyHint.isEmpty())
         return;
     const QRectF& pill = m_arrangement->pill;
     // A pill is a face of its own: where the ink doesn't stand out, its ground does what an outline does for
     // a caption.
-    QColor ground = outlineAt(look, pill, legible);
-    QColor ink = look.ink;
+    QColor ground = outlineAt(state, pill, legible);
+    QColor ink = state.ink;
     if (!ground.isValid()) {
-        ground = look.ink;
+        ground = state.ink;
         ground.setAlpha(30);
-        ink.setAlpha(look.enabled ? 215 : 150);
+        ink.setAlpha(state.enabled ? 215 : 150);
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground);
@@ -318,7 +349,7 @@ void DrawnButton::paintEvent(QPaintEvent*) {
                            QPainter::SmoothPixmapTransform);
     arrange();
 
-    const Look now = look();
+    const State now = state();
     const double radius = cornerRadius();
     paintFace(painter, QRectF(rect()), radius, now.top, now.bottom, now.border, now.enabled && !now.pressed);
     // Some themes give both states the same colours: the shade shows the press all the same.
@@ -333,6 +364,8 @@ void DrawnButton::paintEvent(QPaintEvent*) {
 }
 
 std::pair<QColor, QColor> CommandButton::faceColors(bool pressed) const {
+    if (look() != FaceRole::none)
+        return DrawnButton::faceColors(pressed);
     const QColor face = backcolor1();
     return pressed ? std::pair{mixed(face, Qt::black, 0.16), mixed(face, Qt::black, 0.1)}
                    : std::pair{face, mixed(face, Qt::black, 0.06)};

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "widgets/look.h"
 #include "widgets/pressable.h"
 
 namespace kovanix {
@@ -20,6 +21,7 @@ namespace kovanix {
 class DrawnButton : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
+    Q_PROPERTY(kovanix::FaceRole look READ look WRITE setLook)
     Q_PROPERTY(QColor backcolor1 READ backcolor1 WRITE setBackcolor1)
     Q_PROPERTY(QColor backcolor2 READ backcolor2 WRITE setBackcolor2)
     Q_PROPERTY(QColor backcolorpushed1 READ backcolorpushed1 WRITE setBackcolorpushed1)
@@ -37,6 +39,11 @@ public:
     /// Painted as it stands; breaks into lines where it doesn't fit, and shrinks where the lines don't fit
     /// either.
     void setCaption(const QString& text);
+
+    /// The role that the colours, the rim and the disabled state come from. A colour that is set by itself
+    /// ends it.
+    FaceRole look() const { return m_look; }
+    void setLook(FaceRole role);
 
     QColor backcolor1() const { return m_backcolor1; }
     void setBackcolor1(const QColor& color);
@@ -81,17 +88,18 @@ protected:
 
 private:
     struct Arrangement;
-    struct Look;
+    struct State;
 
     void setColor(QColor& member, const QColor& color);
     void arrange();
-    Look look() const;
-    QColor outlineAt(const Look& look, const QRectF& part, double wanted) const;
-    void paintIcon(QPainter& painter, const Look& look);
-    void paintKeyHint(QPainter& painter, const Look& look);
+    State state() const;
+    QColor outlineAt(const State& state, const QRectF& part, double wanted) const;
+    void paintIcon(QPainter& painter, const State& state);
+    void paintKeyHint(QPainter& painter, const State& state);
     void nameAfterCaption();
 
     QString m_caption;
+    FaceRole m_look = FaceRole::none;
     QString m_keyHint;
     QColor m_backcolor1;
     QColor m_backcolor2;
@@ -118,9 +126,9 @@ public:
     using DrawnButton::DrawnButton;
 };
 
-/// The plain command button: one face colour. Its caption is painted in forecolor where that is legible, else
-/// in black or white: themes change the face alone. With an empty caption it shows as an open slot that waits
-/// to be filled.
+/// The plain command button: one face colour, unless it has a role. Its caption is painted in forecolor where
+/// that is legible, else in black or white: themes change the face alone. With an empty caption it shows as
+/// an open slot that waits to be filled.
 class CommandButton : public DrawnButton {
     Q_OBJECT
 public:

@@ -15,8 +15,7 @@
 namespace kovanix {
 namespace {
 
-// What labels are written in; the pale ones while they are out of use.
-const QColor darkInk(0x1B, 0x26, 0x36);
+// What labels are written in while they are out of use.
 const QColor paleInk(0x7C, 0x87, 0x94);
 const QColor paleInkOnDark(0xA3, 0xAB, 0xB5);
 
@@ -64,6 +63,24 @@ void vkFrame::setColor(QColor& member, const QColor& color) {
     update();
 }
 
+void vkFrame::setLook(FrameRole role) {
+    m_look = role;
+    if (role == FrameRole::none)
+        return;
+    if (role == FrameRole::backdrop) {
+        setBackcolor1(roleColor(ColorRole::backdropTop));
+        setBackcolor2(roleColor(ColorRole::backdropBottom));
+        setCornerRadius(0);
+        return;
+    }
+    setBackcolor1(roleColor(ColorRole::card));
+    setBackcolor2(roleColor(ColorRole::card));
+    setBordercolor(roleColor(role == FrameRole::alert ? ColorRole::danger : ColorRole::edge));
+    setForecolor(roleColor(ColorRole::stripInk));
+    setTitlecolor1(roleColor(ColorRole::stripLeft));
+    setTitlecolor2(roleColor(ColorRole::stripRight));
+}
+
 void vkFrame::setBackcolor1(const QColor& color) {
     setColor(m_backcolor1, color);
     inkLabels();
@@ -75,6 +92,7 @@ void vkFrame::setBackcolor2(const QColor& color) {
 }
 
 void vkFrame::inkLabels() {
+    const QColor darkInk = roleColor(ColorRole::ink);
     const QColor middle = mixed(m_backcolor1, m_backcolor2, 0.5);
     const bool dark = contrast(darkInk, middle) < contrast(Qt::white, middle);
     const QColor ink = dark ? QColor(Qt::white) : darkInk;

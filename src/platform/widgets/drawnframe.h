@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <memory>
 
+#include "widgets/look.h"
+
 namespace kovanix {
 
 class FittedText;
@@ -19,6 +21,7 @@ class FittedText;
 class vkFrame : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
+    Q_PROPERTY(kovanix::FrameRole look READ look WRITE setLook)
     Q_PROPERTY(QColor backcolor1 READ backcolor1 WRITE setBackcolor1)
     Q_PROPERTY(QColor backcolor2 READ backcolor2 WRITE setBackcolor2)
     Q_PROPERTY(QColor bordercolor READ bordercolor WRITE setBordercolor)
@@ -37,6 +40,9 @@ public:
     const QString& caption() const { return m_caption; }
     /// The title bar takes its height off the contents' margins.
     void setCaption(const QString& text);
+    /// The role that gave the frame its colours; each can be changed behind it.
+    FrameRole look() const { return m_look; }
+    void setLook(FrameRole role);
     QColor backcolor1() const { return m_backcolor1; }
     void setBackcolor1(const QColor& color);
     QColor backcolor2() const { return m_backcolor2; }
@@ -76,6 +82,7 @@ private:
     void setColor(QColor& member, const QColor& color);
 
     QString m_caption;
+    FrameRole m_look = FrameRole::none;
     QColor m_backcolor1;
     QColor m_backcolor2;
     QColor m_bordercolor;

@@ -9,11 +9,11 @@
 #include <cmath>
 
 #include "widgets/activeresize.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 namespace {
 
-const QColor focusColor(0x12, 0x5F, 0xE0);
 const QColor disabledGround(0xEE, 0xF1, 0xF5);
 const QColor disabledGroundOnDark(0x50, 0x54, 0x5A);
 constexpr double faintestOutline = 0.2;
@@ -202,7 +202,7 @@ void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius) {
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(255, 255, 255, 230), 1.5));
     painter.drawRoundedRect(bounds.adjusted(3.5, 3.5, -3.5, -3.5), radius - 3, radius - 3);
-    painter.setPen(QPen(focusColor, 3.0));
+    painter.setPen(QPen(roleColor(ColorRole::focus), 3.0));
     painter.drawRoundedRect(bounds.adjusted(1.5, 1.5, -1.5, -1.5), radius - 1, radius - 1);
 }
 

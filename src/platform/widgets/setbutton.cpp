@@ -4,6 +4,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -11,8 +12,6 @@ namespace {
 
 constexpr double leastContrast = 1.8;
 constexpr double designPadding = 8.0;
-const QColor darkPlate(0x1B, 0x26, 0x36);
-const QColor lightPlate(Qt::white);
 
 }  // namespace
 
@@ -31,6 +30,8 @@ void SetButton::paintEvent(QPaintEvent* event) {
     const QRectF box = QRectF(rect()).adjusted(2 * padding, padding, -2 * padding, -padding);
     m_plateText->fit(caption(), font(), FittedText::pixelSizeOf(font(), logicalDpiY()), box,
                      captionAlignment(), 2);
+    const QColor darkPlate = roleColor(ColorRole::ink);
+    const QColor lightPlate = roleColor(ColorRole::card);
     const bool dark = contrast(face, darkPlate) > contrast(face, lightPlate);
     const QRectF plate = m_plateText->bounds().adjusted(-padding, -padding / 4, padding, padding / 4);
     QPainter painter(this);

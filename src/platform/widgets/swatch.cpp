@@ -4,12 +4,17 @@
 #include <QPainter>
 
 #include "widgets/face.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
 namespace {
 constexpr double designRadius = 8.0;
 }  // namespace
+
+Swatch::Swatch(QWidget* parent) : Pressable(parent) {
+    setBordercolor(roleColor(ColorRole::fieldLine));
+}
 
 void Swatch::paintEvent(QPaintEvent* event) {
     vkFrame::paintEvent(event);

@@ -10,7 +10,7 @@ class Swatch : public Pressable<vkFrame> {
     Q_OBJECT
 
 public:
-    using Pressable::Pressable;
+    explicit Swatch(QWidget* parent = nullptr);
 
 Q_SIGNALS:
     /// A mouse button (any), a finger, Enter or Space went down on it.
