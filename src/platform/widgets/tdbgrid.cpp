@@ -1,5 +1,6 @@
 #include "widgets/tdbgrid.h"
 
+#include <QApplication>
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
@@ -212,7 +213,8 @@ void TDBGrid::setCol(int index) {
 
 void TDBGrid::setEditActive(bool active) {
     if (!active) {
-        if (m_filterBar->isAncestorOf(focusWidget() ? focusWidget() : this))
+        const QWidget* focused = QApplication::focusWidget();
+        if (focused && m_filterBar->isAncestorOf(focused))
             setFocus(Qt::OtherFocusReason);
         return;
     }
@@ -300,8 +302,11 @@ bool TDBGrid::hasFilterTexts() const {
 // What a change of the rows' choice makes of the focus is this grid's to know: the screen asks for it with
 // setEditActive in its answer.
 void TDBGrid::typedInto(int column) {
+    const QPointer<TDBGrid> self(this);
     m_typingColumn = column;
     Q_EMIT filterChange();
+    if (!self)
+        return;
     m_typingColumn = -1;
     viewport()->update();
 }

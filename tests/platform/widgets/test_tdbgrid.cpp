@@ -371,6 +371,18 @@ private Q_SLOTS:
         check();
     }
 
+    void currentRowStaysAtItsHeight() {
+        ProductList list(500);
+        list.show();
+        list.source.setCurrent(249);
+        list.grid.verticalScrollBar()->setValue(246);
+        list.source.setSort(u"no DESC"_s);
+        QCOMPARE(list.grid.currentIndex().row() - list.grid.firstRow(), 3);
+        // Where there are too few rows around it, it is in sight all the same.
+        list.source.setFilter(u"urun LIKE '%250'"_s);
+        QCOMPARE(list.grid.firstRow(), 0);
+    }
+
     void severalGridsShareTheRow() {
         ProductList list(100);
         TDBGrid other;
