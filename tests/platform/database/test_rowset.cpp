@@ -2,6 +2,9 @@
 
 #include <malloc.h>
 
+#include <atomic>
+#include <thread>
+
 #include "database/recordset.h"
 #include "databasefile.h"
 
@@ -63,6 +66,8 @@ private Q_SLOTS:
     void aFailedReadKeepsTheRows();
     void holdsNoLockBehindARead_data() { DatabaseFile::bothKinds(); }
     void holdsNoLockBehindARead();
+    void letsWritersInBetweenItsChunks_data() { DatabaseFile::bothKinds(); }
+    void letsWritersInBetweenItsChunks();
     void readsAgainOnlyWhatChanged_data() { DatabaseFile::bothKinds(); }
     void readsAgainOnlyWhatChanged();
     void readsPastAHalfReadRecordset_data() { DatabaseFile::bothKinds(); }
@@ -274,6 +279,52 @@ void TestRowSet::holdsNoLockBehindARead() {
     QVERIFY(other.run(u"UPDATE urunler SET stok = -2 WHERE no = 1"_s));
     m_rows->read(*m_connection, u"select * from urunler order by no"_s);
     QVERIFY(other.run(u"UPDATE urunler SET stok = -3 WHERE no = 1"_s));
+}
+
+/// With a rollback journal no writer gets through while a statement is being read.
+void TestRowSet::letsWritersInBetweenItsChunks() {
+    m_connection->execute(insertMany(3 * manyRows));
+    m_connection->close();
+    setNetworkFileTest([](const QString&) { return true; });
+    Connection reading;
+    reading.open(m_file->connectionString());
+    setNetworkFileTest({});
+    std::atomic<int> reads = 0;  // odd while one runs
+    std::atomic<bool> writtenMeanwhile = false;
+    std::atomic<bool> done = false;
+    bool written = true;
+    std::jthread writer([&] {
+        RawDatabase database(m_file->path(), m_file->password(), 5s);
+        for (int last = 0; !done && written; std::this_thread::yield()) {
+            const int read = reads;
+            if (read == last || read % 2 == 0)
+                continue;
+            // One row goes ahead of where the read is, one comes behind.
+            written = database.run(u"DELETE FROM urunler WHERE no = (SELECT min(no) FROM urunler)"_s) &&
+                      database.run(u"INSERT INTO urunler (urun) VALUES ('yeni')"_s);
+            writtenMeanwhile = writtenMeanwhile || reads == read;
+            last = read;
+        }
+    });
+    QElapsedTimer timer;
+    timer.start();
+    QString words = u"no error"_s;
+    bool ascending = true;
+    while (!writtenMeanwhile && words == u"no error"_s && timer.elapsed() < 30000) {
+        ++reads;
+        words = wordsOf([&] { m_rows->read(reading, allProducts); });
+        ++reads;
+        for (qsizetype place = 1; place < m_rows->totalCount(); ++place)
+            ascending = ascending && m_rows->identity(place) > m_rows->identity(place - 1);
+    }
+    done = true;
+    writer.join();
+    QCOMPARE(words, u"no error"_s);
+    QVERIFY(written);
+    QVERIFY(ascending);
+    QVERIFY(writtenMeanwhile);
+    QVERIFY(m_rows->read(reading, allProducts));
+    QCOMPARE(m_rows->totalCount(), 3 * manyRows);
 }
 
 void TestRowSet::readsAgainOnlyWhatChanged() {
