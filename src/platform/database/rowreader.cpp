@@ -67,11 +67,12 @@ public:
             m_table.name = dialect::singleTable(m_sql).value_or(QString());
             if (!m_table.name.isEmpty())
                 m_shape = shapeOf(m_core, m_table.name);
-            nameColumns();
-            if (!m_shape.identity.isEmpty() && dialect::translatePlaced(m_sql))
+            if (!m_shape.identity.isEmpty() && dialect::translatePlaced(m_sql)) {
+                nameColumns();
                 readChunks();
-            else
+            } else {
                 readAtOnce();
+            }
         } catch (const RuntimeError& error) {
             throw RuntimeError(error.number(), error.description(), m_core.engine);
         }
@@ -93,7 +94,7 @@ private:
     /// twice.
     void nameColumns() {
         SqlTokens tokens(m_sql);
-        if (!asksForAll(tokens) || m_shape.identity.isEmpty())
+        if (!asksForAll(tokens))
             return;
         QStringList list;
         for (const TableColumn& column : std::as_const(m_shape.columns)) {

@@ -189,8 +189,11 @@ void TestRowSet::readsWhatHasNoOrderOfEntry() {
     m_rows->read(*m_connection, u"select no, urun from urunler order by no desc"_s);
     QCOMPARE(numbers(*m_rows).first(2), (QStringList{u"9"_s, u"8"_s}));
     QCOMPARE(m_rows->identity(0), 1);
-    m_rows->read(*m_connection, u"select * from urunler limit 2"_s);
-    QCOMPARE(numbers(*m_rows), (QStringList{u"1"_s, u"2"_s}));
+    m_rows->read(*m_connection, u"select * from urunler where no > 4 limit 2"_s);
+    QCOMPARE(numbers(*m_rows), (QStringList{u"5"_s, u"6"_s}));
+    m_rows->read(*m_connection, u"select * from urunler order by no desc"_s);
+    QCOMPARE(numbers(*m_rows).first(2), (QStringList{u"9"_s, u"8"_s}));
+    QCOMPARE(m_rows->text(0, m_rows->fieldIndex(u"urun")), u"Süt Ürünü 9"_s);
 }
 
 void TestRowSet::readsRangesOfMoments() {
