@@ -11,12 +11,12 @@ namespace kovanix {
 
 class Connection;
 
-/// The rows of a list, read once and kept: sorting, filtering and finding work on them in memory and never ask
-/// the database again.
+/// The rows of a list, read once and kept: sorting, filtering and finding work on them in memory and never
+/// ask the database again.
 ///
-/// Rows are numbered twice. A *place* counts the rows that the filter lets through, in the order in force: that
-/// is what a list shows. The current row is kept by its identity, so that it is the same row after a sort, a
-/// filter or a refresh, as long as it is there.
+/// Rows are numbered twice. A *place* counts the rows that the filter lets through, in the order in force:
+/// that is what a list shows. The current row is kept by its identity, so that it is the same row after a
+/// sort, a filter or a refresh, as long as it is there.
 ///
 /// Every operation throws a RuntimeError where it says so; a failed one leaves everything as it was.
 class RowSet {
@@ -28,7 +28,10 @@ public:
 
     /// Reads all rows of a select from one table, in order of entry, in closed chunks: no statement stands
     /// half read when it returns or throws. Sort, filter and current row stay in force where their fields are
-    /// still there; the current row is found again by the identity of its row.
+    /// still there; the current row is found again by the identity of its row, in the same table.
+    ///
+    /// A select with an order of its own or a limit, and one from what has no identities (a view), is read in
+    /// one go, and its rows are numbered from 1.
     ///
     /// A second read of the same select through an unbroken connection returns at once where the database can
     /// prove that nothing has changed since.
@@ -52,14 +55,15 @@ public:
     /// How many rows there are.
     qsizetype totalCount() const;
     /// A cell: text, number (double or qint64) or null as stored. A cell of another type than its column's is
-    /// given as it is.
+    /// given as it is. What a number column holds is a double, whole or not.
     QVariant value(qsizetype place, int field) const;
-    /// A cell as bare text: numbers as the shop writes them without a format ("12,5"), a moment as it is shown
+    /// A cell as bare text: numbers as the shop writes them without a format ("12,5"), a moment as it is
+    /// shown
     /// ("03.05.2026 10:15:00"), null as the empty text.
     QString text(qsizetype place, int field) const;
 
     // --- current row
-    /// Its place; -1 where no row is current.
+    /// Its place; -1 where no row is current or the filter hides it.
     qsizetype current() const;
     /// Makes the row at a place the current one; -1 for none.
     void setCurrent(qsizetype place);
@@ -70,17 +74,17 @@ public:
 
     // --- order and choice
     /// Orders the rows by a field: "urun ASC", "no DESC"; the empty text gives the order of entry. Texts in
-    /// Turkish alphabetical order with letter case ignored, empty and null first when ascending, ties in order
-    /// of entry whichever the direction.
+    /// Turkish alphabetical order with letter case ignored, empty and null first when ascending, ties in
+    /// order of entry whichever the direction.
     /// @throws RuntimeError (databaseFailure) for an unknown field or direction; the former order stays
     void setSort(const QString& sort);
     const QString& sort() const;
 
     /// Lets through the rows that a filter matches; an empty one all of them.
     ///
-    /// A number column (not a counter) compares as a number where the pattern has no wildcard; a pattern that is
-    /// no number there refuses the whole filter. A counter compares its digits as text where the pattern has
-    /// wildcards, else as a number. A moment is matched as it is shown.
+    /// A number column (not a counter) compares as a number where the pattern has no wildcard; a pattern that
+    /// is no number there refuses the whole filter. A counter compares its digits as text where the pattern
+    /// has wildcards, else as a number. A moment is matched as it is shown.
     /// @throws RuntimeError (databaseFailure) for an unknown field or a refused term; the former filter stays
     void setFilter(const RowFilter& filter);
 

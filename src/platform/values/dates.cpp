@@ -1,59 +1,67 @@
 #include "values/dates.h"
 
-#include <QStringView>
-#include <array>
+#include <QLocale>
 
 namespace kovanix {
 
 namespace {
 
-constexpr std::array<QStringView, 12> months = {u"Ocak",  u"Şubat",   u"Mart",   u"Nisan",
-                                                u"Mayıs", u"Haziran", u"Temmuz", u"Ağustos",
-                                                u"Eylül", u"Ekim",    u"Kasım",  u"Aralık"};
-constexpr std::array<QStringView, 7> days = {u"Pazartesi", u"Salı",      u"Çarşamba", u"Perşembe",
-                                             u"Cuma",      u"Cumartesi", u"Pazar"};
+const QLocale& turkish() {
+    static const QLocale locale(QLocale::Turkish, QLocale::Turkey);
+    return locale;
+}
 
-void appendPadded(QString& text, int number, int width) {
-    const QString digits = QString::number(number);
-    for (qsizetype missing = width - digits.size(); missing > 0; --missing)
-        text += u'0';
-    text += digits;
+/// The number that digits write from a place on; -1 where other characters stand.
+int digits(QStringView text, qsizetype place, qsizetype count) {
+    int number = 0;
+    for (const QChar digit : text.sliced(place, count)) {
+        if (digit < u'0' || digit > u'9')
+            return -1;
+        number = number * 10 + (digit.unicode() - u'0');
+    }
+    return number;
+}
+
+/// Whether a text is a moment with a sign between the parts of its date and the year at one end of it.
+bool isMoment(QStringView text, QChar sign, bool yearFirst) {
+    constexpr qsizetype length = 19;
+    const qsizetype first = yearFirst ? 4 : 2;
+    constexpr qsizetype behindDate = 10;
+    if (text.size() != length || text[first] != sign || text[first + 3] != sign || text[behindDate] != u' ' ||
+        text[behindDate + 3] != u':' || text[behindDate + 6] != u':')
+        return false;
+    const int year = digits(text, yearFirst ? 0 : 6, 4);
+    const int month = digits(text, yearFirst ? 5 : 3, 2);
+    const int day = digits(text, yearFirst ? 8 : 0, 2);
+    return year > 0 && QDate::isValid(year, month, day) &&
+           QTime::isValid(digits(text, 11, 2), digits(text, 14, 2), digits(text, 17, 2));
 }
 
 }  // namespace
 
 QString dateText(QDate date) {
-    QString text;
-    if (!date.isValid())
-        return text;
-    text.reserve(10);
-    appendPadded(text, date.day(), 2);
-    text += u'.';
-    appendPadded(text, date.month(), 2);
-    text += u'.';
-    appendPadded(text, date.year(), 4);
-    return text;
+    return turkish().toString(date, u"dd.MM.yyyy");
 }
 
 QString timeText(QTime time) {
-    QString text;
-    if (!time.isValid())
-        return text;
-    text.reserve(8);
-    appendPadded(text, time.hour(), 2);
-    text += u':';
-    appendPadded(text, time.minute(), 2);
-    text += u':';
-    appendPadded(text, time.second(), 2);
-    return text;
+    return turkish().toString(time, u"HH:mm:ss");
 }
 
 QString longDateText(QDate date) {
-    if (!date.isValid())
-        return {};
-    const QStringView month = months[static_cast<std::size_t>(date.month() - 1)];
-    const QStringView day = days[static_cast<std::size_t>(date.dayOfWeek() - 1)];
-    return QStringLiteral("%1 %2 %3 %4").arg(date.day()).arg(month).arg(date.year()).arg(day);
+    return turkish().toString(date, u"d MMMM yyyy dddd");
+}
+
+// The parts change places as they stand: a list does this for every row of a year's sales.
+std::optional<QString> shownMoment(QStringView stored) {
+    if (!isMoment(stored, u'-', true))
+        return std::nullopt;
+    return stored.sliced(8, 2) % u'.' % stored.sliced(5, 2) % u'.' % stored.first(4) % stored.sliced(10);
+}
+
+std::optional<QString> storedMoment(QStringView shown) {
+    if (!isMoment(shown, u'.', false))
+        return std::nullopt;
+    return shown.sliced(6, 4) % u'-' % shown.sliced(3, 2) % u'-' % shown.first(2) % shown.sliced(10);
 }
 
 }  // namespace kovanix

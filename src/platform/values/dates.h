@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QString>
 #include <QTime>
+#include <optional>
 
 namespace kovanix {
 
@@ -16,5 +17,12 @@ QString timeText(QTime time);
 
 /// The long date in Turkish: "3 Mayıs 2021 Pazartesi".
 QString longDateText(QDate date);
+
+/// A moment as the shop reads it ("03.05.2021 07:05:09") from the form in which the database keeps it
+/// ("2021-05-03 07:05:09"); nothing for what isn't in that form or is no moment.
+std::optional<QString> shownMoment(QStringView stored);
+
+/// The way back; nothing for what isn't a moment as the shop reads it.
+std::optional<QString> storedMoment(QStringView shown);
 
 }  // namespace kovanix

@@ -58,8 +58,11 @@ QString upperTurkish(QStringView text) {
 }
 
 QString lowerTurkish(QStringView text) {
-    return mapped(text,
-                  [](char32_t character) { return character == U'I' ? dotlessSmallI : lower(character); });
+    return mapped(text, [](char32_t character) { return lowerTurkish(character); });
+}
+
+char32_t lowerTurkish(char32_t character) {
+    return character == U'I' ? dotlessSmallI : lower(character);
 }
 
 QString foldTurkishI(QStringView text) {

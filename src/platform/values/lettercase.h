@@ -17,6 +17,7 @@ QString lowerOrdinary(QStringView text);
 /// lists.
 QString upperTurkish(QStringView text);
 QString lowerTurkish(QStringView text);
+char32_t lowerTurkish(char32_t character);
 
 /// Folds İ, I and ı to i and lowers the rest: for comparing role texts.
 QString foldTurkishI(QStringView text);

@@ -6,6 +6,17 @@
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct Moment {
+    QString from;
+    QString to;  ///< empty where there is nothing
+};
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Moment)
+
 class TestDates : public QObject {
     Q_OBJECT
 
@@ -16,6 +27,10 @@ private Q_SLOTS:
     void writesTimes();
     void everyMonthAndDay();
     void ignoresTheLocale();
+    void showsMoments_data();
+    void showsMoments();
+    void storesMoments_data();
+    void storesMoments();
 };
 
 void TestDates::writesDates_data() {
@@ -80,6 +95,44 @@ void TestDates::ignoresTheLocale() {
     QCOMPARE(date, QStringLiteral("03.05.2021"));
     QCOMPARE(longDate, QStringLiteral("3 Mayıs 2021 Pazartesi"));
     QCOMPARE(time, QStringLiteral("07:05:09"));
+}
+
+void TestDates::showsMoments_data() {
+    QTest::addColumn<Moment>("row");
+    QTest::newRow("morning") << Moment{u"2021-05-03 07:05:09"_s, u"03.05.2021 07:05:09"_s};
+    QTest::newRow("midnight") << Moment{u"2024-02-29 00:00:00"_s, u"29.02.2024 00:00:00"_s};
+    QTest::newRow("last second") << Moment{u"1899-12-30 23:59:59"_s, u"30.12.1899 23:59:59"_s};
+    QTest::newRow("early year") << Moment{u"0100-01-01 00:00:00"_s, u"01.01.0100 00:00:00"_s};
+    QTest::newRow("no such day") << Moment{u"2021-02-29 00:00:00"_s, {}};
+    QTest::newRow("no such hour") << Moment{u"2021-05-03 24:00:00"_s, {}};
+    QTest::newRow("no time") << Moment{u"2021-05-03"_s, {}};
+    QTest::newRow("T between") << Moment{u"2021-05-03T07:05:09"_s, {}};
+    QTest::newRow("letters for digits") << Moment{u"2021-05-xx 07:05:09"_s, {}};
+    QTest::newRow("Arabic digits") << Moment{u"٢٠٢١-05-03 07:05:09"_s, {}};
+    QTest::newRow("something behind") << Moment{u"2021-05-03 07:05:09.5"_s, {}};
+    QTest::newRow("as shown already") << Moment{u"03.05.2021 07:05:09"_s, {}};
+    QTest::newRow("empty") << Moment{u""_s, {}};
+}
+
+void TestDates::showsMoments() {
+    QFETCH(const Moment, row);
+    QCOMPARE(shownMoment(row.from).value_or(QString()), row.to);
+}
+
+void TestDates::storesMoments_data() {
+    QTest::addColumn<Moment>("row");
+    QTest::newRow("morning") << Moment{u"03.05.2021 07:05:09"_s, u"2021-05-03 07:05:09"_s};
+    QTest::newRow("leap day") << Moment{u"29.02.2024 23:59:59"_s, u"2024-02-29 23:59:59"_s};
+    QTest::newRow("no such day") << Moment{u"31.04.2021 00:00:00"_s, {}};
+    QTest::newRow("no such minute") << Moment{u"03.05.2021 07:60:09"_s, {}};
+    QTest::newRow("as stored already") << Moment{u"2021-05-03 07:05:09"_s, {}};
+    QTest::newRow("one digit") << Moment{u"3.5.2021 07:05:09"_s, {}};
+    QTest::newRow("empty") << Moment{u""_s, {}};
+}
+
+void TestDates::storesMoments() {
+    QFETCH(const Moment, row);
+    QCOMPARE(storedMoment(row.from).value_or(QString()), row.to);
 }
 
 QTEST_GUILESS_MAIN(TestDates)

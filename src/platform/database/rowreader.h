@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+#include "database/rowtable.h"
+
+namespace kovanix {
+
+struct ConnectionCore;
+
+/// Reads all rows of a select from one table in order of entry, in closed chunks by the rows' identities.
+/// What has no order of entry (an order of its own, a limit, a view) is read in one go and its rows are
+/// numbered from 1.
+/// @throws RuntimeError the engine's failure
+RowTable readRows(ConnectionCore& core, const QString& sql);
+
+}  // namespace kovanix
