@@ -1,4 +1,5 @@
-// Opening a recordset to add a product, in a catalogue of none and of a million.
+// Opening a recordset to add a product, in a catalogue of none and of a million, and reaching one row of a
+// million.
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -19,17 +20,41 @@ struct Times {
     std::vector<double> addNew;
 };
 
-void measure(Connection& connection, Times& times) {
+double microseconds(const QElapsedTimer& timer) {
     constexpr double nanosecondsAMicrosecond = 1000;
+    return static_cast<double>(timer.nsecsElapsed()) / nanosecondsAMicrosecond;
+}
+
+void measure(Connection& connection, Times& times) {
     Recordset products;
     QElapsedTimer timer;
     timer.start();
     products.open(QStringLiteral(" select * from urunler"), connection);
-    const qint64 opened = timer.nsecsElapsed();
+    const double opened = microseconds(timer);
     products.addNew();
-    const qint64 added = timer.nsecsElapsed();
-    times.open.push_back(static_cast<double>(opened) / nanosecondsAMicrosecond);
-    times.addNew.push_back(static_cast<double>(added) / nanosecondsAMicrosecond);
+    times.addNew.push_back(microseconds(timer));
+    times.open.push_back(opened);
+}
+
+/// As the list of products comes to the row that it deletes.
+double findTime(Connection& connection, const QString& number) {
+    QElapsedTimer timer;
+    timer.start();
+    Recordset products;
+    products.open(QStringLiteral(" select * from urunler"), connection);
+    if (!products.find(u"no like '" + number + u'\''))
+        bench::giveUp("the product isn't there");
+    return microseconds(timer);
+}
+
+double lookUpTime(Connection& connection, const QString& number) {
+    QElapsedTimer timer;
+    timer.start();
+    Recordset product;
+    product.open(u"select * from urunler where no=" + number, connection);
+    if (product.atEnd())
+        bench::giveUp("the product isn't there");
+    return microseconds(timer);
 }
 
 }  // namespace
@@ -68,6 +93,18 @@ int main(int argc, char** argv) {
         figures.tell("Opening and starting the new row, no products", emptyAdd, "µs");
         figures.tell("Opening and starting the new row, 1,000,000 products", largeAdd, "µs");
         figures.atMost(1.2, "Opening and new row, 1,000,000 products against none", largeAdd / emptyAdd, "×");
+        std::vector<double> finds;
+        std::vector<double> lookUps;
+        for (int i = 0; i < runs; ++i) {
+            const QString number = QString::number(1 + qint64{i} * 7919 % 1000000);
+            lookUps.push_back(lookUpTime(large, number));
+            finds.push_back(findTime(large, number));
+        }
+        const double find = percentile(finds, 0.5);
+        const double lookUp = percentile(lookUps, 0.5);
+        figures.tell("Opening the product list and finding one of 1,000,000", find, "µs");
+        figures.tell("Selecting that one by its number", lookUp, "µs");
+        figures.atMost(2, "Finding a product against selecting it", find / lookUp, "×");
     } catch (const RuntimeError& error) {
         giveUp(error.what());
     }

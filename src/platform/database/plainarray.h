@@ -10,8 +10,8 @@
 
 namespace kovanix {
 
-/// A growing array of plain values. Large ones grow and shrink where they lie, the machine's memory being
-/// mapped anew instead of copied; a list is read in half the time.
+/// A growing array of plain values. A large one grows and shrinks where it lies: the machine maps its memory
+/// anew where a vector would copy it, and holds both meanwhile.
 template <class T>
 class PlainArray {
     static_assert(std::is_trivially_copyable_v<T>);

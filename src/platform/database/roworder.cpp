@@ -25,8 +25,9 @@ struct Entry {
 
 constexpr std::size_t keyBytes = sizeof(Entry::key);
 
-// The keys of the first round: what has no value is 0; the texts of a column of texts begin with a byte above
-// `mixedNumber`, as do none of its numbers; no number is `mixedText`.
+// Keys that put apart what has no value, the numbers in a column of texts and the texts in a column of
+// numbers. Every text's key is larger than the first two, as its first byte isn't zero; every number's lies
+// between first and last.
 constexpr std::uint64_t noValue = 0;
 constexpr std::uint64_t mixedNumber = 1;
 constexpr std::uint64_t mixedText = std::numeric_limits<std::uint64_t>::max();

@@ -15,22 +15,27 @@ using namespace Qt::StringLiterals;
 // Some milliseconds each: a writer on a shared drive waits no longer.
 constexpr qsizetype chunkRows = 20000;
 
+/// Whether a select asks for all columns by its star and nothing else.
+bool asksForAll(const SqlTokens& tokens) {
+    return tokens.isWord(0, "SELECT"_L1) && tokens.isSign(1, u'*') && tokens.isWord(2, "FROM"_L1);
+}
+
 class Reader {
 public:
     Reader(ConnectionCore& core, const QString& sql) : m_core(core), m_sql(sql) {}
 
     RowTable run() {
         m_core.inEnginesName([this] {
-            m_select = dialect::tableSelect(m_sql);
-            if (m_select) {
-                m_table.name = m_select->table;
-                m_shape = m_core.schema.shape(m_core, m_table.name);
-                nameColumns();
+            if (const auto select = dialect::tableSelect(m_sql)) {
+                m_table.name = select->table;
+                m_shape = m_core.schema.shape(m_core, select->table);
             }
-            if (!m_shape.identity.isEmpty() && !m_select->ordered && !m_select->limited)
+            if (!m_shape.identity.isEmpty() && chunkSql(std::nullopt)) {
+                nameColumns();
                 readChunks();
-            else
+            } else {
                 readAtOnce();
+            }
         });
         for (RowColumn& column : m_table.columns)
             column.finish();
@@ -39,11 +44,16 @@ public:
     }
 
 private:
+    std::optional<QString> chunkSql(std::optional<qint64> afterRow) const {
+        return dialect::translateAfterRow(m_sql, m_shape.identity, {afterRow, {}, chunkRows});
+    }
+
     /// Names the columns behind a star, and has texts come as the bytes that they are: the engine and the
     /// driver would make UTF-16 of each for nothing. A counter that is the rows' identity need not come
     /// twice.
     void nameColumns() {
-        if (!m_select->allColumns || m_shape.identity.isEmpty())
+        SqlTokens tokens(m_sql);
+        if (!asksForAll(tokens))
             return;
         QStringList list;
         for (const TableColumn& column : std::as_const(m_shape.columns)) {
@@ -55,7 +65,6 @@ private:
             m_table.columns.emplace_back(column.name, column.type);
             list.append(column.type == ColumnType::text ? u"CAST(%1 AS BLOB)"_s.arg(name) : name);
         }
-        SqlTokens tokens(m_sql);
         tokens[1].text = list.isEmpty() ? u"NULL"_s : list.join(u", "_s);
         m_sql = tokens.text();
     }
@@ -71,9 +80,9 @@ private:
     }
 
     void readChunks() {
-        dialect::RowRange range{.limit = chunkRows};
+        std::optional<qint64> afterRow;
         for (bool more = true; more;) {
-            QSqlQuery query = m_core.run(*dialect::translateAfterRow(m_sql, m_shape.identity, range));
+            QSqlQuery query = m_core.run(*chunkSql(afterRow));
             const QSqlRecord record = query.record();
             const int identity = record.count() - 1;
             takeColumns(record, identity);
@@ -84,7 +93,7 @@ private:
             }
             more = rows == chunkRows;
             if (more)
-                range.afterRow = m_table.identities->back();
+                afterRow = m_table.identities->back();
         }
     }
 
@@ -115,7 +124,6 @@ private:
 
     ConnectionCore& m_core;
     QString m_sql;
-    std::optional<dialect::TableSelect> m_select;
     TableShape m_shape;
     RowTable m_table;
 };

@@ -96,24 +96,30 @@ struct RowSet::Private {
         return found - shown.cbegin();
     }
 
-    /// Puts other rows in the place of those of before, under the sort and the filter in force as far as they
-    /// still have their fields.
-    void replaceTable(RowTable&& fresh) {
-        if (fresh.indexOf(sort.field) < 0)
-            sort = {};
+    void choose(const RowFilter& wanted) {
+        const RowMatcher matcher(table, wanted);
+        hits = matcher.hits(narrows(wanted, filter) ? hits : RowBits(table.count(), true));
+        filter = wanted;
+    }
+
+    /// Other rows under the sort, the filter and the current row in force, as far as they still have theirs.
+    Private over(RowTable&& fresh) const {
+        Private next;
+        next.table = std::move(fresh);
+        next.hits = RowBits(next.table.count(), true);
+        if (next.table.indexOf(sort.field) >= 0)
+            next.sort = sort;
+        next.order = next.orderFor(next.sort);
         try {
-            hits = RowMatcher(fresh, filter).hits(RowBits(fresh.count(), true));
+            next.choose(filter);
         } catch (const RuntimeError&) {
-            filter = {};
-            hits = RowBits(fresh.count(), true);
+            // A field has gone, or is of another type now.
         }
-        const bool otherTable = fresh.name.compare(table.name, Qt::CaseInsensitive) != 0;
-        table = std::move(fresh);
-        orders.clear();
-        order = orderFor(sort);
-        if (otherTable || (currentIdentity && !table.rowOf(*currentIdentity)))
-            currentIdentity.reset();
-        show();
+        const bool sameTable = next.table.name.compare(table.name, Qt::CaseInsensitive) == 0;
+        if (sameTable && currentIdentity && next.table.rowOf(*currentIdentity))
+            next.currentIdentity = currentIdentity;
+        next.show();
+        return next;
     }
 };
 
@@ -129,9 +135,10 @@ bool RowSet::read(Connection& connection, const QString& sql) {
     const ChangeMark mark = connection.changeMark();
     if (mark == d->mark && sql == d->sql)
         return false;
-    d->replaceTable(readRows(core, sql));
-    d->sql = sql;
-    d->mark = mark;
+    Private next = d->over(readRows(core, sql));
+    next.sql = sql;
+    next.mark = mark;
+    *d = std::move(next);
     return true;
 }
 
@@ -200,14 +207,8 @@ const QString& RowSet::sort() const {
 }
 
 void RowSet::setFilter(const RowFilter& filter) {
-    const RowMatcher matcher(d->table, filter);
-    d->hits = matcher.hits(narrows(filter, d->filter) ? d->hits : RowBits(d->table.count(), true));
-    d->filter = filter;
+    d->choose(filter);
     d->show();
-}
-
-bool RowSet::isFiltered() const {
-    return !d->filter.isEmpty();
 }
 
 qsizetype RowSet::find(const RowFilter& criterion, qsizetype from) const {

@@ -28,7 +28,10 @@ public:
 
     /// Reads all rows of a select from one table, in order of entry, in closed chunks: no statement stands
     /// half read when it returns or throws. Sort, filter and current row stay in force where their fields are
-    /// still there; the current row is found again by the identity of its row.
+    /// still there; the current row is found again by the identity of its row, in the same table.
+    ///
+    /// A select with an order of its own or a limit, and one from what has no identities (a view), is read in
+    /// one go, and its rows are numbered from 1.
     ///
     /// A second read of the same select through an unbroken connection returns at once where the database can
     /// prove that nothing has changed since.
@@ -52,7 +55,7 @@ public:
     /// How many rows there are.
     qsizetype totalCount() const;
     /// A cell: text, number (double or qint64) or null as stored. A cell of another type than its column's is
-    /// given as it is.
+    /// given as it is. What a number column holds is a double, whole or not.
     QVariant value(qsizetype place, int field) const;
     /// A cell as bare text: numbers as the shop writes them without a format ("12,5"), a moment as it is
     /// shown
@@ -60,7 +63,7 @@ public:
     QString text(qsizetype place, int field) const;
 
     // --- current row
-    /// Its place; -1 where no row is current.
+    /// Its place; -1 where no row is current or the filter hides it.
     qsizetype current() const;
     /// Makes the row at a place the current one; -1 for none.
     void setCurrent(qsizetype place);

@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
+#include <utility>
 
 #include "database/connectionprivate.h"
 #include "database/sqltokens.h"
@@ -96,17 +96,34 @@ QList<TableInfo> readTables(ConnectionCore& core) {
 }  // namespace
 
 void SchemaCache::forget() {
+    m_question.reset();
     m_version.reset();
     m_shapes.clear();
     m_tables.reset();
 }
 
+/// The engine's count of the changes to its tables.
+qint64 SchemaCache::version(ConnectionCore& core) {
+    if (!m_question) {
+        QSqlQuery question(core.database);
+        question.setForwardOnly(true);
+        if (!question.prepare(u"PRAGMA schema_version"_s))
+            throw core.failure(question.lastError());
+        m_question = std::move(question);
+    }
+    if (!m_question->exec() || !m_question->next())
+        throw core.failure(m_question->lastError());
+    const qint64 version = m_question->value(0).toLongLong();
+    m_question->finish();
+    return version;
+}
+
 /// Forgets what another connection has made out of date.
 void SchemaCache::check(ConnectionCore& core) {
-    const qint64 version = core.number(u"PRAGMA schema_version"_s);
-    if (m_version != version) {
+    const qint64 now = version(core);
+    if (m_version != now) {
         forget();
-        m_version = version;
+        m_version = now;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QSqlQuery>
 #include <QString>
 #include <optional>
 
@@ -23,12 +24,14 @@ public:
     /// All tables, views and system tables.
     const QList<TableInfo>& tables(ConnectionCore& core);
 
-    /// Reads anew at the next question.
+    /// Reads anew at the next question, and holds no statement until then.
     void forget();
 
 private:
     void check(ConnectionCore& core);
+    qint64 version(ConnectionCore& core);
 
+    std::optional<QSqlQuery> m_question;  // after the version, kept prepared: it goes ahead of every select
     std::optional<qint64> m_version;
     QHash<QString, TableShape> m_shapes;
     std::optional<QList<TableInfo>> m_tables;

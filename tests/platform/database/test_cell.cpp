@@ -45,7 +45,7 @@ void TestCell::hasOneFormForEachKindOfValue_data() {
     same("float", 0.5F, 0.5);
     same("text", u"ığ"_s, u"ığ"_s);
     same("empty text", u""_s, u""_s);
-    row("text never set", QString(), QVariant(), u""_s);
+    row("text never set", QString(), QString(), u""_s);
     same("bytes", QByteArray("\0x", 2), QByteArray("\0x", 2));
     same("null", QVariant(), QVariant());
     same("null of a type", QVariant(QMetaType(QMetaType::LongLong)), QVariant());
