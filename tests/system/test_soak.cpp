@@ -14,6 +14,7 @@
 #include "app/modTurkce.h"
 #include "exactamounts.h"
 #include "programs.h"
+#include "rows.h"
 #include "runtests.h"
 #include "salesfixture.h"
 #include "soak.h"
@@ -120,46 +121,31 @@ struct OwnSoak {
 class SoakTest : public QObject {
     Q_OBJECT
 
+    struct ExactAmountsRow {
+        QString quantity, price, total;
+    };
+    struct WhatTheFileDoesIsNoticedRow {
+        QString trigger, fault;
+    };
+
 private Q_SLOTS:
     void exactAmounts_data() {
-        QTest::addColumn<QString>("quantity");
-        QTest::addColumn<QString>("price");
-        QTest::addColumn<QString>("total");
-        QTest::newRow("whole numbers") << "3"
-                                       << "12,50"
-                                       << "37,50";
-        QTest::newRow("groups and decimals") << "2,5"
-                                             << "1.234,50"
-                                             << "3086,25";
-        QTest::newRow("half away from zero") << "0,1"
-                                             << "0,05"
-                                             << "0,01";
-        QTest::newRow("below a half") << "0,1"
-                                      << "0,04"
-                                      << "0,00";
-        QTest::newRow("a half that binary numbers lack") << "1,005"
-                                                         << "1,00"
-                                                         << "1,01";
-        QTest::newRow("open ends") << ",5"
-                                   << "12,"
-                                   << "6,00";
-        QTest::newRow("nothing") << "0"
-                                 << "99,90"
-                                 << "0,00";
-        QTest::newRow("as many digits as a total is exact to") << "9999999"
-                                                               << "999999,99"
-                                                               << "9999998900000,01";
-        QTest::newRow("too many digits") << "99999999"
-                                         << "9999999,99" << QString();
-        QTest::newRow("no number") << "1,,2"
-                                   << "1,00" << QString();
+        addRows<ExactAmountsRow>(
+            {{"whole numbers", {"3", "12,50", "37,50"}},
+             {"groups and decimals", {"2,5", "1.234,50", "3086,25"}},
+             {"half away from zero", {"0,1", "0,05", "0,01"}},
+             {"below a half", {"0,1", "0,04", "0,00"}},
+             {"a half that binary numbers lack", {"1,005", "1,00", "1,01"}},
+             {"open ends", {",5", "12,", "6,00"}},
+             {"nothing", {"0", "99,90", "0,00"}},
+             {"as many digits as a total is exact to", {"9999999", "999999,99", "9999998900000,01"}},
+             {"too many digits", {"99999999", "9999999,99", QString()}},
+             {"no number", {"1,,2", "1,00", QString()}}});
     }
     void exactAmounts() {
-        QFETCH(QString, quantity);
-        QFETCH(QString, price);
-        QFETCH(QString, total);
-        const std::optional<qint64> kurus = lineInKurus(quantity, price);
-        QCOMPARE(kurus ? amountText(*kurus) : QString(), total);
+        QFETCH(const ExactAmountsRow, row);
+        const std::optional<qint64> kurus = lineInKurus(row.quantity, row.price);
+        QCOMPARE(kurus ? amountText(*kurus) : QString(), row.total);
     }
 
     void aThousandActionsHold() {
@@ -195,48 +181,48 @@ private Q_SLOTS:
     }
 
     void whatTheFileDoesIsNoticed_data() {
-        QTest::addColumn<QString>("trigger");
-        QTest::addColumn<QString>("fault");
-        QTest::newRow("a quantity stored wrongly")
-            << "AFTER INSERT ON satislar BEGIN UPDATE satislar SET adet = adet + 1 WHERE no = new.no; END"
-            << "the row stored for";
-        QTest::newRow("a profit stored wrongly")
-            << "AFTER INSERT ON satislar BEGIN UPDATE satislar SET kar = kar + 0.01 WHERE no = new.no; END"
-            << "the row stored for";
-        QTest::newRow("a row that isn't stored")
-            << "AFTER INSERT ON satislar BEGIN DELETE FROM satislar WHERE no = new.no; END"
-            << "no row was stored for";
-        QTest::newRow("a row too many")
-            << "AFTER INSERT ON satislar BEGIN INSERT INTO satislar (barkod) VALUES (new.barkod); END"
-            << "(the row stored for|more rows are stored)";
-        QTest::newRow("an older row that goes") << "AFTER INSERT ON satislar BEGIN DELETE FROM satislar "
-                                                   "WHERE no = (SELECT min(no) FROM satislar); END"
-                                                << "\\d+ rows are stored, \\d+ should be";
-        QTest::newRow("stock taken off twice") << "AFTER UPDATE OF stok ON urunler BEGIN UPDATE urunler SET "
-                                                  "stok = stok - 1 WHERE no = new.no; END"
-                                               << "the stock of \\d+ is";
-        QTest::newRow("stock of another product")
-            << "AFTER UPDATE OF stok ON urunler BEGIN UPDATE urunler SET stok = stok - 1 WHERE no = "
-               "(SELECT max(no) FROM urunler WHERE no <> new.no); END"
-            << "the stock of \\d+ is";
-        QTest::newRow("a new product with another stock")
-            << "AFTER INSERT ON urunler BEGIN UPDATE urunler SET stok = 7 WHERE no = new.no; END"
-            << "the product made of";
-        QTest::newRow("a sale that the file refuses")
-            << "BEFORE INSERT ON satislar BEGIN SELECT RAISE(ABORT, 'refused'); END"
-            << "unexpected box .*refused";
+        addRows<WhatTheFileDoesIsNoticedRow>(
+            {{"a quantity stored wrongly",
+              {"AFTER INSERT ON satislar BEGIN UPDATE satislar SET adet = adet + 1 WHERE no = new.no; END",
+               "the row stored for"}},
+             {"a profit stored wrongly",
+              {"AFTER INSERT ON satislar BEGIN UPDATE satislar SET kar = kar + 0.01 WHERE no = new.no; END",
+               "the row stored for"}},
+             {"a row that isn't stored",
+              {"AFTER INSERT ON satislar BEGIN DELETE FROM satislar WHERE no = new.no; END",
+               "no row was stored for"}},
+             {"a row too many",
+              {"AFTER INSERT ON satislar BEGIN INSERT INTO satislar (barkod) VALUES (new.barkod); END",
+               "(the row stored for|more rows are stored)"}},
+             {"an older row that goes",
+              {"AFTER INSERT ON satislar BEGIN DELETE FROM satislar "
+               "WHERE no = (SELECT min(no) FROM satislar); END",
+               "\\d+ rows are stored, \\d+ should be"}},
+             {"stock taken off twice",
+              {"AFTER UPDATE OF stok ON urunler BEGIN UPDATE urunler SET "
+               "stok = stok - 1 WHERE no = new.no; END",
+               "the stock of \\d+ is"}},
+             {"stock of another product",
+              {"AFTER UPDATE OF stok ON urunler BEGIN UPDATE urunler SET stok = stok - 1 WHERE no = "
+               "(SELECT max(no) FROM urunler WHERE no <> new.no); END",
+               "the stock of \\d+ is"}},
+             {"a new product with another stock",
+              {"AFTER INSERT ON urunler BEGIN UPDATE urunler SET stok = 7 WHERE no = new.no; END",
+               "the product made of"}},
+             {"a sale that the file refuses",
+              {"BEFORE INSERT ON satislar BEGIN SELECT RAISE(ABORT, 'refused'); END",
+               "unexpected box .*refused"}}});
     }
     void whatTheFileDoesIsNoticed() {
-        QFETCH(QString, trigger);
-        QFETCH(QString, fault);
+        QFETCH(const WhatTheFileDoesIsNoticedRow, row);
         const DemoShop shop;
-        shop.run(u"CREATE TRIGGER disturb " + trigger);
+        shop.run(u"CREATE TRIGGER disturb " + row.trigger);
         const Outcome outcome = runProgram(shop.soak(fewActions, 1));
         QVERIFY(outcome.ended);
         QCOMPARE(outcome.status, 1);
         QCOMPARE(outcome.output, QString());
         const QStringList lines = outcome.errors.trimmed().split(u'\n');
-        const QRegularExpression first(u"^soak: broken at action (\\d+) of 1000, seed 1: .*" + fault);
+        const QRegularExpression first(u"^soak: broken at action (\\d+) of 1000, seed 1: .*" + row.fault);
         const QRegularExpressionMatch match = first.match(lines.constFirst());
         QVERIFY2(match.hasMatch(), qPrintable(outcome.errors));
         // The last actions follow, the one that broke it at the end.
