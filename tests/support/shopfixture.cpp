@@ -155,16 +155,18 @@ QMap<QString, QList<QVariantList>> ShopFixture::tables() const {
     return dump;
 }
 
-// A password's key takes long to work out: such a connection is kept as long as the file is the same.
+// A password's key takes long to work out: such a connection is kept while the till has the same file open.
+// One that is kept longer would keep other programs from finishing the file.
 std::shared_ptr<const ShopFixture::SecondConnection> ShopFixture::second() const {
-    if (m_second && m_second->isOf(databaseFile())) {
+    const bool keep = !m_password.isEmpty() && baglanti().isOpen();
+    if (keep && m_second && m_second->isOf(databaseFile())) {
         m_second->rows(
             QStringLiteral("SELECT count(*) FROM sqlite_master"));  // or it keeps to the old tables
         return m_second;
     }
     m_second.reset();
     auto opened = std::make_shared<const SecondConnection>(databaseFile(), m_password);
-    if (!m_password.isEmpty())
+    if (keep)
         m_second = opened;
     return opened;
 }
