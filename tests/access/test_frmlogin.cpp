@@ -8,6 +8,7 @@
 #include "appearance/uyari.h"
 #include "data/baglanmamodulu.h"
 #include "loginfixture.h"
+#include "rows.h"
 #include "runtests.h"
 #include "runtime/clock.h"
 #include "sales/satisekrani.h"
@@ -51,6 +52,31 @@ QString contents(const QString& path) {
 class FrmLoginTest : public QObject {
     Q_OBJECT
 
+    struct VersionsRow {
+        QString version, shown;
+    };
+    struct WindowRow {
+        int width;
+        bool maximised;
+    };
+    struct ClosingRow {
+        int answer;
+        bool ends;
+    };
+    struct LaunchersRow {
+        QString button, name;
+        bool ends;
+    };
+    struct LaunchersOfNothingRow {
+        QString button, name;
+        int kind;
+        bool ends;
+    };
+    struct WaitingRow {
+        int width;
+        bool notice;
+    };
+
 private Q_SLOTS:
     void captions() {
         LoginFixture shop;
@@ -75,20 +101,17 @@ private Q_SLOTS:
     }
 
     void versions_data() {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("three numbers") << u"12.34.567"_s << u"Versiyon: 12-34-567"_s;
-        QTest::newRow("two numbers") << u"2.5"_s << u"Versiyon: 2-5-0"_s;
+        addRows<VersionsRow>({{"three numbers", {u"12.34.567"_s, u"Versiyon: 12-34-567"_s}},
+                              {"two numbers", {u"2.5"_s, u"Versiyon: 2-5-0"_s}}});
     }
     void versions() {
-        QFETCH(const QString, version);
-        QFETCH(const QString, shown);
+        QFETCH(const VersionsRow, row);
         const QString before = QCoreApplication::applicationVersion();
-        QCoreApplication::setApplicationVersion(version);
+        QCoreApplication::setApplicationVersion(row.version);
         const LoginFixture shop;
         const QString text = screen<frmLogin>().ui.ver->text();
         QCoreApplication::setApplicationVersion(before);
-        QCOMPARE(text, shown);
+        QCOMPARE(text, row.shown);
     }
 
     void settings() {
@@ -123,25 +146,22 @@ private Q_SLOTS:
     }
 
     void window_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<bool>("maximised");
-        QTest::newRow("640") << 640 << true;
-        QTest::newRow("799") << 799 << true;
-        QTest::newRow("800") << 800 << true;
-        QTest::newRow("801") << 801 << false;
-        QTest::newRow("1024") << 1024 << false;
-        QTest::newRow("1920") << 1920 << false;
+        addRows<WindowRow>({{"640", {640, true}},
+                            {"799", {799, true}},
+                            {"800", {800, true}},
+                            {"801", {801, false}},
+                            {"1024", {1024, false}},
+                            {"1920", {1920, false}}});
     }
     void window() {
-        QFETCH(const int, width);
-        QFETCH(const bool, maximised);
+        QFETCH(const WindowRow, row);
         LoginFixture shop;
-        shop.setScreenWidth(width);
+        shop.setScreenWidth(row.width);
         shop.addUser(u"Ayşe"_s, u""_s);
         frmLogin& login = shop.open();
-        QCOMPARE(login.isMaximized(), maximised);
-        QCOMPARE(login.ui.boyutlandirma->isResizing(), maximised);
-        if (!maximised) {
+        QCOMPARE(login.isMaximized(), row.maximised);
+        QCOMPARE(login.ui.boyutlandirma->isResizing(), row.maximised);
+        if (!row.maximised) {
             QCOMPARE(login.size(), QSize(760, 520));
             const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
             QVERIFY((login.geometry().center() - room.center()).manhattanLength() <= 2);
@@ -218,105 +238,88 @@ private Q_SLOTS:
     }
 
     void closing_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("yes") << MessageBoxAnswer::yes << true;
-        QTest::newRow("no") << MessageBoxAnswer::no << false;
-        QTest::newRow("Escape") << BoxAnswers::escape << false;
+        addRows<ClosingRow>({{"yes", {MessageBoxAnswer::yes, true}},
+                             {"no", {MessageBoxAnswer::no, false}},
+                             {"Escape", {BoxAnswers::escape, false}}});
     }
     void closing() {
-        QFETCH(const int, answer);
-        QFETCH(const bool, ends);
+        QFETCH(const ClosingRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, u"gizli"_s);
         shop.open();
         QTest::keyClicks(shop.ui().sifre, u"giz"_s);
-        shop.boxes.expect(u"Program kapatma"_s, u"PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?"_s, answer);
+        shop.boxes.expect(u"Program kapatma"_s, u"PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?"_s, row.answer);
         QString standard;
         connect(&shop.boxes, &BoxAnswers::opened, this,
                 [&standard](const QMessageBox& box) { standard = box.defaultButton()->text(); });
         QTest::mouseClick(shop.ui().cmdCancel, Qt::LeftButton);
         QVERIFY(allAnswered(shop.boxes));
         QCOMPARE(standard, u"Hayır"_s);
-        QCOMPARE(shop.ended, ends ? std::optional(0) : std::nullopt);
-        QCOMPARE(baglanti().isOpen(), !ends);
-        QCOMPARE(baglantidurumu, ends ? 0 : 1);
+        QCOMPARE(shop.ended, row.ends ? std::optional(0) : std::nullopt);
+        QCOMPARE(baglanti().isOpen(), !row.ends);
+        QCOMPARE(baglantidurumu, row.ends ? 0 : 1);
         QVERIFY(shop.login().isVisible());
         QCOMPARE(shop.ui().sifre->text(), u"giz"_s);
     }
 
     void launchers_data() {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("support") << u"destekprograminiac"_s << u"TORVELAKA.exe"_s << false;
-        QTest::newRow("update") << u"yazilimguncelle"_s << u"Kovanix-Guncelle.exe"_s << true;
+        addRows<LaunchersRow>({{"support", {u"destekprograminiac"_s, u"TORVELAKA.exe"_s, false}},
+                               {"update", {u"yazilimguncelle"_s, u"Kovanix-Guncelle.exe"_s, true}}});
     }
     void launchers() {
-        QFETCH(const QString, button);
-        QFETCH(const QString, name);
-        QFETCH(const bool, ends);
+        QFETCH(const LaunchersRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, u""_s);
-        makeProgram(shop.file(name), shop.file(u"trace"_s));
+        makeProgram(shop.file(row.name), shop.file(u"trace"_s));
         frmLogin& login = shop.open();
-        QTest::mouseClick(login.findChild<QWidget*>(button), Qt::LeftButton);
+        QTest::mouseClick(login.findChild<QWidget*>(row.button), Qt::LeftButton);
         QTRY_COMPARE(contents(shop.file(u"trace"_s)), u"0\n"_s);  // without arguments
-        QCOMPARE(shop.ended, ends ? std::optional(0) : std::nullopt);
-        QCOMPARE(baglanti().isOpen(), !ends);
+        QCOMPARE(shop.ended, row.ends ? std::optional(0) : std::nullopt);
+        QCOMPARE(baglanti().isOpen(), !row.ends);
         QVERIFY(login.isVisible());
         QVERIFY(allAnswered(shop.boxes));
     }
 
     void launchersOfNothing_data() {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<bool>("ends");
+        QTest::addColumn<LaunchersOfNothingRow>("row");
         for (int kind = 0; kind < 3; ++kind) {
             const QStringList kinds{u"missing"_s, u"a file that can't be started"_s, u"a folder"_s};
             QTest::newRow(qUtf8Printable(u"support: "_s + kinds.at(kind)))
-                << u"destekprograminiac"_s << u"TORVELAKA.exe"_s << kind << false;
+                << LaunchersOfNothingRow{u"destekprograminiac"_s, u"TORVELAKA.exe"_s, kind, false};
             QTest::newRow(qUtf8Printable(u"update: "_s + kinds.at(kind)))
-                << u"yazilimguncelle"_s << u"Kovanix-Guncelle.exe"_s << kind << true;
+                << LaunchersOfNothingRow{u"yazilimguncelle"_s, u"Kovanix-Guncelle.exe"_s, kind, true};
         }
     }
     void launchersOfNothing() {
-        QFETCH(const QString, button);
-        QFETCH(const QString, name);
-        QFETCH(const int, kind);
-        QFETCH(const bool, ends);
+        QFETCH(const LaunchersOfNothingRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, u""_s);
-        if (kind == 1) {
-            makeProgram(shop.file(name), shop.file(u"trace"_s));
-            QVERIFY(QFile::setPermissions(shop.file(name), QFile::ReadOwner));
-        } else if (kind == 2) {
-            QVERIFY(QDir().mkdir(shop.file(name)));
+        if (row.kind == 1) {
+            makeProgram(shop.file(row.name), shop.file(u"trace"_s));
+            QVERIFY(QFile::setPermissions(shop.file(row.name), QFile::ReadOwner));
+        } else if (row.kind == 2) {
+            QVERIFY(QDir().mkdir(shop.file(row.name)));
         }
         frmLogin& login = shop.open();
-        QTest::mouseClick(login.findChild<QWidget*>(button), Qt::LeftButton);
-        QCOMPARE(shop.ended, ends ? std::optional(0) : std::nullopt);
-        QCOMPARE(baglanti().isOpen(), !ends);
+        QTest::mouseClick(login.findChild<QWidget*>(row.button), Qt::LeftButton);
+        QCOMPARE(shop.ended, row.ends ? std::optional(0) : std::nullopt);
+        QCOMPARE(baglanti().isOpen(), !row.ends);
         QVERIFY(login.isVisible());
         QVERIFY(!QFile::exists(shop.file(u"trace"_s)));
         QVERIFY(allAnswered(shop.boxes));
     }
 
     void waiting_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<bool>("notice");
-        QTest::newRow("639") << 639 << false;
-        QTest::newRow("640") << 640 << true;
-        QTest::newRow("800") << 800 << true;
-        QTest::newRow("801") << 801 << false;
-        QTest::newRow("1024") << 1024 << false;
+        addRows<WaitingRow>({{"639", {639, false}},
+                             {"640", {640, true}},
+                             {"800", {800, true}},
+                             {"801", {801, false}},
+                             {"1024", {1024, false}}});
     }
     void waiting() {
-        QFETCH(const int, width);
-        QFETCH(const bool, notice);
+        QFETCH(const WaitingRow, row);
         LoginFixture shop;
-        shop.setScreenWidth(width);
+        shop.setScreenWidth(row.width);
         shop.addUser(u"Ayşe"_s, u"gizli"_s);
         shop.open();
         const NoticeWatch watch;
@@ -324,7 +327,7 @@ private Q_SLOTS:
         QVERIFY(watch.seen.isEmpty());
         shop.enter(u"gizli"_s);
         QVERIFY(shop.isLoggedIn());
-        QCOMPARE(watch.seen, notice ? QStringList{u"Yıkleniyor...|1500"_s} : QStringList());
+        QCOMPARE(watch.seen, row.notice ? QStringList{u"Yıkleniyor...|1500"_s} : QStringList());
         QVERIFY(!loaded<uyari>());
         QVERIFY(allAnswered(shop.boxes));
     }

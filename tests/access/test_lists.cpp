@@ -13,6 +13,12 @@ using namespace Qt::StringLiterals;
 class ListsTest : public QObject {
     Q_OBJECT
 
+    struct APasswordChangedMeanwhileRow {
+        QVariant changed;
+        QString entered;
+        bool accepted;
+    };
+
     static QList<int> places(const Ui::frmLogin& ui) {
         return {ui.kullanici->currentRow(), ui.kullaniciid->currentRow(), ui.sifreler->currentRow(),
                 ui.acilisi->currentRow()};
@@ -179,32 +185,33 @@ private Q_SLOTS:
     }
 
     void aPasswordChangedMeanwhile_data() {
-        QTest::addColumn<QVariant>("changed");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("the new one, hashed") << QVariant(hashed("yeni")) << u"yeni"_s << true;
-        QTest::newRow("the new one, plain") << QVariant(u"yeni"_s) << u"yeni"_s << true;
+        QTest::addColumn<APasswordChangedMeanwhileRow>("row");
+        QTest::newRow("the new one, hashed")
+            << APasswordChangedMeanwhileRow{QVariant(hashed("yeni")), u"yeni"_s, true};
+        QTest::newRow("the new one, plain")
+            << APasswordChangedMeanwhileRow{QVariant(u"yeni"_s), u"yeni"_s, true};
         // The list is asked first, and still knows it.
-        QTest::newRow("the old one") << QVariant(hashed("yeni")) << u"eski"_s << true;
-        QTest::newRow("neither") << QVariant(hashed("yeni")) << u"başka"_s << false;
-        QTest::newRow("taken away, nothing entered") << QVariant(u""_s) << u""_s << true;
-        QTest::newRow("taken away, something entered") << QVariant(u""_s) << u"yeni"_s << false;
+        QTest::newRow("the old one") << APasswordChangedMeanwhileRow{QVariant(hashed("yeni")), u"eski"_s,
+                                                                     true};
+        QTest::newRow("neither") << APasswordChangedMeanwhileRow{QVariant(hashed("yeni")), u"başka"_s, false};
+        QTest::newRow("taken away, nothing entered")
+            << APasswordChangedMeanwhileRow{QVariant(u""_s), u""_s, true};
+        QTest::newRow("taken away, something entered")
+            << APasswordChangedMeanwhileRow{QVariant(u""_s), u"yeni"_s, false};
     }
     void aPasswordChangedMeanwhile() {
-        QFETCH(const QVariant, changed);
-        QFETCH(const QString, entered);
-        QFETCH(const bool, accepted);
+        QFETCH(const APasswordChangedMeanwhileRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, hashed("eski"));
         shop.open();
-        shop.run(u"UPDATE kullanici SET sifre = '%1'"_s.arg(changed.toString()));
-        if (accepted)
-            shop.enter(entered);
+        shop.run(u"UPDATE kullanici SET sifre = '%1'"_s.arg(row.changed.toString()));
+        if (row.accepted)
+            shop.enter(row.entered);
         else
-            shop.enterWrong(entered);
-        QCOMPARE(shop.isLoggedIn(), accepted);
-        const bool upgraded = changed == u"yeni"_s;
-        QCOMPARE(shop.storedPassword(u"Ayşe"_s), upgraded ? QVariant(hashed("yeni")) : changed);
+            shop.enterWrong(row.entered);
+        QCOMPARE(shop.isLoggedIn(), row.accepted);
+        const bool upgraded = row.changed == u"yeni"_s;
+        QCOMPARE(shop.storedPassword(u"Ayşe"_s), upgraded ? QVariant(hashed("yeni")) : row.changed);
         QVERIFY(allAnswered(shop.boxes));
     }
 

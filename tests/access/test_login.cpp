@@ -1,6 +1,7 @@
 #include "app/session.h"
 #include "appearance/menu.h"
 #include "loginfixture.h"
+#include "rows.h"
 #include "runtests.h"
 #include "sales/satisekrani.h"
 
@@ -11,16 +12,44 @@ using namespace Qt::StringLiterals;
 class LoginTest : public QObject {
     Q_OBJECT
 
+    struct PasswordsRow {
+        QString file;
+        QVariant stored;
+        QString entered;
+        bool accepted;
+        QVariant after;  ///< what the row holds then
+    };
+    struct NumberColumnsRow {
+        QString type, literal, entered;
+        bool accepted;
+    };
+    struct AnUpgradeThatCantBeStoredRow {
+        QString trigger, after;
+    };
+    struct RolesRow {
+        QVariant yetki;
+        bool manager;
+    };
+    struct TheMenusButtonOfACashierRow {
+        QString yetki;
+        bool enabled;
+    };
+    struct TheWarehouseRow {
+        QString yetki;
+        bool stays;
+    };
+    struct TwoUsersOfOneNameRow {
+        int place;
+        QString entered;
+        bool accepted;
+    };
+
 private Q_SLOTS:
     void passwords_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<QVariant>("after");  // what the row holds then
+        QTest::addColumn<PasswordsRow>("row");
         const auto add = [](const QString& file, const QString& name, const QVariant& stored,
                             const QString& entered, bool accepted, const QVariant& after) {
-            QTest::newRow(qUtf8Printable(name)) << file << stored << entered << accepted << after;
+            QTest::newRow(qUtf8Printable(name)) << PasswordsRow{file, stored, entered, accepted, after};
         };
         const auto row = [&](const QString& name, const QVariant& stored, const QString& entered,
                              bool accepted,
@@ -54,36 +83,30 @@ private Q_SLOTS:
         add(u"kilit"_s, u"password file, a number"_s, 1234, u"01234"_s, true, hashed("01234"));
     }
     void passwords() {
-        QFETCH(const QString, file);
-        QFETCH(const QVariant, stored);
-        QFETCH(const QString, entered);
-        QFETCH(const bool, accepted);
-        QFETCH(const QVariant, after);
-        LoginFixture shop(file);
-        shop.addUser(u"Ayşe"_s, stored);
+        QFETCH(const PasswordsRow, row);
+        LoginFixture shop(row.file);
+        shop.addUser(u"Ayşe"_s, row.stored);
         shop.addUser(u"Mehmet"_s, u"başka"_s);
         QList<QVariantList> expected = shop.users();
-        if (!after.isNull())
-            expected[0][2] = after;
+        if (!row.after.isNull())
+            expected[0][2] = row.after;
         shop.open();
-        if (accepted)
-            shop.enter(entered);
+        if (row.accepted)
+            shop.enter(row.entered);
         else
-            shop.enterWrong(entered);
-        QCOMPARE(shop.isLoggedIn(), accepted);
+            shop.enterWrong(row.entered);
+        QCOMPARE(shop.isLoggedIn(), row.accepted);
         QVERIFY(allAnswered(shop.boxes));
         QCOMPARE(shop.users(), expected);
-        QCOMPARE(shop.users().at(0).at(2).isNull(), after.isNull());
+        QCOMPARE(shop.users().at(0).at(2).isNull(), row.after.isNull());
     }
 
     void numberColumns_data() {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("literal");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<NumberColumnsRow>("row");
         const auto row = [](const char* name, const QString& type, const QString& literal,
-                            const QString& entered,
-                            bool accepted) { QTest::newRow(name) << type << literal << entered << accepted; };
+                            const QString& entered, bool accepted) {
+            QTest::newRow(name) << NumberColumnsRow{type, literal, entered, accepted};
+        };
         row("double, as typed", u"DOUBLE"_s, u"1234"_s, u"1234"_s, true);
         row("double, a zero in front", u"DOUBLE"_s, u"1234"_s, u"01234"_s, true);
         row("double, another number", u"DOUBLE"_s, u"1234"_s, u"1235"_s, false);
@@ -98,23 +121,20 @@ private Q_SLOTS:
         row("text column, a real, as typed once", u"TEXT(50)"_s, u"1234.0"_s, u"1234"_s, false);
     }
     void numberColumns() {
-        QFETCH(const QString, type);
-        QFETCH(const QString, literal);
-        QFETCH(const QString, entered);
-        QFETCH(const bool, accepted);
+        QFETCH(const NumberColumnsRow, row);
         LoginFixture shop;
-        shop.makePasswordColumn(type);
+        shop.makePasswordColumn(row.type);
         shop.run(u"INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', %1, 'Yönetici')"_s.arg(
-            literal));
+            row.literal));
         shop.open();
-        if (accepted)
-            shop.enter(entered);
+        if (row.accepted)
+            shop.enter(row.entered);
         else
-            shop.enterWrong(entered);
-        QCOMPARE(shop.isLoggedIn(), accepted);
+            shop.enterWrong(row.entered);
+        QCOMPARE(shop.isLoggedIn(), row.accepted);
         QVERIFY(allAnswered(shop.boxes));
-        if (accepted && !entered.isEmpty())
-            QCOMPARE(shop.storedPassword(u"Ayşe"_s).toString(), hashed(entered.toLatin1()));
+        if (row.accepted && !row.entered.isEmpty())
+            QCOMPARE(shop.storedPassword(u"Ayşe"_s).toString(), hashed(row.entered.toLatin1()));
     }
 
     void afterTheUpgrade() {
@@ -132,64 +152,56 @@ private Q_SLOTS:
     }
 
     void anUpgradeThatCantBeStored_data() {
-        QTest::addColumn<QString>("trigger");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("refused")
-            << u"CREATE TRIGGER dar BEFORE UPDATE ON kullanici WHEN length(NEW.sifre) > 50 "
-               "BEGIN SELECT RAISE(ABORT, 'The field is too small'); END"_s
-            << u"gizli"_s;
-        QTest::newRow("cut")
-            << u"CREATE TRIGGER dar AFTER UPDATE ON kullanici WHEN length(NEW.sifre) > 50 "
-               "BEGIN UPDATE kullanici SET sifre = substr(NEW.sifre, 1, 50) WHERE id = NEW.id; END"_s
-            << hashed("gizli").left(50);
+        addRows<AnUpgradeThatCantBeStoredRow>(
+            {{"refused",
+              {u"CREATE TRIGGER dar BEFORE UPDATE ON kullanici WHEN length(NEW.sifre) > 50 "
+               "BEGIN SELECT RAISE(ABORT, 'The field is too small'); END"_s,
+               u"gizli"_s}},
+             {"cut",
+              {u"CREATE TRIGGER dar AFTER UPDATE ON kullanici WHEN length(NEW.sifre) > 50 "
+               "BEGIN UPDATE kullanici SET sifre = substr(NEW.sifre, 1, 50) WHERE id = NEW.id; END"_s,
+               hashed("gizli").left(50)}}});
     }
     void anUpgradeThatCantBeStored() {
-        QFETCH(const QString, trigger);
-        QFETCH(const QString, after);
+        QFETCH(const AnUpgradeThatCantBeStoredRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, u"gizli"_s);
-        shop.run(trigger);
+        shop.run(row.trigger);
         shop.open();
         shop.enter(u"gizli"_s);
         QVERIFY(shop.isLoggedIn());
         QVERIFY(allAnswered(shop.boxes));
-        QCOMPARE(shop.storedPassword(u"Ayşe"_s).toString(), after);
+        QCOMPARE(shop.storedPassword(u"Ayşe"_s).toString(), row.after);
     }
 
     void roles_data() {
-        QTest::addColumn<QVariant>("yetki");
-        QTest::addColumn<bool>("manager");
-        const auto row = [](const char* name, const QVariant& yetki, bool manager) {
-            QTest::newRow(name) << yetki << manager;
-        };
-        row("Yönetici", u"Yönetici"_s, true);
-        row("upper case", u"YÖNETİCİ"_s, true);
-        row("upper case with ordinary I", u"YÖNETICI"_s, true);
-        row("lower case", u"yönetici"_s, true);
-        row("lower case with dotless i", u"yönetıcı"_s, true);
-        row("without the dots", u"yonetici"_s, true);
-        row("upper case without the dots", u"YONETICI"_s, true);
-        row("upper case with the capitals' dots alone", u"YONETİCİ"_s, true);
-        row("blanks around", u"  Yönetici "_s, true);
-        row("the ö in two characters", u"Yo\u0308netici"_s, true);
-        row("the ö as an unknown sign", u"Y?netici"_s, true);
-        row("the ö missing", u"Ynetici"_s, true);
-        row("as stored in texts", u"Y&netici"_s, true);
-        row("a longer start", u"Yardımcı yönetici"_s, true);
-        row("Kasiyer", u"Kasiyer"_s, false);
-        row("empty", u""_s, false);
-        row("null", QVariant(), false);
-        row("a longer end", u"Yönetici yardımcısı"_s, false);
-        row("another start", u"Genel yönetici"_s, false);
-        row("netici alone", u"netici"_s, false);
-        row("an apostrophe", u"Yönetici'"_s, false);
-        row("a number", 1, false);
+        addRows<RolesRow>({{"Yönetici", {u"Yönetici"_s, true}},
+                           {"upper case", {u"YÖNETİCİ"_s, true}},
+                           {"upper case with ordinary I", {u"YÖNETICI"_s, true}},
+                           {"lower case", {u"yönetici"_s, true}},
+                           {"lower case with dotless i", {u"yönetıcı"_s, true}},
+                           {"without the dots", {u"yonetici"_s, true}},
+                           {"upper case without the dots", {u"YONETICI"_s, true}},
+                           {"upper case with the capitals' dots alone", {u"YONETİCİ"_s, true}},
+                           {"blanks around", {u"  Yönetici "_s, true}},
+                           {"the ö in two characters", {u"Yo\u0308netici"_s, true}},
+                           {"the ö as an unknown sign", {u"Y?netici"_s, true}},
+                           {"the ö missing", {u"Ynetici"_s, true}},
+                           {"as stored in texts", {u"Y&netici"_s, true}},
+                           {"a longer start", {u"Yardımcı yönetici"_s, true}},
+                           {"Kasiyer", {u"Kasiyer"_s, false}},
+                           {"empty", {u""_s, false}},
+                           {"null", {QVariant(), false}},
+                           {"a longer end", {u"Yönetici yardımcısı"_s, false}},
+                           {"another start", {u"Genel yönetici"_s, false}},
+                           {"netici alone", {u"netici"_s, false}},
+                           {"an apostrophe", {u"Yönetici'"_s, false}},
+                           {"a number", {1, false}}});
     }
     void roles() {
-        QFETCH(const QVariant, yetki);
-        QFETCH(const bool, manager);
+        QFETCH(const RolesRow, row);
         LoginFixture shop;
-        shop.addUser(u"Ayşe"_s, hashed("1234"), yetki);
+        shop.addUser(u"Ayşe"_s, hashed("1234"), row.yetki);
         girisyetki = 77;
         girissifre = u"önceki"_s;
         // Whatever the screens that they open do to them.
@@ -199,63 +211,57 @@ private Q_SLOTS:
         shop.enter(u" 1234"_s);
         QVERIFY(shop.isLoggedIn());
         QVERIFY(allAnswered(shop.boxes));
-        QCOMPARE(girisyetki, manager ? 1 : 0);
+        QCOMPARE(girisyetki, row.manager ? 1 : 0);
         // Other roles leave it as it was.
-        QCOMPARE(girissifre, manager ? u"1234"_s : u"önceki"_s);
+        QCOMPARE(girissifre, row.manager ? u"1234"_s : u"önceki"_s);
         const SalesControls& sales = screen<satisekrani>().ui;
-        QCOMPARE(sales.vkCommand2->isEnabled(), manager);
-        QCOMPARE(sales.vkCommand3->isEnabled(), manager);
+        QCOMPARE(sales.vkCommand2->isEnabled(), row.manager);
+        QCOMPARE(sales.vkCommand3->isEnabled(), row.manager);
         QVERIFY(sales.vkCommand1->isEnabled());
         QVERIFY(sales.kaydet->isEnabled());
         QVERIFY(!loaded<menu>());
     }
 
     void theMenusButtonOfACashier_data() {
-        QTest::addColumn<QString>("yetki");
-        QTest::addColumn<bool>("enabled");
-        QTest::newRow("cashier") << u"Kasiyer"_s << false;
-        QTest::newRow("manager") << u"Yönetici"_s << true;
+        addRows<TheMenusButtonOfACashierRow>(
+            {{"cashier", {u"Kasiyer"_s, false}}, {"manager", {u"Yönetici"_s, true}}});
     }
     void theMenusButtonOfACashier() {
-        QFETCH(const QString, yetki);
-        QFETCH(const bool, enabled);
+        QFETCH(const TheMenusButtonOfACashierRow, row);
         LoginFixture shop;
-        shop.addUser(u"Ayşe"_s, u""_s, yetki);
+        shop.addUser(u"Ayşe"_s, u""_s, row.yetki);
         shop.open();
         girisyetki = 1;  // so that the menu itself leaves its buttons alone
         screen<menu>().ui.vkCommand3->setEnabled(true);
         shop.enter(u""_s);
         QVERIFY(shop.isLoggedIn());
-        QCOMPARE(screen<menu>().ui.vkCommand3->isEnabled(), enabled);
+        QCOMPARE(screen<menu>().ui.vkCommand3->isEnabled(), row.enabled);
     }
 
     void theWarehouse_data() {
-        QTest::addColumn<QString>("yetki");
-        QTest::addColumn<bool>("stays");
-        QTest::newRow("as written") << u"depo sevk"_s << true;
-        QTest::newRow("upper case") << u"DEPO SEVK"_s << true;
-        QTest::newRow("blanks around") << u" Depo Sevk "_s << true;
-        QTest::newRow("with an ö") << u"DEPÖ SEVK"_s << true;
-        QTest::newRow("two blanks inside") << u"depo  sevk"_s << false;
-        QTest::newRow("depo alone") << u"depo"_s << false;
+        addRows<TheWarehouseRow>({{"as written", {u"depo sevk"_s, true}},
+                                  {"upper case", {u"DEPO SEVK"_s, true}},
+                                  {"blanks around", {u" Depo Sevk "_s, true}},
+                                  {"with an ö", {u"DEPÖ SEVK"_s, true}},
+                                  {"two blanks inside", {u"depo  sevk"_s, false}},
+                                  {"depo alone", {u"depo"_s, false}}});
     }
     void theWarehouse() {
-        QFETCH(const QString, yetki);
-        QFETCH(const bool, stays);
+        QFETCH(const TheWarehouseRow, row);
         LoginFixture shop;
-        shop.addUser(u"Depo"_s, u"gizli"_s, yetki);
+        shop.addUser(u"Depo"_s, u"gizli"_s, row.yetki);
         girisyetki = 77;
         girissifre = u"önceki"_s;
         shop.open();
         shop.enter(u"gizli"_s);
         QVERIFY(allAnswered(shop.boxes));
-        QCOMPARE(shop.isLoggedIn(), !stays);
-        QCOMPARE(loaded<satisekrani>(), !stays);
-        QCOMPARE(girisyetki, stays ? 77 : 0);
+        QCOMPARE(shop.isLoggedIn(), !row.stays);
+        QCOMPARE(loaded<satisekrani>(), !row.stays);
+        QCOMPARE(girisyetki, row.stays ? 77 : 0);
         QCOMPARE(girissifre, u"önceki"_s);
         // The password was the right one all the same.
         QCOMPARE(shop.storedPassword(u"Depo"_s).toString(), hashed("gizli"));
-        if (stays)
+        if (row.stays)
             QVERIFY(shop.login().isVisible());
     }
 
@@ -300,33 +306,28 @@ private Q_SLOTS:
     }
 
     void twoUsersOfOneName_data() {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("the first one") << 0 << u"1111"_s << true;
-        QTest::newRow("the first one by the other's password") << 0 << u"2222"_s << false;
-        QTest::newRow("the second one") << 1 << u"2222"_s << true;
-        QTest::newRow("the second one by the other's password") << 1 << u"1111"_s << false;
+        addRows<TwoUsersOfOneNameRow>({{"the first one", {0, u"1111"_s, true}},
+                                       {"the first one by the other's password", {0, u"2222"_s, false}},
+                                       {"the second one", {1, u"2222"_s, true}},
+                                       {"the second one by the other's password", {1, u"1111"_s, false}}});
     }
     void twoUsersOfOneName() {
-        QFETCH(const int, row);
-        QFETCH(const QString, entered);
-        QFETCH(const bool, accepted);
+        QFETCH(const TwoUsersOfOneNameRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, u"1111"_s);
         shop.addUser(u"Ayşe"_s, u"2222"_s, u"Kasiyer"_s);
         QList<QVariantList> expected = shop.users();
         shop.open();
         QCOMPARE(entries(*shop.ui().kullanici), (QStringList{u"Ayşe"_s, u"Ayşe"_s}));
-        shop.choose(row);
-        if (accepted) {
-            shop.enter(entered);
-            expected[row][2] = hashed(entered.toLatin1());
-            QCOMPARE(girisyetki, row == 0 ? 1 : 0);
+        shop.choose(row.place);
+        if (row.accepted) {
+            shop.enter(row.entered);
+            expected[row.place][2] = hashed(row.entered.toLatin1());
+            QCOMPARE(girisyetki, row.place == 0 ? 1 : 0);
         } else {
-            shop.enterWrong(entered);
+            shop.enterWrong(row.entered);
         }
-        QCOMPARE(shop.isLoggedIn(), accepted);
+        QCOMPARE(shop.isLoggedIn(), row.accepted);
         QCOMPARE(shop.users(), expected);
         QVERIFY(allAnswered(shop.boxes));
     }

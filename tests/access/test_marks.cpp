@@ -11,6 +11,7 @@
 #include "app/session.h"
 #include "data/baglanmamodulu.h"
 #include "loginfixture.h"
+#include "rows.h"
 #include "runtests.h"
 #include "runtime/clock.h"
 #include "sales/satisekrani.h"
@@ -54,6 +55,10 @@ const QStringList loadMarks{u"FRM01 giris"_s,      u"FRM01a preMetin"_s, u"FRM01
 /// The marks that a login leaves in the trace, and what never gets there.
 class MarksTest : public QObject {
     Q_OBJECT
+
+    struct AWrongPasswordRow {
+        QString change, mark;
+    };
 
     /// The marks of the families of the login, of the sales screen's load and activation on request.
     static QStringList marks(const ShopFixture& shop, bool withSales = false) {
@@ -119,25 +124,23 @@ private Q_SLOTS:
     }
 
     void aWrongPassword_data() {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("mark");
-        QTest::newRow("plain") << u"UPDATE kullanici SET sifre = 'gizli'"_s
-                               << u"CMD sifre uyusmadi uid=1 storedlen=5"_s;
-        QTest::newRow("hashed") << u"UPDATE kullanici SET sifre = '"_s + hashed("gizli") + u'\''
-                                << u"CMD sifre uyusmadi uid=1 storedlen=71"_s;
-        QTest::newRow("empty") << u"UPDATE kullanici SET sifre = ''"_s
-                               << u"CMD sifre uyusmadi uid=1 storedlen=0"_s;
-        QTest::newRow("gone") << u"DELETE FROM kullanici"_s << u"CMD sifre: kullanici bulunamadi id=1"_s;
+        addRows<AWrongPasswordRow>(
+            {{"plain",
+              {u"UPDATE kullanici SET sifre = 'gizli'"_s, u"CMD sifre uyusmadi uid=1 storedlen=5"_s}},
+             {"hashed",
+              {u"UPDATE kullanici SET sifre = '"_s + hashed("gizli") + u'\'',
+               u"CMD sifre uyusmadi uid=1 storedlen=71"_s}},
+             {"empty", {u"UPDATE kullanici SET sifre = ''"_s, u"CMD sifre uyusmadi uid=1 storedlen=0"_s}},
+             {"gone", {u"DELETE FROM kullanici"_s, u"CMD sifre: kullanici bulunamadi id=1"_s}}});
     }
     void aWrongPassword() {
-        QFETCH(const QString, change);
-        QFETCH(const QString, mark);
+        QFETCH(const AWrongPasswordRow, row);
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, hashed("eski"));
         shop.open();
-        shop.run(change);
+        shop.run(row.change);
         shop.enterWrong(u"yanlış"_s);
-        QCOMPARE(marks(shop), loadMarks + QStringList({mark, u"CMD sifre uyusmadi"_s}));
+        QCOMPARE(marks(shop), loadMarks + QStringList({row.mark, u"CMD sifre uyusmadi"_s}));
         QVERIFY(allAnswered(shop.boxes));
     }
 

@@ -1,4 +1,5 @@
 #include "access/sifreleme.h"
+#include "rows.h"
 
 #include "app/session.h"
 #include "data/baglanmamodulu.h"
@@ -22,167 +23,172 @@ const QString digestOfSifre = u"726d081cc0f5704cd6a88efc62ddbc4a9e6c6e07fb6f0f43
 class SifrelemeTest : public QObject {
     Q_OBJECT
 
+    struct DigestsRow {
+        QString text, digest;
+    };
+    struct HashedFormRow {
+        QString stored;
+        bool hashed;
+    };
+    struct TextOfAValueRow {
+        QVariant value;
+        QString text;
+    };
+    struct ComparisonRow {
+        QString entered, stored;
+        bool accepted;
+    };
+    struct PasswordsOfManagersRow {
+        QString file, entered;
+        bool found;
+    };
+    struct StoringRow {
+        QString file, entered, stored;
+    };
+
 private Q_SLOTS:
     void digests_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("digest");
-        QTest::newRow("empty") << u""_s << digestOfNothing;
-        QTest::newRow("abc") << u"abc"_s << digestOfAbc;
-        QTest::newRow("two blocks") << u"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"_s
-                                    << u"248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"_s;
-        QTest::newRow("a million times a")
-            << QString(1000000, u'a')
-            << u"cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"_s;
-        QTest::newRow("şifre: FE 69 66 72 65") << u"şifre"_s << digestOfSifre;
-        QTest::newRow("all Turkish letters: D0 DC DE DD D6 C7 F0 FC FE FD F6 E7")
-            << u"ĞÜŞİÖÇğüşıöç"_s << u"a1db3e1e05306ad1887e82d59c0fd71a198e196e5ee6668c27bd1e7a4770d858"_s;
-        QTest::newRow("euro: 80") << u"€"_s
-                                  << u"76be8b528d0075f7aae98d6fa57a6d3c83ae480a8469e668d7b0af968995ac71"_s;
-        QTest::newRow("lacking in the code page: ?")
-            << u"語"_s << u"8a8de823d5ed3e12746a62ef169bcf372be0ca44f0a1236abc35df05d96928e1"_s;
-        QTest::newRow("apostrophe") << u"o'neil"_s
-                                    << u"eb1aed4f494ca276a88d3161252e48e0fe703f32666fe44fe4652f660b82cda4"_s;
+        addRows<DigestsRow>(
+            {{"empty", {u""_s, digestOfNothing}},
+             {"abc", {u"abc"_s, digestOfAbc}},
+             {"two blocks",
+              {u"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"_s,
+               u"248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"_s}},
+             {"a million times a",
+              {QString(1000000, u'a'),
+               u"cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"_s}},
+             {"şifre: FE 69 66 72 65", {u"şifre"_s, digestOfSifre}},
+             {"all Turkish letters: D0 DC DE DD D6 C7 F0 FC FE FD F6 E7",
+              {u"ĞÜŞİÖÇğüşıöç"_s, u"a1db3e1e05306ad1887e82d59c0fd71a198e196e5ee6668c27bd1e7a4770d858"_s}},
+             {"euro: 80", {u"€"_s, u"76be8b528d0075f7aae98d6fa57a6d3c83ae480a8469e668d7b0af968995ac71"_s}},
+             {"lacking in the code page: ?",
+              {u"語"_s, u"8a8de823d5ed3e12746a62ef169bcf372be0ca44f0a1236abc35df05d96928e1"_s}},
+             {"apostrophe",
+              {u"o'neil"_s, u"eb1aed4f494ca276a88d3161252e48e0fe703f32666fe44fe4652f660b82cda4"_s}}});
     }
     void digests() {
-        QFETCH(const QString, text);
-        QFETCH(const QString, digest);
-        QCOMPARE(sha256hex(text), digest);
-        QCOMPARE(sifreozet(text), u"sha256:"_s + digest);
-        QCOMPARE(sifreozet(text).size(), 71);
+        QFETCH(const DigestsRow, row);
+        QCOMPARE(sha256hex(row.text), row.digest);
+        QCOMPARE(sifreozet(row.text), u"sha256:"_s + row.digest);
+        QCOMPARE(sifreozet(row.text).size(), 71);
     }
 
     void blanksCountInADigest() { QVERIFY(sha256hex(u" abc"_s) != digestOfAbc); }
 
     void hashedForm_data() {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<bool>("hashed");
-        QTest::newRow("whole") << u"sha256:"_s + digestOfAbc << true;
-        QTest::newRow("bare prefix") << u"sha256:"_s << true;
-        QTest::newRow("upper case") << u"SHA256:"_s + digestOfAbc.toUpper() << true;
-        QTest::newRow("mixed case") << u"Sha256:x"_s << true;
-        QTest::newRow("blanks around") << u"  sha256:12  "_s << true;
-        QTest::newRow("no colon") << u"sha256"_s << false;
-        QTest::newRow("blank inside") << u"sha256 :"_s << false;
-        QTest::newRow("prefix further behind") << u"xsha256:"_s << false;
-        QTest::newRow("empty") << u""_s << false;
-        QTest::newRow("a letter that only folds to s") << u"\u017Fha256:"_s << false;
+        addRows<HashedFormRow>({{"whole", {u"sha256:"_s + digestOfAbc, true}},
+                                {"bare prefix", {u"sha256:"_s, true}},
+                                {"upper case", {u"SHA256:"_s + digestOfAbc.toUpper(), true}},
+                                {"mixed case", {u"Sha256:x"_s, true}},
+                                {"blanks around", {u"  sha256:12  "_s, true}},
+                                {"no colon", {u"sha256"_s, false}},
+                                {"blank inside", {u"sha256 :"_s, false}},
+                                {"prefix further behind", {u"xsha256:"_s, false}},
+                                {"empty", {u""_s, false}},
+                                {"a letter that only folds to s", {u"\u017Fha256:"_s, false}}});
     }
     void hashedForm() {
-        QFETCH(const QString, stored);
-        QFETCH(const bool, hashed);
-        QCOMPARE(sifreozetmi(stored), hashed);
+        QFETCH(const HashedFormRow, row);
+        QCOMPARE(sifreozetmi(row.stored), row.hashed);
     }
 
     void textOfAValue_data() {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("nothing") << QVariant() << u""_s;
-        QTest::newRow("a null text") << QVariant(QString()) << u""_s;
-        QTest::newRow("a null number") << QVariant(QMetaType(QMetaType::Double)) << u""_s;
-        QTest::newRow("integer") << QVariant(1234) << u"1234"_s;
-        QTest::newRow("long integer") << QVariant(qlonglong(98765432109876)) << u"98765432109876"_s;
-        QTest::newRow("byte") << QVariant::fromValue<uchar>(7) << u"7"_s;
-        QTest::newRow("negative integer") << QVariant(-5) << u"-5"_s;
-        QTest::newRow("true") << QVariant(true) << u"-1"_s;
-        QTest::newRow("false") << QVariant(false) << u"0"_s;
-        QTest::newRow("whole double") << QVariant(1234.0) << u"1234"_s;
-        QTest::newRow("whole single") << QVariant(12.0F) << u"12"_s;
-        QTest::newRow("double zero") << QVariant(0.0) << u"0"_s;
-        QTest::newRow("double minus zero") << QVariant(-0.0) << u"0"_s;
-        QTest::newRow("sixteen digits as typed") << QVariant(1234567890123456.0) << u"1234567890123456"_s;
-        QTest::newRow("double with a fraction") << QVariant(12.5) << u"12,5"_s;
-        QTest::newRow("negative fraction") << QVariant(-0.25) << u"-0,25"_s;
-        QTest::newRow("text") << QVariant(u"gizli"_s) << u"gizli"_s;
-        QTest::newRow("text with blanks around") << QVariant(u"  gizli söz "_s) << u"gizli söz"_s;
-        QTest::newRow("digits as text keep their zeros") << QVariant(u"007"_s) << u"007"_s;
-        QTest::newRow("bytes") << QVariant("abc"_ba) << u"abc"_s;
+        addRows<TextOfAValueRow>(
+            {{"nothing", {QVariant(), u""_s}},
+             {"a null text", {QVariant(QString()), u""_s}},
+             {"a null number", {QVariant(QMetaType(QMetaType::Double)), u""_s}},
+             {"integer", {QVariant(1234), u"1234"_s}},
+             {"long integer", {QVariant(qlonglong(98765432109876)), u"98765432109876"_s}},
+             {"byte", {QVariant::fromValue<uchar>(7), u"7"_s}},
+             {"negative integer", {QVariant(-5), u"-5"_s}},
+             {"true", {QVariant(true), u"-1"_s}},
+             {"false", {QVariant(false), u"0"_s}},
+             {"whole double", {QVariant(1234.0), u"1234"_s}},
+             {"whole single", {QVariant(12.0F), u"12"_s}},
+             {"double zero", {QVariant(0.0), u"0"_s}},
+             {"double minus zero", {QVariant(-0.0), u"0"_s}},
+             {"sixteen digits as typed", {QVariant(1234567890123456.0), u"1234567890123456"_s}},
+             {"double with a fraction", {QVariant(12.5), u"12,5"_s}},
+             {"negative fraction", {QVariant(-0.25), u"-0,25"_s}},
+             {"text", {QVariant(u"gizli"_s), u"gizli"_s}},
+             {"text with blanks around", {QVariant(u"  gizli söz "_s), u"gizli söz"_s}},
+             {"digits as text keep their zeros", {QVariant(u"007"_s), u"007"_s}},
+             {"bytes", {QVariant("abc"_ba), u"abc"_s}}});
     }
     void textOfAValue() {
-        QFETCH(const QVariant, value);
-        QFETCH(const QString, text);
-        QCOMPARE(sifremetni(value), text);
+        QFETCH(const TextOfAValueRow, row);
+        QCOMPARE(sifremetni(row.value), row.text);
     }
 
     void comparison_data() {
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<bool>("accepted");
-        const auto row = [](const char* name, const QString& entered, const QString& stored, bool accepted) {
-            QTest::newRow(name) << entered << stored << accepted;
-        };
         const QString abc = u"sha256:"_s + digestOfAbc;
-        row("empty, nothing entered", {}, {}, true);
-        row("empty, blanks entered", u"  "_s, {}, true);
-        row("blanks stored", {}, u"   "_s, true);
-        row("empty, something entered", u"x"_s, {}, false);
-        row("empty, zero entered", u"0"_s, {}, false);
-
-        row("hashed", u"abc"_s, abc, true);
-        row("hashed, blanks around what is entered", u" abc "_s, abc, true);
-        row("hashed, blanks around what is stored", u"abc"_s, u" "_s + abc + u" "_s, true);
-        row("hashed, another password", u"abd"_s, abc, false);
-        row("hashed, another case", u"ABC"_s, abc, false);
-        row("hashed, nothing entered", {}, abc, false);
-        row("hashed in upper case", u"abc"_s, abc.toUpper(), true);
-        row("hashed in upper case, another password", u"abd"_s, abc.toUpper(), false);
-        row("hashed, Turkish letters", u"şifre"_s, u"sha256:"_s + digestOfSifre, true);
-        row("hashed, Turkish letters in another case", u"ŞİFRE"_s, u"sha256:"_s + digestOfSifre, false);
-        row("hashed number, written in another way", u"01234"_s, u"sha256:"_s + digestOf1234, false);
-        row("hash of the empty text, nothing entered", {}, u"sha256:"_s + digestOfNothing, true);
-        row("hash of the empty text, something entered", u"x"_s, u"sha256:"_s + digestOfNothing, false);
-        row("the stored form itself is entered", abc, abc, false);
-        row("bare prefix, nothing entered", {}, u"sha256:"_s, true);
-        row("bare prefix, blanks entered", u" "_s, u"sha256:"_s, true);
-        row("bare prefix, something entered", u"abc"_s, u"sha256:"_s, false);
-        row("hash cut to 50 characters, nothing entered", {}, abc.left(50), true);
-        row("hash cut to 50 characters, its password", u"abc"_s, abc.left(50), false);
-        row("hash cut by one digit, nothing entered", {}, abc.left(70), true);
-        row("hash cut by one digit, its password", u"abc"_s, abc.left(70), false);
-        row("hash with a digit too many, nothing entered", {}, abc + u"0"_s, false);
-        row("hash with a digit too many, its password", u"abc"_s, abc + u"0"_s, false);
-
-        row("plain", u"gizli"_s, u"gizli"_s, true);
-        row("plain, blanks around", u" gizli"_s, u"gizli "_s, true);
-        row("plain, another password", u"gizlo"_s, u"gizli"_s, false);
-        row("plain, nothing entered", {}, u"gizli"_s, false);
-        row("plain, a part", u"giz"_s, u"gizli"_s, false);
-        row("plain, upper case", u"ABC"_s, u"abc"_s, true);
-        row("plain, upper case stored", u"abc"_s, u"ABC"_s, true);
-        row("plain, dotted capital i", u"ŞİFRE"_s, u"şifre"_s, true);
-        row("plain, dotless capital i", u"IŞIK"_s, u"ışık"_s, true);
-        row("plain, ordinary capital i", u"GIZLI"_s, u"gizli"_s, true);
-        row("plain, other letters", u"sifre"_s, u"şifre"_s, false);
-        row("plain 007", u"7"_s, u"007"_s, true);
-        row("plain 7", u"007"_s, u"7"_s, true);
-        row("plain 123", u"0123"_s, u"123"_s, true);
-        row("plain 12 as 12,0", u"12,0"_s, u"12"_s, true);
-        row("plain 12 as 12.0: no number here", u"12.0"_s, u"12"_s, false);
-        row("plain 12 as 12,5: the prefix ends at the comma", u"12,5"_s, u"12"_s, true);
-        row("plain 12 as 13", u"13"_s, u"12"_s, false);
-        row("plain 12 as -12", u"-12"_s, u"12"_s, false);
-        row("plain 12 as +12", u"+12"_s, u"12"_s, true);
-        row("plain 100 as 1E2", u"1E2"_s, u"100"_s, true);
-        row("plain 12 as 12a: no number", u"12a"_s, u"12"_s, false);
-        row("plain 1234 as 1.234: another prefix", u"1.234"_s, u"1234"_s, false);
-        row("plain 0 as nothing", {}, u"0"_s, false);
-        row("plain apostrophes", u"' OR ''='"_s, u"gizli"_s, false);
-        row("plain that looks like a prefix", u"sha256"_s, u"sha256"_s, true);
+        addRows<ComparisonRow>(
+            {{"empty, nothing entered", {{}, {}, true}},
+             {"empty, blanks entered", {u"  "_s, {}, true}},
+             {"blanks stored", {{}, u"   "_s, true}},
+             {"empty, something entered", {u"x"_s, {}, false}},
+             {"empty, zero entered", {u"0"_s, {}, false}},
+             {"hashed", {u"abc"_s, abc, true}},
+             {"hashed, blanks around what is entered", {u" abc "_s, abc, true}},
+             {"hashed, blanks around what is stored", {u"abc"_s, u" "_s + abc + u" "_s, true}},
+             {"hashed, another password", {u"abd"_s, abc, false}},
+             {"hashed, another case", {u"ABC"_s, abc, false}},
+             {"hashed, nothing entered", {{}, abc, false}},
+             {"hashed in upper case", {u"abc"_s, abc.toUpper(), true}},
+             {"hashed in upper case, another password", {u"abd"_s, abc.toUpper(), false}},
+             {"hashed, Turkish letters", {u"şifre"_s, u"sha256:"_s + digestOfSifre, true}},
+             {"hashed, Turkish letters in another case", {u"ŞİFRE"_s, u"sha256:"_s + digestOfSifre, false}},
+             {"hashed number, written in another way", {u"01234"_s, u"sha256:"_s + digestOf1234, false}},
+             {"hash of the empty text, nothing entered", {{}, u"sha256:"_s + digestOfNothing, true}},
+             {"hash of the empty text, something entered", {u"x"_s, u"sha256:"_s + digestOfNothing, false}},
+             {"the stored form itself is entered", {abc, abc, false}},
+             {"bare prefix, nothing entered", {{}, u"sha256:"_s, true}},
+             {"bare prefix, blanks entered", {u" "_s, u"sha256:"_s, true}},
+             {"bare prefix, something entered", {u"abc"_s, u"sha256:"_s, false}},
+             {"hash cut to 50 characters, nothing entered", {{}, abc.left(50), true}},
+             {"hash cut to 50 characters, its password", {u"abc"_s, abc.left(50), false}},
+             {"hash cut by one digit, nothing entered", {{}, abc.left(70), true}},
+             {"hash cut by one digit, its password", {u"abc"_s, abc.left(70), false}},
+             {"hash with a digit too many, nothing entered", {{}, abc + u"0"_s, false}},
+             {"hash with a digit too many, its password", {u"abc"_s, abc + u"0"_s, false}},
+             {"plain", {u"gizli"_s, u"gizli"_s, true}},
+             {"plain, blanks around", {u" gizli"_s, u"gizli "_s, true}},
+             {"plain, another password", {u"gizlo"_s, u"gizli"_s, false}},
+             {"plain, nothing entered", {{}, u"gizli"_s, false}},
+             {"plain, a part", {u"giz"_s, u"gizli"_s, false}},
+             {"plain, upper case", {u"ABC"_s, u"abc"_s, true}},
+             {"plain, upper case stored", {u"abc"_s, u"ABC"_s, true}},
+             {"plain, dotted capital i", {u"ŞİFRE"_s, u"şifre"_s, true}},
+             {"plain, dotless capital i", {u"IŞIK"_s, u"ışık"_s, true}},
+             {"plain, ordinary capital i", {u"GIZLI"_s, u"gizli"_s, true}},
+             {"plain, other letters", {u"sifre"_s, u"şifre"_s, false}},
+             {"plain 007", {u"7"_s, u"007"_s, true}},
+             {"plain 7", {u"007"_s, u"7"_s, true}},
+             {"plain 123", {u"0123"_s, u"123"_s, true}},
+             {"plain 12 as 12,0", {u"12,0"_s, u"12"_s, true}},
+             {"plain 12 as 12.0: no number here", {u"12.0"_s, u"12"_s, false}},
+             {"plain 12 as 12,5: the prefix ends at the comma", {u"12,5"_s, u"12"_s, true}},
+             {"plain 12 as 13", {u"13"_s, u"12"_s, false}},
+             {"plain 12 as -12", {u"-12"_s, u"12"_s, false}},
+             {"plain 12 as +12", {u"+12"_s, u"12"_s, true}},
+             {"plain 100 as 1E2", {u"1E2"_s, u"100"_s, true}},
+             {"plain 12 as 12a: no number", {u"12a"_s, u"12"_s, false}},
+             {"plain 1234 as 1.234: another prefix", {u"1.234"_s, u"1234"_s, false}},
+             {"plain 0 as nothing", {{}, u"0"_s, false}},
+             {"plain apostrophes", {u"' OR ''='"_s, u"gizli"_s, false}},
+             {"plain that looks like a prefix", {u"sha256"_s, u"sha256"_s, true}}});
     }
     void comparison() {
-        QFETCH(const QString, entered);
-        QFETCH(const QString, stored);
-        QFETCH(const bool, accepted);
-        QCOMPARE(sifredogrula(entered, stored), accepted);
+        QFETCH(const ComparisonRow, row);
+        QCOMPARE(sifredogrula(row.entered, row.stored), row.accepted);
     }
 
     void passwordsOfManagers_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<bool>("found");
+        QTest::addColumn<PasswordsOfManagersRow>("row");
         for (const QString& file : {u""_s, u"kilit"_s}) {
             const auto row = [&file](const QString& name, const QString& entered, bool found) {
                 QTest::newRow(qUtf8Printable(name + (file.isEmpty() ? u""_s : u", password file"_s)))
-                    << file << entered << found;
+                    << PasswordsOfManagersRow{file, entered, found};
             };
             row(u"the hashed one's"_s, u"1234"_s, true);
             row(u"the plain one's"_s, u"GİZLİ"_s, true);
@@ -195,16 +201,14 @@ private Q_SLOTS:
         }
     }
     void passwordsOfManagers() {
-        QFETCH(const QString, file);
-        QFETCH(const QString, entered);
-        QFETCH(const bool, found);
-        LoginFixture shop(file);
+        QFETCH(const PasswordsOfManagersRow, row);
+        LoginFixture shop(row.file);
         shop.addUser(u"Kasa"_s, u"kasa"_s, u"Kasiyer"_s);
         shop.addUser(u"Eski"_s, u"eski"_s, u"yonetici"_s);
         shop.addUser(u"Bir"_s, hashed("1234"));
         shop.addUser(u"İki"_s, u"gizli"_s);
         shop.addUser(u"Üç"_s, 77);
-        QCOMPARE(yoneticisifresimi(entered), found);
+        QCOMPARE(yoneticisifresimi(row.entered), row.found);
         QVERIFY(allAnswered(shop.boxes));
     }
 
@@ -235,13 +239,11 @@ private Q_SLOTS:
     }
 
     void storing_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<QString>("stored");
+        QTest::addColumn<StoringRow>("row");
         for (const QString& file : {u""_s, u"kilit"_s}) {
             const auto row = [&file](const QString& name, const QString& entered, const QString& stored) {
                 QTest::newRow(qUtf8Printable(name + (file.isEmpty() ? u""_s : u", password file"_s)))
-                    << file << entered << stored;
+                    << StoringRow{file, entered, stored};
             };
             row(u"a password"_s, u"abc"_s, u"sha256:"_s + digestOfAbc);
             row(u"Turkish letters"_s, u"şifre"_s, u"sha256:"_s + digestOfSifre);
@@ -250,15 +252,13 @@ private Q_SLOTS:
         }
     }
     void storing() {
-        QFETCH(const QString, file);
-        QFETCH(const QString, entered);
-        QFETCH(const QString, stored);
-        LoginFixture shop(file);
+        QFETCH(const StoringRow, row);
+        LoginFixture shop(row.file);
         shop.addUser(u"Bir"_s, u"eski"_s);
         shop.addUser(u"İki"_s, u"eski"_s, u"Kasiyer"_s);
         QList<QVariantList> expected = shop.users();
-        expected[1][2] = stored;
-        sifreguncelle(u" 2 "_s, entered);
+        expected[1][2] = row.stored;
+        sifreguncelle(u" 2 "_s, row.entered);
         QCOMPARE(shop.users(), expected);
         QVERIFY(!shop.users().at(1).at(2).isNull());
     }

@@ -10,6 +10,7 @@
 #include <array>
 
 #include "app/modTurkce.h"
+#include "rows.h"
 #include "runtests.h"
 #include "runtime/screen.h"
 #include "widgets/activeresize.h"
@@ -183,316 +184,276 @@ QString accessibleName(QWidget& control) {
 class TestDressing : public QObject {
     Q_OBJECT
 
+    struct DressesByNameRow {
+        bool captions, headings;
+    };
+    struct DressesKindsRow {
+        QString kind, stored, dressed, tip;
+    };
+    struct OneSymbolCaptionsRow {
+        QString kind, stored, dressed;
+    };
+    struct LeavesOneKeyAloneRow {
+        QString kind, name;
+        QVariant left, top;
+        QString stored, shown;
+    };
+    struct NamesControlsRow {
+        QString kind, stored, tip, own, name;
+    };
+
 private Q_SLOTS:
-    void titles_data();
-    void titles();
-    void dressesByName_data();
-    void dressesByName();
-    void dressesKinds_data();
-    void dressesKinds();
-    void dressesSevenLevels_data();
-    void dressesSevenLevels();
-    void oneSymbolCaptions_data();
-    void oneSymbolCaptions();
-    void leavesOneKeyAlone_data();
-    void leavesOneKeyAlone();
-    void repeatChangesNothing();
-    void leavesOtherWindowsAlone();
-    void namesControls_data();
-    void namesControls();
-    void namesFollowCaptions();
+    void titles_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("title");
+        for (size_t index = 0; index < namedScreens.size(); ++index)
+            QTest::newRow(namedScreens[index].name)
+                << static_cast<int>(index) << namedScreens[index].title.toString();
+    }
+    void titles() {
+        QFETCH(const int, index);
+        QFETCH(const QString, title);
+        const std::unique_ptr<Screen> screen = namedScreens[static_cast<size_t>(index)].make();
+        screen->setWindowTitle(storedTitle);
+        ekranbasligi(*screen);
+        QCOMPARE(screen->windowTitle(), title);
+        screen->setWindowTitle(storedTitle);
+        ekrandonat(*screen);
+        QCOMPARE(screen->windowTitle(), title);
+    }
+
+    void dressesByName_data() {
+        addRows<DressesByNameRow>({{"menu", {true, true}},
+                                   {"urunler", {true, true}},
+                                   {"hallimzda", {true, false}},
+                                   {"frmLogin", {false, false}},
+                                   {"satisekrani", {false, false}}});
+    }
+    void dressesByName() {
+        QFETCH(const DressesByNameRow, row);
+        const std::unique_ptr<Screen> screen = screenNamed(QTest::currentDataTag());
+        QVERIFY(screen);
+        auto* label = new QLabel(u"~R~N"_s, screen.get());
+        auto* grid = new TDBGrid(screen.get());
+        grid->setColumnCaptions({u"id"_s, u"~R~N"_s});
+        ekrandonat(*screen);
+        QCOMPARE(label->text(), row.captions ? u"ÜRÜN"_s : u"~R~N"_s);
+        QCOMPARE(grid->columnCaption(0), row.headings ? u"NO"_s : u"id"_s);
+        QCOMPARE(grid->columnCaption(1), row.headings ? u"ÜRÜN"_s : u"~R~N"_s);
+    }
+
+    void dressesKinds_data() {
+        QTest::addColumn<DressesKindsRow>("row");
+        const QString stored = u"S!L & {IK 10%"_s;
+        const QString dressed = u"SİL ö çIK 10Ğ"_s;
+        const QString tip = u"G^n%"_s;
+        const QString dressedTip = u"GünĞ"_s;
+        for (const char* kind :
+             {"QLabel", "QPushButton", "QCheckBox", "QGroupBox", "vkCommand", "vkToggleButton", "vkFrame"})
+            QTest::newRow(kind) << DressesKindsRow{QString::fromLatin1(kind), stored, dressed, dressedTip};
+        QTest::newRow("vkLabel is left alone") << DressesKindsRow{u"vkLabel"_s, stored, stored, tip};
+        QTest::newRow("TDBGrid is left alone") << DressesKindsRow{u"TDBGrid"_s, QString(), QString(), tip};
+        QTest::newRow("VSFlexGrid is left alone")
+            << DressesKindsRow{u"VSFlexGrid"_s, QString(), QString(), tip};
+        QTest::newRow("ActiveResize has no text of its own")
+            << DressesKindsRow{u"ActiveResize"_s, QString(), QString(), tip};
+        QTest::newRow("QLineEdit has a tip only")
+            << DressesKindsRow{u"QLineEdit"_s, QString(), QString(), dressedTip};
+        QTest::newRow("QWidget has a tip only")
+            << DressesKindsRow{u"QWidget"_s, QString(), QString(), dressedTip};
+        QTest::newRow("empty caption") << DressesKindsRow{u"QLabel"_s, QString(), QString(), dressedTip};
+        QTest::newRow("no symbol in the caption")
+            << DressesKindsRow{u"QPushButton"_s, u"EKLE"_s, u"EKLE"_s, dressedTip};
+        QTest::newRow("letters already") << DressesKindsRow{u"vkCommand"_s, u"ÖDEŞ"_s, u"ÖDEŞ"_s, dressedTip};
+    }
+    void dressesKinds() {
+        QFETCH(const DressesKindsRow, row);
+        Screen screen;
+        QWidget* control = makeControl(row.kind, &screen);
+        QCOMPARE(controlKind(*control), row.kind);
+        if (!row.stored.isEmpty())
+            QVERIFY(setCaption(*control, row.stored));
+        control->setToolTip(u"G^n%"_s);
+        if (auto* field = qobject_cast<QLineEdit*>(control))
+            field->setText(u"^r^n"_s);
+        kontrolleridolas(screen);
+        QCOMPARE(caption(*control), row.dressed);
+        QCOMPARE(control->toolTip(), row.tip);
+        if (const auto* field = qobject_cast<QLineEdit*>(control))
+            QCOMPARE(field->text(), u"^r^n"_s);
+    }
+
+    void dressesSevenLevels_data() {
+        QTest::addColumn<QStringList>("kinds");
+        QTest::newRow("plain containers") << QStringList{u"QWidget"_s};
+        QTest::newRow("ActiveResize") << QStringList{u"ActiveResize"_s};
+        QTest::newRow("vkFrame") << QStringList{u"vkFrame"_s};
+        QTest::newRow("QGroupBox") << QStringList{u"QGroupBox"_s};
+        QTest::newRow("scroll areas, their viewports don't count") << QStringList{u"QScrollArea"_s};
+        QTest::newRow("scroll areas and their contents") << QStringList{u"QScrollArea"_s, u"QWidget"_s};
+        QTest::newRow("pages, their stack doesn't count") << QStringList{u"QTabWidget"_s, u"QWidget"_s};
+        QTest::newRow("all kinds") << QStringList{u"ActiveResize"_s, u"vkFrame"_s, u"QGroupBox"_s,
+                                                  u"QWidget"_s};
+    }
+    void dressesSevenLevels() {
+        QFETCH(const QStringList, kinds);
+        constexpr int levels = 9;
+        Screen screen;
+        QWidget* container = &screen;
+        std::vector<QWidget*> containers;
+        std::vector<QLabel*> labels;
+        for (int level = 0; level < levels; ++level) {
+            QWidget* inner = makeControl(kinds[level % kinds.size()], nullptr);
+            setCaption(*inner, u"{ER{EVE"_s);
+            put(*inner, *container);
+            auto* label = new QLabel(u"~R~N"_s);
+            put(*label, *container);
+            containers.push_back(inner);
+            labels.push_back(label);
+            container = inner;
+        }
+        kontrolleridolas(screen);
+        for (size_t level = 0; level < levels; ++level) {
+            QVERIFY(screen.isAncestorOf(labels[level]));
+            const bool dressed = level < 7;
+            QCOMPARE(labels[level]->text(), dressed ? u"ÜRÜN"_s : u"~R~N"_s);
+            if (!caption(*containers[level]).isEmpty())
+                QCOMPARE(caption(*containers[level]), dressed ? u"çERçEVE"_s : u"{ER{EVE"_s);
+        }
+    }
+
+    void oneSymbolCaptions_data() {
+        QTest::addColumn<OneSymbolCaptionsRow>("row");
+        const QString signs = u"|!#$@%&*^{}~"_s;
+        const QString letters = u"ıİşğŞĞöÖüçÇÜ"_s;
+        for (const char* kind : {"QPushButton", "QLabel", "vkCommand"}) {
+            for (qsizetype i = 0; i < signs.size(); ++i)
+                QTest::addRow("%s %c", kind, signs[i].toLatin1()) << OneSymbolCaptionsRow{
+                    QString::fromLatin1(kind), QString(signs[i]), QString(letters[i])};
+        }
+        for (const QChar other : u"a?.+-/1,ş"_s)
+            QTest::addRow("no symbol, code point %d", other.unicode())
+                << OneSymbolCaptionsRow{u"QPushButton"_s, QString(other), QString(other)};
+    }
+    void oneSymbolCaptions() {
+        QFETCH(const OneSymbolCaptionsRow, row);
+        Screen screen;
+        QWidget* key = makeControl(row.kind, &screen);
+        QVERIFY(setCaption(*key, row.stored));
+        kontrolleridolas(screen);
+        QCOMPARE(caption(*key), row.dressed);
+    }
+
+    void leavesOneKeyAlone_data() {
+        const QString button = u"QPushButton"_s;
+        const QString tus = u"x_21"_s;
+        addRows<LeavesOneKeyAloneRow>(
+            {{"the key", {button, tus, 30, 1680, u"#"_s, u"#"_s}},
+             {"the key of another array", {button, u"harf_21"_s, 30, 1680, u"#"_s, u"#"_s}},
+             {"the key with a longer caption", {button, tus, 30, 1680, u"#!"_s, u"#!"_s}},
+             {"the key as a label", {u"QLabel"_s, tus, 30, 1680, u"#"_s, u"#"_s}},
+             {"drawn buttons know no exception", {u"vkCommand"_s, tus, 30, 1680, u"#"_s, u"ş"_s}},
+             {"another index", {button, u"x_20"_s, 30, 1680, u"#"_s, u"ş"_s}},
+             {"no member of an array", {button, u"x21"_s, 30, 1680, u"#"_s, u"ş"_s}},
+             {"another left", {button, tus, 31, 1680, u"#"_s, u"ş"_s}},
+             {"another top", {button, tus, 30, 1681, u"#"_s, u"ş"_s}},
+             {"left and top exchanged", {button, tus, 1680, 30, u"#"_s, u"ş"_s}},
+             {"no place", {button, tus, {}, {}, u"#"_s, u"ş"_s}}});
+    }
+    void leavesOneKeyAlone() {
+        QFETCH(const LeavesOneKeyAloneRow, row);
+        Screen screen;
+        QWidget* key = makeControl(row.kind, &screen);
+        key->setObjectName(row.name);
+        key->setProperty("left", row.left);
+        key->setProperty("top", row.top);
+        QVERIFY(setCaption(*key, row.stored));
+        key->setToolTip(u"#"_s);
+        kontrolleridolas(screen);
+        QCOMPARE(caption(*key), row.shown);
+        QCOMPARE(key->toolTip(), u"ş"_s);
+    }
+
+    void repeatChangesNothing() {
+        named::menu screen;
+        for (const char* kind : {"QLabel", "QPushButton", "QGroupBox", "vkCommand", "vkFrame", "vkLabel"}) {
+            QWidget* control = makeControl(QString::fromLatin1(kind), &screen);
+            QVERIFY(setCaption(*control, u"|!#$@%&*^{}~ && a"_s));
+            control->setToolTip(u"|!#$@%&*^{}~ && a"_s);
+        }
+        auto* grid = new TDBGrid(&screen);
+        grid->setColumnCaptions({u"personeladi"_s, u"sifre"_s, u"id"_s, u"~R~N"_s});
+        const auto texts = [&screen, grid] {
+            QStringList all{screen.windowTitle()};
+            for (const QWidget* control : screen.findChildren<QWidget*>())
+                all << caption(*control) << control->toolTip() << control->accessibleName();
+            for (int column = 0; column < grid->columnCount(); ++column)
+                all << grid->columnCaption(column);
+            return all;
+        };
+        const QStringList stored = texts();
+        ekrandonat(screen);
+        const QStringList dressed = texts();
+        QVERIFY(dressed != stored);
+        ekrandonat(screen);
+        QCOMPARE(texts(), dressed);
+    }
+
+    void leavesOtherWindowsAlone() {
+        Screen screen;
+        Screen child(&screen);
+        QLabel label(u"~R~N"_s, &child);
+        kontrolleridolas(screen);
+        QVERIFY(child.isWindow());
+        QCOMPARE(label.text(), u"~R~N"_s);
+    }
+
+    void namesControls_data() {
+        const QString none;
+        addRows<NamesControlsRow>(
+            {{"label by its caption", {u"QLabel"_s, u"^r^n"_s, u"tip"_s, none, u"ürün"_s}},
+             {"button by its caption", {u"QPushButton"_s, u"^r^n"_s, u"tip"_s, none, u"ürün"_s}},
+             {"check box by its caption", {u"QCheckBox"_s, u"^r^n"_s, none, none, u"ürün"_s}},
+             {"group by its caption", {u"QGroupBox"_s, u"^r^n"_s, none, none, u"ürün"_s}},
+             {"drawn button by its caption", {u"vkCommand"_s, u"^r^n"_s, u"tip"_s, none, u"ürün"_s}},
+             {"drawn frame by its caption", {u"vkFrame"_s, u"^r^n"_s, none, none, u"ürün"_s}},
+             {"field by its tip", {u"QLineEdit"_s, none, u"f|yat"_s, none, u"fıyat"_s}},
+             {"button without a caption by its tip", {u"QPushButton"_s, none, u"f|yat"_s, none, u"fıyat"_s}},
+             {"drawn button without a caption by its tip",
+              {u"vkCommand"_s, none, u"f|yat"_s, none, u"fıyat"_s}},
+             {"a name of its own stays", {u"QLineEdit"_s, none, u"f|yat"_s, u"Barkod"_s, u"Barkod"_s}},
+             {"a name of its own stays before the caption",
+              {u"QPushButton"_s, u"^r^n"_s, none, u"Barkod"_s, u"Barkod"_s}}});
+    }
+    void namesControls() {
+        QFETCH(const NamesControlsRow, row);
+        Screen screen;
+        QWidget* control = makeControl(row.kind, &screen);
+        if (!row.stored.isEmpty())
+            setCaption(*control, row.stored);
+        control->setToolTip(row.tip);
+        if (!row.own.isEmpty())
+            control->setAccessibleName(row.own);
+        kontrolleridolas(screen);
+        QCOMPARE(accessibleName(*control), row.name);
+    }
+
+    void namesFollowCaptions() {
+        Screen screen;
+        std::vector<QWidget*> controls;
+        for (const char* kind : {"QLabel", "QPushButton", "QCheckBox", "QGroupBox", "vkCommand", "vkFrame"}) {
+            QWidget* control = makeControl(QString::fromLatin1(kind), &screen);
+            setCaption(*control, u"@!FRE G*STER"_s);
+            controls.push_back(control);
+        }
+        kontrolleridolas(screen);
+        for (QWidget* control : controls) {
+            QCOMPARE(accessibleName(*control), u"ŞİFRE GÖSTER"_s);
+            setCaption(*control, u"ŞİFRE GİZLE"_s);
+            QCOMPARE(accessibleName(*control), u"ŞİFRE GİZLE"_s);
+        }
+    }
 };
-
-void TestDressing::titles_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("title");
-    for (size_t index = 0; index < namedScreens.size(); ++index)
-        QTest::newRow(namedScreens[index].name)
-            << static_cast<int>(index) << namedScreens[index].title.toString();
-}
-
-void TestDressing::titles() {
-    QFETCH(const int, index);
-    QFETCH(const QString, title);
-    const std::unique_ptr<Screen> screen = namedScreens[static_cast<size_t>(index)].make();
-    screen->setWindowTitle(storedTitle);
-    ekranbasligi(*screen);
-    QCOMPARE(screen->windowTitle(), title);
-    screen->setWindowTitle(storedTitle);
-    ekrandonat(*screen);
-    QCOMPARE(screen->windowTitle(), title);
-}
-
-void TestDressing::dressesByName_data() {
-    QTest::addColumn<bool>("captions");
-    QTest::addColumn<bool>("headings");
-    QTest::newRow("menu") << true << true;
-    QTest::newRow("urunler") << true << true;
-    QTest::newRow("hallimzda") << true << false;
-    QTest::newRow("frmLogin") << false << false;
-    QTest::newRow("satisekrani") << false << false;
-}
-
-void TestDressing::dressesByName() {
-    QFETCH(const bool, captions);
-    QFETCH(const bool, headings);
-    const std::unique_ptr<Screen> screen = screenNamed(QTest::currentDataTag());
-    QVERIFY(screen);
-    auto* label = new QLabel(u"~R~N"_s, screen.get());
-    auto* grid = new TDBGrid(screen.get());
-    grid->setColumnCaptions({u"id"_s, u"~R~N"_s});
-    ekrandonat(*screen);
-    QCOMPARE(label->text(), captions ? u"ÜRÜN"_s : u"~R~N"_s);
-    QCOMPARE(grid->columnCaption(0), headings ? u"NO"_s : u"id"_s);
-    QCOMPARE(grid->columnCaption(1), headings ? u"ÜRÜN"_s : u"~R~N"_s);
-}
-
-void TestDressing::dressesKinds_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("dressed");
-    QTest::addColumn<QString>("tip");
-    const QString stored = u"S!L & {IK 10%"_s;
-    const QString dressed = u"SİL ö çIK 10Ğ"_s;
-    const QString tip = u"G^n%"_s;
-    const QString dressedTip = u"GünĞ"_s;
-    for (const char* kind :
-         {"QLabel", "QPushButton", "QCheckBox", "QGroupBox", "vkCommand", "vkToggleButton", "vkFrame"})
-        QTest::newRow(kind) << QString::fromLatin1(kind) << stored << dressed << dressedTip;
-    QTest::newRow("vkLabel is left alone") << u"vkLabel"_s << stored << stored << tip;
-    QTest::newRow("TDBGrid is left alone") << u"TDBGrid"_s << QString() << QString() << tip;
-    QTest::newRow("VSFlexGrid is left alone") << u"VSFlexGrid"_s << QString() << QString() << tip;
-    QTest::newRow("ActiveResize has no text of its own")
-        << u"ActiveResize"_s << QString() << QString() << tip;
-    QTest::newRow("QLineEdit has a tip only") << u"QLineEdit"_s << QString() << QString() << dressedTip;
-    QTest::newRow("QWidget has a tip only") << u"QWidget"_s << QString() << QString() << dressedTip;
-    QTest::newRow("empty caption") << u"QLabel"_s << QString() << QString() << dressedTip;
-    QTest::newRow("no symbol in the caption") << u"QPushButton"_s << u"EKLE"_s << u"EKLE"_s << dressedTip;
-    QTest::newRow("letters already") << u"vkCommand"_s << u"ÖDEŞ"_s << u"ÖDEŞ"_s << dressedTip;
-}
-
-void TestDressing::dressesKinds() {
-    QFETCH(const QString, kind);
-    QFETCH(const QString, stored);
-    QFETCH(const QString, dressed);
-    QFETCH(const QString, tip);
-    Screen screen;
-    QWidget* control = makeControl(kind, &screen);
-    QCOMPARE(controlKind(*control), kind);
-    if (!stored.isEmpty())
-        QVERIFY(setCaption(*control, stored));
-    control->setToolTip(u"G^n%"_s);
-    if (auto* field = qobject_cast<QLineEdit*>(control))
-        field->setText(u"^r^n"_s);
-    kontrolleridolas(screen);
-    QCOMPARE(caption(*control), dressed);
-    QCOMPARE(control->toolTip(), tip);
-    if (const auto* field = qobject_cast<QLineEdit*>(control))
-        QCOMPARE(field->text(), u"^r^n"_s);
-}
-
-void TestDressing::dressesSevenLevels_data() {
-    QTest::addColumn<QStringList>("kinds");
-    QTest::newRow("plain containers") << QStringList{u"QWidget"_s};
-    QTest::newRow("ActiveResize") << QStringList{u"ActiveResize"_s};
-    QTest::newRow("vkFrame") << QStringList{u"vkFrame"_s};
-    QTest::newRow("QGroupBox") << QStringList{u"QGroupBox"_s};
-    QTest::newRow("scroll areas, their viewports don't count") << QStringList{u"QScrollArea"_s};
-    QTest::newRow("scroll areas and their contents") << QStringList{u"QScrollArea"_s, u"QWidget"_s};
-    QTest::newRow("pages, their stack doesn't count") << QStringList{u"QTabWidget"_s, u"QWidget"_s};
-    QTest::newRow("all kinds") << QStringList{u"ActiveResize"_s, u"vkFrame"_s, u"QGroupBox"_s, u"QWidget"_s};
-}
-
-void TestDressing::dressesSevenLevels() {
-    QFETCH(const QStringList, kinds);
-    constexpr int levels = 9;
-    Screen screen;
-    QWidget* container = &screen;
-    std::vector<QWidget*> containers;
-    std::vector<QLabel*> labels;
-    for (int level = 0; level < levels; ++level) {
-        QWidget* inner = makeControl(kinds[level % kinds.size()], nullptr);
-        setCaption(*inner, u"{ER{EVE"_s);
-        put(*inner, *container);
-        auto* label = new QLabel(u"~R~N"_s);
-        put(*label, *container);
-        containers.push_back(inner);
-        labels.push_back(label);
-        container = inner;
-    }
-    kontrolleridolas(screen);
-    for (size_t level = 0; level < levels; ++level) {
-        QVERIFY(screen.isAncestorOf(labels[level]));
-        const bool dressed = level < 7;
-        QCOMPARE(labels[level]->text(), dressed ? u"ÜRÜN"_s : u"~R~N"_s);
-        if (!caption(*containers[level]).isEmpty())
-            QCOMPARE(caption(*containers[level]), dressed ? u"çERçEVE"_s : u"{ER{EVE"_s);
-    }
-}
-
-void TestDressing::oneSymbolCaptions_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("dressed");
-    const QString signs = u"|!#$@%&*^{}~"_s;
-    const QString letters = u"ıİşğŞĞöÖüçÇÜ"_s;
-    for (const char* kind : {"QPushButton", "QLabel", "vkCommand"}) {
-        for (qsizetype i = 0; i < signs.size(); ++i)
-            QTest::addRow("%s %c", kind, signs[i].toLatin1())
-                << QString::fromLatin1(kind) << QString(signs[i]) << QString(letters[i]);
-    }
-    for (const QChar other : u"a?.+-/1,ş"_s)
-        QTest::addRow("no symbol, code point %d", other.unicode())
-            << u"QPushButton"_s << QString(other) << QString(other);
-}
-
-void TestDressing::oneSymbolCaptions() {
-    QFETCH(const QString, kind);
-    QFETCH(const QString, stored);
-    QFETCH(const QString, dressed);
-    Screen screen;
-    QWidget* key = makeControl(kind, &screen);
-    QVERIFY(setCaption(*key, stored));
-    kontrolleridolas(screen);
-    QCOMPARE(caption(*key), dressed);
-}
-
-void TestDressing::leavesOneKeyAlone_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QVariant>("left");
-    QTest::addColumn<QVariant>("top");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char* tag, const QString& kind, const QString& name, const QVariant& left,
-                        const QVariant& top, const QString& stored, const QString& shown) {
-        QTest::newRow(tag) << kind << name << left << top << stored << shown;
-    };
-    const QString button = u"QPushButton"_s;
-    const QString tus = u"x_21"_s;
-    row("the key", button, tus, 30, 1680, u"#"_s, u"#"_s);
-    row("the key of another array", button, u"harf_21"_s, 30, 1680, u"#"_s, u"#"_s);
-    row("the key with a longer caption", button, tus, 30, 1680, u"#!"_s, u"#!"_s);
-    row("the key as a label", u"QLabel"_s, tus, 30, 1680, u"#"_s, u"#"_s);
-    row("drawn buttons know no exception", u"vkCommand"_s, tus, 30, 1680, u"#"_s, u"ş"_s);
-    row("another index", button, u"x_20"_s, 30, 1680, u"#"_s, u"ş"_s);
-    row("no member of an array", button, u"x21"_s, 30, 1680, u"#"_s, u"ş"_s);
-    row("another left", button, tus, 31, 1680, u"#"_s, u"ş"_s);
-    row("another top", button, tus, 30, 1681, u"#"_s, u"ş"_s);
-    row("left and top exchanged", button, tus, 1680, 30, u"#"_s, u"ş"_s);
-    row("no place", button, tus, {}, {}, u"#"_s, u"ş"_s);
-}
-
-void TestDressing::leavesOneKeyAlone() {
-    QFETCH(const QString, kind);
-    QFETCH(const QString, name);
-    QFETCH(const QVariant, left);
-    QFETCH(const QVariant, top);
-    QFETCH(const QString, stored);
-    QFETCH(const QString, shown);
-    Screen screen;
-    QWidget* key = makeControl(kind, &screen);
-    key->setObjectName(name);
-    key->setProperty("left", left);
-    key->setProperty("top", top);
-    QVERIFY(setCaption(*key, stored));
-    key->setToolTip(u"#"_s);
-    kontrolleridolas(screen);
-    QCOMPARE(caption(*key), shown);
-    QCOMPARE(key->toolTip(), u"ş"_s);
-}
-
-void TestDressing::repeatChangesNothing() {
-    named::menu screen;
-    for (const char* kind : {"QLabel", "QPushButton", "QGroupBox", "vkCommand", "vkFrame", "vkLabel"}) {
-        QWidget* control = makeControl(QString::fromLatin1(kind), &screen);
-        QVERIFY(setCaption(*control, u"|!#$@%&*^{}~ && a"_s));
-        control->setToolTip(u"|!#$@%&*^{}~ && a"_s);
-    }
-    auto* grid = new TDBGrid(&screen);
-    grid->setColumnCaptions({u"personeladi"_s, u"sifre"_s, u"id"_s, u"~R~N"_s});
-    const auto texts = [&screen, grid] {
-        QStringList all{screen.windowTitle()};
-        for (const QWidget* control : screen.findChildren<QWidget*>())
-            all << caption(*control) << control->toolTip() << control->accessibleName();
-        for (int column = 0; column < grid->columnCount(); ++column)
-            all << grid->columnCaption(column);
-        return all;
-    };
-    const QStringList stored = texts();
-    ekrandonat(screen);
-    const QStringList dressed = texts();
-    QVERIFY(dressed != stored);
-    ekrandonat(screen);
-    QCOMPARE(texts(), dressed);
-}
-
-void TestDressing::leavesOtherWindowsAlone() {
-    Screen screen;
-    Screen child(&screen);
-    QLabel label(u"~R~N"_s, &child);
-    kontrolleridolas(screen);
-    QVERIFY(child.isWindow());
-    QCOMPARE(label.text(), u"~R~N"_s);
-}
-
-void TestDressing::namesControls_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("tip");
-    QTest::addColumn<QString>("own");
-    QTest::addColumn<QString>("name");
-    const QString none;
-    QTest::newRow("label by its caption") << u"QLabel"_s << u"^r^n"_s << u"tip"_s << none << u"ürün"_s;
-    QTest::newRow("button by its caption") << u"QPushButton"_s << u"^r^n"_s << u"tip"_s << none << u"ürün"_s;
-    QTest::newRow("check box by its caption") << u"QCheckBox"_s << u"^r^n"_s << none << none << u"ürün"_s;
-    QTest::newRow("group by its caption") << u"QGroupBox"_s << u"^r^n"_s << none << none << u"ürün"_s;
-    QTest::newRow("drawn button by its caption")
-        << u"vkCommand"_s << u"^r^n"_s << u"tip"_s << none << u"ürün"_s;
-    QTest::newRow("drawn frame by its caption") << u"vkFrame"_s << u"^r^n"_s << none << none << u"ürün"_s;
-    QTest::newRow("field by its tip") << u"QLineEdit"_s << none << u"f|yat"_s << none << u"fıyat"_s;
-    QTest::newRow("button without a caption by its tip")
-        << u"QPushButton"_s << none << u"f|yat"_s << none << u"fıyat"_s;
-    QTest::newRow("drawn button without a caption by its tip")
-        << u"vkCommand"_s << none << u"f|yat"_s << none << u"fıyat"_s;
-    QTest::newRow("a name of its own stays")
-        << u"QLineEdit"_s << none << u"f|yat"_s << u"Barkod"_s << u"Barkod"_s;
-    QTest::newRow("a name of its own stays before the caption")
-        << u"QPushButton"_s << u"^r^n"_s << none << u"Barkod"_s << u"Barkod"_s;
-}
-
-void TestDressing::namesControls() {
-    QFETCH(const QString, kind);
-    QFETCH(const QString, stored);
-    QFETCH(const QString, tip);
-    QFETCH(const QString, own);
-    QFETCH(const QString, name);
-    Screen screen;
-    QWidget* control = makeControl(kind, &screen);
-    if (!stored.isEmpty())
-        setCaption(*control, stored);
-    control->setToolTip(tip);
-    if (!own.isEmpty())
-        control->setAccessibleName(own);
-    kontrolleridolas(screen);
-    QCOMPARE(accessibleName(*control), name);
-}
-
-void TestDressing::namesFollowCaptions() {
-    Screen screen;
-    std::vector<QWidget*> controls;
-    for (const char* kind : {"QLabel", "QPushButton", "QCheckBox", "QGroupBox", "vkCommand", "vkFrame"}) {
-        QWidget* control = makeControl(QString::fromLatin1(kind), &screen);
-        setCaption(*control, u"@!FRE G*STER"_s);
-        controls.push_back(control);
-    }
-    kontrolleridolas(screen);
-    for (QWidget* control : controls) {
-        QCOMPARE(accessibleName(*control), u"ŞİFRE GÖSTER"_s);
-        setCaption(*control, u"ŞİFRE GİZLE"_s);
-        QCOMPARE(accessibleName(*control), u"ŞİFRE GİZLE"_s);
-    }
-}
 
 int main(int argc, char** argv) {
     return runTests<TestDressing>(argc, argv);

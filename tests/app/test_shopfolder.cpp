@@ -5,6 +5,7 @@
 #include "data/baglanmamodulu.h"
 #include "data/schema.h"
 #include "desktop/folders.h"
+#include "rows.h"
 #include "runtests.h"
 #include "shopfixture.h"
 
@@ -35,100 +36,92 @@ const QStringList delivered{u"Kovanix.config"_s, u"kovanix.data"_s};
 class TestShopFolder : public QObject {
     Q_OBJECT
 
+    struct DeliversAMissingFolderRow {
+        QString from, name;
+    };
+
     QTemporaryDir m_driveC;
 
 private Q_SLOTS:
-    void init();
-    void deliversAMissingFolder_data();
-    void deliversAMissingFolder();
-    void deliveredShopOpens();
-    void leavesAnExistingFolderAlone_data();
-    void leavesAnExistingFolderAlone();
-    void whereNoFolderCanBeMade();
+    void init() {
+        qunsetenv("KOVANIX_FOLDER");
+        qputenv("KOVANIX_DRIVE_C", QFile::encodeName(m_driveC.path()));
+        QDir(m_driveC.filePath(u"kovanix"_s)).removeRecursively();
+    }
+
+    void deliversAMissingFolder_data() {
+        addRows<DeliversAMissingFolderRow>(
+            {{"command line", {u"command line"_s, u"shop"_s}},
+             {"trailing separator", {u"command line"_s, u"shop/"_s}},
+             {"folders above are missing too", {u"command line"_s, u"a/b/shop"_s}},
+             {"blanks and letters in the name", {u"command line"_s, u"Ayşe Market 50%"_s}},
+             {"variable", {u"variable"_s, u"shop"_s}},
+             {"user's data folder", {u"data folder"_s, u"kovanix"_s}}});
+    }
+    void deliversAMissingFolder() {
+        QFETCH(const DeliversAMissingFolderRow, row);
+        const ShopFixture fixture;
+        const QString wanted = QDir::cleanPath(fixture.file(row.name));
+        const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", QFile::encodeName(fixture.folder()));
+        if (row.from == u"variable")
+            qputenv("KOVANIX_FOLDER", QFile::encodeName(fixture.file(row.name)));
+        prepareShopFolder(row.from == u"command line" ? fixture.file(row.name) : QString());
+        if (dataHome.isEmpty())
+            qunsetenv("XDG_DATA_HOME");
+        else
+            qputenv("XDG_DATA_HOME", dataHome);
+
+        QCOMPARE(applicationFolder(), wanted);
+        QCOMPARE(entriesOf(wanted), delivered);
+        const QDir folder(wanted);
+        QCOMPARE(bytesOf(folder.filePath(u"kovanix.data"_s)), QByteArray());
+        QCOMPARE(bytesOf(folder.filePath(u"Kovanix.config"_s)).replace("\r\n", "\n"),
+                 "[ayar]\nensonkikisayol=1\n"_ba);
+        const QDir exports(m_driveC.filePath(u"kovanix"_s));
+        QVERIFY(exports.exists());
+        QVERIFY(exports.isEmpty());
+    }
+
+    void deliveredShopOpens() {
+        const ShopFixture fixture;
+        prepareShopFolder(fixture.file(u"shop"_s));
+        ilkayarlar();
+        QVERIFY(veritabaninibagla());
+        QVERIFY(tablovar(baglanti(), u"satislar"_s));
+        QVERIFY(allAnswered(fixture.boxes));
+    }
+
+    void leavesAnExistingFolderAlone_data() {
+        QTest::addColumn<QStringList>("present");
+        QTest::newRow("empty folder") << QStringList{};
+        QTest::newRow("configuration only") << QStringList{u"Kovanix.config"_s};
+        QTest::newRow("database only") << QStringList{u"kovanix.data"_s};
+        QTest::newRow("older database only") << QStringList{u"kovanix.mdb"_s};
+        QTest::newRow("all") << QStringList{u"Kovanix.config"_s, u"kovanix.data"_s, u"kovanix.mdb"_s};
+    }
+    void leavesAnExistingFolderAlone() {
+        QFETCH(const QStringList, present);
+        const ShopFixture fixture;
+        for (const QString& name : present)
+            write(fixture.file(name), "what the shop has: " + name.toUtf8());
+        prepareShopFolder(fixture.folder());
+        QCOMPARE(applicationFolder(), fixture.folder());
+        QCOMPARE(entriesOf(fixture.folder()), present);
+        for (const QString& name : present)
+            QCOMPARE(bytesOf(fixture.file(name)), "what the shop has: " + name.toUtf8());
+    }
+
+    void whereNoFolderCanBeMade() {
+        const ShopFixture fixture;
+        write(fixture.file(u"file"_s), "x");
+        prepareShopFolder(fixture.file(u"file/shop"_s));
+        QCOMPARE(applicationFolder(), fixture.file(u"file/shop"_s));
+        QVERIFY(!QFileInfo::exists(fixture.file(u"file/shop"_s)));
+        QCOMPARE(bytesOf(fixture.file(u"file"_s)), "x"_ba);
+        QVERIFY(!veritabanivarmi());
+    }
 };
-
-void TestShopFolder::init() {
-    qunsetenv("KOVANIX_FOLDER");
-    qputenv("KOVANIX_DRIVE_C", QFile::encodeName(m_driveC.path()));
-    QDir(m_driveC.filePath(u"kovanix"_s)).removeRecursively();
-}
-
-void TestShopFolder::deliversAMissingFolder_data() {
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("command line") << u"command line"_s << u"shop"_s;
-    QTest::newRow("trailing separator") << u"command line"_s << u"shop/"_s;
-    QTest::newRow("folders above are missing too") << u"command line"_s << u"a/b/shop"_s;
-    QTest::newRow("blanks and letters in the name") << u"command line"_s << u"Ayşe Market 50%"_s;
-    QTest::newRow("variable") << u"variable"_s << u"shop"_s;
-    QTest::newRow("user's data folder") << u"data folder"_s << u"kovanix"_s;
-}
-
-void TestShopFolder::deliversAMissingFolder() {
-    QFETCH(const QString, from);
-    QFETCH(const QString, name);
-    const ShopFixture fixture;
-    const QString wanted = QDir::cleanPath(fixture.file(name));
-    const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
-    qputenv("XDG_DATA_HOME", QFile::encodeName(fixture.folder()));
-    if (from == u"variable")
-        qputenv("KOVANIX_FOLDER", QFile::encodeName(fixture.file(name)));
-    prepareShopFolder(from == u"command line" ? fixture.file(name) : QString());
-    if (dataHome.isEmpty())
-        qunsetenv("XDG_DATA_HOME");
-    else
-        qputenv("XDG_DATA_HOME", dataHome);
-
-    QCOMPARE(applicationFolder(), wanted);
-    QCOMPARE(entriesOf(wanted), delivered);
-    const QDir folder(wanted);
-    QCOMPARE(bytesOf(folder.filePath(u"kovanix.data"_s)), QByteArray());
-    QCOMPARE(bytesOf(folder.filePath(u"Kovanix.config"_s)).replace("\r\n", "\n"),
-             "[ayar]\nensonkikisayol=1\n"_ba);
-    const QDir exports(m_driveC.filePath(u"kovanix"_s));
-    QVERIFY(exports.exists());
-    QVERIFY(exports.isEmpty());
-}
-
-void TestShopFolder::deliveredShopOpens() {
-    const ShopFixture fixture;
-    prepareShopFolder(fixture.file(u"shop"_s));
-    ilkayarlar();
-    QVERIFY(veritabaninibagla());
-    QVERIFY(tablovar(baglanti(), u"satislar"_s));
-    QVERIFY(allAnswered(fixture.boxes));
-}
-
-void TestShopFolder::leavesAnExistingFolderAlone_data() {
-    QTest::addColumn<QStringList>("present");
-    QTest::newRow("empty folder") << QStringList{};
-    QTest::newRow("configuration only") << QStringList{u"Kovanix.config"_s};
-    QTest::newRow("database only") << QStringList{u"kovanix.data"_s};
-    QTest::newRow("older database only") << QStringList{u"kovanix.mdb"_s};
-    QTest::newRow("all") << QStringList{u"Kovanix.config"_s, u"kovanix.data"_s, u"kovanix.mdb"_s};
-}
-
-void TestShopFolder::leavesAnExistingFolderAlone() {
-    QFETCH(const QStringList, present);
-    const ShopFixture fixture;
-    for (const QString& name : present)
-        write(fixture.file(name), "what the shop has: " + name.toUtf8());
-    prepareShopFolder(fixture.folder());
-    QCOMPARE(applicationFolder(), fixture.folder());
-    QCOMPARE(entriesOf(fixture.folder()), present);
-    for (const QString& name : present)
-        QCOMPARE(bytesOf(fixture.file(name)), "what the shop has: " + name.toUtf8());
-}
-
-void TestShopFolder::whereNoFolderCanBeMade() {
-    const ShopFixture fixture;
-    write(fixture.file(u"file"_s), "x");
-    prepareShopFolder(fixture.file(u"file/shop"_s));
-    QCOMPARE(applicationFolder(), fixture.file(u"file/shop"_s));
-    QVERIFY(!QFileInfo::exists(fixture.file(u"file/shop"_s)));
-    QCOMPARE(bytesOf(fixture.file(u"file"_s)), "x"_ba);
-    QVERIFY(!veritabanivarmi());
-}
 
 int main(int argc, char** argv) {
     return runTests<TestShopFolder>(argc, argv);

@@ -39,24 +39,22 @@ class TestTekornek : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void oneInstanceOnTheMachine();
+    void oneInstanceOnTheMachine() {
+        QWidget window;
+        window.showMinimized();
+
+        // A process that has ended holds nothing.
+        QCOMPARE(askedStatus(), isFirst);
+        QVERIFY(tekorneksorgu());
+        QVERIFY(tekorneksorgu());
+        QVERIFY(window.isMinimized());
+
+        QCOMPARE(askedStatus(), isNotFirst);
+        QTRY_VERIFY(!window.isMinimized());
+        QCOMPARE(askedStatus(), isNotFirst);
+        QVERIFY(tekorneksorgu());
+    }
 };
-
-void TestTekornek::oneInstanceOnTheMachine() {
-    QWidget window;
-    window.showMinimized();
-
-    // A process that has ended holds nothing.
-    QCOMPARE(askedStatus(), isFirst);
-    QVERIFY(tekorneksorgu());
-    QVERIFY(tekorneksorgu());
-    QVERIFY(window.isMinimized());
-
-    QCOMPARE(askedStatus(), isNotFirst);
-    QTRY_VERIFY(!window.isMinimized());
-    QCOMPARE(askedStatus(), isNotFirst);
-    QVERIFY(tekorneksorgu());
-}
 
 int main(int argc, char** argv) {
     if (argc > 1 && QString::fromLocal8Bit(argv[1]) == askOption)

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "desktop/messagebox.h"
+#include "rows.h"
 #include "runtests.h"
 
 using namespace kovanix;
@@ -14,6 +15,11 @@ using namespace kovanix;
 /// The toolkit's own dialogs speak Turkish, and nothing else changes with it.
 class TestToolkitWords : public QObject {
     Q_OBJECT
+
+    struct BoxesKeepOurWordsRow {
+        int style;
+        QStringList words;
+    };
 
 private Q_SLOTS:
     void itsDialogsSpeakTurkish() {
@@ -27,20 +33,17 @@ private Q_SLOTS:
     }
 
     void boxesKeepOurWords_data() {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<QStringList>("words");
-        QTest::newRow("ok") << 0 << QStringList{QStringLiteral("Tamam")};
-        QTest::newRow("ok, cancel") << 1 << QStringList{QStringLiteral("Tamam"), QStringLiteral("İptal")};
-        QTest::newRow("yes, no") << 4 << QStringList{QStringLiteral("Evet"), QStringLiteral("Hayır")};
-        QTest::newRow("retry, cancel")
-            << 5 << QStringList{QStringLiteral("Yeniden dene"), QStringLiteral("İptal")};
-        QTest::newRow("cancel, try, go on")
-            << 6
-            << QStringList{QStringLiteral("İptal"), QStringLiteral("Yeniden dene"), QStringLiteral("Devam")};
+        addRows<BoxesKeepOurWordsRow>(
+            {{"ok", {0, QStringList{QStringLiteral("Tamam")}}},
+             {"ok, cancel", {1, QStringList{QStringLiteral("Tamam"), QStringLiteral("İptal")}}},
+             {"yes, no", {4, QStringList{QStringLiteral("Evet"), QStringLiteral("Hayır")}}},
+             {"retry, cancel", {5, QStringList{QStringLiteral("Yeniden dene"), QStringLiteral("İptal")}}},
+             {"cancel, try, go on",
+              {6, QStringList{QStringLiteral("İptal"), QStringLiteral("Yeniden dene"),
+                              QStringLiteral("Devam")}}}});
     }
     void boxesKeepOurWords() {
-        QFETCH(int, style);
-        QFETCH(QStringList, words);
+        QFETCH(BoxesKeepOurWordsRow, row);
         QStringList shown;
         QTimer::singleShot(0, qApp, [&shown] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -51,10 +54,10 @@ private Q_SLOTS:
                 shown << button->text();
             box->done(-1);
         });
-        messageBox(QStringLiteral("?"), style, QStringLiteral("Kovanix"));
+        messageBox(QStringLiteral("?"), row.style, QStringLiteral("Kovanix"));
         shown.sort();
-        words.sort();
-        QCOMPARE(shown, words);
+        row.words.sort();
+        QCOMPARE(shown, row.words);
     }
 
     // Numbers are written by platform/values and by no locale: words must not bring one.

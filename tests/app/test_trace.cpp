@@ -6,6 +6,7 @@
 
 #include "app/modTrace.h"
 #include "desktop/folders.h"
+#include "rows.h"
 #include "runtests.h"
 #include "shopfixture.h"
 
@@ -61,122 +62,115 @@ private:
 class TestTrace : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void writesOneLineToBothFiles_data();
-    void writesOneLineToBothFiles();
-    void appends();
-    void oneFolderForBoth();
-    void applicationFolderIsAFile();
-    void readOnlyApplicationFolder();
-    void readOnlyLog();
-    void tempIsAFile();
-    void tempUnset();
-};
-
-void TestTrace::writesOneLineToBothFiles_data() {
-    QTest::addColumn<QDateTime>("now");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("line");
-    const auto moment = [](int year, int month, int day, int hour, int minute, int second) {
-        return QDateTime(QDate(year, month, day), QTime(hour, minute, second));
+    struct WritesOneLineToBothFilesRow {
+        QDateTime now;
+        QString text;
+        QByteArray line;
     };
-    QTest::newRow("leading zeros") << moment(2026, 5, 3, 7, 5, 9) << u"SAT01 Form_Load"_s
-                                   << "2026-05-03 07:05:09  SAT01 Form_Load\n"_ba;
-    QTest::newRow("afternoon, 24 hours")
-        << moment(2026, 12, 31, 23, 59, 59) << u"GIR05 tamam"_s << "2026-12-31 23:59:59  GIR05 tamam\n"_ba;
-    QTest::newRow("midnight") << moment(2026, 1, 1, 0, 0, 0) << u"x"_s << "2026-01-01 00:00:00  x\n"_ba;
-    QTest::newRow("empty text") << moment(2026, 5, 3, 7, 5, 9) << QString() << "2026-05-03 07:05:09  \n"_ba;
-    QTest::newRow("signs as they stand") << moment(2026, 5, 3, 7, 5, 9) << u"SATERR db: a%1|b  "_s
-                                         << "2026-05-03 07:05:09  SATERR db: a%1|b  \n"_ba;
-}
 
-void TestTrace::writesOneLineToBothFiles() {
-    QFETCH(const QDateTime, now);
-    QFETCH(const QString, text);
-    QFETCH(const QByteArray, line);
-    ShopFixture fixture;
-    const TempFolder temp;
-    fixture.setNow(now);
-    izyaz(text);
-    QCOMPARE(bytesOf(fixture.file(logName)), line);
-    QCOMPARE(temp.log(), line);
-}
-
-void TestTrace::appends() {
-    ShopFixture fixture;
-    const TempFolder temp;
-    izyaz(u"SAT01 Form_Load"_s);
-    fixture.setNow(QDateTime(QDate(2026, 5, 3), QTime(7, 5, 10)));
-    izyaz(u"SAT02 preDB"_s);
-    const QByteArray both = "2026-05-03 07:05:09  SAT01 Form_Load\n2026-05-03 07:05:10  SAT02 preDB\n"_ba;
-    QCOMPARE(bytesOf(fixture.file(logName)), both);
-    QCOMPARE(temp.log(), both);
-}
-
-void TestTrace::oneFolderForBoth() {
-    const ShopFixture fixture;
-    const TempFolder temp;
-    setApplicationFolder(qEnvironmentVariable("TEMP"));
-    izyaz(u"x"_s);
-    QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n2026-05-03 07:05:09  x\n"_ba);
-}
-
-void TestTrace::applicationFolderIsAFile() {
-    ShopFixture fixture;
-    fixture.makeDatabase();
-    const TempFolder temp;
-    setApplicationFolder(fixture.databaseFile());
-    izyaz(u"x"_s);
-    QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n"_ba);
-    QCOMPARE(bytesOf(fixture.databaseFile()), QByteArray());
-}
-
-void TestTrace::readOnlyApplicationFolder() {
-    const ShopFixture fixture;
-    const TempFolder temp;
-    const QByteArray folder = QFile::encodeName(fixture.folder());
-    QCOMPARE(chmod(folder.constData(), 0555), 0);
-    {
-        const OrdinaryUser user;
-        izyaz(u"x"_s);
+private Q_SLOTS:
+    void writesOneLineToBothFiles_data() {
+        const auto moment = [](int year, int month, int day, int hour, int minute, int second) {
+            return QDateTime(QDate(year, month, day), QTime(hour, minute, second));
+        };
+        addRows<WritesOneLineToBothFilesRow>(
+            {{"leading zeros",
+              {moment(2026, 5, 3, 7, 5, 9), u"SAT01 Form_Load"_s,
+               "2026-05-03 07:05:09  SAT01 Form_Load\n"_ba}},
+             {"afternoon, 24 hours",
+              {moment(2026, 12, 31, 23, 59, 59), u"GIR05 tamam"_s, "2026-12-31 23:59:59  GIR05 tamam\n"_ba}},
+             {"midnight", {moment(2026, 1, 1, 0, 0, 0), u"x"_s, "2026-01-01 00:00:00  x\n"_ba}},
+             {"empty text", {moment(2026, 5, 3, 7, 5, 9), QString(), "2026-05-03 07:05:09  \n"_ba}},
+             {"signs as they stand",
+              {moment(2026, 5, 3, 7, 5, 9), u"SATERR db: a%1|b  "_s,
+               "2026-05-03 07:05:09  SATERR db: a%1|b  \n"_ba}}});
     }
-    QCOMPARE(chmod(folder.constData(), 0700), 0);
-    QCOMPARE(QDir(fixture.folder()).entryList(QDir::Files), QStringList());
-    QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n"_ba);
-}
-
-void TestTrace::readOnlyLog() {
-    const ShopFixture fixture;
-    const TempFolder temp;
-    QVERIFY(QDir(fixture.folder()).mkdir(logName));
-    izyaz(u"x"_s);
-    QVERIFY(QFileInfo(fixture.file(logName)).isDir());
-    QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n"_ba);
-}
-
-void TestTrace::tempIsAFile() {
-    ShopFixture fixture;
-    fixture.makeDatabase();
-    qputenv("TEMP", QFile::encodeName(fixture.databaseFile()));
-    izyaz(u"x"_s);
-    qunsetenv("TEMP");
-    QCOMPARE(bytesOf(fixture.file(logName)), "2026-05-03 07:05:09  x\n"_ba);
-    QCOMPARE(bytesOf(fixture.databaseFile()), QByteArray());
-}
-
-// The second path is then the bare name below the root, where an ordinary user can't write.
-void TestTrace::tempUnset() {
-    const ShopFixture fixture;
-    qunsetenv("TEMP");
-    QCOMPARE(chmod(QFile::encodeName(fixture.folder()).constData(), 0777), 0);
-    const bool stoodThere = QFile::exists(u"/"_s + logName);
-    {
-        const OrdinaryUser user;
-        izyaz(u"x"_s);
+    void writesOneLineToBothFiles() {
+        QFETCH(const WritesOneLineToBothFilesRow, row);
+        ShopFixture fixture;
+        const TempFolder temp;
+        fixture.setNow(row.now);
+        izyaz(row.text);
+        QCOMPARE(bytesOf(fixture.file(logName)), row.line);
+        QCOMPARE(temp.log(), row.line);
     }
-    QCOMPARE(bytesOf(fixture.file(logName)), "2026-05-03 07:05:09  x\n"_ba);
-    QCOMPARE(QFile::exists(u"/"_s + logName), stoodThere);
-}
+
+    void appends() {
+        ShopFixture fixture;
+        const TempFolder temp;
+        izyaz(u"SAT01 Form_Load"_s);
+        fixture.setNow(QDateTime(QDate(2026, 5, 3), QTime(7, 5, 10)));
+        izyaz(u"SAT02 preDB"_s);
+        const QByteArray both = "2026-05-03 07:05:09  SAT01 Form_Load\n2026-05-03 07:05:10  SAT02 preDB\n"_ba;
+        QCOMPARE(bytesOf(fixture.file(logName)), both);
+        QCOMPARE(temp.log(), both);
+    }
+
+    void oneFolderForBoth() {
+        const ShopFixture fixture;
+        const TempFolder temp;
+        setApplicationFolder(qEnvironmentVariable("TEMP"));
+        izyaz(u"x"_s);
+        QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n2026-05-03 07:05:09  x\n"_ba);
+    }
+
+    void applicationFolderIsAFile() {
+        ShopFixture fixture;
+        fixture.makeDatabase();
+        const TempFolder temp;
+        setApplicationFolder(fixture.databaseFile());
+        izyaz(u"x"_s);
+        QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n"_ba);
+        QCOMPARE(bytesOf(fixture.databaseFile()), QByteArray());
+    }
+
+    void readOnlyApplicationFolder() {
+        const ShopFixture fixture;
+        const TempFolder temp;
+        const QByteArray folder = QFile::encodeName(fixture.folder());
+        QCOMPARE(chmod(folder.constData(), 0555), 0);
+        {
+            const OrdinaryUser user;
+            izyaz(u"x"_s);
+        }
+        QCOMPARE(chmod(folder.constData(), 0700), 0);
+        QCOMPARE(QDir(fixture.folder()).entryList(QDir::Files), QStringList());
+        QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n"_ba);
+    }
+
+    void readOnlyLog() {
+        const ShopFixture fixture;
+        const TempFolder temp;
+        QVERIFY(QDir(fixture.folder()).mkdir(logName));
+        izyaz(u"x"_s);
+        QVERIFY(QFileInfo(fixture.file(logName)).isDir());
+        QCOMPARE(temp.log(), "2026-05-03 07:05:09  x\n"_ba);
+    }
+
+    void tempIsAFile() {
+        ShopFixture fixture;
+        fixture.makeDatabase();
+        qputenv("TEMP", QFile::encodeName(fixture.databaseFile()));
+        izyaz(u"x"_s);
+        qunsetenv("TEMP");
+        QCOMPARE(bytesOf(fixture.file(logName)), "2026-05-03 07:05:09  x\n"_ba);
+        QCOMPARE(bytesOf(fixture.databaseFile()), QByteArray());
+    }
+
+    // The second path is then the bare name below the root, where an ordinary user can't write.
+    void tempUnset() {
+        const ShopFixture fixture;
+        qunsetenv("TEMP");
+        QCOMPARE(chmod(QFile::encodeName(fixture.folder()).constData(), 0777), 0);
+        const bool stoodThere = QFile::exists(u"/"_s + logName);
+        {
+            const OrdinaryUser user;
+            izyaz(u"x"_s);
+        }
+        QCOMPARE(bytesOf(fixture.file(logName)), "2026-05-03 07:05:09  x\n"_ba);
+        QCOMPARE(QFile::exists(u"/"_s + logName), stoodThere);
+    }
+};
 
 int main(int argc, char** argv) {
     return runTests<TestTrace>(argc, argv);

@@ -2,7 +2,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <memory>
 #include <optional>
 
 #include "access/frmLogin.h"
@@ -14,10 +13,10 @@
 #include "appearance/toplamtema.h"
 #include "appearance/uyari.h"
 #include "desktop/focus.h"
-#include "runtests.h"
+#include "rows.h"
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
@@ -29,10 +28,29 @@ const char* const loginQuestion = "GİRİŞ EKRANINA DÖNMEK İSTEDİĞİNİZE E
 }  // namespace
 
 /// The tools menu, opened above the sales screen.
-class MenuTest : public QObject {
+class MenuTest : public SalesTest {
     Q_OBJECT
 
-    std::unique_ptr<SalesFixture> m_shop;
+    struct CaptionsRow {
+        QString name, caption, tip;
+    };
+    struct RolesRow {
+        int role;
+        QString disabledOnTheMenu;
+        bool salesLeftAlone;
+    };
+    struct EndOfTheProgramRow {
+        int answer;
+        bool ends;
+    };
+    struct QuestionsRow {
+        QString button, defaultButton;
+    };
+    struct TabOrderRow {
+        int role;
+        QStringList order;
+    };
+
     std::optional<int> m_ended;
 
     Ui::menu& ui() const { return screen<menu>().ui; }
@@ -51,23 +69,16 @@ class MenuTest : public QObject {
 
 private Q_SLOTS:
     void init() {
-        m_shop = std::make_unique<SalesFixture>();
+        SalesTest::init();
         m_ended.reset();
         setProcessEnd([this](int status) { m_ended = status; });
     }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
-    }
 
     void captions_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QString>("tip");
+        QTest::addColumn<CaptionsRow>("row");
         const auto row = [](const char* name, const char* caption, const char* tip = "") {
-            QTest::newRow(name) << QString::fromLatin1(name) << QString::fromUtf8(caption)
-                                << QString::fromUtf8(tip);
+            QTest::newRow(name) << CaptionsRow{QString::fromLatin1(name), QString::fromUtf8(caption),
+                                               QString::fromUtf8(tip)};
         };
         row("vkFrame1", "Menü");
         row("vkCommand1", "TEMALAR");
@@ -79,44 +90,37 @@ private Q_SLOTS:
         row("kapat", "KAPAT");
     }
     void captions() {
-        QFETCH(QString, name);
-        QFETCH(QString, caption);
-        QFETCH(QString, tip);
+        QFETCH(const CaptionsRow, row);
         open(1);
-        const QWidget* found = screen<menu>().findChild<QWidget*>(name);
+        const QWidget* found = screen<menu>().findChild<QWidget*>(row.name);
         QVERIFY(found);
-        QCOMPARE(found->property("caption").toString(), caption);
-        QCOMPARE(found->toolTip(), tip);
-        QCOMPARE(found->accessibleName(), caption);
+        QCOMPARE(found->property("caption").toString(), row.caption);
+        QCOMPARE(found->toolTip(), row.tip);
+        QCOMPARE(found->accessibleName(), row.caption);
         QCOMPARE(screen<menu>().windowTitle(), "MENU");
     }
 
     void roles_data() {
-        QTest::addColumn<int>("role");
-        QTest::addColumn<QString>("disabledOnTheMenu");
-        QTest::addColumn<bool>("salesLeftAlone");
-        QTest::newRow("manager; the users' screen isn't there yet") << 1 << "vkCommand3" << true;
-        QTest::newRow("cashier") << 0 << "vkCommand3 vkCommand4 vkCommand2" << false;
-        QTest::newRow("another value counts as a manager's") << -1 << "vkCommand3" << true;
+        addRows<RolesRow>({{"manager; the users' screen isn't there yet", {1, "vkCommand3", true}},
+                           {"cashier", {0, "vkCommand3 vkCommand4 vkCommand2", false}},
+                           {"another value counts as a manager's", {-1, "vkCommand3", true}}});
     }
     void roles() {
-        QFETCH(int, role);
-        QFETCH(QString, disabledOnTheMenu);
-        QFETCH(bool, salesLeftAlone);
+        QFETCH(const RolesRow, row);
         const QList<vkCommand*> sales{m_shop->ui().vkCommand1, m_shop->ui().vkCommand2,
                                       m_shop->ui().vkCommand3, m_shop->ui().vkCommand4};
         for (QWidget* button : sales)
             button->setEnabled(true);
-        open(role);
+        open(row.role);
         QStringList disabled;
         for (const char* name :
              {"vkCommand1", "vkCommand3", "vkCommand4", "vkCommand5", "vkCommand2", "vkCommand10", "kapat"}) {
             if (!control(name)->isEnabled())
                 disabled.append(QString::fromLatin1(name));
         }
-        QCOMPARE(disabled.join(u' '), disabledOnTheMenu);
-        QCOMPARE(m_shop->ui().vkCommand2->isEnabled(), salesLeftAlone);
-        QCOMPARE(m_shop->ui().vkCommand3->isEnabled(), salesLeftAlone);
+        QCOMPARE(disabled.join(u' '), row.disabledOnTheMenu);
+        QCOMPARE(m_shop->ui().vkCommand2->isEnabled(), row.salesLeftAlone);
+        QCOMPARE(m_shop->ui().vkCommand3->isEnabled(), row.salesLeftAlone);
         QVERIFY(m_shop->ui().vkCommand1->isEnabled());
         QVERIFY(m_shop->ui().vkCommand4->isEnabled());
     }
@@ -148,20 +152,17 @@ private Q_SLOTS:
     }
 
     void endOfTheProgram_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("yes") << MessageBoxAnswer::yes << true;
-        QTest::newRow("no") << MessageBoxAnswer::no << false;
-        QTest::newRow("Escape") << BoxAnswers::escape << false;
+        addRows<EndOfTheProgramRow>({{"yes", {MessageBoxAnswer::yes, true}},
+                                     {"no", {MessageBoxAnswer::no, false}},
+                                     {"Escape", {BoxAnswers::escape, false}}});
     }
     void endOfTheProgram() {
-        QFETCH(int, answer);
-        QFETCH(bool, ends);
+        QFETCH(const EndOfTheProgramRow, row);
         m_shop->scan(goods::bread);
         open(0);
-        m_shop->boxes.expect("Program kapatma", closeQuestion, answer);
+        m_shop->boxes.expect("Program kapatma", closeQuestion, row.answer);
         press(ui().vkCommand10);
-        QCOMPARE(m_ended.has_value(), ends);
+        QCOMPARE(m_ended.has_value(), row.ends);
         QCOMPARE(m_ended.value_or(0), 0);
         QVERIFY(loaded<menu>());
         QVERIFY(screen<menu>().isVisible());
@@ -169,16 +170,11 @@ private Q_SLOTS:
     }
 
     void questions_data() {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("defaultButton");
-        QTest::newRow("the end of the program") << "vkCommand10"
-                                                << "Hayır";
-        QTest::newRow("back to the login") << "vkCommand2"
-                                           << "Evet";
+        addRows<QuestionsRow>({{"the end of the program", {"vkCommand10", "Hayır"}},
+                               {"back to the login", {"vkCommand2", "Evet"}}});
     }
     void questions() {
-        QFETCH(QString, button);
-        QFETCH(QString, defaultButton);
+        QFETCH(const QuestionsRow, row);
         open(1);
         m_shop->boxes.expectAny(BoxAnswers::byHand);
         QStringList captions;
@@ -191,10 +187,10 @@ private Q_SLOTS:
             icon = box.icon();
             box.reject();
         });
-        press(screen<menu>().findChild<QWidget*>(button));
+        press(screen<menu>().findChild<QWidget*>(row.button));
         captions.sort();
         QCOMPARE(captions, (QStringList{"Evet", "Hayır"}));
-        QCOMPARE(preset, defaultButton);
+        QCOMPARE(preset, row.defaultButton);
         QCOMPARE(icon, QMessageBox::Question);
     }
 
@@ -315,23 +311,21 @@ private Q_SLOTS:
     }
 
     void tabOrder_data() {
-        QTest::addColumn<int>("role");
-        QTest::addColumn<QStringList>("order");
-        QTest::newRow("manager") << 1 << QStringList{"kapat",      "vkCommand1",  "vkCommand4", "vkCommand5",
-                                                     "vkCommand2", "vkCommand10", "kapat"};
-        QTest::newRow("cashier") << 0
-                                 << QStringList{"kapat", "vkCommand1", "vkCommand5", "vkCommand10", "kapat"};
+        addRows<TabOrderRow>(
+            {{"manager",
+              {1, QStringList{"kapat", "vkCommand1", "vkCommand4", "vkCommand5", "vkCommand2", "vkCommand10",
+                              "kapat"}}},
+             {"cashier", {0, QStringList{"kapat", "vkCommand1", "vkCommand5", "vkCommand10", "kapat"}}}});
     }
     void tabOrder() {
-        QFETCH(int, role);
-        QFETCH(QStringList, order);
-        open(role);
+        QFETCH(const TabOrderRow, row);
+        open(row.role);
         QStringList found{QApplication::focusWidget()->objectName()};
-        for (int i = 1; i < order.size(); ++i) {
+        for (int i = 1; i < row.order.size(); ++i) {
             m_shop->key(Qt::Key_Tab);
             found.append(QApplication::focusWidget()->objectName());
         }
-        QCOMPARE(found, order);
+        QCOMPARE(found, row.order);
     }
 
     void byKeyboardAlone() {

@@ -1,15 +1,13 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QRegularExpression>
-#include <memory>
 
 #include "app/session.h"
 #include "appearance/menu.h"
 #include "desktop/focus.h"
 #include "desktop/folders.h"
-#include "runtests.h"
 #include "runtime/screenregistry.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
@@ -64,10 +62,8 @@ private:
 }  // namespace
 
 /// What the tools menu has other programs do: the calculator, and the manual by the web button.
-class MenuProgramsTest : public QObject {
+class MenuProgramsTest : public SalesTest {
     Q_OBJECT
-
-    std::unique_ptr<SalesFixture> m_shop;
 
     Ui::menu& ui() const { return screen<menu>().ui; }
 
@@ -78,16 +74,8 @@ class MenuProgramsTest : public QObject {
         if (!QTest::qWaitFor([] { return screen<menu>().isActiveWindow(); }))
             qFatal("the menu doesn't become active");
     }
-    static void press(QWidget& button) { QTest::mouseClick(&button, Qt::LeftButton); }
 
 private Q_SLOTS:
-    void init() { m_shop = std::make_unique<SalesFixture>(); }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
-    }
-
     void calculator_data() {
         QTest::addColumn<QStringList>("installed");
         QTest::addColumn<QByteArray>("started");

@@ -47,231 +47,215 @@ private Q_SLOTS:
     void init() { m_shop.emplace(); }
     void cleanup() { m_shop.reset(); }
 
-    void load();
-    void timersTick();
-    void ticksTellTheTime();
-    void screenShowsTheHands();
-    void sweepPaintsTheMiddleOnly();
-    void ticksLeaveNothingBehind();
-    void followsTheSize();
-    void ticksDontGrow();
-
-    void closes_data();
-    void closes();
-    void staysOpen_data();
-    void staysOpen();
-    void givesTheFocusBack_data() { closes_data(); }
-    void givesTheFocusBack();
-};
-
-void TestClock::load() {
-    m_shop->setNow(QDateTime(QDate(2026, 5, 3), QTime(13, 5, 9)));
-    const saatt& clock = screen<saatt>();
-    QCOMPARE(clock.Timer1.interval(), 1000);
-    QCOMPARE(clock.Timer2.interval(), 10);
-    QCOMPARE(clock.windowTitle(), u"Saat"_s);
-    QCOMPARE(clock.sizeHint(), QSize(240, 240));
-    QCOMPARE(clock.accessibleName(), u"13:05"_s);
-    // The hands come with the first tick.
-    for (const HandLine& line : clock.hands().hands())
-        QCOMPARE(line.end, QPointF());
-    QCOMPARE(clock.hands().c(), 0);
-}
-
-void TestClock::timersTick() {
-    m_shop->setNow(QDateTime(QDate(2026, 5, 3), QTime(3, 15)));
-    saatt& clock = screen<saatt>();
-    showInFront(clock);
-    QTRY_VERIFY(clock.hands().c() >= 3);
-    QCOMPARE(clock.hands().hands()[2].end, QPointF());
-    QTRY_COMPARE(clock.hands().hands()[2].end, QPointF(18, 0));
-    QCOMPARE(clock.hands().hands()[0].end, QPointF());
-    QTRY_COMPARE(clock.hands().hands()[0].end, QPointF(18, 0));
-}
-
-void TestClock::ticksTellTheTime() {
-    saatt& clock = openStill();
-    tickAt(clock, 0, 0);
-    QCOMPARE(clock.accessibleName(), u"00:00"_s);
-    tickAt(clock, 23, 59);
-    QCOMPARE(clock.accessibleName(), u"23:59"_s);
-}
-
-void TestClock::screenShowsTheHands() {
-    saatt& clock = openStill();
-    clock.resize(240, 240);
-    tickAt(clock, 9, 58);
-    tickAt(clock, 10, 2);
-    Q_EMIT clock.Timer2.tick();
-    const QImage image = clock.grab().toImage();
-    QCOMPARE(image.devicePixelRatio(), scaleFactor());
-    QCOMPARE(image.size(), (QSizeF(240, 240) * scaleFactor()).toSize());
-    for (const HandLine& line : clock.hands().hands())
-        QVERIFY(endsAt(image, clock.dial(), line.end, colorOf(line.color)));
-    QVERIFY(endsAt(image, clock.dial(), clock.hands().sweep()[1].end, green));
-}
-
-void TestClock::sweepPaintsTheMiddleOnly() {
-    saatt& clock = openStill();
-    tickAt(clock, 9, 58);
-    QCoreApplication::processEvents();
-    PaintCounter paintings(clock);
-    Q_EMIT clock.Timer2.tick();
-    QTRY_COMPARE(paintings.count(), 1);
-    const QRect middle = paintings.region().boundingRect();
-    for (int c = 0; c < 360; ++c) {
-        const QPointF tip = clock.dial().at(handEnd(sweepAngle(c), 3));
-        QVERIFY(QRectF(middle).contains(QRectF(tip - QPointF(1, 1), QSizeF(2, 2))));
+    void load() {
+        m_shop->setNow(QDateTime(QDate(2026, 5, 3), QTime(13, 5, 9)));
+        const saatt& clock = screen<saatt>();
+        QCOMPARE(clock.Timer1.interval(), 1000);
+        QCOMPARE(clock.Timer2.interval(), 10);
+        QCOMPARE(clock.windowTitle(), u"Saat"_s);
+        QCOMPARE(clock.sizeHint(), QSize(240, 240));
+        QCOMPARE(clock.accessibleName(), u"13:05"_s);
+        // The hands come with the first tick.
+        for (const HandLine& line : clock.hands().hands())
+            QCOMPARE(line.end, QPointF());
+        QCOMPARE(clock.hands().c(), 0);
     }
-    QVERIFY(middle.width() * middle.height() * 25 < clock.width() * clock.height());
 
-    paintings.reset();
-    tickAt(clock, 9, 59);
-    QTRY_COMPARE(paintings.count(), 1);
-    const QRect hands = paintings.region().boundingRect();
-    for (int minute = 0; minute < 60; ++minute)
-        QVERIFY(QRectF(hands).contains(clock.dial().at(handEnd(minuteAngle(minute), 18))));
-}
+    void timersTick() {
+        m_shop->setNow(QDateTime(QDate(2026, 5, 3), QTime(3, 15)));
+        saatt& clock = screen<saatt>();
+        showInFront(clock);
+        QTRY_VERIFY(clock.hands().c() >= 3);
+        QCOMPARE(clock.hands().hands()[2].end, QPointF());
+        QTRY_COMPARE(clock.hands().hands()[2].end, QPointF(18, 0));
+        QCOMPARE(clock.hands().hands()[0].end, QPointF());
+        QTRY_COMPARE(clock.hands().hands()[0].end, QPointF(18, 0));
+    }
 
-void TestClock::ticksLeaveNothingBehind() {
-    saatt& clock = openStill();
-    const auto leavesNothing = [&clock] {
-        QCoreApplication::processEvents();
-        QScreen& display = *clock.QWidget::screen();
-        const QImage byTicks = display.grabWindow(clock.winId(), 0, 0, clock.width(), clock.height())
-                                   .toImage()
-                                   .convertToFormat(QImage::Format_RGB32);
-        // On a display of double density the headless platform gives a quarter of the window, with the centre
-        // at its corner.
-        const QImage whole =
-            clock.grab().toImage().copy(byTicks.rect()).convertToFormat(QImage::Format_RGB32);
-        return byTicks.width() >= 240 && byTicks == whole;
-    };
-    for (int tick = 0; tick < 130; ++tick) {
+    void ticksTellTheTime() {
+        saatt& clock = openStill();
+        tickAt(clock, 0, 0);
+        QCOMPARE(clock.accessibleName(), u"00:00"_s);
+        tickAt(clock, 23, 59);
+        QCOMPARE(clock.accessibleName(), u"23:59"_s);
+    }
+
+    void screenShowsTheHands() {
+        saatt& clock = openStill();
+        clock.resize(240, 240);
+        tickAt(clock, 9, 58);
+        tickAt(clock, 10, 2);
         Q_EMIT clock.Timer2.tick();
-        QCoreApplication::processEvents();
-    }
-    QVERIFY(leavesNothing());
-    for (int minute = 0; minute < 60; minute += 7) {
-        tickAt(clock, minute / 3, minute);
-        QVERIFY(leavesNothing());
-    }
-}
-
-void TestClock::followsTheSize() {
-    saatt& clock = openStill();
-    tickAt(clock, 10, 2);
-    tickAt(clock, 10, 2);
-    for (const QSize size : {QSize(120, 120), QSize(300, 200), QSize(480, 480)}) {
-        clock.resize(size);
-        QCOMPARE(clock.size(), size);
         const QImage image = clock.grab().toImage();
-        const QPointF tip = QPointF(size.width(), size.height()) / 2 +
-                            QPointF(0.2079, -0.9781) * (17.6 / 52 * std::min(size.width(), size.height()));
-        QVERIFY(shows(image, tip, red));
+        QCOMPARE(image.devicePixelRatio(), scaleFactor());
+        QCOMPARE(image.size(), (QSizeF(240, 240) * scaleFactor()).toSize());
+        for (const HandLine& line : clock.hands().hands())
+            QVERIFY(endsAt(image, clock.dial(), line.end, colorOf(line.color)));
+        QVERIFY(endsAt(image, clock.dial(), clock.hands().sweep()[1].end, green));
     }
-    clock.resize(10, 10);
-    QCOMPARE(clock.size(), QSize(120, 120));
-}
 
-void TestClock::ticksDontGrow() {
-    saatt& clock = openStill();
-    const auto ticks = [&](int count) {
-        for (int tick = 0; tick < count; ++tick) {
+    void sweepPaintsTheMiddleOnly() {
+        saatt& clock = openStill();
+        tickAt(clock, 9, 58);
+        QCoreApplication::processEvents();
+        PaintCounter paintings(clock);
+        Q_EMIT clock.Timer2.tick();
+        QTRY_COMPARE(paintings.count(), 1);
+        const QRect middle = paintings.region().boundingRect();
+        for (int c = 0; c < 360; ++c) {
+            const QPointF tip = clock.dial().at(handEnd(sweepAngle(c), 3));
+            QVERIFY(QRectF(middle).contains(QRectF(tip - QPointF(1, 1), QSizeF(2, 2))));
+        }
+        QVERIFY(middle.width() * middle.height() * 25 < clock.width() * clock.height());
+
+        paintings.reset();
+        tickAt(clock, 9, 59);
+        QTRY_COMPARE(paintings.count(), 1);
+        const QRect hands = paintings.region().boundingRect();
+        for (int minute = 0; minute < 60; ++minute)
+            QVERIFY(QRectF(hands).contains(clock.dial().at(handEnd(minuteAngle(minute), 18))));
+    }
+
+    void ticksLeaveNothingBehind() {
+        saatt& clock = openStill();
+        const auto leavesNothing = [&clock] {
+            QCoreApplication::processEvents();
+            QScreen& display = *clock.QWidget::screen();
+            const QImage byTicks = display.grabWindow(clock.winId(), 0, 0, clock.width(), clock.height())
+                                       .toImage()
+                                       .convertToFormat(QImage::Format_RGB32);
+            // On a display of double density the headless platform gives a quarter of the window, with the
+            // centre at its corner.
+            const QImage whole =
+                clock.grab().toImage().copy(byTicks.rect()).convertToFormat(QImage::Format_RGB32);
+            return byTicks.width() >= 240 && byTicks == whole;
+        };
+        for (int tick = 0; tick < 130; ++tick) {
             Q_EMIT clock.Timer2.tick();
-            if (tick % 100 == 0)
-                tickAt(clock, tick / 500 % 24, tick / 100 % 60);
             QCoreApplication::processEvents();
         }
-    };
-    ticks(1000);
-    const qint64 picture = clock.dial().picture().cacheKey();
-    const auto children = clock.children().size();
-    const size_t held = mallinfo2().uordblks;
-    ticks(10'000);
-    QCOMPARE(clock.hands().c(), 11'000 % 360);
-    QCOMPARE(clock.dial().picture().cacheKey(), picture);
-    QCOMPARE(clock.children().size(), children);
-    if (held == 0)
-        QSKIP("this build's allocator doesn't say what it holds");
-    const size_t holds = mallinfo2().uordblks;
-    QVERIFY2(holds < held + 16 * 1024, qPrintable(u"%1 bytes more"_s.arg(holds - held)));
-}
+        QVERIFY(leavesNothing());
+        for (int minute = 0; minute < 60; minute += 7) {
+            tickAt(clock, minute / 3, minute);
+            QVERIFY(leavesNothing());
+        }
+    }
 
-void TestClock::closes_data() {
-    QTest::addColumn<std::function<void(saatt&)>>("close");
-    const auto row = [](const char* name, const std::function<void(saatt&)>& close) {
-        QTest::newRow(name) << close;
-    };
-    row("click on the dial", [](saatt& clock) { QTest::mouseClick(&clock, Qt::LeftButton); });
-    row("click in a corner",
-        [](saatt& clock) { QTest::mouseClick(&clock, Qt::LeftButton, {}, QPoint(2, 2)); });
-    row("Escape", [](saatt& clock) { QTest::keyClick(&clock, Qt::Key_Escape); });
-    row("close button", [](saatt& clock) { clock.close(); });
-}
+    void followsTheSize() {
+        saatt& clock = openStill();
+        tickAt(clock, 10, 2);
+        tickAt(clock, 10, 2);
+        for (const QSize size : {QSize(120, 120), QSize(300, 200), QSize(480, 480)}) {
+            clock.resize(size);
+            QCOMPARE(clock.size(), size);
+            const QImage image = clock.grab().toImage();
+            const QPointF tip =
+                QPointF(size.width(), size.height()) / 2 +
+                QPointF(0.2079, -0.9781) * (17.6 / 52 * std::min(size.width(), size.height()));
+            QVERIFY(shows(image, tip, red));
+        }
+        clock.resize(10, 10);
+        QCOMPARE(clock.size(), QSize(120, 120));
+    }
 
-void TestClock::closes() {
-    QFETCH(const std::function<void(saatt&)>, close);
-    saatt& clock = screen<saatt>();
-    const QPointer<saatt> alive = &clock;
-    showInFront(clock);
-    QVERIFY(QTest::qWaitForWindowActive(&clock));
-    QTRY_VERIFY(clock.hands().c() > 0);
-    close(clock);
-    QVERIFY(!loaded<saatt>());
-    QVERIFY(!loaded<satisekrani>());  // asked for, never loaded
-    QVERIFY(alive);
-    QVERIFY(!clock.isVisible());
-    QCOMPARE(clock.Timer1.interval(), 0);
-    QCOMPARE(clock.Timer2.interval(), 0);
-    QTRY_VERIFY(!alive);
-    QCOMPARE(screen<saatt>().hands().c(), 0);
-    QCOMPARE(screen<saatt>().Timer2.interval(), 10);
-}
+    void ticksDontGrow() {
+        saatt& clock = openStill();
+        const auto ticks = [&](int count) {
+            for (int tick = 0; tick < count; ++tick) {
+                Q_EMIT clock.Timer2.tick();
+                if (tick % 100 == 0)
+                    tickAt(clock, tick / 500 % 24, tick / 100 % 60);
+                QCoreApplication::processEvents();
+            }
+        };
+        ticks(1000);
+        const qint64 picture = clock.dial().picture().cacheKey();
+        const auto children = clock.children().size();
+        const size_t held = mallinfo2().uordblks;
+        ticks(10'000);
+        QCOMPARE(clock.hands().c(), 11'000 % 360);
+        QCOMPARE(clock.dial().picture().cacheKey(), picture);
+        QCOMPARE(clock.children().size(), children);
+        if (held == 0)
+            QSKIP("this build's allocator doesn't say what it holds");
+        const size_t holds = mallinfo2().uordblks;
+        QVERIFY2(holds < held + 16 * 1024, qPrintable(u"%1 bytes more"_s.arg(holds - held)));
+    }
 
-void TestClock::staysOpen_data() {
-    QTest::addColumn<std::function<void(saatt&)>>("act");
-    const auto row = [](const char* name, const std::function<void(saatt&)>& act) {
-        QTest::newRow(name) << act;
-    };
-    row("the release of the press that opened it",
-        [](saatt& clock) { QTest::mouseRelease(&clock, Qt::LeftButton); });
-    row("press alone", [](saatt& clock) { QTest::mousePress(&clock, Qt::LeftButton); });
-    row("right button", [](saatt& clock) { QTest::mouseClick(&clock, Qt::RightButton); });
-    row("released outside", [](saatt& clock) {
-        QTest::mousePress(&clock, Qt::LeftButton);
-        QTest::mouseRelease(&clock, Qt::LeftButton, {}, QPoint(-5, 20));
-    });
-    row("another key", [](saatt& clock) { QTest::keyClick(&clock, Qt::Key_1); });
-}
+    void closes_data() {
+        QTest::addColumn<std::function<void(saatt&)>>("close");
+        const auto row = [](const char* name, const std::function<void(saatt&)>& close) {
+            QTest::newRow(name) << close;
+        };
+        row("click on the dial", [](saatt& clock) { QTest::mouseClick(&clock, Qt::LeftButton); });
+        row("click in a corner",
+            [](saatt& clock) { QTest::mouseClick(&clock, Qt::LeftButton, {}, QPoint(2, 2)); });
+        row("Escape", [](saatt& clock) { QTest::keyClick(&clock, Qt::Key_Escape); });
+        row("close button", [](saatt& clock) { clock.close(); });
+    }
+    void closes() {
+        QFETCH(const std::function<void(saatt&)>, close);
+        saatt& clock = screen<saatt>();
+        const QPointer<saatt> alive = &clock;
+        showInFront(clock);
+        QVERIFY(QTest::qWaitForWindowActive(&clock));
+        QTRY_VERIFY(clock.hands().c() > 0);
+        close(clock);
+        QVERIFY(!loaded<saatt>());
+        QVERIFY(!loaded<satisekrani>());  // asked for, never loaded
+        QVERIFY(alive);
+        QVERIFY(!clock.isVisible());
+        QCOMPARE(clock.Timer1.interval(), 0);
+        QCOMPARE(clock.Timer2.interval(), 0);
+        QTRY_VERIFY(!alive);
+        QCOMPARE(screen<saatt>().hands().c(), 0);
+        QCOMPARE(screen<saatt>().Timer2.interval(), 10);
+    }
 
-void TestClock::staysOpen() {
-    QFETCH(const std::function<void(saatt&)>, act);
-    saatt& clock = screen<saatt>();
-    showInFront(clock);
-    QVERIFY(QTest::qWaitForWindowActive(&clock));
-    act(clock);
-    QVERIFY(loaded<saatt>());
-    QVERIFY(clock.isVisible());
-    QCOMPARE(clock.Timer1.interval(), 1000);
-    QCOMPARE(clock.Timer2.interval(), 10);
-}
+    void staysOpen_data() {
+        QTest::addColumn<std::function<void(saatt&)>>("act");
+        const auto row = [](const char* name, const std::function<void(saatt&)>& act) {
+            QTest::newRow(name) << act;
+        };
+        row("the release of the press that opened it",
+            [](saatt& clock) { QTest::mouseRelease(&clock, Qt::LeftButton); });
+        row("press alone", [](saatt& clock) { QTest::mousePress(&clock, Qt::LeftButton); });
+        row("right button", [](saatt& clock) { QTest::mouseClick(&clock, Qt::RightButton); });
+        row("released outside", [](saatt& clock) {
+            QTest::mousePress(&clock, Qt::LeftButton);
+            QTest::mouseRelease(&clock, Qt::LeftButton, {}, QPoint(-5, 20));
+        });
+        row("another key", [](saatt& clock) { QTest::keyClick(&clock, Qt::Key_1); });
+    }
+    void staysOpen() {
+        QFETCH(const std::function<void(saatt&)>, act);
+        saatt& clock = screen<saatt>();
+        showInFront(clock);
+        QVERIFY(QTest::qWaitForWindowActive(&clock));
+        act(clock);
+        QVERIFY(loaded<saatt>());
+        QVERIFY(clock.isVisible());
+        QCOMPARE(clock.Timer1.interval(), 1000);
+        QCOMPARE(clock.Timer2.interval(), 10);
+    }
 
-void TestClock::givesTheFocusBack() {
-    QFETCH(const std::function<void(saatt&)>, close);
-    m_shop.reset();
-    const SalesFixture shop;
-    shop.ui().adet->setFocus();
-    saatt& clock = screen<saatt>();
-    showInFront(clock);
-    QVERIFY(QTest::qWaitForWindowActive(&clock));
-    close(clock);
-    QTRY_VERIFY(shop.ui().barkod->hasFocus());
-    QVERIFY(shop.sales().isActiveWindow());
-    shop.scan(goods::bread);
-    QCOMPARE(shop.lines(), 1);
-    QVERIFY(allAnswered(shop.boxes));
-}
+    void givesTheFocusBack_data() { closes_data(); }
+    void givesTheFocusBack() {
+        QFETCH(const std::function<void(saatt&)>, close);
+        m_shop.reset();
+        const SalesFixture shop;
+        shop.ui().adet->setFocus();
+        saatt& clock = screen<saatt>();
+        showInFront(clock);
+        QVERIFY(QTest::qWaitForWindowActive(&clock));
+        close(clock);
+        QTRY_VERIFY(shop.ui().barkod->hasFocus());
+        QVERIFY(shop.sales().isActiveWindow());
+        shop.scan(goods::bread);
+        QCOMPARE(shop.lines(), 1);
+        QVERIFY(allAnswered(shop.boxes));
+    }
+};
 
 int main(int argc, char** argv) {
     return runTests<TestClock>(argc, argv);

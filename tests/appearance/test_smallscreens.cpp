@@ -1,13 +1,11 @@
 #include <QPointer>
-#include <memory>
 
 #include "appearance/ekoz.h"
 #include "appearance/hallimzda.h"
 #include "appearance/uyari.h"
 #include "desktop/focus.h"
-#include "runtests.h"
 #include "runtime/screenregistry.h"
-#include "salesfixture.h"
+#include "salestest.h"
 
 using namespace kovanix;
 
@@ -51,19 +49,10 @@ void rows() {
 Q_DECLARE_METATYPE(Which)
 
 /// The about screen, the extra features and the brief notice.
-class SmallScreensTest : public QObject {
+class SmallScreensTest : public SalesTest {
     Q_OBJECT
 
-    std::unique_ptr<SalesFixture> m_shop;
-
 private Q_SLOTS:
-    void init() { m_shop = std::make_unique<SalesFixture>(); }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
-    }
-
     // All of them.
 
     void closing_data() {

@@ -7,6 +7,7 @@
 #include "appearance/toplamtema.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/screensize.h"
+#include "rows.h"
 #include "runtests.h"
 #include "themefixture.h"
 #include "widgets/controlcolor.h"
@@ -47,258 +48,240 @@ private:
 class TestTema : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void everyControlOfTheTableStands();
-    void pressPaintsTheTable_data();
-    void pressPaintsTheTable();
-    void untouchedRowsStay();
-    void privateTotalStays_data();
-    void privateTotalStays();
-    void valuesComeFromTheFile();
-    void asksEachTime_data();
-    void asksEachTime();
-    void firstPictureNeverAsks();
-    void questionAsItLooks();
-    void silencePaintsAndNoMore_data();
-    void silencePaintsAndNoMore();
-    void noChangesNothing_data();
-    void noChangesNothing();
-    void keyIsWrittenBeforeOrBehind_data();
-    void keyIsWrittenBeforeOrBehind();
-};
-
-void TestTema::everyControlOfTheTableStands() {
-    const ThemeFixture fixture;
-    QStringList missing;
-    for (const PaletteLine& line : paletteLines()) {
-        if (!fixture.sales().findChild<QWidget*>(line.control) && !missing.contains(line.control))
-            missing.append(line.control);
-    }
-    QStringList expected;
-    for (int i = 8; i <= 32; ++i)
-        expected.append(u"kisayol_"_s + QString::number(i));
-    QCOMPARE(missing, expected);
-}
-
-void TestTema::pressPaintsTheTable_data() {
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("stored");
-    QTest::newRow("resim1 stores 0") << 1 << u"0"_s;
-    QTest::newRow("resim2") << 2 << u"2"_s;
-    QTest::newRow("resim3") << 3 << u"3"_s;
-    QTest::newRow("resim4") << 4 << u"4"_s;
-}
-
-void TestTema::pressPaintsTheTable() {
-    QFETCH(const int, number);
-    QFETCH(const QString, stored);
-    ThemeFixture fixture;
-    // From another look, so that nothing is right beforehand by chance.
-    fixture.pressPicture(number == 3 ? 4 : 3);
-    QVERIFY(!fixture.differences(number).isEmpty());
-    fixture.pressPicture(number);
-    QCOMPARE(fixture.differences(number), QString());
-    QCOMPARE(fixture.key(u"tema"_s), stored);
-    QCOMPARE(fixture.beeps, 2);
-    QVERIFY(loaded<tema>());
-    QVERIFY(fixture.themes().isVisible());
-    QVERIFY(allAnswered(fixture.boxes));
-}
-
-void TestTema::untouchedRowsStay() {
-    ThemeFixture fixture;
-    const auto colours = [&]() -> QString {
-        return fixture.colour(u"Label4_8"_s, u"BackColor"_s) + fixture.colour(u"Label4_8"_s, u"ForeColor"_s);
+    struct PressPaintsTheTableRow {
+        int number;
+        QString stored;
     };
-    const QString dark = u"#404040#ffffff"_s;
-    fixture.pressPicture(3);
-    QCOMPARE(colours(), dark);
-    fixture.pressPicture(1);
-    QCOMPARE(colours(), dark);
-    fixture.pressPicture(2);
-    QCOMPARE(colours(), dark);
-    fixture.pressPicture(4);
-    QCOMPARE(colours(), u"#ffffff#000000"_s);
-    fixture.pressPicture(1);
-    QCOMPARE(colours(), u"#ffffff#000000"_s);
-}
+    struct PrivateTotalStaysRow {
+        QByteArray keys;
+        bool stays;
+    };
+    struct KeyIsWrittenBeforeOrBehindRow {
+        int number;
+        QString meanwhile;
+    };
 
-void TestTema::privateTotalStays_data() {
-    QTest::addColumn<QByteArray>("keys");
-    QTest::addColumn<bool>("stays");
-    QTest::newRow("1: private") << "toplamtemadegisken=1\n"_ba << true;
-    QTest::newRow("0: the palette's") << "toplamtemadegisken=0\n"_ba << false;
-    QTest::newRow("missing: the palette's") << "temaac=0\n"_ba << false;
-    QTest::newRow("2: neither") << "toplamtemadegisken=2\n"_ba << true;
-    QTest::newRow("a saved set doesn't matter here") << "toplamtemadegisken=0\nsonrenk=2\n"_ba << false;
-}
-
-void TestTema::privateTotalStays() {
-    QFETCH(const QByteArray, keys);
-    QFETCH(const bool, stays);
-    const ThemeFixture fixture(keys);
-    const QStringList expected[]{{u"#0000c0"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s},
-                                 {u"#ff0000"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s},
-                                 {u"#00ff00"_s, u"#000000"_s, u"#000000"_s, u"#000000"_s, u"#000000"_s},
-                                 {u"#c000c0"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s}};
-    vkToggleButton& total = *fixture.ui().toplam;
-    for (int number = 1; number <= 4; ++number) {
-        total.setForecolor(QColor(1, 2, 3));
-        total.setBackcolor1(QColor(4, 5, 6));
-        total.setBackcolor2(QColor(7, 8, 9));
-        total.setBackcolorpushed1(QColor(10, 11, 12));
-        total.setBackcolorpushed2(QColor(13, 14, 15));
-        const QStringList own = totalColours(fixture);
-        fixture.pressPicture(number);
-        QCOMPARE(totalColours(fixture), stays ? own : expected[number - 1]);
+private Q_SLOTS:
+    void everyControlOfTheTableStands() {
+        const ThemeFixture fixture;
+        QStringList missing;
+        for (const PaletteLine& line : paletteLines()) {
+            if (!fixture.sales().findChild<QWidget*>(line.control) && !missing.contains(line.control))
+                missing.append(line.control);
+        }
+        QStringList expected;
+        for (int i = 8; i <= 32; ++i)
+            expected.append(u"kisayol_"_s + QString::number(i));
+        QCOMPARE(missing, expected);
     }
-}
 
-void TestTema::valuesComeFromTheFile() {
-    const ThemeFixture fixture("sonrenk=2\ntoplamtemadegisken=0\n");
-    for (int number = 1; number <= 4; ++number) {
-        sonrenk = 77;
-        toplamtemadegisken = 1;
-        kayitgetir1 = 55;
-        fixture.ui().toplam->setForecolor(QColor(1, 2, 3));
-        fixture.pressPicture(number);
-        QCOMPARE(sonrenk, 2);
-        QCOMPARE(toplamtemadegisken, 0);
-        QCOMPARE(kayitgetir1, 55);
-        QVERIFY(fixture.ui().toplam->forecolor() != QColor(1, 2, 3));
+    void pressPaintsTheTable_data() {
+        addRows<PressPaintsTheTableRow>({{"resim1 stores 0", {1, u"0"_s}},
+                                         {"resim2", {2, u"2"_s}},
+                                         {"resim3", {3, u"3"_s}},
+                                         {"resim4", {4, u"4"_s}}});
     }
-}
-
-void TestTema::asksEachTime_data() {
-    QTest::addColumn<int>("number");
-    for (int number = 2; number <= 4; ++number)
-        QTest::addRow("resim%d", number) << number;
-}
-
-void TestTema::asksEachTime() {
-    QFETCH(const int, number);
-    ThemeFixture fixture("temaac=1\n");
-    for (int press = 1; press <= 3; ++press) {
-        fixture.expectQuestion(MessageBoxAnswer::yes);
-        fixture.pressPicture(number);
-        QCOMPARE(fixture.boxes.answered(), press);
-        QCOMPARE(fixture.beeps, press);
+    void pressPaintsTheTable() {
+        QFETCH(const PressPaintsTheTableRow, row);
+        ThemeFixture fixture;
+        // From another look, so that nothing is right beforehand by chance.
+        fixture.pressPicture(row.number == 3 ? 4 : 3);
+        QVERIFY(!fixture.differences(row.number).isEmpty());
+        fixture.pressPicture(row.number);
+        QCOMPARE(fixture.differences(row.number), QString());
+        QCOMPARE(fixture.key(u"tema"_s), row.stored);
+        QCOMPARE(fixture.beeps, 2);
+        QVERIFY(loaded<tema>());
+        QVERIFY(fixture.themes().isVisible());
+        QVERIFY(allAnswered(fixture.boxes));
     }
-    QCOMPARE(fixture.differences(number), QString());
-    QCOMPARE(fixture.key(u"tema"_s), QString::number(number));
-    QVERIFY(allAnswered(fixture.boxes));
-}
 
-void TestTema::firstPictureNeverAsks() {
-    ThemeFixture fixture("temaac=1\ntema=4\n");
-    for (int press = 1; press <= 3; ++press) {
+    void untouchedRowsStay() {
+        ThemeFixture fixture;
+        const auto colours = [&]() -> QString {
+            return fixture.colour(u"Label4_8"_s, u"BackColor"_s) +
+                   fixture.colour(u"Label4_8"_s, u"ForeColor"_s);
+        };
+        const QString dark = u"#404040#ffffff"_s;
+        fixture.pressPicture(3);
+        QCOMPARE(colours(), dark);
         fixture.pressPicture(1);
-        QCOMPARE(fixture.key(u"tema"_s), u"0"_s);
-        QCOMPARE(fixture.beeps, press);
+        QCOMPARE(colours(), dark);
+        fixture.pressPicture(2);
+        QCOMPARE(colours(), dark);
+        fixture.pressPicture(4);
+        QCOMPARE(colours(), u"#ffffff#000000"_s);
+        fixture.pressPicture(1);
+        QCOMPARE(colours(), u"#ffffff#000000"_s);
     }
-    QCOMPARE(fixture.differences(1), QString());
-    QCOMPARE(fixture.boxes.answered(), 0);
-    QVERIFY(allAnswered(fixture.boxes));
-}
 
-void TestTema::questionAsItLooks() {
-    ThemeFixture fixture("temaac=1\n");
-    fixture.expectQuestion(MessageBoxAnswer::yes);
-    int opened = 0;
-    connect(&fixture.boxes, &BoxAnswers::opened, this, [&](QMessageBox& box) {
-        ++opened;
-        QCOMPARE(fixture.beeps, 1);  // the sound comes before the question
-        QCOMPARE(fixture.key(u"tema"_s), QString());
-        QCOMPARE(box.icon(), QMessageBox::Warning);
-        QStringList buttons;
-        for (const QAbstractButton* button : box.buttons())
-            buttons.append(button->text());
-        buttons.sort();
-        QCOMPARE(buttons, (QStringList{u"Evet"_s, u"Hayır"_s}));
-        QVERIFY(box.defaultButton());
-        QCOMPARE(box.defaultButton()->text(), u"Evet"_s);
-    });
-    fixture.pressPicture(2);
-    QCOMPARE(opened, 1);
-    QVERIFY(allAnswered(fixture.boxes));
-}
-
-void TestTema::silencePaintsAndNoMore_data() {
-    QTest::addColumn<int>("number");
-    for (int number = 1; number <= 4; ++number)
-        QTest::addRow("resim%d", number) << number;
-}
-
-void TestTema::silencePaintsAndNoMore() {
-    QFETCH(const int, number);
-    const QByteArray keys = "temaac=1\ntema=9\n";
-    const ThemeFixture fixture(keys);
-    paintPalette(fixture.sales(), number == 3 ? Palette::resim4 : Palette::resim3);
-    temasessiz = true;
-    fixture.pressPicture(number);
-    temasessiz = false;
-    QCOMPARE(fixture.differences(number), QString());
-    QCOMPARE(fixture.config(), "[ayar]\n" + keys);
-    QCOMPARE(fixture.beeps, 0);
-    QVERIFY(allAnswered(fixture.boxes));
-}
-
-void TestTema::noChangesNothing_data() {
-    QTest::addColumn<int>("number");
-    QTest::addColumn<int>("answer");
-    for (int number = 2; number <= 4; ++number) {
-        QTest::addRow("resim%d, no", number) << number << MessageBoxAnswer::no;
-        QTest::addRow("resim%d, Escape", number) << number << BoxAnswers::escape;
+    void privateTotalStays_data() {
+        addRows<PrivateTotalStaysRow>(
+            {{"1: private", {"toplamtemadegisken=1\n"_ba, true}},
+             {"0: the palette's", {"toplamtemadegisken=0\n"_ba, false}},
+             {"missing: the palette's", {"temaac=0\n"_ba, false}},
+             {"2: neither", {"toplamtemadegisken=2\n"_ba, true}},
+             {"a saved set doesn't matter here", {"toplamtemadegisken=0\nsonrenk=2\n"_ba, false}}});
     }
-}
+    void privateTotalStays() {
+        QFETCH(const PrivateTotalStaysRow, row);
+        const ThemeFixture fixture(row.keys);
+        const QStringList expected[]{{u"#0000c0"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s},
+                                     {u"#ff0000"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s},
+                                     {u"#00ff00"_s, u"#000000"_s, u"#000000"_s, u"#000000"_s, u"#000000"_s},
+                                     {u"#c000c0"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s, u"#ffffff"_s}};
+        vkToggleButton& total = *fixture.ui().toplam;
+        for (int number = 1; number <= 4; ++number) {
+            total.setForecolor(QColor(1, 2, 3));
+            total.setBackcolor1(QColor(4, 5, 6));
+            total.setBackcolor2(QColor(7, 8, 9));
+            total.setBackcolorpushed1(QColor(10, 11, 12));
+            total.setBackcolorpushed2(QColor(13, 14, 15));
+            const QStringList own = totalColours(fixture);
+            fixture.pressPicture(number);
+            QCOMPARE(totalColours(fixture), row.stays ? own : expected[number - 1]);
+        }
+    }
 
-void TestTema::noChangesNothing() {
-    QFETCH(const int, number);
-    QFETCH(const int, answer);
-    ThemeFixture fixture("temaac=1\ntema=0\nsonrenk=1\n");
-    fixture.pressPicture(1);
-    const QByteArray file = fixture.config();
-    sonrenk = 77;
-    toplamtemadegisken = 66;
-    fixture.expectQuestion(answer);
-    fixture.pressPicture(number);
-    QCOMPARE(fixture.differences(1), QString());
-    QCOMPARE(fixture.config(), file);
-    QCOMPARE(sonrenk, 77);
-    QCOMPARE(toplamtemadegisken, 66);
-    QVERIFY(fixture.picture(1).chosen());
-    QVERIFY(!fixture.picture(number).chosen());
-    QVERIFY(allAnswered(fixture.boxes));
-}
+    void valuesComeFromTheFile() {
+        const ThemeFixture fixture("sonrenk=2\ntoplamtemadegisken=0\n");
+        for (int number = 1; number <= 4; ++number) {
+            sonrenk = 77;
+            toplamtemadegisken = 1;
+            kayitgetir1 = 55;
+            fixture.ui().toplam->setForecolor(QColor(1, 2, 3));
+            fixture.pressPicture(number);
+            QCOMPARE(sonrenk, 2);
+            QCOMPARE(toplamtemadegisken, 0);
+            QCOMPARE(kayitgetir1, 55);
+            QVERIFY(fixture.ui().toplam->forecolor() != QColor(1, 2, 3));
+        }
+    }
 
-void TestTema::keyIsWrittenBeforeOrBehind_data() {
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("meanwhile");
-    QTest::newRow("resim1: last of all") << 1 << u"9"_s;
-    QTest::newRow("resim2: before painting") << 2 << u"2"_s;
-    QTest::newRow("resim3: before painting") << 3 << u"3"_s;
-    QTest::newRow("resim4: before painting") << 4 << u"4"_s;
-}
+    void asksEachTime_data() {
+        QTest::addColumn<int>("number");
+        for (int number = 2; number <= 4; ++number)
+            QTest::addRow("resim%d", number) << number;
+    }
+    void asksEachTime() {
+        QFETCH(const int, number);
+        ThemeFixture fixture("temaac=1\n");
+        for (int press = 1; press <= 3; ++press) {
+            fixture.expectQuestion(MessageBoxAnswer::yes);
+            fixture.pressPicture(number);
+            QCOMPARE(fixture.boxes.answered(), press);
+            QCOMPARE(fixture.beeps, press);
+        }
+        QCOMPARE(fixture.differences(number), QString());
+        QCOMPARE(fixture.key(u"tema"_s), QString::number(number));
+        QVERIFY(allAnswered(fixture.boxes));
+    }
 
-void TestTema::keyIsWrittenBeforeOrBehind() {
-    QFETCH(const int, number);
-    QFETCH(const QString, meanwhile);
-    const ThemeFixture fixture;
-    fixture.pressPicture(number == 3 ? 4 : 3);
-    ayaryaz(u"ayar"_s, u"tema"_s, u"9"_s, ayardosyasi());
-    QStringList early;
-    QStringList late;
-    // Among the first and the last rows of the table.
-    const OnRepaint first(*fixture.ui()._14, [&] { early.append(fixture.key(u"tema"_s)); });
-    const OnRepaint last(*fixture.ui().Label4_7, [&] { late.append(fixture.key(u"tema"_s)); });
-    fixture.pressPicture(number);
-    early.removeDuplicates();
-    late.removeDuplicates();
-    QCOMPARE(late, QStringList{meanwhile});
-    if (number == 3)  // the one palette that gives that control another colour
-        QCOMPARE(early, QStringList{meanwhile});
-    QCOMPARE(fixture.key(u"tema"_s), number == 1 ? u"0"_s : QString::number(number));
-}
+    void firstPictureNeverAsks() {
+        ThemeFixture fixture("temaac=1\ntema=4\n");
+        for (int press = 1; press <= 3; ++press) {
+            fixture.pressPicture(1);
+            QCOMPARE(fixture.key(u"tema"_s), u"0"_s);
+            QCOMPARE(fixture.beeps, press);
+        }
+        QCOMPARE(fixture.differences(1), QString());
+        QCOMPARE(fixture.boxes.answered(), 0);
+        QVERIFY(allAnswered(fixture.boxes));
+    }
+
+    void questionAsItLooks() {
+        ThemeFixture fixture("temaac=1\n");
+        fixture.expectQuestion(MessageBoxAnswer::yes);
+        int opened = 0;
+        connect(&fixture.boxes, &BoxAnswers::opened, this, [&](QMessageBox& box) {
+            ++opened;
+            QCOMPARE(fixture.beeps, 1);  // the sound comes before the question
+            QCOMPARE(fixture.key(u"tema"_s), QString());
+            QCOMPARE(box.icon(), QMessageBox::Warning);
+            QStringList buttons;
+            for (const QAbstractButton* button : box.buttons())
+                buttons.append(button->text());
+            buttons.sort();
+            QCOMPARE(buttons, (QStringList{u"Evet"_s, u"Hayır"_s}));
+            QVERIFY(box.defaultButton());
+            QCOMPARE(box.defaultButton()->text(), u"Evet"_s);
+        });
+        fixture.pressPicture(2);
+        QCOMPARE(opened, 1);
+        QVERIFY(allAnswered(fixture.boxes));
+    }
+
+    void silencePaintsAndNoMore_data() {
+        QTest::addColumn<int>("number");
+        for (int number = 1; number <= 4; ++number)
+            QTest::addRow("resim%d", number) << number;
+    }
+    void silencePaintsAndNoMore() {
+        QFETCH(const int, number);
+        const QByteArray keys = "temaac=1\ntema=9\n";
+        const ThemeFixture fixture(keys);
+        paintPalette(fixture.sales(), number == 3 ? Palette::resim4 : Palette::resim3);
+        temasessiz = true;
+        fixture.pressPicture(number);
+        temasessiz = false;
+        QCOMPARE(fixture.differences(number), QString());
+        QCOMPARE(fixture.config(), "[ayar]\n" + keys);
+        QCOMPARE(fixture.beeps, 0);
+        QVERIFY(allAnswered(fixture.boxes));
+    }
+
+    void noChangesNothing_data() {
+        QTest::addColumn<int>("number");
+        QTest::addColumn<int>("answer");
+        for (int number = 2; number <= 4; ++number) {
+            QTest::addRow("resim%d, no", number) << number << MessageBoxAnswer::no;
+            QTest::addRow("resim%d, Escape", number) << number << BoxAnswers::escape;
+        }
+    }
+    void noChangesNothing() {
+        QFETCH(const int, number);
+        QFETCH(const int, answer);
+        ThemeFixture fixture("temaac=1\ntema=0\nsonrenk=1\n");
+        fixture.pressPicture(1);
+        const QByteArray file = fixture.config();
+        sonrenk = 77;
+        toplamtemadegisken = 66;
+        fixture.expectQuestion(answer);
+        fixture.pressPicture(number);
+        QCOMPARE(fixture.differences(1), QString());
+        QCOMPARE(fixture.config(), file);
+        QCOMPARE(sonrenk, 77);
+        QCOMPARE(toplamtemadegisken, 66);
+        QVERIFY(fixture.picture(1).chosen());
+        QVERIFY(!fixture.picture(number).chosen());
+        QVERIFY(allAnswered(fixture.boxes));
+    }
+
+    void keyIsWrittenBeforeOrBehind_data() {
+        addRows<KeyIsWrittenBeforeOrBehindRow>({{"resim1: last of all", {1, u"9"_s}},
+                                                {"resim2: before painting", {2, u"2"_s}},
+                                                {"resim3: before painting", {3, u"3"_s}},
+                                                {"resim4: before painting", {4, u"4"_s}}});
+    }
+    void keyIsWrittenBeforeOrBehind() {
+        QFETCH(const KeyIsWrittenBeforeOrBehindRow, row);
+        const ThemeFixture fixture;
+        fixture.pressPicture(row.number == 3 ? 4 : 3);
+        ayaryaz(u"ayar"_s, u"tema"_s, u"9"_s, ayardosyasi());
+        QStringList early;
+        QStringList late;
+        // Among the first and the last rows of the table.
+        const OnRepaint first(*fixture.ui()._14, [&] { early.append(fixture.key(u"tema"_s)); });
+        const OnRepaint last(*fixture.ui().Label4_7, [&] { late.append(fixture.key(u"tema"_s)); });
+        fixture.pressPicture(row.number);
+        early.removeDuplicates();
+        late.removeDuplicates();
+        QCOMPARE(late, QStringList{row.meanwhile});
+        if (row.number == 3)  // the one palette that gives that control another colour
+            QCOMPARE(early, QStringList{row.meanwhile});
+        QCOMPARE(fixture.key(u"tema"_s), row.number == 1 ? u"0"_s : QString::number(row.number));
+    }
+};
 
 int main(int argc, char** argv) {
     return runTests<TestTema>(argc, argv);

@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "rows.h"
 #include "runtests.h"
 #include "totalfixture.h"
 
@@ -34,6 +35,28 @@ QByteArray mode(bool live) {
 /// The two saved sets, the keep switch, the activation of the screen, and what a restart brings back.
 class TemaKayitTest : public QObject {
     Q_OBJECT
+
+    struct SlotsRow {
+        Slot slot;
+        bool liveMode;
+    };
+    struct ComparesByNumberRow {
+        QByteArray text;
+        ColorValue color;
+        bool asks;
+    };
+    struct ActivationRow {
+        QByteArray config;
+        bool liveMode;
+    };
+    struct RestartRow {
+        QByteArray config;
+        QStringList presses;  ///< "N=V" chooses colour V by CommandN
+        Five five;
+    };
+    struct CaptionsOfASetCanBeReadRow {
+        ColorValue text, face;
+    };
 
     std::unique_ptr<TotalFixture> m_shop;
 
@@ -74,38 +97,34 @@ private Q_SLOTS:
     }
 
     void slots_data() {
-        QTest::addColumn<Slot>("slot");
-        QTest::addColumn<bool>("liveMode");
-        QTest::newRow("set 1, KAYDEDİYOR") << slot1 << false;
-        QTest::newRow("set 2, KAYDEDİYOR") << slot2 << false;
-        QTest::newRow("set 1, KAYDETMİYOR") << slot1 << true;
-        QTest::newRow("set 2, KAYDETMİYOR") << slot2 << true;
+        addRows<SlotsRow>({{"set 1, KAYDEDİYOR", {slot1, false}},
+                           {"set 2, KAYDEDİYOR", {slot2, false}},
+                           {"set 1, KAYDETMİYOR", {slot1, true}},
+                           {"set 2, KAYDETMİYOR", {slot2, true}}});
     }
 
     void saving_data() { slots_data(); }
     void saving() {
-        QFETCH(const Slot, slot);
-        QFETCH(const bool, liveMode);
-        begin(configuration(mode(liveMode) + "kayitgetir1=7\nkaydedilenigetir=7\n"));
-        shop().click(slot.save);
-        verifySaved(slot, shown);
-        QCOMPARE(shop().fiveOnFile("toplamtemakyt", slot.otherFirst), texts(slot.other));
+        QFETCH(const SlotsRow, row);
+        begin(configuration(mode(row.liveMode) + "kayitgetir1=7\nkaydedilenigetir=7\n"));
+        shop().click(row.slot.save);
+        verifySaved(row.slot, shown);
+        QCOMPARE(shop().fiveOnFile("toplamtemakyt", row.slot.otherFirst), texts(row.slot.other));
         QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(live));
         QCOMPARE(shop().onFile("kayitgetir1"), "7"_ba);
         QCOMPARE(kayitgetir1, 7);
         QCOMPARE(shop().onFile("kaydedilenigetir"), "7"_ba);
-        verifyMode(liveMode);
+        verifyMode(row.liveMode);
     }
 
     void savingWritesTheKeysInOrder_data() { slots_data(); }
     void savingWritesTheKeysInOrder() {
-        QFETCH(const Slot, slot);
-        QFETCH(const bool, liveMode);
-        const QByteArray before = "[ayar]\n" + mode(liveMode);
+        QFETCH(const SlotsRow, row);
+        const QByteArray before = "[ayar]\n" + mode(row.liveMode);
         begin(before);
-        shop().click(slot.save);
-        QCOMPARE(shop().config(), before + keyLines("toplamtemakyt", slot.first, shown) +
-                                      "sonrenk=" + QByteArray::number(slot.number) + '\n');
+        shop().click(row.slot.save);
+        QCOMPARE(shop().config(), before + keyLines("toplamtemakyt", row.slot.first, shown) +
+                                      "sonrenk=" + QByteArray::number(row.slot.number) + '\n');
     }
 
     void savingTheSwatchesNotTheTotal() {
@@ -175,11 +194,9 @@ private Q_SLOTS:
     }
 
     void comparesByNumber_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<ColorValue>("color");
-        QTest::addColumn<bool>("asks");
+        QTest::addColumn<ComparesByNumberRow>("row");
         const auto row = [](const char* name, const QByteArray& text, ColorValue color, bool asks) {
-            QTest::newRow(name) << text << color << asks;
+            QTest::newRow(name) << ComparesByNumberRow{text, color, asks};
         };
         row("zeros in front", "00255", 255, true);
         row("blanks around it", "  255  ", 255, true);
@@ -193,20 +210,18 @@ private Q_SLOTS:
         row("a system colour of other looks", "-2147483633", 0x010203, false);
     }
     void comparesByNumber() {
-        QFETCH(const QByteArray, text);
-        QFETCH(const ColorValue, color);
-        QFETCH(const bool, asks);
+        QFETCH(const ComparesByNumberRow, row);
         QByteArray config = "[ayar]\n" + mode(false);
         for (int i = 6; i <= 10; ++i)
-            config += "toplamtemakyt" + QByteArray::number(i) + '=' + text + '\n';
+            config += "toplamtemakyt" + QByteArray::number(i) + '=' + row.text + '\n';
         begin(config);
-        const Five five{color, color, color, color, color};
+        const Five five{row.color, row.color, row.color, row.color, row.color};
         dress(shop().real(), five);
         shop().total().toplamrenkaktar();
-        if (asks)
+        if (row.asks)
             expectQuestion(MessageBoxAnswer::no);
         shop().click(slot1.save);
-        QCOMPARE(shop().onFile("toplamtemakyt1"), asks ? QByteArray() : QByteArray::number(color));
+        QCOMPARE(shop().onFile("toplamtemakyt1"), row.asks ? QByteArray() : QByteArray::number(row.color));
     }
 
     void aSaveThatTheFileDoesNotTake() {
@@ -219,21 +234,20 @@ private Q_SLOTS:
 
     void fetching_data() { slots_data(); }
     void fetching() {
-        QFETCH(const Slot, slot);
-        QFETCH(const bool, liveMode);
-        begin(configuration(mode(liveMode) + "kayitgetir1=7\nkaydedilenigetir=7\n"));
+        QFETCH(const SlotsRow, row);
+        begin(configuration(mode(row.liveMode) + "kayitgetir1=7\nkaydedilenigetir=7\n"));
         const QByteArray before = shop().config();
         kaydedilenigetir = 7;
-        shop().click(slot.fetch);
-        QVERIFY(showsEverywhere(shop(), slot.five));
-        const QByteArray number = QByteArray::number(slot.number);
-        const QByteArray other = QByteArray::number(slot.number - 1);
+        shop().click(row.slot.fetch);
+        QVERIFY(showsEverywhere(shop(), row.slot.five));
+        const QByteArray number = QByteArray::number(row.slot.number);
+        const QByteArray other = QByteArray::number(row.slot.number - 1);
         const QByteArray after = replaced(replaced(before, "kayitgetir1", number), "kaydedilenigetir", other);
         QCOMPARE(shop().config(), after + "sonrenk=" + number + '\n');
-        QCOMPARE(kaydedilenigetir, slot.number - 1);
-        QCOMPARE(sonrenk, slot.number);
+        QCOMPARE(kaydedilenigetir, row.slot.number - 1);
+        QCOMPARE(sonrenk, row.slot.number);
         QCOMPARE(kayitgetir1, 7);  // in the file only
-        verifyMode(liveMode);
+        verifyMode(row.liveMode);
     }
 
     void fetchingWhatWasNeverSaved() {
@@ -297,26 +311,24 @@ private Q_SLOTS:
     }
 
     void activation_data() {
-        QTest::addColumn<QByteArray>("config");
-        QTest::addColumn<bool>("liveMode");
-        QTest::newRow("True, 0") << "temakaydetme1=True\ntoplamtemadegisken=0\n"_ba << false;
-        QTest::newRow("True wins over 1") << "temakaydetme1=True\ntoplamtemadegisken=1\n"_ba << false;
-        QTest::newRow("True alone") << "temakaydetme1=True\n"_ba << false;
-        QTest::newRow("False, 1") << "temakaydetme1=False\ntoplamtemadegisken=1\n"_ba << true;
-        QTest::newRow("False wins over 0") << "temakaydetme1=False\ntoplamtemadegisken=0\n"_ba << true;
-        QTest::newRow("False alone") << "temakaydetme1=False\n"_ba << true;
-        QTest::newRow("no key") << ""_ba << false;
-        QTest::newRow("no word, 0") << "toplamtemadegisken=0\n"_ba << false;
-        QTest::newRow("no word, 1") << "toplamtemadegisken=1\n"_ba << true;
-        QTest::newRow("another word, 1") << "temakaydetme1=dogru\ntoplamtemadegisken=1\n"_ba << true;
+        addRows<ActivationRow>(
+            {{"True, 0", {"temakaydetme1=True\ntoplamtemadegisken=0\n"_ba, false}},
+             {"True wins over 1", {"temakaydetme1=True\ntoplamtemadegisken=1\n"_ba, false}},
+             {"True alone", {"temakaydetme1=True\n"_ba, false}},
+             {"False, 1", {"temakaydetme1=False\ntoplamtemadegisken=1\n"_ba, true}},
+             {"False wins over 0", {"temakaydetme1=False\ntoplamtemadegisken=0\n"_ba, true}},
+             {"False alone", {"temakaydetme1=False\n"_ba, true}},
+             {"no key", {""_ba, false}},
+             {"no word, 0", {"toplamtemadegisken=0\n"_ba, false}},
+             {"no word, 1", {"toplamtemadegisken=1\n"_ba, true}},
+             {"another word, 1", {"temakaydetme1=dogru\ntoplamtemadegisken=1\n"_ba, true}}});
     }
     void activation() {
-        QFETCH(const QByteArray, config);
-        QFETCH(const bool, liveMode);
-        begin(configuration(config));
-        verifyMode(liveMode);
-        QCOMPARE(button("temakaydetme").caption(), liveMode ? u"KAYDETMİYOR"_s : u"KAYDEDİYOR"_s);
-        QCOMPARE(temakaydetme1, liveMode ? u"False"_s : u"True"_s);
+        QFETCH(const ActivationRow, row);
+        begin(configuration(row.config));
+        verifyMode(row.liveMode);
+        QCOMPARE(button("temakaydetme").caption(), row.liveMode ? u"KAYDETMİYOR"_s : u"KAYDEDİYOR"_s);
+        QCOMPARE(temakaydetme1, row.liveMode ? u"False"_s : u"True"_s);
         QVERIFY(showsEverywhere(shop(), shown));
         for (const Slot& slot : {slot1, slot2}) {
             QCOMPARE(colorsOf(button(slot.save)), slot.five);
@@ -352,12 +364,10 @@ private Q_SLOTS:
     }
 
     void restart_data() {
-        QTest::addColumn<QByteArray>("config");
-        QTest::addColumn<QStringList>("presses");  // "N=V" chooses colour V by CommandN
-        QTest::addColumn<Five>("five");
+        QTest::addColumn<RestartRow>("row");
         const auto row = [](const char* name, const QByteArray& config, const QStringList& presses,
                             const Five& five) {
-            QTest::newRow(name) << configuration(config) << presses << five;
+            QTest::newRow(name) << RestartRow{configuration(config), presses, five};
         };
         const QByteArray keep = mode(false);
         const QByteArray dontKeep = mode(true);
@@ -382,11 +392,9 @@ private Q_SLOTS:
         row("the switch turned to keep leaves it to the palette", dontKeep, {"temakaydetme"}, shown);
     }
     void restart() {
-        QFETCH(const QByteArray, config);
-        QFETCH(const QStringList, presses);
-        QFETCH(const Five, five);
-        begin(config);
-        for (const QString& press : presses) {
+        QFETCH(const RestartRow, row);
+        begin(row.config);
+        for (const QString& press : row.presses) {
             const QStringList parts = press.split(u'=');
             if (parts.size() == 2)
                 shop().choose(parts[0], parts[1].toUInt());
@@ -394,23 +402,21 @@ private Q_SLOTS:
                 shop().click(press);
         }
         shop().restart();
-        QCOMPARE(colorsOf(shop().real()), five);
+        QCOMPARE(colorsOf(shop().real()), row.five);
         shop().open();
-        QVERIFY(showsEverywhere(shop(), five));
+        QVERIFY(showsEverywhere(shop(), row.five));
     }
 
     void captionsOfASetCanBeRead_data() {
-        QTest::addColumn<ColorValue>("text");
-        QTest::addColumn<ColorValue>("face");
-        QTest::newRow("black on black") << ColorValue{0} << ColorValue{0};
-        QTest::newRow("white on white") << ColorValue{0xFFFFFF} << ColorValue{0xFFFFFF};
-        QTest::newRow("red on red") << ColorValue{0x0000FF} << ColorValue{0x0000FF};
-        QTest::newRow("black on white") << ColorValue{0} << ColorValue{0xFFFFFF};
+        addRows<CaptionsOfASetCanBeReadRow>({{"black on black", {ColorValue{0}, ColorValue{0}}},
+                                             {"white on white", {ColorValue{0xFFFFFF}, ColorValue{0xFFFFFF}}},
+                                             {"red on red", {ColorValue{0x0000FF}, ColorValue{0x0000FF}}},
+                                             {"black on white", {ColorValue{0}, ColorValue{0xFFFFFF}}}});
     }
     void captionsOfASetCanBeRead() {
-        QFETCH(const ColorValue, text);
-        QFETCH(const ColorValue, face);
-        begin("[ayar]\n" + mode(false) + keyLines("toplamtemakyt", 1, {text, face, face, face, face}));
+        QFETCH(const CaptionsOfASetCanBeReadRow, row);
+        begin("[ayar]\n" + mode(false) +
+              keyLines("toplamtemakyt", 1, {row.text, row.face, row.face, row.face, row.face}));
         const QImage picture = button("vkCommand6").grab().toImage();
         // The lightness that the middle of the button spans, where the caption stands.
         int darkest = 255;

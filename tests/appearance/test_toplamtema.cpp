@@ -13,6 +13,18 @@ using namespace Qt::StringLiterals;
 class ToplamTemaTest : public QObject {
     Q_OBJECT
 
+    struct PressingASwatchRow {
+        QString swatch;
+        int from;
+        bool liveMode;
+        int key;
+    };
+    struct PresetsRow {
+        QString button;
+        Five five;
+        bool liveMode;
+    };
+
     std::unique_ptr<TotalFixture> m_shop;
 
     /// A fresh shop with the screen open; the keep switch is off in live mode.
@@ -210,36 +222,33 @@ private Q_SLOTS:
     }
 
     void pressingASwatch_data() {
-        QTest::addColumn<QString>("swatch");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<bool>("liveMode");
-        QTest::addColumn<int>("key");
+        QTest::addColumn<PressingASwatchRow>("row");
         const std::array keys{std::pair{0, "press"}, std::pair{int{Qt::Key_Return}, "Enter"},
                               std::pair{int{Qt::Key_Enter}, "Enter of the number pad"},
                               std::pair{int{Qt::Key_Space}, "Space"}};
         for (const bool liveMode : {false, true}) {
             for (const auto& [key, how] : keys) {
                 const char* mode = liveMode ? "KAYDETMİYOR" : "KAYDEDİYOR";
-                QTest::addRow("Frame2, %s, %s", how, mode) << u"Frame2"_s << 1 << liveMode << key;
-                QTest::addRow("Frame3, %s, %s", how, mode) << u"Frame3"_s << 2 << liveMode << key;
+                QTest::addRow("Frame2, %s, %s", how, mode)
+                    << PressingASwatchRow{u"Frame2"_s, 1, liveMode, key};
+                QTest::addRow("Frame3, %s, %s", how, mode)
+                    << PressingASwatchRow{u"Frame3"_s, 2, liveMode, key};
             }
         }
     }
     void pressingASwatch() {
-        QFETCH(const QString, swatch);
-        QFETCH(const int, from);
-        QFETCH(const bool, liveMode);
-        QFETCH(const int, key);
-        begin(liveMode);
-        if (key == 0)
-            QTest::mousePress(shop().control(swatch),
+        QFETCH(const PressingASwatchRow, row);
+        begin(row.liveMode);
+        if (row.key == 0)
+            QTest::mousePress(shop().control(row.swatch),
                               Qt::LeftButton);  // at once, before the button is let go
         else
-            QTest::keyPress(shop().control(swatch), static_cast<Qt::Key>(key));
-        const ColorValue copied = shown.at(static_cast<size_t>(from));
-        QVERIFY(showsEverywhere(shop(), with(shown, from + 2, copied)));
-        QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(liveMode ? with(live, from + 2, copied) : live));
-        verifyEndOfTheSets(liveMode);
+            QTest::keyPress(shop().control(row.swatch), static_cast<Qt::Key>(row.key));
+        const ColorValue copied = shown.at(static_cast<size_t>(row.from));
+        QVERIFY(showsEverywhere(shop(), with(shown, row.from + 2, copied)));
+        QCOMPARE(shop().fiveOnFile("toplamtema", 1),
+                 texts(row.liveMode ? with(live, row.from + 2, copied) : live));
+        verifyEndOfTheSets(row.liveMode);
     }
 
     void theOtherSwatchesOnlyShow_data() {
@@ -258,15 +267,13 @@ private Q_SLOTS:
     }
 
     void presets_data() {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<Five>("five");
-        QTest::addColumn<bool>("liveMode");
+        QTest::addColumn<PresetsRow>("row");
         constexpr ColorValue white = 16777215;
         for (const bool liveMode : {false, true}) {
             const auto row = [liveMode](const char* name, const QString& button, ColorValue fore,
                                         ColorValue back) {
                 QTest::addRow("%s, %s", name, liveMode ? "KAYDETMİYOR" : "KAYDEDİYOR")
-                    << button << Five{fore, back, back, back, back} << liveMode;
+                    << PresetsRow{button, Five{fore, back, back, back, back}, liveMode};
             };
             row("VARSAYILAN", "vkCommand1", 12582912, white);
             row("STANDART", "vkCommand2", 255, white);
@@ -275,15 +282,13 @@ private Q_SLOTS:
         }
     }
     void presets() {
-        QFETCH(const QString, button);
-        QFETCH(const Five, five);
-        QFETCH(const bool, liveMode);
-        begin(liveMode, "kaydedilenigetir=1\n");
-        shop().click(button);
-        QCOMPARE(colorsOf(shop().real()), five);
-        QCOMPARE(colorsOf(shop().preview()), five);
+        QFETCH(const PresetsRow, row);
+        begin(row.liveMode, "kaydedilenigetir=1\n");
+        shop().click(row.button);
+        QCOMPARE(colorsOf(shop().real()), row.five);
+        QCOMPARE(colorsOf(shop().preview()), row.five);
         QCOMPARE(shop().swatches(), shown);  // they stay
-        QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(five));
+        QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(row.five));
         QCOMPARE(shop().fiveOnFile("toplamtemakyt", 1), texts(set1));
         QCOMPARE(shop().fiveOnFile("toplamtemakyt", 6), texts(set2));
         for (const char* key : {"sonrenk", "kayitgetir1"})
@@ -291,7 +296,7 @@ private Q_SLOTS:
         QCOMPARE(shop().onFile("kaydedilenigetir"), "1"_ba);
         QCOMPARE(sonrenk, 2);
         QCOMPARE(kayitgetir1, 2);
-        verifyMode(liveMode);
+        verifyMode(row.liveMode);
     }
 
     void aPresetWritesTheKeysInOrder() {

@@ -3,6 +3,7 @@
 
 #include "data/baglanmamodulu.h"
 #include "database/recordset.h"
+#include "rows.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/screenregistry.h"
 #include "sales/modSatis.h"
@@ -13,6 +14,11 @@ using namespace kovanix;
 /// Storing a sale, stock, and what happens when the file won't.
 class CommitTest : public SalesTest {
     Q_OBJECT
+
+    struct PurchasePriceRow {
+        QString barcode;
+        double price;
+    };
 
     QList<QVariantList> sales() const {
         return m_shop->rows(
@@ -204,18 +210,15 @@ private Q_SLOTS:
     }
 
     void purchasePrice_data() {
-        QTest::addColumn<QString>("barcode");
-        QTest::addColumn<double>("price");
-        QTest::newRow("known") << goods::bread << 7.0;
-        QTest::newRow("blanks around") << " " + goods::bread + " " << 7.0;
-        QTest::newRow("unknown") << "999" << 0.0;
-        QTest::newRow("empty") << "  " << 0.0;
-        QTest::newRow("an apostrophe") << "'" << 0.0;
+        addRows<PurchasePriceRow>({{"known", {goods::bread, 7.0}},
+                                   {"blanks around", {" " + goods::bread + " ", 7.0}},
+                                   {"unknown", {"999", 0.0}},
+                                   {"empty", {"  ", 0.0}},
+                                   {"an apostrophe", {"'", 0.0}}});
     }
     void purchasePrice() {
-        QFETCH(QString, barcode);
-        QFETCH(double, price);
-        QCOMPARE(alisfiyati(barcode), price);
+        QFETCH(const PurchasePriceRow, row);
+        QCOMPARE(alisfiyati(row.barcode), row.price);
     }
 
     void valueOfTheStock() {

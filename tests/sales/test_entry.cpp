@@ -2,6 +2,7 @@
 #include <QApplication>
 
 #include "data/baglanmamodulu.h"
+#include "rows.h"
 #include "runtime/clock.h"
 #include "runtime/runtimeerror.h"
 #include "salestest.h"
@@ -14,44 +15,38 @@ using namespace kovanix;
 class EntryTest : public SalesTest {
     Q_OBJECT
 
+    struct FieldsTakeTheirCharactersRow {
+        QString field, typed, text;
+    };
+    struct WeighedLabelsRow {
+        QString label, quantity, total;
+    };
+    struct CaptionsAndTipsRow {
+        QString control, caption, tip;
+    };
+
 private Q_SLOTS:
     void fieldsTakeTheirCharacters_data() {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("barkod takes digits") << "barkod"
-                                             << "0123456789"
-                                             << "0123456789";
-        QTest::newRow("barkod drops all else") << "barkod"
-                                               << "a1,2.3- x4"
-                                               << "1234";
-        QTest::newRow("barkod takes Backspace") << "barkod"
-                                                << "12\b3"
-                                                << "13";
-        QTest::newRow("adet takes digits and comma") << "adet"
-                                                     << "a1,2.3-"
-                                                     << "1,23";
-        QTest::newRow("adet takes Backspace") << "adet"
-                                              << "12\b3"
-                                              << "13";
-        QTest::newRow("ver2 takes digits and comma") << "ver2"
-                                                     << "x5,5."
-                                                     << "0,005,5";
+        addRows<FieldsTakeTheirCharactersRow>(
+            {{"barkod takes digits", {"barkod", "0123456789", "0123456789"}},
+             {"barkod drops all else", {"barkod", "a1,2.3- x4", "1234"}},
+             {"barkod takes Backspace", {"barkod", "12\b3", "13"}},
+             {"adet takes digits and comma", {"adet", "a1,2.3-", "1,23"}},
+             {"adet takes Backspace", {"adet", "12\b3", "13"}},
+             {"ver2 takes digits and comma", {"ver2", "x5,5.", "0,005,5"}}});
     }
     void fieldsTakeTheirCharacters() {
-        QFETCH(QString, field);
-        QFETCH(QString, typed);
-        QFETCH(QString, text);
-        auto* edit = m_shop->sales().findChild<QLineEdit*>(field);
+        QFETCH(const FieldsTakeTheirCharactersRow, row);
+        auto* edit = m_shop->sales().findChild<QLineEdit*>(row.field);
         edit->setFocus();
         edit->end(false);
-        for (const QChar character : typed) {
+        for (const QChar character : row.typed) {
             if (character == u'\b')
                 QTest::keyClick(edit, Qt::Key_Backspace);
             else
                 QTest::keyClick(edit, character.toLatin1());
         }
-        QCOMPARE(edit->text(), text);
+        QCOMPARE(edit->text(), row.text);
     }
 
     void enterInAnEmptyBarcodeDoesNothing() {
@@ -140,44 +135,24 @@ private Q_SLOTS:
     }
 
     void weighedLabels_data() {
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<QString>("quantity");
-        QTest::addColumn<QString>("total");
-        QTest::newRow("27") << "2700012007504"
-                            << "0,75"
-                            << "30,00";
-        QTest::newRow("28") << "2800012015009"
-                            << "1,5"
-                            << "60,00";
-        QTest::newRow("29") << "2900012000017"
-                            << "0,001"
-                            << "0,04";
-        QTest::newRow("position 3 is ignored") << "2790012007504"
-                                               << "0,75"
-                                               << "30,00";
-        QTest::newRow("a misread check digit sells the same") << "2700012007509"
-                                                              << "0,75"
-                                                              << "30,00";
-        QTest::newRow("no weight gives a zero line") << "2700012000002"
-                                                     << "0"
-                                                     << "0,00";
-        QTest::newRow("longer than a label") << "270001200750412345"
-                                             << "0,75"
-                                             << "30,00";
-        QTest::newRow("shorter, some weight left") << "27000120"
-                                                   << "0"
-                                                   << "0,00";
+        addRows<WeighedLabelsRow>(
+            {{"27", {"2700012007504", "0,75", "30,00"}},
+             {"28", {"2800012015009", "1,5", "60,00"}},
+             {"29", {"2900012000017", "0,001", "0,04"}},
+             {"position 3 is ignored", {"2790012007504", "0,75", "30,00"}},
+             {"a misread check digit sells the same", {"2700012007509", "0,75", "30,00"}},
+             {"no weight gives a zero line", {"2700012000002", "0", "0,00"}},
+             {"longer than a label", {"270001200750412345", "0,75", "30,00"}},
+             {"shorter, some weight left", {"27000120", "0", "0,00"}}});
     }
     void weighedLabels() {
-        QFETCH(QString, label);
-        QFETCH(QString, quantity);
-        QFETCH(QString, total);
+        QFETCH(const WeighedLabelsRow, row);
         m_shop->ui().adet->setText("9");  // overwritten by the weight
-        m_shop->scan(label);
+        m_shop->scan(row.label);
         QCOMPARE(m_shop->lines(), 1);
         QCOMPARE(m_shop->line(1).at(0), goods::tomatoes);
-        QCOMPARE(m_shop->line(1).at(2), quantity);
-        QCOMPARE(m_shop->toplam(), total);
+        QCOMPARE(m_shop->line(1).at(2), row.quantity);
+        QCOMPARE(m_shop->toplam(), row.total);
     }
 
     void weighedItemsMerge() {
@@ -265,84 +240,36 @@ private Q_SLOTS:
     }
 
     void captionsAndTips_data() {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QString>("tip");
-        QTest::newRow("barkod") << "barkod"
-                                << ""
-                                << "BARKODU YAZDIKTAN SONRA KLAVYEDEN \"ENTER\" TUşUNA BASINIZ";
-        QTest::newRow("grid keeps its stored tip") << "satisekrani1"
-                                                   << ""
-                                                   << "^r^n listesi";
-        QTest::newRow("toplam") << "toplam"
-                                << "0,00"
-                                << "Buraya tıklayarak programı arka sekmeye alabilirsiniz";
-        QTest::newRow("tus") << "tus_0"
-                             << "1"
-                             << "Miktarı girmek için kullanılır";
-        QTest::newRow("kaydet") << "kaydet"
-                                << "KAYDET"
-                                << "";
-        QTest::newRow("nakit") << "nakit"
-                               << " KAYDET VE YAZDIR"
-                               << "";
-        QTest::newRow("satisiptal") << "satisiptal"
-                                    << "SATIŞ İPTAL"
-                                    << "";
-        QTest::newRow("fiyatgor") << "fiyatgor"
-                                  << "FİYAT GÖR"
-                                  << "";
-        QTest::newRow("vkCommand2") << "vkCommand2"
-                                    << "RAPORLAR"
-                                    << "";
-        QTest::newRow("vkCommand3") << "vkCommand3"
-                                    << "ÜRÜNLER"
-                                    << "";
-        QTest::newRow("vkCommand1") << "vkCommand1"
-                                    << "MENÜ"
-                                    << "";
-        QTest::newRow("vkCommand4") << "vkCommand4"
-                                    << "Kovanix"
-                                    << "";
-        QTest::newRow("kapat") << "kapat"
-                               << "KAPAT"
-                               << "";
-        QTest::newRow("vkCommand6") << "vkCommand6"
-                                    << "MüşTERİ LİSTESİ"
-                                    << "";
-        QTest::newRow("urunbulmak") << "urunbulmak"
-                                    << "ÜRÜN BUL"
-                                    << "";
-        QTest::newRow("ver3") << "ver3"
-                              << "Miktardan sayı getir"
-                              << "";
-        QTest::newRow("vsil") << "vsil"
-                              << "Sil"
-                              << "";
-        QTest::newRow("vkCommand5") << "vkCommand5"
-                                    << "Para eksilt"
-                                    << "";
-        QTest::newRow("label of verilen") << "Label4_4"
-                                          << "VERİLEN"
-                                          << "";
-        QTest::newRow("label of kalan") << "Label4_5"
-                                        << "PARA ÜSTÜ"
-                                        << "";
-        QTest::newRow("banner") << "urunbuunamadibeklet"
-                                << "ÜRÜN BULUNAMADI"
-                                << "";
-        QTest::newRow("quick key's tip") << "kisayol_3"
-                                         << ""
-                                         << "Farenin sağ tuşuyla dÜzenliyebilirsiniz";
+        addRows<CaptionsAndTipsRow>(
+            {{"barkod", {"barkod", "", "BARKODU YAZDIKTAN SONRA KLAVYEDEN \"ENTER\" TUşUNA BASINIZ"}},
+             {"grid keeps its stored tip", {"satisekrani1", "", "^r^n listesi"}},
+             {"toplam", {"toplam", "0,00", "Buraya tıklayarak programı arka sekmeye alabilirsiniz"}},
+             {"tus", {"tus_0", "1", "Miktarı girmek için kullanılır"}},
+             {"kaydet", {"kaydet", "KAYDET", ""}},
+             {"nakit", {"nakit", " KAYDET VE YAZDIR", ""}},
+             {"satisiptal", {"satisiptal", "SATIŞ İPTAL", ""}},
+             {"fiyatgor", {"fiyatgor", "FİYAT GÖR", ""}},
+             {"vkCommand2", {"vkCommand2", "RAPORLAR", ""}},
+             {"vkCommand3", {"vkCommand3", "ÜRÜNLER", ""}},
+             {"vkCommand1", {"vkCommand1", "MENÜ", ""}},
+             {"vkCommand4", {"vkCommand4", "Kovanix", ""}},
+             {"kapat", {"kapat", "KAPAT", ""}},
+             {"vkCommand6", {"vkCommand6", "MüşTERİ LİSTESİ", ""}},
+             {"urunbulmak", {"urunbulmak", "ÜRÜN BUL", ""}},
+             {"ver3", {"ver3", "Miktardan sayı getir", ""}},
+             {"vsil", {"vsil", "Sil", ""}},
+             {"vkCommand5", {"vkCommand5", "Para eksilt", ""}},
+             {"label of verilen", {"Label4_4", "VERİLEN", ""}},
+             {"label of kalan", {"Label4_5", "PARA ÜSTÜ", ""}},
+             {"banner", {"urunbuunamadibeklet", "ÜRÜN BULUNAMADI", ""}},
+             {"quick key's tip", {"kisayol_3", "", "Farenin sağ tuşuyla dÜzenliyebilirsiniz"}}});
     }
     void captionsAndTips() {
-        QFETCH(QString, control);
-        QFETCH(QString, caption);
-        QFETCH(QString, tip);
-        const auto* found = m_shop->sales().findChild<QWidget*>(control);
+        QFETCH(const CaptionsAndTipsRow, row);
+        const auto* found = m_shop->sales().findChild<QWidget*>(row.control);
         QVERIFY(found);
-        QCOMPARE(kovanix::caption(*found), caption);
-        QCOMPARE(found->toolTip(), tip);
+        QCOMPARE(kovanix::caption(*found), row.caption);
+        QCOMPARE(found->toolTip(), row.tip);
     }
 };
 

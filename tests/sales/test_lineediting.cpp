@@ -1,5 +1,6 @@
 #include <QLineEdit>
 
+#include "rows.h"
 #include "salestest.h"
 
 using namespace kovanix;
@@ -7,6 +8,30 @@ using namespace kovanix;
 /// What becomes of a line that is edited or removed, and the cancelling of a whole ticket.
 class LineEditingTest : public SalesTest {
     Q_OBJECT
+
+    struct NumbersRow {
+        QString typed, cell;
+        QString total;  ///< of three
+    };
+    struct PastedNumbersRow {
+        QString text, quantity, price, total;
+    };
+    struct TamamOnATicketEmptiedMeanwhileRow {
+        int line;
+        QStringList entryRow;
+        QString toplam;
+    };
+    struct RemovalRow {
+        QStringList scans;
+        int line;
+        QStringList left;
+        QString toplam, kalan;
+    };
+    struct CancellingRow {
+        bool byKey;
+        int answer;
+        bool cancels;
+    };
 
     /// bread 10,00; milk 32,50; tea 1.234,50
     void scanThree() const {
@@ -24,42 +49,33 @@ private Q_SLOTS:
     // --- TAMAM
 
     void quantities_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("cell");
-        QTest::addColumn<QString>("total");
-        const auto row = [](const char* name, const char* typed, const char* cell, const char* total) {
-            QTest::newRow(name) << typed << cell << total;
-        };
-        row("a whole number", "3", "3", "30,00");
-        row("a fraction", "2,5", "2,5", "25,00");
-        row("as typed, zeros and all", "007,50", "007,50", "75,00");
-        row("a trailing comma is a number", "3,", "3,", "30,00");
-        row("a leading comma too", ",5", ",5", "5,00");
-        row("zero", "0", "0", "0,00");
-        row("three decimals", "0,125", "0,125", "1,25");
-        row("longer than a typed quantity", "1234567890", "1234567890", "12345678900,00");
-        row("emptied", "", "1", "10,00");
-        row("a bare comma", ",", "1", "10,00");
-        row("two commas", "1,2,3", "1", "10,00");
+        addRows<NumbersRow>(
+            {{"a whole number", {"3", "3", "30,00"}},
+             {"a fraction", {"2,5", "2,5", "25,00"}},
+             {"as typed, zeros and all", {"007,50", "007,50", "75,00"}},
+             {"a trailing comma is a number", {"3,", "3,", "30,00"}},
+             {"a leading comma too", {",5", ",5", "5,00"}},
+             {"zero", {"0", "0", "0,00"}},
+             {"three decimals", {"0,125", "0,125", "1,25"}},
+             {"longer than a typed quantity", {"1234567890", "1234567890", "12345678900,00"}},
+             {"emptied", {"", "1", "10,00"}},
+             {"a bare comma", {",", "1", "10,00"}},
+             {"two commas", {"1,2,3", "1", "10,00"}}});
     }
     void quantities() {
-        QFETCH(QString, typed);
-        QFETCH(QString, cell);
-        QFETCH(QString, total);
+        QFETCH(const NumbersRow, row);
         m_shop->scan(goods::bread);
         pressCell(1, 3);
-        retype(*ui().adetdegis, typed);
+        retype(*ui().adetdegis, row.typed);
         press(*ui().urunislemlerikapat);
-        QCOMPARE(m_shop->line(1), (QStringList{goods::bread, "Köy Ekmeği", cell, "10,00", total}));
-        QCOMPARE(m_shop->toplam(), total);
+        QCOMPARE(m_shop->line(1), (QStringList{goods::bread, "Köy Ekmeği", row.cell, "10,00", row.total}));
+        QCOMPARE(m_shop->toplam(), row.total);
     }
 
     void prices_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("cell");
-        QTest::addColumn<QString>("total");  // of three
+        QTest::addColumn<NumbersRow>("row");
         const auto row = [](const char* name, const char* typed, const char* cell, const char* total) {
-            QTest::newRow(name) << typed << cell << total;
+            QTest::newRow(name) << NumbersRow{typed, cell, total};
         };
         row("a whole number", "12", "12,00", "36,00");
         row("one decimal", "12,5", "12,50", "37,50");
@@ -75,48 +91,36 @@ private Q_SLOTS:
         row("two commas", "1,2,3", "32,50", "97,50");
     }
     void prices() {
-        QFETCH(QString, typed);
-        QFETCH(QString, cell);
-        QFETCH(QString, total);
+        QFETCH(const NumbersRow, row);
         for (int scan = 0; scan < 3; ++scan)
             m_shop->scan(goods::milk);
         pressCell(1, 4);
-        retype(*ui().fiyatdegis, typed);
+        retype(*ui().fiyatdegis, row.typed);
         press(*ui().urunislemlerikapat);
-        QCOMPARE(m_shop->line(1), (QStringList{goods::milk, "Tam Yağlı Süt 1 L", "3", cell, total}));
-        QCOMPARE(m_shop->toplam(), total);
+        QCOMPARE(m_shop->line(1), (QStringList{goods::milk, "Tam Yağlı Süt 1 L", "3", row.cell, row.total}));
+        QCOMPARE(m_shop->toplam(), row.total);
     }
 
     void pastedNumbers_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("quantity");
-        QTest::addColumn<QString>("price");
-        QTest::addColumn<QString>("total");
-        const auto row = [](const char* name, const char* text, const char* quantity, const char* price,
-                            const char* total) {
-            QTest::newRow(name) << QString::fromUtf8(text) << quantity << price << total;
-        };
-        row("groups", "1.234,5", "1.234,5", "1.234,50", "1523990,25");
-        row("blanks around", " 7 ", " 7 ", "7,00", "49,00");
-        row("a sign", "-2", "-2", "-2,00", "4,00");
-        row("an exponent", "1e3", "1e3", "1.000,00", "1000000,00");
-        row("a dot that groups nothing", "12.5", "1", "10,00", "10,00");
-        row("no number", "abc", "1", "10,00", "10,00");
-        row("an apostrophe", "'", "1", "10,00", "10,00");
+        addRows<PastedNumbersRow>({{"groups", {"1.234,5", "1.234,5", "1.234,50", "1523990,25"}},
+                                   {"blanks around", {" 7 ", " 7 ", "7,00", "49,00"}},
+                                   {"a sign", {"-2", "-2", "-2,00", "4,00"}},
+                                   {"an exponent", {"1e3", "1e3", "1.000,00", "1000000,00"}},
+                                   {"a dot that groups nothing", {"12.5", "1", "10,00", "10,00"}},
+                                   {"no number", {"abc", "1", "10,00", "10,00"}},
+                                   {"an apostrophe", {"'", "1", "10,00", "10,00"}}});
     }
     void pastedNumbers() {
-        QFETCH(QString, text);
-        QFETCH(QString, quantity);
-        QFETCH(QString, price);
-        QFETCH(QString, total);
+        QFETCH(const PastedNumbersRow, row);
         m_shop->scan(goods::bread);
         pressCell(1, 3);
-        paste(*ui().adetdegis, text);
-        paste(*ui().fiyatdegis, text);
-        QCOMPARE(ui().adetdegis->text(), text);  // pasted text passes the keys' rule
+        paste(*ui().adetdegis, row.text);
+        paste(*ui().fiyatdegis, row.text);
+        QCOMPARE(ui().adetdegis->text(), row.text);  // pasted text passes the keys' rule
         press(*ui().urunislemlerikapat);
-        QCOMPARE(m_shop->line(1), (QStringList{goods::bread, "Köy Ekmeği", quantity, price, total}));
-        QCOMPARE(m_shop->toplam(), total);
+        QCOMPARE(m_shop->line(1),
+                 (QStringList{goods::bread, "Köy Ekmeği", row.quantity, row.price, row.total}));
+        QCOMPARE(m_shop->toplam(), row.total);
     }
 
     void anUntouchedPanelChangesNothing() {
@@ -187,22 +191,18 @@ private Q_SLOTS:
     }
 
     void tamamOnATicketEmptiedMeanwhile_data() {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QStringList>("entryRow");
-        QTest::addColumn<QString>("toplam");
+        QTest::addColumn<TamamOnATicketEmptiedMeanwhileRow>("row");
         // The row is written as it stands, and the first one is the entry row now. It has no barcode, so that
         // it can't be sold, and the next scan writes over it.
-        QTest::newRow("the first line")
-            << 1 << QStringList{"", "Köy Ekmeği", "3", "10,00", "30,00"} << "30,00";
+        QTest::newRow("the first line") << TamamOnATicketEmptiedMeanwhileRow{
+            1, QStringList{"", "Köy Ekmeği", "3", "10,00", "30,00"}, "30,00"};
         QTest::newRow("a line that isn't there any more")
-            << 2 << QStringList{"", "", "", "", "0,00"} << "0,00";
+            << TamamOnATicketEmptiedMeanwhileRow{2, QStringList{"", "", "", "", "0,00"}, "0,00"};
     }
     void tamamOnATicketEmptiedMeanwhile() {
-        QFETCH(int, row);
-        QFETCH(QStringList, entryRow);
-        QFETCH(QString, toplam);
+        QFETCH(const TamamOnATicketEmptiedMeanwhileRow, row);
         scanThree();
-        pressCell(row, 3);
+        pressCell(row.line, 3);
         retype(*ui().adetdegis, "3");
         m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", MessageBoxAnswer::yes);
         press(*ui().satisiptal);
@@ -211,8 +211,8 @@ private Q_SLOTS:
         QVERIFY(!panelIsOpen());
         QCOMPARE(grid().rows(), 2);
         QCOMPARE(m_shop->line(0), (QStringList{"BARKOD", "ÜRÜN ADI", "MİKT.", "FİY.", "TOP."}));
-        QCOMPARE(m_shop->line(1), entryRow);
-        QCOMPARE(m_shop->toplam(), toplam);
+        QCOMPARE(m_shop->line(1), row.entryRow);
+        QCOMPARE(m_shop->toplam(), row.toplam);
         m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
         m_shop->key(Qt::Key_F1);
         QCOMPARE(soldLines().size(), 0);
@@ -268,41 +268,29 @@ private Q_SLOTS:
     // --- removal
 
     void removal_data() {
-        QTest::addColumn<QStringList>("scans");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QStringList>("left");
-        QTest::addColumn<QString>("toplam");
-        QTest::addColumn<QString>("kalan");
         const QStringList three{goods::bread, goods::milk, goods::tea};
-        const auto row = [](const char* name, const QStringList& scans, int line, const QStringList& left,
-                            const QString& toplam, const QString& kalan) {
-            QTest::newRow(name) << scans << line << left << toplam << kalan;
-        };
-        row("first", three, 1, QStringList{goods::milk, goods::tea}, "1267,00", "-1.067,00");
-        row("middle", three, 2, QStringList{goods::bread, goods::tea}, "1244,50", "-1.044,50");
-        row("last", three, 3, QStringList{goods::bread, goods::milk}, "42,50", "157,50");
-        row("only", QStringList{goods::bread}, 1, QStringList{}, "0,00", "200,00");
+        addRows<RemovalRow>(
+            {{"first", {three, 1, QStringList{goods::milk, goods::tea}, "1267,00", "-1.067,00"}},
+             {"middle", {three, 2, QStringList{goods::bread, goods::tea}, "1244,50", "-1.044,50"}},
+             {"last", {three, 3, QStringList{goods::bread, goods::milk}, "42,50", "157,50"}},
+             {"only", {QStringList{goods::bread}, 1, QStringList{}, "0,00", "200,00"}}});
     }
     void removal() {
-        QFETCH(QStringList, scans);
-        QFETCH(int, row);
-        QFETCH(QStringList, left);
-        QFETCH(QString, toplam);
-        QFETCH(QString, kalan);
-        for (const QString& code : scans)
+        QFETCH(const RemovalRow, row);
+        for (const QString& code : row.scans)
             m_shop->scan(code);
         m_shop->press(*ui().resim2);
-        pressCell(row, 4);
+        pressCell(row.line, 4);
         ui().adet->setText("5");
         ui().barkod->setText("12");
         press(*ui().urunsil);  // and no question
         QStringList found;
         for (int line = 1; line <= m_shop->lines(); ++line)
             found.append(m_shop->line(line).at(0));
-        QCOMPARE(found, left);
+        QCOMPARE(found, row.left);
         QCOMPARE(m_shop->line(grid().rows() - 1), (QStringList{"", "", "", "", "0,00"}));
-        QCOMPARE(m_shop->toplam(), toplam);
-        QCOMPARE(m_shop->kalan(), kalan);
+        QCOMPARE(m_shop->toplam(), row.toplam);
+        QCOMPARE(m_shop->kalan(), row.kalan);
         QCOMPARE(m_shop->verilen(), "200,00");
         QCOMPARE(m_shop->ver2(), "200,00");
         QVERIFY(!panelIsOpen());
@@ -408,28 +396,24 @@ private Q_SLOTS:
     // --- cancelling the ticket
 
     void cancelling_data() {
-        QTest::addColumn<bool>("byKey");
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("cancels");
+        QTest::addColumn<CancellingRow>("row");
         for (const bool byKey : {true, false}) {
             const char* way = byKey ? "F3" : "press";
-            QTest::addRow("%s, yes", way) << byKey << MessageBoxAnswer::yes << true;
-            QTest::addRow("%s, no", way) << byKey << MessageBoxAnswer::no << false;
-            QTest::addRow("%s, Escape", way) << byKey << BoxAnswers::escape << false;
+            QTest::addRow("%s, yes", way) << CancellingRow{byKey, MessageBoxAnswer::yes, true};
+            QTest::addRow("%s, no", way) << CancellingRow{byKey, MessageBoxAnswer::no, false};
+            QTest::addRow("%s, Escape", way) << CancellingRow{byKey, BoxAnswers::escape, false};
         }
     }
     void cancelling() {
-        QFETCH(bool, byKey);
-        QFETCH(int, answer);
-        QFETCH(bool, cancels);
+        QFETCH(const CancellingRow, row);
         scanThree();
         m_shop->press(*ui().resim2);
         ui().adet->setText("4");
         m_shop->sales().eksiltme = 1;
         const auto before = texts();
         const auto stored = tables();
-        m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", answer);
-        if (byKey)
+        m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", row.answer);
+        if (row.byKey)
             m_shop->key(Qt::Key_F3);
         else
             press(*ui().satisiptal);
@@ -439,7 +423,7 @@ private Q_SLOTS:
         QCOMPARE(m_boxes.at(0).defaultButton, "Evet");
         QCOMPARE(m_shop->sales().eksiltme, 0);
         QCOMPARE(tables(), stored);  // no trace
-        if (!cancels) {
+        if (!row.cancels) {
             QCOMPARE(texts(), before);
             return;
         }

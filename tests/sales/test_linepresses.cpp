@@ -1,6 +1,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 
+#include "rows.h"
 #include "salestest.h"
 
 using namespace kovanix;
@@ -8,6 +9,26 @@ using namespace kovanix;
 /// Presses on the ticket, and the fields and keys of the panel that they open.
 class LinePressesTest : public SalesTest {
     Q_OBJECT
+
+    struct OtherButtonsDoNothingRow {
+        Qt::MouseButton button;
+        int line, column;
+    };
+    struct CellsOfALineRow {
+        int line, column;
+        QStringList panel;  ///< name, quantity, price, active field; none where it stays closed
+    };
+    struct AScanAfterAPressOnTheTicketReachesNoFieldRow {
+        int line, column;
+    };
+    struct APressInAFieldEmptiesItRow {
+        int column;
+        QString field, code;
+    };
+    struct FieldsTakeDigitsAndCommasRow {
+        int column;
+        QString typed, text;
+    };
 
     /// bread 10,00; milk 32,50; tea 1.234,50
     void scanThree() const {
@@ -26,24 +47,21 @@ private Q_SLOTS:
     // --- presses on the ticket
 
     void otherButtonsDoNothing_data() {
-        QTest::addColumn<Qt::MouseButton>("button");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("column");
+        QTest::addColumn<OtherButtonsDoNothingRow>("row");
         for (const auto& [name, button] :
              {std::pair("right", Qt::RightButton), {"middle", Qt::MiddleButton}}) {
             for (const int row : {0, 1, 4}) {
                 for (int column = 1; column <= 5; ++column)
-                    QTest::addRow("%s, row %d, column %d", name, row, column) << button << row << column;
+                    QTest::addRow("%s, row %d, column %d", name, row, column)
+                        << OtherButtonsDoNothingRow{button, row, column};
             }
         }
     }
     void otherButtonsDoNothing() {
-        QFETCH(Qt::MouseButton, button);
-        QFETCH(int, row);
-        QFETCH(int, column);
+        QFETCH(const OtherButtonsDoNothingRow, row);
         scanThree();
         const auto before = texts();
-        pressCell(row, column, button);
+        pressCell(row.line, row.column, row.button);
         QCOMPARE(texts(), before);
         QVERIFY(!panelIsOpen());
         QVERIFY(ui().barkod->hasFocus());
@@ -100,42 +118,38 @@ private Q_SLOTS:
     }
 
     void cellsOfALine_data() {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QStringList>(
-            "panel");  // name, quantity, price, active field; none where it stays closed
+        QTest::addColumn<CellsOfALineRow>("row");
         const QList<QStringList> lines{{"Köy Ekmeği", "1", "10,00"},
                                        {"Tam Yağlı Süt 1 L", "1", "32,50"},
                                        {"Çay Bahçesi 5 kg", "1", "1.234,50"}};
         for (int row = 1; row <= 3; ++row) {
             const QStringList& line = lines.at(row - 1);
             for (int column = 1; column <= 2; ++column)
-                QTest::addRow("row %d, column %d", row, column) << row << column << QStringList();
-            QTest::addRow("row %d, column 3", row) << row << 3 << (line + QStringList("1"));
-            QTest::addRow("row %d, column 4", row) << row << 4 << (line + QStringList("2"));
-            QTest::addRow("row %d, column 5", row) << row << 5 << (line + QStringList("2"));
+                QTest::addRow("row %d, column %d", row, column)
+                    << CellsOfALineRow{row, column, QStringList()};
+            QTest::addRow("row %d, column 3", row) << CellsOfALineRow{row, 3, (line + QStringList("1"))};
+            QTest::addRow("row %d, column 4", row) << CellsOfALineRow{row, 4, (line + QStringList("2"))};
+            QTest::addRow("row %d, column 5", row) << CellsOfALineRow{row, 5, (line + QStringList("2"))};
         }
     }
     void cellsOfALine() {
-        QFETCH(int, row);
-        QFETCH(int, column);
-        QFETCH(QStringList, panel);
+        QFETCH(const CellsOfALineRow, row);
         scanThree();
         const QStringList total{m_shop->toplam(), m_shop->kalan()};
-        pressCell(row, column);
-        QCOMPARE(grid().row(), row);
-        QCOMPARE(grid().col(), column);
-        QCOMPARE(ui().satir->text(), QString::number(row));
-        QCOMPARE(mark(row), column == 1 ? "-1" : "");
-        QCOMPARE(panelIsOpen(), !panel.isEmpty());
-        if (panel.isEmpty()) {
+        pressCell(row.line, row.column);
+        QCOMPARE(grid().row(), row.line);
+        QCOMPARE(grid().col(), row.column);
+        QCOMPARE(ui().satir->text(), QString::number(row.line));
+        QCOMPARE(mark(row.line), row.column == 1 ? "-1" : "");
+        QCOMPARE(panelIsOpen(), !row.panel.isEmpty());
+        if (row.panel.isEmpty()) {
             QVERIFY(grid().hasFocus());
             QCOMPARE(ui().nereye->text(), "");
         } else {
             QCOMPARE((QStringList{ui().urununadi->text(), ui().adetdegis->text(), ui().fiyatdegis->text(),
                                   ui().nereye->text()}),
-                     panel);
-            QVERIFY((column == 3 ? ui().adetdegis : ui().fiyatdegis)->hasFocus());
+                     row.panel);
+            QVERIFY((row.column == 3 ? ui().adetdegis : ui().fiyatdegis)->hasFocus());
         }
         QCOMPARE((QStringList{m_shop->toplam(), m_shop->kalan()}), total);
     }
@@ -191,26 +205,20 @@ private Q_SLOTS:
     }
 
     void aScanAfterAPressOnTheTicketReachesNoField_data() {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("column");
-        const auto row = [](const char* name, int line, int column) {
-            QTest::newRow(name) << line << column;
-        };
-        row("barcode", 1, 1);
-        row("name", 1, 2);
-        row("name of the entry row", 4, 2);
-        row("quantity of the entry row", 4, 3);
+        addRows<AScanAfterAPressOnTheTicketReachesNoFieldRow>({{"barcode", {1, 1}},
+                                                               {"name", {1, 2}},
+                                                               {"name of the entry row", {4, 2}},
+                                                               {"quantity of the entry row", {4, 3}}});
     }
     void aScanAfterAPressOnTheTicketReachesNoField() {
-        QFETCH(int, row);
-        QFETCH(int, column);
+        QFETCH(const AScanAfterAPressOnTheTicketReachesNoFieldRow, row);
         scanThree();
-        pressCell(row, column);
+        pressCell(row.line, row.column);
         const auto before = texts();
         m_shop->scan(goods::bag);
         QCOMPARE(texts(), before);
-        QCOMPARE(grid().row(), row);
-        QCOMPARE(grid().col(), column);
+        QCOMPARE(grid().row(), row.line);
+        QCOMPARE(grid().col(), row.column);
         m_shop->press(*ui().korumaresmi);
         m_shop->scan(goods::bag);
         QCOMPARE(m_shop->lines(), 4);
@@ -246,24 +254,16 @@ private Q_SLOTS:
     }
 
     void aPressInAFieldEmptiesIt_data() {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("code");
-        const auto row = [](const char* name, int column, const QString& field, const QString& code) {
-            QTest::newRow(name) << column << field << code;
-        };
-        row("the quantity that is active", 3, "adetdegis", "1");
-        row("the quantity while the price is", 4, "adetdegis", "1");
-        row("the price that is active", 5, "fiyatdegis", "2");
-        row("the price while the quantity is", 3, "fiyatdegis", "2");
+        addRows<APressInAFieldEmptiesItRow>({{"the quantity that is active", {3, "adetdegis", "1"}},
+                                             {"the quantity while the price is", {4, "adetdegis", "1"}},
+                                             {"the price that is active", {5, "fiyatdegis", "2"}},
+                                             {"the price while the quantity is", {3, "fiyatdegis", "2"}}});
     }
     void aPressInAFieldEmptiesIt() {
-        QFETCH(int, column);
-        QFETCH(QString, field);
-        QFETCH(QString, code);
+        QFETCH(const APressInAFieldEmptiesItRow, row);
         m_shop->scan(goods::bread);
-        pressCell(1, column);
-        auto* edit = m_shop->sales().findChild<QLineEdit*>(field);
+        pressCell(1, row.column);
+        auto* edit = m_shop->sales().findChild<QLineEdit*>(row.field);
         for (const Qt::MouseButton other : {Qt::RightButton, Qt::MiddleButton}) {
             press(*edit, other);
             QVERIFY(!edit->text().isEmpty());
@@ -271,7 +271,7 @@ private Q_SLOTS:
         press(*edit);
         QCOMPARE(edit->text(), "");
         QVERIFY(edit->hasFocus());
-        QCOMPARE(ui().nereye->text(), code);
+        QCOMPARE(ui().nereye->text(), row.code);
         const QLineEdit* untouched = edit == ui().adetdegis ? ui().fiyatdegis : ui().adetdegis;
         QVERIFY(!untouched->text().isEmpty());
         m_shop->type("7");
@@ -279,13 +279,12 @@ private Q_SLOTS:
     }
 
     void fieldsTakeDigitsAndCommas_data() {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("text");
+        QTest::addColumn<FieldsTakeDigitsAndCommasRow>("row");
         for (const int column : {3, 4}) {
             const auto row = [column](const char* name, const char* typed, const char* text) {
                 QTest::addRow("%s: %s", column == 3 ? "quantity" : "price", name)
-                    << column << QString::fromUtf8(typed) << QString::fromUtf8(text);
+                    << FieldsTakeDigitsAndCommasRow{column, QString::fromUtf8(typed),
+                                                    QString::fromUtf8(text)};
             };
             row("digits and comma", "0123456789,", "0123456789,");
             row("letters and signs", "a1b,.;-+2e'3", "1,23");
@@ -296,19 +295,17 @@ private Q_SLOTS:
         }
     }
     void fieldsTakeDigitsAndCommas() {
-        QFETCH(int, column);
-        QFETCH(QString, typed);
-        QFETCH(QString, text);
+        QFETCH(const FieldsTakeDigitsAndCommasRow, row);
         m_shop->scan(goods::bread);
-        pressCell(1, column);
-        QLineEdit& field = column == 3 ? *ui().adetdegis : *ui().fiyatdegis;
-        retype(field, typed);
-        QCOMPARE(field.text(), text);
+        pressCell(1, row.column);
+        QLineEdit& field = row.column == 3 ? *ui().adetdegis : *ui().fiyatdegis;
+        retype(field, row.typed);
+        QCOMPARE(field.text(), row.text);
         field.clear();
-        compose(typed);
-        QCOMPARE(field.text(), text);
+        compose(row.typed);
+        QCOMPARE(field.text(), row.text);
         m_shop->key(Qt::Key_Backspace);
-        QCOMPARE(field.text(), text.chopped(1));
+        QCOMPARE(field.text(), row.text.chopped(1));
     }
 
     void keysWriteIntoTheActiveField_data() {

@@ -4,6 +4,7 @@
 #include "appearance/palette.h"
 #include "appearance/saatt.h"
 #include "appearance/toplamtema.h"
+#include "rows.h"
 #include "runtime/screenregistry.h"
 #include "salestest.h"
 
@@ -12,6 +13,19 @@ using namespace kovanix;
 /// What the sales screen opens above itself, and what the themes make of it.
 class LooksTest : public SalesTest {
     Q_OBJECT
+
+    struct KeysOpenTheScreensAboveRow {
+        Qt::Key key;
+        bool isMenu;
+    };
+    struct RightPressOnTheTotalRow {
+        Qt::MouseButton button;
+        bool opens;
+    };
+    struct MoneyPaintsTheSubtractButtonRow {
+        QByteArray tema;
+        int palette;
+    };
 
     static QList<QColor> faceOf(const DrawnButton& button) {
         return {button.backcolor1(), button.backcolor2(), button.backcolorpushed1(),
@@ -29,36 +43,30 @@ class LooksTest : public SalesTest {
 
 private Q_SLOTS:
     void keysOpenTheScreensAbove_data() {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<bool>("isMenu");
-        QTest::newRow("F7: the menu") << Qt::Key_F7 << true;
-        QTest::newRow("F8: about") << Qt::Key_F8 << false;
+        addRows<KeysOpenTheScreensAboveRow>(
+            {{"F7: the menu", {Qt::Key_F7, true}}, {"F8: about", {Qt::Key_F8, false}}});
     }
     void keysOpenTheScreensAbove() {
-        QFETCH(Qt::Key, key);
-        QFETCH(bool, isMenu);
+        QFETCH(const KeysOpenTheScreensAboveRow, row);
         m_shop->scan(goods::bread);
         m_shop->sales().eksiltme = 1;
-        m_shop->key(key);
-        QCOMPARE(loaded<menu>(), isMenu);
-        QCOMPARE(loaded<hallimzda>(), !isMenu);
-        QVERIFY(isMenu ? screen<menu>().isVisible() : screen<hallimzda>().isVisible());
+        m_shop->key(row.key);
+        QCOMPARE(loaded<menu>(), row.isMenu);
+        QCOMPARE(loaded<hallimzda>(), !row.isMenu);
+        QVERIFY(row.isMenu ? screen<menu>().isVisible() : screen<hallimzda>().isVisible());
         QCOMPARE(m_shop->sales().eksiltme, 0);
         QCOMPARE(m_shop->lines(), 1);  // the ticket stays beneath
         QVERIFY(m_shop->sales().isVisible());
     }
 
     void rightPressOnTheTotal_data() {
-        QTest::addColumn<Qt::MouseButton>("button");
-        QTest::addColumn<bool>("opens");
-        QTest::newRow("right") << Qt::RightButton << true;
-        QTest::newRow("middle") << Qt::MiddleButton << false;
+        addRows<RightPressOnTheTotalRow>(
+            {{"right", {Qt::RightButton, true}}, {"middle", {Qt::MiddleButton, false}}});
     }
     void rightPressOnTheTotal() {
-        QFETCH(Qt::MouseButton, button);
-        QFETCH(bool, opens);
-        QTest::mouseClick(m_shop->ui().toplam, button);
-        QCOMPARE(loaded<toplamtema>(), opens);
+        QFETCH(const RightPressOnTheTotalRow, row);
+        QTest::mouseClick(m_shop->ui().toplam, row.button);
+        QCOMPARE(loaded<toplamtema>(), row.opens);
         QVERIFY(!m_shop->sales().isMinimized());
     }
 
@@ -96,20 +104,17 @@ private Q_SLOTS:
     }
 
     void moneyPaintsTheSubtractButton_data() {
-        QTest::addColumn<QByteArray>("tema");
-        QTest::addColumn<int>("palette");
-        QTest::newRow("1") << QByteArray("1") << 0;
-        QTest::newRow("2") << QByteArray("2") << 1;
-        QTest::newRow("3") << QByteArray("3") << 2;
-        QTest::newRow("4") << QByteArray("4") << 3;
-        QTest::newRow("0 leaves it") << QByteArray("0") << -1;
-        QTest::newRow("9 leaves it") << QByteArray("9") << -1;
-        QTest::newRow("absent leaves it") << QByteArray() << -1;
+        addRows<MoneyPaintsTheSubtractButtonRow>({{"1", {QByteArray("1"), 0}},
+                                                  {"2", {QByteArray("2"), 1}},
+                                                  {"3", {QByteArray("3"), 2}},
+                                                  {"4", {QByteArray("4"), 3}},
+                                                  {"0 leaves it", {QByteArray("0"), -1}},
+                                                  {"9 leaves it", {QByteArray("9"), -1}},
+                                                  {"absent leaves it", {QByteArray(), -1}}});
     }
     void moneyPaintsTheSubtractButton() {
-        QFETCH(QByteArray, tema);
-        QFETCH(int, palette);
-        m_shop->writeConfig("[ayar]\r\n" + (tema.isEmpty() ? QByteArray() : "tema=" + tema + "\r\n"));
+        QFETCH(const MoneyPaintsTheSubtractButtonRow, row);
+        m_shop->writeConfig("[ayar]\r\n" + (row.tema.isEmpty() ? QByteArray() : "tema=" + row.tema + "\r\n"));
         const QList<QColor> before{Qt::red, Qt::green, Qt::blue, Qt::yellow};
         vkCommand& button = *m_shop->ui().vkCommand5;
         button.setBackcolor1(before[0]);
@@ -117,7 +122,7 @@ private Q_SLOTS:
         button.setBackcolorpushed1(before[2]);
         button.setBackcolorpushed2(before[3]);
         m_shop->press(*m_shop->ui().Resim5);
-        QCOMPARE(faceOf(button), palette < 0 ? before : paletteFace(Palette(palette)));
+        QCOMPARE(faceOf(button), row.palette < 0 ? before : paletteFace(Palette(row.palette)));
     }
 
     void subtractingShowsItsOwnColours() {
@@ -131,21 +136,18 @@ private Q_SLOTS:
     }
 
     void theThemeOnFileStandsAtStart_data() {
-        QTest::addColumn<QByteArray>("tema");
-        QTest::addColumn<int>("palette");
-        QTest::newRow("dark") << QByteArray("3") << 2;
-        QTest::newRow("light") << QByteArray("4") << 3;
-        QTest::newRow("absent") << QByteArray() << 0;
+        addRows<MoneyPaintsTheSubtractButtonRow>(
+            {{"dark", {QByteArray("3"), 2}}, {"light", {QByteArray("4"), 3}}, {"absent", {QByteArray(), 0}}});
     }
     void theThemeOnFileStandsAtStart() {
-        QFETCH(QByteArray, tema);
-        QFETCH(int, palette);
+        QFETCH(const MoneyPaintsTheSubtractButtonRow, row);
         m_shop->writeConfig("[ayar]\r\ntemaac=1\r\n" +
-                            (tema.isEmpty() ? QByteArray() : "tema=" + tema + "\r\n"));
+                            (row.tema.isEmpty() ? QByteArray() : "tema=" + row.tema + "\r\n"));
         unloadAllScreens();
-        QCOMPARE(faceOf(*m_shop->ui().vkCommand5), paletteFace(Palette(palette)));
-        QCOMPARE(m_shop->ui().toplam->forecolor(),
-                 colorOf(paletteColor(QStringLiteral("toplam"), ColorProperty::forecolor, Palette(palette))));
+        QCOMPARE(faceOf(*m_shop->ui().vkCommand5), paletteFace(Palette(row.palette)));
+        QCOMPARE(
+            m_shop->ui().toplam->forecolor(),
+            colorOf(paletteColor(QStringLiteral("toplam"), ColorProperty::forecolor, Palette(row.palette))));
     }
 };
 

@@ -1,3 +1,4 @@
+#include "rows.h"
 #include "salestest.h"
 
 using namespace kovanix;
@@ -5,6 +6,13 @@ using namespace kovanix;
 /// Cash and change: notes and coins, subtract mode, typed cash.
 class PaymentTest : public SalesTest {
     Q_OBJECT
+
+    struct PicturesOfMoneyRow {
+        QString picture, once, twice;
+    };
+    struct QuantityAsCashRow {
+        QString typed, verilen, kalan;
+    };
 
     void compareAmounts(const QString& verilen, const QString& kalan, const QString& ver2) const {
         QCOMPARE(m_shop->verilen(), verilen);
@@ -18,50 +26,27 @@ class PaymentTest : public SalesTest {
 
 private Q_SLOTS:
     void picturesOfMoney_data() {
-        QTest::addColumn<QString>("picture");
-        QTest::addColumn<QString>("once");
-        QTest::addColumn<QString>("twice");
-        QTest::newRow("200") << "resim2"
-                             << "200,00"
-                             << "400,00";
-        QTest::newRow("100") << "resim3"
-                             << "100,00"
-                             << "200,00";
-        QTest::newRow("50") << "resim4"
-                            << "50,00"
-                            << "100,00";
-        QTest::newRow("20") << "resim1"
-                            << "20,00"
-                            << "40,00";
-        QTest::newRow("10") << "Resim5"
-                            << "10,00"
-                            << "20,00";
-        QTest::newRow("5") << "Resim6"
-                           << "5,00"
-                           << "10,00";
-        QTest::newRow("1") << "Image1"
-                           << "1,00"
-                           << "2,00";
-        QTest::newRow("0.50") << "Image2"
-                              << "0,50"
-                              << "1,00";
-        QTest::newRow("0.25") << "Image3"
-                              << "0,25"
-                              << "0,50";
+        addRows<PicturesOfMoneyRow>({{"200", {"resim2", "200,00", "400,00"}},
+                                     {"100", {"resim3", "100,00", "200,00"}},
+                                     {"50", {"resim4", "50,00", "100,00"}},
+                                     {"20", {"resim1", "20,00", "40,00"}},
+                                     {"10", {"Resim5", "10,00", "20,00"}},
+                                     {"5", {"Resim6", "5,00", "10,00"}},
+                                     {"1", {"Image1", "1,00", "2,00"}},
+                                     {"0.50", {"Image2", "0,50", "1,00"}},
+                                     {"0.25", {"Image3", "0,25", "0,50"}}});
     }
     void picturesOfMoney() {
-        QFETCH(QString, picture);
-        QFETCH(QString, once);
-        QFETCH(QString, twice);
-        auto* image = m_shop->sales().findChild<Image*>(picture);
+        QFETCH(const PicturesOfMoneyRow, row);
+        auto* image = m_shop->sales().findChild<Image*>(row.picture);
         QVERIFY(image);
         // Before any line is scanned the change is all of the cash.
         m_shop->ui().adet->setFocus();
         m_shop->press(*image);
-        compareAmounts(once, once, once);
+        compareAmounts(row.once, row.once, row.once);
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
         m_shop->press(*image);
-        compareAmounts(twice, twice, twice);
+        compareAmounts(row.twice, row.twice, row.twice);
     }
 
     void changeFollowsTheTicket() {
@@ -138,31 +123,18 @@ private Q_SLOTS:
     }
 
     void quantityAsCash_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("verilen");
-        QTest::addColumn<QString>("kalan");
-        QTest::newRow("a whole amount") << "50"
-                                        << "50,00"
-                                        << "40,00";
-        QTest::newRow("an amount with cents") << "12,5"
-                                              << "12,50"
-                                              << "2,50";
-        QTest::newRow("thousands") << "1234"
-                                   << "1.234,00"
-                                   << "1.224,00";
-        QTest::newRow("zero") << "0"
-                              << "0,00"
-                              << "-10,00";
+        addRows<QuantityAsCashRow>({{"a whole amount", {"50", "50,00", "40,00"}},
+                                    {"an amount with cents", {"12,5", "12,50", "2,50"}},
+                                    {"thousands", {"1234", "1.234,00", "1.224,00"}},
+                                    {"zero", {"0", "0,00", "-10,00"}}});
     }
     void quantityAsCash() {
-        QFETCH(QString, typed);
-        QFETCH(QString, verilen);
-        QFETCH(QString, kalan);
+        QFETCH(const QuantityAsCashRow, row);
         m_shop->scan(goods::bread);
         m_shop->press(*m_shop->ui().resim2);  // is replaced, not added to
-        m_shop->typeInto(*m_shop->ui().adet, typed);
+        m_shop->typeInto(*m_shop->ui().adet, row.typed);
         m_shop->ui().ver3->click();
-        compareAmounts(verilen, kalan, verilen);
+        compareAmounts(row.verilen, row.kalan, row.verilen);
         QCOMPARE(m_shop->ui().adet->text(), "");
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
     }
@@ -186,29 +158,16 @@ private Q_SLOTS:
     }
 
     void typedCash_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("verilen");
-        QTest::addColumn<QString>("kalan");
-        QTest::newRow("plain numbers until the next format") << "20"
-                                                             << "20"
-                                                             << "10";
-        QTest::newRow("cents") << "12,75"
-                               << "12,75"
-                               << "2,75";
-        QTest::newRow("a comma still to be followed") << "12,"
-                                                      << "12"
-                                                      << "2";
-        QTest::newRow("no number changes nothing") << "12,,5"
-                                                   << "12"
-                                                   << "2";
+        addRows<QuantityAsCashRow>({{"plain numbers until the next format", {"20", "20", "10"}},
+                                    {"cents", {"12,75", "12,75", "2,75"}},
+                                    {"a comma still to be followed", {"12,", "12", "2"}},
+                                    {"no number changes nothing", {"12,,5", "12", "2"}}});
     }
     void typedCash() {
-        QFETCH(QString, typed);
-        QFETCH(QString, verilen);
-        QFETCH(QString, kalan);
+        QFETCH(const QuantityAsCashRow, row);
         m_shop->scan(goods::bread);
-        m_shop->typeInto(*m_shop->ui().ver2, typed);  // replaces the 0,00 that stands there
-        compareAmounts(verilen, kalan, typed);
+        m_shop->typeInto(*m_shop->ui().ver2, row.typed);  // replaces the 0,00 that stands there
+        compareAmounts(row.verilen, row.kalan, row.typed);
     }
 
     void emptiedCashBecomesZero() {

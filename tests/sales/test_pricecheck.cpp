@@ -1,5 +1,6 @@
 #include <QLineEdit>
 
+#include "rows.h"
 #include "salestest.h"
 
 using namespace kovanix;
@@ -11,6 +12,14 @@ const QStringList empty{"", "", ""};
 /// The panel that shows name and price of a barcode beside the ticket.
 class PriceCheckTest : public SalesTest {
     Q_OBJECT
+
+    struct KeysRow {
+        QString typed, text;
+    };
+    struct PastedBarcodesRow {
+        QString pasted;
+        QStringList shown;
+    };
 
     bool panelIsOpen() const { return ui().fiyatgorframe->isVisible(); }
     QStringList results() const {
@@ -92,27 +101,21 @@ private Q_SLOTS:
     // --- keys
 
     void keys_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const char* typed, const char* text) {
-            QTest::newRow(name) << QString::fromUtf8(typed) << text;
-        };
-        row("digits", "0123456789", "0123456789");
-        row("letters and signs are dropped", "a1,b.2-' x3", "123");
-        row("Turkish letters too", "ı1şİ2", "12");
-        row("an emoji", "🍞7", "7");
+        addRows<KeysRow>({{"digits", {"0123456789", "0123456789"}},
+                          {"letters and signs are dropped", {"a1,b.2-' x3", "123"}},
+                          {"Turkish letters too", {"ı1şİ2", "12"}},
+                          {"an emoji", {"🍞7", "7"}}});
     }
     void keys() {
-        QFETCH(QString, typed);
-        QFETCH(QString, text);
+        QFETCH(const KeysRow, row);
         m_shop->key(Qt::Key_F4);
-        m_shop->type(typed);
-        QCOMPARE(ui().fiyargorbarkodu->text(), text);
+        m_shop->type(row.typed);
+        QCOMPARE(ui().fiyargorbarkodu->text(), row.text);
         m_shop->key(Qt::Key_Backspace);
-        QCOMPARE(ui().fiyargorbarkodu->text(), text.chopped(1));
+        QCOMPARE(ui().fiyargorbarkodu->text(), row.text.chopped(1));
         ui().fiyargorbarkodu->clear();
-        compose(typed);
-        QCOMPARE(ui().fiyargorbarkodu->text(), text);
+        compose(row.typed);
+        QCOMPARE(ui().fiyargorbarkodu->text(), row.text);
         QCOMPARE(results(), empty);  // nothing is asked before Enter
     }
 
@@ -166,27 +169,21 @@ private Q_SLOTS:
     }
 
     void pastedBarcodes_data() {
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<QStringList>("shown");
-        const auto row = [](const char* name, const QString& pasted, const QStringList& shown) {
-            QTest::newRow(name) << pasted << shown;
-        };
-        row("letters", "abc-7", QStringList{"abc-7", "Harfli", "3,00"});
-        row("an apostrophe", "7'7", QStringList{"7'7", "Kesmeli", "4,00"});
-        row("blanks around", "  " + goods::bread + " ", bread);
-        row("Turkish letters", "çİı", QStringList{"çİı", "Türkçe", "5,00"});
+        addRows<PastedBarcodesRow>({{"letters", {"abc-7", QStringList{"abc-7", "Harfli", "3,00"}}},
+                                    {"an apostrophe", {"7'7", QStringList{"7'7", "Kesmeli", "4,00"}}},
+                                    {"blanks around", {"  " + goods::bread + " ", bread}},
+                                    {"Turkish letters", {"çİı", QStringList{"çİı", "Türkçe", "5,00"}}}});
     }
     void pastedBarcodes() {
-        QFETCH(QString, pasted);
-        QFETCH(QStringList, shown);
+        QFETCH(const PastedBarcodesRow, row);
         m_shop->addProduct("abc-7", "Harfli", 1, 3);
         m_shop->addProduct("7'7", "Kesmeli", 1, 4);
         m_shop->addProduct("çİı", "Türkçe", 1, 5);
         m_shop->key(Qt::Key_F4);
-        paste(*ui().fiyargorbarkodu, pasted);
-        QCOMPARE(ui().fiyargorbarkodu->text(), pasted);
+        paste(*ui().fiyargorbarkodu, row.pasted);
+        QCOMPARE(ui().fiyargorbarkodu->text(), row.pasted);
         m_shop->key(Qt::Key_Return);
-        QCOMPARE(results(), shown);
+        QCOMPARE(results(), row.shown);
     }
 
     void thePriceIsReadFresh() {

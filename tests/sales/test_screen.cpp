@@ -1,4 +1,5 @@
 #include "data/baglanmamodulu.h"
+#include "rows.h"
 #include "runtime/process.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/screenregistry.h"
@@ -12,6 +13,23 @@ using namespace kovanix;
 class ScreenTest : public SalesTest {
     Q_OBJECT
 
+    struct ClosingByTheButtonRow {
+        int answer;
+        bool ends;
+    };
+    struct CancellingTheTicketRow {
+        int answer, lines;
+    };
+    struct SizeOfTheTotalByItsCaptionRow {
+        QString caption;
+        int size;
+    };
+    struct ScaleLabelsRow {
+        QString barcode;
+        bool isLabel;
+        int error;
+    };
+
     std::optional<int> m_ended;
 
 private Q_SLOTS:
@@ -22,20 +40,17 @@ private Q_SLOTS:
     }
 
     void closingByTheButton_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("yes") << MessageBoxAnswer::yes << true;
-        QTest::newRow("no") << MessageBoxAnswer::no << false;
-        QTest::newRow("Escape") << BoxAnswers::escape << false;
+        addRows<ClosingByTheButtonRow>({{"yes", {MessageBoxAnswer::yes, true}},
+                                        {"no", {MessageBoxAnswer::no, false}},
+                                        {"Escape", {BoxAnswers::escape, false}}});
     }
     void closingByTheButton() {
-        QFETCH(int, answer);
-        QFETCH(bool, ends);
+        QFETCH(const ClosingByTheButtonRow, row);
         m_shop->scan(goods::bread);
         m_shop->sales().eksiltme = 1;
-        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?", answer);
+        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?", row.answer);
         m_shop->key(Qt::Key_F9);
-        QCOMPARE(m_ended.has_value(), ends);
+        QCOMPARE(m_ended.has_value(), row.ends);
         QCOMPARE(m_shop->sales().eksiltme, 0);
         QVERIFY(m_shop->sales().isVisible());
         QCOMPARE(m_shop->lines(), 1);
@@ -43,27 +58,23 @@ private Q_SLOTS:
 
     void closingByRequest_data() { closingByTheButton_data(); }
     void closingByRequest() {
-        QFETCH(int, answer);
-        QFETCH(bool, ends);
-        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?", answer);
+        QFETCH(const ClosingByTheButtonRow, row);
+        m_shop->boxes.expect("Program kapatma", "PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?", row.answer);
         m_shop->sales().close();
-        QCOMPARE(m_ended.has_value(), ends);
+        QCOMPARE(m_ended.has_value(), row.ends);
         QVERIFY(!m_shop->sales().isVisible());  // after a No too: the request isn't cancelled
     }
 
     void cancellingTheTicket_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<int>("lines");
-        QTest::newRow("yes") << MessageBoxAnswer::yes << 0;
-        QTest::newRow("no") << MessageBoxAnswer::no << 1;
+        addRows<CancellingTheTicketRow>(
+            {{"yes", {MessageBoxAnswer::yes, 0}}, {"no", {MessageBoxAnswer::no, 1}}});
     }
     void cancellingTheTicket() {
-        QFETCH(int, answer);
-        QFETCH(int, lines);
+        QFETCH(const CancellingTheTicketRow, row);
         m_shop->scan(goods::bread);
-        m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", answer);
+        m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", row.answer);
         m_shop->key(Qt::Key_F3);
-        QCOMPARE(m_shop->lines(), lines);
+        QCOMPARE(m_shop->lines(), row.lines);
         QCOMPARE(m_shop->rows("SELECT * FROM satislar").size(), 0);
     }
 
@@ -133,19 +144,16 @@ private Q_SLOTS:
     }
 
     void sizeOfTheTotalByItsCaption_data() {
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<int>("size");
-        QTest::newRow("short") << "0,00" << 60;
-        QTest::newRow("nine characters") << "123456,00" << 80;
-        QTest::newRow("blanks don't count") << "  0,00    " << 60;
-        QTest::newRow("none counts as four") << "" << 60;
+        addRows<SizeOfTheTotalByItsCaptionRow>({{"short", {"0,00", 60}},
+                                                {"nine characters", {"123456,00", 80}},
+                                                {"blanks don't count", {"  0,00    ", 60}},
+                                                {"none counts as four", {"", 60}}});
     }
     void sizeOfTheTotalByItsCaption() {
-        QFETCH(QString, caption);
-        QFETCH(int, size);
-        m_shop->ui().toplam->setCaption(caption);
+        QFETCH(const SizeOfTheTotalByItsCaptionRow, row);
+        m_shop->ui().toplam->setCaption(row.caption);
         m_shop->sales().toplamyazisi(-1);
-        QCOMPARE(m_shop->ui().toplam->fontsize(), size);
+        QCOMPARE(m_shop->ui().toplam->fontsize(), row.size);
     }
 
     void sizeFollowsTheTicket() {
@@ -156,33 +164,29 @@ private Q_SLOTS:
     }
 
     void scaleLabels_data() {
-        QTest::addColumn<QString>("barcode");
-        QTest::addColumn<bool>("isLabel");
-        QTest::addColumn<int>("error");
-        QTest::newRow("27") << "2712345006789" << true << 0;
-        QTest::newRow("26 is none") << "2612345006789" << false << 0;
-        QTest::newRow("30 is none") << "3012345006789" << false << 0;
-        QTest::newRow("prefix that is no number") << "ab12345006789" << false << 0;
-        QTest::newRow("one character") << "2" << false << 0;
-        QTest::newRow("empty ends the process") << "" << false << RuntimeError::typeMismatch;
-        QTest::newRow("two characters end the process") << "27" << false << RuntimeError::typeMismatch;
-        QTest::newRow("seven characters end the process") << "2700012" << false << RuntimeError::typeMismatch;
-        QTest::newRow("eight characters") << "27000125" << true << 0;
-        QTest::newRow("a weight that is no number") << "2700012abcde" << false << RuntimeError::typeMismatch;
+        addRows<ScaleLabelsRow>(
+            {{"27", {"2712345006789", true, 0}},
+             {"26 is none", {"2612345006789", false, 0}},
+             {"30 is none", {"3012345006789", false, 0}},
+             {"prefix that is no number", {"ab12345006789", false, 0}},
+             {"one character", {"2", false, 0}},
+             {"empty ends the process", {"", false, RuntimeError::typeMismatch}},
+             {"two characters end the process", {"27", false, RuntimeError::typeMismatch}},
+             {"seven characters end the process", {"2700012", false, RuntimeError::typeMismatch}},
+             {"eight characters", {"27000125", true, 0}},
+             {"a weight that is no number", {"2700012abcde", false, RuntimeError::typeMismatch}}});
     }
     void scaleLabels() {
-        QFETCH(QString, barcode);
-        QFETCH(bool, isLabel);
-        QFETCH(int, error);
+        QFETCH(const ScaleLabelsRow, row);
         int raised = 0;
         bool split = false;
         try {
-            split = splitWeighedLabel(barcode).has_value();
+            split = splitWeighedLabel(row.barcode).has_value();
         } catch (const RuntimeError& failure) {
             raised = failure.number();
         }
-        QCOMPARE(raised, error);
-        QCOMPARE(split, isLabel);
+        QCOMPARE(raised, row.error);
+        QCOMPARE(split, row.isLabel);
     }
 };
 

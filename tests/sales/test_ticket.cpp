@@ -2,6 +2,7 @@
 #include <QClipboard>
 
 #include "data/baglanmamodulu.h"
+#include "rows.h"
 #include "runtime/runtimeerror.h"
 #include "salestest.h"
 #include "widgets/controlarray.h"
@@ -11,6 +12,10 @@ using namespace kovanix;
 /// Scans, lines, merging, totals.
 class TicketTest : public SalesTest {
     Q_OBJECT
+
+    struct QuantityGoesFirstRow {
+        QString typed, cell, total;
+    };
 
 private Q_SLOTS:
     void startsEmpty() {
@@ -44,37 +49,20 @@ private Q_SLOTS:
     }
 
     void quantityGoesFirst_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("cell");
-        QTest::addColumn<QString>("total");
-        QTest::newRow("none means one") << ""
-                                        << "1"
-                                        << "10,00";
-        QTest::newRow("a fraction stands as typed") << "2,5"
-                                                    << "2,5"
-                                                    << "25,00";
-        QTest::newRow("zero gives a line of nothing") << "0"
-                                                      << "0"
-                                                      << "0,00";
-        QTest::newRow("a bare comma sells one") << ","
-                                                << "1"
-                                                << "10,00";
-        QTest::newRow("a trailing comma is a number") << "3,"
-                                                      << "3,"
-                                                      << "30,00";
-        QTest::newRow("eight characters") << "12345678"
-                                          << "12345678"
-                                          << "123456780,00";
+        addRows<QuantityGoesFirstRow>({{"none means one", {"", "1", "10,00"}},
+                                       {"a fraction stands as typed", {"2,5", "2,5", "25,00"}},
+                                       {"zero gives a line of nothing", {"0", "0", "0,00"}},
+                                       {"a bare comma sells one", {",", "1", "10,00"}},
+                                       {"a trailing comma is a number", {"3,", "3,", "30,00"}},
+                                       {"eight characters", {"12345678", "12345678", "123456780,00"}}});
     }
     void quantityGoesFirst() {
-        QFETCH(QString, typed);
-        QFETCH(QString, cell);
-        QFETCH(QString, total);
-        m_shop->typeInto(*m_shop->ui().adet, typed);
+        QFETCH(const QuantityGoesFirstRow, row);
+        m_shop->typeInto(*m_shop->ui().adet, row.typed);
         m_shop->ui().barkod->setFocus();
         m_shop->scan(goods::bread);
-        QCOMPARE(m_shop->line(1).at(2), cell);
-        QCOMPARE(m_shop->toplam(), total);
+        QCOMPARE(m_shop->line(1).at(2), row.cell);
+        QCOMPARE(m_shop->toplam(), row.total);
         QCOMPARE(m_shop->ui().adet->text(), "");
     }
 

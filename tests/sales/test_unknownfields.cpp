@@ -1,5 +1,6 @@
 #include <QLineEdit>
 
+#include "rows.h"
 #include "salestest.h"
 
 using namespace kovanix;
@@ -7,6 +8,32 @@ using namespace kovanix;
 /// The fields and price keys of the panel for an unknown barcode: what they take, and what is stored of it.
 class UnknownFieldsTest : public SalesTest {
     Q_OBJECT
+
+    struct BarcodesThatOpenThePanelRow {
+        QString barcode;
+        bool opens;
+    };
+    struct TypedNamesRow {
+        QString typed, name;
+    };
+    struct PastedNamesRow {
+        QString pasted, stored;
+    };
+    struct TypedPricesRow {
+        QString typed, text;
+    };
+    struct PastedPricesRow {
+        QString pasted, text;
+    };
+    struct KeysThatMakeNoNumberRow {
+        QList<int> keys;
+        QString text;
+    };
+    struct StoredPricesRow {
+        QString price;
+        double stored;
+        QString cell;
+    };
 
     bool panelIsOpen() const { return ui().urunbulunamadiframesi->isVisible(); }
     int productCount() const {
@@ -17,30 +44,24 @@ private Q_SLOTS:
     // --- the barcode
 
     void barcodesThatOpenThePanel_data() {
-        QTest::addColumn<QString>("barcode");
-        QTest::addColumn<bool>("opens");
-        const auto row = [](const char* name, const QString& barcode, bool opens) {
-            QTest::newRow(name) << barcode << opens;
-        };
-        row("thirteen digits", unknown, true);
-        row("one digit", "7", true);
-        row("leading zeros", "0000001", true);
-        row("one zero", "0", false);
-        row("four zeros", "0000", false);
-        row("thirteen zeros", QString(13, u'0'), false);
-        row("fifty zeros", QString(50, u'0'), false);
+        addRows<BarcodesThatOpenThePanelRow>({{"thirteen digits", {unknown, true}},
+                                              {"one digit", {"7", true}},
+                                              {"leading zeros", {"0000001", true}},
+                                              {"one zero", {"0", false}},
+                                              {"four zeros", {"0000", false}},
+                                              {"thirteen zeros", {QString(13, u'0'), false}},
+                                              {"fifty zeros", {QString(50, u'0'), false}}});
     }
     void barcodesThatOpenThePanel() {
-        QFETCH(QString, barcode);
-        QFETCH(bool, opens);
+        QFETCH(const BarcodesThatOpenThePanelRow, row);
         ui().adet->setText("4");
-        m_shop->scan(barcode);
-        QCOMPARE(panelIsOpen(), opens);
-        QCOMPARE(ui().bulunulamayaurun->text(), opens ? barcode : "");
+        m_shop->scan(row.barcode);
+        QCOMPARE(panelIsOpen(), row.opens);
+        QCOMPARE(ui().bulunulamayaurun->text(), row.opens ? row.barcode : "");
         QCOMPARE(ui().barkod->text(), "");
         QCOMPARE(ui().adet->text(), "");
         QCOMPARE(m_shop->lines(), 0);
-        if (!opens)
+        if (!row.opens)
             QTRY_VERIFY(ui().barkod->hasFocus());
     }
 
@@ -94,43 +115,38 @@ private Q_SLOTS:
     // --- the name
 
     void typedNames_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("name");
-        const auto row = [](const char* name, const char* typed, const char* stored) {
-            QTest::newRow(name) << QString::fromUtf8(typed) << QString::fromUtf8(stored);
-        };
-        row("dotted i", "i", "İ");
-        row("dotless i", "ı", "I");
-        row("capitals of both", "İI", "İI");
-        row("ş", "ş", "Ş");
-        row("ç", "ç", "Ç");
-        row("ğ", "ğ", "Ğ");
-        row("ü", "ü", "Ü");
-        row("ö", "ö", "Ö");
-        row("ß has no capital", "ß", "ß");
-        row("â", "â", "Â");
-        row("all plain letters", "abcdefghjklmnopqrstuvwxyz", "ABCDEFGHJKLMNOPQRSTUVWXYZ");
-        row("digits", "0123456789", "0123456789");
-        row("an apostrophe", "o'nun", "O'NUN");
-        row("signs of the letter transcription", "a|!#$@%&*^~{}b", "A|!#$@%&*^~{}B");
-        row("blanks inside", "iki  ekmek", "İKİ  EKMEK");
-        row("an emoji", "ekmek🍞i", "EKMEK🍞İ");
-        row("empty", "", "");
+        addRows<TypedNamesRow>(
+            {{"dotted i", {"i", "İ"}},
+             {"dotless i", {"ı", "I"}},
+             {"capitals of both", {"İI", "İI"}},
+             {"ş", {"ş", "Ş"}},
+             {"ç", {"ç", "Ç"}},
+             {"ğ", {"ğ", "Ğ"}},
+             {"ü", {"ü", "Ü"}},
+             {"ö", {"ö", "Ö"}},
+             {"ß has no capital", {"ß", "ß"}},
+             {"â", {"â", "Â"}},
+             {"all plain letters", {"abcdefghjklmnopqrstuvwxyz", "ABCDEFGHJKLMNOPQRSTUVWXYZ"}},
+             {"digits", {"0123456789", "0123456789"}},
+             {"an apostrophe", {"o'nun", "O'NUN"}},
+             {"signs of the letter transcription", {"a|!#$@%&*^~{}b", "A|!#$@%&*^~{}B"}},
+             {"blanks inside", {"iki  ekmek", "İKİ  EKMEK"}},
+             {"an emoji", {"ekmek🍞i", "EKMEK🍞İ"}},
+             {"empty", {"", ""}}});
     }
     void typedNames() {
-        QFETCH(QString, typed);
-        QFETCH(QString, name);
-        fillInUnknown(typed, "5");
-        QCOMPARE(ui().urunadi->text(), name);  // while it is typed
+        QFETCH(const TypedNamesRow, row);
+        fillInUnknown(row.typed, "5");
+        QCOMPARE(ui().urunadi->text(), row.name);  // while it is typed
         ui().urunadi->clear();
         ui().urunadi->setFocus();
-        compose(typed);
-        QCOMPARE(ui().urunadi->text(), name);
+        compose(row.typed);
+        QCOMPARE(ui().urunadi->text(), row.name);
         press(*ui().urunbuunamadikaydet);
-        QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, name, 5.0, 5.0, 1.0}}));
-        QCOMPARE(m_shop->line(1).at(1), name);
+        QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, row.name, 5.0, 5.0, 1.0}}));
+        QCOMPARE(m_shop->line(1).at(1), row.name);
         m_shop->key(Qt::Key_F1);
-        QCOMPARE(soldLines().value(0).value(1).toString(), name);
+        QCOMPARE(soldLines().value(0).value(1).toString(), row.name);
     }
 
     void enterInTheNameIsDropped_data() {
@@ -153,28 +169,23 @@ private Q_SLOTS:
     }
 
     void pastedNames_data() {
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<QString>("stored");
-        const auto row = [](const char* name, const QString& pasted, const QString& stored) {
-            QTest::newRow(name) << pasted << stored;
-        };
-        row("lower case", "çikolatalı gofret ışık", "ÇİKOLATALI GOFRET IŞIK");
-        row("50 characters", QString(50, u'i'), QString(50, u'İ'));
-        row("51 characters", QString(51, u'i'), QString(50, u'İ'));
-        row("60 characters", QString(50, u'a') + QString(10, u'b'), QString(50, u'A'));
-        row("an emoji that would be cut in two", QString(49, u'a') + "🍞", QString(49, u'A'));
-        row("an emoji that just fits", QString(48, u'a') + "🍞", QString(48, u'A') + "🍞");
-        row("an injection", "'); drop table urunler;--", "'); DROP TABLE URUNLER;--");
+        addRows<PastedNamesRow>(
+            {{"lower case", {"çikolatalı gofret ışık", "ÇİKOLATALI GOFRET IŞIK"}},
+             {"50 characters", {QString(50, u'i'), QString(50, u'İ')}},
+             {"51 characters", {QString(51, u'i'), QString(50, u'İ')}},
+             {"60 characters", {QString(50, u'a') + QString(10, u'b'), QString(50, u'A')}},
+             {"an emoji that would be cut in two", {QString(49, u'a') + "🍞", QString(49, u'A')}},
+             {"an emoji that just fits", {QString(48, u'a') + "🍞", QString(48, u'A') + "🍞"}},
+             {"an injection", {"'); drop table urunler;--", "'); DROP TABLE URUNLER;--"}}});
     }
     void pastedNames() {
-        QFETCH(QString, pasted);
-        QFETCH(QString, stored);
+        QFETCH(const PastedNamesRow, row);
         fillInUnknown("", "5");
-        paste(*ui().urunadi, pasted);
-        QCOMPARE(ui().urunadi->text(), pasted);
+        paste(*ui().urunadi, row.pasted);
+        QCOMPARE(ui().urunadi->text(), row.pasted);
         press(*ui().urunbuunamadikaydet);
-        QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, stored, 5.0, 5.0, 1.0}}));
-        QCOMPARE(m_shop->line(1).at(1), stored);
+        QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, row.stored, 5.0, 5.0, 1.0}}));
+        QCOMPARE(m_shop->line(1).at(1), row.stored);
     }
 
     void aTypedNameOfSixtyCharacters() {
@@ -187,46 +198,34 @@ private Q_SLOTS:
     // --- the price
 
     void typedPrices_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const char* typed, const char* text) {
-            QTest::newRow(name) << QString::fromUtf8(typed) << text;
-        };
-        row("digits and comma", "1234567890,12", "1234567890,12");
-        row("letters and signs are dropped", "a1b.2-3e+' ", "123");
-        row("Turkish letters too", "ışç4", "4");
-        row("a comma alone clears", ",", "");
-        row("a comma alone, then a number", ",5", "5");
-        row("a comma at the end stands", "5,", "5,");
-        row("a second comma clears all", "1,2,", "");
-        row("and the rest goes on from there", "1,2,3", "3");
-        row("zero", "0", "0");
+        addRows<TypedPricesRow>({{"digits and comma", {"1234567890,12", "1234567890,12"}},
+                                 {"letters and signs are dropped", {"a1b.2-3e+' ", "123"}},
+                                 {"Turkish letters too", {"ışç4", "4"}},
+                                 {"a comma alone clears", {",", ""}},
+                                 {"a comma alone, then a number", {",5", "5"}},
+                                 {"a comma at the end stands", {"5,", "5,"}},
+                                 {"a second comma clears all", {"1,2,", ""}},
+                                 {"and the rest goes on from there", {"1,2,3", "3"}},
+                                 {"zero", {"0", "0"}}});
     }
     void typedPrices() {
-        QFETCH(QString, typed);
-        QFETCH(QString, text);
-        fillInUnknown("", typed);
-        QCOMPARE(ui().urunsatisi->text(), text);
+        QFETCH(const TypedPricesRow, row);
+        fillInUnknown("", row.typed);
+        QCOMPARE(ui().urunsatisi->text(), row.text);
     }
 
     void pastedPrices_data() {
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const QString& pasted, const QString& text) {
-            QTest::newRow(name) << pasted << text;
-        };
-        row("groups", "1.234,5", "1.234,5");
-        row("a sign", "-5", "-5");
-        row("no number", "abc", "");
-        row("half a number", "12abc", "");
-        row("a dot that groups nothing", "12.5", "");
+        addRows<PastedPricesRow>({{"groups", {"1.234,5", "1.234,5"}},
+                                  {"a sign", {"-5", "-5"}},
+                                  {"no number", {"abc", ""}},
+                                  {"half a number", {"12abc", ""}},
+                                  {"a dot that groups nothing", {"12.5", ""}}});
     }
     void pastedPrices() {
-        QFETCH(QString, pasted);
-        QFETCH(QString, text);
+        QFETCH(const PastedPricesRow, row);
         fillInUnknown("", "7");
-        paste(*ui().urunsatisi, pasted);
-        QCOMPARE(ui().urunsatisi->text(), text);
+        paste(*ui().urunsatisi, row.pasted);
+        QCOMPARE(ui().urunsatisi->text(), row.text);
     }
 
     void priceKeys() {
@@ -251,45 +250,31 @@ private Q_SLOTS:
     }
 
     void keysThatMakeNoNumber_data() {
-        QTest::addColumn<QList<int>>("keys");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const QList<int>& keys, const QString& text) {
-            QTest::newRow(name) << keys << text;
-        };
-        row("a comma alone", QList<int>{15}, "");
-        row("two commas", QList<int>{12, 15, 16, 15}, "");
-        row("a comma at the end", QList<int>{12, 15}, "1,");
+        addRows<KeysThatMakeNoNumberRow>({{"a comma alone", {QList<int>{15}, ""}},
+                                          {"two commas", {QList<int>{12, 15, 16, 15}, ""}},
+                                          {"a comma at the end", {QList<int>{12, 15}, "1,"}}});
     }
     void keysThatMakeNoNumber() {
-        QFETCH(QList<int>, keys);
-        QFETCH(QString, text);
+        QFETCH(const KeysThatMakeNoNumberRow, row);
         m_shop->scan(unknown);
-        pressKeys("bununamayanurunfiyat", keys);
-        QCOMPARE(ui().urunsatisi->text(), text);
+        pressKeys("bununamayanurunfiyat", row.keys);
+        QCOMPARE(ui().urunsatisi->text(), row.text);
     }
 
     void storedPrices_data() {
-        QTest::addColumn<QString>("price");
-        QTest::addColumn<double>("stored");
-        QTest::addColumn<QString>("cell");
-        const auto row = [](const char* name, const QString& price, double stored, const QString& cell) {
-            QTest::newRow(name) << price << stored << cell;
-        };
-        row("zero", "0", 0.0, "0,00");
-        row("a comma at the end", "5,", 5.0, "5,00");
-        row("three decimals stay in the file", "1,005", 1.005, "1,01");
-        row("thousands", "1234,5", 1234.5, "1.234,50");
-        row("pasted groups", "1.234,5", 1234.5, "1.234,50");
+        addRows<StoredPricesRow>({{"zero", {"0", 0.0, "0,00"}},
+                                  {"a comma at the end", {"5,", 5.0, "5,00"}},
+                                  {"three decimals stay in the file", {"1,005", 1.005, "1,01"}},
+                                  {"thousands", {"1234,5", 1234.5, "1.234,50"}},
+                                  {"pasted groups", {"1.234,5", 1234.5, "1.234,50"}}});
     }
     void storedPrices() {
-        QFETCH(QString, price);
-        QFETCH(double, stored);
-        QFETCH(QString, cell);
+        QFETCH(const StoredPricesRow, row);
         fillInUnknown("x", "");
-        paste(*ui().urunsatisi, price);
+        paste(*ui().urunsatisi, row.price);
         press(*ui().urunbuunamadikaydet);
-        QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, "X", stored, stored, 1.0}}));
-        QCOMPARE(m_shop->line(1).at(3), cell);
+        QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, "X", row.stored, row.stored, 1.0}}));
+        QCOMPARE(m_shop->line(1).at(3), row.cell);
         QCOMPARE(m_shop->line(1).at(2), "1");
     }
 

@@ -8,6 +8,12 @@ using namespace kovanix;
 class UnknownProductTest : public SalesTest {
     Q_OBJECT
 
+    struct AFailingInsertRow {
+        QStringList breaking, mending;
+        QString description;
+        QString shown;  ///< the name: as it would be stored, once it has got that far
+    };
+
     bool panelIsOpen() const { return ui().urunbulunamadiframesi->isVisible(); }
     QStringList fields() const {
         return {ui().bulunulamayaurun->text(), ui().urunadi->text(), ui().urunsatisi->text()};
@@ -138,13 +144,10 @@ private Q_SLOTS:
     }
 
     void aFailingInsert_data() {
-        QTest::addColumn<QStringList>("breaking");
-        QTest::addColumn<QStringList>("mending");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QString>("shown");  // the name: as it would be stored, once it has got that far
+        QTest::addColumn<AFailingInsertRow>("row");
         const auto row = [](const char* name, const QStringList& breaking, const QStringList& mending,
                             const QString& description, const QString& shown) {
-            QTest::newRow(name) << breaking << mending << description << shown;
+            QTest::newRow(name) << AFailingInsertRow{breaking, mending, description, shown};
         };
         row("the file refuses the row",
             QStringList{"CREATE TRIGGER dur BEFORE INSERT ON urunler BEGIN SELECT RAISE(ABORT, 'dolu'); END"},
@@ -158,27 +161,24 @@ private Q_SLOTS:
             "cannot modify urunler because it is a view", "SAKIZ");
     }
     void aFailingInsert() {
-        QFETCH(QStringList, breaking);
-        QFETCH(QStringList, mending);
-        QFETCH(QString, description);
-        QFETCH(QString, shown);
+        QFETCH(const AFailingInsertRow, row);
         fillInUnknown("", "3");
         paste(*ui().urunadi, "sakız");
-        for (const QString& statement : breaking)
+        for (const QString& statement : row.breaking)
             m_shop->run(statement);
         const auto before = tables();
-        m_shop->boxes.expect("Hata", noDatabase + ": " + description, MessageBoxAnswer::ok);
+        m_shop->boxes.expect("Hata", noDatabase + ": " + row.description, MessageBoxAnswer::ok);
         press(*ui().urunbuunamadikaydet);
         QCOMPARE(m_boxes.value(0).icon, QMessageBox::Critical);
         QCOMPARE(m_boxes.value(0).buttons, QStringList{"Tamam"});
         QVERIFY(panelIsOpen());
         QCOMPARE(ui().bulunulamayaurun->text(), unknown);
-        QCOMPARE(ui().urunadi->text(), shown);
+        QCOMPARE(ui().urunadi->text(), row.shown);
         QCOMPARE(ui().urunsatisi->text(), "3");
         QCOMPARE(ui().barkod->text(), "");
         QCOMPARE(m_shop->lines(), 0);
         QCOMPARE(tables(), before);
-        for (const QString& statement : mending)
+        for (const QString& statement : row.mending)
             m_shop->run(statement);
         press(*ui().urunbuunamadikaydet);
         QCOMPARE(products(unknown), (QList<QVariantList>{{unknown, "SAKIZ", 3.0, 3.0, 1.0}}));

@@ -1,7 +1,6 @@
 #include <QClipboard>
 #include <QPointer>
 #include <algorithm>
-#include <memory>
 
 #include "access/firstscreen.h"
 #include "access/frmLogin.h"
@@ -15,8 +14,7 @@
 #include "appearance/uyari.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
-#include "runtests.h"
-#include "salesfixture.h"
+#include "salestest.h"
 #include "screencontract.h"
 #include "widgets/activeresize.h"
 
@@ -52,75 +50,39 @@ Screen& notice() {
     return inFront<uyari>();
 }
 
+template <class S>
+ScreenRow row(const char* name, const QString& title, QSize design, Leaving escape, Leaving x,
+              const QString& tabOrder, const QString& fields = {}, const QStringList& symbols = {},
+              Screen& (*open)() = inFront<S>) {
+    return {name, open, loaded<S>, title, design, escape, x, tabOrder, fields, symbols};
+}
+
 /// A row for every screen that there is.
 QList<ScreenRow> screens() {
     using enum Leaving;
     return {
-        {"frmLogin",
-         login,
-         loaded<frmLogin>,
-         "Kovanix",
-         {},
-         stays,
-         closes,
-         "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
-         "sifre"},
-        {"satisekrani",
-         sales,
-         loaded<satisekrani>,
-         "Kovanix Satis",
-         {},
-         stays,
-         asks,
-         "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 kaydet nakit satisiptal fiyatgor vkCommand1 "
-         "vkCommand4 kapat",
-         "barkod adet ver2",
-         {"^r^n listesi"}},
-        {"menu",
-         inFront<menu>,
-         loaded<menu>,
-         "MENU",
-         {520, 480},
-         closes,
-         closes,
-         "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"},
-        {"tema",
-         inFront<tema>,
-         loaded<tema>,
-         "TEMA",
-         {880, 620},
-         stays,
-         closes,
-         "resim1 resim2 resim3 resim4 temaac vkCommand2 vkCommand1"},
-        {"toplamtema",
-         inFront<toplamtema>,
-         loaded<toplamtema>,
-         "TOPLAM RENGI",
-         {860, 560},
-         stays,
-         closes,
-         "vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 Command4 "
-         "Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme vkCommand5"},
-        {"ekoz",
-         inFront<ekoz>,
-         loaded<ekoz>,
-         "Ek *zellikler",
-         {360, 208},
-         closes,
-         closes,
-         "vkCommand3 vkCommand1",
-         {},
-         {"Ek *zellikler"}},
-        {"hallimzda",
-         about,
-         loaded<hallimzda>,
-         "Kovanix",
-         {520, 424},
-         closes,
-         closes,
-         "urunbulunamadikapat Image1 vkCommand1"},
-        {"uyari", notice, loaded<uyari>, "UYARI", {440, 224}, closes, closes, "Command1"},
-        {"saatt", inFront<saatt>, loaded<saatt>, "Saat", {240, 240}, closes, closes, ""},
+        row<frmLogin>("frmLogin", "Kovanix", {}, stays, closes,
+                      "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
+                      "sifre", {}, login),
+        row<satisekrani>(
+            "satisekrani", "Kovanix Satis", {}, stays, asks,
+            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 kaydet nakit satisiptal fiyatgor "
+            "vkCommand1 vkCommand4 kapat",
+            "barkod adet ver2", {"^r^n listesi"}, sales),
+        row<menu>("menu", "MENU", {520, 480}, closes, closes,
+                  "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
+        row<tema>("tema", "TEMA", {880, 620}, stays, closes,
+                  "resim1 resim2 resim3 resim4 temaac vkCommand2 vkCommand1"),
+        row<toplamtema>(
+            "toplamtema", "TOPLAM RENGI", {860, 560}, stays, closes,
+            "vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
+            "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme vkCommand5"),
+        row<ekoz>("ekoz", "Ek *zellikler", {360, 208}, closes, closes, "vkCommand3 vkCommand1", {},
+                  {"Ek *zellikler"}),
+        row<hallimzda>("hallimzda", "Kovanix", {520, 424}, closes, closes,
+                       "urunbulunamadikapat Image1 vkCommand1", {}, {}, about),
+        row<uyari>("uyari", "UYARI", {440, 224}, closes, closes, "Command1", {}, {}, notice),
+        row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }
 
@@ -142,10 +104,8 @@ struct TextRow : ScreenRow {
 }  // namespace
 
 /// What every screen keeps to, whatever it is for.
-class ScreenContractTest : public QObject {
+class ScreenContractTest : public SalesTest {
     Q_OBJECT
-
-    std::unique_ptr<SalesFixture> m_shop;
 
     static Screen& open(const ScreenRow& row) {
         Screen& opened = row.open();
@@ -157,14 +117,9 @@ class ScreenContractTest : public QObject {
 
 private Q_SLOTS:
     void init() {
-        m_shop = std::make_unique<SalesFixture>();
+        SalesTest::init();
         m_shop->run("INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', 'gizli', 'Yönetici')");
         girisyetki = 1;
-    }
-    void cleanup() {
-        const bool answered = allAnswered(m_shop->boxes);
-        m_shop.reset();
-        QVERIFY(answered);
     }
 
     void bearsItsTitleAndLetters_data() { addScreens(); }

@@ -54,10 +54,14 @@ public:
     BoxAnswers boxes;
 
 private:
+    class SecondConnection;
+
+    std::shared_ptr<const SecondConnection> second() const;
     void makeDatabase(const QString& password, const QByteArray& bytes);
 
     QTemporaryDir m_folder;
     QString m_password;
+    mutable std::shared_ptr<const SecondConnection> m_second;
 };
 
 /// Whether every box came as it was expected, and no answer is left over. Says what didn't.

@@ -144,12 +144,14 @@ Outcome Program::finish() {
 }
 
 ClosedShop::ClosedShop(const QString& password) {
-    openShop(password);
-    addProduct(shelf::bread, QStringLiteral("Köy Ekmeği"), 7, 10, shelf::startStock);
-    addProduct(shelf::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5, shelf::startStock);
-    addProduct(shelf::tomatoes, QStringLiteral("Domates"), 30, 40, shelf::startStock);
-    // The first of the list, who logs in with Enter alone.
-    run(QStringLiteral("INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', '', 'Yönetici')"));
+    openShop(password, [](ShopFixture& shop) {
+        shop.addProduct(shelf::bread, QStringLiteral("Köy Ekmeği"), 7, 10, shelf::startStock);
+        shop.addProduct(shelf::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5, shelf::startStock);
+        shop.addProduct(shelf::tomatoes, QStringLiteral("Domates"), 30, 40, shelf::startStock);
+        // The first of the list, who logs in with Enter alone.
+        shop.run(QStringLiteral(
+            "INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', '', 'Yönetici')"));
+    });
     baglantikapat();
 }
 

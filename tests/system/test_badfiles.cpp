@@ -116,79 +116,80 @@ void sellOnce(const ClosedShop& shop) {
 class BadFilesTest : public QObject {
     Q_OBJECT
 
+    using Step = std::function<void(const ClosedShop&)>;
+    struct AFileThatDoesNotOpenRow {
+        QString password;
+        Step spoil, mend;
+        QString words;
+        bool found;
+    };
+
 private Q_SLOTS:
     void aFileThatDoesNotOpen_data() {
-        using Step = std::function<void(const ClosedShop&)>;
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<Step>("spoil");
-        QTest::addColumn<Step>("mend");
-        QTest::addColumn<QString>("words");
-        QTest::addColumn<bool>("found");
+        QTest::addColumn<AFileThatDoesNotOpenRow>("row");
 
         static QByteArray good;
         const auto database = [](const ClosedShop& shop) { return shop.databaseFile(); };
         const Step restore = [database](const ClosedShop& shop) { writeFile(database(shop), good); };
 
-        QTest::newRow("a wrong password")
-            << QStringLiteral("gizli")
-            << Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=baska\r\n"); })
-            << Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); })
-            << QStringLiteral("file is encrypted or is not a database") << true;
-        QTest::newRow("a password that is missing")
-            << QStringLiteral("gizli") << Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); })
-            << Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\nmdbparola=gizli\r\n"); })
-            << QStringLiteral("file is not a database") << true;
-        QTest::newRow("a password for a plain file")
-            << QString()
-            << Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); })
-            << Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); })
-            << QStringLiteral("file is encrypted or is not a database") << true;
-        QTest::newRow("a damaged file") << QString() << Step([database](const ClosedShop& shop) {
-            good = readFile(database(shop));
-            writeFile(database(shop), QByteArray(good.size(), '#'));
-        }) << restore << QStringLiteral("file is not a database")
-                                        << true;
-        QTest::newRow("a damaged file with a password")
-            << QStringLiteral("gizli") << Step([database](const ClosedShop& shop) {
-                   good = readFile(database(shop));
-                   QByteArray bad = good;
-                   bad.replace(100, 50, QByteArray(50, '#'));
-                   writeFile(database(shop), bad);
-               })
-            << restore << QStringLiteral("file is encrypted or is not a database") << true;
-        QTest::newRow("a damaged catalogue") << QString() << Step([database](const ClosedShop& shop) {
-            good = readFile(database(shop));
-            QByteArray bad = good;
-            bad.replace(100, 3000, QByteArray(3000, '#'));  // the first page behind the file's header
-            writeFile(database(shop), bad);
-        }) << restore << QStringLiteral("database disk image is malformed")
-                                             << true;
-        QTest::newRow("a missing file") << QString() << Step([database](const ClosedShop& shop) {
-            QFile::rename(database(shop), shop.file(QStringLiteral("elsewhere")));
-        }) << Step([database](const ClosedShop& shop) {
-            QVERIFY2(QFile::rename(shop.file(QStringLiteral("elsewhere")), database(shop)),
-                     "the till has made a file of its own");
-        }) << QStringLiteral("unable to open database file")
-                                        << false;
+        QTest::newRow("a wrong password") << AFileThatDoesNotOpenRow{
+            QStringLiteral("gizli"),
+            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=baska\r\n"); }),
+            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); }),
+            QStringLiteral("file is encrypted or is not a database"), true};
+        QTest::newRow("a password that is missing") << AFileThatDoesNotOpenRow{
+            QStringLiteral("gizli"), Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
+            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\nmdbparola=gizli\r\n"); }),
+            QStringLiteral("file is not a database"), true};
+        QTest::newRow("a password for a plain file") << AFileThatDoesNotOpenRow{
+            QString(), Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); }),
+            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
+            QStringLiteral("file is encrypted or is not a database"), true};
+        QTest::newRow("a damaged file")
+            << AFileThatDoesNotOpenRow{QString(), Step([database](const ClosedShop& shop) {
+                                           good = readFile(database(shop));
+                                           writeFile(database(shop), QByteArray(good.size(), '#'));
+                                       }),
+                                       restore, QStringLiteral("file is not a database"), true};
+        QTest::newRow("a damaged file with a password") << AFileThatDoesNotOpenRow{
+            QStringLiteral("gizli"), Step([database](const ClosedShop& shop) {
+                good = readFile(database(shop));
+                QByteArray bad = good;
+                bad.replace(100, 50, QByteArray(50, '#'));
+                writeFile(database(shop), bad);
+            }),
+            restore, QStringLiteral("file is encrypted or is not a database"), true};
+        QTest::newRow("a damaged catalogue") << AFileThatDoesNotOpenRow{
+            QString(), Step([database](const ClosedShop& shop) {
+                good = readFile(database(shop));
+                QByteArray bad = good;
+                bad.replace(100, 3000, QByteArray(3000, '#'));  // the first page behind the file's header
+                writeFile(database(shop), bad);
+            }),
+            restore, QStringLiteral("database disk image is malformed"), true};
+        QTest::newRow("a missing file") << AFileThatDoesNotOpenRow{
+            QString(), Step([database](const ClosedShop& shop) {
+                QFile::rename(database(shop), shop.file(QStringLiteral("elsewhere")));
+            }),
+            Step([database](const ClosedShop& shop) {
+                QVERIFY2(QFile::rename(shop.file(QStringLiteral("elsewhere")), database(shop)),
+                         "the till has made a file of its own");
+            }),
+            QStringLiteral("unable to open database file"), false};
     }
 
     void aFileThatDoesNotOpen() {
-        using Step = std::function<void(const ClosedShop&)>;
-        QFETCH(QString, password);
-        QFETCH(Step, spoil);
-        QFETCH(Step, mend);
-        QFETCH(QString, words);
-        QFETCH(bool, found);
-        const ClosedShop shop(password);
+        QFETCH(const AFileThatDoesNotOpenRow, row);
+        const ClosedShop shop(row.password);
         sellOnce(shop);
-        spoil(shop);
+        row.spoil(shop);
 
-        const QString open = openBox(shop.databaseFile(), words);
+        const QString open = openBox(shop.databaseFile(), row.words);
         // A file that is there is tried before the screen, then by the screen, then by each scan.
         QStringList expected{open, screenBox, waiting, open, notReadyBox, waiting};
-        if (found)
+        if (row.found)
             expected.prepend(open);
-        const qsizetype atStart = found ? 3 : 2;
+        const qsizetype atStart = row.found ? 3 : 2;
         const QStringList steps =
             QStringList(atStart, ok) + QStringList{sayWaiting,
                                                    ok,
@@ -205,7 +206,7 @@ private Q_SLOTS:
         QVERIFY2(till.waitForLine(waiting, 2), qPrintable(till.lines().join(u'\n')));
         QCOMPARE(till.lines(), expected);
 
-        mend(shop);
+        row.mend(shop);
         till.goOn();
         const Outcome outcome = till.finish();
         QCOMPARE(outcome.errors, QString());

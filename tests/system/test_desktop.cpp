@@ -43,6 +43,12 @@ void answerByKeys(BoxAnswers& boxes, QObject& context, const std::function<void(
 class DesktopTest : public QObject {
     Q_OBJECT
 
+    using Step = std::function<void(SalesFixture&)>;
+    struct AClosedBoxGivesTheKeyboardBackRow {
+        Step open;
+        QString title, text, answer, expected;
+    };
+
 private Q_SLOTS:
     void initTestCase() {
         if (!displayTrouble().isEmpty())
@@ -107,12 +113,7 @@ private Q_SLOTS:
     }
 
     void aClosedBoxGivesTheKeyboardBack_data() {
-        using Step = std::function<void(SalesFixture&)>;
-        QTest::addColumn<Step>("open");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<AClosedBoxGivesTheKeyboardBackRow>("row");
         const auto pressKapat = [](QWidget* (*focused)(const Ui::satisekrani&)) {
             return Step([focused](SalesFixture& shop) {
                 giveFocus(*focused(shop.ui()));
@@ -122,40 +123,38 @@ private Q_SLOTS:
         const QString escape = QStringLiteral("Escape");
         const QString enter = QStringLiteral("Return");
         // The activation procedure would have moved it to barkod.
-        QTest::newRow("to ver2, by Escape")
-            << pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }) << closeTitle
-            << closeText << escape << QStringLiteral("ver2");
-        QTest::newRow("to ver2, by Enter")
-            << pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }) << closeTitle
-            << closeText << enter << QStringLiteral("ver2");
-        QTest::newRow("to adet, by Escape")
-            << pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.adet; }) << closeTitle
-            << closeText << escape << QStringLiteral("adet");
-        QTest::newRow("to barkod after F9") << Step([](SalesFixture&) { pressKeys({QStringLiteral("F9")}); })
-                                            << closeTitle << closeText << enter << QStringLiteral("barkod");
-        QTest::newRow("to barkod after F1 on an empty ticket")
-            << Step([](SalesFixture&) { pressKeys({QStringLiteral("F1")}); }) << infoTitle
-            << QStringLiteral("önce satış yapın") << QStringLiteral("space") << QStringLiteral("barkod");
-        QTest::newRow("to barkod from a quantity of nine digits") << Step([](SalesFixture& shop) {
-            giveFocus(*shop.ui().adet);
-            typeKeys(QStringLiteral("123456789"));
-        }) << infoTitle << QStringLiteral("Adet miktarı 8 basamaktan fazla olamaz")
-                                                                  << enter << QStringLiteral("barkod");
+        QTest::newRow("to ver2, by Escape") << AClosedBoxGivesTheKeyboardBackRow{
+            pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }), closeTitle, closeText,
+            escape, QStringLiteral("ver2")};
+        QTest::newRow("to ver2, by Enter") << AClosedBoxGivesTheKeyboardBackRow{
+            pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }), closeTitle, closeText,
+            enter, QStringLiteral("ver2")};
+        QTest::newRow("to adet, by Escape") << AClosedBoxGivesTheKeyboardBackRow{
+            pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.adet; }), closeTitle, closeText,
+            escape, QStringLiteral("adet")};
+        QTest::newRow("to barkod after F9") << AClosedBoxGivesTheKeyboardBackRow{
+            Step([](SalesFixture&) { pressKeys({QStringLiteral("F9")}); }), closeTitle, closeText, enter,
+            QStringLiteral("barkod")};
+        QTest::newRow("to barkod after F1 on an empty ticket") << AClosedBoxGivesTheKeyboardBackRow{
+            Step([](SalesFixture&) { pressKeys({QStringLiteral("F1")}); }), infoTitle,
+            QStringLiteral("önce satış yapın"), QStringLiteral("space"), QStringLiteral("barkod")};
+        QTest::newRow("to barkod from a quantity of nine digits") << AClosedBoxGivesTheKeyboardBackRow{
+            Step([](SalesFixture& shop) {
+                giveFocus(*shop.ui().adet);
+                typeKeys(QStringLiteral("123456789"));
+            }),
+            infoTitle, QStringLiteral("Adet miktarı 8 basamaktan fazla olamaz"), enter,
+            QStringLiteral("barkod")};
     }
 
     void aClosedBoxGivesTheKeyboardBack() {
-        using Step = std::function<void(SalesFixture&)>;
-        QFETCH(Step, open);
-        QFETCH(QString, title);
-        QFETCH(QString, text);
-        QFETCH(QString, answer);
-        QFETCH(QString, expected);
-        m_shop->boxes.expect(title, text, BoxAnswers::byHand);
-        answerByKeys(m_shop->boxes, *this, [answer] { pressKeys({answer}); });
-        open(*m_shop);
+        QFETCH(const AClosedBoxGivesTheKeyboardBackRow, row);
+        m_shop->boxes.expect(row.title, row.text, BoxAnswers::byHand);
+        answerByKeys(m_shop->boxes, *this, [row] { pressKeys({row.answer}); });
+        row.open(*m_shop);
         QTRY_COMPARE(m_shop->boxes.answered(), 1);
         QTRY_VERIFY(!QApplication::activeModalWidget());
-        auto* control = sales().findChild<QWidget*>(expected);
+        auto* control = sales().findChild<QWidget*>(row.expected);
         QTRY_VERIFY(hasKeyboard(*control));
     }
 

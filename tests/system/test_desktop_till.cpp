@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "programs.h"
+#include "rows.h"
 #include "runtests.h"
 #include "virtualdisplay.h"
 
@@ -60,6 +61,12 @@ int storedRows(const ClosedShop& shop) {
 
 class DesktopTillTest : public QObject {
     Q_OBJECT
+
+    struct TheQuestionAtTheEndRow {
+        QString ask;
+        QStringList answer;
+        bool ends;
+    };
 
 private Q_SLOTS:
     void initTestCase() {
@@ -120,33 +127,29 @@ private Q_SLOTS:
     }
 
     void theQuestionAtTheEnd_data() {
-        QTest::addColumn<QString>("ask");
-        QTest::addColumn<QStringList>("answer");
-        QTest::addColumn<bool>("ends");
         const QStringList yes{QStringLiteral("Left"), QStringLiteral("space")};
         const QStringList no{QStringLiteral("Return")};
         const QStringList escape{QStringLiteral("Escape")};
-        QTest::newRow("F9 and Yes") << QStringLiteral("F9") << yes << true;
-        QTest::newRow("F9 and No") << QStringLiteral("F9") << no << false;
-        QTest::newRow("F9 and Escape") << QStringLiteral("F9") << escape << false;
-        QTest::newRow("the close request and Yes") << QStringLiteral("alt+F4") << yes << true;
-        QTest::newRow("the close request and No") << QStringLiteral("alt+F4") << no << true;
-        QTest::newRow("the close request and Escape") << QStringLiteral("alt+F4") << escape << true;
+        addRows<TheQuestionAtTheEndRow>(
+            {{"F9 and Yes", {QStringLiteral("F9"), yes, true}},
+             {"F9 and No", {QStringLiteral("F9"), no, false}},
+             {"F9 and Escape", {QStringLiteral("F9"), escape, false}},
+             {"the close request and Yes", {QStringLiteral("alt+F4"), yes, true}},
+             {"the close request and No", {QStringLiteral("alt+F4"), no, true}},
+             {"the close request and Escape", {QStringLiteral("alt+F4"), escape, true}}});
     }
 
     void theQuestionAtTheEnd() {
-        QFETCH(QString, ask);
-        QFETCH(QStringList, answer);
-        QFETCH(bool, ends);
+        QFETCH(const TheQuestionAtTheEndRow, row);
         const ClosedShop shop;
         ShownTill till(shop);
         typeKeys(shelf::bread + u'\n');
-        pressKeys({ask});
+        pressKeys({row.ask});
         QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == question, soon);
         QCOMPARE(activeProcess(), till.id());
         QCOMPARE(visibleWindows(till), 2);
-        pressKeys(answer);
-        if (!ends) {
+        pressKeys(row.answer);
+        if (!row.ends) {
             QTRY_COMPARE_WITH_TIMEOUT(visibleWindows(till), 1, soon);
             QTRY_COMPARE_WITH_TIMEOUT(activeProcess(), till.id(), soon);
             pressKeys({QStringLiteral("F1")});

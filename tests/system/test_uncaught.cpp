@@ -1,6 +1,7 @@
 // How the process ends: by failures that nothing catches, and by its two doors.
 
 #include "programs.h"
+#include "rows.h"
 #include "runtests.h"
 
 using namespace kovanix;
@@ -15,6 +16,11 @@ qsizetype boxes(const QString& output) {
 
 class UncaughtTest : public QObject {
     Q_OBJECT
+
+    struct TheDoorsRow {
+        QString answer, door;
+        bool ends;
+    };
 
 private Q_SLOTS:
     void aFailureThatNothingCatches_data() {
@@ -53,30 +59,22 @@ private Q_SLOTS:
     }
 
     void theDoors_data() {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QString>("door");
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("Yes at the kapat button")
-            << QStringLiteral("Evet") << QStringLiteral("press kapat") << true;
-        QTest::newRow("Yes after F9") << QStringLiteral("Evet") << QStringLiteral("key F9") << true;
-        QTest::newRow("Yes at the close request")
-            << QStringLiteral("Evet") << QStringLiteral("close") << true;
-        QTest::newRow("No at the close request")
-            << QStringLiteral("Hayır") << QStringLiteral("close") << true;
-        QTest::newRow("Escape at the close request")
-            << QStringLiteral("Escape") << QStringLiteral("close") << true;
-        QTest::newRow("No at the kapat button")
-            << QStringLiteral("Hayır") << QStringLiteral("press kapat") << false;
-        QTest::newRow("Escape after F9") << QStringLiteral("Escape") << QStringLiteral("key F9") << false;
+        addRows<TheDoorsRow>(
+            {{"Yes at the kapat button", {QStringLiteral("Evet"), QStringLiteral("press kapat"), true}},
+             {"Yes after F9", {QStringLiteral("Evet"), QStringLiteral("key F9"), true}},
+             {"Yes at the close request", {QStringLiteral("Evet"), QStringLiteral("close"), true}},
+             {"No at the close request", {QStringLiteral("Hayır"), QStringLiteral("close"), true}},
+             {"Escape at the close request", {QStringLiteral("Escape"), QStringLiteral("close"), true}},
+             {"No at the kapat button", {QStringLiteral("Hayır"), QStringLiteral("press kapat"), false}},
+             {"Escape after F9", {QStringLiteral("Escape"), QStringLiteral("key F9"), false}}});
     }
 
     void theDoors() {
-        QFETCH(QString, answer);
-        QFETCH(QString, door);
-        QFETCH(bool, ends);
+        QFETCH(const TheDoorsRow, row);
         const ClosedShop shop;
-        QStringList steps{QStringLiteral("scan ") + shelf::bread, QStringLiteral("answer ") + answer, door};
-        if (ends)
+        QStringList steps{QStringLiteral("scan ") + shelf::bread, QStringLiteral("answer ") + row.answer,
+                          row.door};
+        if (row.ends)
             steps << QStringLiteral("stay");
         else
             steps << QStringLiteral("expect toplam 10,00") << QStringLiteral("key F1")
@@ -86,9 +84,9 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 0);
         QCOMPARE(outcome.errors, QString());
         QCOMPARE(boxes(outcome.output), 1);
-        QCOMPARE(outcome.output.contains(QStringLiteral("alive")), !ends);
+        QCOMPARE(outcome.output.contains(QStringLiteral("alive")), !row.ends);
         // The open ticket is dropped, or it is still there to be stored.
-        QCOMPARE(shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt(), ends ? 0 : 1);
+        QCOMPARE(shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt(), row.ends ? 0 : 1);
         // Connections were closed on the way out: nothing is left in a log.
         QVERIFY(!QFile::exists(shop.databaseFile() + u"-wal"));
     }

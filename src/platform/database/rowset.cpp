@@ -211,6 +211,10 @@ void RowSet::setFilter(const RowFilter& filter) {
     d->show();
 }
 
+bool RowSet::isFiltered() const {
+    return !d->filter.isEmpty();
+}
+
 qsizetype RowSet::find(const RowFilter& criterion, qsizetype from) const {
     const RowMatcher matcher(d->table, criterion);
     for (qsizetype place = std::max<qsizetype>(from, 0); place < recordCount(); ++place) {

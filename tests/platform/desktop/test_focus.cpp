@@ -8,6 +8,7 @@
 
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
+#include "rows.h"
 
 using namespace kovanix;
 
@@ -84,6 +85,15 @@ bool centredOn(const QWidget& window, QPoint centre) {
 class FocusTest : public QObject {
     Q_OBJECT
 
+    struct SizeGrowsWithTheScreenRow {
+        QSize screen, size;
+    };
+    struct IsWholeOnTheScreenRow {
+        QRect owner;
+        QSize hint;
+        QRect place;
+    };
+
 private Q_SLOTS:
     void init() { setScreen({1024, 768}); }
     void cleanup() { setScreenMetricsSource({}); }
@@ -153,22 +163,19 @@ private Q_SLOTS:
     }
 
     void sizeGrowsWithTheScreen_data() {
-        QTest::addColumn<QSize>("screen");
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("design size") << QSize(1024, 768) << QSize(400, 300);
-        QTest::newRow("half") << QSize(512, 384) << QSize(200, 150);
-        QTest::newRow("800x600") << QSize(800, 600) << QSize(312, 234);
-        QTest::newRow("wide: its height counts") << QSize(1366, 768) << QSize(400, 300);
-        QTest::newRow("high: its width counts") << QSize(768, 1366) << QSize(300, 225);
-        QTest::newRow("double") << QSize(2048, 1536) << QSize(800, 600);
+        addRows<SizeGrowsWithTheScreenRow>({{"design size", {QSize(1024, 768), QSize(400, 300)}},
+                                            {"half", {QSize(512, 384), QSize(200, 150)}},
+                                            {"800x600", {QSize(800, 600), QSize(312, 234)}},
+                                            {"wide: its height counts", {QSize(1366, 768), QSize(400, 300)}},
+                                            {"high: its width counts", {QSize(768, 1366), QSize(300, 225)}},
+                                            {"double", {QSize(2048, 1536), QSize(800, 600)}}});
     }
     void sizeGrowsWithTheScreen() {
-        QFETCH(QSize, screen);
-        QFETCH(QSize, size);
-        setScreen(screen);
+        QFETCH(const SizeGrowsWithTheScreenRow, row);
+        setScreen(row.screen);
         Screenlike window({400, 300});
         openInFront(window);
-        QVERIFY2((window.size() - size).width() / 2 == 0 && (window.size() - size).height() / 2 == 0,
+        QVERIFY2((window.size() - row.size).width() / 2 == 0 && (window.size() - row.size).height() / 2 == 0,
                  qPrintable(QStringLiteral("%1x%2").arg(window.width()).arg(window.height())));
     }
 
@@ -323,34 +330,28 @@ private Q_SLOTS:
     }
 
     void isWholeOnTheScreen_data() {
-        QTest::addColumn<QRect>("owner");
-        QTest::addColumn<QSize>("hint");
-        QTest::addColumn<QRect>("place");
         const QSize hint(300, 200);
-        QTest::newRow("upper left") << QRect(0, 0, 100, 50) << hint << QRect(0, 0, 300, 200);
-        QTest::newRow("lower right") << QRect(900, 700, 100, 50) << hint << QRect(724, 568, 300, 200);
-        QTest::newRow("beyond the right edge")
-            << QRect(1500, 300, 100, 50) << hint << QRect(724, 225, 300, 200);
-        QTest::newRow("larger than the screen")
-            << QRect(100, 100, 400, 300) << QSize(2000, 300) << QRect(0, 100, 1024, 300);
-        QTest::newRow("larger in both")
-            << QRect(100, 100, 400, 300) << QSize(2000, 1000) << QRect(0, 0, 1024, 768);
+        addRows<IsWholeOnTheScreenRow>(
+            {{"upper left", {QRect(0, 0, 100, 50), hint, QRect(0, 0, 300, 200)}},
+             {"lower right", {QRect(900, 700, 100, 50), hint, QRect(724, 568, 300, 200)}},
+             {"beyond the right edge", {QRect(1500, 300, 100, 50), hint, QRect(724, 225, 300, 200)}},
+             {"larger than the screen",
+              {QRect(100, 100, 400, 300), QSize(2000, 300), QRect(0, 100, 1024, 300)}},
+             {"larger in both", {QRect(100, 100, 400, 300), QSize(2000, 1000), QRect(0, 0, 1024, 768)}}});
     }
     void isWholeOnTheScreen() {
-        QFETCH(QRect, owner);
-        QFETCH(QSize, hint);
-        QFETCH(QRect, place);
+        QFETCH(const IsWholeOnTheScreenRow, row);
         QWidget first;
-        openFirst(first, owner);
-        Screenlike window(hint);
+        openFirst(first, row.owner);
+        Screenlike window(row.hint);
         openInFront(window);
         const QRect frame = window.frameGeometry();
         QVERIFY(QRect(0, 0, 1024, 768).contains(frame));
         // Within the few pixels of the platform's frame.
         const QPoint corners =
-            (frame.topLeft() - place.topLeft()) + (frame.bottomRight() - place.bottomRight());
-        QVERIFY2(corners.manhattanLength() <= 10 && frame.width() >= place.width() &&
-                     frame.height() >= place.height(),
+            (frame.topLeft() - row.place.topLeft()) + (frame.bottomRight() - row.place.bottomRight());
+        QVERIFY2(corners.manhattanLength() <= 10 && frame.width() >= row.place.width() &&
+                     frame.height() >= row.place.height(),
                  qPrintable(QStringLiteral("%1,%2 %3x%4")
                                 .arg(frame.x())
                                 .arg(frame.y())

@@ -7,11 +7,27 @@
 #include <QTest>
 
 #include "desktop/folders.h"
+#include "rows.h"
 
 using namespace kovanix;
 
 class FoldersTest : public QObject {
     Q_OBJECT
+
+    struct ChoiceRow {
+        QString commandLine, variable;
+        QString markerMade;  ///< in the program's own folder; empty makes none
+        QString expected;    ///< %1 the temporary, %2 the program's, %3 the current folder
+    };
+    struct TheFolderIsKeptRow {
+        QString set, kept;
+    };
+    struct JoinedNamesRow {
+        QString folder, name, path;
+    };
+    struct PathsWithADriveLetterRow {
+        QString stored, path;
+    };
 
 private Q_SLOTS:
     void init() {
@@ -21,162 +37,100 @@ private Q_SLOTS:
     }
 
     void choice_data() {
-        QTest::addColumn<QString>("commandLine");
-        QTest::addColumn<QString>("variable");
-        QTest::addColumn<QString>("markerMade");  // in the program's own folder; empty makes none
-        QTest::addColumn<QString>("expected");    // %1 the temporary, %2 the program's, %3 the current folder
+        QTest::addColumn<ChoiceRow>("row");
 
         const QString marker = QStringLiteral("FoldersTest.marker");
-        QTest::newRow("nothing given: the user's data folder") << ""
-                                                               << ""
-                                                               << ""
-                                                               << "%1/data/kovanix";
-        QTest::newRow("a marker beside the program") << ""
-                                                     << "" << marker << "%2";
-        QTest::newRow("the second marker counts too") << ""
-                                                      << ""
-                                                      << "FoldersTest.second"
-                                                      << "%2";
-        QTest::newRow("a folder named like a marker is none") << ""
-                                                              << ""
-                                                              << "FoldersTest.folder/"
-                                                              << "%1/data/kovanix";
-        QTest::newRow("the variable before the marker") << ""
-                                                        << "/srv/shop" << marker << "/srv/shop";
-        QTest::newRow("the command line before all") << "/srv/other"
-                                                     << "/srv/shop" << marker << "/srv/other";
-        QTest::newRow("a trailing separator goes") << "/srv/other/"
-                                                   << ""
-                                                   << ""
-                                                   << "/srv/other";
-        QTest::newRow("the variable's too") << ""
-                                            << "/srv/shop//"
-                                            << ""
-                                            << "/srv/shop";
-        QTest::newRow("a relative folder starts at the current one") << "shop"
-                                                                     << ""
-                                                                     << ""
-                                                                     << "%3/shop";
-        QTest::newRow("dots are resolved") << "/srv/./a/../shop"
-                                           << ""
-                                           << ""
-                                           << "/srv/shop";
-        QTest::newRow("blanks and Turkish letters") << QStringLiteral("/srv/Şık Dükkân") << ""
-                                                    << "" << QStringLiteral("/srv/Şık Dükkân");
-        QTest::newRow("the root") << "/"
-                                  << ""
-                                  << ""
-                                  << "/";
+        QTest::newRow("nothing given: the user's data folder") << ChoiceRow{"", "", "", "%1/data/kovanix"};
+        QTest::newRow("a marker beside the program") << ChoiceRow{"", "", marker, "%2"};
+        QTest::newRow("the second marker counts too") << ChoiceRow{"", "", "FoldersTest.second", "%2"};
+        QTest::newRow("a folder named like a marker is none")
+            << ChoiceRow{"", "", "FoldersTest.folder/", "%1/data/kovanix"};
+        QTest::newRow("the variable before the marker") << ChoiceRow{"", "/srv/shop", marker, "/srv/shop"};
+        QTest::newRow("the command line before all")
+            << ChoiceRow{"/srv/other", "/srv/shop", marker, "/srv/other"};
+        QTest::newRow("a trailing separator goes") << ChoiceRow{"/srv/other/", "", "", "/srv/other"};
+        QTest::newRow("the variable's too") << ChoiceRow{"", "/srv/shop//", "", "/srv/shop"};
+        QTest::newRow("a relative folder starts at the current one") << ChoiceRow{"shop", "", "", "%3/shop"};
+        QTest::newRow("dots are resolved") << ChoiceRow{"/srv/./a/../shop", "", "", "/srv/shop"};
+        QTest::newRow("blanks and Turkish letters")
+            << ChoiceRow{QStringLiteral("/srv/Şık Dükkân"), "", "", QStringLiteral("/srv/Şık Dükkân")};
+        QTest::newRow("the root") << ChoiceRow{"/", "", "", "/"};
     }
 
     void choice() {
-        QFETCH(QString, commandLine);
-        QFETCH(QString, variable);
-        QFETCH(QString, markerMade);
-        QFETCH(QString, expected);
+        QFETCH(ChoiceRow, row);
         const QDir own(QCoreApplication::applicationDirPath());
         const auto cleanUp = qScopeGuard([&] {
-            if (markerMade.endsWith(QLatin1Char('/')))
-                own.rmdir(markerMade);
-            else if (!markerMade.isEmpty())
-                QFile::remove(own.filePath(markerMade));
+            if (row.markerMade.endsWith(QLatin1Char('/')))
+                own.rmdir(row.markerMade);
+            else if (!row.markerMade.isEmpty())
+                QFile::remove(own.filePath(row.markerMade));
         });
-        if (markerMade.endsWith(QLatin1Char('/'))) {
-            QVERIFY(own.mkpath(markerMade));
-        } else if (!markerMade.isEmpty()) {
-            QFile file(own.filePath(markerMade));
+        if (row.markerMade.endsWith(QLatin1Char('/'))) {
+            QVERIFY(own.mkpath(row.markerMade));
+        } else if (!row.markerMade.isEmpty()) {
+            QFile file(own.filePath(row.markerMade));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
-        if (!variable.isEmpty())
-            qputenv("KOVANIX_FOLDER", QFile::encodeName(variable));
+        if (!row.variable.isEmpty())
+            qputenv("KOVANIX_FOLDER", QFile::encodeName(row.variable));
 
         const QString chosen = chooseApplicationFolder(
-            commandLine, {QStringLiteral("FoldersTest.marker"), QStringLiteral("FoldersTest.second"),
-                          QStringLiteral("FoldersTest.folder")});
-        expected.replace(QStringLiteral("%1"), m_dir.path());
-        expected.replace(QStringLiteral("%2"), own.absolutePath());
-        expected.replace(QStringLiteral("%3"), QDir::currentPath());
-        QCOMPARE(chosen, expected);
+            row.commandLine, {QStringLiteral("FoldersTest.marker"), QStringLiteral("FoldersTest.second"),
+                              QStringLiteral("FoldersTest.folder")});
+        row.expected.replace(QStringLiteral("%1"), m_dir.path());
+        row.expected.replace(QStringLiteral("%2"), own.absolutePath());
+        row.expected.replace(QStringLiteral("%3"), QDir::currentPath());
+        QCOMPARE(chosen, row.expected);
     }
 
     void theFolderIsKept_data() {
-        QTest::addColumn<QString>("set");
-        QTest::addColumn<QString>("kept");
-        QTest::newRow("as given") << "/srv/shop"
-                                  << "/srv/shop";
-        QTest::newRow("without a trailing separator") << "/srv/shop//"
-                                                      << "/srv/shop";
-        QTest::newRow("the root") << "/"
-                                  << "/";
-        QTest::newRow("none") << ""
-                              << "";
+        addRows<TheFolderIsKeptRow>({{"as given", {"/srv/shop", "/srv/shop"}},
+                                     {"without a trailing separator", {"/srv/shop//", "/srv/shop"}},
+                                     {"the root", {"/", "/"}},
+                                     {"none", {"", ""}}});
     }
 
     void theFolderIsKept() {
-        QFETCH(QString, set);
-        setApplicationFolder(set);
-        QTEST(applicationFolder(), "kept");
+        QFETCH(const TheFolderIsKeptRow, row);
+        setApplicationFolder(row.set);
+        QCOMPARE(applicationFolder(), row.kept);
     }
 
     void joinedNames_data() {
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("a stored name") << "/srv/shop"
-                                       << "\\Kovanix.config"
-                                       << "/srv/shop/Kovanix.config";
-        QTest::newRow("no folder: below the root") << ""
-                                                   << "\\Kovanix.config"
-                                                   << "/Kovanix.config";
-        QTest::newRow("the root itself") << "/"
-                                         << "\\Kovanix.config"
-                                         << "/Kovanix.config";
-        QTest::newRow("a name without a separator") << "/srv/shop"
-                                                    << "Kovanix.config"
-                                                    << "/srv/shop/Kovanix.config";
-        QTest::newRow("a folder with a separator") << "/srv/shop/"
-                                                   << "\\kovanix.data"
-                                                   << "/srv/shop/kovanix.data";
-        QTest::newRow("a name in a subfolder") << "/srv/shop"
-                                               << "\\yedek\\kovanix.data"
-                                               << "/srv/shop/yedek/kovanix.data";
-        QTest::newRow("a blank in the name") << "/srv/shop"
-                                             << "\\satis raporu"
-                                             << "/srv/shop/satis raporu";
-        QTest::newRow("a backslash in the folder is a letter") << "/srv/a\\b"
-                                                               << "\\x"
-                                                               << "/srv/a\\b/x";
+        addRows<JoinedNamesRow>(
+            {{"a stored name", {"/srv/shop", "\\Kovanix.config", "/srv/shop/Kovanix.config"}},
+             {"no folder: below the root", {"", "\\Kovanix.config", "/Kovanix.config"}},
+             {"the root itself", {"/", "\\Kovanix.config", "/Kovanix.config"}},
+             {"a name without a separator", {"/srv/shop", "Kovanix.config", "/srv/shop/Kovanix.config"}},
+             {"a folder with a separator", {"/srv/shop/", "\\kovanix.data", "/srv/shop/kovanix.data"}},
+             {"a name in a subfolder",
+              {"/srv/shop", "\\yedek\\kovanix.data", "/srv/shop/yedek/kovanix.data"}},
+             {"a blank in the name", {"/srv/shop", "\\satis raporu", "/srv/shop/satis raporu"}},
+             {"a backslash in the folder is a letter", {"/srv/a\\b", "\\x", "/srv/a\\b/x"}}});
     }
 
     void joinedNames() {
-        QFETCH(QString, folder);
-        QFETCH(QString, name);
-        QTEST(joinStored(folder, name), "path");
+        QFETCH(const JoinedNamesRow, row);
+        QCOMPARE(joinStored(row.folder, row.name), row.path);
     }
 
     void pathsWithADriveLetter_data() {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("path");
         const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-        QTest::newRow("C") << "C:\\kovanix\\urun raporu.xls"
-                           << "/srv/c/kovanix/urun raporu.xls";
-        QTest::newRow("small letter") << "c:\\satis raporu.xls"
-                                      << "/srv/c/satis raporu.xls";
-        QTest::newRow("the drive itself") << "C:\\"
-                                          << "/srv/c/";
-        QTest::newRow("a drive that nothing names") << "D:\\x.xls" << documents + "/x.xls";
-        QTest::newRow("no drive letter") << "\\SITE.doc"
-                                         << "\\SITE.doc";
-        QTest::newRow("a path of this machine") << "/srv/x"
-                                                << "/srv/x";
-        QTest::newRow("empty") << ""
-                               << "";
+        addRows<PathsWithADriveLetterRow>(
+            {{"C", {"C:\\kovanix\\urun raporu.xls", "/srv/c/kovanix/urun raporu.xls"}},
+             {"small letter", {"c:\\satis raporu.xls", "/srv/c/satis raporu.xls"}},
+             {"the drive itself", {"C:\\", "/srv/c/"}},
+             {"a drive that nothing names", {"D:\\x.xls", documents + "/x.xls"}},
+             {"no drive letter", {"\\SITE.doc", "\\SITE.doc"}},
+             {"a path of this machine", {"/srv/x", "/srv/x"}},
+             {"empty", {"", ""}}});
     }
 
     void pathsWithADriveLetter() {
-        QFETCH(QString, stored);
+        QFETCH(const PathsWithADriveLetterRow, row);
         qputenv("KOVANIX_DRIVE_C", "/srv/c");
-        QTEST(drivePath(stored), "path");
+        QCOMPARE(drivePath(row.stored), row.path);
         qunsetenv("KOVANIX_DRIVE_C");
     }
 

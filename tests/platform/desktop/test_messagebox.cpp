@@ -83,6 +83,15 @@ int answered(int style, const std::function<void(QMessageBox&)>& answer) {
 class MessageBoxTest : public QObject {
     Q_OBJECT
 
+    struct StylesRow {
+        int style;
+        QStringList captions;
+        QList<int> answers;
+        QString defaultCaption;
+        QMessageBox::Icon icon;
+        int escape;
+    };
+
 private Q_SLOTS:
     void initTestCase() {
         // The toolkit's words first: nobody has set captions yet.
@@ -93,17 +102,12 @@ private Q_SLOTS:
     }
 
     void styles_data() {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<QStringList>("captions");
-        QTest::addColumn<QList<int>>("answers");
-        QTest::addColumn<QString>("defaultCaption");
-        QTest::addColumn<QMessageBox::Icon>("icon");
-        QTest::addColumn<int>("escape");
+        QTest::addColumn<StylesRow>("row");
 
         const auto row = [](int style, const QStringList& captions, const QList<int>& answers,
                             const QString& defaultCaption, QMessageBox::Icon icon, int escape) {
             QTest::newRow(qPrintable(QString::number(style)))
-                << style << captions << answers << defaultCaption << icon << escape;
+                << StylesRow{style, captions, answers, defaultCaption, icon, escape};
         };
         const QStringList yesNo{evet, hayir};
         const QList<int> yesNoAnswers{6, 7};
@@ -130,19 +134,14 @@ private Q_SLOTS:
     }
 
     void styles() {
-        QFETCH(int, style);
-        QFETCH(QStringList, captions);
-        QFETCH(QList<int>, answers);
-        QFETCH(QString, defaultCaption);
-        QFETCH(QMessageBox::Icon, icon);
-        QFETCH(int, escape);
+        QFETCH(const StylesRow, row);
 
         QStringList seen;
         QString seenDefault;
         QString focused;
         QMessageBox::Icon seenIcon = QMessageBox::NoIcon;
-        for (int i = 0; i < captions.size(); ++i) {
-            const int result = answered(style, [&](QMessageBox& box) {
+        for (int i = 0; i < row.captions.size(); ++i) {
+            const int result = answered(row.style, [&](QMessageBox& box) {
                 seen = captionsOf(box);
                 seenIcon = box.icon();
                 seenDefault = box.defaultButton() ? box.defaultButton()->text() : QString();
@@ -150,16 +149,17 @@ private Q_SLOTS:
                     box.focusWidget() ? qobject_cast<QPushButton*>(box.focusWidget())->text() : QString();
                 QTest::mouseClick(fromLeftToRight(box).at(i), Qt::LeftButton);
             });
-            QCOMPARE(seen, captions);
-            QCOMPARE(result, answers.at(i));
+            QCOMPARE(seen, row.captions);
+            QCOMPARE(result, row.answers.at(i));
         }
-        QCOMPARE(seenIcon, icon);
-        QCOMPARE(seenDefault, defaultCaption);
-        QCOMPARE(focused, defaultCaption);
-        QCOMPARE(answered(style, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), escape);
-        QCOMPARE(answered(style, [](QMessageBox& box) { box.close(); }), escape);
-        const int defaultAnswer = answers.at(captions.indexOf(defaultCaption));
-        QCOMPARE(answered(style, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }),
+        QCOMPARE(seenIcon, row.icon);
+        QCOMPARE(seenDefault, row.defaultCaption);
+        QCOMPARE(focused, row.defaultCaption);
+        QCOMPARE(answered(row.style, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }),
+                 row.escape);
+        QCOMPARE(answered(row.style, [](QMessageBox& box) { box.close(); }), row.escape);
+        const int defaultAnswer = row.answers.at(row.captions.indexOf(row.defaultCaption));
+        QCOMPARE(answered(row.style, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }),
                  defaultAnswer);
     }
 

@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "desktop/shell.h"
+#include "rows.h"
 
 using namespace kovanix;
 
@@ -36,6 +37,10 @@ private:
 
 class ShellTest : public QObject {
     Q_OBJECT
+
+    struct DocumentsRow {
+        QString asked, opened;
+    };
 
 private Q_SLOTS:
     void init() {
@@ -132,29 +137,27 @@ private Q_SLOTS:
     }
 
     void documents_data() {
-        QTest::addColumn<QString>("asked");
-        QTest::addColumn<QString>("opened");
-        QTest::newRow("address") << QStringLiteral("https://example.com/a?b=c#d")
-                                 << QStringLiteral("https://example.com/a?b=c#d");
-        QTest::newRow("address without a scheme")
-            << QStringLiteral("www.example.com") << QStringLiteral("http://www.example.com");
-        QTest::newRow("file") << QStringLiteral("%1/rapor.html") << QStringLiteral("file://%1/rapor.html");
-        QTest::newRow("file with signs of an address")
-            << QStringLiteral("%1/a #1 %20?.html") << QStringLiteral("file://%1/a%20%231%20%2520%3F.html");
-        QTest::newRow("folder") << QStringLiteral("%1") << QStringLiteral("file://%1");
+        addRows<DocumentsRow>(
+            {{"address",
+              {QStringLiteral("https://example.com/a?b=c#d"), QStringLiteral("https://example.com/a?b=c#d")}},
+             {"address without a scheme",
+              {QStringLiteral("www.example.com"), QStringLiteral("http://www.example.com")}},
+             {"file", {QStringLiteral("%1/rapor.html"), QStringLiteral("file://%1/rapor.html")}},
+             {"file with signs of an address",
+              {QStringLiteral("%1/a #1 %20?.html"), QStringLiteral("file://%1/a%20%231%20%2520%3F.html")}},
+             {"folder", {QStringLiteral("%1"), QStringLiteral("file://%1")}}});
     }
     void documents() {
-        QFETCH(QString, asked);
-        QFETCH(QString, opened);
+        QFETCH(DocumentsRow, row);
         for (const char* name : {"rapor.html", "a #1 %20?.html"}) {
             QFile file(m_folder->filePath(QString::fromLatin1(name)));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
         const Opener opener({QStringLiteral("http"), QStringLiteral("https"), QStringLiteral("file")});
-        QVERIFY(openDocument(asked.replace(QStringLiteral("%1"), m_folder->path())));
+        QVERIFY(openDocument(row.asked.replace(QStringLiteral("%1"), m_folder->path())));
         QCOMPARE(opener.opened.size(), 1);
         QCOMPARE(opener.opened[0].toString(QUrl::FullyEncoded),
-                 opened.replace(QStringLiteral("%1"), m_folder->path()));
+                 row.opened.replace(QStringLiteral("%1"), m_folder->path()));
     }
 
     void whatCannotBeOpened_data() {

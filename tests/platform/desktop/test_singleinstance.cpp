@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "desktop/singleinstance.h"
+#include "rows.h"
 
 using namespace kovanix;
 
@@ -89,6 +90,11 @@ bool raisedMeanwhile(const QString& name, int timeout = patience) {
 
 class SingleInstanceTest : public QObject {
     Q_OBJECT
+
+    struct ARequestFromAnotherProcessRow {
+        QString token;
+        QByteArray said;
+    };
 
 private Q_SLOTS:
     void oneHolderInAProcess() {
@@ -210,23 +216,21 @@ private Q_SLOTS:
     }
 
     void aRequestFromAnotherProcess_data() {
-        QTest::addColumn<QString>("token");
-        QTest::addColumn<QByteArray>("said");
-        QTest::newRow("without a token") << "" << QByteArray("raised ");
-        QTest::newRow("with a token") << "kwin_42-TIME7" << QByteArray("raised kwin_42-TIME7");
-        QTest::newRow("a token with a blank is none") << "a b" << QByteArray("raised ");
-        QTest::newRow("a token that is too long is none")
-            << QString(600, QLatin1Char('t')) << QByteArray("raised ");
+        addRows<ARequestFromAnotherProcessRow>(
+            {{"without a token", {"", QByteArray("raised ")}},
+             {"with a token", {"kwin_42-TIME7", QByteArray("raised kwin_42-TIME7")}},
+             {"a token with a blank is none", {"a b", QByteArray("raised ")}},
+             {"a token that is too long is none", {QString(600, QLatin1Char('t')), QByteArray("raised ")}}});
     }
 
     void aRequestFromAnotherProcess() {
-        QFETCH(QString, token);
+        QFETCH(const ARequestFromAnotherProcessRow, row);
         const QString name = freshName();
         Helper first(QStringLiteral("hold"), name);
         QCOMPARE(first.start().line(), QByteArray("first"));
-        Helper raiser(QStringLiteral("raise"), name, token);
+        Helper raiser(QStringLiteral("raise"), name, row.token);
         QCOMPARE(raiser.start().line(), QByteArray("taken"));
-        QTEST(first.line(), "said");
+        QCOMPARE(first.line(), row.said);
     }
 
     void theTokenIsForgottenAfterwards() {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "printing/printer.h"
+#include "rows.h"
 #include "runtime/runtimeerror.h"
 
 using namespace kovanix;
@@ -66,6 +67,15 @@ double leftEdgeOf(const QString& word, const QString& file) {
 class PrinterTest : public QObject {
     Q_OBJECT
 
+    struct TextsRow {
+        QString text;
+        QStringList lines;
+    };
+    struct TheSlipIsARollRow {
+        int lines;
+        double shortest, longest;
+    };
+
 private Q_SLOTS:
     void initTestCase() {
         QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty(),
@@ -79,39 +89,35 @@ private Q_SLOTS:
     }
 
     void texts_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("lines");
         const QStringList two{QStringLiteral("bir"), QStringLiteral("iki")};
-        QTest::newRow("one line") << "bir" << QStringList{QStringLiteral("bir")};
-        QTest::newRow("CR LF") << "bir\r\niki" << two;
-        QTest::newRow("LF") << "bir\niki" << two;
-        QTest::newRow("CR") << "bir\riki" << two;
-        QTest::newRow("a break at the end") << "bir\r\niki\r\n" << two;
-        QTest::newRow("Turkish letters")
-            << QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi") << QStringList{QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi")};
-        QTest::newRow("letters that fonts join")
-            << "fi fl ffi ffl ofis tt" << QStringList{QStringLiteral("fi fl ffi ffl ofis tt")};
-        QTest::newRow("signs of mark-up stay text")
-            << "<b>A&B</b> 5 < 6 %1" << QStringList{QStringLiteral("<b>A&B</b> 5 < 6 %1")};
-        QTest::newRow("a receipt")
-            << QStringLiteral(
+        addRows<TextsRow>(
+            {{"one line", {"bir", QStringList{QStringLiteral("bir")}}},
+             {"CR LF", {"bir\r\niki", two}},
+             {"LF", {"bir\niki", two}},
+             {"CR", {"bir\riki", two}},
+             {"a break at the end", {"bir\r\niki\r\n", two}},
+             {"Turkish letters",
+              {QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi"), QStringList{QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi")}}},
+             {"letters that fonts join",
+              {"fi fl ffi ffl ofis tt", QStringList{QStringLiteral("fi fl ffi ffl ofis tt")}}},
+             {"signs of mark-up stay text",
+              {"<b>A&B</b> 5 < 6 %1", QStringList{QStringLiteral("<b>A&B</b> 5 < 6 %1")}}},
+             {"a receipt",
+              {QStringLiteral(
                    "\r\n Tarih 05.03.2026\r\n Saat 14:07:09\r\nMüşteri :PEŞİN MÜŞTERİ\r\n\r\nKola 1 lt\r\n"
                    "2,5 X 10,00 T.L. = 25,00 T.L.\r\n\r\n0 X 0,00 T.L. = 0,00 T.L.\r\n\r\n"
-                   "\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ")
-            << QStringList{QStringLiteral("Tarih 05.03.2026"),
-                           QStringLiteral("Saat 14:07:09"),
-                           QStringLiteral("Müşteri :PEŞİN MÜŞTERİ"),
-                           QStringLiteral("Kola 1 lt"),
+                   "\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ"),
+               QStringList{QStringLiteral("Tarih 05.03.2026"), QStringLiteral("Saat 14:07:09"),
+                           QStringLiteral("Müşteri :PEŞİN MÜŞTERİ"), QStringLiteral("Kola 1 lt"),
                            QStringLiteral("2,5 X 10,00 T.L. = 25,00 T.L."),
                            QStringLiteral("0 X 0,00 T.L. = 0,00 T.L."),
-                           QStringLiteral("TOPLAM TUTAR : 25,00"),
-                           QStringLiteral("TEŞEKKÜR EDERİZ")};
+                           QStringLiteral("TOPLAM TUTAR : 25,00"), QStringLiteral("TEŞEKKÜR EDERİZ")}}}});
     }
 
     void texts() {
-        QFETCH(QString, text);
-        print({text});
-        QTEST(printedLines(job(1)), "lines");
+        QFETCH(const TextsRow, row);
+        print({row.text});
+        QCOMPARE(printedLines(job(1)), row.lines);
         QCOMPARE(pageCount(job(1)), 1);
     }
 
@@ -181,22 +187,17 @@ private Q_SLOTS:
     }
 
     void theSlipIsARoll_data() {
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<double>("shortest");
-        QTest::addColumn<double>("longest");
-        QTest::newRow("one line: 80 by 80") << 1 << 79.5 << 80.5;
-        QTest::newRow("thirty lines: longer") << 30 << 100.0 << 200.0;
-        QTest::newRow("two hundred lines: not endless") << 200 << 296.0 << 298.0;
+        addRows<TheSlipIsARollRow>({{"one line: 80 by 80", {1, 79.5, 80.5}},
+                                    {"thirty lines: longer", {30, 100.0, 200.0}},
+                                    {"two hundred lines: not endless", {200, 296.0, 298.0}}});
     }
 
     void theSlipIsARoll() {
-        QFETCH(int, lines);
-        QFETCH(double, shortest);
-        QFETCH(double, longest);
-        print({QStringLiteral("kalem\n").repeated(lines)});
+        QFETCH(const TheSlipIsARollRow, row);
+        print({QStringLiteral("kalem\n").repeated(row.lines)});
         const QSizeF size = pageSize(job(1));
         QVERIFY2(std::abs(size.width() - 80) < 0.5, qPrintable(QString::number(size.width())));
-        QVERIFY2(size.height() >= shortest && size.height() <= longest,
+        QVERIFY2(size.height() >= row.shortest && size.height() <= row.longest,
                  qPrintable(QString::number(size.height())));
     }
 

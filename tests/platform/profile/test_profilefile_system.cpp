@@ -60,234 +60,223 @@ class TestProfileFileSystem : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void missingFileReadsEmpty();
-    void missingFileIsMade();
-    void missingFolderFails();
-    void directoryInPlaceOfTheFile();
-    void pipeInPlaceOfTheFile();
-    void everyByteSurvives();
-    void keepsPermissions();
-    void keepsTheOwner();
-    void followsLinks();
-    void followsALinkToNothing();
-    void replacesInOneStep();
-    void sameValueLeavesTheFileAlone();
-    void readOnlyFolder();
-    void readOnlyFile();
-    void unreadableFile();
+    void init() {
+        m_folder.reset(new QTemporaryDir);
+        QVERIFY(m_folder->isValid());
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
+        m_path = m_folder->filePath(QStringLiteral("Kovanix.config"));
+    }
+
+    void cleanup() { ::chmod(QFile::encodeName(m_folder->path()).constData(), 0755); }
+
+    void missingFileReadsEmpty() {
+        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
+        QVERIFY(!QFile::exists(m_path));
+    }
+
+    void missingFileIsMade() {
+        QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("tema"),
+                                      QStringLiteral("2")));
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\ntema=2\r\n"));
+    }
+
+    void missingFolderFails() {
+        const QString path = m_folder->filePath(QStringLiteral("none/Kovanix.config"));
+        QVERIFY(
+            !ProfileFile::setValue(path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
+        QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("none"))));
+    }
+
+    void directoryInPlaceOfTheFile() {
+        QVERIFY(QDir().mkdir(m_path));
+        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
+        QVERIFY(!ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                       QStringLiteral("a")));
+        QVERIFY(QFileInfo(m_path).isDir());
+    }
+
+    void pipeInPlaceOfTheFile() {
+        QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
+        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
+        QVERIFY(!ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                       QStringLiteral("a")));
+    }
+
+    void everyByteSurvives() {
+        QByteArray every("[ayar]\r\nip=a\r\nx=");
+        for (int byte = 0; byte < 256; ++byte)
+            every += static_cast<char>(byte);
+        writeBytes(m_path, every);
+        QVERIFY(
+            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QCOMPARE(readBytes(m_path), every.replace("ip=a", "ip=b"));
+    }
+
+    void keepsPermissions() {
+        for (const mode_t mode : {0600U, 0644U, 0666U, 0660U}) {
+            writeBytes(m_path, "[ayar]\r\nip=a\r\n");
+            QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), mode), 0);
+            QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                          QStringLiteral("b")));
+            QCOMPARE(modeOf(m_path), mode);
+        }
+    }
+
+    void keepsTheOwner() {
+        if (::geteuid() != 0)
+            QSKIP("only the administrator can give a file away");
+        constexpr uid_t nobody = 65534;
+        writeBytes(m_path, "[ayar]\r\nip=a\r\n");
+        const QByteArray path = QFile::encodeName(m_path);
+        QCOMPARE(::chmod(path.constData(), 0640), 0);
+        QCOMPARE(::chown(path.constData(), nobody, nobody), 0);
+        QVERIFY(
+            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        struct stat status {};
+        QCOMPARE(::stat(path.constData(), &status), 0);
+        QCOMPARE(status.st_uid, nobody);
+        QCOMPARE(status.st_gid, nobody);
+        QCOMPARE(modeOf(m_path), 0640U);
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
+
+        // The other way round an ordinary user can't: the file is written in place and stays the
+        // administrator's.
+        QCOMPARE(::chown(path.constData(), 0, 0), 0);
+        QCOMPARE(::chmod(path.constData(), 0666), 0);
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
+        bool written = false;
+        {
+            const OrdinaryUser user;
+            if (user.failed() || !QFileInfo::exists(m_path))
+                QSKIP("an ordinary user can't be had here");
+            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                            QStringLiteral("c"));
+        }
+        QVERIFY(written);
+        QCOMPARE(::stat(path.constData(), &status), 0);
+        QCOMPARE(status.st_uid, 0U);
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=c\r\n"));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    }
+
+    void followsLinks() {
+        const QString target = m_folder->filePath(QStringLiteral("target"));
+        const QString between = m_folder->filePath(QStringLiteral("between"));
+        writeBytes(target, "[ayar]\r\nip=a\r\n");
+        QVERIFY(QFile::link(QStringLiteral("target"), between));
+        QVERIFY(QFile::link(between, m_path));
+        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")),
+                 QStringLiteral("a"));
+        QVERIFY(
+            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QVERIFY(QFileInfo(m_path).isSymLink());
+        QVERIFY(QFileInfo(between).isSymLink());
+        QVERIFY(!QFileInfo(target).isSymLink());
+        QCOMPARE(readBytes(target), QByteArray("[ayar]\r\nip=b\r\n"));
+    }
+
+    void followsALinkToNothing() {
+        const QString target = m_folder->filePath(QStringLiteral("target"));
+        QVERIFY(QFile::link(target, m_path));
+        QVERIFY(
+            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QVERIFY(QFileInfo(m_path).isSymLink());
+        QCOMPARE(readBytes(target), QByteArray("[ayar]\r\nip=b\r\n"));
+
+        // A link to itself leads nowhere.
+        const QString loop = m_folder->filePath(QStringLiteral("loop"));
+        QVERIFY(QFile::link(loop, loop));
+        QCOMPARE(ProfileFile::value(loop, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
+    }
+
+    void replacesInOneStep() {
+        writeBytes(m_path, "[ayar]\r\nip=a\r\n");
+        // Whoever has the old file open goes on reading the old file, whole.
+        QFile reader(m_path);
+        QVERIFY(reader.open(QIODevice::ReadOnly));
+        QVERIFY(
+            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QCOMPARE(reader.readAll(), QByteArray("[ayar]\r\nip=a\r\n"));
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
+    }
+
+    void sameValueLeavesTheFileAlone() {
+        writeBytes(m_path, "[ayar]\r\nip=a\r\n");
+        struct stat before {};
+        struct stat after {};
+        const QByteArray path = QFile::encodeName(m_path);
+        QCOMPARE(::stat(path.constData(), &before), 0);
+        QVERIFY(
+            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
+        QCOMPARE(::stat(path.constData(), &after), 0);
+        QCOMPARE(after.st_ino, before.st_ino);
+    }
+
+    void readOnlyFolder() {
+        writeBytes(m_path, "[ayar]\r\nip=abcdef\r\n");
+        const QString other = m_folder->filePath(QStringLiteral("other.config"));
+        QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0666), 0);
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0555), 0);
+        bool written = false;
+        bool made = true;
+        {
+            const OrdinaryUser user;
+            if (user.failed() || !QFileInfo::exists(m_path))
+                QSKIP("an ordinary user can't be had here");
+            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                            QStringLiteral("b"));
+            made = ProfileFile::setValue(other, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                         QStringLiteral("b"));
+        }
+        QVERIFY(written);
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
+        QVERIFY(!made);
+        QVERIFY(!QFile::exists(other));
+    }
+
+    void readOnlyFile() {
+        writeBytes(m_path, "[ayar]\r\nip=a\r\n");
+        QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0444), 0);
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
+        bool written = true;
+        QString read;
+        {
+            const OrdinaryUser user;
+            if (user.failed() || !QFileInfo::exists(m_path))
+                QSKIP("an ordinary user can't be had here");
+            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                            QStringLiteral("b"));
+            read = ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip"));
+        }
+        QVERIFY(!written);
+        QCOMPARE(read, QStringLiteral("a"));
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=a\r\n"));
+    }
+
+    void unreadableFile() {
+        writeBytes(m_path, "[ayar]\r\nip=a\r\n");
+        QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0222), 0);
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
+        bool written = true;
+        QString read(u'?');
+        {
+            const OrdinaryUser user;
+            if (user.failed() || !QFileInfo::exists(m_path))
+                QSKIP("an ordinary user can't be had here");
+            read = ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip"));
+            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
+                                            QStringLiteral("b"));
+        }
+        QCOMPARE(read, QString());
+        QVERIFY(!written);
+        ::chmod(QFile::encodeName(m_path).constData(), 0644);
+        QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=a\r\n"));
+    }
 
 private:
     QScopedPointer<QTemporaryDir> m_folder;
     QString m_path;
 };
-
-void TestProfileFileSystem::init() {
-    m_folder.reset(new QTemporaryDir);
-    QVERIFY(m_folder->isValid());
-    QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
-    m_path = m_folder->filePath(QStringLiteral("Kovanix.config"));
-}
-
-void TestProfileFileSystem::cleanup() {
-    ::chmod(QFile::encodeName(m_folder->path()).constData(), 0755);
-}
-
-void TestProfileFileSystem::missingFileReadsEmpty() {
-    QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
-    QVERIFY(!QFile::exists(m_path));
-}
-
-void TestProfileFileSystem::missingFileIsMade() {
-    QVERIFY(
-        ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("tema"), QStringLiteral("2")));
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\ntema=2\r\n"));
-}
-
-void TestProfileFileSystem::missingFolderFails() {
-    const QString path = m_folder->filePath(QStringLiteral("none/Kovanix.config"));
-    QVERIFY(!ProfileFile::setValue(path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
-    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("none"))));
-}
-
-void TestProfileFileSystem::directoryInPlaceOfTheFile() {
-    QVERIFY(QDir().mkdir(m_path));
-    QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
-    QVERIFY(
-        !ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
-    QVERIFY(QFileInfo(m_path).isDir());
-}
-
-void TestProfileFileSystem::pipeInPlaceOfTheFile() {
-    QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
-    QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
-    QVERIFY(
-        !ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
-}
-
-void TestProfileFileSystem::everyByteSurvives() {
-    QByteArray every("[ayar]\r\nip=a\r\nx=");
-    for (int byte = 0; byte < 256; ++byte)
-        every += static_cast<char>(byte);
-    writeBytes(m_path, every);
-    QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
-    QCOMPARE(readBytes(m_path), every.replace("ip=a", "ip=b"));
-}
-
-void TestProfileFileSystem::keepsPermissions() {
-    for (const mode_t mode : {0600U, 0644U, 0666U, 0660U}) {
-        writeBytes(m_path, "[ayar]\r\nip=a\r\n");
-        QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), mode), 0);
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
-        QCOMPARE(modeOf(m_path), mode);
-    }
-}
-
-void TestProfileFileSystem::keepsTheOwner() {
-    if (::geteuid() != 0)
-        QSKIP("only the administrator can give a file away");
-    constexpr uid_t nobody = 65534;
-    writeBytes(m_path, "[ayar]\r\nip=a\r\n");
-    const QByteArray path = QFile::encodeName(m_path);
-    QCOMPARE(::chmod(path.constData(), 0640), 0);
-    QCOMPARE(::chown(path.constData(), nobody, nobody), 0);
-    QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
-    struct stat status {};
-    QCOMPARE(::stat(path.constData(), &status), 0);
-    QCOMPARE(status.st_uid, nobody);
-    QCOMPARE(status.st_gid, nobody);
-    QCOMPARE(modeOf(m_path), 0640U);
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
-
-    // The other way round an ordinary user can't: the file is written in place and stays the administrator's.
-    QCOMPARE(::chown(path.constData(), 0, 0), 0);
-    QCOMPARE(::chmod(path.constData(), 0666), 0);
-    QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
-    bool written = false;
-    {
-        const OrdinaryUser user;
-        if (user.failed() || !QFileInfo::exists(m_path))
-            QSKIP("an ordinary user can't be had here");
-        written =
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("c"));
-    }
-    QVERIFY(written);
-    QCOMPARE(::stat(path.constData(), &status), 0);
-    QCOMPARE(status.st_uid, 0U);
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=c\r\n"));
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-}
-
-void TestProfileFileSystem::followsLinks() {
-    const QString target = m_folder->filePath(QStringLiteral("target"));
-    const QString between = m_folder->filePath(QStringLiteral("between"));
-    writeBytes(target, "[ayar]\r\nip=a\r\n");
-    QVERIFY(QFile::link(QStringLiteral("target"), between));
-    QVERIFY(QFile::link(between, m_path));
-    QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QStringLiteral("a"));
-    QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
-    QVERIFY(QFileInfo(m_path).isSymLink());
-    QVERIFY(QFileInfo(between).isSymLink());
-    QVERIFY(!QFileInfo(target).isSymLink());
-    QCOMPARE(readBytes(target), QByteArray("[ayar]\r\nip=b\r\n"));
-}
-
-void TestProfileFileSystem::followsALinkToNothing() {
-    const QString target = m_folder->filePath(QStringLiteral("target"));
-    QVERIFY(QFile::link(target, m_path));
-    QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
-    QVERIFY(QFileInfo(m_path).isSymLink());
-    QCOMPARE(readBytes(target), QByteArray("[ayar]\r\nip=b\r\n"));
-
-    // A link to itself leads nowhere.
-    const QString loop = m_folder->filePath(QStringLiteral("loop"));
-    QVERIFY(QFile::link(loop, loop));
-    QCOMPARE(ProfileFile::value(loop, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
-}
-
-void TestProfileFileSystem::replacesInOneStep() {
-    writeBytes(m_path, "[ayar]\r\nip=a\r\n");
-    // Whoever has the old file open goes on reading the old file, whole.
-    QFile reader(m_path);
-    QVERIFY(reader.open(QIODevice::ReadOnly));
-    QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
-    QCOMPARE(reader.readAll(), QByteArray("[ayar]\r\nip=a\r\n"));
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
-}
-
-void TestProfileFileSystem::sameValueLeavesTheFileAlone() {
-    writeBytes(m_path, "[ayar]\r\nip=a\r\n");
-    struct stat before {};
-    struct stat after {};
-    const QByteArray path = QFile::encodeName(m_path);
-    QCOMPARE(::stat(path.constData(), &before), 0);
-    QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
-    QCOMPARE(::stat(path.constData(), &after), 0);
-    QCOMPARE(after.st_ino, before.st_ino);
-}
-
-void TestProfileFileSystem::readOnlyFolder() {
-    writeBytes(m_path, "[ayar]\r\nip=abcdef\r\n");
-    const QString other = m_folder->filePath(QStringLiteral("other.config"));
-    QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0666), 0);
-    QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0555), 0);
-    bool written = false;
-    bool made = true;
-    {
-        const OrdinaryUser user;
-        if (user.failed() || !QFileInfo::exists(m_path))
-            QSKIP("an ordinary user can't be had here");
-        written =
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b"));
-        made =
-            ProfileFile::setValue(other, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b"));
-    }
-    QVERIFY(written);
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
-    QVERIFY(!made);
-    QVERIFY(!QFile::exists(other));
-}
-
-void TestProfileFileSystem::readOnlyFile() {
-    writeBytes(m_path, "[ayar]\r\nip=a\r\n");
-    QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0444), 0);
-    QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
-    bool written = true;
-    QString read;
-    {
-        const OrdinaryUser user;
-        if (user.failed() || !QFileInfo::exists(m_path))
-            QSKIP("an ordinary user can't be had here");
-        written =
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b"));
-        read = ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip"));
-    }
-    QVERIFY(!written);
-    QCOMPARE(read, QStringLiteral("a"));
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=a\r\n"));
-}
-
-void TestProfileFileSystem::unreadableFile() {
-    writeBytes(m_path, "[ayar]\r\nip=a\r\n");
-    QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0222), 0);
-    QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
-    bool written = true;
-    QString read(u'?');
-    {
-        const OrdinaryUser user;
-        if (user.failed() || !QFileInfo::exists(m_path))
-            QSKIP("an ordinary user can't be had here");
-        read = ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip"));
-        written =
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b"));
-    }
-    QCOMPARE(read, QString());
-    QVERIFY(!written);
-    ::chmod(QFile::encodeName(m_path).constData(), 0644);
-    QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=a\r\n"));
-}
 
 QTEST_GUILESS_MAIN(TestProfileFileSystem)
 #include "test_profilefile_system.moc"

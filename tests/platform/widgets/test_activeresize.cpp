@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "rows.h"
 #include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/tdbgrid.h"
@@ -97,36 +98,38 @@ struct TestScreen : QWidget {
 class TestActiveResize : public QObject {
     Q_OBJECT
 
+    struct ScalesRow {
+        QSize size;
+        double scale;
+    };
+
 private Q_SLOTS:
     void scales_data() {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<double>("scale");
-        QTest::newRow("800x600") << QSize(800, 600) << 0.78125;
-        QTest::newRow("1024x768") << QSize(1024, 768) << 1.0;
-        QTest::newRow("1366x768") << QSize(1366, 768) << 1.0;
-        QTest::newRow("1920x1080") << QSize(1920, 1080) << 1.40625;
-        QTest::newRow("never above 3") << QSize(4096, 3072) << 3.0;
-        QTest::newRow("just above the smallest") << QSize(640, 480) << 0.625;
+        addRows<ScalesRow>({{"800x600", {QSize(800, 600), 0.78125}},
+                            {"1024x768", {QSize(1024, 768), 1.0}},
+                            {"1366x768", {QSize(1366, 768), 1.0}},
+                            {"1920x1080", {QSize(1920, 1080), 1.40625}},
+                            {"never above 3", {QSize(4096, 3072), 3.0}},
+                            {"just above the smallest", {QSize(640, 480), 0.625}}});
     }
     void scales() {
-        QFETCH(QSize, size);
-        QFETCH(double, scale);
+        QFETCH(const ScalesRow, row);
         TestScreen screen;
-        screen.sizeTo(size);
-        QCOMPARE(screen.container->scale(), scale);
-        QCOMPARE(screen.inherits->font().pointSizeF(), 11 * scale);
-        QCOMPARE(screen.points->font().pointSizeF(), 17 * scale);
-        QCOMPARE(screen.points->maximumWidth(), qRound(333 * scale));
+        screen.sizeTo(row.size);
+        QCOMPARE(screen.container->scale(), row.scale);
+        QCOMPARE(screen.inherits->font().pointSizeF(), 11 * row.scale);
+        QCOMPARE(screen.points->font().pointSizeF(), 17 * row.scale);
+        QCOMPARE(screen.points->maximumWidth(), qRound(333 * row.scale));
         QCOMPARE(screen.points->maximumHeight(), QWIDGETSIZE_MAX);
-        QCOMPARE(screen.pixels->font().pixelSize(), qRound(25 * scale));
-        QCOMPARE(screen.pixels->minimumHeight(), qRound(33 * scale));
-        QCOMPARE(screen.fixed->size(), QSize(qRound(131 * scale), qRound(57 * scale)));
-        QCOMPARE(screen.ticket->rowHeight(), qRound(36 * scale));
-        QCOMPARE(screen.grid->horizontalSpacing(), qRound(5 * scale));
-        QCOMPARE(screen.grid->verticalSpacing(), qRound(8 * scale));
-        QCOMPARE(screen.line->spacing(), qRound(7 * scale));
-        QCOMPARE(screen.grid->contentsMargins(),
-                 QMargins(qRound(7 * scale), qRound(9 * scale), qRound(11 * scale), qRound(13 * scale)));
+        QCOMPARE(screen.pixels->font().pixelSize(), qRound(25 * row.scale));
+        QCOMPARE(screen.pixels->minimumHeight(), qRound(33 * row.scale));
+        QCOMPARE(screen.fixed->size(), QSize(qRound(131 * row.scale), qRound(57 * row.scale)));
+        QCOMPARE(screen.ticket->rowHeight(), qRound(36 * row.scale));
+        QCOMPARE(screen.grid->horizontalSpacing(), qRound(5 * row.scale));
+        QCOMPARE(screen.grid->verticalSpacing(), qRound(8 * row.scale));
+        QCOMPARE(screen.line->spacing(), qRound(7 * row.scale));
+        QCOMPARE(screen.grid->contentsMargins(), QMargins(qRound(7 * row.scale), qRound(9 * row.scale),
+                                                          qRound(11 * row.scale), qRound(13 * row.scale)));
         // Left alone.
         QCOMPARE(screen.total->font().pointSizeF(), 13.0);
         QCOMPARE(screen.total->fontsize(), 80);

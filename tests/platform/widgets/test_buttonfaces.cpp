@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 
+#include "rows.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/face.h"
 
@@ -87,19 +88,45 @@ Q_DECLARE_METATYPE(State)
 class TestButtonFaces : public QObject {
     Q_OBJECT
 
+    struct FaceFollowsItsColoursRow {
+        Maker maker;
+        State state;
+        QColor top, bottom;
+    };
+    struct AChangedColourShowsAtOnceRow {
+        QByteArray property;
+        bool down;
+        int y;
+    };
+    struct CaptionIsOutlinedWhereItNeedsItRow {
+        QColor top, bottom, ink;
+        int pixels;
+        bool outlined;
+        Qt::Alignment place;
+    };
+    struct IconIsOutlinedWhereItNeedsItRow {
+        QColor face, ink;
+        bool outlined;
+    };
+    struct KeyHintStandsOutRow {
+        QColor face, ink;
+    };
+    struct PlainButtonsCaptionReadsRow {
+        QColor face, wanted, painted;
+    };
+
 private Q_SLOTS:
     void faceFollowsItsColours_data() {
-        QTest::addColumn<Maker>("maker");
-        QTest::addColumn<State>("state");
-        QTest::addColumn<QColor>("top");
-        QTest::addColumn<QColor>("bottom");
+        QTest::addColumn<FaceFollowsItsColoursRow>("row");
         const QColor top(0xF0, 0xE0, 0x10);
         const QColor bottom(0x10, 0x90, 0x20);
         const QColor pushedTop(0x20, 0x30, 0xE0);
         const QColor pushedBottom(0xE0, 0x40, 0xC0);
         const auto both = [](const char* state, State value, const QColor& from, const QColor& to) {
-            QTest::addRow("command, %s", state) << Maker(make<vkCommand>) << value << from << to;
-            QTest::addRow("toggle, %s", state) << Maker(make<vkToggleButton>) << value << from << to;
+            QTest::addRow("command, %s", state)
+                << FaceFollowsItsColoursRow{Maker(make<vkCommand>), value, from, to};
+            QTest::addRow("toggle, %s", state)
+                << FaceFollowsItsColoursRow{Maker(make<vkToggleButton>), value, from, to};
         };
         both("at rest", State::rest, top, bottom);
         both("pressed", State::pressed, pushedTop, pushedBottom);
@@ -108,7 +135,8 @@ private Q_SLOTS:
         both("disabled", State::disabled, mutedFace(top), mutedFace(bottom));
         both("disabled and checked", State::disabledChecked, mutedFace(pushedTop), mutedFace(pushedBottom));
         const auto plain = [](const char* state, State value, const QColor& from, const QColor& to) {
-            QTest::addRow("plain, %s", state) << Maker(make<CommandButton>) << value << from << to;
+            QTest::addRow("plain, %s", state)
+                << FaceFollowsItsColoursRow{Maker(make<CommandButton>), value, from, to};
         };
         const auto darker = [](const QColor& color, double share) { return mixed(color, Qt::black, share); };
         plain("at rest", State::rest, top, darker(top, 0.06));
@@ -117,13 +145,10 @@ private Q_SLOTS:
         plain("disabled", State::disabled, mutedFace(top), mutedFace(darker(top, 0.06)));
     }
     void faceFollowsItsColours() {
-        QFETCH(Maker, maker);
-        QFETCH(State, state);
-        QFETCH(QColor, top);
-        QFETCH(QColor, bottom);
+        QFETCH(const FaceFollowsItsColoursRow, row);
         QWidget window;
         auto* layout = new QHBoxLayout(&window);
-        DrawnButton* button = maker();
+        DrawnButton* button = row.maker();
         layout->addWidget(button);
         button->setFixedSize(buttonSize);
         button->setFont(smallFont());
@@ -137,17 +162,17 @@ private Q_SLOTS:
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         button->clearFocus();
-        button->setDown(state == State::pressed);
-        button->setChecked(state == State::checked || state == State::disabledChecked);
-        button->setEnabled(state != State::disabled && state != State::disabledChecked);
-        if (state == State::focused)
+        button->setDown(row.state == State::pressed);
+        button->setChecked(row.state == State::checked || row.state == State::disabledChecked);
+        button->setEnabled(row.state != State::disabled && row.state != State::disabledChecked);
+        if (row.state == State::focused)
             button->setFocus();
-        QCOMPARE(button->hasFocus(), state == State::focused);
+        QCOMPARE(button->hasFocus(), row.state == State::focused);
 
         const QImage image = picture(*button);
         // Beside the caption, below the light along the upper edge, inside the ring of a focused one.
         for (const int y : {8, 24, 36, 48, 64}) {
-            const QColor wanted = mixed(top, bottom, (y + 0.5) / image.height());
+            const QColor wanted = mixed(row.top, row.bottom, (y + 0.5) / image.height());
             for (const int x : {12, 72}) {
                 const QColor painted = image.pixelColor(x, y);
                 QVERIFY2(
@@ -165,80 +190,62 @@ private Q_SLOTS:
     }
 
     void aChangedColourShowsAtOnce_data() {
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<bool>("down");
-        QTest::addColumn<int>("y");
-        QTest::newRow("backcolor1") << QByteArray("backcolor1") << false << 6;
-        QTest::newRow("backcolor2") << QByteArray("backcolor2") << false << 66;
-        QTest::newRow("backcolorpushed1") << QByteArray("backcolorpushed1") << true << 6;
-        QTest::newRow("backcolorpushed2") << QByteArray("backcolorpushed2") << true << 66;
+        addRows<AChangedColourShowsAtOnceRow>(
+            {{"backcolor1", {QByteArray("backcolor1"), false, 6}},
+             {"backcolor2", {QByteArray("backcolor2"), false, 66}},
+             {"backcolorpushed1", {QByteArray("backcolorpushed1"), true, 6}},
+             {"backcolorpushed2", {QByteArray("backcolorpushed2"), true, 66}}});
     }
     void aChangedColourShowsAtOnce() {
-        QFETCH(QByteArray, property);
-        QFETCH(bool, down);
-        QFETCH(int, y);
+        QFETCH(const AChangedColourShowsAtOnceRow, row);
         vkCommand button;
         button.resize(buttonSize);
-        button.setDown(down);
-        QVERIFY(!near(picture(button).pixelColor(42, y), Qt::magenta, 60));
-        button.setProperty(property.constData(), QColor(Qt::magenta));
-        QVERIFY2(near(picture(button).pixelColor(42, y), Qt::magenta, 60),
-                 qPrintable(picture(button).pixelColor(42, y).name()));
+        button.setDown(row.down);
+        QVERIFY(!near(picture(button).pixelColor(42, row.y), Qt::magenta, 60));
+        button.setProperty(row.property.constData(), QColor(Qt::magenta));
+        QVERIFY2(near(picture(button).pixelColor(42, row.y), Qt::magenta, 60),
+                 qPrintable(picture(button).pixelColor(42, row.y).name()));
     }
 
     void captionIsOutlinedWhereItNeedsIt_data() {
-        QTest::addColumn<QColor>("top");
-        QTest::addColumn<QColor>("bottom");
-        QTest::addColumn<QColor>("ink");
-        QTest::addColumn<int>("pixels");
-        QTest::addColumn<bool>("outlined");
-        QTest::addColumn<Qt::Alignment>("place");
         const QColor white(Qt::white);
         const QColor black(Qt::black);
         const Qt::Alignment middle = Qt::AlignCenter;
         const Qt::Alignment low = Qt::AlignHCenter | Qt::AlignBottom;
-        QTest::newRow("white, orange to blue") << orange << deepBlue << white << 14 << true << middle;
-        QTest::newRow("black, white to blue") << white << deepBlue << black << 14 << true << low;
-        QTest::newRow("white, black to green") << black << QColor(Qt::green) << white << 14 << true << middle;
-        QTest::newRow("black, orange to dark red")
-            << orange << QColor(0xC0, 0, 0) << black << 14 << true << low;
-        QTest::newRow("white on white") << white << white << white << 14 << true << middle;
-        QTest::newRow("black, white to green")
-            << white << QColor(Qt::green) << black << 14 << false << middle;
-        QTest::newRow("white, black to blue")
-            << black << QColor(0, 0, 0xC0) << white << 14 << false << middle;
-        QTest::newRow("white on navy")
-            << QColor(0x3E, 0x56, 0x75) << QColor(0x2C, 0x40, 0x5B) << white << 14 << false << middle;
-        QTest::newRow("white, grey keys, large")
-            << QColor(0x80, 0x80, 0x80) << QColor(0x40, 0x40, 0x40) << white << 24 << false << middle;
-        QTest::newRow("red on white, large") << white << white << QColor(Qt::red) << 24 << false << middle;
-        QTest::newRow("red on white, small") << white << white << QColor(Qt::red) << 14 << true << middle;
-        QTest::newRow("teal on white, large")
-            << white << white << QColor(0, 0xC0, 0xC0) << 24 << true << middle;
+        addRows<CaptionIsOutlinedWhereItNeedsItRow>(
+            {{"white, orange to blue", {orange, deepBlue, white, 14, true, middle}},
+             {"black, white to blue", {white, deepBlue, black, 14, true, low}},
+             {"white, black to green", {black, QColor(Qt::green), white, 14, true, middle}},
+             {"black, orange to dark red", {orange, QColor(0xC0, 0, 0), black, 14, true, low}},
+             {"white on white", {white, white, white, 14, true, middle}},
+             {"black, white to green", {white, QColor(Qt::green), black, 14, false, middle}},
+             {"white, black to blue", {black, QColor(0, 0, 0xC0), white, 14, false, middle}},
+             {"white on navy",
+              {QColor(0x3E, 0x56, 0x75), QColor(0x2C, 0x40, 0x5B), white, 14, false, middle}},
+             {"white, grey keys, large",
+              {QColor(0x80, 0x80, 0x80), QColor(0x40, 0x40, 0x40), white, 24, false, middle}},
+             {"red on white, large", {white, white, QColor(Qt::red), 24, false, middle}},
+             {"red on white, small", {white, white, QColor(Qt::red), 14, true, middle}},
+             {"teal on white, large", {white, white, QColor(0, 0xC0, 0xC0), 24, true, middle}}});
     }
     void captionIsOutlinedWhereItNeedsIt() {
-        QFETCH(QColor, top);
-        QFETCH(QColor, bottom);
-        QFETCH(QColor, ink);
-        QFETCH(int, pixels);
-        QFETCH(bool, outlined);
-        QFETCH(Qt::Alignment, place);
+        QFETCH(const CaptionIsOutlinedWhereItNeedsItRow, row);
         vkCommand button;
         button.resize(buttonSize);
         QFont font = smallFont();
-        font.setPixelSize(pixels);
+        font.setPixelSize(row.pixels);
         button.setFont(font);
-        button.setBackcolor1(top);
-        button.setBackcolor2(bottom);
-        button.setForecolor(ink);
+        button.setBackcolor1(row.top);
+        button.setBackcolor2(row.bottom);
+        button.setForecolor(row.ink);
         button.setCaption(QStringLiteral("GOR"));
-        button.setCaptionAlignment(place);
+        button.setCaptionAlignment(row.place);
         const int found = outlinePixels(picture(button), QRect(8, 20, 68, 48), button);
-        QVERIFY2(outlined ? found > 20 : found == 0, qPrintable(QString::number(found)));
+        QVERIFY2(row.outlined ? found > 20 : found == 0, qPrintable(QString::number(found)));
         // What was set is what stands there.
-        QCOMPARE(button.forecolor(), ink);
-        QCOMPARE(button.backcolor1(), top);
-        QCOMPARE(button.backcolor2(), bottom);
+        QCOMPARE(button.forecolor(), row.ink);
+        QCOMPARE(button.backcolor1(), row.top);
+        QCOMPARE(button.backcolor2(), row.bottom);
     }
 
     // A caption that stands on the good part of a steep face needs nothing.
@@ -278,30 +285,26 @@ private Q_SLOTS:
     }
 
     void iconIsOutlinedWhereItNeedsIt_data() {
-        QTest::addColumn<QColor>("face");
-        QTest::addColumn<QColor>("ink");
-        QTest::addColumn<bool>("outlined");
-        QTest::newRow("white on orange") << orange << QColor(Qt::white) << true;
-        QTest::newRow("black on deep blue") << deepBlue << QColor(Qt::black) << true;
-        QTest::newRow("white on deep blue") << deepBlue << QColor(Qt::white) << false;
-        QTest::newRow("black on orange") << orange << QColor(Qt::black) << false;
+        addRows<IconIsOutlinedWhereItNeedsItRow>(
+            {{"white on orange", {orange, QColor(Qt::white), true}},
+             {"black on deep blue", {deepBlue, QColor(Qt::black), true}},
+             {"white on deep blue", {deepBlue, QColor(Qt::white), false}},
+             {"black on orange", {orange, QColor(Qt::black), false}}});
     }
     void iconIsOutlinedWhereItNeedsIt() {
-        QFETCH(QColor, face);
-        QFETCH(QColor, ink);
-        QFETCH(bool, outlined);
+        QFETCH(const IconIsOutlinedWhereItNeedsItRow, row);
         vkCommand button;
         button.resize(buttonSize);
         button.setIcon(squareIcon());
         button.setIconSize(QSize(24, 24));
-        button.setBackcolor1(face);
-        button.setBackcolor2(face);
-        button.setForecolor(ink);
+        button.setBackcolor1(row.face);
+        button.setBackcolor2(row.face);
+        button.setForecolor(row.ink);
         const QImage image = picture(button);
         const int found = outlinePixels(image, QRect(20, 16, 44, 40), button);
-        QVERIFY2(outlined ? found > 30 : found == 0, qPrintable(QString::number(found)));
+        QVERIFY2(row.outlined ? found > 30 : found == 0, qPrintable(QString::number(found)));
         // The shape itself keeps its colour.
-        QVERIFY(near(image.pixelColor(42, 36), ink, 4));
+        QVERIFY(near(image.pixelColor(42, 36), row.ink, 4));
     }
 
     void iconsOutlineFollowsTheColours() {
@@ -328,22 +331,19 @@ private Q_SLOTS:
     }
 
     void keyHintStandsOut_data() {
-        QTest::addColumn<QColor>("face");
-        QTest::addColumn<QColor>("ink");
-        QTest::newRow("white on orange") << orange << QColor(Qt::white);
-        QTest::newRow("black on deep blue") << deepBlue << QColor(Qt::black);
-        QTest::newRow("white on navy") << QColor(0x2C, 0x40, 0x5B) << QColor(Qt::white);
-        QTest::newRow("black on white") << QColor(Qt::white) << QColor(Qt::black);
+        addRows<KeyHintStandsOutRow>({{"white on orange", {orange, QColor(Qt::white)}},
+                                      {"black on deep blue", {deepBlue, QColor(Qt::black)}},
+                                      {"white on navy", {QColor(0x2C, 0x40, 0x5B), QColor(Qt::white)}},
+                                      {"black on white", {QColor(Qt::white), QColor(Qt::black)}}});
     }
     void keyHintStandsOut() {
-        QFETCH(QColor, face);
-        QFETCH(QColor, ink);
+        QFETCH(const KeyHintStandsOutRow, row);
         vkCommand button;
         button.resize(buttonSize);
         button.setFont(smallFont());
-        button.setBackcolor1(face);
-        button.setBackcolor2(face);
-        button.setForecolor(ink);
+        button.setBackcolor1(row.face);
+        button.setBackcolor2(row.face);
+        button.setForecolor(row.ink);
         button.setKeyHint(QStringLiteral("F4"));
         const QImage image = picture(button);
         // The pill's ground, left of its glyphs, against the strongest of its glyphs' pixels.
@@ -357,37 +357,32 @@ private Q_SLOTS:
     }
 
     void plainButtonsCaptionReads_data() {
-        QTest::addColumn<QColor>("face");
-        QTest::addColumn<QColor>("wanted");
-        QTest::addColumn<QColor>("painted");
         const QColor white(Qt::white);
         const QColor ink(0x12, 0x1A, 0x22);
-        QTest::newRow("ink on white") << white << ink << ink;
-        QTest::newRow("ink on grey") << QColor(0xC0, 0xC0, 0xC0) << ink << ink;
-        QTest::newRow("white on red") << QColor(Qt::red) << white << QColor(Qt::black);
-        QTest::newRow("white on dark red") << QColor(0xC0, 0, 0) << white << white;
-        QTest::newRow("ink on dark red") << QColor(0xC0, 0, 0) << ink << white;
-        QTest::newRow("ink on black") << QColor(Qt::black) << ink << white;
-        QTest::newRow("white on white") << white << white << QColor(Qt::black);
+        addRows<PlainButtonsCaptionReadsRow>({{"ink on white", {white, ink, ink}},
+                                              {"ink on grey", {QColor(0xC0, 0xC0, 0xC0), ink, ink}},
+                                              {"white on red", {QColor(Qt::red), white, QColor(Qt::black)}},
+                                              {"white on dark red", {QColor(0xC0, 0, 0), white, white}},
+                                              {"ink on dark red", {QColor(0xC0, 0, 0), ink, white}},
+                                              {"ink on black", {QColor(Qt::black), ink, white}},
+                                              {"white on white", {white, white, QColor(Qt::black)}}});
     }
     void plainButtonsCaptionReads() {
-        QFETCH(QColor, face);
-        QFETCH(QColor, wanted);
-        QFETCH(QColor, painted);
+        QFETCH(const PlainButtonsCaptionReadsRow, row);
         CommandButton button;
         button.resize(buttonSize);
         QFont font = smallFont();
         font.setPixelSize(30);
         button.setFont(font);
-        button.setBackcolor1(face);
-        button.setForecolor(wanted);
+        button.setBackcolor1(row.face);
+        button.setForecolor(row.wanted);
         button.setCaption(QString(2, QChar(0x2588)));
         for (const bool down : {false, true}) {
             button.setDown(down);
             const QColor glyph = picture(button).pixelColor(42, 36);
-            QVERIFY2(near(glyph, painted, 4), qPrintable(glyph.name()));
+            QVERIFY2(near(glyph, row.painted, 4), qPrintable(glyph.name()));
         }
-        QCOMPARE(button.forecolor(), wanted);
+        QCOMPARE(button.forecolor(), row.wanted);
     }
 
     // Its icon is written in the same ink.

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+#include "rows.h"
 #include "widgets/activeresize.h"
 #include "widgets/caption.h"
 #include "widgets/controlarray.h"
@@ -33,6 +34,11 @@ Make made() {
 
 class TestCaptions : public QObject {
     Q_OBJECT
+
+    struct KindsRow {
+        Make make;
+        QString kind;
+    };
 
 private Q_SLOTS:
     void roundTrips_data() {
@@ -99,21 +105,18 @@ private Q_SLOTS:
     }
 
     void kinds_data() {
-        QTest::addColumn<Make>("make");
-        QTest::addColumn<QString>("kind");
-        QTest::newRow("vkCommand") << made<vkCommand>() << QStringLiteral("vkCommand");
-        QTest::newRow("vkToggleButton") << made<vkToggleButton>() << QStringLiteral("vkToggleButton");
-        QTest::newRow("CommandButton") << made<CommandButton>() << QStringLiteral("CommandButton");
-        QTest::newRow("vkFrame") << made<vkFrame>() << QStringLiteral("vkFrame");
-        QTest::newRow("vkLabel") << made<vkLabel>() << QStringLiteral("vkLabel");
-        QTest::newRow("ActiveResize") << made<ActiveResize>() << QStringLiteral("ActiveResize");
-        QTest::newRow("VSFlexGrid") << made<VSFlexGrid>() << QStringLiteral("VSFlexGrid");
-        QTest::newRow("toolkit") << made<QLabel>() << QStringLiteral("QLabel");
+        addRows<KindsRow>({{"vkCommand", {made<vkCommand>(), QStringLiteral("vkCommand")}},
+                           {"vkToggleButton", {made<vkToggleButton>(), QStringLiteral("vkToggleButton")}},
+                           {"CommandButton", {made<CommandButton>(), QStringLiteral("CommandButton")}},
+                           {"vkFrame", {made<vkFrame>(), QStringLiteral("vkFrame")}},
+                           {"vkLabel", {made<vkLabel>(), QStringLiteral("vkLabel")}},
+                           {"ActiveResize", {made<ActiveResize>(), QStringLiteral("ActiveResize")}},
+                           {"VSFlexGrid", {made<VSFlexGrid>(), QStringLiteral("VSFlexGrid")}},
+                           {"toolkit", {made<QLabel>(), QStringLiteral("QLabel")}}});
     }
     void kinds() {
-        QFETCH(Make, make);
-        QFETCH(QString, kind);
-        QCOMPARE(controlKind(*make()), kind);
+        QFETCH(const KindsRow, row);
+        QCOMPARE(controlKind(*row.make()), row.kind);
     }
 
     void arraysInOrder() {

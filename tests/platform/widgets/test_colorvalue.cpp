@@ -2,6 +2,7 @@
 #include <QPalette>
 #include <QTest>
 
+#include "rows.h"
 #include "runtime/runtimeerror.h"
 #include "widgets/colorvalue.h"
 
@@ -26,28 +27,42 @@ QPalette distinctPalette(int blue) {
 class TestColorValue : public QObject {
     Q_OBJECT
 
+    struct PlainColoursRow {
+        quint32 value;
+        QColor color;
+    };
+    struct TextsRow {
+        quint32 value;
+        QString text;
+    };
+    struct LenientTextsRow {
+        QString text;
+        quint32 value;
+    };
+    struct SystemColoursRow {
+        quint32 index;
+        int role, group;
+    };
+
 private Q_SLOTS:
     void init() { m_palette = QApplication::palette(); }
     void cleanup() { QApplication::setPalette(m_palette); }
 
     void plainColours_data() {
-        QTest::addColumn<quint32>("value");
-        QTest::addColumn<QColor>("color");
-        QTest::newRow("black") << 0U << QColor(0, 0, 0);
-        QTest::newRow("red is the low byte") << 255U << QColor(255, 0, 0);
-        QTest::newRow("green is the second") << 65280U << QColor(0, 255, 0);
-        QTest::newRow("blue is the third") << 16711680U << QColor(0, 0, 255);
-        QTest::newRow("white") << 16777215U << QColor(255, 255, 255);
-        QTest::newRow("dark blue") << 12582912U << QColor(0, 0, 0xC0);
-        QTest::newRow("purple") << 12583104U << QColor(0xC0, 0, 0xC0);
-        QTest::newRow("three channels") << 0x930A2AU << QColor(0x2A, 0x0A, 0x93);
+        addRows<PlainColoursRow>({{"black", {0U, QColor(0, 0, 0)}},
+                                  {"red is the low byte", {255U, QColor(255, 0, 0)}},
+                                  {"green is the second", {65280U, QColor(0, 255, 0)}},
+                                  {"blue is the third", {16711680U, QColor(0, 0, 255)}},
+                                  {"white", {16777215U, QColor(255, 255, 255)}},
+                                  {"dark blue", {12582912U, QColor(0, 0, 0xC0)}},
+                                  {"purple", {12583104U, QColor(0xC0, 0, 0xC0)}},
+                                  {"three channels", {0x930A2AU, QColor(0x2A, 0x0A, 0x93)}}});
     }
     void plainColours() {
-        QFETCH(quint32, value);
-        QFETCH(QColor, color);
-        QCOMPARE(colorOf(value), color);
-        QCOMPARE(colorOf(value).alpha(), 255);
-        QCOMPARE(colorValue(color), value);
+        QFETCH(const PlainColoursRow, row);
+        QCOMPARE(colorOf(row.value), row.color);
+        QCOMPARE(colorOf(row.value).alpha(), 255);
+        QCOMPARE(colorValue(row.color), row.value);
     }
 
     void everyChannelComesBack() {
@@ -62,41 +77,35 @@ private Q_SLOTS:
     void otherColourModels() { QCOMPARE(colorValue(QColor::fromHsv(120, 255, 255)), 65280U); }
 
     void texts_data() {
-        QTest::addColumn<quint32>("value");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("black") << 0U << QStringLiteral("0");
-        QTest::newRow("white") << 0xFFFFFFU << QStringLiteral("16777215");
-        QTest::newRow("largest") << 0x7FFFFFFFU << QStringLiteral("2147483647");
-        QTest::newRow("button face is negative") << 0x8000000FU << QStringLiteral("-2147483633");
-        QTest::newRow("smallest") << 0x80000000U << QStringLiteral("-2147483648");
+        addRows<TextsRow>({{"black", {0U, QStringLiteral("0")}},
+                           {"white", {0xFFFFFFU, QStringLiteral("16777215")}},
+                           {"largest", {0x7FFFFFFFU, QStringLiteral("2147483647")}},
+                           {"button face is negative", {0x8000000FU, QStringLiteral("-2147483633")}},
+                           {"smallest", {0x80000000U, QStringLiteral("-2147483648")}}});
     }
     void texts() {
-        QFETCH(quint32, value);
-        QFETCH(QString, text);
-        QCOMPARE(colorText(value), text);
-        QCOMPARE(colorFromText(text), value);
+        QFETCH(const TextsRow, row);
+        QCOMPARE(colorText(row.value), row.text);
+        QCOMPARE(colorFromText(row.text), row.value);
     }
 
     void lenientTexts_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<quint32>("value");
-        QTest::newRow("empty") << QString() << 0U;
-        QTest::newRow("blank") << QStringLiteral("   ") << 0U;
-        QTest::newRow("no number") << QStringLiteral("kirmizi") << 0U;
-        QTest::newRow("junk before") << QStringLiteral("x255") << 0U;
-        QTest::newRow("junk behind") << QStringLiteral("255x") << 255U;
-        QTest::newRow("blanks before") << QStringLiteral("  255") << 255U;
-        QTest::newRow("comma ends it") << QStringLiteral("7,9") << 7U;
-        QTest::newRow("half to even, down") << QStringLiteral("2.5") << 2U;
-        QTest::newRow("half to even, up") << QStringLiteral("3.5") << 4U;
-        QTest::newRow("exponent") << QStringLiteral("1e3") << 1000U;
-        QTest::newRow("plus") << QStringLiteral("+255") << 255U;
-        QTest::newRow("rounds back into range") << QStringLiteral("2147483647.4") << 0x7FFFFFFFU;
+        addRows<LenientTextsRow>({{"empty", {QString(), 0U}},
+                                  {"blank", {QStringLiteral("   "), 0U}},
+                                  {"no number", {QStringLiteral("kirmizi"), 0U}},
+                                  {"junk before", {QStringLiteral("x255"), 0U}},
+                                  {"junk behind", {QStringLiteral("255x"), 255U}},
+                                  {"blanks before", {QStringLiteral("  255"), 255U}},
+                                  {"comma ends it", {QStringLiteral("7,9"), 7U}},
+                                  {"half to even, down", {QStringLiteral("2.5"), 2U}},
+                                  {"half to even, up", {QStringLiteral("3.5"), 4U}},
+                                  {"exponent", {QStringLiteral("1e3"), 1000U}},
+                                  {"plus", {QStringLiteral("+255"), 255U}},
+                                  {"rounds back into range", {QStringLiteral("2147483647.4"), 0x7FFFFFFFU}}});
     }
     void lenientTexts() {
-        QFETCH(QString, text);
-        QFETCH(quint32, value);
-        QCOMPARE(colorFromText(text), value);
+        QFETCH(const LenientTextsRow, row);
+        QCOMPARE(colorFromText(row.text), row.value);
     }
 
     void tooLarge_data() {
@@ -118,12 +127,10 @@ private Q_SLOTS:
     }
 
     void systemColours_data() {
-        QTest::addColumn<quint32>("index");
-        QTest::addColumn<int>("role");
-        QTest::addColumn<int>("group");
+        QTest::addColumn<SystemColoursRow>("row");
         const auto row = [](const char* name, quint32 index, QPalette::ColorRole role,
                             QPalette::ColorGroup group = QPalette::Active) {
-            QTest::newRow(name) << index << int(role) << int(group);
+            QTest::newRow(name) << SystemColoursRow{index, int(role), int(group)};
         };
         row("window background", 0x05, QPalette::Base);
         row("window text", 0x08, QPalette::Text);
@@ -138,14 +145,12 @@ private Q_SLOTS:
         row("last", 0x18, QPalette::ToolTipBase);
     }
     void systemColours() {
-        QFETCH(quint32, index);
-        QFETCH(int, role);
-        QFETCH(int, group);
+        QFETCH(const SystemColoursRow, row);
         QApplication::setPalette(distinctPalette(100));
-        QCOMPARE(colorOf(0x80000000 | index), QColor(10 + role, 50 + group, 100));
+        QCOMPARE(colorOf(0x80000000 | row.index), QColor(10 + row.role, 50 + row.group, 100));
         // Of this moment: a palette that changes changes it.
         QApplication::setPalette(distinctPalette(200));
-        QCOMPARE(colorOf(0x80000000 | index), QColor(10 + role, 50 + group, 200));
+        QCOMPARE(colorOf(0x80000000 | row.index), QColor(10 + row.role, 50 + row.group, 200));
     }
 
     void everySystemColourIsOpaque() {

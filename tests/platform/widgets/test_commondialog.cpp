@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+#include "rows.h"
 #include "widgets/commondialog.h"
 
 using namespace kovanix;
@@ -51,6 +52,11 @@ Q_DECLARE_METATYPE(Way)
 
 class TestCommonDialog : public QObject {
     Q_OBJECT
+
+    struct IsLeftRow {
+        Way way;
+        QColor kept;
+    };
 
 private Q_SLOTS:
     void initTestCase() {
@@ -99,16 +105,13 @@ private Q_SLOTS:
     }
 
     void isLeft_data() {
-        QTest::addColumn<Way>("way");
-        QTest::addColumn<QColor>("kept");
-        QTest::newRow("ok") << Way::ok << QColor(1, 2, 200);
-        QTest::newRow("cancel") << Way::cancel << QColor(9, 8, 7);
-        QTest::newRow("escape") << Way::escape << QColor(9, 8, 7);
-        QTest::newRow("the window's close button") << Way::closeButton << QColor(9, 8, 7);
+        addRows<IsLeftRow>({{"ok", {Way::ok, QColor(1, 2, 200)}},
+                            {"cancel", {Way::cancel, QColor(9, 8, 7)}},
+                            {"escape", {Way::escape, QColor(9, 8, 7)}},
+                            {"the window's close button", {Way::closeButton, QColor(9, 8, 7)}}});
     }
     void isLeft() {
-        QFETCH(Way, way);
-        QFETCH(QColor, kept);
+        QFETCH(const IsLeftRow, row);
         CommonDialog control;
         control.setColor(QColor(9, 8, 7));
         bool closedWhenDone = false;
@@ -121,11 +124,11 @@ private Q_SLOTS:
         const QPointer<QColorDialog> dialog = openDialog();
         QVERIFY(QTest::qWaitForWindowExposed(dialog));
         dialog->setCurrentColor(QColor(1, 2, 200));
-        leave(*dialog, way);
+        leave(*dialog, row.way);
         QCOMPARE(m_runs, 1);
         QVERIFY(closedWhenDone);
-        QCOMPARE(colorWhenDone, kept);
-        QCOMPARE(control.color(), kept);
+        QCOMPARE(colorWhenDone, row.kept);
+        QCOMPARE(control.color(), row.kept);
         runPendingDeletes();
         QVERIFY(!dialog);
         QCOMPARE(m_runs, 1);

@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "paintcounter.h"
+#include "rows.h"
 #include "widgets/drawnbutton.h"
 
 using namespace kovanix;
@@ -48,24 +49,51 @@ int inkCount(const QImage& image, const QColor& ink) {
 class TestDrawnButton : public QObject {
     Q_OBJECT
 
+    struct FacesByStateRow {
+        bool down;
+        QColor top, bottom;
+    };
+    struct DisabledCaptionIsLegibleRow {
+        QColor face, ink;
+    };
+    struct CaptionStaysOffTheBorderRow {
+        QString caption;
+        int fontsize;
+    };
+    struct CaptionAlignmentRow {
+        Qt::Alignment alignment;
+        int third;
+    };
+    struct IconIsPaintedRow {
+        QSize size;
+        QString caption;
+        QPoint place;
+    };
+    struct SameValuesDontRepaintRow {
+        QByteArray property;
+        QVariant other;
+    };
+    struct KeysPressRow {
+        int key, presses;
+    };
+    struct MouseButtonsRow {
+        Qt::MouseButton mouse;
+        int clicks;
+    };
+
 private Q_SLOTS:
     void facesByState_data() {
-        QTest::addColumn<bool>("down");
-        QTest::addColumn<QColor>("top");
-        QTest::addColumn<QColor>("bottom");
-        QTest::newRow("at rest") << false << QColor(0xFF, 0xFF, 0x00) << QColor(0x00, 0xA0, 0x00);
-        QTest::newRow("pressed") << true << QColor(0x00, 0x00, 0xFF) << QColor(0xFF, 0x00, 0x00);
+        addRows<FacesByStateRow>({{"at rest", {false, QColor(0xFF, 0xFF, 0x00), QColor(0x00, 0xA0, 0x00)}},
+                                  {"pressed", {true, QColor(0x00, 0x00, 0xFF), QColor(0xFF, 0x00, 0x00)}}});
     }
     void facesByState() {
-        QFETCH(bool, down);
-        QFETCH(QColor, top);
-        QFETCH(QColor, bottom);
+        QFETCH(const FacesByStateRow, row);
         vkCommand button;
         dress(button);
-        button.setDown(down);
+        button.setDown(row.down);
         const QImage image = picture(button);
-        QVERIFY2(near(image.pixelColor(60, 5), top, 40), qPrintable(image.pixelColor(60, 5).name()));
-        QVERIFY2(near(image.pixelColor(60, 55), bottom, 40), qPrintable(image.pixelColor(60, 55).name()));
+        QVERIFY2(near(image.pixelColor(60, 5), row.top, 40), qPrintable(image.pixelColor(60, 5).name()));
+        QVERIFY2(near(image.pixelColor(60, 55), row.bottom, 40), qPrintable(image.pixelColor(60, 55).name()));
     }
 
     void checkedToggleShowsPressed() {
@@ -100,20 +128,17 @@ private Q_SLOTS:
     }
 
     void disabledCaptionIsLegible_data() {
-        QTest::addColumn<QColor>("face");
-        QTest::addColumn<QColor>("ink");
-        QTest::newRow("dark on light") << QColor(Qt::white) << QColor(Qt::black);
-        QTest::newRow("light on dark") << QColor(Qt::black) << QColor(Qt::white);
-        QTest::newRow("white on red") << QColor(Qt::red) << QColor(Qt::white);
+        addRows<DisabledCaptionIsLegibleRow>({{"dark on light", {QColor(Qt::white), QColor(Qt::black)}},
+                                              {"light on dark", {QColor(Qt::black), QColor(Qt::white)}},
+                                              {"white on red", {QColor(Qt::red), QColor(Qt::white)}}});
     }
     void disabledCaptionIsLegible() {
-        QFETCH(QColor, face);
-        QFETCH(QColor, ink);
+        QFETCH(const DisabledCaptionIsLegibleRow, row);
         vkCommand button;
         button.resize(buttonSize);
-        button.setBackcolor1(face);
-        button.setBackcolor2(face);
-        button.setForecolor(ink);
+        button.setBackcolor1(row.face);
+        button.setBackcolor2(row.face);
+        button.setForecolor(row.ink);
         button.setFontsize(30);
         button.setCaption(QStringLiteral("███"));
         button.setEnabled(false);
@@ -139,25 +164,23 @@ private Q_SLOTS:
     }
 
     void captionStaysOffTheBorder_data() {
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<int>("fontsize");
-        QTest::newRow("long words") << QStringLiteral("KAYDET VE YAZDIR VE ARDINDAN KAPAT") << 0;
-        QTest::newRow("one long word") << QStringLiteral("MUVAFFAKIYETSIZLESTIRICILESTIRIVEREBILECEK") << 0;
-        QTest::newRow("huge total") << QStringLiteral("123.456.789,00") << 120;
-        QTest::newRow("huge short total") << QStringLiteral("0,00") << 120;
-        QTest::newRow("more than can be read") << QString(600, QLatin1Char('W')) << 0;
-        QTest::newRow("lines of its own") << QStringLiteral("1\n2\n3\n4\n5") << 0;
+        addRows<CaptionStaysOffTheBorderRow>(
+            {{"long words", {QStringLiteral("KAYDET VE YAZDIR VE ARDINDAN KAPAT"), 0}},
+             {"one long word", {QStringLiteral("MUVAFFAKIYETSIZLESTIRICILESTIRIVEREBILECEK"), 0}},
+             {"huge total", {QStringLiteral("123.456.789,00"), 120}},
+             {"huge short total", {QStringLiteral("0,00"), 120}},
+             {"more than can be read", {QString(600, QLatin1Char('W')), 0}},
+             {"lines of its own", {QStringLiteral("1\n2\n3\n4\n5"), 0}}});
     }
     void captionStaysOffTheBorder() {
-        QFETCH(QString, caption);
-        QFETCH(int, fontsize);
+        QFETCH(const CaptionStaysOffTheBorderRow, row);
         vkCommand button;
         button.resize(buttonSize);
         button.setForecolor(Qt::red);
         button.setBackcolor1(Qt::white);
         button.setBackcolor2(Qt::white);
-        button.setFontsize(fontsize);
-        button.setCaption(caption);
+        button.setFontsize(row.fontsize);
+        button.setCaption(row.caption);
         const QImage image = picture(button);
         int inside = 0;
         int outside = 0;
@@ -171,27 +194,24 @@ private Q_SLOTS:
         }
         QVERIFY(inside > 20);
         QCOMPARE(outside, 0);
-        QCOMPARE(button.fontsize(), fontsize);
+        QCOMPARE(button.fontsize(), row.fontsize);
     }
 
     void captionAlignment_data() {
-        QTest::addColumn<Qt::Alignment>("alignment");
-        QTest::addColumn<int>("third");
-        QTest::newRow("left") << Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter) << 0;
-        QTest::newRow("centre") << Qt::Alignment(Qt::AlignCenter) << 1;
-        QTest::newRow("right") << Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter) << 2;
+        addRows<CaptionAlignmentRow>({{"left", {Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter), 0}},
+                                      {"centre", {Qt::Alignment(Qt::AlignCenter), 1}},
+                                      {"right", {Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter), 2}}});
     }
     void captionAlignment() {
-        QFETCH(Qt::Alignment, alignment);
-        QFETCH(int, third);
+        QFETCH(const CaptionAlignmentRow, row);
         vkToggleButton button;
         button.resize(300, 60);
         button.setForecolor(Qt::red);
         button.setCaption(QStringLiteral("HH"));
-        button.setCaptionAlignment(alignment);
+        button.setCaptionAlignment(row.alignment);
         const QImage image = picture(button);
         for (int part = 0; part < 3; ++part)
-            QCOMPARE(inkCount(image.copy(100 * part, 0, 100, 60), Qt::red) > 0, part == third);
+            QCOMPARE(inkCount(image.copy(100 * part, 0, 100, 60), Qt::red) > 0, part == row.third);
     }
 
     void keyHintIsPaintedAndMovesNoText() {
@@ -206,56 +226,50 @@ private Q_SLOTS:
     }
 
     void iconIsPainted_data() {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QPoint>("place");
-        QTest::newRow("left of the caption") << QSize(160, 44) << QStringLiteral("BUL") << QPoint(20, 22);
-        QTest::newRow("above the caption") << QSize(100, 110) << QStringLiteral("BUL") << QPoint(50, 40);
-        QTest::newRow("alone") << QSize(100, 60) << QString() << QPoint(50, 30);
+        addRows<IconIsPaintedRow>(
+            {{"left of the caption", {QSize(160, 44), QStringLiteral("BUL"), QPoint(20, 22)}},
+             {"above the caption", {QSize(100, 110), QStringLiteral("BUL"), QPoint(50, 40)}},
+             {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
     void iconIsPainted() {
-        QFETCH(QSize, size);
-        QFETCH(QString, caption);
-        QFETCH(QPoint, place);
+        QFETCH(const IconIsPaintedRow, row);
         QPixmap icon(32, 32);
         icon.fill(Qt::magenta);
         vkCommand button;
-        button.resize(size);
+        button.resize(row.size);
         button.setIcon(QIcon(icon));
         button.setIconSize(QSize(28, 28));
-        button.setCaption(caption);
+        button.setCaption(row.caption);
         // A shape in the caption's colour, whatever its own is.
         button.setForecolor(Qt::darkGreen);
-        QVERIFY(near(picture(button).pixelColor(place), Qt::darkGreen, 5));
+        QVERIFY(near(picture(button).pixelColor(row.place), Qt::darkGreen, 5));
     }
 
     void sameValuesDontRepaint_data() {
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<QVariant>("other");
-        QTest::newRow("caption") << QByteArray("caption") << QVariant(QStringLiteral("B"));
-        QTest::newRow("backcolor1") << QByteArray("backcolor1") << QVariant(QColor(1, 2, 3));
-        QTest::newRow("backcolor2") << QByteArray("backcolor2") << QVariant(QColor(1, 2, 3));
-        QTest::newRow("backcolorpushed1") << QByteArray("backcolorpushed1") << QVariant(QColor(1, 2, 3));
-        QTest::newRow("backcolorpushed2") << QByteArray("backcolorpushed2") << QVariant(QColor(1, 2, 3));
-        QTest::newRow("forecolor") << QByteArray("forecolor") << QVariant(QColor(1, 2, 3));
-        QTest::newRow("keyHint") << QByteArray("keyHint") << QVariant(QStringLiteral("F2"));
-        QTest::newRow("fontsize") << QByteArray("fontsize") << QVariant(20);
+        addRows<SameValuesDontRepaintRow>(
+            {{"caption", {QByteArray("caption"), QVariant(QStringLiteral("B"))}},
+             {"backcolor1", {QByteArray("backcolor1"), QVariant(QColor(1, 2, 3))}},
+             {"backcolor2", {QByteArray("backcolor2"), QVariant(QColor(1, 2, 3))}},
+             {"backcolorpushed1", {QByteArray("backcolorpushed1"), QVariant(QColor(1, 2, 3))}},
+             {"backcolorpushed2", {QByteArray("backcolorpushed2"), QVariant(QColor(1, 2, 3))}},
+             {"forecolor", {QByteArray("forecolor"), QVariant(QColor(1, 2, 3))}},
+             {"keyHint", {QByteArray("keyHint"), QVariant(QStringLiteral("F2"))}},
+             {"fontsize", {QByteArray("fontsize"), QVariant(20)}}});
     }
     void sameValuesDontRepaint() {
-        QFETCH(QByteArray, property);
-        QFETCH(QVariant, other);
+        QFETCH(const SameValuesDontRepaintRow, row);
         vkCommand button;
         dress(button);
         button.show();
         QVERIFY(QTest::qWaitForWindowExposed(&button));
         QCoreApplication::processEvents();
         PaintCounter paints(button);
-        button.setProperty(property.constData(), button.property(property.constData()));
+        button.setProperty(row.property.constData(), button.property(row.property.constData()));
         QCoreApplication::processEvents();
         QCOMPARE(paints.count(), 0);
-        button.setProperty(property.constData(), other);
+        button.setProperty(row.property.constData(), row.other);
         QTRY_COMPARE(paints.count(), 1);
-        QCOMPARE(button.property(property.constData()), other);
+        QCOMPARE(button.property(row.property.constData()), row.other);
     }
 
     void disabledStaysDead() {
@@ -269,23 +283,20 @@ private Q_SLOTS:
     }
 
     void mouseButtons_data() {
-        QTest::addColumn<Qt::MouseButton>("mouse");
-        QTest::addColumn<int>("clicks");
-        QTest::newRow("left") << Qt::LeftButton << 1;
-        QTest::newRow("right") << Qt::RightButton << 0;
-        QTest::newRow("middle") << Qt::MiddleButton << 0;
+        addRows<MouseButtonsRow>({{"left", {Qt::LeftButton, 1}},
+                                  {"right", {Qt::RightButton, 0}},
+                                  {"middle", {Qt::MiddleButton, 0}}});
     }
     void mouseButtons() {
-        QFETCH(Qt::MouseButton, mouse);
-        QFETCH(int, clicks);
+        QFETCH(const MouseButtonsRow, row);
         vkToggleButton button;
         button.resize(buttonSize);
         const QSignalSpy clicked(&button, &QAbstractButton::clicked);
         const QSignalSpy down(&button, &DrawnButton::mousedown);
-        QTest::mouseClick(&button, mouse);
+        QTest::mouseClick(&button, row.mouse);
         QCOMPARE(down.count(), 1);
-        QCOMPARE(down.at(0).at(0).value<Qt::MouseButton>(), mouse);
-        QCOMPARE(clicked.count(), clicks);
+        QCOMPARE(down.at(0).at(0).value<Qt::MouseButton>(), row.mouse);
+        QCOMPARE(clicked.count(), row.clicks);
     }
 
     void mayBeDeletedByItsOwnMouseDown_data() {

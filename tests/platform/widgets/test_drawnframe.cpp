@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "paintcounter.h"
+#include "rows.h"
 #include "widgets/controlcolor.h"
 #include "widgets/drawnframe.h"
 #include "widgets/face.h"
@@ -35,6 +36,18 @@ private:
 
 class TestDrawnFrame : public QObject {
     Q_OBJECT
+
+    struct LabelsGetAnInkThatReadsRow {
+        QColor top, bottom, ink;
+    };
+    struct TitleStaysLegibleRow {
+        QColor from, to;
+        bool outlined;
+    };
+    struct LabelAlignmentRow {
+        Qt::Alignment alignment;
+        int from;
+    };
 
 private Q_SLOTS:
     void titleTakesItsHeightOffTheMargins() {
@@ -104,33 +117,27 @@ private Q_SLOTS:
     }
 
     void labelsGetAnInkThatReads_data() {
-        QTest::addColumn<QColor>("top");
-        QTest::addColumn<QColor>("bottom");
-        QTest::addColumn<QColor>("ink");
         const QColor dark(0x1B, 0x26, 0x36);
-        QTest::newRow("white") << QColor(Qt::white) << QColor(Qt::white) << dark;
-        QTest::newRow("light grey") << QColor(0xFB, 0xFB, 0xFB) << QColor(0xDC, 0xDC, 0xDC) << dark;
-        QTest::newRow("dark grey") << QColor(0x40, 0x40, 0x40) << QColor(0x40, 0x40, 0x40)
-                                   << QColor(Qt::white);
-        QTest::newRow("darker") << QColor(0x2E, 0x2E, 0x2E) << QColor(0x2E, 0x2E, 0x2E) << QColor(Qt::white);
-        QTest::newRow("light to dark, dark middle")
-            << QColor(0xA0, 0xA0, 0xA0) << QColor(Qt::black) << QColor(Qt::white);
-        QTest::newRow("light to dark, light middle") << QColor(Qt::white) << QColor(0x80, 0x80, 0x80) << dark;
+        addRows<LabelsGetAnInkThatReadsRow>(
+            {{"white", {QColor(Qt::white), QColor(Qt::white), dark}},
+             {"light grey", {QColor(0xFB, 0xFB, 0xFB), QColor(0xDC, 0xDC, 0xDC), dark}},
+             {"dark grey", {QColor(0x40, 0x40, 0x40), QColor(0x40, 0x40, 0x40), QColor(Qt::white)}},
+             {"darker", {QColor(0x2E, 0x2E, 0x2E), QColor(0x2E, 0x2E, 0x2E), QColor(Qt::white)}},
+             {"light to dark, dark middle", {QColor(0xA0, 0xA0, 0xA0), QColor(Qt::black), QColor(Qt::white)}},
+             {"light to dark, light middle", {QColor(Qt::white), QColor(0x80, 0x80, 0x80), dark}}});
     }
     void labelsGetAnInkThatReads() {
-        QFETCH(QColor, top);
-        QFETCH(QColor, bottom);
-        QFETCH(QColor, ink);
+        QFETCH(const LabelsGetAnInkThatReadsRow, row);
         vkFrame frame;
         auto* before = new QLabel(&frame);
         auto* panel = new QWidget(&frame);
         auto* deeper = new QCheckBox(panel);
-        frame.setBackcolor1(top);
-        frame.setBackcolor2(bottom);
+        frame.setBackcolor1(row.top);
+        frame.setBackcolor2(row.bottom);
         auto* after = new QLabel(&frame);
         for (const QWidget* control :
              {static_cast<QWidget*>(before), static_cast<QWidget*>(deeper), static_cast<QWidget*>(after)})
-            QCOMPARE(control->palette().color(QPalette::Active, QPalette::WindowText), ink);
+            QCOMPARE(control->palette().color(QPalette::Active, QPalette::WindowText), row.ink);
         QCOMPARE(frame.forecolor(), QColor(Qt::white));
     }
 
@@ -242,34 +249,30 @@ private Q_SLOTS:
     }
 
     void titleStaysLegible_data() {
-        QTest::addColumn<QColor>("from");
-        QTest::addColumn<QColor>("to");
-        QTest::addColumn<bool>("outlined");
-        QTest::newRow("blue to light blue") << QColor(0x10, 0x30, 0x90) << QColor(0x18, 0x40, 0xA0) << false;
-        QTest::newRow("cyan to blue") << QColor(0, 0xFF, 0xFF) << QColor(0, 0, 0xFF) << true;
+        addRows<TitleStaysLegibleRow>(
+            {{"blue to light blue", {QColor(0x10, 0x30, 0x90), QColor(0x18, 0x40, 0xA0), false}},
+             {"cyan to blue", {QColor(0, 0xFF, 0xFF), QColor(0, 0, 0xFF), true}}});
     }
     void titleStaysLegible() {
-        QFETCH(QColor, from);
-        QFETCH(QColor, to);
-        QFETCH(bool, outlined);
+        QFETCH(const TitleStaysLegibleRow, row);
         vkFrame frame;
         QFont font = frame.font();
         font.setPixelSize(16);
         frame.setFont(font);
         frame.resize(300, 100);
-        frame.setTitlecolor1(from);
-        frame.setTitlecolor2(to);
+        frame.setTitlecolor1(row.from);
+        frame.setTitlecolor2(row.to);
         frame.setForecolor(Qt::white);
         frame.setCaption(QStringLiteral("FIYAT GOR"));
         // Between the bar's two colours and the white of the caption nothing is as dark as an outline.
         const QImage image = frame.grab().toImage();
-        const int darkest = std::min(qGray(from.rgb()), qGray(mixed(from, to, 0.3).rgb()));
+        const int darkest = std::min(qGray(row.from.rgb()), qGray(mixed(row.from, row.to, 0.3).rgb()));
         int darker = 0;
         for (int y = 6; y < 24; ++y) {
             for (int x = 6; x < 110; ++x)
                 darker += qGray(image.pixel(x, y)) < darkest - 12 ? 1 : 0;
         }
-        QVERIFY2(outlined ? darker > 40 : darker == 0, qPrintable(QString::number(darker)));
+        QVERIFY2(row.outlined ? darker > 40 : darker == 0, qPrintable(QString::number(darker)));
         QCOMPARE(frame.forecolor(), QColor(Qt::white));
     }
 
@@ -290,25 +293,22 @@ private Q_SLOTS:
     }
 
     void labelAlignment_data() {
-        QTest::addColumn<Qt::Alignment>("alignment");
-        QTest::addColumn<int>("from");
-        QTest::newRow("left") << Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter) << 0;
-        QTest::newRow("centre") << Qt::Alignment(Qt::AlignCenter) << 100;
-        QTest::newRow("right") << Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter) << 200;
+        addRows<LabelAlignmentRow>({{"left", {Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter), 0}},
+                                    {"centre", {Qt::Alignment(Qt::AlignCenter), 100}},
+                                    {"right", {Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter), 200}}});
     }
     void labelAlignment() {
-        QFETCH(Qt::Alignment, alignment);
-        QFETCH(int, from);
+        QFETCH(const LabelAlignmentRow, row);
         vkLabel label;
         label.resize(300, 40);
         label.setForecolor(Qt::red);
         label.setCaption(QStringLiteral("HH"));
-        label.setCaptionAlignment(alignment);
+        label.setCaptionAlignment(row.alignment);
         const QImage image = label.grab().toImage();
         for (int x = 0; x < 300; ++x) {
             for (int y = 0; y < 40; ++y) {
                 if (image.pixelColor(x, y).red() - image.pixelColor(x, y).green() > 100)
-                    QVERIFY2(x >= from && x < from + 100, qPrintable(QString::number(x)));
+                    QVERIFY2(x >= row.from && x < row.from + 100, qPrintable(QString::number(x)));
             }
         }
     }

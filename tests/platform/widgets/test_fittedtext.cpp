@@ -2,6 +2,7 @@
 #include <QPainter>
 #include <QTest>
 
+#include "rows.h"
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 
@@ -10,40 +11,51 @@ using namespace kovanix;
 class TestFittedText : public QObject {
     Q_OBJECT
 
+    struct FitsRow {
+        QString text;
+        QSizeF box;
+        int mostLines, lines;
+        bool fullSize;
+    };
+    struct PixelSizesRow {
+        double points;
+        int dots, pixels;
+    };
+    struct OutlineOnlyWhereNeededRow {
+        QColor ink, from, to;
+        double wanted;
+        QColor outline;
+    };
+    struct OutlineIsStrongEnoughRow {
+        QColor ink, from, to;
+    };
+    struct InkOnAFaceRow {
+        QColor wanted, face, ink;
+    };
+
 private Q_SLOTS:
     void fits_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QSizeF>("box");
-        QTest::addColumn<int>("mostLines");
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<bool>("fullSize");
-        QTest::newRow("one line in plenty of room")
-            << QStringLiteral("TAMAM") << QSizeF(400, 100) << 3 << 1 << true;
-        QTest::newRow("two words, narrow")
-            << QStringLiteral("MMMMM MMMMM") << QSizeF(130, 100) << 3 << 2 << true;
-        QTest::newRow("two words, one line allowed")
-            << QStringLiteral("MMMMM MMMMM") << QSizeF(130, 100) << 1 << 1 << false;
-        QTest::newRow("low box") << QStringLiteral("TAMAM") << QSizeF(400, 12) << 3 << 1 << false;
-        QTest::newRow("wide word") << QStringLiteral("MMMMMMMMMMMM") << QSizeF(100, 100) << 3 << 1 << false;
-        QTest::newRow("own line break") << QStringLiteral("1\n2") << QSizeF(100, 100) << 1 << 2 << true;
-        QTest::newRow("amount isn't broken")
-            << QStringLiteral("123.456.789,00") << QSizeF(60, 100) << 3 << 1 << false;
-        QTest::newRow("empty") << QString() << QSizeF(100, 100) << 3 << 1 << true;
-        QTest::newRow("hopeless") << QString(900, QLatin1Char('M')) << QSizeF(40, 20) << 3 << 2 << false;
-        QTest::newRow("no room at all") << QStringLiteral("M") << QSizeF(0, 0) << 3 << 1 << false;
+        addRows<FitsRow>(
+            {{"one line in plenty of room", {QStringLiteral("TAMAM"), QSizeF(400, 100), 3, 1, true}},
+             {"two words, narrow", {QStringLiteral("MMMMM MMMMM"), QSizeF(130, 100), 3, 2, true}},
+             {"two words, one line allowed", {QStringLiteral("MMMMM MMMMM"), QSizeF(130, 100), 1, 1, false}},
+             {"low box", {QStringLiteral("TAMAM"), QSizeF(400, 12), 3, 1, false}},
+             {"wide word", {QStringLiteral("MMMMMMMMMMMM"), QSizeF(100, 100), 3, 1, false}},
+             {"own line break", {QStringLiteral("1\n2"), QSizeF(100, 100), 1, 2, true}},
+             {"amount isn't broken", {QStringLiteral("123.456.789,00"), QSizeF(60, 100), 3, 1, false}},
+             {"empty", {QString(), QSizeF(100, 100), 3, 1, true}},
+             {"hopeless", {QString(900, QLatin1Char('M')), QSizeF(40, 20), 3, 2, false}},
+             {"no room at all", {QStringLiteral("M"), QSizeF(0, 0), 3, 1, false}}});
     }
     void fits() {
-        QFETCH(QString, text);
-        QFETCH(QSizeF, box);
-        QFETCH(int, mostLines);
-        QFETCH(int, lines);
-        QFETCH(bool, fullSize);
+        QFETCH(const FitsRow, row);
         FittedText fitted;
-        fitted.fit(text, QFont(), 20, QRectF(QPointF(10, 20), box), Qt::AlignCenter, mostLines);
-        QCOMPARE(fitted.lineCount(), lines);
-        QCOMPARE(fitted.pixelSize() == 20, fullSize);
-        if (!box.isEmpty() && !text.isEmpty())
-            QVERIFY(QRectF(QPointF(10, 20), box).adjusted(-0.1, -0.1, 0.1, 0.1).contains(fitted.bounds()));
+        fitted.fit(row.text, QFont(), 20, QRectF(QPointF(10, 20), row.box), Qt::AlignCenter, row.mostLines);
+        QCOMPARE(fitted.lineCount(), row.lines);
+        QCOMPARE(fitted.pixelSize() == 20, row.fullSize);
+        if (!row.box.isEmpty() && !row.text.isEmpty())
+            QVERIFY(
+                QRectF(QPointF(10, 20), row.box).adjusted(-0.1, -0.1, 0.1, 0.1).contains(fitted.bounds()));
     }
 
     void linesAreBalanced() {
@@ -80,67 +92,56 @@ private Q_SLOTS:
     }
 
     void pixelSizes_data() {
-        QTest::addColumn<double>("points");
-        QTest::addColumn<int>("dots");
-        QTest::addColumn<int>("pixels");
-        QTest::newRow("12 points at 96") << 12.0 << 96 << 16;
-        QTest::newRow("12 points at 72") << 12.0 << 72 << 12;
-        QTest::newRow("10.5 points at 96") << 10.5 << 96 << 14;
+        addRows<PixelSizesRow>({{"12 points at 96", {12.0, 96, 16}},
+                                {"12 points at 72", {12.0, 72, 12}},
+                                {"10.5 points at 96", {10.5, 96, 14}}});
     }
     void pixelSizes() {
-        QFETCH(double, points);
-        QFETCH(int, dots);
-        QFETCH(int, pixels);
+        QFETCH(const PixelSizesRow, row);
         QFont font;
-        font.setPointSizeF(points);
-        QCOMPARE(FittedText::pixelSizeOf(font, dots), pixels);
+        font.setPointSizeF(row.points);
+        QCOMPARE(FittedText::pixelSizeOf(font, row.dots), row.pixels);
         font.setPixelSize(33);
-        QCOMPARE(FittedText::pixelSizeOf(font, dots), 33);
+        QCOMPARE(FittedText::pixelSizeOf(font, row.dots), 33);
     }
 
     void outlineOnlyWhereNeeded_data() {
-        QTest::addColumn<QColor>("ink");
-        QTest::addColumn<QColor>("from");
-        QTest::addColumn<QColor>("to");
-        QTest::addColumn<double>("wanted");
-        QTest::addColumn<QColor>("outline");
+        QTest::addColumn<OutlineOnlyWhereNeededRow>("row");
         const QColor none;
         const QColor teal(0, 0xC0, 0xC0);
         const QColor orange(0xFF, 0xC0, 0x80);
         const QColor deepBlue(0x2A, 0x0A, 0x93);
         QTest::newRow("black on white")
-            << QColor(Qt::black) << QColor(Qt::white) << QColor(Qt::white) << 4.5 << none;
+            << OutlineOnlyWhereNeededRow{QColor(Qt::black), QColor(Qt::white), QColor(Qt::white), 4.5, none};
         QTest::newRow("red on white, large")
-            << QColor(Qt::red) << QColor(Qt::white) << QColor(Qt::white) << 3.0 << none;
-        QTest::newRow("red on white, small")
-            << QColor(Qt::red) << QColor(Qt::white) << QColor(Qt::white) << 4.5 << QColor(Qt::black);
+            << OutlineOnlyWhereNeededRow{QColor(Qt::red), QColor(Qt::white), QColor(Qt::white), 3.0, none};
+        QTest::newRow("red on white, small") << OutlineOnlyWhereNeededRow{
+            QColor(Qt::red), QColor(Qt::white), QColor(Qt::white), 4.5, QColor(Qt::black)};
         QTest::newRow("teal on white, large")
-            << teal << QColor(Qt::white) << QColor(Qt::white) << 3.0 << QColor(Qt::black);
-        QTest::newRow("teal on black") << teal << QColor(Qt::black) << QColor(Qt::black) << 4.5 << none;
+            << OutlineOnlyWhereNeededRow{teal, QColor(Qt::white), QColor(Qt::white), 3.0, QColor(Qt::black)};
+        QTest::newRow("teal on black")
+            << OutlineOnlyWhereNeededRow{teal, QColor(Qt::black), QColor(Qt::black), 4.5, none};
         QTest::newRow("white, orange to blue")
-            << QColor(Qt::white) << orange << deepBlue << 4.5 << QColor(Qt::black);
-        QTest::newRow("white, the blue part") << QColor(Qt::white) << deepBlue << deepBlue << 4.5 << none;
-        QTest::newRow("black, white to blue")
-            << QColor(Qt::black) << QColor(Qt::white) << deepBlue << 4.5 << QColor(Qt::white);
-        QTest::newRow("white, black to green")
-            << QColor(Qt::white) << QColor(Qt::black) << QColor(0, 0xFF, 0) << 4.5 << QColor(Qt::black);
+            << OutlineOnlyWhereNeededRow{QColor(Qt::white), orange, deepBlue, 4.5, QColor(Qt::black)};
+        QTest::newRow("white, the blue part")
+            << OutlineOnlyWhereNeededRow{QColor(Qt::white), deepBlue, deepBlue, 4.5, none};
+        QTest::newRow("black, white to blue") << OutlineOnlyWhereNeededRow{
+            QColor(Qt::black), QColor(Qt::white), deepBlue, 4.5, QColor(Qt::white)};
+        QTest::newRow("white, black to green") << OutlineOnlyWhereNeededRow{
+            QColor(Qt::white), QColor(Qt::black), QColor(0, 0xFF, 0), 4.5, QColor(Qt::black)};
         // Both ends stand out, the middle doesn't.
-        QTest::newRow("grey, black to white")
-            << QColor(0x80, 0x80, 0x80) << QColor(Qt::black) << QColor(Qt::white) << 3.0 << QColor(Qt::black);
-        QTest::newRow("black on black")
-            << QColor(Qt::black) << QColor(Qt::black) << QColor(Qt::black) << 4.5 << QColor(Qt::white);
+        QTest::newRow("grey, black to white") << OutlineOnlyWhereNeededRow{
+            QColor(0x80, 0x80, 0x80), QColor(Qt::black), QColor(Qt::white), 3.0, QColor(Qt::black)};
+        QTest::newRow("black on black") << OutlineOnlyWhereNeededRow{
+            QColor(Qt::black), QColor(Qt::black), QColor(Qt::black), 4.5, QColor(Qt::white)};
     }
     void outlineOnlyWhereNeeded() {
-        QFETCH(QColor, ink);
-        QFETCH(QColor, from);
-        QFETCH(QColor, to);
-        QFETCH(double, wanted);
-        QFETCH(QColor, outline);
-        const QColor given = outlineFor(ink, from, to, wanted);
-        QCOMPARE(given.isValid(), outline.isValid());
-        if (!outline.isValid())
+        QFETCH(const OutlineOnlyWhereNeededRow, row);
+        const QColor given = outlineFor(row.ink, row.from, row.to, row.wanted);
+        QCOMPARE(given.isValid(), row.outline.isValid());
+        if (!row.outline.isValid())
             return;
-        QCOMPARE(given.rgb(), outline.rgb());
+        QCOMPARE(given.rgb(), row.outline.rgb());
         // Soft, and of no use to anyone when it can't be seen.
         QVERIFY2(given.alphaF() >= 0.19F && given.alphaF() <= 0.6F,
                  qPrintable(QString::number(given.alphaF())));
@@ -149,50 +150,39 @@ private Q_SLOTS:
     // The rim that is left of the face behind the outline reaches the wanted contrast with the glyphs,
     // wherever.
     void outlineIsStrongEnough_data() {
-        QTest::addColumn<QColor>("ink");
-        QTest::addColumn<QColor>("from");
-        QTest::addColumn<QColor>("to");
         const QColor deepBlue(0x2A, 0x0A, 0x93);
-        QTest::newRow("white, orange to blue") << QColor(Qt::white) << QColor(0xFF, 0xC0, 0x80) << deepBlue;
-        QTest::newRow("black, white to blue") << QColor(Qt::black) << QColor(Qt::white) << deepBlue;
-        QTest::newRow("white, black to green")
-            << QColor(Qt::white) << QColor(Qt::black) << QColor(0, 0xFF, 0);
-        QTest::newRow("white, cyan to blue")
-            << QColor(Qt::white) << QColor(0, 0xFF, 0xFF) << QColor(0, 0, 0xFF);
-        QTest::newRow("white on white") << QColor(Qt::white) << QColor(Qt::white) << QColor(Qt::white);
-        QTest::newRow("black, orange to red")
-            << QColor(Qt::black) << QColor(0xFF, 0xC0, 0x80) << QColor(0xC0, 0, 0);
+        addRows<OutlineIsStrongEnoughRow>(
+            {{"white, orange to blue", {QColor(Qt::white), QColor(0xFF, 0xC0, 0x80), deepBlue}},
+             {"black, white to blue", {QColor(Qt::black), QColor(Qt::white), deepBlue}},
+             {"white, black to green", {QColor(Qt::white), QColor(Qt::black), QColor(0, 0xFF, 0)}},
+             {"white, cyan to blue", {QColor(Qt::white), QColor(0, 0xFF, 0xFF), QColor(0, 0, 0xFF)}},
+             {"white on white", {QColor(Qt::white), QColor(Qt::white), QColor(Qt::white)}},
+             {"black, orange to red", {QColor(Qt::black), QColor(0xFF, 0xC0, 0x80), QColor(0xC0, 0, 0)}}});
     }
     void outlineIsStrongEnough() {
-        QFETCH(QColor, ink);
-        QFETCH(QColor, from);
-        QFETCH(QColor, to);
-        const QColor outline = outlineFor(ink, from, to, 4.5);
+        QFETCH(const OutlineIsStrongEnoughRow, row);
+        const QColor outline = outlineFor(row.ink, row.from, row.to, 4.5);
         QVERIFY(outline.isValid());
         for (int i = 0; i <= 20; ++i) {
-            const QColor rim = mixed(mixed(from, to, i / 20.0), QColor(outline.rgb()), outline.alphaF());
-            QVERIFY2(contrast(ink, rim) >= 4.4,
-                     qPrintable(QStringLiteral("%1 at %2").arg(contrast(ink, rim)).arg(i)));
+            const QColor rim =
+                mixed(mixed(row.from, row.to, i / 20.0), QColor(outline.rgb()), outline.alphaF());
+            QVERIFY2(contrast(row.ink, rim) >= 4.4,
+                     qPrintable(QStringLiteral("%1 at %2").arg(contrast(row.ink, rim)).arg(i)));
         }
     }
 
     void inkOnAFace_data() {
-        QTest::addColumn<QColor>("wanted");
-        QTest::addColumn<QColor>("face");
-        QTest::addColumn<QColor>("ink");
-        QTest::newRow("legible stays") << QColor(Qt::blue) << QColor(Qt::white) << QColor(Qt::blue);
-        QTest::newRow("white on pure red") << QColor(Qt::white) << QColor(Qt::red) << QColor(Qt::black);
-        QTest::newRow("white on dark red") << QColor(Qt::white) << QColor(0xC0, 0, 0) << QColor(Qt::white);
-        QTest::newRow("ink on dark red")
-            << QColor(0x12, 0x1A, 0x22) << QColor(0xC0, 0, 0) << QColor(Qt::white);
-        QTest::newRow("ink on black") << QColor(0x12, 0x1A, 0x22) << QColor(Qt::black) << QColor(Qt::white);
-        QTest::newRow("white on white") << QColor(Qt::white) << QColor(Qt::white) << QColor(Qt::black);
+        addRows<InkOnAFaceRow>(
+            {{"legible stays", {QColor(Qt::blue), QColor(Qt::white), QColor(Qt::blue)}},
+             {"white on pure red", {QColor(Qt::white), QColor(Qt::red), QColor(Qt::black)}},
+             {"white on dark red", {QColor(Qt::white), QColor(0xC0, 0, 0), QColor(Qt::white)}},
+             {"ink on dark red", {QColor(0x12, 0x1A, 0x22), QColor(0xC0, 0, 0), QColor(Qt::white)}},
+             {"ink on black", {QColor(0x12, 0x1A, 0x22), QColor(Qt::black), QColor(Qt::white)}},
+             {"white on white", {QColor(Qt::white), QColor(Qt::white), QColor(Qt::black)}}});
     }
     void inkOnAFace() {
-        QFETCH(QColor, wanted);
-        QFETCH(QColor, face);
-        QFETCH(QColor, ink);
-        QCOMPARE(inkOn(wanted, face, face), ink);
+        QFETCH(const InkOnAFaceRow, row);
+        QCOMPARE(inkOn(row.wanted, row.face, row.face), row.ink);
     }
 
     void largeGlyphsNeedLessContrast() {

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <vector>
 
+#include "rows.h"
 #include "widgets/keyfilter.h"
 
 using namespace kovanix;
@@ -25,17 +26,38 @@ void send(QWidget& field, int key, const QString& text, Qt::KeyboardModifiers mo
 class TestKeyFilter : public QObject {
     Q_OBJECT
 
+    struct StagesRow {
+        int key;
+        QString text;
+        Qt::KeyboardModifiers modifiers;
+        int down;
+        int code;  ///< -1: never reaches the press stage
+    };
+    struct DigitsOnlyRow {
+        int key;
+        QString text;
+        QString result;  ///< of a field that holds "12" with its cursor behind the 1
+    };
+    struct OnlyCharactersTableRow {
+        int code, result;
+    };
+    struct ReplacedCharacterRow {
+        QString typed;
+        int becomes;
+        QString result;
+    };
+    struct ComposedCharactersAreFilteredRow {
+        QString commit, text;
+    };
+
 private Q_SLOTS:
     void stages_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-        QTest::addColumn<int>("down");
-        QTest::addColumn<int>("code");  // -1: never reaches the press stage
+        QTest::addColumn<StagesRow>("row");
         const Qt::KeyboardModifiers none;
         const auto row = [](const char* name, int key, const QString& text, Qt::KeyboardModifiers modifiers,
-                            int down,
-                            int code) { QTest::newRow(name) << key << text << modifiers << down << code; };
+                            int down, int code) {
+            QTest::newRow(name) << StagesRow{key, text, modifiers, down, code};
+        };
         row("digit", Qt::Key_5, QStringLiteral("5"), none, Qt::Key_5, '5');
         row("keypad digit", Qt::Key_5, QStringLiteral("5"), Qt::KeypadModifier, Qt::Key_5, '5');
         row("shifted letter", Qt::Key_A, QStringLiteral("A"), Qt::ShiftModifier, Qt::Key_A, 'A');
@@ -58,11 +80,7 @@ private Q_SLOTS:
         row("alt letter", Qt::Key_X, QStringLiteral("x"), Qt::AltModifier, Qt::Key_X, -1);
     }
     void stages() {
-        QFETCH(int, key);
-        QFETCH(QString, text);
-        QFETCH(Qt::KeyboardModifiers, modifiers);
-        QFETCH(int, down);
-        QFETCH(int, code);
+        QFETCH(const StagesRow, row);
         QLineEdit field;
         std::vector<int> downs;
         std::vector<int> codes;
@@ -72,50 +90,48 @@ private Q_SLOTS:
                 codes.push_back(pressed);
                 return 0;
             });
-        send(field, key, text, modifiers);
-        QCOMPARE(downs, std::vector<int>{down});
-        QCOMPARE(codes, code < 0 ? std::vector<int>{} : std::vector<int>{code});
+        send(field, row.key, row.text, row.modifiers);
+        QCOMPARE(downs, std::vector<int>{row.down});
+        QCOMPARE(codes, row.code < 0 ? std::vector<int>{} : std::vector<int>{row.code});
     }
 
     void digitsOnly_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("result");  // of a field that holds "12" with its cursor behind the 1
-        QTest::newRow("digit passes") << int(Qt::Key_3) << QStringLiteral("3") << QStringLiteral("132");
-        QTest::newRow("comma passes") << int(Qt::Key_Comma) << QStringLiteral(",") << QStringLiteral("1,2");
-        QTest::newRow("letter drops") << int(Qt::Key_A) << QStringLiteral("a") << QStringLiteral("12");
-        QTest::newRow("dot drops") << int(Qt::Key_Period) << QStringLiteral(".") << QStringLiteral("12");
-        QTest::newRow("blank drops") << int(Qt::Key_Space) << QStringLiteral(" ") << QStringLiteral("12");
+        QTest::addColumn<DigitsOnlyRow>("row");
+        QTest::newRow("digit passes")
+            << DigitsOnlyRow{int(Qt::Key_3), QStringLiteral("3"), QStringLiteral("132")};
+        QTest::newRow("comma passes")
+            << DigitsOnlyRow{int(Qt::Key_Comma), QStringLiteral(","), QStringLiteral("1,2")};
+        QTest::newRow("letter drops")
+            << DigitsOnlyRow{int(Qt::Key_A), QStringLiteral("a"), QStringLiteral("12")};
+        QTest::newRow("dot drops") << DigitsOnlyRow{int(Qt::Key_Period), QStringLiteral("."),
+                                                    QStringLiteral("12")};
+        QTest::newRow("blank drops") << DigitsOnlyRow{int(Qt::Key_Space), QStringLiteral(" "),
+                                                      QStringLiteral("12")};
         QTest::newRow("backspace passes")
-            << int(Qt::Key_Backspace) << QStringLiteral("\b") << QStringLiteral("2");
+            << DigitsOnlyRow{int(Qt::Key_Backspace), QStringLiteral("\b"), QStringLiteral("2")};
         QTest::newRow("delete passes")
-            << int(Qt::Key_Delete) << QStringLiteral("\x7f") << QStringLiteral("1");
-        QTest::newRow("Arabic digit drops") << 0 << QStringLiteral("٣") << QStringLiteral("12");
+            << DigitsOnlyRow{int(Qt::Key_Delete), QStringLiteral("\x7f"), QStringLiteral("1")};
+        QTest::newRow("Arabic digit drops") << DigitsOnlyRow{0, QStringLiteral("٣"), QStringLiteral("12")};
     }
     void digitsOnly() {
-        QFETCH(int, key);
-        QFETCH(QString, text);
-        QFETCH(QString, result);
+        QFETCH(const DigitsOnlyRow, row);
         QLineEdit field(QStringLiteral("12"));
         field.setCursorPosition(1);
         new KeyFilter(field, {}, onlyCharacters(u",0123456789"));
-        send(field, key, text);
-        QCOMPARE(field.text(), result);
+        send(field, row.key, row.text);
+        QCOMPARE(field.text(), row.result);
     }
 
     void onlyCharactersTable_data() {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("result");
-        QTest::newRow("first control") << 1 << 1;
-        QTest::newRow("last control") << 26 << 26;
-        QTest::newRow("escape") << 27 << 0;
-        QTest::newRow("allowed") << int('7') << int('7');
-        QTest::newRow("not allowed") << int('x') << 0;
+        addRows<OnlyCharactersTableRow>({{"first control", {1, 1}},
+                                         {"last control", {26, 26}},
+                                         {"escape", {27, 0}},
+                                         {"allowed", {int('7'), int('7')}},
+                                         {"not allowed", {int('x'), 0}}});
     }
     void onlyCharactersTable() {
-        QFETCH(int, code);
-        QFETCH(int, result);
-        QCOMPARE(onlyCharacters(u"7")(code), result);
+        QFETCH(const OnlyCharactersTableRow, row);
+        QCOMPARE(onlyCharacters(u"7")(row.code), row.result);
     }
 
     void droppedEnterPressesNothing() {
@@ -148,28 +164,24 @@ private Q_SLOTS:
     }
 
     void replacedCharacter_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("becomes");
-        QTest::addColumn<QString>("result");
-        QTest::newRow("i becomes İ") << QStringLiteral("i") << 0x130 << QStringLiteral("aİb");
-        QTest::newRow("dot becomes comma") << QStringLiteral(".") << int(',') << QStringLiteral("a,b");
-        QTest::newRow("beyond the basic plane") << QStringLiteral("x") << 0x1F600 << QStringLiteral("a😀b");
-        QTest::newRow("becomes backspace") << QStringLiteral("x") << 8 << QStringLiteral("b");
+        addRows<ReplacedCharacterRow>(
+            {{"i becomes İ", {QStringLiteral("i"), 0x130, QStringLiteral("aİb")}},
+             {"dot becomes comma", {QStringLiteral("."), int(','), QStringLiteral("a,b")}},
+             {"beyond the basic plane", {QStringLiteral("x"), 0x1F600, QStringLiteral("a😀b")}},
+             {"becomes backspace", {QStringLiteral("x"), 8, QStringLiteral("b")}}});
     }
     void replacedCharacter() {
-        QFETCH(QString, typed);
-        QFETCH(int, becomes);
-        QFETCH(QString, result);
+        QFETCH(const ReplacedCharacterRow, row);
         QLineEdit field(QStringLiteral("ab"));
         field.setCursorPosition(1);
         int calls = 0;
         new KeyFilter(field, {}, [&](int) {
             ++calls;
-            return becomes;
+            return row.becomes;
         });
         const QSignalSpy edited(&field, &QLineEdit::textEdited);
-        send(field, 0, typed);
-        QCOMPARE(field.text(), result);
+        send(field, 0, row.typed);
+        QCOMPARE(field.text(), row.result);
         QCOMPARE(calls, 1);
         QCOMPARE(edited.count(), 1);
     }
@@ -202,21 +214,19 @@ private Q_SLOTS:
     }
 
     void composedCharactersAreFiltered_data() {
-        QTest::addColumn<QString>("commit");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("a dead key's letter") << QStringLiteral("â") << QString();
-        QTest::newRow("several, one allowed") << QStringLiteral("a5b") << QStringLiteral("5");
-        QTest::newRow("all allowed") << QStringLiteral("55") << QStringLiteral("55");
+        addRows<ComposedCharactersAreFilteredRow>(
+            {{"a dead key's letter", {QStringLiteral("â"), QString()}},
+             {"several, one allowed", {QStringLiteral("a5b"), QStringLiteral("5")}},
+             {"all allowed", {QStringLiteral("55"), QStringLiteral("55")}}});
     }
     void composedCharactersAreFiltered() {
-        QFETCH(QString, commit);
-        QFETCH(QString, text);
+        QFETCH(const ComposedCharactersAreFilteredRow, row);
         QLineEdit field;
         new KeyFilter(field, {}, onlyCharacters(u"5"));
         QInputMethodEvent event;
-        event.setCommitString(commit);
+        event.setCommitString(row.commit);
         QCoreApplication::sendEvent(&field, &event);
-        QCOMPARE(field.text(), text);
+        QCOMPARE(field.text(), row.text);
     }
 
     void altWithALetterTypesNothing() {

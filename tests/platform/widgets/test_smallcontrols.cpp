@@ -5,6 +5,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "rows.h"
 #include "widgets/image.h"
 #include "widgets/timer.h"
 
@@ -42,6 +43,13 @@ void waitForTicks(int count) {
 
 class TestSmallControls : public QObject {
     Q_OBJECT
+
+    struct PicturePressesRow {
+        Qt::MouseButton mouse;
+        QPoint release;
+        bool enabled;
+        int clicks;
+    };
 
 private Q_SLOTS:
     void pictureIsFittedAndCentred_data() {
@@ -93,27 +101,20 @@ private Q_SLOTS:
     }
 
     void picturePresses_data() {
-        QTest::addColumn<Qt::MouseButton>("mouse");
-        QTest::addColumn<QPoint>("release");
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<int>("clicks");
-        QTest::newRow("press") << Qt::LeftButton << QPoint(5, 5) << true << 1;
-        QTest::newRow("let go outside") << Qt::LeftButton << QPoint(500, 5) << true << 0;
-        QTest::newRow("right button") << Qt::RightButton << QPoint(5, 5) << true << 0;
-        QTest::newRow("disabled") << Qt::LeftButton << QPoint(5, 5) << false << 0;
+        addRows<PicturePressesRow>({{"press", {Qt::LeftButton, QPoint(5, 5), true, 1}},
+                                    {"let go outside", {Qt::LeftButton, QPoint(500, 5), true, 0}},
+                                    {"right button", {Qt::RightButton, QPoint(5, 5), true, 0}},
+                                    {"disabled", {Qt::LeftButton, QPoint(5, 5), false, 0}}});
     }
     void picturePresses() {
-        QFETCH(Qt::MouseButton, mouse);
-        QFETCH(QPoint, release);
-        QFETCH(bool, enabled);
-        QFETCH(int, clicks);
+        QFETCH(const PicturePressesRow, row);
         Image image;
         image.resize(50, 50);
-        image.setEnabled(enabled);
+        image.setEnabled(row.enabled);
         const QSignalSpy clicked(&image, &Image::clicked);
-        QTest::mousePress(&image, mouse, {}, QPoint(5, 5));
-        QTest::mouseRelease(&image, mouse, {}, release);
-        QCOMPARE(clicked.count(), clicks);
+        QTest::mousePress(&image, row.mouse, {}, QPoint(5, 5));
+        QTest::mouseRelease(&image, row.mouse, {}, row.release);
+        QCOMPARE(clicked.count(), row.clicks);
         QCOMPARE(image.focusPolicy(), Qt::NoFocus);
     }
 
