@@ -408,7 +408,10 @@ void TestRowSet::aReadDropsWhatHasNoField() {
     QCOMPARE(m_rows->current(), -1);
     m_rows->setSort(u"no DESC"_s);
     m_rows->setFilter(RowFilter::parse(u"musteri LIKE '%a%'"));
+    m_rows->setCurrent(0);
+    QCOMPARE(m_rows->identity(0), 2);
     m_rows->read(*m_connection, allProducts);
+    QCOMPARE(m_rows->current(), -1);
     QCOMPARE(m_rows->sort(), u"no DESC"_s);
     QCOMPARE(numbers(*m_rows), (QStringList{u"5"_s, u"4"_s, u"3"_s, u"2"_s, u"1"_s}));
 }

@@ -63,6 +63,8 @@ private Q_SLOTS:
     void longPatternsAreQuick();
     void sorts_data();
     void sorts();
+    void sortsMixedCells_data();
+    void sortsMixedCells();
     void sortsTextsByTheirKeys();
     void refusesSorts_data();
     void refusesSorts();
@@ -313,6 +315,23 @@ void TestRowSetRules::sorts() {
     QCOMPARE(numbers(m_rows), row.numbers);
     for (qsizetype place = 0; place < m_rows.recordCount(); ++place)
         QCOMPARE(m_rows.placeOf(row.numbers[place]), place);
+}
+
+void TestRowSetRules::sortsMixedCells_data() {
+    QTest::addColumn<Order>("row");
+    QTest::newRow("texts among numbers") << Order{u"satis ASC"_s, {5, 3, 2, 4, 1, 6}};
+    QTest::newRow("texts among numbers, descending") << Order{u"satis DESC"_s, {6, 1, 2, 4, 3, 5}};
+    QTest::newRow("numbers among moments") << Order{u"tarih ASC"_s, {4, 2, 1, 3, 5, 6}};
+    QTest::newRow("numbers among moments, descending") << Order{u"tarih DESC"_s, {5, 6, 1, 3, 2, 4}};
+}
+
+void TestRowSetRules::sortsMixedCells() {
+    QFETCH(const Order, row);
+    read(
+        {u"CREATE TABLE urunler (no COUNTER, satis DOUBLE, tarih DATETIME)"_s,
+         u"INSERT INTO urunler (satis, tarih) VALUES ('b', 7), ('a', 3), (5, 7.0), ('A', NULL), (NULL, 'x'), ('ç', 'X')"_s});
+    m_rows.setSort(row.sort);
+    QCOMPARE(numbers(m_rows), row.numbers);
 }
 
 /// Ties, texts that begin alike, long ones and ones kept as numbers look.
