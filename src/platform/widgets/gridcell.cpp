@@ -14,13 +14,16 @@ namespace {
 constexpr double nameInTwoLines = 0.84;
 constexpr double smallestNumber = 0.6;
 constexpr int smallestGlyphs = 6;
+// A name is read, not only recognised.
+constexpr int smallestName = 11;
 // More than any cell has room for. A file may hold far longer texts, and every glyph measured costs time.
 constexpr qsizetype mostGlyphs = 1000;
 
-/// The ordinary font at a share of its size.
-QFont smallerFont(const QFont& ordinary, double share) {
+/// The ordinary font at a share of its size, but not below a size that it isn't below itself.
+QFont smallerFont(const QFont& ordinary, double share, int floor) {
+    const int size = QFontInfo(ordinary).pixelSize();
     QFont smaller = ordinary;
-    smaller.setPixelSize(std::max(static_cast<int>(QFontInfo(ordinary).pixelSize() * share), smallestGlyphs));
+    smaller.setPixelSize(std::max(static_cast<int>(size * share), std::min(floor, size)));
     return smaller;
 }
 
@@ -52,8 +55,11 @@ QString inTwoLines(const QString& text, const QFontMetrics& metrics, int width) 
     return text.left(end) + u'\n' + metrics.elidedText(text.mid(end + 1), Qt::ElideMiddle, width);
 }
 
-bool isDigits(const QString& text) {
-    return std::all_of(text.begin(), text.end(), [](QChar letter) { return letter.isDigit(); });
+/// Barcodes, telephone numbers, dates: no numbers, but one that lost a digit would be another.
+bool isFigures(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar letter) {
+        return letter.isDigit() || QStringView(u" .:,-/+()").contains(letter);
+    });
 }
 
 /// Line ends would break the two lines that there is room for.
@@ -96,11 +102,10 @@ void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt
         painter.drawText(cell, flags | Qt::TextSingleLine, line);
         return;
     }
-    // A barcode is no number, but one that lost a digit would be another product.
-    const bool shrinks = kind == CellText::number || isDigits(line);
-    painter.setFont(
-        smallerFont(ordinary, shrinks ? std::max(static_cast<double>(cell.width()) / width, smallestNumber)
-                                      : nameInTwoLines));
+    const double fitting = std::max(static_cast<double>(cell.width()) / width, smallestNumber);
+    painter.setFont(kind == CellText::number || isFigures(line)
+                        ? smallerFont(ordinary, fitting, smallestGlyphs)
+                        : smallerFont(ordinary, nameInTwoLines, smallestName));
     const QFontMetrics smaller(painter.font());
     painter.drawText(cell, flags,
                      kind == CellText::number ? wholeNumber(line, smaller, cell.width())

@@ -175,6 +175,24 @@ private Q_SLOTS:
         QCOMPARE(pixels(image, padding, roleColor(ColorRole::selection)), padding.width() * padding.height());
     }
 
+    // A barcode that lost its middle would look like another one.
+    void barcodesKeepTheirMiddle() {
+        ProductList list;
+        for (int row = 0; row < 5; ++row)
+            list.add(row == 4 ? u"8690009000001"_s : u"8690000000001"_s, u"Süt"_s, 1);
+        list.source.refresh();
+        list.grid.column(ProductList::barcode).setWidth(100);
+        // Twelve rows of 45 each, so that a cell looks like another with the same text.
+        list.show({1008, 90 + 12 * 45});
+        list.source.setCurrent(1);
+        const QImage image = picture(*list.grid.viewport());
+        const auto cell = [&](int row) {
+            return image.copy(list.grid.visualRect(list.grid.model()->index(row, ProductList::barcode)));
+        };
+        QVERIFY(cell(0) == cell(2));
+        QVERIFY(cell(0) != cell(4));
+    }
+
     void rowColours() {
         ProductList list(20);
         list.show();
