@@ -5,6 +5,7 @@
 #include "runtime/attempt.h"
 #include "sales/satisekrani.h"
 #include "screens/clicks.h"
+#include "widgets/look.h"
 #include "widgets/paintedhint.h"
 
 namespace kovanix {
@@ -39,6 +40,7 @@ const ListTraits& traits() {
 
 urunbul::urunbul() : ListScreen(traits()) {
     ui.setupUi(this);
+    applyTextRoles(*this);
     ui.altLayout->insertWidget(
         0, new PaintedHint(u":/icons/hand.svg"_s, u"Satıra iki kez dokunun: ürün seçilir"_s), 1);
     setUpList({ui.TDBGrid1, ui.Adodc2, ui.sutun2, ui.boyutlandirma, ui.vkFrame1});

@@ -5,6 +5,7 @@
 #include "app/ayarmodul.h"
 #include "rows.h"
 
+using kovanix::addRows;
 using kovanix::ayaroku;
 using kovanix::ayaryaz;
 using namespace Qt::StringLiterals;

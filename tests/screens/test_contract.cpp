@@ -12,6 +12,7 @@
 #include "appearance/tema.h"
 #include "appearance/toplamtema.h"
 #include "appearance/uyari.h"
+#include "catalogue/urunbul.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
 #include "salestest.h"
@@ -66,7 +67,7 @@ QList<ScreenRow> screens() {
                       "sifre", {}, login),
         row<satisekrani>(
             "satisekrani", "Kovanix Satis", {}, stays, asks,
-            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 kaydet nakit satisiptal fiyatgor "
+            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 kaydet nakit satisiptal fiyatgor urunbulmak "
             "vkCommand1 vkCommand4 kapat",
             "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
@@ -82,6 +83,10 @@ QList<ScreenRow> screens() {
         row<hallimzda>("hallimzda", "Kovanix", {520, 424}, closes, closes,
                        "urunbulunamadikapat Image1 vkCommand1", {}, {}, about),
         row<uyari>("uyari", "UYARI", {440, 224}, closes, closes, "Command1", {}, {}, notice),
+        row<urunbul>("urunbul", "URUN ARA", {}, closes, closes,
+                     "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "vkCommand4",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3"),
         row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }

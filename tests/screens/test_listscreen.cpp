@@ -62,8 +62,7 @@ public:
         inside->addWidget(&other);
         grid.setObjectName(u"TDBGrid1"_s);
         frame.setCaption(u"LISTE"_s);
-        frame.setCornerRadius(0);
-        frame.setTitleHeight(48);
+        frame.setLook(FrameRole::page);
         selected.hide();
         setUpList({&grid, &data, &selected, &resizing, &frame});
     }

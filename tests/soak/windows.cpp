@@ -73,6 +73,8 @@ const std::vector<WindowRow>& knownWindows() {
          {"vkCommand1", "vkCommand2", "vkCommand3", "vkCommand4", "vkCommand6", "vkCommand7", "vkCommand8",
           "vkCommand9", "temakaydetme", "Frame2", "Frame3"},
          {"MSG_KAYDET_ONAY"}},
+        // Escape only empties a filter cell that holds a text.
+        {"urunbul", {{sales, "urunbulmak"}}, {"vkCommand4", "X"}, {}, {}, "TDBGrid1"},
         {"saatt", {{sales, "saat", doublePress}}, {"", "Escape", "X"}},
     };
     return rows;

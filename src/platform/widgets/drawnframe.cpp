@@ -73,8 +73,14 @@ void vkFrame::setLook(FrameRole role) {
         setCornerRadius(0);
         return;
     }
-    setBackcolor1(roleColor(ColorRole::card));
-    setBackcolor2(roleColor(ColorRole::card));
+    const bool page = role == FrameRole::page;
+    if (page) {
+        constexpr int stripHeight = 48;
+        setCornerRadius(0);
+        setTitleHeight(stripHeight);
+    }
+    setBackcolor1(roleColor(page ? ColorRole::ground : ColorRole::card));
+    setBackcolor2(roleColor(page ? ColorRole::ground : ColorRole::card));
     setBordercolor(roleColor(role == FrameRole::alert ? ColorRole::danger : ColorRole::edge));
     setForecolor(roleColor(ColorRole::stripInk));
     setTitlecolor1(roleColor(ColorRole::stripLeft));

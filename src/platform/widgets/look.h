@@ -92,6 +92,7 @@ enum class FrameRole {
     none,      ///< the frame's own colours
     card,      ///< a card on the window's ground, its title in a strip
     alert,     ///< a card that tells of something gone wrong
+    page,      ///< the window's ground, to its edges, with a title strip as high as a touch
     backdrop,  ///< a dark ground that fills its place to the edges
 };
 
