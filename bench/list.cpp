@@ -93,6 +93,8 @@ public:
     void sort(Figures& figures, const Limits& limits) {
         std::vector<double> till;
         std::vector<double> first;
+        std::vector<double> back;
+        std::vector<double> price;
         std::vector<double> ratios;
         for (int i = 0; i < m_rounds; ++i) {
             // A read drops what was worked out before.
@@ -100,16 +102,16 @@ public:
             till.push_back(milliseconds([this] { m_rows.setSort(u"urun ASC"_s); }));
             first.push_back(milliseconds([this] { type(u"s"_s); }));
             type({});
+            back.push_back(milliseconds([this] { m_rows.setSort(u"urun DESC"_s); }));
+            price.push_back(milliseconds([this] { m_rows.setSort(u"satis ASC"_s); }));
             ratios.push_back(till.back() / sortKeys());
         }
         figures.atMost(limits.firstKey, "First key of a filter" + m_name, percentile(first, 0.5), "ms");
         figures.atMost(limits.sort, "Sorting by name" + m_name, percentile(till, 0.5), "ms");
         figures.atMost(1.5, "Sorting by name against sorting the same keys" + m_name, percentile(ratios, 0.5),
                        "×");
-        figures.tell("Sorting by name the other way" + m_name,
-                     milliseconds([this] { m_rows.setSort(u"urun DESC"_s); }), "ms");
-        figures.tell("Sorting by price" + m_name, milliseconds([this] { m_rows.setSort(u"satis ASC"_s); }),
-                     "ms");
+        figures.tell("Sorting by name the other way" + m_name, percentile(back, 0.5), "ms");
+        figures.tell("Sorting by price" + m_name, percentile(price, 0.5), "ms");
     }
 
     void memory(Figures& figures) {
