@@ -65,11 +65,11 @@ QList<ScreenRow> screens() {
         row<frmLogin>("frmLogin", "Kovanix", {}, stays, closes,
                       "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
                       "sifre", {}, login),
-        row<satisekrani>(
-            "satisekrani", "Kovanix Satis", {}, stays, asks,
-            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 kaydet nakit satisiptal fiyatgor urunbulmak "
-            "vkCommand1 vkCommand4 kapat",
-            "barkod adet ver2", {"^r^n listesi"}, sales),
+        row<satisekrani>("satisekrani", "Kovanix Satis", {}, stays, asks,
+                         "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
+                         "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor urunbulmak "
+                         "vkCommand1 vkCommand4 kapat",
+                         "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
         row<tema>("tema", "TEMA", {880, 620}, stays, closes,

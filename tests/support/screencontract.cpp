@@ -12,6 +12,7 @@
 #include "runtime/screen.h"
 #include "widgets/activeresize.h"
 #include "widgets/caption.h"
+#include "widgets/image.h"
 
 namespace kovanix {
 
@@ -84,7 +85,10 @@ QStringList layoutFaults(const Screen& screen) {
         }
         if (cutsItsText(*control))
             faults.append(name + u" cuts its text");
-        const bool pressed = qobject_cast<const QAbstractButton*>(control) || control->focusPolicy() != 0;
+        // A picture that the keyboard doesn't reach is a picture.
+        const bool picture = qobject_cast<const Image*>(control) && control->focusPolicy() == Qt::NoFocus;
+        const bool pressed =
+            (qobject_cast<const QAbstractButton*>(control) && !picture) || control->focusPolicy() != 0;
         if (pressed && place.height() < static_cast<int>(fingerHeight * scale))
             faults.append(name + u" is only " + QString::number(place.height()) + u" high");
         places.append({name, place});

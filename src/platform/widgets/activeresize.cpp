@@ -121,8 +121,12 @@ void ActiveResize::applyScale() {
     m_applying = false;
     // Now, not at the next turn of the event loop: a window that has just been given its size would be
     // painted once with the old places and then again.
-    if (layout() && isVisible())
-        layout()->activate();
+    if (isVisible()) {
+        for (QWidget* control : controls) {
+            if (control->layout())
+                control->layout()->activate();
+        }
+    }
     if (changed)
         Q_EMIT scaled(m_scale);
 }

@@ -218,6 +218,8 @@ void FilterBar::setCount(int count) {
         });
         connect(cell, &FilterCell::entered, this, [this, column] { Q_EMIT entered(column); });
         connect(cell, &FilterCell::leftForRows, this, &FilterBar::leftForRows);
+        // Tab goes from the rows through the cells, whatever was made in between.
+        QWidget::setTabOrder(m_cells.empty() ? parentWidget() : m_cells.back(), cell);
         m_cells.push_back(cell);
     }
     setCellNames(m_gridName);
