@@ -32,8 +32,10 @@ void PaintedHint::paintEvent(QPaintEvent* /*event*/) {
     const QColor ink = roleColor(ColorRole::mutedInk);
     painter.drawPixmap(QPointF(0, (height() - side) / 2),
                        inColor(m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
+    QFont plain = font();
+    plain.setWeight(QFont::Normal);
     FittedText line;
-    line.fit(m_text, font(), std::max(11, static_cast<int>(textPixels * scale)),
+    line.fit(m_text, plain, std::max(11, static_cast<int>(textPixels * scale)),
              QRectF(rect()).adjusted(side + gap * scale, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, 2);
     line.paint(painter, ink);
 }
