@@ -49,18 +49,17 @@ private Q_SLOTS:
     // --- TAMAM
 
     void quantities_data() {
-        addRows<NumbersRow>(
-            {{"a whole number", {"3", "3", "30,00"}},
-             {"a fraction", {"2,5", "2,5", "25,00"}},
-             {"as typed, zeros and all", {"007,50", "007,50", "75,00"}},
-             {"a trailing comma is a number", {"3,", "3,", "30,00"}},
-             {"a leading comma too", {",5", ",5", "5,00"}},
-             {"zero", {"0", "0", "0,00"}},
-             {"three decimals", {"0,125", "0,125", "1,25"}},
-             {"longer than a typed quantity", {"1234567890", "1234567890", "12345678900,00"}},
-             {"emptied", {"", "1", "10,00"}},
-             {"a bare comma", {",", "1", "10,00"}},
-             {"two commas", {"1,2,3", "1", "10,00"}}});
+        addRows<NumbersRow>({{"a whole number", {"3", "3", "30,00"}},
+                             {"a fraction", {"2,5", "2,5", "25,00"}},
+                             {"as typed, zeros and all", {"007,50", "007,50", "75,00"}},
+                             {"a trailing comma is a number", {"3,", "3,", "30,00"}},
+                             {"a leading comma too", {",5", ",5", "5,00"}},
+                             {"zero", {"0", "0", "0,00"}},
+                             {"three decimals", {"0,125", "0,125", "1,25"}},
+                             {"longer than a typed quantity", {"1234567890", "1234567890", "12345678900,00"}},
+                             {"emptied", {"", "1", "10,00"}},
+                             {"a bare comma", {",", "1", "10,00"}},
+                             {"two commas", {"1,2,3", "1", "10,00"}}});
     }
     void quantities() {
         QFETCH(const NumbersRow, row);

@@ -9,7 +9,8 @@ namespace kovanix {
 /// A failed platform operation: what the error handlers of the modules read and show.
 ///
 /// Numbers are the usual ones of Basic run-times where there is one (13 type mismatch, 6
-/// overflow, 9 subscript out of range, 482 printer error); a database engine's failure carries databaseFailure.
+/// overflow, 9 subscript out of range, 482 printer error); a database engine's failure carries
+/// databaseFailure.
 class RuntimeError : public std::exception {
 public:
     static constexpr int overflow = 6;
