@@ -5,9 +5,12 @@
 #include <QMessageBox>
 #include <functional>
 
+#include "catalogue/urunbul.h"
 #include "desktop/focus.h"
 #include "desktop/singleinstance.h"
+#include "rows.h"
 #include "runtests.h"
+#include "runtime/screenregistry.h"
 #include "salesfixture.h"
 #include "virtualdisplay.h"
 
@@ -112,6 +115,31 @@ private Q_SLOTS:
         QCOMPARE(ui().barkod->text(), QString());
     }
 
+    void theFinderTakesAScanAndHandsItOver() {
+        openFinder();
+        typeKeys(goods::tea + u'\n');
+        QTRY_COMPARE_WITH_TIMEOUT(m_shop->lines(), 1, soon);
+        QCOMPARE(m_shop->line(1).first(), goods::tea);
+        QVERIFY(!loaded<urunbul>());
+        // The next customer's scan goes to the ticket.
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        typeKeys(goods::milk + u'\n');
+        QTRY_COMPARE(m_shop->lines(), 2);
+    }
+
+    void leavingTheFinderGivesTheKeyboardBack_data() {
+        addRows<QString>(
+            {{"Escape", QStringLiteral("Escape")}, {"the window's X", QStringLiteral("alt+F4")}});
+    }
+    void leavingTheFinderGivesTheKeyboardBack() {
+        QFETCH(const QString, row);
+        openFinder();
+        pressKeys({row});
+        QTRY_VERIFY(!loaded<urunbul>());
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QCOMPARE(m_shop->lines(), 0);
+    }
+
     void aClosedBoxGivesTheKeyboardBack_data() {
         QTest::addColumn<AClosedBoxGivesTheKeyboardBackRow>("row");
         const auto pressKapat = [](QWidget* (*focused)(const Ui::satisekrani&)) {
@@ -202,6 +230,12 @@ private Q_SLOTS:
     }
 
 private:
+    void openFinder() {
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        ui().urunbulmak->click();
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*screen<urunbul>().ui.TDBGrid1), soon);
+    }
+
     satisekrani& sales() const { return m_shop->sales(); }
     Ui::satisekrani& ui() const { return m_shop->ui(); }
 
