@@ -1,5 +1,7 @@
 #include "child.h"
 
+#include <sstream>
+
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -77,6 +79,15 @@ double millisecondsToReady(const std::vector<std::string>& command) {
     if (milliseconds < 0)
         giveUp("never ready (is a till running?): " + command.front());
     return milliseconds;
+}
+
+double rawListRead(const std::string& folder) {
+    std::istringstream output(outputOf({neighbour("bench_list_raw"), "--folder", folder, "--runs", "2"}));
+    double first = 0;
+    double second = 0;
+    if (!(output >> first >> second))
+        giveUp("bench_list_raw has not read the list");
+    return second;
 }
 
 }  // namespace kovanix::bench

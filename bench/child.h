@@ -15,4 +15,8 @@ std::string outputOf(const std::vector<std::string>& command);
 /// @return milliseconds from before the start to that line
 double millisecondsToReady(const std::vector<std::string>& command);
 
+/// The milliseconds that the engine's own interface takes to read the product list of a shop
+/// (bench_list_raw).
+double rawListRead(const std::string& folder);
+
 }  // namespace kovanix::bench

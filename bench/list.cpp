@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <algorithm>
-#include <sstream>
 
 #include "child.h"
 #include "data/baglanmamodulu.h"
@@ -57,7 +56,7 @@ public:
         std::vector<double> ratios;
         for (int i = 0; i < m_rounds; ++i) {
             till.push_back(milliseconds([this] { fresh().read(m_connection, allProducts); }));
-            raw.push_back(rawRead());
+            raw.push_back(rawListRead(m_folder));
             ratios.push_back(till.back() / raw.back());
         }
         m_name = QString(u", %L1 products"_s).arg(m_rows.totalCount()).toStdString();
@@ -152,16 +151,6 @@ private:
         for (int i = 0; i < m_rounds; ++i)
             times.push_back(milliseconds(step));
         return percentile(times, 0.5);
-    }
-
-    double rawRead() const {
-        std::istringstream output(
-            outputOf({neighbour("bench_list_raw"), "--folder", m_folder, "--runs", "2"}));
-        double first = 0;
-        double second = 0;
-        if (!(output >> first >> second))
-            giveUp("bench_list_raw has not read the list");
-        return second;
     }
 
     /// The milliseconds that the standard library takes to sort the keys of the same names.

@@ -9,7 +9,7 @@ namespace kovanix {
 
 namespace {
 
-void appendLine(const QString& folder, const QString& line) {
+[[maybe_unused]] void appendLine(const QString& folder, const QString& line) {
     QFile log(joinStored(folder, QStringLiteral("\\kovanix_trace.log")));
     // A log that can't be opened or written loses the line: the caller never knows.
     if (log.open(QIODevice::Append))

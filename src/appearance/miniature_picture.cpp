@@ -214,12 +214,16 @@ void MiniaturePainter::paint() {
     for (const Part& each : parts)
         part(each.look, QLatin1StringView(each.control), each.place);
     cash();
-    for (int key = 0; key < 12; ++key)
+    for (int key = 0; key < 12; ++key) {
+        const int row = key / 3;
         part(Look::button, QStringLiteral("tus_%1").arg(key),
-             {847 + 57.0 * (key % 3), 286 + 54.5 * (key / 3), 48, 47});
-    for (int key = 0; key < 8; ++key)
+             {847 + 57.0 * (key % 3), 286 + 54.5 * row, 48, 47});
+    }
+    for (int key = 0; key < 8; ++key) {
+        const int row = key / 4;
         part(Look::plainButton, QStringLiteral("kisayol_%1").arg(key),
-             {586 + 109.7 * (key % 4), 565 + 62.0 * (key / 4), 101, 53});
+             {586 + 109.7 * (key % 4), 565 + 62.0 * row, 101, 53});
+    }
     // The one button of the row that no palette touches.
     const QRectF customers(655, 688, 84, 72);
     const FaceColors navy = faceColors(FaceRole::navy);

@@ -152,7 +152,7 @@ void tema::chooseAskingFirst(Palette palette) {
 void tema::paintSales(Palette palette) {
     sonrenk = temasayisi(QStringLiteral("sonrenk"));
     toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
-    satisekrani& sales = screen<satisekrani>();
+    auto& sales = screen<satisekrani>();
     if (toplamtemadegisken == 0)
         paintTotal(sales, palette);
     paintPalette(sales, palette);

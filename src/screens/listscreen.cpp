@@ -1,7 +1,9 @@
 #include "screens/listscreen.h"
 
+#include <QGuiApplication>
 #include <QLayout>
 #include <QLineEdit>
+#include <QScopeGuard>
 
 #include "data/baglanmamodulu.h"
 #include "database/rowfilter.h"
@@ -74,6 +76,8 @@ void ListScreen::connectData() {
 }
 
 void ListScreen::showRows() {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a second
+    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     attempt([this] { m_controls.grid->setDataSource(*m_controls.data); });
     attempt([this] { m_controls.data->refresh(); });
     attempt([this] { m_controls.grid->refresh(); });

@@ -10,6 +10,7 @@
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
+#include <ranges>
 
 #include "desktop/focus.h"
 
@@ -70,8 +71,8 @@ QWidget* topmostWindow() {
             return last;
     }
     const QWindowList windows = QGuiApplication::topLevelWindows();
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        if (QWidget* widget = widgetOf(*window))
+    for (const QWindow* window : std::views::reverse(windows)) {
+        if (QWidget* widget = widgetOf(window))
             return widget;
     }
     return nullptr;
