@@ -6,7 +6,6 @@
 #include <QScopeGuard>
 
 #include "data/baglanmamodulu.h"
-#include "database/rowfilter.h"
 #include "desktop/focus.h"
 #include "desktop/sendkeys.h"
 #include "runtime/attempt.h"
@@ -40,6 +39,7 @@ void ListScreen::setUpList(const Controls& controls) {
         if (stored.field == m_traits.nameField)
             grid.setNameColumn(i);
     }
+    m_textsInForce = filterTexts();  // none yet
     grid.setEmptyState({m_traits.icon, m_traits.noneYet, m_traits.noneYetHint});
     grid.setNoMatchState(
         {{}, u"Aramaya uyan "_s + m_traits.unit + u" yok"_s, u"Kırmızı alandaki × ile aramayı silin"_s});
@@ -81,6 +81,9 @@ void ListScreen::showRows() {
     attempt([this] { m_controls.grid->setDataSource(*m_controls.data); });
     attempt([this] { m_controls.data->refresh(); });
     attempt([this] { m_controls.grid->refresh(); });
+    // Rows that were read anew keep their filter, unless it could not be set on those of before.
+    if (filterTexts() != m_textsInForce)
+        filter();
     tellCount();
 }
 
@@ -123,31 +126,26 @@ void ListScreen::TDBGrid1_filterchange() {
 }
 
 void ListScreen::filter() {
+    const QStringList texts = filterTexts();
     QList<FilterCell> cells;
-    for (int i = 0; i < m_controls.grid->columnCount(); ++i) {
-        const GridColumn& column = m_controls.grid->column(i);
-        cells.append({column.dataField(), column.filterText()});
-    }
-    attempt([&] { m_controls.data->setFilter(filterText(cells, m_traits.filter)); });
-    markRefusedCells();
+    for (int i = 0; i < texts.size(); ++i)
+        cells.append({m_controls.grid->column(i).dataField(), texts[i]});
+    attempt([&] {
+        m_controls.data->setFilter(filterText(cells, m_traits.filter));
+        m_textsInForce = texts;
+    });
+    // Where the filter is refused, the one of before goes on, and every cell that says something else shows
+    // it.
+    for (int i = 0; i < texts.size(); ++i)
+        m_controls.grid->setFilterRefused(i, texts[i] != m_textsInForce.value(i));
     tellCount();
 }
 
-/// A cell whose term is refused by itself is the reason why the filter is.
-void ListScreen::markRefusedCells() {
-    const RowSet& rows = m_controls.data->recordset();
-    for (int i = 0; i < m_controls.grid->columnCount(); ++i) {
-        const GridColumn& column = m_controls.grid->column(i);
-        bool taken = true;
-        attempt([&] {
-            taken = false;
-            const FilterCell cell{column.dataField(), column.filterText()};
-            const RowFilter term = RowFilter::parse(filterText({cell}, m_traits.filter));
-            rows.find(term, rows.recordCount());  // behind the last row: the term is looked at, no row is
-            taken = true;
-        });
-        m_controls.grid->setFilterRefused(i, !taken);
-    }
+QStringList ListScreen::filterTexts() const {
+    QStringList texts;
+    for (int i = 0; i < m_controls.grid->columnCount(); ++i)
+        texts.append(m_controls.grid->column(i).filterText());
+    return texts;
 }
 
 void ListScreen::tellCount() {

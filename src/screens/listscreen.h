@@ -94,11 +94,12 @@ protected:
 
 private:
     void tellCount();
-    void markRefusedCells();
+    QStringList filterTexts() const;
 
     const ListTraits& m_traits;
     Controls m_controls;
     ListOrder m_order;
+    QStringList m_textsInForce;  ///< the filter cells' texts that the rows answer to
     ColumnWidths m_widths;
 };
 

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void choiceFromAnEmptyList();
     void enterChooses();
     void scanIntoTheOpenList();
+    void enterChoosesNothingWhileACellIsRefused();
     void leaving_data();
     void leaving();
     void escapeClearsAFilterCellFirst();
@@ -238,6 +239,16 @@ void TestUrunbul::scanIntoTheOpenList() {
     m_shop->key(Qt::Key_Return);
     QTRY_COMPARE(m_shop->lines(), 1);
     QCOMPARE(m_shop->line(1).first(), goods::tea);
+}
+
+void TestUrunbul::enterChoosesNothingWhileACellIsRefused() {
+    open();
+    type(2, u"süt"_s);
+    type(3, u"abc"_s);
+    QCOMPARE(names().size(), 1);
+    m_shop->key(Qt::Key_Return);
+    QVERIFY(loaded<urunbul>());
+    QCOMPARE(sales().barkod->text(), QString());
 }
 
 void TestUrunbul::leaving_data() {

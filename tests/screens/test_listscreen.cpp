@@ -141,6 +141,8 @@ private Q_SLOTS:
     void refused_data();
     void refused();
     void refusedUntilMended();
+    void refusedCellsSayWhatIsNotInForce();
+    void filterTypedBeforeTheRowsCame();
     void clearingGivesAllRows();
     void typingGoesOnInTheCell();
     void filterIsntAskedOfTheDatabase();
@@ -453,6 +455,33 @@ void TestListScreen::refusedUntilMended() {
     QTest::keyClick(&cell(4), Qt::Key_Backspace);
     QVERIFY(!grid().isFilterRefused(4));
     QCOMPARE(shown(), QList<int>{2});
+}
+
+void TestListScreen::refusedCellsSayWhatIsNotInForce() {
+    open();
+    type(2, u"süt"_s);
+    type(4, u"abc"_s);
+    QCOMPARE(shown(), QList<int>{2});
+    // The name is given up, but its filter goes on until the price is mended.
+    type(2, u""_s);
+    QCOMPARE(shown(), QList<int>{2});
+    QVERIFY(grid().isFilterRefused(2));
+    QVERIFY(grid().isFilterRefused(4));
+    type(4, u""_s);
+    QCOMPARE(shown(), (QList<int>{1, 2, 3, 4, 5}));
+    QVERIFY(!grid().isFilterRefused(2));
+    QVERIFY(!grid().isFilterRefused(4));
+}
+
+void TestListScreen::filterTypedBeforeTheRowsCame() {
+    m_shop->run(u"ALTER TABLE urunler RENAME TO gone"_s);
+    open();
+    type(2, u"süt"_s);
+    QVERIFY(grid().isFilterRefused(2));
+    m_shop->run(u"ALTER TABLE gone RENAME TO urunler"_s);
+    list().showRows();
+    QCOMPARE(shown(), QList<int>{2});
+    QVERIFY(!grid().isFilterRefused(2));
 }
 
 void TestListScreen::clearingGivesAllRows() {

@@ -1,5 +1,7 @@
 #include "database/bulkwriter.h"
 
+#include <QSqlError>
+
 #include "database/cell.h"
 #include "database/connectionprivate.h"
 #include "database/sqltokens.h"

@@ -1,5 +1,6 @@
 #include "database/rowreader.h"
 
+#include <QSqlError>
 #include <QSqlRecord>
 
 #include "database/connectionprivate.h"

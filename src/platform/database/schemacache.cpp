@@ -1,6 +1,7 @@
 #include "database/schemacache.h"
 
 #include <QRegularExpression>
+#include <QSqlError>
 #include <algorithm>
 #include <utility>
 

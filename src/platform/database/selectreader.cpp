@@ -1,5 +1,6 @@
 #include "database/selectreader.h"
 
+#include <QSqlError>
 #include <QSqlRecord>
 #include <algorithm>
 #include <cmath>

@@ -10,7 +10,6 @@
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
-#include <ranges>
 
 #include "desktop/focus.h"
 
@@ -71,8 +70,8 @@ QWidget* topmostWindow() {
             return last;
     }
     const QWindowList windows = QGuiApplication::topLevelWindows();
-    for (const QWindow* window : std::views::reverse(windows)) {
-        if (QWidget* widget = widgetOf(window))
+    for (qsizetype i = windows.size() - 1; i >= 0; --i) {
+        if (QWidget* widget = widgetOf(windows[i]))
             return widget;
     }
     return nullptr;

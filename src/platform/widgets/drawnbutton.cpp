@@ -136,6 +136,14 @@ void DrawnButton::setFontsize(int points) {
     update();
 }
 
+void DrawnButton::setIconAbove(bool above) {
+    if (m_iconAbove == above)
+        return;
+    m_iconAbove = above;
+    m_arrangement->key = {};
+    update();
+}
+
 void DrawnButton::setCaptionAlignment(Qt::Alignment alignment) {
     if (m_captionAlignment == alignment)
         return;
@@ -204,8 +212,8 @@ void DrawnButton::arrange() {
     if (!icon().isNull() && box.width() >= 1 && box.height() >= 1) {
         const bool alone = m_caption.trimmed().isEmpty();
         const QSizeF given = QSizeF(iconSize()) * scale;
-        const double textRoom = 2.2 * std::min(wanted, 40);
-        const bool above = !alone && box.height() >= given.height() + textRoom;
+        const double textRoom = (m_iconAbove ? 1.3 : 2.2) * std::min(wanted, 40);
+        const bool above = !alone && (m_iconAbove || box.height() >= given.height() + textRoom);
         QSizeF room = box.size();
         if (above)
             room.setHeight(room.height() - textRoom);

@@ -29,6 +29,7 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(QColor forecolor READ forecolor WRITE setForecolor)
     Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
+    Q_PROPERTY(bool iconAbove READ isIconAbove WRITE setIconAbove)
     Q_PROPERTY(Qt::Alignment captionAlignment READ captionAlignment WRITE setCaptionAlignment)
 
 public:
@@ -64,6 +65,11 @@ public:
     /// touched by the resizing container.
     int fontsize() const { return m_fontsize; }
     void setFontsize(int points);
+
+    /// Whether the icon stands above the caption on a button too low for two lines below it: for captions of
+    /// one line.
+    bool isIconAbove() const { return m_iconAbove; }
+    void setIconAbove(bool above);
 
     Qt::Alignment captionAlignment() const { return m_captionAlignment; }
     void setCaptionAlignment(Qt::Alignment alignment);
@@ -107,6 +113,7 @@ private:
     QColor m_backcolorpushed2;
     QColor m_forecolor;
     int m_fontsize = 0;
+    bool m_iconAbove = false;
     Qt::Alignment m_captionAlignment = Qt::AlignCenter;
     QString m_givenName;  // the accessible name that follows the caption or tip
     std::unique_ptr<Arrangement> m_arrangement;

@@ -118,6 +118,8 @@ QString scrollBarStyle(double scale, Tone tone) {
         return QString::number(static_cast<int>(std::lround(length * scale)));
     };
     const QColor line = roleColor(ColorRole::fieldLine, tone);
+    const int thumb = scaled(28).toInt() - 2 * scaled(6).toInt();
+    const int radius = thumb / 2;
     // The radius has to stay below half of the thumb, or the toolkit leaves the corners square.
     return QStringLiteral(
                "QScrollBar:vertical { width: %1px; background: %2; border: none; margin: 0; }"
@@ -128,8 +130,8 @@ QString scrollBarStyle(double scale, Tone tone) {
                "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
                "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }")
         .arg(scaled(28), roleColor(ColorRole::ground, tone).name(),
-             mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), scaled(8), scaled(44), scaled(4),
-             scaled(6), line.name());
+             mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), QString::number(radius), scaled(44),
+             scaled(4), scaled(6), line.name());
 }
 
 void paintMagnifier(QPainter& painter, const QRectF& box, const QColor& color) {

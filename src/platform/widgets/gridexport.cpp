@@ -3,6 +3,7 @@
 #include <QSaveFile>
 
 #include "runtime/runtimeerror.h"
+#include "values/numbers.h"
 #include "widgets/gridmodel.h"
 #include "widgets/tdbgrid.h"
 
@@ -54,7 +55,8 @@ void TDBGrid::exportToFile(const QString& path, const QString& width) const {
             fail(file, path);
         pending.clear();
     };
-    const auto cell = [&](bool number, const QString& text) {
+    const auto cell = [&](bool numbers, const QString& text) {
+        const bool number = numbers && isNumeric(text);  // a column of numbers may hold a text
         // Spreadsheets know the one or the other way of saying that a cell is text.
         pending += number ? u"<td class=\"n\">" : u"<td class=\"t\" sdnum=\"1055;0;@\">";
         appendEscaped(pending, number ? QStringView(text).trimmed() : QStringView(text));

@@ -42,6 +42,10 @@ struct GridLayout {
         const int padding = scaled(isDense() ? 6 : 8);
         return cell.adjusted(column == 0 ? scaled(10) : padding, 0, -padding, 0);
     }
+    /// The same for what stands at the left: the next column's own padding keeps them apart.
+    QRect leftTextRoom(int column, const QRect& cell) const {
+        return textRoom(column, cell).adjusted(0, 0, scaled(isDense() ? 4 : 6), 0);
+    }
     /// The column at a place of the rows; -1 outside of all.
     int columnAt(int x) const {
         const auto next = std::upper_bound(edges.begin(), edges.end(), x);

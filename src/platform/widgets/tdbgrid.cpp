@@ -312,6 +312,11 @@ void TDBGrid::typedInto(int column) {
 }
 
 void TDBGrid::enteredIn(int) {
+    // While a cell isn't in force, the one row that is left may be the answer to another search.
+    for (int column = 0; column < columnCount(); ++column) {
+        if (isFilterRefused(column))
+            return;
+    }
     if (m_rows->rowCount() != 1)
         return;
     moveTo(0, m_col);

@@ -29,8 +29,8 @@ class GridRim;
 /// height and none is ever cut; the columns fill the view exactly.
 ///
 /// Characters typed while the rows have the focus begin a search: see setScanColumn. Enter on a row acts as a
-/// double click, and so does Enter in a filter cell once one row is left. Escape empties a filter cell; one
-/// that is empty leaves the key to the screen.
+/// double click, and so does Enter in a filter cell once one row is left and every cell is in force. Escape
+/// empties a filter cell; one that is empty leaves the key to the screen.
 class TDBGrid : public QAbstractItemView {
     Q_OBJECT
     Q_PROPERTY(QStringList footerTexts READ footerTexts)

@@ -72,8 +72,9 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
         const bool number = m_rows->isNumber(column);
         const QString text = m_rows->text(row, column);
         // A format may end in a blank: the figures stand below the heading's edge all the same.
-        paintCellText(painter, m_layout.textRoom(column, cell), number ? text.trimmed() : text,
-                      number ? Qt::AlignRight : Qt::AlignLeft, number ? CellText::number : CellText::name);
+        paintCellText(painter, number ? m_layout.textRoom(column, cell) : m_layout.leftTextRoom(column, cell),
+                      number ? text.trimmed() : text, number ? Qt::AlignRight : Qt::AlignLeft,
+                      number ? CellText::number : CellText::name);
     }
     if (!hasFocus() || currentIndex().row() != row || m_col >= m_layout.columns())
         return;
