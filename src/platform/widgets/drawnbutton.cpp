@@ -228,7 +228,8 @@ void DrawnButton::arrange() {
         } else if (above) {
             // Icon and caption together stand in the middle of the face.
             const double textHeight =
-                std::min(box.height() - real.height(), 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
+                std::min(box.height() - real.height(),
+                         m_iconAbove ? 1.5 * wanted : 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
             const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
             parts.icon.moveTopLeft(QPointF(box.center().x() - real.width() / 2, top));
             box.setTop(parts.icon.bottom());

@@ -186,13 +186,15 @@ void TDBGrid::changeEvent(QEvent* event) {
         layOutColumns();
 }
 
-// Not the view's own: it would make the first row the current one unasked.
+// Not the item view's own: it would make the first row the current one unasked.
 void TDBGrid::focusInEvent(QFocusEvent* event) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
 }
 
 void TDBGrid::focusOutEvent(QFocusEvent* event) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractScrollArea::focusOutEvent(event);
     viewport()->update();
 }

@@ -74,6 +74,17 @@ private Q_SLOTS:
                  }));
     }
 
+    void aTextInAColumnOfNumbersIsText() {
+        ProductList list(1);
+        list.file.execute({u"UPDATE urunler SET satis = '=2+3'"_s});
+        list.source.refresh();
+        const QString path = list.file.folder() + u"/urun raporu.xls"_s;
+        list.grid.exportToFile(path);
+        const QByteArray html = contents(path);
+        QVERIFY(html.contains("<td class=\"t\" sdnum=\"1055;0;@\">=2+3</td>"));
+        QVERIFY(html.contains("<td class=\"n\">1,25</td>"));
+    }
+
     void onlyWhatIsShown() {
         ProductList list(30);
         list.source.setSort(u"no DESC"_s);
