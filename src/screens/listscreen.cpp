@@ -113,7 +113,7 @@ void ListScreen::TDBGrid1_headclick(int column) {
     const QString sort = m_order.press(grid.column(column).dataField());
     attempt([&] { m_controls.data->setSort(sort); });
     grid.setSortMark(column, m_order.direction == u"DESC" ? Qt::DescendingOrder : Qt::AscendingOrder);
-    sendKey(Qt::Key_Right);  // one cell on: so it is required
+    sendKey(Qt::Key_Right);  // every sort steps one cell on: that is required
 }
 
 void ListScreen::TDBGrid1_filterchange() {
@@ -138,7 +138,6 @@ void ListScreen::filter() {
     // it.
     for (int i = 0; i < texts.size(); ++i)
         m_controls.grid->setFilterRefused(i, texts[i] != m_textsInForce.value(i));
-    tellCount();
 }
 
 QStringList ListScreen::filterTexts() const {
