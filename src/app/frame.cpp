@@ -1,7 +1,6 @@
 #include "app/frame.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFont>
 #include <QLibraryInfo>
 #include <QPalette>
@@ -52,13 +51,6 @@ void prepareApplication() {
     // No display name: the toolkit would append it to every window title.
     QApplication::setDesktopFileName(QStringLiteral("kovanix"));
     QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
-    for (const QString& place :
-         {QStringLiteral("plugins"), QStringLiteral("../" KOVANIX_LIBDIR "/kovanix/plugins")}) {
-        const QDir plugins(QDir(QApplication::applicationDirPath()).filePath(place));
-        if (plugins.exists())
-            QApplication::addLibraryPath(plugins.absolutePath());
-    }
-
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(shopPalette());
     QFont font;

@@ -45,11 +45,6 @@ void tell(QTextStream& out, const ShopPlan& plan, const ShopSummary& made) {
 int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kovanix-demo-shop"));
-    for (const QString& place : {QStringLiteral("plugins"), QStringLiteral("../lib/kovanix/plugins")}) {
-        const QDir plugins(QDir(QCoreApplication::applicationDirPath()).filePath(place));
-        if (plugins.exists())
-            QCoreApplication::addLibraryPath(plugins.absolutePath());
-    }
     QTextStream out(stdout);
     QTextStream errors(stderr);
 

@@ -1,5 +1,7 @@
 #include "database/connection.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlDatabase>
@@ -69,6 +71,18 @@ const QString catalogueProbe = u"SELECT count(*) FROM sqlite_master"_s;
 // In the file's header, where the engine leaves a number to the program: "KVX".
 constexpr int networkMark = 0x4B5658;
 
+/// Whether the toolkit has a driver, which may lie beside the program as built or as installed.
+bool findDriver(const QString& driver) {
+    if (QSqlDatabase::isDriverAvailable(driver))
+        return true;
+    for (const QString& place : {u"plugins"_s, u"../" KOVANIX_LIBDIR "/kovanix/plugins"_s}) {
+        const QDir plugins(QDir(QCoreApplication::applicationDirPath()).filePath(place));
+        if (plugins.exists())
+            QCoreApplication::addLibraryPath(plugins.absolutePath());
+    }
+    return QSqlDatabase::isDriverAvailable(driver);
+}
+
 }  // namespace
 
 void setNetworkFileTest(std::function<bool(const QString& path)> test) {
@@ -122,9 +136,9 @@ void ConnectionCore::makeDurable() {}
 
 void ConnectionCore::openDatabase(const ConnectionString& parts) {
     hasPassword = !parts.password.isEmpty();
-    const QString driver = hasPassword ? u"QSQLCIPHER"_s : u"QSQLITE"_s;
+    const QString driver = hasPassword ? u"QSQLCIPHER"_s : u"KOVANIXSQLITE"_s;
     engine = hasPassword ? u"SQLCipher"_s : u"SQLite"_s;
-    if (!QSqlDatabase::isDriverAvailable(driver))
+    if (!findDriver(driver))
         throw failure(Kind::other, u"The database driver %1 is not installed."_s.arg(driver));
     // An empty path would have the engine make a temporary database, and a folder or a missing file is
     // answered here in the words that the engine has for both.

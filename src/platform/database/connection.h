@@ -29,8 +29,8 @@ struct TableInfo {
     QString type;  ///< "TABLE", "VIEW" or "SYSTEM TABLE"
 };
 
-/// One connection to a database file: plain files through the toolkit's SQLite driver, files with a password
-/// through the QSQLCIPHER driver.
+/// One connection to a database file: plain files through the driver KOVANIXSQLITE, files with a password
+/// through QSQLCIPHER.
 ///
 /// Every operation but close and isOpen throws a DatabaseError (databaseFailure, the engine's own words, the
 /// engine's name as source) when it fails. Statements are in the modules' SQL (see dialect.h). No operation

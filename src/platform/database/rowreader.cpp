@@ -2,10 +2,12 @@
 
 #include <QSqlError>
 #include <QSqlRecord>
+#include <QSqlResult>
+#include <utility>
 
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
-#include "database/sqltokens.h"
+#include "database/driver/rowcursor.h"
 
 namespace kovanix {
 
@@ -16,10 +18,22 @@ using namespace Qt::StringLiterals;
 // Some milliseconds each: a writer on a shared drive waits no longer.
 constexpr qsizetype chunkRows = 20000;
 
-/// Whether a select asks for all columns by its star and nothing else.
-bool asksForAll(const SqlTokens& tokens) {
-    return tokens.isWord(0, "SELECT"_L1) && tokens.isSign(1, u'*') && tokens.isWord(2, "FROM"_L1);
-}
+/// The rows of a query, without a QVariant for each cell.
+class Rows {
+public:
+    explicit Rows(QSqlQuery query)
+        : m_query(std::move(query)), m_cursor(*m_query.result()->handle().value<engine::RowCursor*>()) {}
+
+    bool next() { return m_cursor.nextRow(); }
+    QSqlError error() const { return m_query.lastError(); }
+    QSqlRecord record() const { return m_query.record(); }
+    /// A cell of the current row; its bytes are gone with the next row.
+    engine::Cell cell(int field) const { return m_cursor.cell(field); }
+
+private:
+    QSqlQuery m_query;
+    engine::RowCursor& m_cursor;
+};
 
 class Reader {
 public:
@@ -30,9 +44,9 @@ public:
             if (const auto select = dialect::tableSelect(m_sql)) {
                 m_table.name = select->table;
                 m_shape = m_core.schema.shape(m_core, select->table);
+                m_allColumns = select->allColumns;
             }
             if (!m_shape.identity.isEmpty() && chunkSql(std::nullopt)) {
-                nameColumns();
                 readChunks();
             } else {
                 readAtOnce();
@@ -49,83 +63,71 @@ private:
         return dialect::translateAfterRow(m_sql, m_shape.identity, {afterRow, {}, chunkRows});
     }
 
-    /// Names the columns behind a star, and has texts come as the bytes that they are: the engine and the
-    /// driver would make UTF-16 of each for nothing. A counter that is the rows' identity need not come
-    /// twice.
-    void nameColumns() {
-        SqlTokens tokens(m_sql);
-        if (!asksForAll(tokens))
-            return;
-        QStringList list;
-        for (const TableColumn& column : std::as_const(m_shape.columns)) {
-            const QString name = quotedSqlName(column.name);
-            if (column.type == ColumnType::counter) {
-                m_table.columns.emplace_back(column.name, m_table.identities);
-                continue;
-            }
-            m_table.columns.emplace_back(column.name, column.type);
-            list.append(column.type == ColumnType::text ? u"CAST(%1 AS BLOB)"_s.arg(name) : name);
-        }
-        tokens[1].text = list.isEmpty() ? u"NULL"_s : list.join(u", "_s);
-        m_sql = tokens.text();
-    }
-
-    void takeColumns(const QSqlRecord& record, int count) {
+    /// @param identified  whether the rows come with their identities
+    void takeColumns(const QSqlRecord& record, int count, bool identified) {
         if (!m_table.columns.empty())
             return;
         for (int i = 0; i < count; ++i) {
-            const qsizetype place = m_shape.indexOf(record.fieldName(i));
-            m_table.columns.emplace_back(
-                record.fieldName(i), place < 0 ? std::nullopt : std::optional(m_shape.columns[place].type));
+            const QString name = record.fieldName(i);
+            const qsizetype place = m_shape.indexOf(name);
+            const auto type = place < 0 ? std::nullopt : std::optional(m_shape.columns[place].type);
+            // The counter is the rows' identity and needs no memory of its own. In a list of columns its name
+            // may stand for something else.
+            if (type == ColumnType::counter && identified && m_allColumns)
+                m_table.columns.emplace_back(name, m_table.identities);
+            else
+                m_table.columns.emplace_back(name, type);
         }
     }
 
     void readChunks() {
         std::optional<qint64> afterRow;
         for (bool more = true; more;) {
-            QSqlQuery query = m_core.run(*chunkSql(afterRow));
-            const QSqlRecord record = query.record();
+            Rows rows(m_core.run(*chunkSql(afterRow)));
+            const QSqlRecord record = rows.record();
             const int identity = record.count() - 1;
-            takeColumns(record, identity);
-            qsizetype rows = 0;
-            for (; next(query); ++rows) {
-                appendCells(query);
-                m_table.identities->append(query.value(identity).toLongLong());
+            takeColumns(record, identity, true);
+            qsizetype count = 0;
+            for (; next(rows); ++count) {
+                appendCells(rows);
+                m_table.identities->append(rows.cell(identity).whole);
             }
-            more = rows == chunkRows;
+            more = count == chunkRows;
             if (more)
                 afterRow = m_table.identities->back();
         }
     }
 
     void readAtOnce() {
-        QSqlQuery query = m_core.run(dialect::translate(m_sql, m_shape.identity));
-        const QSqlRecord record = query.record();
-        takeColumns(record, record.count());
-        while (next(query)) {
-            appendCells(query);
+        Rows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
+        const QSqlRecord record = rows.record();
+        takeColumns(record, record.count(), false);
+        while (next(rows)) {
+            appendCells(rows);
             m_table.identities->append(static_cast<qint64>(m_table.identities->size()) + 1);
         }
     }
 
-    bool next(QSqlQuery& query) const {
-        const bool row = query.next();
-        if (!row && query.lastError().isValid())
-            throw m_core.failure(query.lastError());
+    bool next(Rows& rows) const {
+        const bool row = rows.next();
+        if (!row && rows.error().isValid())
+            throw m_core.failure(rows.error());
         return row;
     }
 
-    void appendCells(QSqlQuery& query) {
-        int cell = 0;
+    void appendCells(Rows& rows) {
+        int field = 0;
         for (RowColumn& column : m_table.columns) {
             if (!column.isIdentity())
-                column.append(query.value(cell++));
+                column.append(rows.cell(field));
+            ++field;
         }
     }
 
     ConnectionCore& m_core;
     QString m_sql;
     TableShape m_shape;
+    bool m_allColumns = false;
     RowTable m_table;
 };
 

@@ -12,20 +12,20 @@ namespace kovanix {
 
 namespace {
 
+using engine::Cell;
+
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 
-bool isWhole(const QVariant& cell) {
-    return cell.typeId() == QMetaType::LongLong || cell.typeId() == QMetaType::Int;
+bool isNumber(const QVariant& cell) {
+    return cell.typeId() == QMetaType::Double || cell.typeId() == QMetaType::LongLong;
 }
 
-bool isNumber(const QVariant& cell) {
-    return cell.typeId() == QMetaType::Double || isWhole(cell);
+bool isNumber(const Cell& cell) {
+    return cell.type == Cell::Type::real || cell.type == Cell::Type::whole;
 }
 
 QString bareText(const QVariant& cell) {
-    if (cell.typeId() == QMetaType::Double)
-        return numberText(cell.toDouble());
-    return cell.typeId() == QMetaType::QByteArray ? QString::fromUtf8(cell.toByteArray()) : cell.toString();
+    return cell.typeId() == QMetaType::Double ? numberText(cell.toDouble()) : cell.toString();
 }
 
 QString decoded(std::string_view text) {
@@ -43,25 +43,8 @@ RowColumn::RowColumn(QString name, std::shared_ptr<PlainArray<qint64>> identitie
       m_isIdentity(true),
       m_counters(std::move(identities)) {}
 
-/// Takes a cell of the type that its column's cells have, which nearly all are; tells whether it was one.
-bool RowColumn::appendUsual(const QVariant& cell) {
-    const int type = cell.typeId();
-    if (m_type == ColumnType::number && type == QMetaType::Double && !cell.isNull()) {
-        m_numbers.append(*static_cast<const double*>(cell.constData()));
-        return true;
-    }
-    if (m_type == ColumnType::text && type == QMetaType::QByteArray && !cell.isNull()) {
-        const auto& bytes = *static_cast<const QByteArray*>(cell.constData());
-        m_texts.append({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-        return true;
-    }
-    return false;
-}
-
-void RowColumn::append(const QVariant& cell) {
-    if (appendUsual(cell))
-        return;
-    if (!m_type && !cell.isNull())
+void RowColumn::append(const Cell& cell) {
+    if (!m_type && cell.type != Cell::Type::null)
         decideType(cell);
     switch (type()) {
         case ColumnType::text:
@@ -77,7 +60,7 @@ void RowColumn::append(const QVariant& cell) {
     }
 }
 
-void RowColumn::decideType(const QVariant& cell) {
+void RowColumn::decideType(const Cell& cell) {
     m_type = isNumber(cell) ? ColumnType::number : ColumnType::text;
     if (m_type == ColumnType::number) {
         for (std::size_t row = 0; row < m_texts.count(); ++row)
@@ -87,41 +70,40 @@ void RowColumn::decideType(const QVariant& cell) {
     }
 }
 
-void RowColumn::keepApart(const QVariant& cell) {
-    m_oddCells.emplace_back(static_cast<std::uint32_t>(count()), cell);
+void RowColumn::keepApart(const Cell& cell) {
+    const QVariant value = cell.type == Cell::Type::whole  ? QVariant(cell.whole)
+                           : cell.type == Cell::Type::real ? QVariant(cell.real)
+                                                           : QVariant(decoded(cell.bytes));
+    m_oddCells.emplace_back(static_cast<std::uint32_t>(count()), value);
 }
 
-void RowColumn::appendText(const QVariant& cell) {
-    if (cell.isNull()) {
+void RowColumn::appendText(const Cell& cell) {
+    if (cell.type == Cell::Type::null) {
         m_nulls.resize(m_texts.count());
         m_nulls.push_back(true);
-        m_texts.append({});
     } else if (isNumber(cell)) {
         keepApart(cell);
-        m_texts.append({});
-    } else {
-        const QByteArray bytes =
-            cell.typeId() == QMetaType::QByteArray ? cell.toByteArray() : cell.toString().toUtf8();
-        m_texts.append({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     }
+    m_texts.append(cell.bytes);
 }
 
-void RowColumn::appendNumber(const QVariant& cell) {
+void RowColumn::appendNumber(const Cell& cell) {
     constexpr qint64 largestExact = qint64{1} << std::numeric_limits<double>::digits;
-    const bool tooLong = isWhole(cell) && std::abs(cell.toDouble()) > static_cast<double>(largestExact);
+    const bool tooLong =
+        cell.type == Cell::Type::whole && (cell.whole > largestExact || cell.whole < -largestExact);
     if (isNumber(cell) && !tooLong) {
-        m_numbers.append(cell.toDouble());
+        m_numbers.append(cell.type == Cell::Type::real ? cell.real : static_cast<double>(cell.whole));
         return;
     }
-    if (!cell.isNull())
+    if (cell.type != Cell::Type::null)
         keepApart(cell);
     m_numbers.append(noNumber);
 }
 
-void RowColumn::appendCounter(const QVariant& cell) {
-    if (!isWhole(cell))
+void RowColumn::appendCounter(const Cell& cell) {
+    if (cell.type != Cell::Type::whole && cell.type != Cell::Type::null)
         keepApart(cell);
-    m_counters->append(isWhole(cell) ? cell.toLongLong() : 0);
+    m_counters->append(cell.whole);
 }
 
 void RowColumn::finish() {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "database/driver/rowcursor.h"
 #include "database/plainarray.h"
 #include "database/rowbits.h"
 #include "database/tableshape.h"
@@ -29,8 +30,8 @@ public:
     /// Whether it holds the rows' identities, and takes no cells.
     bool isIdentity() const { return m_isIdentity; }
 
-    /// Takes the cell of the next row as the driver gives it; a text also as bytes in UTF-8.
-    void append(const QVariant& cell);
+    /// Takes the cell of the next row as the driver gives it.
+    void append(const engine::Cell& cell);
     /// Gives back the memory that was put by for more rows.
     void finish();
 
@@ -52,12 +53,11 @@ public:
     const TextStore& searchTexts() const;
 
 private:
-    bool appendUsual(const QVariant& cell);
-    void appendText(const QVariant& cell);
-    void appendNumber(const QVariant& cell);
-    void appendCounter(const QVariant& cell);
-    void decideType(const QVariant& cell);
-    void keepApart(const QVariant& cell);
+    void appendText(const engine::Cell& cell);
+    void appendNumber(const engine::Cell& cell);
+    void appendCounter(const engine::Cell& cell);
+    void decideType(const engine::Cell& cell);
+    void keepApart(const engine::Cell& cell);
     bool isText() const { return type() == ColumnType::text || type() == ColumnType::moment; }
 
     QString m_name;

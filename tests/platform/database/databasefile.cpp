@@ -11,9 +11,11 @@ namespace kovanix {
 
 using namespace Qt::StringLiterals;
 
-RawDatabase::RawDatabase(const QString& path, const QString& password, std::chrono::milliseconds busyTimeout)
+RawDatabase::RawDatabase(const QString& path, const QString& password, const QString& driver,
+                         std::chrono::milliseconds busyTimeout)
     : m_name(QUuid::createUuid().toString()) {
-    m_database = QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, m_name);
+    const QString usual = password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s;
+    m_database = QSqlDatabase::addDatabase(driver.isEmpty() ? usual : driver, m_name);
     const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
     m_database.setDatabaseName(u"file:"_s + escaped);
     m_database.setPassword(password);
@@ -83,6 +85,10 @@ DatabaseFile::DatabaseFile(const QString& password)
     if (!file.open(QIODevice::WriteOnly)) {
         qFatal("no file in the temporary folder");
     }
+}
+
+QString DatabaseFile::driver(const QString& password) {
+    return password.isEmpty() ? u"KOVANIXSQLITE"_s : u"QSQLCIPHER"_s;
 }
 
 QString DatabaseFile::source() const {

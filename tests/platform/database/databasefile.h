@@ -19,7 +19,8 @@ namespace kovanix {
 /// A connection of the toolkit, past everything of ours: the second opinion on what a file holds.
 class RawDatabase {
 public:
-    RawDatabase(const QString& path, const QString& password,
+    /// @param driver  by its name; the toolkit's own where there is one for such a file
+    RawDatabase(const QString& path, const QString& password, const QString& driver = {},
                 std::chrono::milliseconds busyTimeout = std::chrono::milliseconds(0));
     ~RawDatabase();
     RawDatabase(const RawDatabase&) = delete;
@@ -58,6 +59,8 @@ public:
     const QString& path() const { return m_path; }
     const QString& password() const { return m_password; }
     QString source() const;
+    /// The name of the till's driver for files with such a password.
+    static QString driver(const QString& password);
     QString connectionString() const { return connectionString(m_path, m_password); }
     static QString connectionString(const QString& path, const QString& password);
 

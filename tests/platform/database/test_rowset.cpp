@@ -297,7 +297,7 @@ void TestRowSet::letsWritersInBetweenItsChunks() {
     std::atomic<bool> done = false;
     bool written = true;
     std::jthread writer([&] {
-        RawDatabase database(m_file->path(), m_file->password(), 5s);
+        RawDatabase database(m_file->path(), m_file->password(), {}, 5s);
         for (int last = 0; !done && written; std::this_thread::yield()) {
             const int read = reads;
             if (read == last || read % 2 == 0)

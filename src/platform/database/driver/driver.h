@@ -5,13 +5,13 @@
 
 #include "database.h"
 
-namespace kovanix::sqlcipher {
+namespace kovanix::engine {
 
-/// The toolkit's driver over libsqlcipher.
+/// A driver of the toolkit over the engine that this build has: files with a password, or files without.
 ///
-/// The database name is a path, or a file: URI with the option QSQLITE_OPEN_URI; the password is the file's.
-/// Further options are those of the toolkit's driver for plain files: QSQLITE_BUSY_TIMEOUT (milliseconds) and
-/// QSQLITE_OPEN_READONLY. An empty password is refused: the file would be written in the clear.
+/// The database name is a path, or a file: URI with the option QSQLITE_OPEN_URI. Further options are those of
+/// the toolkit's own driver: QSQLITE_BUSY_TIMEOUT (milliseconds) and QSQLITE_OPEN_READONLY. An empty password
+/// is refused where files have one (the file would be written in the clear), any other where they have none.
 class Driver : public QSqlDriver {
     Q_OBJECT
 
@@ -40,4 +40,4 @@ private:
     std::shared_ptr<Database> m_database;
 };
 
-}  // namespace kovanix::sqlcipher
+}  // namespace kovanix::engine

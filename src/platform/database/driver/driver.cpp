@@ -8,7 +8,7 @@
 
 #include "result.h"
 
-namespace kovanix::sqlcipher {
+namespace kovanix::engine {
 
 namespace {
 
@@ -107,8 +107,9 @@ bool Driver::open(const QString& db, const QString& /*user*/, const QString& pas
     if (!read) {
         return refuse({u"Unknown connection option"_s, options, QSqlError::ConnectionError});
     }
-    if (password.isEmpty()) {
-        return refuse({u"Error opening database"_s, u"A password is required"_s, QSqlError::ConnectionError});
+    if (password.isEmpty() == encrypts) {
+        const QString words = encrypts ? u"A password is required"_s : u"A password can't be used"_s;
+        return refuse({u"Error opening database"_s, words, QSqlError::ConnectionError});
     }
     if (const QSqlError error = m_database->open(db, password, *read); error.isValid()) {
         return refuse(error);
@@ -219,4 +220,4 @@ QString Driver::escapeIdentifier(const QString& identifier, IdentifierType /*typ
     return u'"' + name + u'"';
 }
 
-}  // namespace kovanix::sqlcipher
+}  // namespace kovanix::engine

@@ -17,8 +17,8 @@ const QString password = u"gizli"_s;
 
 }  // namespace
 
-/// The driver by itself, as the toolkit uses it.
-class TestSqlCipher : public QObject {
+/// The driver by itself, in both its builds, as the toolkit uses it.
+class TestDriver : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -27,19 +27,29 @@ private Q_SLOTS:
     void opensOlderFormats();
     void refusesToOpen_data();
     void refusesToOpen();
+    void bindsByPosition_data() { DatabaseFile::bothKinds(); }
     void bindsByPosition();
+    void bindsByName_data() { DatabaseFile::bothKinds(); }
     void bindsByName();
+    void countsBindings_data() { DatabaseFile::bothKinds(); }
     void countsBindings();
+    void readsForwardOnly_data() { DatabaseFile::bothKinds(); }
     void readsForwardOnly();
+    void readsInAnyDirection_data() { DatabaseFile::bothKinds(); }
     void readsInAnyDirection();
+    void reportsErrors_data() { DatabaseFile::bothKinds(); }
     void reportsErrors();
+    void runsTransactions_data() { DatabaseFile::bothKinds(); }
     void runsTransactions();
+    void describesTables_data() { DatabaseFile::bothKinds(); }
     void describesTables();
+    void quotesNames_data() { DatabaseFile::bothKinds(); }
     void quotesNames();
+    void endsStatements_data() { DatabaseFile::bothKinds(); }
     void endsStatements();
 };
 
-void TestSqlCipher::encryptsTheFile() {
+void TestDriver::encryptsTheFile() {
     const DatabaseFile file(password);
     {
         RawDatabase raw(file.path(), password);
@@ -53,7 +63,7 @@ void TestSqlCipher::encryptsTheFile() {
     QVERIFY(!content.contains("ordinary") && !content.contains("CREATE"));
 }
 
-void TestSqlCipher::opensOlderFormats_data() {
+void TestDriver::opensOlderFormats_data() {
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QString>("rounds");
     QTest::newRow("release 2") << QStringList{u"PRAGMA kdf_iter = 4000"_s} << u"4000"_s;
@@ -62,7 +72,7 @@ void TestSqlCipher::opensOlderFormats_data() {
     QTest::newRow("default") << QStringList() << u"64000"_s;
 }
 
-void TestSqlCipher::opensOlderFormats() {
+void TestDriver::opensOlderFormats() {
     QFETCH(const QStringList, settings);
     QFETCH(const QString, rounds);
     const DatabaseFile file(password);
@@ -87,7 +97,7 @@ void TestSqlCipher::opensOlderFormats() {
     QCOMPARE(error->description(), u"file is encrypted or is not a database"_s);
 }
 
-void TestSqlCipher::refusesToOpen_data() {
+void TestDriver::refusesToOpen_data() {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("options");
     QTest::addColumn<QString>("words");
@@ -100,7 +110,7 @@ void TestSqlCipher::refusesToOpen_data() {
                            << QString();
 }
 
-void TestSqlCipher::refusesToOpen() {
+void TestDriver::refusesToOpen() {
     const DatabaseFile file(password);
     QVERIFY(RawDatabase(file.path(), password).run(u"CREATE TABLE t (a)"_s));
     const QString name = u"refuses"_s;
@@ -123,9 +133,9 @@ void TestSqlCipher::refusesToOpen() {
     QSqlDatabase::removeDatabase(name);
 }
 
-void TestSqlCipher::bindsByPosition() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::bindsByPosition() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QVERIFY(raw.run(u"CREATE TABLE t (a, b, c)"_s));
     QSqlQuery query(raw.database());
     QVERIFY(query.prepare(u"INSERT INTO t VALUES (?, ?, ?)"_s));
@@ -143,9 +153,9 @@ void TestSqlCipher::bindsByPosition() {
     QVERIFY(!query.isSelect());
 }
 
-void TestSqlCipher::bindsByName() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::bindsByName() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QSqlQuery query(raw.database());
     QVERIFY(query.prepare(u"SELECT :b, ':x', :a, :b, [a?] FROM (SELECT 1 AS [a?])"_s));
     query.bindValue(u":a"_s, u"ilk"_s);
@@ -158,9 +168,9 @@ void TestSqlCipher::bindsByName() {
     QCOMPARE(values, (QStringList{u"2"_s, u":x"_s, u"ilk"_s, u"2"_s, u"1"_s}));
 }
 
-void TestSqlCipher::countsBindings() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::countsBindings() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QSqlQuery query(raw.database());
     QVERIFY(query.prepare(u"SELECT ?, ?"_s));
     query.addBindValue(1);
@@ -168,9 +178,9 @@ void TestSqlCipher::countsBindings() {
     QCOMPARE(query.lastError().driverText(), u"Parameter count mismatch"_s);
 }
 
-void TestSqlCipher::readsForwardOnly() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::readsForwardOnly() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QSqlQuery query(raw.database());
     query.setForwardOnly(true);
     QVERIFY(query.exec(
@@ -196,9 +206,9 @@ void TestSqlCipher::readsForwardOnly() {
     QCOMPARE(query.value(0).toInt(), 3);
 }
 
-void TestSqlCipher::readsInAnyDirection() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::readsInAnyDirection() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QSqlQuery query(raw.database());
     QVERIFY(query.exec(u"SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3"_s));
     const auto number = [&query] { return query.value(0).toInt(); };
@@ -221,9 +231,9 @@ void TestSqlCipher::readsInAnyDirection() {
     QVERIFY(!query.first() && !query.last() && !query.next());
 }
 
-void TestSqlCipher::reportsErrors() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::reportsErrors() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QVERIFY(raw.run(u"CREATE TABLE t (a UNIQUE)"_s) && raw.run(u"INSERT INTO t VALUES (1)"_s));
     QSqlQuery query(raw.database());
     QVERIFY(!query.prepare(u"SELECT yok FROM t"_s));
@@ -241,9 +251,9 @@ void TestSqlCipher::reportsErrors() {
     QVERIFY(!query.lastError().isValid());
 }
 
-void TestSqlCipher::runsTransactions() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::runsTransactions() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QSqlDatabase& database = raw.database();
     QVERIFY(database.driver()->hasFeature(QSqlDriver::Transactions));
     QVERIFY(raw.run(u"CREATE TABLE t (a)"_s));
@@ -254,9 +264,9 @@ void TestSqlCipher::runsTransactions() {
     QVERIFY(!database.lastError().databaseText().isEmpty());
 }
 
-void TestSqlCipher::describesTables() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::describesTables() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QVERIFY(raw.run(
         u"CREATE TABLE [t\"1] (no INTEGER PRIMARY KEY AUTOINCREMENT, a TEXT(50) NOT NULL, b DOUBLE DEFAULT 3)"_s));
     QVERIFY(raw.run(u"CREATE VIEW v AS SELECT 1"_s));
@@ -277,18 +287,19 @@ void TestSqlCipher::describesTables() {
     QCOMPARE(database.primaryIndex(u"t\"1"_s).fieldName(0), u"no"_s);
 }
 
-void TestSqlCipher::quotesNames() {
-    const DatabaseFile file(password);
-    RawDatabase raw(file.path(), password);
+void TestDriver::quotesNames() {
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QCOMPARE(raw.database().driver()->escapeIdentifier(u"a\"b"_s, QSqlDriver::FieldName), u"\"a\"\"b\""_s);
 }
 
-void TestSqlCipher::endsStatements() {
-    const DatabaseFile file(password);
-    auto raw = std::make_unique<RawDatabase>(file.path(), password);
+void TestDriver::endsStatements() {
+    const DatabaseFile file;
+    auto raw =
+        std::make_unique<RawDatabase>(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QVERIFY(raw->run(u"CREATE TABLE t (a)"_s) && raw->run(u"INSERT INTO t VALUES (1)"_s) &&
             raw->run(u"INSERT INTO t VALUES (2)"_s));
-    RawDatabase other(file.path(), password);
+    RawDatabase other(file.path(), file.password(), DatabaseFile::driver(file.password()));
     QSqlQuery query(raw->database());
     query.setForwardOnly(true);
     QVERIFY(query.exec(u"SELECT a FROM t"_s) && query.next());
@@ -303,5 +314,5 @@ void TestSqlCipher::endsStatements() {
     raw.reset();
 }
 
-QTEST_GUILESS_MAIN(TestSqlCipher)
-#include "test_sqlcipher.moc"
+QTEST_GUILESS_MAIN(TestDriver)
+#include "test_driver.moc"

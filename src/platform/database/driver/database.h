@@ -1,14 +1,14 @@
 #pragma once
 
-#include <sqlcipher/sqlite3.h>
 #include <QByteArray>
-#include <QList>
 #include <QSqlError>
 #include <QString>
 #include <chrono>
 #include <vector>
 
-namespace kovanix::sqlcipher {
+#include "engine.h"
+
+namespace kovanix::engine {
 
 class Result;
 
@@ -18,7 +18,7 @@ struct OpenOptions {
     std::chrono::milliseconds busyTimeout{5000};
 };
 
-/// A handle of the encryption library, and the statements that run on it.
+/// A handle of the engine, and the statements that run on it.
 class Database {
 public:
     Database() = default;
@@ -26,12 +26,12 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Opens a file with a password and reads its catalogue, so that a wrong password fails here.
+    /// Opens a file. One with a password has its catalogue read, so that a wrong password fails here.
     ///
-    /// The library's default format is tried first. When the file doesn't decrypt, the formats of the older
-    /// releases that the library can still read are tried, newest first; the file stays in the format that it
-    /// has. A file of no bytes, or one that the open itself makes, gets the default format with its first
-    /// write.
+    /// The encrypting library's default format is tried first. When the file doesn't decrypt, the formats of
+    /// the older releases that the library can still read are tried, newest first; the file stays in the
+    /// format that it has. A file of no bytes, or one that the open itself makes, gets the default format
+    /// with its first write.
     /// @return an error of type NoError when the file is open
     QSqlError open(const QString& name, const QString& password, const OpenOptions& options);
     void close();
@@ -48,11 +48,9 @@ public:
 private:
     int openOnce(const QByteArray& name, const QByteArray& password, const OpenOptions& options,
                  const QByteArray& format);
-    QList<QByteArray> olderFormats() const;
-    bool encrypts() const;
 
     sqlite3* m_handle = nullptr;
     std::vector<Result*> m_results;
 };
 
-}  // namespace kovanix::sqlcipher
+}  // namespace kovanix::engine

@@ -7,7 +7,7 @@
 
 #include "driver.h"
 
-namespace kovanix::sqlcipher {
+namespace kovanix::engine {
 
 namespace {
 
@@ -31,6 +31,7 @@ Result::~Result() {
 void Result::finalize() {
     sqlite3_finalize(std::exchange(m_statement, nullptr));
     m_stepped = false;
+    m_atRow = false;
     m_finished = true;
 }
 
@@ -39,6 +40,7 @@ void Result::detachFromResultSet() {
         sqlite3_reset(m_statement);
     }
     m_stepped = false;
+    m_atRow = false;
     m_finished = true;
 }
 
@@ -128,6 +130,7 @@ bool Result::exec() {
     m_changes = -1;
     m_finished = false;
     m_stepped = false;
+    m_atRow = false;
     if (!m_statement) {
         setLastError({u"Unable to execute statement"_s, u"no statement"_s, QSqlError::StatementError});
         return false;
@@ -162,44 +165,66 @@ bool Result::step() {
     }
 }
 
-QVariant Result::column(int field) const {
+Cell Result::cell(int field) const {
+    using Type = Cell::Type;
+    const auto bytes = [&](const void* first) {
+        return std::string_view(static_cast<const char*>(first),
+                                static_cast<std::size_t>(sqlite3_column_bytes(m_statement, field)));
+    };
     switch (sqlite3_column_type(m_statement, field)) {
         case SQLITE_INTEGER:
-            return qlonglong{sqlite3_column_int64(m_statement, field)};
+            return {.type = Type::whole, .whole = sqlite3_column_int64(m_statement, field), .bytes = {}};
         case SQLITE_FLOAT:
-            return sqlite3_column_double(m_statement, field);
-        case SQLITE_BLOB: {
-            const void* bytes = sqlite3_column_blob(m_statement, field);
-            return QByteArray(static_cast<const char*>(bytes), sqlite3_column_bytes(m_statement, field));
-        }
-        case SQLITE_NULL:
+            return {.type = Type::real, .real = sqlite3_column_double(m_statement, field), .bytes = {}};
+        case SQLITE_TEXT:
+            return {.type = Type::text, .bytes = bytes(sqlite3_column_text(m_statement, field))};
+        case SQLITE_BLOB:
+            return {.type = Type::bytes, .bytes = bytes(sqlite3_column_blob(m_statement, field))};
+        default:
             return {};
-        default: {
-            const void* text = sqlite3_column_text16(m_statement, field);
-            const qsizetype size = sqlite3_column_bytes16(m_statement, field) / qsizetype(sizeof(char16_t));
-            return QString(static_cast<const QChar*>(text), size);
-        }
     }
 }
 
-/// Reads one more row; false at the end.
-bool Result::readRow() {
-    if (!m_statement || m_finished) {
-        return false;
+QVariant Result::column(int field) const {
+    const Cell value = cell(field);
+    const auto size = static_cast<qsizetype>(value.bytes.size());
+    switch (value.type) {
+        case Cell::Type::whole:
+            return value.whole;
+        case Cell::Type::real:
+            return value.real;
+        case Cell::Type::text:
+            return QString::fromUtf8(value.bytes.data(), size);
+        case Cell::Type::bytes:
+            return QByteArray(value.bytes.data(), size);
+        default:
+            return {};
     }
-    if (!std::exchange(m_stepped, false) && (!step() || m_finished)) {
-        return false;
-    }
+}
+
+QVariant Result::handle() const {
+    // The toolkit asks a result for its handle through a const one and leaves it to the asker to step on.
+    RowCursor* const cursor = const_cast<Result*>(this);
+    return isForwardOnly() ? QVariant::fromValue(cursor) : QVariant();
+}
+
+QVariantList Result::row() const {
     QVariantList row;
     const int columns = sqlite3_column_count(m_statement);
     row.reserve(columns);
-    for (int i = 0; i < columns; ++i) {
+    for (int i = 0; i < columns; ++i)
         row.append(column(i));
-    }
-    if (isForwardOnly()) {
-        m_rows.clear();
-    }
-    m_rows.append(std::move(row));
+    return row;
+}
+
+/// Goes to one more row; false at the end.
+bool Result::readRow() {
+    m_atRow = false;
+    if (!m_statement || m_finished || (!std::exchange(m_stepped, false) && (!step() || m_finished)))
+        return false;
+    m_atRow = isForwardOnly();
+    if (!m_atRow)
+        m_rows.append(row());
     return true;
 }
 
@@ -242,14 +267,14 @@ bool Result::fetchFirst() {
 
 bool Result::fetchLast() {
     if (isForwardOnly()) {
-        // The last row is known only once the next step finds none: by then it is the one still held.
+        // The last row is known only once the next step finds none: by then the statement has left it.
         int last = at();
         while (fetchNext()) {
             last = at();
+            m_rows = {row()};
         }
-        if (last < 0 || m_rows.isEmpty()) {
+        if (last < 0 || m_rows.isEmpty())
             return false;
-        }
         setAt(last);
         return true;
     }
@@ -262,14 +287,16 @@ bool Result::fetchLast() {
     return true;
 }
 
-const QVariantList* Result::currentRow() const {
+QVariant Result::currentCell(int field) const {
+    if (m_atRow)
+        return m_statement && field >= 0 && field < sqlite3_column_count(m_statement) ? column(field)
+                                                                                      : QVariant();
     const qsizetype index = isForwardOnly() ? 0 : at();
-    return at() >= 0 && index < m_rows.size() ? &m_rows[index] : nullptr;
+    return at() >= 0 && index < m_rows.size() ? m_rows[index].value(field) : QVariant();
 }
 
 QVariant Result::data(int field) {
-    const QVariantList* row = currentRow();
-    return row && field >= 0 && field < row->size() ? row->at(field) : QVariant();
+    return currentCell(field);
 }
 
 bool Result::isNull(int field) {
@@ -281,10 +308,9 @@ QSqlRecord Result::record() const {
     if (!isActive() || !isSelect() || !m_statement) {
         return columns;
     }
-    const QVariantList* row = currentRow();
     for (int i = 0; i < sqlite3_column_count(m_statement); ++i) {
         const QString name = QString::fromUtf8(sqlite3_column_name(m_statement, i));
-        columns.append(QSqlField(name, row ? row->at(i).metaType() : QMetaType()));
+        columns.append(QSqlField(name, currentCell(i).metaType()));
     }
     return columns;
 }
@@ -295,4 +321,4 @@ QVariant Result::lastInsertId() const {
                : QVariant();
 }
 
-}  // namespace kovanix::sqlcipher
+}  // namespace kovanix::engine

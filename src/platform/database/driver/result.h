@@ -7,13 +7,15 @@
 #include <memory>
 
 #include "database.h"
+#include "rowcursor.h"
 
-namespace kovanix::sqlcipher {
+namespace kovanix::engine {
 
 class Driver;
 
-/// A statement and its rows. Forward only, it holds one row; otherwise it keeps the rows that it has read.
-class Result : public QSqlResult {
+/// A statement and its rows. Forward only, the current row stays in the engine until it is asked for;
+/// otherwise the rows that were read are kept.
+class Result : public QSqlResult, public RowCursor {
 public:
     Result(const Driver* driver, std::shared_ptr<Database> database);
     ~Result() override;
@@ -22,6 +24,11 @@ public:
     void finalize();
 
     void detachFromResultSet() override;
+
+    bool nextRow() override { return fetchNext(); }
+    Cell cell(int field) const override;
+    /// The rows as a RowCursor, where the query is forward-only.
+    QVariant handle() const override;
 
 protected:
     bool prepare(const QString& query) override;
@@ -46,15 +53,17 @@ private:
     int bind(int place, const QVariant& value);
     bool step();
     bool readRow();
+    QVariantList row() const;
     QVariant column(int field) const;
-    const QVariantList* currentRow() const;
+    QVariant currentCell(int field) const;
 
     std::shared_ptr<Database> m_database;
     sqlite3_stmt* m_statement = nullptr;
     bool m_stepped = false;   ///< whether the row that execution has stepped to is still to be read
     bool m_finished = false;  ///< whether the statement has given its last row
     int m_changes = -1;
-    QList<QVariantList> m_rows;  ///< the rows read; only the current one when forward only
+    bool m_atRow = false;        ///< whether the statement itself stands on the current row
+    QList<QVariantList> m_rows;  ///< the rows read; when forward only, none or the last
 };
 
-}  // namespace kovanix::sqlcipher
+}  // namespace kovanix::engine

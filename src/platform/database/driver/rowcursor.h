@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QMetaType>
+#include <QtGlobal>
+#include <string_view>
+
+namespace kovanix::engine {
+
+/// A cell of the row that a statement stands on. Its bytes lie in the engine: they are gone with the next
+/// step.
+struct Cell {
+    enum class Type { null, whole, real, text, bytes };
+
+    Type type = Type::null;
+    qint64 whole = 0;
+    double real = 0;
+    std::string_view bytes;  ///< of a text (in UTF-8) and of bytes
+};
+
+/// The rows of a statement without a QVariant for each cell: what a driver of the till gives as the handle()
+/// of a forward-only query's result, as a pointer to this.
+class RowCursor {
+public:
+    /// Goes to the next row. @return false at the end, or at an error, which the query then tells
+    virtual bool nextRow() = 0;
+    /// A cell of the current row, counted from 0.
+    virtual Cell cell(int field) const = 0;
+
+protected:
+    ~RowCursor() = default;
+};
+
+}  // namespace kovanix::engine
+
+Q_DECLARE_METATYPE(kovanix::engine::RowCursor*)
