@@ -154,14 +154,15 @@ void TDBGrid::showRows() {
     // The current row stays at its height in the view, wherever a new order or choice has put it.
     const int before = currentIndex().row();
     const int height = before >= 0 && isInSight(before) ? before - firstRow() : -1;
-    m_rows->reload();
-    for (int index = 0; index < columnCount(); ++index)
-        m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
+    if (m_rows->reload()) {
+        for (int index = 0; index < columnCount(); ++index)
+            m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
+        m_heading->update();
+    }
     updateGeometries();
     if (const int current = currentRow(); current >= 0 && height >= 0)
         verticalScrollBar()->setValue(current - height);
     followCurrent();
-    m_heading->update();
     viewport()->update();
 }
 
