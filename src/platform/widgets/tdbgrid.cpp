@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScrollBar>
+#include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
 
@@ -159,6 +160,8 @@ void TDBGrid::showRows() {
             m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
         m_heading->update();
     }
+    // At once: later, it would paint the rows a second time.
+    executeDelayedItemsLayout();
     updateGeometries();
     if (const int current = currentRow(); current >= 0 && height >= 0)
         verticalScrollBar()->setValue(current - height);
@@ -395,9 +398,15 @@ void TDBGrid::updateGeometries() {
     QAbstractItemView::updateGeometries();
     QScrollBar* bar = verticalScrollBar();
     const int hidden = std::max(0, m_rows->rowCount() - visibleRows());
+    const int before = bar->value();
+    // The bar is always there. Told of another range, the area would still lay out all its parts and put the
+    // bar on top of them, and each key in a filter cell would paint the whole rim.
+    const QSignalBlocker quiet(bar);
     bar->setPageStep(visibleRows());
     bar->setRange(0, hidden);
     bar->setEnabled(hidden > 0);
+    if (bar->value() != before)
+        viewport()->update();
 }
 
 }  // namespace kovanix
