@@ -145,7 +145,8 @@ void vkFrame::setTitleNote(const QString& text) {
         return;
     m_titleNote = text;
     setAccessibleDescription(text);
-    update();
+    // The strip alone: what stands on the frame needn't be painted anew for it.
+    update(titleBar());
 }
 
 int vkFrame::titlePixels() const {
@@ -153,6 +154,10 @@ int vkFrame::titlePixels() const {
         return 0;
     return m_titleHeight > 0 ? static_cast<int>(std::lround(m_titleHeight * designScale(*this)))
                              : QFontMetrics(font()).height() * 17 / 10;
+}
+
+QRect vkFrame::titleBar() const {
+    return {0, 0, width(), titlePixels()};
 }
 
 void vkFrame::layOutTitle() {

@@ -75,6 +75,7 @@ protected:
 
 private:
     int titlePixels() const;
+    QRect titleBar() const;
     void layOutTitle();
     void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
     QRectF paintTitleIcon(QPainter& painter, QRectF room) const;

@@ -1,8 +1,10 @@
 #include "widgets/gridbands.h"
 
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTransform>
 #include <vector>
 
 #include "widgets/gridcell.h"
@@ -226,20 +228,38 @@ void GridRim::layOut() {
     raise();
 }
 
-void GridRim::paintEvent(QPaintEvent* /*event*/) {
+void GridRim::paintEvent(QPaintEvent* event) {
     const QWidget* page = parentWidget()->parentWidget();
     const QColor ground = page ? page->palette().color(page->backgroundRole()) : roleColor(ColorRole::ground);
+    const QColor edge = roleColor(ColorRole::edge);
+    const int round = m_layout.scaled(radius);
     QPainter painter(this);
+    const int across = width() - 2 * round;
+    const int down = height() - 2 * round;
+    for (const QRect& line : {QRect(round, 0, across, 1), QRect(round, height() - 1, across, 1),
+                              QRect(0, round, 1, down), QRect(width() - 1, round, 1, down)})
+        painter.fillRect(line, edge);
+
+    // The corners one by one, since most paintings reach one or two of them.
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    QPainterPath inside;
-    inside.addRoundedRect(box, m_layout.scaled(radius), m_layout.scaled(radius));
-    QPainterPath all;
-    all.addRect(rect());
-    painter.fillPath(all.subtracted(inside), ground);
-    painter.setPen(roleColor(ColorRole::edge));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(inside);
+    painter.setPen(edge);
+    const QRectF circle(0.5, 0.5, 2 * round, 2 * round);
+    QPainterPath outside;
+    outside.moveTo(circle.left(), circle.center().y());
+    outside.arcTo(circle, 180, -90);
+    outside.lineTo(circle.center().x(), 0);
+    outside.lineTo(0, 0);
+    outside.lineTo(0, circle.center().y());
+    outside.closeSubpath();
+    int turn = 0;
+    for (const QPoint& corner :
+         {QPoint(0, 0), QPoint(width(), 0), QPoint(width(), height()), QPoint(0, height())}) {
+        painter.setTransform(QTransform::fromTranslate(corner.x(), corner.y()).rotate(90.0 * turn++));
+        if (!event->region().intersects(painter.transform().mapRect(QRect(0, 0, round + 1, round + 1))))
+            continue;
+        painter.fillPath(outside, ground);
+        painter.drawArc(circle, 90 * 16, 90 * 16);
+    }
 }
 
 }  // namespace kovanix

@@ -2,6 +2,7 @@
 
 #include <QFontInfo>
 #include <QPainter>
+#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 
@@ -97,12 +98,22 @@ void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt
     const QString line = onOneLine(text);
     const QFont ordinary = painter.font();
     const auto flags = static_cast<int>(horizontal.toInt()) | Qt::AlignVCenter;
-    const int width = QFontMetrics(ordinary).horizontalAdvance(line);
-    if (width <= cell.width()) {
-        painter.drawText(cell, flags | Qt::TextSingleLine, line);
+    // Shaping the glyphs is most of the work, so they are measured and painted in one go.
+    QTextLayout layout(line, ordinary, painter.device());
+    layout.setCacheEnabled(true);
+    layout.beginLayout();
+    const QTextLine whole = layout.createLine();
+    layout.endLayout();
+    const double width = whole.horizontalAdvance();
+    const double room = cell.width() - width;
+    if (room > -0.5) {
+        const double left = horizontal.testFlag(Qt::AlignRight)     ? room
+                            : horizontal.testFlag(Qt::AlignHCenter) ? room / 2
+                                                                    : 0;
+        whole.draw(&painter, QPointF(cell.left() + left, cell.top() + (cell.height() - whole.height()) / 2));
         return;
     }
-    const double fitting = std::max(static_cast<double>(cell.width()) / width, smallestNumber);
+    const double fitting = std::max(cell.width() / width, smallestNumber);
     painter.setFont(kind == CellText::number || isFigures(line)
                         ? smallerFont(ordinary, fitting, smallestGlyphs)
                         : smallerFont(ordinary, nameInTwoLines, smallestName));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "values/numbers.h"
 #include "widgets/tdbgrid.h"
@@ -10,10 +11,11 @@ namespace kovanix {
 
 GridModel::GridModel(TDBGrid& grid) : QAbstractTableModel(&grid), m_grid(grid) {}
 
-void GridModel::reload() {
+bool GridModel::reload() {
     beginResetModel();
     m_rowCount = 0;
-    m_shown.assign(static_cast<size_t>(m_grid.columnCount()), {});
+    const std::vector<Shown> before =
+        std::exchange(m_shown, std::vector<Shown>(static_cast<size_t>(m_grid.columnCount())));
     if (m_source) {
         const RowSet& rows = m_source->recordset();
         m_rowCount =
@@ -25,6 +27,7 @@ void GridModel::reload() {
         }
     }
     endResetModel();
+    return !std::ranges::equal(before, m_shown, {}, &Shown::number, &Shown::number);
 }
 
 QString GridModel::text(int place, int column) const {

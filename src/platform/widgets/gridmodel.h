@@ -22,7 +22,8 @@ public:
     Adodc* source() const { return m_source; }
 
     /// Takes rows and columns as they are now.
-    void reload();
+    /// @return whether there are columns more or less, or one that shows numbers now, or no longer
+    bool reload();
     void captionChanged(int column) { Q_EMIT headerDataChanged(Qt::Horizontal, column, column); }
 
     /// The field that a column shows; -1 for none.

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScrollBar>
+#include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
 
@@ -154,14 +155,17 @@ void TDBGrid::showRows() {
     // The current row stays at its height in the view, wherever a new order or choice has put it.
     const int before = currentIndex().row();
     const int height = before >= 0 && isInSight(before) ? before - firstRow() : -1;
-    m_rows->reload();
-    for (int index = 0; index < columnCount(); ++index)
-        m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
+    if (m_rows->reload()) {
+        for (int index = 0; index < columnCount(); ++index)
+            m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
+        m_heading->update();
+    }
+    // At once: later, it would paint the rows a second time.
+    executeDelayedItemsLayout();
     updateGeometries();
     if (const int current = currentRow(); current >= 0 && height >= 0)
         verticalScrollBar()->setValue(current - height);
     followCurrent();
-    m_heading->update();
     viewport()->update();
 }
 
@@ -394,9 +398,15 @@ void TDBGrid::updateGeometries() {
     QAbstractItemView::updateGeometries();
     QScrollBar* bar = verticalScrollBar();
     const int hidden = std::max(0, m_rows->rowCount() - visibleRows());
+    const int before = bar->value();
+    // The bar is always there. Told of another range, the area would still lay out all its parts and put the
+    // bar on top of them, and each key in a filter cell would paint the whole rim.
+    const QSignalBlocker quiet(bar);
     bar->setPageStep(visibleRows());
     bar->setRange(0, hidden);
     bar->setEnabled(hidden > 0);
+    if (bar->value() != before)
+        viewport()->update();
 }
 
 }  // namespace kovanix

@@ -2,6 +2,8 @@
 #include <QBoxLayout>
 #include <QElapsedTimer>
 #include <QImage>
+#include <map>
+#include <memory>
 
 #include "gridfixture.h"
 #include "paintcounter.h"
@@ -404,6 +406,36 @@ private Q_SLOTS:
         QCOMPARE(pixels(image, below, roleColor(ColorRole::zebra)), below.width() * below.height());
         const QRect beside(list.grid.visualRect(list.grid.model()->index(0, 3)).left() + 4, 4, 40, 30);
         QCOMPARE(pixels(image, beside, roleColor(ColorRole::selection)), beside.width() * beside.height());
+    }
+
+    // What a key in a filter cell leaves as it is isn't painted again, and the rows are painted once.
+    void aKeyRepaintsRowsAndItsCell() {
+        ProductList list(100);
+        list.grid.column(4).setFooterText(u"7,50 TL."_s);
+        list.show();
+        list.cell(2)->setFocus();
+        QTest::sendKeyEvent(QTest::Click, list.cell(2), Qt::Key_unknown, u"1"_s, Qt::NoModifier);
+        QCoreApplication::processEvents();
+        std::map<QWidget*, std::unique_ptr<PaintCounter>> paintings;
+        for (QWidget* part : list.grid.findChildren<QWidget*>())
+            paintings[part] = std::make_unique<PaintCounter>(*part);
+        connect(&list.grid, &TDBGrid::filterChange, &list.grid, [&] { list.filterAsTyped(); });
+        QTest::sendKeyEvent(QTest::Click, list.cell(2), Qt::Key_unknown, u"2"_s, Qt::NoModifier);
+        QCOMPARE(list.grid.model()->rowCount(), 1);
+        // Whatever was put off until the next turn has its turn too.
+        for (int turn = 0; turn < 3; ++turn)
+            QCoreApplication::processEvents();
+        QCOMPARE(paintings.at(list.grid.viewport())->count(), 1);
+        QCOMPARE(paintings.at(list.cell(2))->count(), 1);
+        // Of all else no more than what lies behind the cell and the bar.
+        const auto on = [](const QWidget* part, const QWidget* painted) {
+            return QRect(part->mapFromGlobal(painted->mapToGlobal(QPoint())), painted->size());
+        };
+        for (const auto& [part, painted] : paintings) {
+            if (part != list.grid.viewport())
+                QCOMPARE(painted->region() - on(part, list.cell(2)) - on(part, list.grid.verticalScrollBar()),
+                         QRegion());
+        }
     }
 
     void assistiveToolsFindATable() {
