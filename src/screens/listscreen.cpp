@@ -40,7 +40,7 @@ void ListScreen::setUpList(const Controls& controls) {
             grid.setNameColumn(i);
     }
     m_textsInForce = filterTexts();  // none yet
-    grid.setEmptyState({m_traits.icon, m_traits.noneYet, m_traits.noneYetHint});
+    tellEmpty(true);
     grid.setNoMatchState(
         {{}, u"Aramaya uyan "_s + m_traits.unit + u" yok"_s, u"Kırmızı alandaki × ile aramayı silin"_s});
 
@@ -79,9 +79,16 @@ void ListScreen::showRows() {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a second
     const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     attempt([this] { m_controls.grid->setDataSource(*m_controls.data); });
-    attempt([this] { m_controls.data->refresh(); });
+    const bool readable = !attempt([this] { m_controls.data->refresh(); });
     attempt([this] { m_controls.grid->refresh(); });
-    // Rows that were read anew keep their filter, unless it could not be set on those of before.
+    tellEmpty(readable);
+    // Rows that were read anew keep their order and filter, where they could be set on those of before and
+    // can be on these.
+    const RowSet& rows = m_controls.data->recordset();
+    if (rows.sort() != m_sort)
+        sort(m_sort);
+    if (!rows.isFiltered())
+        m_textsInForce.fill({});
     if (filterTexts() != m_textsInForce)
         filter();
     tellCount();
@@ -110,10 +117,26 @@ void ListScreen::TDBGrid1_headclick(int column) {
     TDBGrid& grid = *m_controls.grid;
     if (m_traits.focusesToSort)
         giveFocus(grid);
-    const QString sort = m_order.press(grid.column(column).dataField());
-    attempt([&] { m_controls.data->setSort(sort); });
-    grid.setSortMark(column, m_order.direction == u"DESC" ? Qt::DescendingOrder : Qt::AscendingOrder);
+    sort(m_order.press(grid.column(column).dataField()));
     sendKey(Qt::Key_Right);  // every sort steps one cell on: that is required
+}
+
+void ListScreen::sort(const QString& order) {
+    m_sort = order;
+    attempt([&] { m_controls.data->setSort(order); });
+    tellSort();
+}
+
+/// Marks the column of the order in force, which is the former one where another was refused.
+void ListScreen::tellSort() {
+    TDBGrid& grid = *m_controls.grid;
+    const QString inForce = m_controls.data->recordset().sort();
+    int marked = -1;
+    for (int i = 0; i < grid.columnCount(); ++i) {
+        if (inForce.section(u' ', 0, 0) == grid.column(i).dataField())
+            marked = i;
+    }
+    grid.setSortMark(marked, inForce.endsWith(u"DESC") ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void ListScreen::TDBGrid1_filterchange() {
@@ -142,9 +165,19 @@ void ListScreen::filter() {
 
 QStringList ListScreen::filterTexts() const {
     QStringList texts;
-    for (int i = 0; i < m_controls.grid->columnCount(); ++i)
-        texts.append(m_controls.grid->column(i).filterText());
+    for (int i = 0; i < m_controls.grid->columnCount(); ++i) {
+        const QString text = m_controls.grid->column(i).filterText();
+        texts.append(text.trimmed().isEmpty() ? QString() : text);  // blanks alone ask for nothing
+    }
     return texts;
+}
+
+void ListScreen::tellEmpty(bool readable) {
+    if (readable)
+        m_controls.grid->setEmptyState({m_traits.icon, m_traits.noneYet, m_traits.noneYetHint});
+    else
+        m_controls.grid->setEmptyState(
+            {m_traits.icon, u"Liste okunamadı"_s, u"Ekranı kapatıp yeniden açın"_s});
 }
 
 void ListScreen::tellCount() {

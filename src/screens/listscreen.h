@@ -93,12 +93,16 @@ protected:
     void boyutlandirma_resize();
 
 private:
+    void sort(const QString& order);
+    void tellSort();
     void tellCount();
+    void tellEmpty(bool readable);
     QStringList filterTexts() const;
 
     const ListTraits& m_traits;
     Controls m_controls;
     ListOrder m_order;
+    QString m_sort;              ///< what was last asked for
     QStringList m_textsInForce;  ///< the filter cells' texts that the rows answer to
     ColumnWidths m_widths;
 };

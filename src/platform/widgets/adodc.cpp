@@ -51,6 +51,11 @@ void Adodc::setCurrent(qsizetype place) {
     Q_EMIT currentChanged();
 }
 
+bool Adodc::isCurrentChosen() const {
+    const qsizetype current = m_rows.current();
+    return m_chosen && current >= 0 && m_rows.identity(current) == *m_chosen;
+}
+
 void Adodc::settleCurrent() {
     const qsizetype chosen = m_chosen ? m_rows.placeOf(*m_chosen) : -1;
     m_rows.setCurrent(chosen < 0 && m_rows.recordCount() > 0 ? 0 : chosen);

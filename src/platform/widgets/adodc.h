@@ -50,6 +50,8 @@ public:
     void setSort(const QString& sort);
     void setFilter(const QString& filter);
     void setCurrent(qsizetype place);
+    /// Whether the current row was made so by setCurrent, and isn't merely the first.
+    bool isCurrentChosen() const;
 
 Q_SIGNALS:
     /// Other rows, another order or another choice of them: one signal for each change.

@@ -38,12 +38,19 @@ void appendEscaped(QString& html, QStringView text) {
 
 }  // namespace
 
-void TDBGrid::exportToFile(const QString& path, const QString& width) const {
+void TDBGrid::exportToFile(const QString& path, bool append, const QString& width) const {
+    QFile before(path);
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    const bool unreadable = append && before.exists() && !before.open(QIODevice::ReadOnly);
+    if (unreadable || !file.open(QIODevice::WriteOnly))
         fail(file, path);
-    QString pending = QStringLiteral(
-        "\ufeff<!DOCTYPE html>\n<html>\n<head>\n"
+    while (before.isOpen() && !before.atEnd()) {
+        if (file.write(before.read(chunkSize)) < 0)
+            fail(file, path);
+    }
+    QString pending = file.pos() == 0 ? QStringLiteral("\ufeff") : QString();
+    pending += QStringLiteral(
+        "<!DOCTYPE html>\n<html>\n<head>\n"
         "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\n"
         "<style>\n"
         // A spreadsheet takes a text cell as it stands: no barcode loses digits, no "=…" becomes a formula.
@@ -57,8 +64,9 @@ void TDBGrid::exportToFile(const QString& path, const QString& width) const {
     };
     const auto cell = [&](bool numbers, const QString& text) {
         const bool number = numbers && isNumeric(text);  // a column of numbers may hold a text
-        // Spreadsheets know the one or the other way of saying that a cell is text.
-        pending += number ? u"<td class=\"n\">" : u"<td class=\"t\" sdnum=\"1055;0;@\">";
+        // Spreadsheets know the one or the other way of saying that a cell is text, and that a number is
+        // written as in Turkey.
+        pending += number ? u"<td class=\"n\" sdnum=\"1055;\">" : u"<td class=\"t\" sdnum=\"1055;0;@\">";
         appendEscaped(pending, number ? QStringView(text).trimmed() : QStringView(text));
         pending += u"</td>";
     };

@@ -56,7 +56,11 @@ TDBGrid::TDBGrid(QWidget* parent)
     connect(m_heading, &GridHeading::pressed, this, &TDBGrid::headClick);
     connect(m_filterBar, &FilterBar::typed, this, &TDBGrid::typedInto);
     connect(m_filterBar, &FilterBar::entered, this, &TDBGrid::enteredIn);
-    connect(m_filterBar, &FilterBar::leftForRows, this, [this] { setFocus(Qt::OtherFocusReason); });
+    connect(m_filterBar, &FilterBar::leftForRows, this, [this] {
+        setFocus(Qt::OtherFocusReason);
+        if (currentIndex().isValid())
+            moveTo(currentIndex().row(), m_col);
+    });
     connect(this, &QObject::objectNameChanged, this, &TDBGrid::nameParts);
     layOutBands();
 }
@@ -155,6 +159,7 @@ void TDBGrid::showRows() {
     // The current row stays at its height in the view, wherever a new order or choice has put it.
     const int before = currentIndex().row();
     const int height = before >= 0 && isInSight(before) ? before - firstRow() : -1;
+    const int first = firstRow();
     if (m_rows->reload()) {
         for (int index = 0; index < columnCount(); ++index)
             m_filterBar->cell(index).setNumber(m_rows->isNumber(index));
@@ -166,6 +171,9 @@ void TDBGrid::showRows() {
     if (const int current = currentRow(); current >= 0 && height >= 0)
         verticalScrollBar()->setValue(current - height);
     followCurrent();
+    // Rows that are where they were stay as they were scrolled.
+    if (before >= 0 && height < 0 && currentRow() == before)
+        verticalScrollBar()->setValue(first);
     viewport()->update();
 }
 
@@ -238,6 +246,10 @@ void TDBGrid::setSortMark(int index, Qt::SortOrder order) {
     m_heading->setSortMark(index, order);
 }
 
+int TDBGrid::sortColumn() const {
+    return m_heading->sortColumn();
+}
+
 void TDBGrid::setFilterBar(bool shown) {
     m_filterBarShown = shown;
     layOutBands();
@@ -298,11 +310,6 @@ void TDBGrid::setScale(double scale) {
     layOutColumns();
 }
 
-bool TDBGrid::hasFilterTexts() const {
-    return std::any_of(m_columns.begin(), m_columns.end(),
-                       [](const auto& shown) { return !shown->filterText().trimmed().isEmpty(); });
-}
-
 // What a change of the rows' choice makes of the focus is this grid's to know: the screen asks for it with
 // setEditActive in its answer.
 void TDBGrid::typedInto(int column) {
@@ -315,13 +322,17 @@ void TDBGrid::typedInto(int column) {
     viewport()->update();
 }
 
-void TDBGrid::enteredIn(int) {
+void TDBGrid::enteredIn(int column) {
     // While a cell isn't in force, the one row that is left may be the answer to another search.
-    for (int column = 0; column < columnCount(); ++column) {
-        if (isFilterRefused(column))
+    for (int other = 0; other < columnCount(); ++other) {
+        if (isFilterRefused(other))
             return;
     }
     if (m_rows->rowCount() != 1)
+        return;
+    // A scan of what isn't here must not choose the row whose code merely contains it.
+    if (column == m_scanColumn &&
+        m_rows->text(0, column).compare(this->column(column).filterText(), Qt::CaseInsensitive) != 0)
         return;
     moveTo(0, m_col);
     Q_EMIT dblclick();

@@ -28,9 +28,11 @@ class GridRim;
 /// it in common. Rows are read and painted where they can be seen and nowhere else. All rows are of one
 /// height and none is ever cut; the columns fill the view exactly.
 ///
-/// Characters typed while the rows have the focus begin a search: see setScanColumn. Enter on a row acts as a
-/// double click, and so does Enter in a filter cell once one row is left and every cell is in force. Escape
-/// empties a filter cell; one that is empty leaves the key to the screen.
+/// Characters typed while the rows have the focus begin a search: see setScanColumn. Enter on a row that was
+/// chosen and can be seen acts as a double click; on another one it chooses that row. Enter in a filter cell
+/// acts as a double click, too, once one row is left and every cell is in force; in the scan column's cell
+/// only where the row's text is what was typed. Escape empties a filter cell; one that is empty leaves the
+/// key to the screen.
 class TDBGrid : public QAbstractItemView {
     Q_OBJECT
     Q_PROPERTY(QStringList footerTexts READ footerTexts)
@@ -85,6 +87,7 @@ public:
     // --- heading, filter bar, footers
     /// Marks the column that the rows are ordered by; -1 for none.
     void setSortMark(int index, Qt::SortOrder order = Qt::AscendingOrder);
+    int sortColumn() const;
 
     bool hasFilterBar() const { return m_filterBarShown; }
     void setFilterBar(bool shown);
@@ -130,10 +133,11 @@ public:
     // --- export and printing
     /// Writes captions, rows as shown and footers, if there are any, as an HTML table: UTF-8 with a
     /// byte-order mark. A file of the same name is replaced once the new one stands whole.
+    /// @param append  whether the table goes behind what the file holds already
     /// @param width  the table's width as HTML states it ("100%"); empty for none
     /// @throws RuntimeError 76 for a missing folder, 75 for whatever else can't be written; the old file
     /// stays
-    void exportToFile(const QString& path, const QString& width = {}) const;
+    void exportToFile(const QString& path, bool append, const QString& width = {}) const;
 
     /// The first print-information entry.
     PrintInfo& printInfo() { return m_printInfo; }
@@ -210,7 +214,6 @@ private:
 
     void paintRow(QPainter& painter, int row, const QRect& line, bool current, bool edited) const;
     void paintEmptyState(QPainter& painter) const;
-    bool hasFilterTexts() const;
 
     std::vector<std::unique_ptr<GridColumn>> m_columns;
     GridLayout m_layout;

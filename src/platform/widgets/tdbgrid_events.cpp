@@ -306,10 +306,13 @@ void TDBGrid::keyPressEvent(QKeyEvent* event) {
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            if (currentIndex().isValid())
+            // Nobody has chosen the first row of a list that has just opened, or one that isn't to be seen.
+            if (!currentIndex().isValid())
+                event->ignore();
+            else if (dataSource()->isCurrentChosen() && isInSight(currentIndex().row()))
                 Q_EMIT dblclick();
             else
-                event->ignore();
+                moveTo(currentIndex().row(), m_col);
             return;
         default:
             if ((event->modifiers() & commands) != 0 || !searchFor(event->text()))

@@ -86,7 +86,8 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
 }
 
 void TDBGrid::paintEmptyState(QPainter& painter) const {
-    const EmptyState& state = hasFilterTexts() ? m_noMatchState : m_emptyState;
+    const bool noneAtAll = !dataSource() || dataSource()->recordset().totalCount() == 0;
+    const EmptyState& state = noneAtAll ? m_emptyState : m_noMatchState;
     if (state.text.isEmpty() && state.hint.isEmpty())
         return;
     const QColor muted = roleColor(ColorRole::mutedInk);

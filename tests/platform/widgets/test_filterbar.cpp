@@ -16,6 +16,7 @@ struct TextRow {
 };
 
 struct EnterRow {
+    int column = 0;
     QString text;
     int chosen = 0;
     QString barcode;
@@ -122,9 +123,12 @@ private Q_SLOTS:
 
     void enterChoosesTheOnlyRow_data() {
         QTest::addColumn<EnterRow>("row");
-        QTest::newRow("one row") << EnterRow{u"ürün 20"_s, 1, u"8690000000020"_s};
-        QTest::newRow("several") << EnterRow{u"ürün 2"_s, 0, u"8690000000002"_s};
-        QTest::newRow("none") << EnterRow{u"yok"_s, 0, {}};
+        using List = ProductList;
+        QTest::newRow("one row") << EnterRow{List::name, u"ürün 20"_s, 1, u"8690000000020"_s};
+        QTest::newRow("several") << EnterRow{List::name, u"ürün 2"_s, 0, u"8690000000002"_s};
+        QTest::newRow("none") << EnterRow{List::name, u"yok"_s, 0, {}};
+        QTest::newRow("its code") << EnterRow{List::barcode, u"8690000000020"_s, 1, u"8690000000020"_s};
+        QTest::newRow("part of its code") << EnterRow{List::barcode, u"0000020"_s, 0, u"8690000000020"_s};
     }
     void enterChoosesTheOnlyRow() {
         QFETCH(const EnterRow, row);
@@ -132,7 +136,8 @@ private Q_SLOTS:
         list.show();
         connect(&list.grid, &TDBGrid::filterChange, this, [&] { list.filterAsTyped(); });
         const QSignalSpy doubles(&list.grid, &TDBGrid::dblclick);
-        QLineEdit* cell = list.cell(ProductList::name);
+        list.grid.setScanColumn(ProductList::barcode);
+        QLineEdit* cell = list.cell(row.column);
         cell->setFocus();
         type(cell, row.text);
         QTest::keyClick(cell, Qt::Key_Return);

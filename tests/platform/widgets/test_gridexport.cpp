@@ -63,7 +63,7 @@ private Q_SLOTS:
         list.grid.column(2).setFooterText(u"TOPLAM"_s);
         list.grid.column(4).setFooterText(u"7,50 TL."_s);
         const QString path = list.file.folder() + u"/urun raporu.xls"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         QCOMPARE(table(path),
                  (QList<QStringList>{
                      {u"NO"_s, u"BARKOD"_s, u"ÜRÜN ADI"_s, u"ALIŞ FİYAT"_s, u"SATIŞ FİYATI"_s, u"STOK"_s},
@@ -79,10 +79,10 @@ private Q_SLOTS:
         list.file.execute({u"UPDATE urunler SET satis = '=2+3'"_s});
         list.source.refresh();
         const QString path = list.file.folder() + u"/urun raporu.xls"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         const QByteArray html = contents(path);
         QVERIFY(html.contains("<td class=\"t\" sdnum=\"1055;0;@\">=2+3</td>"));
-        QVERIFY(html.contains("<td class=\"n\">1,25</td>"));
+        QVERIFY(html.contains("<td class=\"n\" sdnum=\"1055;\">1,25</td>"));
     }
 
     void onlyWhatIsShown() {
@@ -91,7 +91,7 @@ private Q_SLOTS:
         list.source.setFilter(u"urun LIKE '%3%'"_s);
         list.grid.column(0).setWidth(0);
         const QString path = list.file.folder() + u"/a.html"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         const QList<QStringList> rows = table(path);
         QStringList names;
         for (const QStringList& row : rows) {
@@ -121,49 +121,60 @@ private Q_SLOTS:
         list.add(u"1"_s, row.name, 1);
         list.source.refresh();
         const QString path = list.file.folder() + u"/a.html"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         QCOMPARE(table(path).size(), 2);
         QCOMPARE(table(path)[1][2], row.cell);
         // Text cells are told to be text, numbers aren't.
         const QString html = QString::fromUtf8(contents(path));
         QVERIFY(html.contains(u"td.t, th { mso-number-format:\"\\@\""_s));
         QVERIFY(html.contains(u"<td class=\"t\" sdnum=\"1055;0;@\">1</td>"_s));
-        QVERIFY(html.contains(u"<td class=\"n\">1,00</td>"_s));
+        QVERIFY(html.contains(u"<td class=\"n\" sdnum=\"1055;\">1,00</td>"_s));
     }
 
     void encodingIsStated() {
         ProductList list(1);
         const QString path = list.file.folder() + u"/a.html"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         const QByteArray html = contents(path);
         QVERIFY(html.startsWith("\xef\xbb\xbf<!DOCTYPE html>"));
         QCOMPARE(html.count("\xef\xbb\xbf"), 1);
         QVERIFY(html.contains("charset=utf-8"));
         QVERIFY(!html.contains("width="));
-        list.grid.exportToFile(path, u"100%"_s);
+        list.grid.exportToFile(path, false, u"100%"_s);
         QVERIFY(contents(path).contains("<table border=\"1\" width=\"100%\">"));
     }
 
     void emptyListHasItsHeading() {
         ProductList list;
         const QString path = list.file.folder() + u"/a.html"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         QCOMPARE(table(path).size(), 1);
     }
 
     void replacesTheFileOfBefore() {
         ProductList list(5);
         const QString path = list.file.folder() + u"/a.html"_s;
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         list.source.setFilter(u"urun LIKE 'Ürün 2'"_s);
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         QCOMPARE(table(path).size(), 2);
+    }
+
+    void appendsToTheFileOfBefore() {
+        ProductList list(3);
+        const QString path = list.file.folder() + u"/a.html"_s;
+        list.grid.exportToFile(path, true);
+        const QByteArray once = contents(path);
+        list.grid.exportToFile(path, true);
+        const QByteArray mark = "\xef\xbb\xbf";
+        QCOMPARE(contents(path), once + once.mid(mark.size()));
     }
 
     void refusedPaths_data() {
         QTest::addColumn<PathRow>("row");
         QTest::newRow("no folder") << PathRow{u"yok/a.xls"_s, 76};
         QTest::newRow("a folder") << PathRow{u"."_s, 75};
+        QTest::newRow("a folder that takes no files") << PathRow{u"/sys/a.xls"_s, 75};
         QTest::newRow("a file as folder") << PathRow{u"dosya/a.xls"_s, 76};
     }
     void refusedPaths() {
@@ -173,7 +184,8 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
         const QStringList before = QDir(list.file.folder()).entryList(QDir::Files);
-        const auto error = errorOf([&] { list.grid.exportToFile(list.file.folder() + u'/' + row.path); });
+        const QString path = QDir(list.file.folder()).filePath(row.path);
+        const auto error = errorOf([&] { list.grid.exportToFile(path, false); });
         QCOMPARE(error.value().number(), row.error);
         QVERIFY(!error.value().description().isEmpty());
         QCOMPARE(QDir(list.file.folder()).entryList(QDir::Files), before);
@@ -184,7 +196,7 @@ private Q_SLOTS:
         ProductList list(20'000);
         const QString path = list.file.folder() + u"/a.html"_s;
         list.source.setFilter(u"no LIKE '7'"_s);
-        list.grid.exportToFile(path);
+        list.grid.exportToFile(path, false);
         list.source.setFilter({});
         const QByteArray before = contents(path);
         const QStringList files = QDir(list.file.folder()).entryList(QDir::Files);
@@ -194,7 +206,7 @@ private Q_SLOTS:
         small.rlim_cur = 100'000;
         const auto handler = std::signal(SIGXFSZ, SIG_IGN);
         setrlimit(RLIMIT_FSIZE, &small);
-        const auto error = errorOf([&] { list.grid.exportToFile(path); });
+        const auto error = errorOf([&] { list.grid.exportToFile(path, false); });
         setrlimit(RLIMIT_FSIZE, &usual);
         std::signal(SIGXFSZ, handler);
         QCOMPARE(error.value().number(), 75);

@@ -280,15 +280,32 @@ private Q_SLOTS:
     }
 
     void enterIsADoubleClick() {
-        ProductList list(3);
+        ProductList list(30);
         list.show();
         const QSignalSpy doubles(&list.grid, &TDBGrid::dblclick);
+        QTest::keyClick(&list.grid, Qt::Key_Return);  // chooses the row that is current unasked
+        QCOMPARE(doubles.size(), 0);
         QTest::keyClick(&list.grid, Qt::Key_Return);
         QTest::keyClick(&list.grid, Qt::Key_Enter);
         QCOMPARE(doubles.size(), 2);
+        list.grid.verticalScrollBar()->setValue(15);
+        QTest::keyClick(&list.grid, Qt::Key_Return);  // brings the row back into sight
+        QCOMPARE(doubles.size(), 2);
+        QCOMPARE(list.grid.firstRow(), 0);
+        QTest::keyClick(&list.grid, Qt::Key_Return);
+        QCOMPARE(doubles.size(), 3);
         list.source.setFilter(u"urun LIKE 'yok'"_s);
         QTest::keyClick(&list.grid, Qt::Key_Return);
-        QCOMPARE(doubles.size(), 2);
+        QCOMPARE(doubles.size(), 3);
+    }
+
+    void rowsThatAreAsTheyWereStayScrolled() {
+        ProductList list(30);
+        list.show();
+        list.grid.verticalScrollBar()->setValue(15);
+        list.grid.setDataSource(list.source);
+        list.grid.refresh();
+        QCOMPARE(list.grid.firstRow(), 15);
     }
 
     void headingsArePressed() {
