@@ -17,6 +17,7 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 }
 
 void OpenedScreen::leave() {
+    m_taps->windowCloses();
     ScreenRegistry::unload(*this);
     returnFocus();
 }

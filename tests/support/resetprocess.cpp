@@ -5,6 +5,7 @@
 #include "appearance/modTema.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/screensize.h"
+#include "desktop/tapguard.h"
 #include "runtime/clock.h"
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
@@ -26,6 +27,7 @@ void resetProcess() {
     setProcessEnd({});
     Clock::setSource({});
     setScreenMetricsSource({});
+    TapGuard::reset();
 }
 
 }  // namespace kovanix
