@@ -2,6 +2,8 @@
 
 #include <QSqlError>
 #include <QSqlRecord>
+#include <algorithm>
+#include <cmath>
 
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
@@ -23,7 +25,8 @@ bool asksForAll(const SqlTokens& tokens) {
 
 class Reader {
 public:
-    Reader(ConnectionCore& core, const QString& sql) : m_core(core), m_sql(sql) {}
+    Reader(ConnectionCore& core, const QString& sql, const ReadProgress& progress)
+        : m_core(core), m_sql(sql), m_progress(progress) {}
 
     RowTable run() {
         m_core.inEnginesName([this] {
@@ -93,9 +96,28 @@ private:
                 m_table.identities->append(query.value(identity).toLongLong());
             }
             more = rows == chunkRows;
-            if (more)
+            if (more) {
                 afterRow = m_table.identities->back();
+                query.finish();
+                tellProgress();
+            }
         }
+    }
+
+    /// What is to come is estimated from the identities. Their largest is found at once, whereas counting
+    /// would read the whole table one more time.
+    void tellProgress() {
+        if (!m_progress)
+            return;
+        if (!m_lastIdentity)
+            m_lastIdentity =
+                m_core.number(u"SELECT max(%1) FROM %2"_s.arg(m_shape.identity, quotedSqlName(m_table.name)));
+        const auto first = static_cast<double>((*m_table.identities)[0]);
+        const auto reached = static_cast<double>(m_table.identities->back());
+        const double last = std::max(static_cast<double>(*m_lastIdentity), reached);
+        const auto rows = static_cast<qsizetype>(m_table.count());
+        const double total = static_cast<double>(rows) * (last - first + 1) / (reached - first + 1);
+        m_progress(rows, static_cast<qsizetype>(std::llround(total)));
     }
 
     void readAtOnce() {
@@ -125,14 +147,16 @@ private:
 
     ConnectionCore& m_core;
     QString m_sql;
+    const ReadProgress& m_progress;
+    std::optional<qint64> m_lastIdentity;  ///< of the table
     TableShape m_shape;
     RowTable m_table;
 };
 
 }  // namespace
 
-RowTable readRows(ConnectionCore& core, const QString& sql) {
-    return Reader(core, sql).run();
+RowTable readRows(ConnectionCore& core, const QString& sql, const ReadProgress& progress) {
+    return Reader(core, sql, progress).run();
 }
 
 }  // namespace kovanix
