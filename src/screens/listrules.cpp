@@ -1,5 +1,6 @@
 #include "screens/listrules.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "data/baglanmamodulu.h"
@@ -49,6 +50,13 @@ void ColumnWidths::store(int gridWidth, const QList<int>& columns) {
     m_count = static_cast<int>(columns.size());
     for (qsizetype column = 0; column < columns.size(); ++column)
         m_columns[static_cast<size_t>(column)] = static_cast<short>(columns[column]);
+}
+
+std::optional<double> progressShown(qsizetype rows, qsizetype total, std::chrono::milliseconds taken) {
+    constexpr std::chrono::milliseconds unnoticed{150};
+    if (taken < unnoticed || total <= 0)
+        return std::nullopt;
+    return std::min(1.0, static_cast<double>(rows) / static_cast<double>(total));
 }
 
 QList<int> ColumnWidths::widthsFor(int gridWidth) const {

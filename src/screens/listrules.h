@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 #include <array>
+#include <chrono>
+#include <optional>
 
 namespace kovanix {
 
@@ -40,6 +42,11 @@ struct ListOrder {
     /// What a press on the heading of a field makes of the order. @return the sort to set ("urun DESC")
     QString press(const QString& pressedField);
 };
+
+/// How much of a list is read, 0 to 1, where it is to be shown: nothing before the reading has taken long
+/// enough to be noticed.
+/// @param total  about how many rows there will be
+std::optional<double> progressShown(qsizetype rows, qsizetype total, std::chrono::milliseconds taken);
 
 /// The widths of a grid's columns, as they follow the grid's own.
 ///

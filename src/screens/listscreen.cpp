@@ -77,9 +77,17 @@ void ListScreen::connectData() {
 
 void ListScreen::showRows() {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a second
-    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    const auto restore = qScopeGuard([this] {
+        m_controls.frame->setProgress({});
+        QGuiApplication::restoreOverrideCursor();
+    });
     attempt([this] { m_controls.grid->setDataSource(*m_controls.data); });
-    const bool readable = !attempt([this] { m_controls.data->refresh(); });
+    m_reading.start();
+    const bool readable = !attempt([this] {
+        m_controls.data->refresh([this](qsizetype rows, qsizetype total) {
+            m_controls.frame->setProgress(progressShown(rows, total, readingTime()));
+        });
+    });
     attempt([this] { m_controls.grid->refresh(); });
     tellEmpty(readable);
     // Rows that were read anew keep their order and filter, where they could be set on those of before and
@@ -92,6 +100,10 @@ void ListScreen::showRows() {
     if (filterTexts() != m_textsInForce)
         filter();
     tellCount();
+}
+
+std::chrono::milliseconds ListScreen::readingTime() const {
+    return std::chrono::milliseconds(m_reading.elapsed());
 }
 
 void ListScreen::storeWidths() {

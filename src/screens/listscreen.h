@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QString>
+#include <chrono>
 #include <initializer_list>
 
 #include "screens/listrules.h"
@@ -83,6 +85,8 @@ protected:
     /// Sets what the filter cells ask for. A filter that is refused leaves the former one in force, and its
     /// cell says so.
     void filter();
+    /// The milliseconds that reading has taken since it began.
+    virtual std::chrono::milliseconds readingTime() const;
     /// Copies the number of the current row into the hidden box.
     void copySelection();
 
@@ -102,7 +106,8 @@ private:
     const ListTraits& m_traits;
     Controls m_controls;
     ListOrder m_order;
-    QString m_sort;              ///< what was last asked for
+    QString m_sort;  ///< what was last asked for
+    QElapsedTimer m_reading;
     QStringList m_textsInForce;  ///< the filter cells' texts that the rows answer to
     ColumnWidths m_widths;
 };

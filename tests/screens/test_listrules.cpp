@@ -6,6 +6,7 @@
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -30,8 +31,17 @@ struct WidthRow {
     QList<int> widths;
 };
 
+struct ProgressRow {
+    const char* name;
+    qsizetype rows;
+    qsizetype total;
+    std::chrono::milliseconds taken;
+    std::optional<double> shown;
+};
+
 }  // namespace
 
+Q_DECLARE_METATYPE(ProgressRow)
 Q_DECLARE_METATYPE(FilterRow)
 Q_DECLARE_METATYPE(PressRow)
 Q_DECLARE_METATYPE(WidthRow)
@@ -49,7 +59,26 @@ private Q_SLOTS:
     void widths_data();
     void widths();
     void fiftyOneColumns();
+    void progress_data();
+    void progress();
 };
+
+void TestListRules::progress_data() {
+    QTest::addColumn<ProgressRow>("row");
+    for (const ProgressRow& row : QList<ProgressRow>{
+             {"too soon", 20000, 40000, 149ms, {}},
+             {"soon enough", 20000, 40000, 150ms, 0.5},
+             {"all", 40000, 40000, 900ms, 1.0},
+             {"more than was thought", 50000, 40000, 900ms, 1.0},
+             {"nothing to read", 0, 0, 900ms, {}},
+         })
+        QTest::newRow(row.name) << row;
+}
+
+void TestListRules::progress() {
+    QFETCH(const ProgressRow, row);
+    QCOMPARE(progressShown(row.rows, row.total, row.taken), row.shown);
+}
 
 void TestListRules::filter_data() {
     const QString barkod = u"barkod"_s;

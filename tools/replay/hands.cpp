@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QWidget>
 
+#include "desktop/tapguard.h"
 #include "player.h"
 
 namespace kovanix {
@@ -45,6 +46,7 @@ void pressOn(QWidget& control, Qt::MouseButton button) {
 }
 
 void pressOn(QWidget& control, const QPoint& place, Qt::MouseButton button) {
+    TapGuard::reset();  // these hands mean every press, however quick it comes
     focusPressed(control);
     sendMouse(control, QEvent::MouseButtonPress, place, button);
     sendMouse(control, QEvent::MouseButtonRelease, place, button);

@@ -3,11 +3,14 @@
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QSqlResult>
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
 #include "database/driver/rowcursor.h"
+#include "database/sqltokens.h"
 
 namespace kovanix {
 
@@ -37,7 +40,8 @@ private:
 
 class Reader {
 public:
-    Reader(ConnectionCore& core, const QString& sql) : m_core(core), m_sql(sql) {}
+    Reader(ConnectionCore& core, const QString& sql, const ReadProgress& progress)
+        : m_core(core), m_sql(sql), m_progress(progress) {}
 
     RowTable run() {
         m_core.inEnginesName([this] {
@@ -83,19 +87,42 @@ private:
     void readChunks() {
         std::optional<qint64> afterRow;
         for (bool more = true; more;) {
-            Rows rows(m_core.run(*chunkSql(afterRow)));
-            const QSqlRecord record = rows.record();
-            const int identity = record.count() - 1;
-            takeColumns(record, identity, true);
-            qsizetype count = 0;
-            for (; next(rows); ++count) {
-                appendCells(rows);
-                m_table.identities->append(rows.cell(identity).whole);
-            }
-            more = count == chunkRows;
-            if (more)
+            more = readChunk(afterRow) == chunkRows;
+            if (more) {
                 afterRow = m_table.identities->back();
+                tellProgress();
+            }
         }
+    }
+
+    /// @return how many rows there were
+    qsizetype readChunk(std::optional<qint64> afterRow) {
+        Rows rows(m_core.run(*chunkSql(afterRow)));
+        const QSqlRecord record = rows.record();
+        const int identity = record.count() - 1;
+        takeColumns(record, identity, true);
+        qsizetype count = 0;
+        for (; next(rows); ++count) {
+            appendCells(rows);
+            m_table.identities->append(rows.cell(identity).whole);
+        }
+        return count;
+    }
+
+    /// What is to come is estimated from the identities. Their largest is found at once, whereas counting
+    /// would read the whole table one more time.
+    void tellProgress() {
+        if (!m_progress)
+            return;
+        if (!m_lastIdentity)
+            m_lastIdentity =
+                m_core.number(u"SELECT max(%1) FROM %2"_s.arg(m_shape.identity, quotedSqlName(m_table.name)));
+        const auto first = static_cast<double>((*m_table.identities)[0]);
+        const auto reached = static_cast<double>(m_table.identities->back());
+        const double last = std::max(static_cast<double>(*m_lastIdentity), reached);
+        const auto rows = static_cast<qsizetype>(m_table.count());
+        const double total = static_cast<double>(rows) * (last - first + 1) / (reached - first + 1);
+        m_progress(rows, static_cast<qsizetype>(std::llround(total)));
     }
 
     void readAtOnce() {
@@ -126,6 +153,8 @@ private:
 
     ConnectionCore& m_core;
     QString m_sql;
+    const ReadProgress& m_progress;
+    std::optional<qint64> m_lastIdentity;  ///< of the table
     TableShape m_shape;
     bool m_allColumns = false;
     RowTable m_table;
@@ -133,8 +162,8 @@ private:
 
 }  // namespace
 
-RowTable readRows(ConnectionCore& core, const QString& sql) {
-    return Reader(core, sql).run();
+RowTable readRows(ConnectionCore& core, const QString& sql, const ReadProgress& progress) {
+    return Reader(core, sql, progress).run();
 }
 
 }  // namespace kovanix

@@ -128,14 +128,14 @@ RowSet::~RowSet() = default;
 RowSet::RowSet(RowSet&& other) noexcept = default;
 RowSet& RowSet::operator=(RowSet&& other) noexcept = default;
 
-bool RowSet::read(Connection& connection, const QString& sql) {
+bool RowSet::read(Connection& connection, const QString& sql, const ReadProgress& progress) {
     ConnectionCore& core = *connection.d;
     core.requireOpen();
     // Taken ahead of the read: what is written meanwhile shows at the next one.
     const ChangeMark mark = connection.changeMark();
     if (mark == d->mark && sql == d->sql)
         return false;
-    Private next = d->over(readRows(core, sql));
+    Private next = d->over(readRows(core, sql, progress));
     next.sql = sql;
     next.mark = mark;
     *d = std::move(next);

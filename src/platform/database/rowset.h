@@ -4,6 +4,7 @@
 #include <QVariant>
 #include <memory>
 
+#include "database/readprogress.h"
 #include "database/rowfilter.h"
 #include "database/tableshape.h"
 
@@ -35,9 +36,10 @@ public:
     ///
     /// A second read of the same select through an unbroken connection returns at once where the database can
     /// prove that nothing has changed since.
+    /// @param progress  told between the chunks; the rows of before are still there then
     /// @return whether the rows were read anew
     /// @throws RuntimeError the engine's failure; the rows of before stay
-    bool read(Connection& connection, const QString& sql);
+    bool read(Connection& connection, const QString& sql, const ReadProgress& progress = {});
 
     /// Forgets rows and fields; sort and filter too.
     void clear();

@@ -21,11 +21,11 @@ std::shared_ptr<Connection> Adodc::connection() {
     return m_ownConnection;
 }
 
-void Adodc::refresh() {
+void Adodc::refresh(const ReadProgress& progress) {
     const QString sql = m_commandType == CommandType::table
                             ? QStringLiteral("select * from ") + m_recordSource
                             : m_recordSource;
-    if (!m_rows.read(*connection(), sql))
+    if (!m_rows.read(*connection(), sql, progress))
         return;
     settleCurrent();
     Q_EMIT rowsChanged();

@@ -39,8 +39,9 @@ public:
     void setRecordSource(const QString& source) { m_recordSource = source; }
 
     /// Reads the rows, or finds that they are as they were.
+    /// @param progress  told between the chunks of the read; it may paint, but must let no events through
     /// @throws RuntimeError the engine's failure; the rows of before stay
-    void refresh();
+    void refresh(const ReadProgress& progress = {});
 
     /// The rows as they were last read. To be looked at: what changes them goes through this control, so that
     /// every grid on it learns of it.

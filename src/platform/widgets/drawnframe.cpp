@@ -149,6 +149,19 @@ void vkFrame::setTitleNote(const QString& text) {
     update(titleBar());
 }
 
+void vkFrame::setProgress(std::optional<double> share) {
+    if (share == m_progress)
+        return;
+    m_progress = share;
+    repaint(progressLine());
+}
+
+QRect vkFrame::progressLine() const {
+    constexpr int lineHeight = 4;
+    const int height = static_cast<int>(std::lround(lineHeight * designScale(*this)));
+    return {0, titlePixels() - height, width(), height};
+}
+
 int vkFrame::titlePixels() const {
     if (m_caption.isEmpty())
         return 0;
@@ -239,6 +252,11 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
     }
     const QColor end = mixed(from, to, titleShare(m_title->bounds().right() / bar.width()));
     m_title->paint(painter, m_forecolor, outlineFor(m_forecolor, from, end, m_title->wantedContrast()));
+    if (m_progress) {
+        QRect line = progressLine();
+        line.setWidth(static_cast<int>(std::lround(line.width() * std::clamp(*m_progress, 0.0, 1.0))));
+        painter.fillRect(line, roleColor(ColorRole::honey));
+    }
 }
 
 /// @return the room that is left behind the icon

@@ -5,6 +5,7 @@
 #include <QRectF>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 #include "widgets/look.h"
 
@@ -68,6 +69,10 @@ public:
     /// tools as the frame's description.
     const QString& titleNote() const { return m_titleNote; }
     void setTitleNote(const QString& text);
+    /// A line along the title bar's lower edge that tells how much of a reading is done: 0 to 1, nothing for
+    /// no line. It is painted before the call returns, since whoever reads lets no events through.
+    std::optional<double> progress() const { return m_progress; }
+    void setProgress(std::optional<double> share);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -76,6 +81,7 @@ protected:
 private:
     int titlePixels() const;
     QRect titleBar() const;
+    QRect progressLine() const;
     void layOutTitle();
     void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
     QRectF paintTitleIcon(QPainter& painter, QRectF room) const;
@@ -94,6 +100,7 @@ private:
     QIcon m_titleIcon;
     QString m_titleNote;
     std::unique_ptr<FittedText> m_note;
+    std::optional<double> m_progress;
     int m_titleHeight = 0;
     int m_cornerRadius = 9;
     int m_titleMargin = 0;  // what the title bar takes of the contents' upper margin

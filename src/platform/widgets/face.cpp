@@ -9,7 +9,6 @@
 #include <cmath>
 
 #include "widgets/activeresize.h"
-#include "widgets/look.h"
 
 namespace kovanix {
 namespace {
@@ -153,6 +152,10 @@ QPixmap inColor(QPixmap shape, const QColor& color) {
 
 bool standsOnDark(const QWidget& control) {
     return luminance(control.palette().color(QPalette::Active, QPalette::WindowText)) > 0.5;
+}
+
+Tone toneOf(const QWidget& control) {
+    return standsOnDark(control) ? Tone::dark : Tone::light;
 }
 
 QColor borderFor(const QColor& top, const QColor& bottom) {

@@ -5,6 +5,8 @@
 #include <QRectF>
 #include <functional>
 
+#include "widgets/look.h"
+
 class QPainter;
 class QWidget;
 
@@ -58,6 +60,8 @@ QPixmap inColor(QPixmap shape, const QColor& color);
 
 /// Whether a control stands on a dark page: one whose labels are written in a light ink.
 bool standsOnDark(const QWidget& control);
+/// The tone of the roles' colours that suits the page on which a control stands.
+Tone toneOf(const QWidget& control);
 
 /// The scale of the resizing container that holds the control; 1 outside of one.
 double designScale(const QWidget& control);

@@ -37,6 +37,7 @@ void FilterCell::setNumber(bool number) {
 void FilterCell::setMeasures(const GridLayout& layout) {
     m_scale = layout.scale;
     m_target = layout.target();
+    m_tone = layout.tone;
     QFont letters = font();
     letters.setFamilies(parentWidget()->font().families());
     letters.setPixelSize(layout.filterText());
@@ -47,6 +48,10 @@ void FilterCell::setMeasures(const GridLayout& layout) {
 
 QRectF FilterCell::well() const {
     return QRectF(rect()).adjusted(3 * m_scale, 4 * m_scale, -3 * m_scale, -4 * m_scale);
+}
+
+QColor FilterCell::color(ColorRole role) const {
+    return roleColor(role, m_tone);
 }
 
 bool FilterCell::showsCross() const {
@@ -62,12 +67,12 @@ QRect FilterCell::crossTarget() const {
 }
 
 void FilterCell::dress() {
-    const QColor ink = roleColor(m_refused ? ColorRole::refusedInk : ColorRole::filterInk);
+    const QColor ink = color(m_refused ? ColorRole::refusedInk : ColorRole::filterInk);
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
     colors.setColor(QPalette::Text, ink);
     colors.setColor(QPalette::Highlight, ink);
-    colors.setColor(QPalette::HighlightedText, roleColor(ColorRole::filterInForce));
+    colors.setColor(QPalette::HighlightedText, color(ColorRole::filterInForce));
     if (colors != palette())
         setPalette(colors);
     QFont letters = font();
@@ -87,7 +92,7 @@ void FilterCell::paintEvent(QPaintEvent* event) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(roleColor(filled ? ColorRole::filterInForce : ColorRole::filterCell));
+        painter.setBrush(color(filled ? ColorRole::filterInForce : ColorRole::filterCell));
         painter.drawRoundedRect(box, 5 * m_scale, 5 * m_scale);
         const auto rim = [&](const QColor& color, double inset, double pen) {
             painter.setPen(QPen(color, pen));
@@ -96,12 +101,12 @@ void FilterCell::paintEvent(QPaintEvent* event) {
             painter.drawRoundedRect(box.adjusted(half, half, -half, -half), 4 * m_scale, 4 * m_scale);
         };
         if (hasFocus()) {
-            rim(roleColor(ColorRole::focus), 0, 3);
-            rim(roleColor(m_refused ? ColorRole::refusedRim : ColorRole::filterInk), 3, 2);
+            rim(color(ColorRole::focus), 0, 3);
+            rim(color(m_refused ? ColorRole::refusedRim : ColorRole::filterInk), 3, 2);
         } else if (m_refused) {
-            rim(roleColor(ColorRole::refusedRim), 0, 2);
+            rim(color(ColorRole::refusedRim), 0, 2);
         } else if (filled) {
-            rim(roleColor(ColorRole::filterInk), 0, 2);
+            rim(color(ColorRole::filterInk), 0, 2);
         }
     }
     QLineEdit::paintEvent(event);
@@ -113,13 +118,13 @@ void FilterCell::paintEvent(QPaintEvent* event) {
     };
     if (!filled) {
         // Not where the caret stands.
-        paintMagnifier(painter, at(m_number != hasFocus(), size), roleColor(ColorRole::filterHint));
+        paintMagnifier(painter, at(m_number != hasFocus(), size), color(ColorRole::filterHint));
         return;
     }
     if (m_refused)
-        paintWarning(painter, at(false, 20 * m_scale), roleColor(ColorRole::refusedInk));
+        paintWarning(painter, at(false, 20 * m_scale), color(ColorRole::refusedInk));
     if (showsCross())
-        paintCross(painter, at(true, size), roleColor(ColorRole::filterInk));
+        paintCross(painter, at(true, size), color(ColorRole::filterInk));
 }
 
 void FilterCell::resizeEvent(QResizeEvent* event) {
@@ -247,7 +252,7 @@ void FilterBar::layOut() {
 }
 
 void FilterBar::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).fillRect(rect(), roleColor(ColorRole::filterStrip));
+    QPainter(this).fillRect(rect(), m_layout.color(ColorRole::filterStrip));
 }
 
 // A press beside the cells is none on the rows.

@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <vector>
 
+#include "widgets/look.h"
+
 namespace kovanix {
 
 struct GridLayout;
@@ -21,7 +23,7 @@ public:
 
     /// At which side of the cell text and magnifier stand.
     void setNumber(bool number);
-    /// @param scale  of the resizing container; @param pixels  the letters' size
+    /// Takes scale, letters and colours from the grid's.
     void setMeasures(const GridLayout& layout);
 
     /// Where a press empties the cell; empty where none does.
@@ -48,9 +50,11 @@ private:
     bool showsCross() const;
     void dress();
     QRectF well() const;
+    QColor color(ColorRole role) const;
 
     double m_scale = 1.0;
     int m_target = 44;
+    Tone m_tone = Tone::light;
     bool m_number = false;
     bool m_refused = false;
     bool m_onCross = false;  // a press on the cross is down

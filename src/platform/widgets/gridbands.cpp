@@ -7,6 +7,7 @@
 #include <QTransform>
 #include <vector>
 
+#include "widgets/drawnframe.h"
 #include "widgets/gridcell.h"
 #include "widgets/gridlayout.h"
 #include "widgets/tdbgrid.h"
@@ -21,6 +22,16 @@ QFont bandFont(const QWidget& band, int pixels, QFont::Weight weight) {
     letters.setPixelSize(pixels);
     letters.setWeight(weight);
     return letters;
+}
+
+/// What shows beside the grid's round corners.
+QColor groundBehind(const QWidget& grid) {
+    for (const QWidget* above = grid.parentWidget(); above; above = above->parentWidget()) {
+        if (const auto* frame = qobject_cast<const vkFrame*>(above))
+            return frame->backcolor1();
+    }
+    const QWidget& page = grid.parentWidget() ? *grid.parentWidget() : grid;
+    return page.palette().color(page.backgroundRole());
 }
 
 }  // namespace
@@ -40,8 +51,8 @@ void GridHeading::setSortMark(int column, Qt::SortOrder order) {
 
 void GridHeading::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    painter.fillRect(rect(), roleColor(ColorRole::heading));
-    QColor line = roleColor(ColorRole::headingInk);
+    painter.fillRect(rect(), m_layout.color(ColorRole::heading));
+    QColor line = m_layout.color(ColorRole::headingInk);
     line.setAlphaF(0.14F);
     for (int column = 0; column < m_layout.columns(); ++column) {
         QRect cell = m_layout.cell(column, 0, height());
@@ -53,7 +64,7 @@ void GridHeading::paintEvent(QPaintEvent* /*event*/) {
         if (last)
             cell.setRight(width());
         if (column == m_sortColumn)
-            painter.fillRect(cell, roleColor(ColorRole::sortedHeading));
+            painter.fillRect(cell, m_layout.color(ColorRole::sortedHeading));
         if (!last)
             painter.fillRect(QRect(cell.right(), 0, 1, height()), line);
         paintCaption(painter, column, room);
@@ -64,7 +75,7 @@ void GridHeading::paintCaption(QPainter& painter, int column, const QRect& room)
     const GridColumn& shown = m_grid.column(column);
     const bool right = shown.isNumber();
     painter.setFont(bandFont(*this, m_layout.headingText(), QFont::Medium));
-    painter.setPen(roleColor(ColorRole::headingInk));
+    painter.setPen(m_layout.color(ColorRole::headingInk));
     QRect words = room;
     if (column == m_sortColumn) {
         const double arrow = 12 * m_layout.scale;
@@ -83,7 +94,7 @@ void GridHeading::paintCaption(QPainter& painter, int column, const QRect& room)
         triangle.lineTo(left + arrow, up ? top + tall : top);
         triangle.lineTo(left + arrow / 2, up ? top : top + tall);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.fillPath(triangle, roleColor(ColorRole::sortArrow));
+        painter.fillPath(triangle, m_layout.color(ColorRole::sortArrow));
         painter.setRenderHint(QPainter::Antialiasing, false);
     }
     paintCellText(painter, words, shown.caption().trimmed(), right ? Qt::AlignRight : Qt::AlignLeft,
@@ -148,8 +159,8 @@ void GridFooter::paintEvent(QPaintEvent* /*event*/) {
         bool total = false;
     };
     QPainter painter(this);
-    painter.fillRect(rect(), roleColor(ColorRole::footer));
-    painter.fillRect(QRect(0, 0, width(), 2), roleColor(ColorRole::heading));
+    painter.fillRect(rect(), m_layout.color(ColorRole::footer));
+    painter.fillRect(QRect(0, 0, width(), 2), m_layout.color(ColorRole::heading));
     const QFont small = bandFont(*this, m_layout.text(13), QFont::Normal);
     QString words;
     std::vector<Sum> sums;
@@ -189,18 +200,18 @@ void GridFooter::paintEvent(QPaintEvent* /*event*/) {
     for (auto sum = sums.rbegin(); sum != sums.rend(); ++sum) {
         const QRect box(right - sum->width, room.top(), sum->width, room.height());
         painter.setFont(small);
-        painter.setPen(roleColor(ColorRole::mutedInk));
+        painter.setPen(m_layout.color(ColorRole::mutedInk));
         painter.drawText(QRect(box.left(), box.top() + m_layout.scaled(2), box.width(), line - box.top()),
                          static_cast<int>(Qt::AlignRight) | Qt::AlignVCenter, sum->caption);
         painter.setFont(sum->letters);
-        painter.setPen(roleColor(sum->total ? ColorRole::footerTotal : ColorRole::ink));
+        painter.setPen(m_layout.color(sum->total ? ColorRole::footerTotal : ColorRole::ink));
         painter.drawText(QRect(box.left(), line, box.width(), box.bottom() - line - m_layout.scaled(3)),
                          static_cast<int>(Qt::AlignRight) | Qt::AlignVCenter, sum->text);
         right -= sum->width + gap;
     }
     QRect left(room.left(), room.top(), right - room.left(), room.height());
     painter.setFont(wordsFont);
-    painter.setPen(roleColor(ColorRole::ink));
+    painter.setPen(m_layout.color(ColorRole::ink));
     if (m_note.isEmpty()) {
         paintCellText(painter, left, words, Qt::AlignLeft, CellText::name);
         return;
@@ -209,7 +220,7 @@ void GridFooter::paintEvent(QPaintEvent* /*event*/) {
     left.setBottom(middle);
     paintCellText(painter, left.adjusted(0, m_layout.scaled(8), 0, 0), words, Qt::AlignLeft, CellText::name);
     painter.setFont(small);
-    painter.setPen(roleColor(ColorRole::mutedInk));
+    painter.setPen(m_layout.color(ColorRole::mutedInk));
     paintCellText(painter, QRect(left.left(), middle, left.width(), m_layout.scaled(22)), m_note,
                   Qt::AlignLeft, CellText::name);
 }
@@ -229,9 +240,8 @@ void GridRim::layOut() {
 }
 
 void GridRim::paintEvent(QPaintEvent* event) {
-    const QWidget* page = parentWidget()->parentWidget();
-    const QColor ground = page ? page->palette().color(page->backgroundRole()) : roleColor(ColorRole::ground);
-    const QColor edge = roleColor(ColorRole::edge);
+    const QColor ground = groundBehind(*parentWidget());
+    const QColor edge = m_layout.color(ColorRole::edge);
     const int round = m_layout.scaled(radius);
     QPainter painter(this);
     const int across = width() - 2 * round;

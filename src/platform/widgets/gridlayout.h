@@ -5,17 +5,22 @@
 #include <cmath>
 #include <vector>
 
+#include "widgets/look.h"
+
 namespace kovanix {
 
-/// Where the columns of a list grid stand and how large its parts are: what the rows and the bands above and
-/// below them share.
+/// Where the columns of a list grid stand, how large its parts are and which colours they take: what the rows
+/// and the bands above and below them share.
 struct GridLayout {
     static constexpr int smallestText = 11;
     static constexpr int smallestTarget = 40;
 
     double scale = 1.0;
+    Tone tone = Tone::light;  ///< of the page that the grid stands on
     /// The columns' left edges in the rows, and the right edge of the last.
     std::vector<int> edges{0};
+
+    QColor color(ColorRole role) const { return roleColor(role, tone); }
 
     int columns() const { return static_cast<int>(edges.size()) - 1; }
 

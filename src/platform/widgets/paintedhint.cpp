@@ -4,7 +4,6 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
-#include "widgets/look.h"
 
 namespace kovanix {
 
@@ -29,7 +28,7 @@ void PaintedHint::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     const double scale = designScale(*this);
     const double side = iconSide * scale;
-    const QColor ink = roleColor(ColorRole::mutedInk);
+    const QColor ink = roleColor(ColorRole::mutedInk, toneOf(*this));
     painter.drawPixmap(QPointF(0, (height() - side) / 2),
                        inColor(m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
     QFont plain = font();

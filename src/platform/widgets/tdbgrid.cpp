@@ -373,9 +373,10 @@ void TDBGrid::layOutBands() {
     m_footer->tellTexts();
     m_aboveBar->setFixedHeight(above);
     m_belowBar->setFixedHeight(below + 1);
-    if (m_styledScale != m_layout.scale) {
+    if (m_styledScale != m_layout.scale || m_styledTone != m_layout.tone) {
         m_styledScale = m_layout.scale;
-        verticalScrollBar()->setStyleSheet(scrollBarStyle(m_layout.scale));
+        m_styledTone = m_layout.tone;
+        verticalScrollBar()->setStyleSheet(scrollBarStyle(m_layout.scale, m_layout.tone));
     }
     const QMargins margins(left, above, 0, below + 1);
     if (viewportMargins() != margins)

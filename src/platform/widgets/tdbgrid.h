@@ -233,6 +233,7 @@ private:
     bool m_filterBarShown = true;
     bool m_following = false;  // the source says which row is current
     double m_styledScale = 0;
+    Tone m_styledTone = Tone::light;
     std::optional<qint64> m_editedRow;
     EmptyState m_emptyState;
     EmptyState m_noMatchState;

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "widgets/adodc.h"
+#include "widgets/face.h"
 #include "widgets/filterbar.h"
 #include "widgets/gridbands.h"
 #include "widgets/gridmodel.h"
@@ -184,6 +185,11 @@ void TDBGrid::changeEvent(QEvent* event) {
     QAbstractItemView::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         layOutColumns();
+    if (event->type() == QEvent::PaletteChange && m_layout.tone != toneOf(*this)) {
+        m_layout.tone = toneOf(*this);
+        layOutBands();
+        layOutColumns();
+    }
 }
 
 // Not the item view's own: it would make the first row the current one unasked.

@@ -47,7 +47,7 @@ void TDBGrid::paintEvent(QPaintEvent* event) {
     }
     const QRect below(0, rowTop(std::max(first, end)), viewport()->width(), viewport()->height());
     if (dirty.intersects(below))
-        painter.fillRect(below, roleColor(ColorRole::card));
+        painter.fillRect(below, m_layout.color(ColorRole::card));
     if (rows == 0)
         paintEmptyState(painter);
 }
@@ -57,18 +57,18 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
                              : current      ? ColorRole::selection
                              : row % 2 == 1 ? ColorRole::zebra
                                             : ColorRole::card;
-    painter.fillRect(line, roleColor(ground));
-    painter.fillRect(QRect(line.left(), line.bottom(), line.width(), 1), roleColor(ColorRole::rowLine));
+    painter.fillRect(line, m_layout.color(ground));
+    painter.fillRect(QRect(line.left(), line.bottom(), line.width(), 1), m_layout.color(ColorRole::rowLine));
     if (current || edited)
         painter.fillRect(QRect(line.left(), line.top(), m_layout.scaled(barWidth), line.height()),
-                         roleColor(edited ? ColorRole::editedBar : ColorRole::selectionBar));
+                         m_layout.color(edited ? ColorRole::editedBar : ColorRole::selectionBar));
     painter.setFont(letters(font(), m_layout.rowText(), current || edited ? QFont::Medium : QFont::Normal));
     for (int column = 0; column < m_layout.columns(); ++column) {
         const QRect cell = m_layout.cell(column, line.top(), line.height() - 1);
         if (cell.width() <= 0)
             continue;
         const bool counter = this->column(column).dataField().compare(u"no", Qt::CaseInsensitive) == 0;
-        painter.setPen(roleColor(counter && !current && !edited ? ColorRole::mutedInk : ColorRole::ink));
+        painter.setPen(m_layout.color(counter && !current && !edited ? ColorRole::mutedInk : ColorRole::ink));
         const bool number = m_rows->isNumber(column);
         const QString text = m_rows->text(row, column);
         // A format may end in a blank: the figures stand below the heading's edge all the same.
@@ -79,7 +79,7 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
     if (!hasFocus() || currentIndex().row() != row || m_col >= m_layout.columns())
         return;
     const QRect cell = m_layout.cell(m_col, line.top(), line.height());
-    painter.setPen(QPen(roleColor(ColorRole::selectionBar), 2));
+    painter.setPen(QPen(m_layout.color(ColorRole::selectionBar), 2));
     painter.setBrush(Qt::NoBrush);
     if (cell.width() > 2)
         painter.drawRect(cell.adjusted(1, 1, -1, -1));
@@ -90,7 +90,7 @@ void TDBGrid::paintEmptyState(QPainter& painter) const {
     const EmptyState& state = noneAtAll ? m_emptyState : m_noMatchState;
     if (state.text.isEmpty() && state.hint.isEmpty())
         return;
-    const QColor muted = roleColor(ColorRole::mutedInk);
+    const QColor muted = m_layout.color(ColorRole::mutedInk);
     const int side = m_layout.scaled(72);
     const int gap = m_layout.scaled(12);
     const int lineHeight = m_layout.scaled(24);
@@ -98,7 +98,7 @@ void TDBGrid::paintEmptyState(QPainter& painter) const {
     int top = (room.height() - side - 2 * (gap + lineHeight)) / 2;
     const QRect icon((room.width() - side) / 2, top, side, side);
     const double ratio = painter.device()->devicePixelRatioF();
-    const QString key = QStringLiteral("%1|%2|%3").arg(state.icon).arg(side).arg(ratio);
+    const QString key = QStringLiteral("%1|%2|%3|%4").arg(state.icon).arg(side).arg(ratio).arg(muted.name());
     if (key != m_emptyIconPath) {
         m_emptyIconPath = key;
         m_emptyIcon = state.icon.isEmpty() ? QPixmap() : tinted(state.icon, side, ratio, muted);
@@ -115,7 +115,7 @@ void TDBGrid::paintEmptyState(QPainter& painter) const {
                       CellText::name);
         top += lineHeight + gap;
     };
-    line(state.text, 20, QFont::Medium, roleColor(ColorRole::ink));
+    line(state.text, 20, QFont::Medium, m_layout.color(ColorRole::ink));
     line(state.hint, 16, QFont::Normal, muted);
 }
 

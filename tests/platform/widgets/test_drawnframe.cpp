@@ -276,6 +276,49 @@ private Q_SLOTS:
         QCOMPARE(frame.forecolor(), QColor(Qt::white));
     }
 
+    // Nothing lets events through while a list is read.
+    void progressIsPaintedAtOnce() {
+        QWidget window;
+        vkFrame frame(&window);
+        frame.setLook(FrameRole::page);
+        frame.setCaption(QStringLiteral("LİSTE"));
+        frame.resize(400, 200);
+        window.resize(400, 200);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCoreApplication::processEvents();
+        PaintCounter paintings(frame);
+        const auto honey = [&](int x, int y) {
+            return frame.grab().toImage().pixelColor(x, y) == roleColor(ColorRole::honey);
+        };
+        frame.setProgress(0.25);
+        QCOMPARE(paintings.region(), QRegion(0, 44, 400, 4));
+        QVERIFY(honey(99, 44) && honey(0, 47));
+        QVERIFY(!honey(101, 44) && !honey(99, 43) && !honey(99, 48));
+        frame.setProgress(0.5);
+        QVERIFY(honey(199, 44));
+        paintings.reset();
+        frame.setProgress(0.5);
+        QCOMPARE(paintings.count(), 0);
+        frame.setProgress({});
+        QCOMPARE(paintings.count(), 1);
+        QVERIFY(!honey(0, 47));
+    }
+
+    void aNoteRepaintsTheStripAlone() {
+        vkFrame frame;
+        frame.setLook(FrameRole::page);
+        frame.setCaption(QStringLiteral("LİSTE"));
+        frame.resize(400, 200);
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&frame));
+        QCoreApplication::processEvents();
+        PaintCounter paintings(frame);
+        frame.setTitleNote(QStringLiteral("14 / 18.420"));
+        QCoreApplication::processEvents();
+        QCOMPARE(paintings.region(), QRegion(0, 0, 400, 48));
+    }
+
     void labelKeepsItsGlyphsInside() {
         vkLabel label;
         label.setForecolor(Qt::red);

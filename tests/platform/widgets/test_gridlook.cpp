@@ -8,6 +8,7 @@
 #include "gridfixture.h"
 #include "paintcounter.h"
 #include "widgets/activeresize.h"
+#include "widgets/drawnframe.h"
 #include "widgets/look.h"
 
 using namespace kovanix;
@@ -25,6 +26,11 @@ struct SizeRow {
 struct WidthRow {
     QList<int> widths;
     QList<int> edges;
+};
+
+struct PageRow {
+    QList<QColor> grounds;  // that the page takes, one after the other
+    Tone tone;
 };
 
 struct Screen : QWidget {
@@ -72,6 +78,7 @@ int rightmostInk(const QImage& image, const QRect& cell) {
 
 Q_DECLARE_METATYPE(SizeRow)
 Q_DECLARE_METATYPE(WidthRow)
+Q_DECLARE_METATYPE(PageRow)
 
 class TestGridLook : public QObject {
     Q_OBJECT
@@ -222,6 +229,81 @@ private Q_SLOTS:
                  roleColor(ColorRole::editedRow));
         list.grid.setEditedRow({});
         QCOMPARE(list.grid.currentIndex().row(), 17);
+    }
+
+    void colorsFollowThePage_data() {
+        QTest::addColumn<PageRow>("row");
+        const QColor dark = roleColor(ColorRole::ground, Tone::dark);
+        QTest::newRow("light") << PageRow{{}, Tone::light};
+        QTest::newRow("dark") << PageRow{{dark}, Tone::dark};
+        QTest::newRow("turned dark while it is shown") << PageRow{{Qt::white, dark}, Tone::dark};
+        QTest::newRow("turned light again") << PageRow{{dark, Qt::white}, Tone::light};
+    }
+    void colorsFollowThePage() {
+        QFETCH(const PageRow, row);
+        vkFrame page;  // outlives the grid, which is no child to delete
+        ProductList list(100);
+        TDBGrid& grid = list.grid;
+        grid.column(0).setFooterText(u"TOPLAM"_s);
+        grid.column(4).setFooterText(u"7,50"_s);
+        grid.setFooterTotal(4);
+        grid.setSortMark(4);
+        page.setLook(FrameRole::page);
+        page.resize(1024, 768);
+        grid.setParent(&page);
+        grid.setGeometry(8, 8, 1008, 632);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        for (const QColor& ground : row.grounds) {
+            page.setBackcolor1(ground);
+            page.setBackcolor2(ground);
+        }
+        list.source.setCurrent(2);
+        {
+            const QSignalBlocker still(grid);
+            list.cell(1)->setText(u"869"_s);
+        }
+        grid.setFilterRefused(3, true);
+        QCoreApplication::processEvents();
+
+        const QImage shown = picture(grid);
+        const int rows = grid.viewport()->y();
+        const auto at = [&](int x, int y) { return shown.pixelColor(x, y).name(); };
+        const auto color = [&](ColorRole role) { return roleColor(role, row.tone).name(); };
+        const auto band = [&](int index) {
+            return rows + grid.visualRect(grid.model()->index(index, 0)).top();
+        };
+        const int left = grid.headingRect(1).right() - 3;
+        const auto holds = [&](int index, int column, ColorRole role) {
+            const QRect cell = grid.visualRect(grid.model()->index(index, column));
+            return pixels(shown, cell.translated(1, rows), roleColor(role, row.tone)) > 0;
+        };
+        QCOMPARE(at(left, band(0) + 4), color(ColorRole::card));
+        QCOMPARE(at(left, band(1) + 4), color(ColorRole::zebra));
+        QCOMPARE(at(left, band(1) - 1), color(ColorRole::rowLine));
+        QCOMPARE(at(left, band(2) + 4), color(ColorRole::selection));
+        QCOMPARE(at(3, band(2) + 20), color(ColorRole::selectionBar));
+        QVERIFY(holds(0, 0, ColorRole::mutedInk));
+        QVERIFY(holds(0, 2, ColorRole::ink));
+        QCOMPARE(at(left, 8), color(ColorRole::heading));
+        QCOMPARE(at(grid.headingRect(4).center().x(), 4), color(ColorRole::sortedHeading));
+        QCOMPARE(at(grid.width() - 10, 60), color(ColorRole::filterStrip));
+        QCOMPARE(at(list.cell(2)->geometry().center().x(), rows - 15), color(ColorRole::filterCell));
+        QCOMPARE(at(list.cell(1)->geometry().center().x() + 10, rows - 15), color(ColorRole::filterInForce));
+        QCOMPARE(at(grid.width() - 3, rows + 100), color(ColorRole::ground));
+        QCOMPARE(at(300, grid.height() - 10), color(ColorRole::footer));
+        QVERIFY(pixels(shown, QRect(500, grid.height() - 60, 480, 58),
+                       roleColor(ColorRole::footerTotal, row.tone)) > 0);
+        QCOMPARE(at(0, 200), color(ColorRole::edge));
+        QCOMPARE(at(0, 0), page.backcolor1().name());
+
+        list.source.setFilter(u"urun LIKE 'yok'"_s);
+        grid.setEmptyState({{}, u"Henüz ürün yok"_s, u"EKLE"_s});
+        grid.setNoMatchState({{}, u"Aramaya uyan ürün yok"_s, u"silin"_s});
+        const QImage empty = picture(*grid.viewport());
+        QVERIFY(pixels(empty, empty.rect(), roleColor(ColorRole::ink, row.tone)) > 0);
+        QVERIFY(pixels(empty, empty.rect(), roleColor(ColorRole::mutedInk, row.tone)) > 0);
+        grid.setParent(nullptr);
     }
 
     void editedRowComesIntoSight() {
