@@ -1,5 +1,6 @@
 #include "widgets/tdbgrid.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QScrollBar>
 #include <QSignalBlocker>
@@ -166,6 +167,7 @@ void TDBGrid::showRows() {
     if (const int current = currentRow(); current >= 0 && height >= 0)
         verticalScrollBar()->setValue(current - height);
     followCurrent();
+    tellEmptyState();
     viewport()->update();
 }
 
@@ -235,7 +237,16 @@ void TDBGrid::setEditActive(bool active) {
 void TDBGrid::setSortMark(int index, Qt::SortOrder order) {
     if (index >= 0)
         check(index);
+    const int before = m_heading->sortColumn();
     m_heading->setSortMark(index, order);
+    for (const int changed : {before, index}) {
+        if (changed < 0 || changed >= columnCount())
+            continue;
+        // The headings are the grid's first children there.
+        QAccessibleEvent told(this, QAccessible::DescriptionChanged);
+        told.setChild(changed);
+        QAccessible::updateAccessibility(&told);
+    }
 }
 
 void TDBGrid::setFilterBar(bool shown) {
@@ -270,11 +281,13 @@ void TDBGrid::setFooterNote(const QString& text) {
 
 void TDBGrid::setEmptyState(const EmptyState& state) {
     m_emptyState = state;
+    tellEmptyState();
     viewport()->update();
 }
 
 void TDBGrid::setNoMatchState(const EmptyState& state) {
     m_noMatchState = state;
+    tellEmptyState();
     viewport()->update();
 }
 
@@ -303,6 +316,18 @@ bool TDBGrid::hasFilterTexts() const {
                        [](const auto& shown) { return !shown->filterText().trimmed().isEmpty(); });
 }
 
+const TDBGrid::EmptyState& TDBGrid::emptyStateShown() const {
+    return hasFilterTexts() ? m_noMatchState : m_emptyState;
+}
+
+void TDBGrid::tellEmptyState() {
+    QStringList words;
+    if (m_rows->rowCount() == 0)
+        words = {emptyStateShown().text, emptyStateShown().hint};
+    words.removeAll(QString());
+    setAccessibleDescription(words.join(QStringLiteral(". ")));
+}
+
 // What a change of the rows' choice makes of the focus is this grid's to know: the screen asks for it with
 // setEditActive in its answer.
 void TDBGrid::typedInto(int column) {
@@ -312,6 +337,7 @@ void TDBGrid::typedInto(int column) {
     if (!self)
         return;
     m_typingColumn = -1;
+    tellEmptyState();
     viewport()->update();
 }
 

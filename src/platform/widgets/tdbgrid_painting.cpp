@@ -86,7 +86,7 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
 }
 
 void TDBGrid::paintEmptyState(QPainter& painter) const {
-    const EmptyState& state = hasFilterTexts() ? m_noMatchState : m_emptyState;
+    const EmptyState& state = emptyStateShown();
     if (state.text.isEmpty() && state.hint.isEmpty())
         return;
     const QColor muted = m_layout.color(ColorRole::mutedInk);
