@@ -9,6 +9,7 @@
 
 #include "runtime/runtimeerror.h"
 #include "widgets/adodc.h"
+#include "widgets/face.h"
 #include "widgets/filterbar.h"
 #include "widgets/gridaccessible.h"
 #include "widgets/gridbands.h"
@@ -59,6 +60,7 @@ TDBGrid::TDBGrid(QWidget* parent)
     connect(m_filterBar, &FilterBar::entered, this, &TDBGrid::enteredIn);
     connect(m_filterBar, &FilterBar::leftForRows, this, [this] { setFocus(Qt::OtherFocusReason); });
     connect(this, &QObject::objectNameChanged, this, &TDBGrid::nameParts);
+    m_layout.tone = toneOf(*this);  // nobody is told of the palette that a new widget takes from its page
     layOutBands();
 }
 

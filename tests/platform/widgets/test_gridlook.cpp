@@ -305,6 +305,24 @@ private Q_SLOTS:
         grid.setParent(nullptr);
     }
 
+    void takesTheColorsOfThePageItIsMadeOn() {
+        vkFrame page;
+        page.setBackcolor1(Qt::black);
+        page.setBackcolor2(Qt::black);
+        TDBGrid grid(&page);
+        grid.setObjectName(u"TDBGrid1"_s);
+        grid.addColumn(u"NO"_s);
+        grid.resize(400, 300);
+        page.resize(400, 300);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        const QImage shown = picture(grid);
+        QCOMPARE(shown.pixelColor(200, 4), roleColor(ColorRole::heading, Tone::dark));
+        QCOMPARE(shown.pixelColor(200, 65), roleColor(ColorRole::filterCell, Tone::dark));
+        QCOMPARE(shown.pixelColor(200, 200), roleColor(ColorRole::card, Tone::dark));
+        QCOMPARE(shown.pixelColor(390, 200), roleColor(ColorRole::ground, Tone::dark));
+    }
+
     void editedRowComesIntoSight() {
         ProductList list(100);
         list.show();
