@@ -37,7 +37,7 @@ public:
             return {};
         const QString caption = m_grid.columnCaption(m_column);
         if (isHeading())
-            return kind == QAccessible::Name ? caption : QString();
+            return kind == QAccessible::Name ? caption : sortWords();
         return kind == QAccessible::Name ? index().data().toString() : caption;
     }
 
@@ -93,6 +93,15 @@ public:
 
 private:
     bool isHeading() const { return m_row == headingRow; }
+
+    QString sortWords() const {
+        const auto* heading = m_grid.findChild<GridHeading*>();
+        if (!heading || heading->sortColumn() != m_column)
+            return {};
+        return heading->sortOrder() == Qt::AscendingOrder ? QStringLiteral("Artan sırada")
+                                                          : QStringLiteral("Azalan sırada");
+    }
+
     QModelIndex index() const { return m_grid.model()->index(m_row, m_column); }
 
     // Cells go with the interface of their grid, and that with the grid.
@@ -114,6 +123,16 @@ public:
     void* interface_cast(QAccessible::InterfaceType type) override {
         return type == QAccessible::TableInterface ? static_cast<QAccessibleTableInterface*>(this)
                                                    : QAccessibleWidget::interface_cast(type);
+    }
+
+    /// A grid without a name of its own has that of the frame or screen that it stands in.
+    QString text(QAccessible::Text kind) const override {
+        if (kind != QAccessible::Name)
+            return QAccessibleWidget::text(kind);
+        const QWidget* named = &m_grid;
+        while (named->accessibleName().isEmpty() && named->parentWidget())
+            named = named->parentWidget();
+        return named->accessibleName();
     }
 
     int childCount() const override {

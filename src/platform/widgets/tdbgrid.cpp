@@ -1,5 +1,6 @@
 #include "widgets/tdbgrid.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QScrollBar>
 #include <QSignalBlocker>
@@ -8,6 +9,7 @@
 
 #include "runtime/runtimeerror.h"
 #include "widgets/adodc.h"
+#include "widgets/face.h"
 #include "widgets/filterbar.h"
 #include "widgets/gridaccessible.h"
 #include "widgets/gridbands.h"
@@ -62,6 +64,7 @@ TDBGrid::TDBGrid(QWidget* parent)
             moveTo(currentIndex().row(), m_col);
     });
     connect(this, &QObject::objectNameChanged, this, &TDBGrid::nameParts);
+    m_layout.tone = toneOf(*this);  // nobody is told of the palette that a new widget takes from its page
     layOutBands();
 }
 
@@ -174,6 +177,7 @@ void TDBGrid::showRows() {
     // Rows that are where they were stay as they were scrolled.
     if (before >= 0 && height < 0 && currentRow() == before)
         verticalScrollBar()->setValue(first);
+    tellEmptyState();
     viewport()->update();
 }
 
@@ -243,7 +247,16 @@ void TDBGrid::setEditActive(bool active) {
 void TDBGrid::setSortMark(int index, Qt::SortOrder order) {
     if (index >= 0)
         check(index);
+    const int before = m_heading->sortColumn();
     m_heading->setSortMark(index, order);
+    for (const int changed : {before, index}) {
+        if (changed < 0 || changed >= columnCount())
+            continue;
+        // The headings are the grid's first children there.
+        QAccessibleEvent told(this, QAccessible::DescriptionChanged);
+        told.setChild(changed);
+        QAccessible::updateAccessibility(&told);
+    }
 }
 
 int TDBGrid::sortColumn() const {
@@ -282,11 +295,13 @@ void TDBGrid::setFooterNote(const QString& text) {
 
 void TDBGrid::setEmptyState(const EmptyState& state) {
     m_emptyState = state;
+    tellEmptyState();
     viewport()->update();
 }
 
 void TDBGrid::setNoMatchState(const EmptyState& state) {
     m_noMatchState = state;
+    tellEmptyState();
     viewport()->update();
 }
 
@@ -308,6 +323,19 @@ void TDBGrid::setScale(double scale) {
     m_layout.scale = scale;
     layOutBands();
     layOutColumns();
+}
+
+const TDBGrid::EmptyState& TDBGrid::emptyStateShown() const {
+    const bool noneAtAll = !dataSource() || dataSource()->recordset().totalCount() == 0;
+    return noneAtAll ? m_emptyState : m_noMatchState;
+}
+
+void TDBGrid::tellEmptyState() {
+    QStringList words;
+    if (m_rows->rowCount() == 0)
+        words = {emptyStateShown().text, emptyStateShown().hint};
+    words.removeAll(QString());
+    setAccessibleDescription(words.join(QStringLiteral(". ")));
 }
 
 // What a change of the rows' choice makes of the focus is this grid's to know: the screen asks for it with

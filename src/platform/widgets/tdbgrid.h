@@ -85,7 +85,7 @@ public:
     void setEditActive(bool active);
 
     // --- heading, filter bar, footers
-    /// Marks the column that the rows are ordered by; -1 for none.
+    /// Marks the column that the rows are ordered by; -1 for none. Told as the heading's description.
     void setSortMark(int index, Qt::SortOrder order = Qt::AscendingOrder);
     int sortColumn() const;
 
@@ -109,7 +109,8 @@ public:
     void setFooterNote(const QString& text);
 
     // --- looks
-    /// Without and with a text in a filter cell.
+    /// Without and with a text in a filter cell. While there are no rows, assistive tools are told it as the
+    /// grid's description.
     void setEmptyState(const EmptyState& state);
     void setNoMatchState(const EmptyState& state);
 
@@ -214,6 +215,8 @@ private:
 
     void paintRow(QPainter& painter, int row, const QRect& line, bool current, bool edited) const;
     void paintEmptyState(QPainter& painter) const;
+    const EmptyState& emptyStateShown() const;
+    void tellEmptyState();
 
     std::vector<std::unique_ptr<GridColumn>> m_columns;
     GridLayout m_layout;

@@ -86,8 +86,7 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
 }
 
 void TDBGrid::paintEmptyState(QPainter& painter) const {
-    const bool noneAtAll = !dataSource() || dataSource()->recordset().totalCount() == 0;
-    const EmptyState& state = noneAtAll ? m_emptyState : m_noMatchState;
+    const EmptyState& state = emptyStateShown();
     if (state.text.isEmpty() && state.hint.isEmpty())
         return;
     const QColor muted = m_layout.color(ColorRole::mutedInk);

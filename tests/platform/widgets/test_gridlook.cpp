@@ -1,4 +1,3 @@
-#include <QAccessible>
 #include <QBoxLayout>
 #include <QElapsedTimer>
 #include <QImage>
@@ -306,6 +305,24 @@ private Q_SLOTS:
         grid.setParent(nullptr);
     }
 
+    void takesTheColorsOfThePageItIsMadeOn() {
+        vkFrame page;
+        page.setBackcolor1(Qt::black);
+        page.setBackcolor2(Qt::black);
+        TDBGrid grid(&page);
+        grid.setObjectName(u"TDBGrid1"_s);
+        grid.addColumn(u"NO"_s);
+        grid.resize(400, 300);
+        page.resize(400, 300);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        const QImage shown = picture(grid);
+        QCOMPARE(shown.pixelColor(200, 4), roleColor(ColorRole::heading, Tone::dark));
+        QCOMPARE(shown.pixelColor(200, 65), roleColor(ColorRole::filterCell, Tone::dark));
+        QCOMPARE(shown.pixelColor(200, 200), roleColor(ColorRole::card, Tone::dark));
+        QCOMPARE(shown.pixelColor(390, 200), roleColor(ColorRole::ground, Tone::dark));
+    }
+
     void editedRowComesIntoSight() {
         ProductList list(100);
         list.show();
@@ -520,50 +537,6 @@ private Q_SLOTS:
                 QCOMPARE(painted->region() - on(part, list.cell(2)) - on(part, list.grid.verticalScrollBar()),
                          QRegion());
         }
-    }
-
-    void assistiveToolsFindATable() {
-        ProductList list(1000);
-        list.grid.column(4).setFooterText(u"7,50 TL."_s);
-        list.show();
-        QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&list.grid);
-        QCOMPARE(grid->role(), QAccessible::Table);
-        QAccessibleTableInterface* table = grid->tableInterface();
-        QVERIFY(table);
-        QCOMPARE(table->rowCount(), 1000);
-        QCOMPARE(table->columnCount(), 6);
-        QCOMPARE(table->cellAt(899, 2)->text(QAccessible::Name), u"Ürün 900"_s);
-        QCOMPARE(table->cellAt(899, 2)->role(), QAccessible::Cell);
-        QVERIFY(table->cellAt(899, 2)->state().offscreen);
-        QVERIFY(!table->cellAt(1000, 0));
-        // Headings, rows in sight, filter bar and footers: no tool is sent through all rows.
-        QCOMPARE(grid->childCount(), 6 * (1 + list.grid.visibleRows()) + 2);
-        for (int index = 0; index < grid->childCount(); ++index) {
-            QVERIFY(grid->child(index));
-            QCOMPARE(grid->indexOfChild(grid->child(index)), index);
-            QCOMPARE(grid->child(index)->parent(), grid);
-        }
-        QCOMPARE(grid->child(6 + 2)->text(QAccessible::Name), u"Ürün 1"_s);
-        const QRect cell = list.grid.visualRect(list.grid.model()->index(0, 2));
-        QCOMPARE(grid->child(6 + 2)->rect(),
-                 QRect(list.grid.viewport()->mapToGlobal(cell.topLeft()), cell.size()));
-        QAccessibleInterface* bar = grid->child(grid->childCount() - 2);
-        QCOMPARE(bar->childCount(), 6);
-        QCOMPARE(bar->child(2)->text(QAccessible::Name), u"ÜRÜN ADI"_s);
-        QCOMPARE(bar->child(2)->role(), QAccessible::EditableText);
-        QCOMPARE(grid->child(grid->childCount() - 1)->text(QAccessible::Name), u"SATIŞ FİYATI 7,50 TL."_s);
-
-        const QSignalSpy heads(&list.grid, &TDBGrid::headClick);
-        QCOMPARE(grid->child(3)->text(QAccessible::Name), u"ALIŞ FİYAT"_s);
-        grid->child(3)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        QCOMPARE(heads.size(), 1);
-        QCOMPARE(heads[0][0].toInt(), 3);
-        QVERIFY(table->selectRow(4));
-        QCOMPARE(list.source.recordset().current(), 4);
-        QVERIFY(grid->child(6 * 5)->state().selected);
-        list.source.setFilter(u"urun LIKE 'yok'"_s);
-        QCOMPARE(grid->childCount(), 6 + 2);
-        QCOMPARE(table->selectedRowCount(), 0);
     }
 };
 
