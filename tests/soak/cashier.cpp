@@ -243,6 +243,7 @@ void Cashier::addEntry() {
     add("typed quantity", 30, 0, writable(ui.adet, longestQuantity),
         [this] { typeInto(ui.adet, number().left(longestQuantity - ui.adet->text().size())); });
     add("ninth character", 6, toBarcode, can(ui.adet), [this] {
+        ui.adet->deselect();  // Tab may have marked what stands there, to be replaced
         m_deed.box = "ADET_LIMIT";
         typeInto(ui.adet, digits(int(std::max<qsizetype>(longestQuantity - ui.adet->text().size(), 0)) + 1));
     });

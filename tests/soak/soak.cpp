@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFont>
 #include <QPixmapCache>
 #include <QTimer>
 #include <utility>
@@ -30,9 +31,11 @@ constexpr int betweenWholeChecks = 100;  // actions
 constexpr double allowedGrowth = 0.05;
 
 /// What of the process lies in memory, in bytes, without what is only kept in reserve: the toolkit's drawn
-/// icons, of which it keeps ten megabytes at most, and the heap's free pieces.
+/// icons, of which it keeps ten megabytes at most, the letters that it has drawn in every size so far, and
+/// the heap's free pieces.
 qint64 residentMemory() {
     QPixmapCache::clear();
+    QFont::cleanup();
     malloc_trim(0);
     QFile file(QStringLiteral("/proc/self/statm"));
     if (!file.open(QIODevice::ReadOnly))
