@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString term(const FilterCell& cell, const FilterRules& rules) {
+QString term(const FilterInput& cell, const FilterRules& rules) {
     const QString like = cell.field == rules.blankedField ? u" LIKE  '"_s : u" LIKE '"_s;
     QString pattern = sqllike(cell.text);
     if (rules.numericFields.contains(cell.field))
@@ -22,10 +22,10 @@ QString term(const FilterCell& cell, const FilterRules& rules) {
 
 }  // namespace
 
-QString filterText(const QList<FilterCell>& cells, const FilterRules& rules) {
+QString filterText(const QList<FilterInput>& cells, const FilterRules& rules) {
     QString filter;
     int terms = 0;
-    for (const FilterCell& cell : cells) {
+    for (const FilterInput& cell : cells) {
         if (cell.text.trimmed().isEmpty())
             continue;
         if (++terms > 1)

@@ -13,7 +13,7 @@ namespace kovanix {
 // filter cells ask for, and how wide the columns are.
 
 /// One cell of a filter bar: the field of its column and the text as typed.
-struct FilterCell {
+struct FilterInput {
     QString field;
     QString text;
 };
@@ -29,7 +29,7 @@ struct FilterRules {
 /// The filter that the cells ask for: a term for each cell that holds more than blanks, in their order,
 /// joined by " AND ". A text matches anywhere within its field; what is typed is never trimmed, and its
 /// wildcards stand for themselves.
-QString filterText(const QList<FilterCell>& cells, const FilterRules& rules);
+QString filterText(const QList<FilterInput>& cells, const FilterRules& rules);
 
 /// The order of a list: the field last sorted by and its direction, both empty at first.
 ///

@@ -162,7 +162,7 @@ void ListScreen::TDBGrid1_filterchange() {
 
 void ListScreen::filter() {
     const QStringList texts = filterTexts();
-    QList<FilterCell> cells;
+    QList<FilterInput> cells;
     for (int i = 0; i < texts.size(); ++i)
         cells.append({m_controls.grid->column(i).dataField(), texts[i]});
     attempt([&] {

@@ -12,7 +12,7 @@ namespace {
 
 struct FilterRow {
     const char* name;
-    QList<FilterCell> cells;
+    QList<FilterInput> cells;
     QString filter;
 };
 

@@ -253,8 +253,9 @@ void TestRowFilter::longPatternsAreQuick() {
     QVERIFY(RowFilter::matches(QString(length, u'a'), QString(length, u'_')));
     const QString filter = u"urun LIKE '"_s + many + u'\'';
     QCOMPARE(RowFilter::parse(filter).terms().first().pattern, many);
-    QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() < (sanitized ? 20000 : 2000), qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestRowFilter)
+#include "sanitized.h"
 #include "test_rowfilter.moc"
