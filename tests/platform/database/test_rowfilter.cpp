@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "databasefile.h"
+#include "sanitized.h"
 #include "values/lettercase.h"
 
 using namespace kovanix;
