@@ -64,7 +64,8 @@ void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
     const double scale =
         std::min(screen.width() / designScreen.width(), screen.height() / designScreen.height());
     const QSize hint = window.sizeHint();
-    if (window.isMaximized())
+    const Qt::WindowStates states = window.windowState();
+    if (states & Qt::WindowMaximized)
         window.resize(area.size().shrunkBy(border));
     else if (hint.isValid())
         window.resize((QSizeF(hint) * scale).toSize().boundedTo(area.size().shrunkBy(border)));
@@ -76,6 +77,8 @@ void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
     frame.moveBottomRight({std::min(frame.right(), area.right()), std::min(frame.bottom(), area.bottom())});
     frame.moveTopLeft({std::max(frame.left(), area.left()), std::max(frame.top(), area.top())});
     window.move(frame.topLeft());
+    // A window that has been shown before is no longer maximised once it is given a size.
+    window.setWindowState(states);
 }
 
 void putAbove(QWidget& window, QWindow& owner) {

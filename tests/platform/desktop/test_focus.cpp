@@ -431,6 +431,10 @@ private Q_SLOTS:
         window.installEventFilter(&firstShow);
         showInFront(window);
         QCOMPARE(shown, QSize(1024, 768));
+        QVERIFY(window.isMaximized());
+        window.hide();
+        showInFront(window);
+        QVERIFY(window.isMaximized());
     }
 
     void isWholeOnTheScreen_data() {
