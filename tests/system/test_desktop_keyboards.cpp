@@ -23,8 +23,11 @@ bool hasKeyboard(const QWidget& control) {
     return QApplication::focusWidget() == &control && control.isActiveWindow();
 }
 
+/// The steps of a press. Without the delay, the tool moves the pointer on before the display has seen the
+/// release.
 QStringList pressAt(const QPoint& place) {
-    return {"mousemove", QString::number(place.x()), QString::number(place.y()), "click", "1"};
+    return {"mousemove", QString::number(place.x()), QString::number(place.y()), "click", "--delay", "20",
+            "1"};
 }
 
 QStringList pressOn(const QWidget& control) {
