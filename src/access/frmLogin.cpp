@@ -13,6 +13,7 @@
 #include "app/modTrace.h"
 #include "app/modTurkce.h"
 #include "app/session.h"
+#include "appearance/keyboard.h"
 #include "appearance/mdlMonitors.h"
 #include "appearance/modTema.h"
 #include "appearance/uyari.h"
@@ -40,6 +41,7 @@ namespace {
 constexpr int widestSmallScreen = 800;    // pixels
 constexpr int narrowestWaitScreen = 640;  // pixels
 constexpr int waitTime = 1500;            // milliseconds
+constexpr int keyboardCode = 18;          // the on-screen keyboard's target: the password
 
 constexpr ColorValue buttonTop = 0xFBFBFB;
 constexpr ColorValue hideBottom = 0x80FF80;
@@ -97,8 +99,7 @@ void frmLogin::connectControls() {
     new KeyFilter(
         *ui.sifre, [this](int key) { sifre_keydown(key); },
         [this](int code) { return sifre_keypress(code); });
-    // There is no on-screen keyboard to open yet: its picture stays out of sight.
-    ui.Image3->hide();
+    connect(ui.Image3, &Image::clicked, this, [this] { openKeyboard(keyboardCode, *this); });
 }
 
 void frmLogin::form_load() {

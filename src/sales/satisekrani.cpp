@@ -10,6 +10,7 @@
 #include "app/modTrace.h"
 #include "app/modTurkce.h"
 #include "appearance/hallimzda.h"
+#include "appearance/keyboard.h"
 #include "appearance/menu.h"
 #include "appearance/modTema.h"
 #include "appearance/saatt.h"
@@ -36,6 +37,7 @@ namespace kovanix {
 namespace {
 
 constexpr int clockInterval = 100;  // milliseconds
+constexpr int padCode = 8;          // the number pad's target: the barcode
 
 }  // namespace
 
@@ -105,6 +107,7 @@ void satisekrani::connectControls() {
         {ui.Resim6, 5},   {ui.Image1, 1},   {ui.Image2, 0.5}, {ui.Image3, 0.25}};
     for (const auto& [picture, amount] : money)
         connect(picture, &Image::clicked, this, [this, value = amount] { paraekle(value); });
+    connect(ui.Image4, &Image::clicked, this, [this] { openNumberPad(padCode, *this); });
     for (Image* background : {ui.korumaresmi, ui.korumaresmi2})
         connect(background, &Image::clicked, this, [this] { giveFocus(*ui.barkod); });
 

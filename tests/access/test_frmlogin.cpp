@@ -95,7 +95,7 @@ private Q_SLOTS:
         QCOMPARE(login.ui.yazilimguncelle->caption(), u"Yazılım Güncelle"_s);
         QCOMPARE(login.ui.kullanici->accessibleName(), u"Kullanıcı Adı"_s);
         QCOMPARE(login.ui.sifre->accessibleName(), u"şifre"_s);
-        QVERIFY(!login.ui.Image3->isVisible());
+        QVERIFY(login.ui.Image3->isVisible());
         for (const QWidget* picture : {login.ui.Image1, login.ui.Image2, login.ui.Image5})
             QVERIFY(picture->isVisible());
     }

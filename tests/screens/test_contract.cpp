@@ -7,6 +7,8 @@
 #include "app/session.h"
 #include "appearance/ekoz.h"
 #include "appearance/hallimzda.h"
+#include "appearance/keyboardscreen.h"
+#include "appearance/mdlMonitors.h"
 #include "appearance/menu.h"
 #include "appearance/saatt.h"
 #include "appearance/tema.h"
@@ -52,6 +54,13 @@ Screen& notice() {
 }
 
 template <class S>
+Screen& keyboard() {
+    monitorlerioku();
+    screen<S>().open(8, sales());
+    return screen<S>();
+}
+
+template <class S>
 ScreenRow row(const char* name, const QString& title, QSize design, Leaving escape, Leaving x,
               const QString& tabOrder, const QString& fields = {}, const QStringList& symbols = {},
               Screen& (*open)() = inFront<S>) {
@@ -87,6 +96,12 @@ QList<ScreenRow> screens() {
                      "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
                      "vkCommand4",
                      "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3"),
+        row<klavyeyeni>("klavyeyeni", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat", "yazilan",
+                        {}, keyboard<klavyeyeni>),
+        row<klavyeyeni2>("klavyeyeni2", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat",
+                         "yazilan", {}, keyboard<klavyeyeni2>),
+        row<klavyesayi>("klavyesayi", "SAYILAR", {}, closes, closes, "yazilan vkCommand1_39 kapat", "yazilan",
+                        {}, keyboard<klavyesayi>),
         row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }

@@ -193,11 +193,16 @@ QString Cashier::unknownBarcode() {
     }
 }
 
+/// The product is to be sold by the running action, as often as the quantity says.
+void Cashier::expectSold(const QString& barcode) {
+    m_deed.sold = {barcode, quantityOf(ui.adet->text())};
+}
+
 /// Scans, where it goes to the empty barcode with the quantity that waits there, or to what has the focus.
 void Cashier::scan(const QString& barcode) {
     m_announce(u"scans " + barcode);
     if (ui.barkod->hasFocus() && m_ledger.knows(barcode))
-        m_deed.sold = {barcode, quantityOf(ui.adet->text())};
+        expectSold(barcode);
     typeText(barcode);
     sendEnter();
 }

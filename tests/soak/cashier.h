@@ -61,6 +61,7 @@ private:
     void addSaleEnd();
     void addWindows(const std::vector<WindowRow>& rows);
     void addWindow(const WindowRow& row);
+    void addPad(const WindowRow& row);
 
     bool atCounter() const;
     Test can(QWidget* control) const;
@@ -71,6 +72,7 @@ private:
     Make key(int key, const QString& box = {});
     void typeInto(QLineEdit* field, const QString& text);
     void scan(const QString& barcode);
+    void expectSold(const QString& barcode);
 
     QString anyOf(const QStringList& texts) {
         return texts.at(qsizetype(m_random.below(quint64(texts.size()))));

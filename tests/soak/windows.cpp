@@ -1,5 +1,6 @@
 #include "windows.h"
 
+#include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QKeySequence>
@@ -44,6 +45,15 @@ Screen* openBehind(const Screen& till) {
     return nullptr;
 }
 
+/// The button of the screen in front that bears that character alone.
+QWidget* keyWith(QChar character) {
+    for (auto* button : front()->findChildren<QAbstractButton*>()) {
+        if (caption(*button) == character)
+            return button;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 const std::vector<WindowRow>& knownWindows() {
@@ -75,6 +85,12 @@ const std::vector<WindowRow>& knownWindows() {
          {"MSG_KAYDET_ONAY"}},
         // Escape only empties a filter cell that holds a text.
         {"urunbul", {{sales, "urunbulmak"}}, {"vkCommand4", "X"}, {}, {}, "TDBGrid1"},
+        {.name = "klavyesayi",
+         .ways = {{sales, "Image4"}},
+         .exits = {"kapat", "Escape", "X"},
+         .harmless = {"vkCommand1_0", "vkCommand1_14", "vkCommand1_19"},
+         .clear = "vkCommand1_18",
+         .enter = "vkCommand1_39"},
         {"saatt", {{sales, "saat", doublePress}}, {"", "Escape", "X"}},
     };
     return rows;
@@ -140,6 +156,8 @@ void Cashier::addWindow(const WindowRow& row) {
             press(pressable(control))();
         });
     }
+    if (!row.enter.isEmpty())
+        addPad(row);
     if (row.choosing.isEmpty())
         return;
     // Where it hits a row, the screen goes.
@@ -152,6 +170,21 @@ void Cashier::addWindow(const WindowRow& row) {
             const QPoint place(m_random.between(0, area.width()), m_random.between(0, area.height()));
             if (canPress(area, place))
                 pressTwice(area, place);
+        });
+}
+
+void Cashier::addPad(const WindowRow& row) {
+    add(
+        u"barcode by " + row.name, 25, aLine | toBarcode, [name = row.name] { return isInFront(name); },
+        [=, this] {
+            const QString barcode = anyOf(m_ledger.barcodes());
+            m_announce(u"enters " + barcode + u" by " + row.name);
+            expectSold(barcode);
+            m_deed.until = [this] { return atCounter() && ui.barkod->text().isEmpty(); };
+            pressOn(*pressable(row.clear));
+            for (const QChar digit : barcode)
+                pressOn(*keyWith(digit));
+            pressOn(*pressable(row.enter));
         });
 }
 

@@ -26,6 +26,8 @@ struct WindowRow {
     QStringList mayAsk = {};    ///< boxes of theirs, by the keys of their texts
     /// A list in which a double press chooses a product: the screen goes, and that is sold a moment later.
     QString choosing = {};
+    /// The keys of a number pad that empty its box and hand a barcode over to the counter, where it is sold.
+    QString clear = {}, enter = {};
 };
 
 /// All of them; a new screen gets its row there.

@@ -1,8 +1,11 @@
 #include "desktop/focus.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
@@ -53,7 +56,7 @@ QRect screenArea(const QWindow* owner) {
 }
 
 /// Size and place for a window that opens.
-void place(QWidget& window, const QWindow* owner) {
+void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
     const QSizeF screen = screenMetrics().pixels;
     const QRect area = screenArea(owner);
     // Its own frame isn't known before it is shown; the owner's is of the same make.
@@ -61,14 +64,21 @@ void place(QWidget& window, const QWindow* owner) {
     const double scale =
         std::min(screen.width() / designScreen.width(), screen.height() / designScreen.height());
     const QSize hint = window.sizeHint();
-    if (hint.isValid())
+    const Qt::WindowStates states = window.windowState();
+    if (states & Qt::WindowMaximized)
+        window.resize(area.size().shrunkBy(border));
+    else if (hint.isValid())
         window.resize((QSizeF(hint) * scale).toSize().boundedTo(area.size().shrunkBy(border)));
     QRect frame(QPoint(0, 0), window.size().grownBy(border));
     frame.moveCenter(owner ? owner->frameGeometry().center() : area.center());
+    if (alignment != Qt::AlignCenter)
+        frame = QStyle::alignedRect(Qt::LeftToRight, alignment, frame.size(), area);
     // The upper left corner last: where a window can't be whole, its title stays within reach.
     frame.moveBottomRight({std::min(frame.right(), area.right()), std::min(frame.bottom(), area.bottom())});
     frame.moveTopLeft({std::max(frame.left(), area.left()), std::max(frame.top(), area.top())});
     window.move(frame.topLeft());
+    // A window that has been shown before is no longer maximised once it is given a size.
+    window.setWindowState(states);
 }
 
 void putAbove(QWidget& window, QWindow& owner) {
@@ -79,13 +89,73 @@ void putAbove(QWidget& window, QWindow& owner) {
     window.windowHandle()->setTransientParent(&owner);
 }
 
+/// Closes a window when the one that it belongs to is hidden or gone.
+class Belonging : public QObject {
+public:
+    Belonging(QWidget& window, QWidget& opener) : QObject(&window), m_window(window), m_opener(&opener) {
+        opener.installEventFilter(this);
+        connect(&opener, &QObject::destroyed, this, &Belonging::closeSoon);
+    }
+
+    bool eventFilter(QObject* /*opener*/, QEvent* event) override {
+        // Not the one that comes from the window system, with a minimised window.
+        if (event->type() == QEvent::Hide && !event->spontaneous())
+            closeSoon();
+        return false;
+    }
+
+private:
+    /// Not at once: the opener is still on its way out, and at the end of the program nothing is closed any
+    /// more.
+    void closeSoon() {
+        const auto close = [this] {
+            const QWidget* opener = m_opener;
+            if (!opener || !opener->isVisible())
+                m_window.close();
+        };
+        QMetaObject::invokeMethod(this, close, Qt::QueuedConnection);
+    }
+
+    QWidget& m_window;
+    QPointer<QWidget> m_opener;
+};
+
+/// The window that a window belongs to from now on; nothing where that is to be found out.
+QWindow* attach(QWidget& window, const Opening& opening) {
+    if (!opening.opener)
+        return nullptr;
+    QWidget& opener = *opening.opener->window();
+    if (!opener.isVisible() || &opener == &window)
+        return nullptr;
+    QWindow* owner = opener.windowHandle();
+    const bool open = window.isVisible();
+    if (open && window.windowHandle()->transientParent() == owner)
+        return owner;
+    // The window system hears of the owner when a window is shown.
+    if (open)
+        window.hide();
+    putAbove(window, *owner);
+    const QObjectList children = window.children();
+    for (QObject* child : children) {
+        if (dynamic_cast<Belonging*>(child))
+            delete child;
+    }
+    new Belonging(window, opener);
+    if (open)
+        window.show();
+    return owner;
+}
+
 }  // namespace
 
-void showInFront(QWidget& window) {
+void showInFront(QWidget& window, const Opening& opening) {
+    QWindow* owner = attach(window, opening);
     if (!window.isVisible()) {
-        QWindow* owner = firstOwner(window);
-        place(window, owner);
-        if (owner)
+        const bool belongs = owner != nullptr;
+        if (!belongs)
+            owner = firstOwner(window);
+        place(window, owner, opening.place);
+        if (owner && !belongs)
             putAbove(window, *owner);
     } else if (window.isMinimized()) {
         restore(window);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Qt>
+
 class QWidget;
 
 namespace kovanix {
@@ -11,10 +13,20 @@ void giveFocus(QWidget& control);
 /// Brings a minimised window back to the state that it had before, maximised or not.
 void restore(QWidget& window);
 
-/// Opens a window in front of the active one and gives it the keyboard. It stays above the window that all
-/// others were opened from and is centred on that. A window that wasn't open gets the size of its hint,
-/// scaled with the screen from the design size of 1024×768, and is whole on the screen; an open one keeps
-/// size and place, a minimised one comes back.
-void showInFront(QWidget& window);
+/// What a window that opens belongs to, and where it goes.
+struct Opening {
+    /// The window, or a control of it, that the opened one belongs to: it stays above it, and is closed when
+    /// that is hidden or gone. None, or one that isn't shown: the window that all others were opened from,
+    /// which it outlives.
+    QWidget* opener = nullptr;
+    /// Centred on the window that it stands above, or along edges of the screen.
+    Qt::Alignment place = Qt::AlignCenter;
+};
+
+/// Opens a window in front of the active one and gives it the keyboard. A window that wasn't open gets the
+/// size of its hint, scaled with the screen from the design size of 1024×768, and is whole on the screen; a
+/// maximised one that of the screen at once. An open one keeps size and place and belongs to its new opener,
+/// a minimised one comes back.
+void showInFront(QWidget& window, const Opening& opening = {});
 
 }  // namespace kovanix

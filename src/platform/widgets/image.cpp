@@ -13,6 +13,7 @@ namespace {
 
 constexpr QSize emptySize(48, 48);
 constexpr double designRadius = 8.0;
+constexpr double shareOnFace = 0.5;
 
 bool isVector(const QString& path) {
     return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
@@ -68,6 +69,12 @@ void Image::setSource(const QString& path) {
     update();
 }
 
+void Image::setLook(FaceRole role) {
+    m_look = role;
+    m_rendered = {};
+    update();
+}
+
 QSize Image::sizeHint() const {
     QSize natural;
     if (isVector(m_source))
@@ -90,6 +97,8 @@ bool Image::event(QEvent* event) {
 
 void Image::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    if (m_look != FaceRole::none)
+        paintFaceOf(painter);
     paintPicture(painter);
     if (!hasFocus())
         return;
@@ -98,12 +107,29 @@ void Image::paintEvent(QPaintEvent*) {
     paintFocusRing(painter, QRectF(rect()), designRadius * designScale(*this));
 }
 
+void Image::paintFaceOf(QPainter& painter) const {
+    const Tone tone = standsOnDark(*this) ? Tone::dark : Tone::light;
+    const FaceColors colors = faceColors(m_look, tone);
+    const bool pressed = isDown();
+    const double radius = designRadius * designScale(*this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!isEnabled())
+        paintFace(painter, QRectF(rect()), radius, roleColor(ColorRole::disabledTop, tone),
+                  roleColor(ColorRole::disabledBottom, tone), colors.rim, false);
+    else
+        paintFace(painter, QRectF(rect()), radius, pressed ? colors.pressedTop : colors.top,
+                  pressed ? colors.pressedBottom : colors.bottom, colors.rim, !pressed);
+    if (pressed)
+        paintPressedShade(painter, QRectF(rect()), radius);
+}
+
 void Image::paintPicture(QPainter& painter) {
     if (m_source.isEmpty() || m_failed)
         return;
     const double ratio = devicePixelRatioF();
     if (m_rendered.isNull() || m_rendered.devicePixelRatio() != ratio) {
-        m_rendered = rendered((QSizeF(size()) * ratio).toSize());
+        const double share = m_look == FaceRole::none ? 1 : shareOnFace;
+        m_rendered = rendered((QSizeF(size()) * share * ratio).toSize());
         m_rendered.setDevicePixelRatio(ratio);
         m_failed = m_rendered.isNull();
         if (m_failed)
@@ -113,6 +139,8 @@ void Image::paintPicture(QPainter& painter) {
     const QPointF corner((width() - picture.width()) / 2, (height() - picture.height()) / 2);
     if (!isEnabled())
         painter.setOpacity(0.35);
+    else if (m_look != FaceRole::none)
+        painter.setOpacity(1);  // the face tells
     else if (isDown())
         painter.setOpacity(0.62);
     else if (underMouse())

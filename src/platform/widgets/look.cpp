@@ -124,6 +124,10 @@ constexpr std::array texts{
     TextRole{u"small", 15, QFont::Medium},
     TextRole{u"key", 30, QFont::Medium},
     TextRole{u"pad", 44, QFont::Medium},
+    TextRole{u"keyWord", 26, QFont::Medium},  // a key with a word on it
+    // What an on-screen keyboard has typed.
+    TextRole{u"typed", 32, QFont::Medium},
+    TextRole{u"typedFigure", 52, QFont::Medium},
     // Sums.
     TextRole{u"footer", 28, QFont::Bold},
     TextRole{u"turnover", 34, QFont::Bold},

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 #include <QWindow>
+#include <memory>
 
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
@@ -87,6 +88,14 @@ class FocusTest : public QObject {
 
     struct SizeGrowsWithTheScreenRow {
         QSize screen, size;
+    };
+    struct GoesWithItsOpenerRow {
+        void (*act)(std::unique_ptr<QWidget>& opener);
+        bool goes;
+    };
+    struct StandsAlongTheEdgesRow {
+        Qt::Alignment place;
+        QRect frame;
     };
     struct IsWholeOnTheScreenRow {
         QRect owner;
@@ -327,6 +336,105 @@ private Q_SLOTS:
         QVERIFY(!window.isMinimized());
         QCOMPARE(window.isMaximized(), maximised);
         QVERIFY(window.isVisible());
+    }
+
+    void belongsToTheWindowThatOpenedIt() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200});
+        openInFront(second);
+        auto* picture = new QWidget(&second);
+        Screenlike keyboard({200, 100});
+        showInFront(keyboard, {.opener = picture});
+        QTRY_VERIFY(keyboard.isActiveWindow());
+        QCOMPARE(keyboard.windowHandle()->transientParent(), second.windowHandle());
+        QCOMPARE(keyboard.windowHandle()->type(), Qt::Dialog);
+        QVERIFY(centredOn(keyboard, second.geometry().center()));
+        // Another window asks for it: it changes hands, and the first one's end no longer matters.
+        const QRect before = keyboard.geometry();
+        first.activateWindow();
+        QTRY_VERIFY(first.isActiveWindow());
+        showInFront(keyboard, {.opener = &first});
+        QTRY_VERIFY(keyboard.isActiveWindow());
+        QCOMPARE(keyboard.windowHandle()->transientParent(), first.windowHandle());
+        QCOMPARE(keyboard.geometry(), before);
+        second.hide();
+        QCoreApplication::processEvents();
+        QVERIFY(keyboard.isVisible());
+    }
+
+    void anOpenerThatIsNotShownIsNone() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        QWidget hidden;
+        Screenlike window({300, 200});
+        showInFront(window, {.opener = &hidden});
+        QCOMPARE(window.windowHandle()->transientParent(), first.windowHandle());
+    }
+
+    void goesWithItsOpener_data() {
+        addRows<GoesWithItsOpenerRow>(
+            {{"hidden", {[](std::unique_ptr<QWidget>& opener) { opener->hide(); }, true}},
+             {"closed", {[](std::unique_ptr<QWidget>& opener) { opener->close(); }, true}},
+             {"gone", {[](std::unique_ptr<QWidget>& opener) { opener.reset(); }, true}},
+             {"minimised", {[](std::unique_ptr<QWidget>& opener) { opener->showMinimized(); }, false}},
+             {"hidden and shown at once",
+              {[](std::unique_ptr<QWidget>& opener) {
+                   opener->hide();
+                   opener->show();
+               },
+               false}}});
+    }
+    void goesWithItsOpener() {
+        QFETCH(const GoesWithItsOpenerRow, row);
+        auto opener = std::make_unique<QWidget>();
+        openFirst(*opener, {100, 60, 600, 400});
+        Screenlike window({300, 200});
+        showInFront(window, {.opener = opener.get()});
+        row.act(opener);
+        QVERIFY(window.isVisible());  // not in the opener's own event
+        QCoreApplication::processEvents();
+        QCOMPARE(window.isVisible(), !row.goes);
+    }
+
+    void standsAlongTheEdges_data() {
+        addRows<StandsAlongTheEdgesRow>(
+            {{"below", {Qt::AlignBottom | Qt::AlignHCenter, QRect(362, 568, 300, 200)}},
+             {"at the right", {Qt::AlignRight | Qt::AlignVCenter, QRect(724, 284, 300, 200)}}});
+    }
+    void standsAlongTheEdges() {
+        QFETCH(const StandsAlongTheEdgesRow, row);
+        QWidget opener;
+        openFirst(opener, {0, 0, 400, 300});
+        Screenlike window({300, 200});
+        showInFront(window, {.opener = &opener, .place = row.place});
+        QTRY_VERIFY(window.isActiveWindow());
+        // Within the few pixels of the platform's frame.
+        QVERIFY(QRect(0, 0, 1024, 768).contains(window.frameGeometry()));
+        QVERIFY2((window.geometry().center() - row.frame.center()).manhattanLength() <= 10,
+                 qPrintable(QStringLiteral("%1,%2").arg(window.x()).arg(window.y())));
+    }
+
+    void aMaximisedOneHasTheScreensSizeAtOnce() {
+        Screenlike window({300, 200});
+        window.setWindowState(Qt::WindowMaximized);
+        QSize shown;
+        struct FirstShow : QObject {
+            QSize& size;
+            explicit FirstShow(QSize& place) : size(place) {}
+            bool eventFilter(QObject* watched, QEvent* event) override {
+                if (event->type() == QEvent::Show)
+                    size = static_cast<QWidget*>(watched)->size();
+                return false;
+            }
+        } firstShow(shown);
+        window.installEventFilter(&firstShow);
+        showInFront(window);
+        QCOMPARE(shown, QSize(1024, 768));
+        QVERIFY(window.isMaximized());
+        window.hide();
+        showInFront(window);
+        QVERIFY(window.isMaximized());
     }
 
     void isWholeOnTheScreen_data() {

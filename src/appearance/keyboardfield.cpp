@@ -1,0 +1,81 @@
+#include "appearance/keyboardfield.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "widgets/face.h"
+#include "widgets/look.h"
+
+namespace kovanix {
+
+namespace {
+// At the design size.
+constexpr int labelPixels = 15;
+constexpr int smallestLabel = 11;
+constexpr int sideMargin = 14;
+constexpr double focusLine = 2;
+constexpr double radius = 2;
+}  // namespace
+
+void KeyboardField::setLabel(const QString& label) {
+    m_label = label;
+    setAccessibleDescription(label);
+    placeText();
+    update();
+}
+
+QFont KeyboardField::labelFont() const {
+    QFont small = font();
+    small.setWeight(QFont::Normal);
+    small.setPixelSize(std::max(smallestLabel, static_cast<int>(labelPixels * designScale(*this))));
+    return small;
+}
+
+/// Label and text stand in the middle of the box as one.
+void KeyboardField::placeText() {
+    const int side = static_cast<int>(sideMargin * designScale(*this));
+    const int above = m_label.isEmpty() ? 0 : QFontMetrics(labelFont()).height();
+    const QMargins margins(side, above, side, 0);
+    if (textMargins() != margins)
+        setTextMargins(margins);
+}
+
+void KeyboardField::resizeEvent(QResizeEvent* event) {
+    PasswordField::resizeEvent(event);
+    placeText();
+}
+
+void KeyboardField::changeEvent(QEvent* event) {
+    PasswordField::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        placeText();
+}
+
+void KeyboardField::paintFocusLine(QPainter& painter) const {
+    const double scale = designScale(*this);
+    const double width = focusLine * scale;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(roleColor(ColorRole::focus), width));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(width / 2, width / 2, -width / 2, -width / 2),
+                            radius * scale, radius * scale);
+}
+
+void KeyboardField::paintEvent(QPaintEvent* event) {
+    PasswordField::paintEvent(event);
+    QPainter painter(this);
+    if (hasFocus())
+        paintFocusLine(painter);
+    if (m_label.isEmpty())
+        return;
+    const QFont small = labelFont();
+    const int labelHeight = QFontMetrics(small).height();
+    const int top = std::max(2, (height() - labelHeight - fontMetrics().height()) / 2);
+    painter.setFont(small);
+    painter.setPen(roleColor(ColorRole::mutedInk));
+    const int side = textMargins().left() + static_cast<int>(2 * designScale(*this));
+    painter.drawText(QRect(side, top, width() - 2 * side, labelHeight), Qt::AlignLeft | Qt::AlignVCenter,
+                     m_label);
+}
+
+}  // namespace kovanix
