@@ -13,6 +13,7 @@ namespace {
 
 constexpr QSize emptySize(48, 48);
 constexpr double designRadius = 8.0;
+constexpr double pictureOnFace = 0.6;  // of the face's sides
 
 bool isVector(const QString& path) {
     return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
@@ -68,6 +69,14 @@ void Image::setSource(const QString& path) {
     update();
 }
 
+void Image::setLook(FaceRole role) {
+    if (m_look == role)
+        return;
+    m_look = role;
+    m_rendered = {};
+    update();
+}
+
 QSize Image::sizeHint() const {
     QSize natural;
     if (isVector(m_source))
@@ -90,12 +99,19 @@ bool Image::event(QEvent* event) {
 
 void Image::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    const double radius = designRadius * designScale(*this);
+    if (m_look != FaceRole::none) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        const FaceColors face = faceColors(m_look, standsOnDark(*this) ? Tone::dark : Tone::light);
+        paintFace(painter, QRectF(rect()), radius, isDown() ? face.pressedTop : face.top,
+                  isDown() ? face.pressedBottom : face.bottom, face.rim, !isDown());
+    }
     paintPicture(painter);
     if (!hasFocus())
         return;
     painter.setOpacity(1);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintFocusRing(painter, QRectF(rect()), designRadius * designScale(*this));
+    paintFocusRing(painter, QRectF(rect()), radius);
 }
 
 void Image::paintPicture(QPainter& painter) {
@@ -103,7 +119,8 @@ void Image::paintPicture(QPainter& painter) {
         return;
     const double ratio = devicePixelRatioF();
     if (m_rendered.isNull() || m_rendered.devicePixelRatio() != ratio) {
-        m_rendered = rendered((QSizeF(size()) * ratio).toSize());
+        const double share = m_look == FaceRole::none ? 1 : pictureOnFace;
+        m_rendered = rendered((QSizeF(size()) * share * ratio).toSize());
         m_rendered.setDevicePixelRatio(ratio);
         m_failed = m_rendered.isNull();
         if (m_failed)

@@ -3,6 +3,7 @@
 #include <QPixmap>
 #include <memory>
 
+#include "widgets/look.h"
 #include "widgets/pressable.h"
 
 class QSvgRenderer;
@@ -15,6 +16,7 @@ namespace kovanix {
 class Image : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString source READ source WRITE setSource)
+    Q_PROPERTY(kovanix::FaceRole look READ look WRITE setLook)
 
 public:
     explicit Image(QWidget* parent = nullptr);
@@ -23,6 +25,11 @@ public:
     /// The picture's path (a file or ":/…"). Empty shows nothing, the control still takes presses.
     const QString& source() const { return m_source; }
     void setSource(const QString& path);
+
+    /// The face behind a picture that is a button; FaceRole::none (the start value) has none. On a face the
+    /// picture leaves a margin.
+    FaceRole look() const { return m_look; }
+    void setLook(FaceRole role);
 
     QSize sizeHint() const override;
 
@@ -38,6 +45,7 @@ private:
     void paintPicture(QPainter& painter);
 
     QString m_source;
+    FaceRole m_look = FaceRole::none;
     mutable std::unique_ptr<QSvgRenderer> m_drawing;  // read once, for the size and for every painting
     QPixmap m_rendered;     // the picture at the size and scale of the last painting
     QString m_givenName;    // the accessible name that follows the tip
