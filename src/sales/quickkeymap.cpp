@@ -40,7 +40,7 @@ void QuickKeyMap::mark(int place, const QString& words) {
 }
 
 QSize QuickKeyMap::sizeHint() const {
-    const double rows = static_cast<double>((m_keys.size() + columns - 1) / columns);
+    const int rows = (static_cast<int>(m_keys.size()) + columns - 1) / columns;
     return (QSizeF(mapWidth, lineHeight + lineGap + rows * (keyHeight + gap) - gap) * designScale(*this))
         .toSize();
 }
@@ -69,9 +69,9 @@ void QuickKeyMap::paintEvent(QPaintEvent* /*event*/) {
     top += (lineHeight + lineGap) * unit;
 
     const double keyWidth = (mapWidth - (columns - 1) * gap) / columns;
-    for (std::size_t place = 0; place < m_keys.size(); ++place) {
-        const double column = static_cast<double>(place % columns);
-        const double row = static_cast<double>(place / columns);
+    for (int place = 0; place < static_cast<int>(m_keys.size()); ++place) {
+        const int row = place / columns;
+        const int column = place % columns;
         paintKey(painter,
                  QRectF(left + column * (keyWidth + gap) * unit, top + row * (keyHeight + gap) * unit,
                         keyWidth * unit, keyHeight * unit),
@@ -79,10 +79,10 @@ void QuickKeyMap::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-void QuickKeyMap::paintKey(QPainter& painter, const QRectF& cell, std::size_t place) const {
+void QuickKeyMap::paintKey(QPainter& painter, const QRectF& cell, int place) const {
     const double corner = radius * cell.height() / keyHeight;
-    const CommandButton& key = *m_keys[place];
-    if (static_cast<int>(place) == m_marked) {
+    const CommandButton& key = *m_keys[static_cast<std::size_t>(place)];
+    if (place == m_marked) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(roleColor(ColorRole::selectionBar));
         painter.drawRoundedRect(cell, corner, corner);

@@ -34,7 +34,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void paintKey(QPainter& painter, const QRectF& cell, std::size_t place) const;
+    void paintKey(QPainter& painter, const QRectF& cell, int place) const;
 
     std::vector<const CommandButton*> m_keys;
     QIcon m_pencil;

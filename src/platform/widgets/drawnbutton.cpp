@@ -145,6 +145,14 @@ void DrawnButton::setIconAbove(bool above) {
     update();
 }
 
+void DrawnButton::setIconAtEdge(bool atEdge) {
+    if (m_iconAtEdge == atEdge)
+        return;
+    m_iconAtEdge = atEdge;
+    m_arrangement->key = {};
+    update();
+}
+
 void DrawnButton::setCaptionAlignment(Qt::Alignment alignment) {
     if (m_captionAlignment == alignment)
         return;
@@ -298,7 +306,7 @@ void DrawnButton::arrange() {
     parts.pill = {};
     if (m_keyHint.isEmpty()) {
         const bool beside = !parts.icon.isNull() && box.left() > parts.icon.right();
-        if (beside && m_captionAlignment.testFlag(Qt::AlignHCenter)) {
+        if (beside && !m_iconAtEdge && m_captionAlignment.testFlag(Qt::AlignHCenter)) {
             // The two of them together stand in the middle of the face.
             const double wide = parts.icon.width() + paddingX + parts.caption.bounds().width();
             parts.icon.moveLeft((width() - wide) / 2);

@@ -31,6 +31,7 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
     Q_PROPERTY(bool iconAbove READ isIconAbove WRITE setIconAbove)
+    Q_PROPERTY(bool iconAtEdge READ isIconAtEdge WRITE setIconAtEdge)
     Q_PROPERTY(int captionLines READ captionLines WRITE setCaptionLines)
     Q_PROPERTY(int holdTime READ holdTime WRITE setHoldTime)
     Q_PROPERTY(Qt::Alignment captionAlignment READ captionAlignment WRITE setCaptionAlignment)
@@ -76,6 +77,11 @@ public:
 
     Qt::Alignment captionAlignment() const { return m_captionAlignment; }
     void setCaptionAlignment(Qt::Alignment alignment);
+
+    /// Whether an icon beside the caption stands at the left edge, so that those of buttons above one another
+    /// are in one column; else both stand in the middle together.
+    bool isIconAtEdge() const { return m_iconAtEdge; }
+    void setIconAtEdge(bool atEdge);
 
     /// How many lines the caption may break into before it shrinks; 3 unless told otherwise.
     int captionLines() const { return m_captionLines; }
@@ -130,6 +136,7 @@ private:
     QColor m_forecolor;
     int m_fontsize = 0;
     bool m_iconAbove = false;
+    bool m_iconAtEdge = false;
     int m_captionLines = 3;
     int m_holdTime = 0;
     QBasicTimer m_hold;   // runs while a press may still become a held one

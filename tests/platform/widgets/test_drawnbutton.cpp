@@ -69,6 +69,7 @@ class TestDrawnButton : public QObject {
         QSize size;
         QString caption;
         QPoint place;
+        bool atEdge = false;
     };
     struct HeldPressRow {
         std::function<void(vkCommand&)> end;
@@ -233,6 +234,7 @@ private Q_SLOTS:
         addRows<IconIsPaintedRow>(
             {{"beside the caption, both in the middle",
               {QSize(160, 44), QStringLiteral("BUL"), QPoint(60, 22)}},
+             {"at the edge", {QSize(160, 44), QStringLiteral("BUL"), QPoint(20, 22), true}},
              {"above the caption", {QSize(100, 110), QStringLiteral("BUL"), QPoint(50, 40)}},
              {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
@@ -244,6 +246,7 @@ private Q_SLOTS:
         button.resize(row.size);
         button.setIcon(QIcon(icon));
         button.setIconSize(QSize(28, 28));
+        button.setIconAtEdge(row.atEdge);
         button.setCaption(row.caption);
         // A shape in the caption's colour, whatever its own is.
         button.setForecolor(Qt::darkGreen);
