@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QRandomGenerator>
 #include <QSet>
 #include <QWindow>
@@ -69,6 +70,16 @@ QStringList drawBarcodes(qsizetype count, quint32 seed) {
 void pressKey(QWidget& window, Qt::Key key, const QString& text) {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent event(type, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(window.windowHandle(), &event);
+    }
+}
+
+void pressOn(QWidget& control) {
+    QWidget& window = *control.window();
+    const QPointF place = control.mapTo(&window, control.rect().center());
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, place, window.mapToGlobal(place), Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(window.windowHandle(), &event);
     }
 }

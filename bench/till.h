@@ -24,6 +24,9 @@ void pressKey(QWidget& window, Qt::Key key, const QString& text);
 void typeText(QWidget& window, const QString& text);
 void scan(QWidget& window, const QString& barcode);
 
+/// A press and its release in the middle of a control, as its window gets them from the window system.
+void pressOn(QWidget& control);
+
 /// Does everything that is posted, painting into the window included.
 void finishPosted();
 

@@ -101,6 +101,8 @@ void satisekrani::connectControls() {
     connectLineEditing();
     connectUnknownProduct();
     connectPriceCheck();
+    connectQuickKeys();
+    connect(ui.ActiveResize1, &ActiveResize::resized, this, &satisekrani::placePanels);
 
     const std::initializer_list<std::pair<Image*, double>> money{
         {ui.resim2, 200}, {ui.resim3, 100}, {ui.resim4, 50},  {ui.resim1, 20},  {ui.Resim5, 10},
@@ -180,6 +182,7 @@ void satisekrani::form_load() {
         }
         izyaz(QStringLiteral("SAT03 dbOK"));
         temabaslangicuygula();
+        kisayolyukle();
         gridhazirla(*ui.satisekrani1);
         gridbasliklari(*screen<satisekrani>().ui.satisekrani1);
         goToEntryRow();
@@ -213,6 +216,8 @@ bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
                          static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
     if (pressed && (watched == ui.adetdegis || watched == ui.fiyatdegis))
         lineField_mousedown(static_cast<QLineEdit&>(*watched));
+    if (watched == ui.Frame2)
+        quickPanelChanges(event->type());
     if (watched == ui.saat && event->type() == QEvent::MouseButtonDblClick)
         showInFront(screen<saatt>());
     return Screen::eventFilter(watched, event);
@@ -330,25 +335,23 @@ void satisekrani::satisiptal_click() {
     giveFocus(*ui.barkod);
 }
 
-void satisekrani::resizeEvent(QResizeEvent* event) {
-    Screen::resizeEvent(event);
-    placePanels();
-}
-
 void satisekrani::placePanels() {
     constexpr QSize large(560, 530);
-    constexpr QSize small(480, 380);
     for (QWidget* panel : {ui.urunislemleri, ui.urunbulunamadiframesi, ui.fiyatgorframe})
         placePanel(*panel, large);
-    placePanel(*ui.Frame2, small);
+    ui.Frame2->setGeometry(ticketPlace());
+}
+
+/// Where the ticket stands.
+QRect satisekrani::ticketPlace() const {
+    return {ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size()};
 }
 
 /// Puts a panel of that design size above the ticket.
 void satisekrani::placePanel(QWidget& panel, QSize size) {
-    const QRect ticket(ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size());
     QRect place(QPoint(0, 0),
                 (QSizeF(size) * ui.ActiveResize1->scale()).toSize().expandedTo(panel.minimumSizeHint()));
-    place.moveCenter(ticket.center());
+    place.moveCenter(ticketPlace().center());
     place.moveTopLeft(QPoint(std::max(place.left(), 0), std::max(place.top(), 0)));
     panel.setGeometry(place);
 }

@@ -13,6 +13,8 @@
 
 namespace kovanix {
 
+class QuickKeyMap;
+
 /// The controls of the sales screen: those of the sale and those of the four panels that open above its
 /// ticket.
 struct SalesControls : Ui::satisekrani,
@@ -67,6 +69,10 @@ public:
     /// Takes the quantities off stock. @throws RuntimeError
     void stokguncelle();
 
+    /// Reads the captions of the quick keys from the settings: the four pages' names and the eight items of
+    /// the page that was used last.
+    void kisayolyukle();
+
     /// Closes the look-up if it is open; never fails.
     void urunkayitkapat();
 
@@ -79,7 +85,6 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -87,11 +92,13 @@ private:
     void connectLineEditing();
     void connectUnknownProduct();
     void connectPriceCheck();
+    void connectQuickKeys();
     void pressKeys(const QString& array, void (satisekrani::*procedure)(int));
     QString panelKey(const QString& array, int index) const;
     void showPanel(QWidget& panel);
     void placePanels();
     void placePanel(QWidget& panel, QSize size);
+    QRect ticketPlace() const;
 
     void barkod_keydown(int key);
     void adet_keydown(int key);
@@ -129,6 +136,21 @@ private:
     void showPriceOf(const QString& barcode);
     void clearPriceCheck();
 
+    void kisayolkat_click(int category);
+    void kisayolkat_mousedown(int category, Qt::MouseButton button);
+    void kisayol_click(int index);
+    void kisayol_mousedown(int index, Qt::MouseButton button);
+    void kisayolurunbul_click();
+    void kisayolklavye_click();
+    void kisayolkaydet_click();
+    void kisayolsil_click();
+    void kisayolkapat_click();
+    void storeQuickKey(const QString& edited);
+    void headQuickPanel(const QString& stored, int points);
+    void showQuickPanel();
+    void quickPanelChanges(QEvent::Type change);
+    void markEditedKey();
+
     void setCashQuietly(const QString& text);
     void ver2_change();
     void ver3_click();
@@ -152,6 +174,7 @@ private:
 
     Recordset urunkayit;
     Connection satisbaglanti;
+    QuickKeyMap* m_quickKeyMap = nullptr;
     bool m_printing = false;
     bool m_quietCash = false;
 };

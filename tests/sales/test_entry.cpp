@@ -217,8 +217,7 @@ private Q_SLOTS:
     }
 
     void buttonsOfScreensToComeAreDisabled() {
-        for (const char* name :
-             {"vkCommand2", "vkCommand3", "vkCommand6", "kisayol1", "kisayol_0", "kisayol_7"})
+        for (const char* name : {"vkCommand2", "vkCommand3", "vkCommand6"})
             QVERIFY2(!m_shop->sales().findChild<QWidget*>(name)->isEnabled(), name);
         for (const char* name : {"fiyatgor", "urunbulmak", "vkCommand1", "vkCommand4"})
             QVERIFY2(m_shop->sales().findChild<QWidget*>(name)->isEnabled(), name);

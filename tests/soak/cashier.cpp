@@ -35,6 +35,7 @@ const std::vector<Box>& boxes() {
         {"BASAMAK_LIMIT", "Bilgi", {ok, escape}},
         {"ONCE_BARKOD_OKUT", "Bilgi", {ok, escape}},
         {"URUN_BULUNAMADI", "Bilgi", {ok, escape}},
+        {"ONCE_URUN_SEC", "Bilgi", {ok, escape}},
         {"SATIS_FIYATI_GIR", "    ", {ok, escape}},
         {"URUN_KAYIT_YOK", "Bilgi", {cancel, tryAgain, goOn, escape}},
         {"MSG_SATIS_IPTAL_SOR", "UYARI", {yes, no, escape}},
@@ -67,6 +68,7 @@ Cashier::Cashier(quint64 seed, const ShopLedger& ledger, const std::vector<Windo
       ui(m_till.ui) {
     addEntry();
     addPanels();
+    addQuickKeys();
     addLines();
     addCash();
     addSaleEnd();
@@ -124,6 +126,14 @@ QStringList Cashier::neverMade() const {
 /// What asks for nothing else is possible at the counter only: while no other screen is in front.
 bool Cashier::atCounter() const {
     return QApplication::activeWindow() == &m_till;
+}
+
+/// Whether a line's barcode is the current cell: what is sold by anything but a scan takes that line's place
+/// then, and where it merges with another one it leaves that line without a quantity besides. Two lines
+/// differ.
+bool Cashier::sellsOverALine() const {
+    const VSFlexGrid& grid = *ui.satisekrani1;
+    return grid.col() == 1 && grid.row() != grid.rows() - 1;
 }
 
 Cashier::Test Cashier::can(QWidget* control) const {
@@ -309,6 +319,38 @@ void Cashier::addPanels() {
     add("price of nothing", 40, 0, checking, key(Qt::Key_Return, "ONCE_BARKOD_OKUT"));
     add("Escape from the price check", 40, toBarcode, checking, key(Qt::Key_Escape));
     add("KAPAT of the price check", 20, toBarcode, can(ui.fiyargorkapat), press(ui.fiyargorkapat));
+}
+
+/// The keys that sell at a touch, their pages, and the panel that fills them.
+void Cashier::addQuickKeys() {
+    const auto oneOf = [this](const QString& array, int first, int last) -> QWidget& {
+        return *m_till.findChild<QWidget*>(array + QString::number(m_random.between(first, last)));
+    };
+    const auto rightPress = [this](QWidget& key) {
+        m_announce(u"presses the right button on " + key.objectName());
+        pressOn(key, Qt::RightButton);
+    };
+    const Test sellable = [this] { return can(ui.kisayol_0)() && !sellsOverALine(); };
+    add("quick key", 60, aLine, sellable, [=, this] { press (&oneOf("kisayol_", 0, 7))(); });
+    add("page of quick keys", 15, 0, can(ui.kisayol1), [=, this] { press (&oneOf("kisayol", 1, 4))(); });
+    add("right press on a quick key", 8, 0, can(ui.kisayol_0), [=] { rightPress(oneOf("kisayol_", 0, 7)); });
+    add("right press on a page", 5, 0, can(ui.kisayol1), [=] { rightPress(oneOf("kisayol", 1, 4)); });
+    add("name of a quick key", 40, 0, writable(ui.hizliurunadi, 50),
+        [this] { typeInto(ui.hizliurunadi, hostile()); });
+    add("barcode of a quick key", 20, 0, can(ui.kisayolbarkod), [this] {
+        pressOn(*ui.kisayolbarkod);
+        ui.kisayolbarkod->selectAll();
+        typeInto(ui.kisayolbarkod, m_random.chance(0.2) ? unknownBarcode() : anyOf(m_ledger.barcodes()));
+    });
+    add("quick key stored", 40, 0, can(ui.kisayolkaydet), [this] {
+        const bool page = ui.kisayolhangisi->text().size() == 2;
+        m_deed.toBarcode = page || !ui.kisayolbarkod->text().isEmpty();
+        if (!m_deed.toBarcode)
+            m_deed.box = "ONCE_URUN_SEC";
+        press(ui.kisayolkaydet)();
+    });
+    add("quick key emptied", 6, toBarcode, can(ui.kisayolsil), press(ui.kisayolsil));
+    add("quick key's panel left", 30, toBarcode, can(ui.kisayolkapat), press(ui.kisayolkapat));
 }
 
 /// The list, and the panel that changes a line.

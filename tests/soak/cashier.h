@@ -56,6 +56,7 @@ private:
     }
     void addEntry();
     void addPanels();
+    void addQuickKeys();
     void addLines();
     void addCash();
     void addSaleEnd();
@@ -64,6 +65,7 @@ private:
     void addPad(const WindowRow& row);
 
     bool atCounter() const;
+    bool sellsOverALine() const;
     Test can(QWidget* control) const;
     Test focused(const QLineEdit* field, qsizetype room = 1'000'000) const;
     Test writable(QLineEdit* field, qsizetype room) const;

@@ -84,7 +84,12 @@ const std::vector<WindowRow>& knownWindows() {
           "vkCommand9", "temakaydetme", "Frame2", "Frame3"},
          {"MSG_KAYDET_ONAY"}},
         // Escape only empties a filter cell that holds a text.
-        {"urunbul", {{sales, "urunbulmak"}}, {"vkCommand4", "X"}, {}, {}, "TDBGrid1"},
+        {"urunbul",
+         {{sales, "urunbulmak"}, {sales, "kisayolurunbul"}},
+         {"vkCommand4", "X"},
+         {},
+         {},
+         "TDBGrid1"},
         {.name = "klavyesayi",
          .ways = {{sales, "Image4"}},
          .exits = {"kapat", "Escape", "X"},
@@ -162,7 +167,7 @@ void Cashier::addWindow(const WindowRow& row) {
         return;
     // Where it hits a row, the screen goes.
     add(
-        u"choice in " + name, 40, aLine, [=] { return isInFront(name); },
+        u"choice in " + name, 40, aLine, [=, this] { return isInFront(name) && !sellsOverALine(); },
         [=, this, list = row.choosing] {
             m_announce(u"presses twice in " + list);
             m_deed.until = [this] { return m_till.kontorsat.interval() == 0; };

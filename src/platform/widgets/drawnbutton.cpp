@@ -18,15 +18,16 @@ namespace {
 
 constexpr double designRadius = 8.0;
 constexpr int designTouchSize = 44;
-constexpr int captionLines = 3;
 const QColor slotGrey(0x7C, 0x87, 0x94);
+const QColor slotRim(0x88, 0x94, 0xA2);
+constexpr double plusArm = 8.0;  // of a sign of 24, at the design size
 
 }  // namespace
 
 // Where everything stands on the face, worked out anew only when something that it hangs on has changed.
 struct DrawnButton::Arrangement {
     using Key =
-        std::tuple<QSizeF, QFont, int, QString, QString, Qt::Alignment, qint64, QSize, double, double>;
+        std::tuple<QSizeF, QFont, int, QString, QString, Qt::Alignment, int, qint64, QSize, double, double>;
 
     Key key;
     QRectF icon;
@@ -144,11 +145,33 @@ void DrawnButton::setIconAbove(bool above) {
     update();
 }
 
+void DrawnButton::setIconAtEdge(bool atEdge) {
+    if (m_iconAtEdge == atEdge)
+        return;
+    m_iconAtEdge = atEdge;
+    m_arrangement->key = {};
+    update();
+}
+
 void DrawnButton::setCaptionAlignment(Qt::Alignment alignment) {
     if (m_captionAlignment == alignment)
         return;
     m_captionAlignment = alignment;
     update();
+}
+
+void DrawnButton::setCaptionLines(int lines) {
+    lines = std::max(1, lines);
+    if (m_captionLines == lines)
+        return;
+    m_captionLines = lines;
+    update();
+}
+
+void DrawnButton::setHoldTime(int milliseconds) {
+    m_holdTime = std::max(0, milliseconds);
+    if (m_holdTime == 0)
+        m_hold.stop();
 }
 
 QSize DrawnButton::sizeHint() const {
@@ -171,10 +194,49 @@ void DrawnButton::mousePressEvent(QMouseEvent* event) {
     Q_EMIT mousedown(event->button());
     if (!self)
         return;
-    if (event->button() == Qt::LeftButton)
-        QAbstractButton::mousePressEvent(event);
-    else
+    if (event->button() != Qt::LeftButton) {
         event->accept();
+        return;
+    }
+    m_held = false;
+    QAbstractButton::mousePressEvent(event);
+    if (m_holdTime > 0 && isDown())
+        m_hold.start(m_holdTime, this);
+}
+
+void DrawnButton::mouseMoveEvent(QMouseEvent* event) {
+    // A finger that comes back onto the button would press it anew.
+    if (m_held) {
+        event->accept();
+        return;
+    }
+    QAbstractButton::mouseMoveEvent(event);
+    if (!isDown())
+        m_hold.stop();  // it has slipped off
+}
+
+void DrawnButton::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        m_hold.stop();
+    QAbstractButton::mouseReleaseEvent(event);  // one that isn't down any more isn't clicked
+    if (m_held)
+        event->accept();
+}
+
+void DrawnButton::hideEvent(QHideEvent* event) {
+    m_hold.stop();
+    QAbstractButton::hideEvent(event);
+}
+
+void DrawnButton::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_hold.timerId()) {
+        QAbstractButton::timerEvent(event);
+        return;
+    }
+    m_hold.stop();
+    m_held = true;
+    setDown(false);
+    Q_EMIT mousedown(Qt::RightButton);
 }
 
 std::pair<QColor, QColor> DrawnButton::faceColors(bool pressed) const {
@@ -193,7 +255,7 @@ double DrawnButton::cornerRadius() const {
 void DrawnButton::arrange() {
     const double scale = designScale(*this);
     const double ratio = devicePixelRatioF();
-    Arrangement::Key key(size(), font(), m_fontsize, m_caption, m_keyHint, m_captionAlignment,
+    Arrangement::Key key(size(), font(), m_fontsize, m_caption, m_keyHint, m_captionAlignment, m_captionLines,
                          icon().cacheKey(), iconSize(), scale, ratio);
     if (m_arrangement->key == key)
         return;
@@ -240,10 +302,19 @@ void DrawnButton::arrange() {
         }
     }
 
-    parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, captionLines);
+    parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines);
     parts.pill = {};
-    if (m_keyHint.isEmpty())
+    if (m_keyHint.isEmpty()) {
+        const bool beside = !parts.icon.isNull() && box.left() > parts.icon.right();
+        if (beside && !m_iconAtEdge && m_captionAlignment.testFlag(Qt::AlignHCenter)) {
+            // The two of them together stand in the middle of the face.
+            const double wide = parts.icon.width() + paddingX + parts.caption.bounds().width();
+            parts.icon.moveLeft((width() - wide) / 2);
+            box.translate(parts.icon.right() + paddingX - parts.caption.bounds().left(), 0);
+            parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines);
+        }
         return;
+    }
     const int hintSize =
         std::clamp(wanted * 6 / 10, static_cast<int>(10 * scale), static_cast<int>(16 * scale));
     QFont hintFont = font();
@@ -268,11 +339,11 @@ void DrawnButton::arrange() {
         beside.setLeft(std::max(box.left(), parts.pill.right() + 2));
     if (atRight || centred)
         beside.setRight(std::min(box.right(), width() - inset - pillWidth - 2));
-    parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
+    parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, m_captionLines);
     const int besideSize = parts.caption.pixelSize();
-    parts.caption.fit(m_caption, font(), wanted, below, m_captionAlignment, captionLines);
+    parts.caption.fit(m_caption, font(), wanted, below, m_captionAlignment, m_captionLines);
     if (besideSize > parts.caption.pixelSize())
-        parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, captionLines);
+        parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, m_captionLines);
 }
 
 DrawnButton::State DrawnButton::state() const {
@@ -394,21 +465,36 @@ void CommandButton::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = cornerRadius();
-    // A grey between the tones, so that it stays quiet on light and dark grounds alike.
+    // Greys between the tones, so that it stays quiet on light and dark grounds alike.
     const auto tint = [](float opacity) {
         QColor grey = slotGrey;
         grey.setAlphaF(opacity);
         return grey;
     };
-    const QColor fill = tint(isDown() ? 0.24F : 0.08F);
-    QPen dashes(tint(isEnabled() ? 0.65F : 0.36F), 1.2);
+    QColor rim = slotRim;
+    if (!isEnabled())
+        rim.setAlphaF(0.4F);
+    QPen dashes(rim, 1.2);
     dashes.setDashPattern({5.0, 4.0});
     dashes.setCapStyle(Qt::FlatCap);
     painter.setPen(dashes);
-    painter.setBrush(fill);
+    painter.setBrush(tint(isDown() ? 0.24F : 0.1F));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+    if (isEnabled())
+        paintPlus(painter);
     if (hasFocus())
         paintFocusRing(painter, QRectF(rect()), radius);
+}
+
+/// The sign that something can be put here.
+void CommandButton::paintPlus(QPainter& painter) const {
+    const double scale = designScale(*this);
+    const double arm = plusArm * scale;
+    const QPointF middle = QRectF(rect()).center();
+    painter.setPen(QPen(roleColor(ColorRole::mutedInk, standsOnDark(*this) ? Tone::dark : Tone::light),
+                        2.4 * scale, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(middle - QPointF(arm, 0), middle + QPointF(arm, 0));
+    painter.drawLine(middle - QPointF(0, arm), middle + QPointF(0, arm));
 }
 
 }  // namespace kovanix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QColor>
 #include <memory>
 #include <utility>
@@ -15,9 +16,9 @@ namespace kovanix {
 /// Where the face behind caption, icon or key hint comes too near to forecolor, a thin outline keeps them
 /// legible; the colours themselves are painted as they were set.
 ///
-/// An icon stands above the caption where the button is high enough for both, else to its left; its iconSize
-/// is in design pixels and grows with the resizing container, never beyond the face. The size hint doesn't
-/// depend on the caption, so that no change of a text moves a neighbour.
+/// An icon stands above the caption where the button is high enough for both, else beside it at its left; its
+/// iconSize is in design pixels and grows with the resizing container, never beyond the face. The size hint
+/// doesn't depend on the caption, so that no change of a text moves a neighbour.
 class DrawnButton : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
@@ -30,6 +31,9 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
     Q_PROPERTY(bool iconAbove READ isIconAbove WRITE setIconAbove)
+    Q_PROPERTY(bool iconAtEdge READ isIconAtEdge WRITE setIconAtEdge)
+    Q_PROPERTY(int captionLines READ captionLines WRITE setCaptionLines)
+    Q_PROPERTY(int holdTime READ holdTime WRITE setHoldTime)
     Q_PROPERTY(Qt::Alignment captionAlignment READ captionAlignment WRITE setCaptionAlignment)
 
 public:
@@ -74,6 +78,20 @@ public:
     Qt::Alignment captionAlignment() const { return m_captionAlignment; }
     void setCaptionAlignment(Qt::Alignment alignment);
 
+    /// Whether an icon beside the caption stands at the left edge, so that those of buttons above one another
+    /// are in one column; else both stand in the middle together.
+    bool isIconAtEdge() const { return m_iconAtEdge; }
+    void setIconAtEdge(bool atEdge);
+
+    /// How many lines the caption may break into before it shrinks; 3 unless told otherwise.
+    int captionLines() const { return m_captionLines; }
+    void setCaptionLines(int lines);
+
+    /// A finger has no right button: one that rests on the control for so many milliseconds presses it, as
+    /// mousedown tells, and its lifting is no click then. 0 (the start value) leaves it at clicks.
+    int holdTime() const { return m_holdTime; }
+    void setHoldTime(int milliseconds);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -84,6 +102,10 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     bool event(QEvent* event) override;
 
     /// The colours of the face, top and bottom, before a disabled control's are muted.
@@ -114,6 +136,11 @@ private:
     QColor m_forecolor;
     int m_fontsize = 0;
     bool m_iconAbove = false;
+    bool m_iconAtEdge = false;
+    int m_captionLines = 3;
+    int m_holdTime = 0;
+    QBasicTimer m_hold;   // runs while a press may still become a held one
+    bool m_held = false;  // the running press was held: it clicks nothing
     Qt::Alignment m_captionAlignment = Qt::AlignCenter;
     QString m_givenName;  // the accessible name that follows the caption or tip
     std::unique_ptr<Arrangement> m_arrangement;
@@ -135,7 +162,7 @@ public:
 
 /// The plain command button: one face colour, unless it has a role. Its caption is painted in forecolor where
 /// that is legible, else in black or white: themes change the face alone. With an empty caption it shows as
-/// an open slot that waits to be filled.
+/// an open slot that waits to be filled: a dashed rim and, where it can be pressed, a "+".
 class CommandButton : public DrawnButton {
     Q_OBJECT
 public:
@@ -145,6 +172,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     std::pair<QColor, QColor> faceColors(bool pressed) const override;
     QColor ink() const override;
+
+private:
+    void paintPlus(QPainter& painter) const;
 };
 
 }  // namespace kovanix

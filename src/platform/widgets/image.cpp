@@ -13,7 +13,7 @@ namespace {
 
 constexpr QSize emptySize(48, 48);
 constexpr double designRadius = 8.0;
-constexpr double shareOnFace = 0.5;
+constexpr double shareOnFace = 0.6;  // of the face's sides
 
 bool isVector(const QString& path) {
     return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
@@ -70,6 +70,8 @@ void Image::setSource(const QString& path) {
 }
 
 void Image::setLook(FaceRole role) {
+    if (m_look == role)
+        return;
     m_look = role;
     m_rendered = {};
     update();

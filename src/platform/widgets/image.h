@@ -27,7 +27,7 @@ public:
     void setSource(const QString& path);
 
     /// The role of the face that a picture lies on which is a button to the eye, too; the picture then has
-    /// half of the room. None (the start value): there is only the picture.
+    /// less of the room. None (the start value): there is only the picture.
     FaceRole look() const { return m_look; }
     void setLook(FaceRole role);
 

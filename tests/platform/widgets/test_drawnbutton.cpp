@@ -2,6 +2,7 @@
 #include <QImage>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <cstdlib>
 #include <functional>
@@ -68,6 +69,10 @@ class TestDrawnButton : public QObject {
         QSize size;
         QString caption;
         QPoint place;
+        bool atEdge = false;
+    };
+    struct HeldPressRow {
+        std::function<void(vkCommand&)> end;
     };
     struct SameValuesDontRepaintRow {
         QByteArray property;
@@ -227,7 +232,9 @@ private Q_SLOTS:
 
     void iconIsPainted_data() {
         addRows<IconIsPaintedRow>(
-            {{"left of the caption", {QSize(160, 44), QStringLiteral("BUL"), QPoint(20, 22)}},
+            {{"beside the caption, both in the middle",
+              {QSize(160, 44), QStringLiteral("BUL"), QPoint(60, 22)}},
+             {"at the edge", {QSize(160, 44), QStringLiteral("BUL"), QPoint(20, 22), true}},
              {"above the caption", {QSize(100, 110), QStringLiteral("BUL"), QPoint(50, 40)}},
              {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
@@ -239,6 +246,7 @@ private Q_SLOTS:
         button.resize(row.size);
         button.setIcon(QIcon(icon));
         button.setIconSize(QSize(28, 28));
+        button.setIconAtEdge(row.atEdge);
         button.setCaption(row.caption);
         // A shape in the caption's colour, whatever its own is.
         button.setForecolor(Qt::darkGreen);
@@ -299,6 +307,118 @@ private Q_SLOTS:
         QCOMPARE(clicked.count(), row.clicks);
     }
 
+    void aHeldPressIsARightPress_data() {
+        using Act = std::function<void(vkCommand&)>;
+        const Act lift = [](vkCommand& button) { QTest::mouseRelease(&button, Qt::LeftButton); };
+        const Act backOnto = [](vkCommand& button) {
+            const QPoint outside(-20, -20);
+            for (const QPoint place : {outside, button.rect().center()}) {
+                QMouseEvent move(QEvent::MouseMove, place, button.mapToGlobal(place), Qt::NoButton,
+                                 Qt::LeftButton, Qt::NoModifier);
+                QCoreApplication::sendEvent(&button, &move);
+            }
+        };
+        addRows<HeldPressRow>({
+            {"lifted", {lift}},
+            {"off it and back, then lifted", {[=](vkCommand& button) {
+                 backOnto(button);
+                 lift(button);
+             }}},
+        });
+    }
+    void aHeldPressIsARightPress() {
+        QFETCH(const HeldPressRow, row);
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setHoldTime(20);
+        const QSignalSpy clicked(&button, &QAbstractButton::clicked);
+        const QSignalSpy down(&button, &DrawnButton::mousedown);
+        QTest::mousePress(&button, Qt::LeftButton);
+        QVERIFY(button.isDown());
+        QTRY_COMPARE(down.count(), 2);
+        QCOMPARE(down.at(1).at(0).value<Qt::MouseButton>(), Qt::RightButton);
+        QVERIFY(!button.isDown());
+        row.end(button);
+        QCOMPARE(clicked.count(), 0);
+        QCOMPARE(down.count(), 2);
+        QVERIFY(!button.isDown());
+        // The next one is an ordinary press again.
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicked.count(), 1);
+    }
+
+    void whatIsNoHeldPress_data() {
+        const auto press = [](vkCommand& button) { QTest::mousePress(&button, Qt::LeftButton); };
+        addRows<HeldPressRow>({
+            {"lifted in time", {[](vkCommand& button) { QTest::mouseClick(&button, Qt::LeftButton); }}},
+            {"slipped off", {[=](vkCommand& button) {
+                 press(button);
+                 QMouseEvent move(QEvent::MouseMove, QPointF(-20, -20), QPointF(0, 0), Qt::NoButton,
+                                  Qt::LeftButton, Qt::NoModifier);
+                 QCoreApplication::sendEvent(&button, &move);
+             }}},
+            {"hidden meanwhile", {[=](vkCommand& button) {
+                 button.show();
+                 press(button);
+                 button.hide();
+             }}},
+            {"another button", {[](vkCommand& button) { QTest::mousePress(&button, Qt::MiddleButton); }}},
+            {"switched off", {[=](vkCommand& button) {
+                 button.setHoldTime(0);
+                 press(button);
+             }}},
+            {"switched off meanwhile", {[=](vkCommand& button) {
+                 press(button);
+                 button.setHoldTime(0);
+             }}},
+        });
+    }
+    void whatIsNoHeldPress() {
+        QFETCH(const HeldPressRow, row);
+        constexpr int time = 5;
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setHoldTime(time);
+        const QSignalSpy down(&button, &DrawnButton::mousedown);
+        row.end(button);
+        // Until another timer has run that is due later.
+        bool later = false;
+        QTimer::singleShot(4 * time, &button, [&later] { later = true; });
+        QTRY_VERIFY(later);
+        QCOMPARE(down.count(), 1);
+    }
+
+    void captionBreaksIntoNoMoreLinesThanItMay_data() {
+        QTest::addColumn<int>("lines");
+        QTest::newRow("one") << 1;
+        QTest::newRow("two") << 2;
+        QTest::newRow("three") << 3;
+    }
+    void captionBreaksIntoNoMoreLinesThanItMay() {
+        QFETCH(int, lines);
+        CommandButton button;
+        button.resize(60, 100);
+        QFont font;
+        font.setPixelSize(15);
+        button.setFont(font);
+        button.setBackcolor1(Qt::white);
+        button.setForecolor(Qt::black);
+        button.setCaptionLines(lines);
+        button.setCaption(QStringLiteral("mmmm mmmm mmmm"));
+        // Rows of the picture with ink in them, in runs.
+        const QImage image = picture(button);
+        int runs = 0;
+        bool within = false;
+        for (int y = 4; y < image.height() - 4; ++y) {
+            bool inked = false;
+            for (int x = 4; x < image.width() - 4; ++x)
+                inked = inked || qGray(image.pixel(x, y)) < 140;
+            runs += inked && !within ? 1 : 0;
+            within = inked;
+        }
+        QCOMPARE(runs, lines);
+    }
+
     void mayBeDeletedByItsOwnMouseDown_data() {
         QTest::addColumn<Qt::MouseButton>("mouse");
         QTest::newRow("left") << Qt::LeftButton;
@@ -345,7 +465,7 @@ private Q_SLOTS:
         button.resize(buttonSize);
         button.setBackcolor1(Qt::red);
         button.setEnabled(enabled);
-        const QColor empty = picture(button).pixelColor(60, 30);
+        const QColor empty = picture(button).pixelColor(30, 30);
         QVERIFY2(near(empty, button.palette().color(QPalette::Active, QPalette::Window), 30),
                  qPrintable(empty.name()));
         // Dashes: the outline has more than one tone along its upper edge.
@@ -357,6 +477,10 @@ private Q_SLOTS:
             lightest = std::max(lightest, qGray(image.pixel(x, 1)));
         }
         QVERIFY(lightest - darkest > 10);
+        // A "+" where it can be pressed.
+        const QColor ground = image.pixelColor(30, 30);
+        for (const QPoint arm : {QPoint(60, 30), QPoint(54, 30), QPoint(60, 24)})
+            QCOMPARE(!near(image.pixelColor(arm), ground, 40), enabled);
         button.setCaption(QStringLiteral("."));
         button.setEnabled(true);
         QVERIFY(near(picture(button).pixelColor(20, 20), Qt::red, 20));

@@ -77,6 +77,25 @@ private Q_SLOTS:
         QVERIFY(image.grab().toImage().pixelColor(10, 50) != QColor(Qt::red));
     }
 
+    void aPictureOnAFaceLeavesAMargin() {
+        const QTemporaryDir folder;
+        Image image;
+        image.setSource(makePicture(folder, true));
+        image.resize(100, 100);
+        image.setLook(FaceRole::light);
+        const FaceColors face = faceColors(FaceRole::light);
+        const QImage painted = image.grab().toImage();
+        QCOMPARE(painted.pixelColor(50, 50), QColor(Qt::red));
+        QCOMPARE(painted.pixelColor(22, 50), QColor(Qt::red));
+        const auto tone = [](const QColor& color) { return qGray(color.rgb()); };
+        QVERIFY(std::abs(tone(painted.pixelColor(12, 50)) - tone(face.top)) < 20);
+        image.setDown(true);
+        QVERIFY(tone(image.grab().toImage().pixelColor(12, 20)) < tone(painted.pixelColor(12, 20)) - 20);
+        image.setDown(false);
+        image.setLook(FaceRole::none);
+        QCOMPARE(image.grab().toImage().pixelColor(12, 50), QColor(Qt::red));
+    }
+
     void missingPictureShowsNothing() {
         Image image;
         image.resize(50, 50);
