@@ -258,5 +258,4 @@ void TestRowFilter::longPatternsAreQuick() {
 }
 
 QTEST_GUILESS_MAIN(TestRowFilter)
-#include "sanitized.h"
 #include "test_rowfilter.moc"

@@ -7,6 +7,7 @@
 
 #include "database/recordset.h"
 #include "databasefile.h"
+#include "sanitized.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -457,5 +458,4 @@ void TestRowSet::takesLittleMemory() {
 }
 
 QTEST_GUILESS_MAIN(TestRowSet)
-#include "sanitized.h"
 #include "test_rowset.moc"

@@ -4,6 +4,7 @@
 
 #include "database/rowset.h"
 #include "databasefile.h"
+#include "sanitized.h"
 #include "values/sortkey.h"
 
 using namespace kovanix;
@@ -459,5 +460,4 @@ void TestRowSetRules::showsMixedCellsAsTheyAre() {
 }
 
 QTEST_GUILESS_MAIN(TestRowSetRules)
-#include "sanitized.h"
 #include "test_rowset_rules.moc"
