@@ -200,7 +200,7 @@ void DrawnButton::mousePressEvent(QMouseEvent* event) {
     }
     m_held = false;
     QAbstractButton::mousePressEvent(event);
-    if (m_holdTime > 0 && isDown())
+    if (self && m_holdTime > 0 && isDown())
         m_hold.start(m_holdTime, this);
 }
 
@@ -210,16 +210,18 @@ void DrawnButton::mouseMoveEvent(QMouseEvent* event) {
         event->accept();
         return;
     }
+    const QPointer<DrawnButton> self(this);
     QAbstractButton::mouseMoveEvent(event);
-    if (!isDown())
+    if (self && !isDown())
         m_hold.stop();  // it has slipped off
 }
 
 void DrawnButton::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
         m_hold.stop();
+    const bool held = m_held;                   // a click may delete the button
     QAbstractButton::mouseReleaseEvent(event);  // one that isn't down any more isn't clicked
-    if (m_held)
+    if (held)
         event->accept();
 }
 

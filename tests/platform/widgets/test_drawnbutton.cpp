@@ -435,6 +435,19 @@ private Q_SLOTS:
         QVERIFY(!alive);
     }
 
+    void mayBeDeletedByAHeldPress() {
+        auto* button = new vkToggleButton;
+        const QPointer<vkToggleButton> alive(button);
+        button->setHoldTime(1);
+        connect(button, &DrawnButton::mousedown, button, [button](Qt::MouseButton mouse) {
+            if (mouse == Qt::RightButton)
+                delete button;
+        });
+        QTest::mousePress(button, Qt::LeftButton);
+        QVERIFY(alive);
+        QTRY_VERIFY(!alive);
+    }
+
     void accessibleNameFollows() {
         vkCommand button;
         button.setToolTip(QStringLiteral("tip"));
