@@ -220,7 +220,7 @@ QSize KeyboardScreen::layOutPad() {
     if (large) {
         auto* honeycomb = new Image(ui.abc);
         honeycomb->setSource(u":/honeycomb.svg"_s);
-        honeycomb->setFixedSize(240, 207);
+        honeycomb->setFixedSize(264, 227);
         honeycomb->setAttribute(Qt::WA_TransparentForMouseEvents);
         honeycomb->setAccessibleName(u"Petek"_s);
         ui.yazilan->setFixedWidth(sideWidth);
