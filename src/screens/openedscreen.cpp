@@ -18,6 +18,10 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 
 void OpenedScreen::leave() {
     ScreenRegistry::unload(*this);
+    giveFocusBack();
+}
+
+void OpenedScreen::giveFocusBack() {
     returnFocus();
 }
 
