@@ -18,6 +18,12 @@ constexpr double focusLine = 2;
 constexpr double radius = 2;
 }  // namespace
 
+KeyboardField::KeyboardField(QWidget* parent) : PasswordField(parent) {
+    QPalette colors = palette();
+    colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
+    setPalette(colors);
+}
+
 void KeyboardField::setLabel(const QString& label) {
     m_label = label;
     setAccessibleDescription(label);

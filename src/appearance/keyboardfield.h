@@ -10,7 +10,7 @@ class KeyboardField : public PasswordField {
     Q_OBJECT
 
 public:
-    using PasswordField::PasswordField;
+    explicit KeyboardField(QWidget* parent = nullptr);
 
     const QString& label() const { return m_label; }
     /// Empty for none: the text then has the whole box.

@@ -1,7 +1,6 @@
 #include "appearance/keyboardscreen.h"
 
 #include <QBoxLayout>
-#include <QCloseEvent>
 #include <QGridLayout>
 #include <QIcon>
 
@@ -11,7 +10,6 @@
 #include "appearance/mdlMonitors.h"
 #include "desktop/focus.h"
 #include "desktop/sendkeys.h"
-#include "runtime/screenregistry.h"
 #include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/drawnframe.h"
@@ -220,7 +218,7 @@ QSize KeyboardScreen::layOutPad() {
     if (large) {
         auto* honeycomb = new Image(ui.abc);
         honeycomb->setSource(u":/honeycomb.svg"_s);
-        honeycomb->setFixedSize(240, 207);
+        honeycomb->setFixedSize(264, 227);
         honeycomb->setAttribute(Qt::WA_TransparentForMouseEvents);
         honeycomb->setAccessibleName(u"Petek"_s);
         ui.yazilan->setFixedWidth(sideWidth);
@@ -256,6 +254,7 @@ QSize KeyboardScreen::layOutPad() {
 
 void KeyboardScreen::open(int code, QWidget& opener) {
     m_opener = opener.window();
+    m_entered = nullptr;
     const Qt::Alignment place =
         m_kind == KeyboardKind::full ? Qt::AlignBottom | Qt::AlignHCenter : Qt::AlignRight | Qt::AlignVCenter;
     showInFront(*this, {.opener = &opener, .place = place});
@@ -299,41 +298,38 @@ QString KeyboardScreen::typedBy(KeyWork work, int index) const {
 
 void KeyboardScreen::enter() {
     const KeyboardTarget* target = keyboardTarget(m_kind, ui.nereye->text());
-    QPointer<QWidget> receiver = m_opener;
-    if (target) {
-        if (QWidget* next = handOver(*target, ui.yazilan->text()))
-            receiver = next;
-        // From here on this one object only: its screen's name would load another one.
-        ScreenRegistry::unload(*this);
-    }
+    QWidget* next = target ? handOver(*target, ui.yazilan->text()) : nullptr;
+    m_entered = next ? next : m_opener.data();
     ui.yazilan->setText({});
-    hide();
-    QWidget* to = receiver;
-    if (!to)
+    if (target) {
+        leave();
         return;
-    if (to->isWindow())
-        to->activateWindow();
-    else
-        giveFocus(*to);
-    sendKey(Qt::Key_Return, *to);
+    }
+    hide();
+    giveFocusBack();
 }
 
 void KeyboardScreen::kapat_click() {
+    leave();
+}
+
+// The keyboard may be unloaded by now: its screen's name would load another one.
+void KeyboardScreen::giveFocusBack() {
     const KeyboardTarget* target = keyboardTarget(m_kind, ui.nereye->text());
     QWidget* box = target ? visibleBox(*target) : nullptr;
     QWidget* opener = m_opener;
-    ScreenRegistry::unload(*this);
-    if (box) {
+    if (QWidget* entered = m_entered) {
+        if (entered->isWindow())
+            entered->activateWindow();
+        else
+            giveFocus(*entered);
+        sendKey(Qt::Key_Return, *entered);
+    } else if (box) {
         giveFocus(*box);
         sendFocus(*box);
     } else if (opener && opener->isVisible()) {
         opener->activateWindow();
     }
-}
-
-void KeyboardScreen::closeEvent(QCloseEvent* event) {
-    event->accept();
-    kapat_click();
 }
 
 }  // namespace kovanix

@@ -46,8 +46,9 @@ protected:
     enum class Make { drawn, plain };
     KeyboardScreen(KeyboardKind kind, Make make);
 
-    /// The window's own close button is a press of `kapat`.
-    void closeEvent(QCloseEvent* event) override;
+    /// To the box that was to be filled in, where that can be seen; else to the window that asked for the
+    /// keyboard.
+    void giveFocusBack() override;
 
 private:
     DrawnButton* addButton(const QString& name, const QString& caption, const char* textRole);
@@ -66,6 +67,7 @@ private:
     KeyboardKind m_kind;
     Make m_make;
     QPointer<QWidget> m_opener;
+    QPointer<QWidget> m_entered;  // what ENTER goes on in; none as long as it hasn't been pressed
 };
 
 /// Letters and digits, with drawn keys.

@@ -19,6 +19,10 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 void OpenedScreen::leave() {
     m_taps->windowCloses();
     ScreenRegistry::unload(*this);
+    giveFocusBack();
+}
+
+void OpenedScreen::giveFocusBack() {
     returnFocus();
 }
 

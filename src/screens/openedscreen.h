@@ -25,6 +25,9 @@ protected:
     /// Unloads the screen and gives the keyboard back.
     void leave();
 
+    /// What leave() does last: gives the keyboard to where focusreturn.h says, unless a screen knows better.
+    virtual void giveFocusBack();
+
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -128,21 +128,25 @@ QWindow* attach(QWidget& window, const Opening& opening) {
     if (!opener.isVisible() || &opener == &window)
         return nullptr;
     QWindow* owner = opener.windowHandle();
+    for (const QWindow* above = owner; above; above = above->transientParent()) {
+        if (above == window.windowHandle())
+            return nullptr;  // it can't stand above itself
+    }
     const bool open = window.isVisible();
     if (open && window.windowHandle()->transientParent() == owner)
         return owner;
-    // The window system hears of the owner when a window is shown.
-    if (open)
-        window.hide();
-    putAbove(window, *owner);
     const QObjectList children = window.children();
     for (QObject* child : children) {
         if (dynamic_cast<Belonging*>(child))
             delete child;
     }
     new Belonging(window, opener);
-    if (open)
+    if (open) {
+        // The window system hears of the owner when a window is shown.
+        window.hide();
+        putAbove(window, *owner);
         window.show();
+    }
     return owner;
 }
 
@@ -151,11 +155,10 @@ QWindow* attach(QWidget& window, const Opening& opening) {
 void showInFront(QWidget& window, const Opening& opening) {
     QWindow* owner = attach(window, opening);
     if (!window.isVisible()) {
-        const bool belongs = owner != nullptr;
-        if (!belongs)
+        if (!owner)
             owner = firstOwner(window);
         place(window, owner, opening.place);
-        if (owner && !belongs)
+        if (owner)
             putAbove(window, *owner);
     } else if (window.isMinimized()) {
         restore(window);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr QSize emptySize(48, 48);
 constexpr double designRadius = 8.0;
-constexpr double shareOnFace = 0.6;  // of the face's sides
+constexpr double pictureOnFace = 0.6;  // of the face's sides
 
 bool isVector(const QString& path) {
     return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
@@ -99,30 +99,19 @@ bool Image::event(QEvent* event) {
 
 void Image::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (m_look != FaceRole::none)
-        paintFaceOf(painter);
+    const double radius = designRadius * designScale(*this);
+    if (m_look != FaceRole::none) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        const FaceColors face = faceColors(m_look, standsOnDark(*this) ? Tone::dark : Tone::light);
+        paintFace(painter, QRectF(rect()), radius, isDown() ? face.pressedTop : face.top,
+                  isDown() ? face.pressedBottom : face.bottom, face.rim, !isDown());
+    }
     paintPicture(painter);
     if (!hasFocus())
         return;
     painter.setOpacity(1);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintFocusRing(painter, QRectF(rect()), designRadius * designScale(*this));
-}
-
-void Image::paintFaceOf(QPainter& painter) const {
-    const Tone tone = standsOnDark(*this) ? Tone::dark : Tone::light;
-    const FaceColors colors = faceColors(m_look, tone);
-    const bool pressed = isDown();
-    const double radius = designRadius * designScale(*this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        paintFace(painter, QRectF(rect()), radius, roleColor(ColorRole::disabledTop, tone),
-                  roleColor(ColorRole::disabledBottom, tone), colors.rim, false);
-    else
-        paintFace(painter, QRectF(rect()), radius, pressed ? colors.pressedTop : colors.top,
-                  pressed ? colors.pressedBottom : colors.bottom, colors.rim, !pressed);
-    if (pressed)
-        paintPressedShade(painter, QRectF(rect()), radius);
+    paintFocusRing(painter, QRectF(rect()), radius);
 }
 
 void Image::paintPicture(QPainter& painter) {
@@ -130,7 +119,7 @@ void Image::paintPicture(QPainter& painter) {
         return;
     const double ratio = devicePixelRatioF();
     if (m_rendered.isNull() || m_rendered.devicePixelRatio() != ratio) {
-        const double share = m_look == FaceRole::none ? 1 : shareOnFace;
+        const double share = m_look == FaceRole::none ? 1 : pictureOnFace;
         m_rendered = rendered((QSizeF(size()) * share * ratio).toSize());
         m_rendered.setDevicePixelRatio(ratio);
         m_failed = m_rendered.isNull();
@@ -141,8 +130,6 @@ void Image::paintPicture(QPainter& painter) {
     const QPointF corner((width() - picture.width()) / 2, (height() - picture.height()) / 2);
     if (!isEnabled())
         painter.setOpacity(0.35);
-    else if (m_look != FaceRole::none)
-        painter.setOpacity(1);  // the face tells
     else if (isDown())
         painter.setOpacity(0.62);
     else if (underMouse())

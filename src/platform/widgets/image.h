@@ -26,8 +26,8 @@ public:
     const QString& source() const { return m_source; }
     void setSource(const QString& path);
 
-    /// The role of the face that a picture lies on which is a button to the eye, too; the picture then has
-    /// less of the room. None (the start value): there is only the picture.
+    /// The face behind a picture that is a button; FaceRole::none (the start value) has none. On a face the
+    /// picture leaves a margin.
     FaceRole look() const { return m_look; }
     void setLook(FaceRole role);
 
@@ -42,7 +42,6 @@ protected:
 private:
     QSvgRenderer& drawing() const;
     QPixmap rendered(QSize room) const;
-    void paintFaceOf(QPainter& painter) const;
     void paintPicture(QPainter& painter);
 
     QString m_source;

@@ -372,6 +372,18 @@ private Q_SLOTS:
         QCOMPARE(window.windowHandle()->transientParent(), first.windowHandle());
     }
 
+    void neverBelongsToWhatItOpened() {
+        QWidget first;
+        openFirst(first, {100, 60, 600, 400});
+        Screenlike second({300, 200}), third({200, 100});
+        showInFront(second, {.opener = &first});
+        showInFront(third, {.opener = &second});
+        QTRY_VERIFY(third.isActiveWindow());
+        showInFront(second, {.opener = &third});
+        QCOMPARE(second.windowHandle()->transientParent(), first.windowHandle());
+        QVERIFY(second.isVisible());
+    }
+
     void goesWithItsOpener_data() {
         addRows<GoesWithItsOpenerRow>(
             {{"hidden", {[](std::unique_ptr<QWidget>& opener) { opener->hide(); }, true}},
