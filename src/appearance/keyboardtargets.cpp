@@ -35,7 +35,7 @@ constexpr std::array targets{
     KeyboardTarget{full, u"16"},
     KeyboardTarget{full, u"17", u"liste", u"faturano", u"faturano", u"Fatura no"},
     KeyboardTarget{full, u"18", u"frmLogin", u"sifre", {}, u"Şifre", true},
-    KeyboardTarget{full, u"19", u"satisekrani", u"hizliurunadi", {}, u"Ürün adı"},
+    KeyboardTarget{full, u"19", u"satisekrani", u"hizliurunadi", {}, u"Kısayol adı"},
     KeyboardTarget{pad, u"1", u"urunler", u"barkod2", {}, u"Barkod"},
     KeyboardTarget{pad, u"2", u"urunler", u"alis", {}, u"Alış fiyatı"},
     KeyboardTarget{pad, u"3", u"urunler", u"fiyat", {}, u"Satış fiyatı"},

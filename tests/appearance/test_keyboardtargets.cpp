@@ -122,7 +122,7 @@ private Q_SLOTS:
                           {"16", {full, "16"}},
                           {"17", {full, "17", {}, "Fatura no"}},
                           {"18", {full, "18", "frmLogin.sifre", "Şifre", true}},
-                          {"19", {full, "19", "satisekrani.hizliurunadi", "Ürün adı"}},
+                          {"19", {full, "19", "satisekrani.hizliurunadi", "Kısayol adı"}},
                           {"pad 1", {pad, "1", {}, "Barkod"}},
                           {"pad 2", {pad, "2", {}, "Alış fiyatı"}},
                           {"pad 3", {pad, "3", {}, "Satış fiyatı"}},
@@ -242,7 +242,7 @@ private Q_SLOTS:
         QCOMPARE(keyboard.ui.nereye->text(), "19");
         QCOMPARE(keyboard.ui.yazilan->text(), "1");
         QCOMPARE(keyboard.ui.yazilan->displayText(), "1");  // no password any more
-        QCOMPARE(keyboard.ui.yazilan->label(), "Ürün adı");
+        QCOMPARE(keyboard.ui.yazilan->label(), "Kısayol adı");
     }
 
     void goesWithTheSalesScreen() {

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include "appearance/keyboardscreen.h"
 #include "catalogue/urunbul.h"
 #include "ordinaryuser.h"
 #include "quicksaletest.h"
@@ -133,6 +134,22 @@ private Q_SLOTS:
             QVERIFY(ui().kisayolurunbul->isHidden());
             press(*ui().kisayolkapat);
         }
+    }
+
+    void aPagesNameIsTypedByTouch() {
+        rightPressCategory(3);
+        press(*ui().kisayolklavye);
+        QVERIFY(loaded<klavyeyeni2>());
+        const KeyboardScreen& keyboard = screen<klavyeyeni2>();
+        QCOMPARE(keyboard.ui.nereye->text(), "19");
+        QCOMPARE(ui().hizliurunadi->text(), "");
+        for (const char* key :
+             {"vkCommand1_57", "vkCommand1_63", "vkCommand1_56", "vkCommand1_100"})  // M A N, ENTER
+            press(*keyboard.findChild<QWidget*>(QString::fromLatin1(key)));
+        QCOMPARE(ui().hizliurunadi->text(), "MAN");
+        QVERIFY(panelIsOpen());
+        press(*ui().kisayolkaydet);
+        QCOMPARE(category(3).caption(), "MAN");
     }
 
     void aKeyPressedWhileItStandsOnAPage() {

@@ -131,7 +131,7 @@ private Q_SLOTS:
              "AFTER UPDATE OF stok ON urunler BEGIN INSERT INTO satislar (barkod) VALUES (new.barkod); END",
              "more rows are stored"},
             {"an older row that changes",
-             "AFTER INSERT ON satislar WHEN new.no > 3 BEGIN UPDATE satislar SET toplam = 1 WHERE no = 1; "
+             "AFTER INSERT ON satislar WHEN new.no > 20 BEGIN UPDATE satislar SET toplam = 1 WHERE no = 1; "
              "END",
              "the sales stored earlier were"},
             {"stock taken off twice",

@@ -1,7 +1,9 @@
 #include "desktop/tapguard.h"
 
 #include <QApplication>
+#include <QList>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <utility>
@@ -20,7 +22,13 @@ bool isPress(const QEvent& event) {
 /// Drops the presses. It lives until none has come for a while.
 class TapDropper : public QObject {
 public:
-    TapDropper(const QPoint& place, QObject* parent) : QObject(parent), m_place(place) {
+    TapDropper(const QPoint& place, const QWidget& closing, QObject* parent)
+        : QObject(parent), m_place(place) {
+        // What opens later is pressed for its own sake.
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window != &closing)
+                m_behind.append(window);
+        }
         setObjectName(dropperName);
         m_wait.setSingleShot(true);
         m_wait.setInterval(QApplication::doubleClickInterval());
@@ -36,7 +44,8 @@ public:
         const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
         if (!press)
             return std::exchange(m_dropped, false);  // a release belongs to its press
-        if (!m_wait.isActive() || (place - m_place).manhattanLength() > reach)
+        const bool isBehind = m_behind.contains(static_cast<QWidget*>(watched)->window());
+        if (!m_wait.isActive() || !isBehind || (place - m_place).manhattanLength() > reach)
             return false;
         m_dropped = true;
         m_wait.start();
@@ -45,6 +54,7 @@ public:
 
 private:
     QPoint m_place;
+    QList<QPointer<QWidget>> m_behind;
     QTimer m_wait;
     bool m_dropped = false;
 };
@@ -65,7 +75,7 @@ bool TapGuard::eventFilter(QObject* watched, QEvent* event) {
 
 void TapGuard::windowCloses() const {
     if (m_sincePress.isValid() && !m_sincePress.hasExpired(QApplication::doubleClickInterval()))
-        new TapDropper(m_place, qApp);
+        new TapDropper(m_place, m_window, qApp);
 }
 
 void TapGuard::reset() {

@@ -74,6 +74,18 @@ private Q_SLOTS:
         QCOMPARE(clicks.isEmpty(), row.dropped);
     }
 
+    void whatOpensLaterTakesTaps() {
+        Windows windows;
+        QTest::mouseClick(windows.front.get(), Qt::LeftButton, {}, QPoint(50, 50));
+        windows.close();
+        QPushButton later;
+        later.setGeometry(0, 0, 400, 300);
+        later.show();
+        const QSignalSpy clicks(&later, &QPushButton::clicked);
+        QTest::mouseClick(&later, Qt::LeftButton, {}, QPoint(50, 50));
+        QCOMPARE(clicks.size(), 1);
+    }
+
     void everyTapDroppedWaitsAnew() {
         Windows windows;
         const QSignalSpy clicks(&windows.behind, &QPushButton::clicked);
