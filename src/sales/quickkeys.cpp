@@ -4,6 +4,10 @@
 
 namespace kovanix {
 
+namespace {
+constexpr qsizetype longestName = 28;  // characters of a page's name, in a line of words
+}  // namespace
+
 int quickPage(QStringView text) {
     const double number = toNumber(text).value_or(1);
     for (int page = 1; page <= quickPages; ++page) {
@@ -47,7 +51,9 @@ QString editedCategory(int page) {
 
 QString quickKeyWords(QStringView edited, int page, const QString& pageName) {
     const QString number = QString::number(page) + u'.';
-    const QString name = pageName.trimmed();
+    QString name = pageName.trimmed();
+    if (name.size() > longestName)
+        name = name.left(longestName - 1) + u'…';  // the key's number matters more
     if (const auto slot = quickSlot(edited)) {
         const QString where =
             name.isEmpty() ? number + QStringLiteral(" sayfa") : name + QStringLiteral(" sayfası");

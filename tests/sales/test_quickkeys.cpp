@@ -83,13 +83,15 @@ private Q_SLOTS:
     }
 
     void words_data() {
-        addRows<WordsRow>({{"a key", {"6", 1, "Fırın", "Fırın sayfası, 7. tuş"}},
-                           {"a key of a page without a name", {"0", 2, "", "2. sayfa, 1. tuş"}},
-                           {"a name of blanks is none", {"0", 2, "  ", "2. sayfa, 1. tuş"}},
-                           {"a page", {"11", 1, "Fırın", "Fırın sayfasının adı"}},
-                           {"a page without a name", {"44", 4, "", "4. sayfanın adı"}},
-                           {"a percent sign", {"3", 1, "%1 %n", "%1 %n sayfası, 4. tuş"}},
-                           {"neither", {"9", 1, "Fırın", ""}}});
+        addRows<WordsRow>(
+            {{"a key", {"6", 1, "Fırın", "Fırın sayfası, 7. tuş"}},
+             {"a key of a page without a name", {"0", 2, "", "2. sayfa, 1. tuş"}},
+             {"a name of blanks is none", {"0", 2, "  ", "2. sayfa, 1. tuş"}},
+             {"a page", {"11", 1, "Fırın", "Fırın sayfasının adı"}},
+             {"a page without a name", {"44", 4, "", "4. sayfanın adı"}},
+             {"a percent sign", {"3", 1, "%1 %n", "%1 %n sayfası, 4. tuş"}},
+             {"a long name", {"7", 1, QString(60, u'A'), QString(27, u'A') + "… sayfası, 8. tuş"}},
+             {"neither", {"9", 1, "Fırın", ""}}});
     }
     void words() {
         QFETCH(const WordsRow, row);

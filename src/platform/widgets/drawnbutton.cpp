@@ -212,8 +212,12 @@ void DrawnButton::mouseMoveEvent(QMouseEvent* event) {
     }
     const QPointer<DrawnButton> self(this);
     QAbstractButton::mouseMoveEvent(event);
-    if (self && !isDown())
+    if (!self)
+        return;
+    if (!isDown())
         m_hold.stop();  // it has slipped off
+    else if (m_holdTime > 0 && !m_hold.isActive())
+        m_hold.start(m_holdTime, this);  // and come back
 }
 
 void DrawnButton::mouseReleaseEvent(QMouseEvent* event) {
@@ -460,7 +464,7 @@ QColor CommandButton::ink() const {
 }
 
 void CommandButton::paintEvent(QPaintEvent* event) {
-    if (!caption().trimmed().isEmpty() || !icon().isNull()) {
+    if (!caption().isEmpty() || !icon().isNull()) {
         DrawnButton::paintEvent(event);
         return;
     }

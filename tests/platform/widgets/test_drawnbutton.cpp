@@ -347,6 +347,21 @@ private Q_SLOTS:
         QCOMPARE(clicked.count(), 1);
     }
 
+    void aPressThatComesBackIsHeldAnew() {
+        vkCommand button;
+        button.resize(buttonSize);
+        button.setHoldTime(20);
+        const QSignalSpy down(&button, &DrawnButton::mousedown);
+        QTest::mousePress(&button, Qt::LeftButton);
+        for (const QPoint place : {QPoint(-20, -20), button.rect().center()}) {
+            QMouseEvent move(QEvent::MouseMove, place, button.mapToGlobal(place), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&button, &move);
+        }
+        QTRY_COMPARE(down.count(), 2);
+        QCOMPARE(down.at(1).at(0).value<Qt::MouseButton>(), Qt::RightButton);
+    }
+
     void whatIsNoHeldPress_data() {
         const auto press = [](vkCommand& button) { QTest::mousePress(&button, Qt::LeftButton); };
         addRows<HeldPressRow>({
