@@ -2,8 +2,8 @@
 
 namespace kovanix {
 
-/// Whether the program is built with the sanitizers, whose allocator and checks make measures of memory and time
-/// another matter.
+/// Whether the program is built with the sanitizers, whose allocator and checks make measures of memory and
+/// time another matter.
 #ifdef __SANITIZE_ADDRESS__
 constexpr bool sanitized = true;
 #else
