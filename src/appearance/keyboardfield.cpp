@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 #include "widgets/face.h"
@@ -14,6 +15,8 @@ namespace {
 constexpr int labelPixels = 15;
 constexpr int smallestLabel = 11;
 constexpr int sideMargin = 14;
+constexpr int caretRoom = 8;
+constexpr double smallestShare = 0.5;  // of the text's full size
 constexpr double focusLine = 2;
 constexpr double radius = 2;
 }  // namespace
@@ -22,6 +25,7 @@ KeyboardField::KeyboardField(QWidget* parent) : PasswordField(parent) {
     QPalette colors = palette();
     colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
     setPalette(colors);
+    connect(this, &QLineEdit::textChanged, this, &KeyboardField::fitText);
 }
 
 void KeyboardField::setLabel(const QString& label) {
@@ -47,15 +51,33 @@ void KeyboardField::placeText() {
         setTextMargins(margins);
 }
 
+void KeyboardField::fitText() {
+    if (m_fullPixels <= 0)
+        return;
+    QFont full = font();
+    full.setPixelSize(m_fullPixels);
+    const double room = width() - 2 * textMargins().left() - caretRoom * designScale(*this);
+    const double wanted = QFontMetricsF(full).horizontalAdvance(displayText());
+    const double share = std::clamp(room / std::max(wanted, 1.0), smallestShare, 1.0);
+    full.setPixelSize(static_cast<int>(m_fullPixels * share));
+    const QScopedValueRollback fitting(m_fitting, true);
+    setFont(full);
+    placeText();
+}
+
 void KeyboardField::resizeEvent(QResizeEvent* event) {
     PasswordField::resizeEvent(event);
     placeText();
+    fitText();
 }
 
 void KeyboardField::changeEvent(QEvent* event) {
     PasswordField::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
-        placeText();
+    if (event->type() != QEvent::FontChange || m_fitting)
+        return;
+    m_fullPixels = font().pixelSize();
+    placeText();
+    fitText();
 }
 
 void KeyboardField::paintFocusLine(QPainter& painter) const {

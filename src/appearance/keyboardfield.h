@@ -5,7 +5,8 @@
 namespace kovanix {
 
 /// The box of an on-screen keyboard that holds what has been typed, with the name of what is being filled in
-/// painted above the text. Assistive tools hear the name as the description.
+/// painted above the text. A long text is written smaller, down to half the size. Assistive tools hear the
+/// name as the description.
 class KeyboardField : public PasswordField {
     Q_OBJECT
 
@@ -24,9 +25,12 @@ protected:
 private:
     QFont labelFont() const;
     void placeText();
+    void fitText();
     void paintFocusLine(QPainter& painter) const;
 
     QString m_label;
+    int m_fullPixels = 0;  ///< the text's size as the screen gives it
+    bool m_fitting = false;
 };
 
 }  // namespace kovanix

@@ -10,6 +10,7 @@
 #include "appearance/mdlMonitors.h"
 #include "desktop/focus.h"
 #include "desktop/sendkeys.h"
+#include "desktop/tapguard.h"
 #include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/drawnframe.h"
@@ -89,7 +90,6 @@ KeyboardScreen::KeyboardScreen(KeyboardKind kind, Make make) : m_kind(kind), m_m
     ui.kapat->setLook(FaceRole::slate);
     ui.kapat->setIcon(QIcon(u":/icons/x.svg"_s));
     ui.kapat->setIconSize({22, 22});
-    ui.kapat->setIconAbove(true);
     applyTextRoles(*this);
 
     connect(ui.nereye, &QLineEdit::textChanged, this, &KeyboardScreen::nereye_change);
@@ -257,6 +257,9 @@ void KeyboardScreen::open(int code, QWidget& opener) {
     m_entered = nullptr;
     const Qt::Alignment place =
         m_kind == KeyboardKind::full ? Qt::AlignBottom | Qt::AlignHCenter : Qt::AlignRight | Qt::AlignVCenter;
+    // The picture's second tap must not type.
+    if (const auto* taps = isVisible() ? nullptr : opener.window()->findChild<TapGuard*>())
+        taps->windowOpens(*this);
     showInFront(*this, {.opener = &opener, .place = place});
     ui.nereye->setText(QString::number(code));
     ui.yazilan->setFocus();
@@ -299,7 +302,9 @@ QString KeyboardScreen::typedBy(KeyWork work, int index) const {
 void KeyboardScreen::enter() {
     const KeyboardTarget* target = keyboardTarget(m_kind, ui.nereye->text());
     QWidget* next = target ? handOver(*target, ui.yazilan->text()) : nullptr;
-    m_entered = next ? next : m_opener.data();
+    // A box that was filled out of sight must not have its Enter taken by another.
+    const bool filled = target && !target->control.isEmpty();
+    m_entered = next || filled ? next : m_opener.data();
     ui.yazilan->setText({});
     if (target) {
         leave();

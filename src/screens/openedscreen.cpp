@@ -28,6 +28,7 @@ void OpenedScreen::giveFocusBack() {
 
 void OpenedScreen::closeEvent(QCloseEvent* event) {
     event->accept();
+    m_taps->windowCloses(true);
     leave();
 }
 

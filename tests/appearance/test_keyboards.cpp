@@ -236,6 +236,28 @@ private Q_SLOTS:
                  qPrintable(QString("%1,%2").arg(keyboard.x()).arg(keyboard.y())));
     }
 
+    void aBarcodeIsSeenWhole_data() {
+        addRows<SizeRow>({{"800x600", {{800, 600}, true, {}}},
+                          {"1024x768", {{1024, 768}, true, {}}},
+                          {"1366x768", {{1366, 768}, true, {}}},
+                          {"1920x1080", {{1920, 1080}, true, {}}}});
+    }
+    void aBarcodeIsSeenWhole() {
+        QFETCH(const SizeRow, row);
+        setDisplay(row.display);
+        const KeyboardScreen& pad = openPad();
+        const KeyboardField& field = *pad.ui.yazilan;
+        const int full = field.font().pixelSize();
+        for (int i = 0; i < 13; ++i)
+            press(key(pad, 3));  // "8"
+        QCOMPARE(field.text(), QString(13, u'8'));
+        const QMargins margins = field.textMargins();
+        QVERIFY(field.fontMetrics().horizontalAdvance(field.text()) <
+                field.width() - margins.left() - margins.right());
+        press(key(pad, 18));  // SİL
+        QCOMPARE(field.font().pixelSize(), full);
+    }
+
     void thePicturesOpenTheirKeyboards() {
         press(*ui().Image4);
         QVERIFY(loaded<klavyesayi>());

@@ -207,6 +207,8 @@ private Q_SLOTS:
         QTRY_VERIFY(m_shop->sales().isActiveWindow());
         QCoreApplication::processEvents();
         QCOMPARE(ui().hizliurunadi->text(), "1");
+        QCOMPARE(m_shop->lines(), 0);
+        QCOMPARE(ui().barkod->text(), goods::milk);
     }
 
     void kapatHandsNothingOver_data() {

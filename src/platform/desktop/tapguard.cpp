@@ -6,6 +6,9 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <QWindow>
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace kovanix {
@@ -19,16 +22,17 @@ bool isPress(const QEvent& event) {
     return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick;
 }
 
-/// Drops the presses. It lives until none has come for a while.
+bool isTap(const QEvent& event) {
+    return isPress(event) || event.type() == QEvent::MouseButtonRelease;
+}
+
+/// Drops the presses on some windows. It lives until none has come for a while.
 class TapDropper : public QObject {
 public:
-    TapDropper(const QPoint& place, const QWidget& closing, QObject* parent)
-        : QObject(parent), m_place(place) {
-        // What opens later is pressed for its own sake.
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->isVisible() && window != &closing)
-                m_behind.append(window);
-        }
+    /// @param place  of the tap, on the desktop; none where no press is dropped
+    /// @param requests  whether requests to close are dropped, too
+    TapDropper(std::optional<QPoint> place, QList<QPointer<QWidget>> windows, bool requests, QObject* parent)
+        : QObject(parent), m_place(place), m_windows(std::move(windows)), m_requests(requests) {
         setObjectName(dropperName);
         m_wait.setSingleShot(true);
         m_wait.setInterval(QApplication::doubleClickInterval());
@@ -38,14 +42,17 @@ public:
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        const bool press = isPress(*event);
-        if ((!press && event->type() != QEvent::MouseButtonRelease) || !watched->isWidgetType())
+        if (m_requests && event->type() == QEvent::Close && event->spontaneous() && isOneOfThem(*watched)) {
+            event->ignore();
+            return true;
+        }
+        if (!isTap(*event) || !watched->isWidgetType())
             return false;
-        const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-        if (!press)
+        if (!isPress(*event))
             return std::exchange(m_dropped, false);  // a release belongs to its press
-        const bool isBehind = m_behind.contains(static_cast<QWidget*>(watched)->window());
-        if (!m_wait.isActive() || !isBehind || (place - m_place).manhattanLength() > reach)
+        const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+        if (!m_wait.isActive() || !m_place || !isOneOfThem(*static_cast<QWidget*>(watched)->window()) ||
+            (place - *m_place).manhattanLength() > reach)
             return false;
         m_dropped = true;
         m_wait.start();
@@ -53,8 +60,15 @@ public:
     }
 
 private:
-    QPoint m_place;
-    QList<QPointer<QWidget>> m_behind;
+    bool isOneOfThem(const QObject& window) const {
+        return std::ranges::any_of(m_windows, [&](const QPointer<QWidget>& each) {
+            return each && (each == &window || each->windowHandle() == &window);
+        });
+    }
+
+    std::optional<QPoint> m_place;
+    QList<QPointer<QWidget>> m_windows;
+    bool m_requests;
     QTimer m_wait;
     bool m_dropped = false;
 };
@@ -66,16 +80,33 @@ TapGuard::TapGuard(QWidget& window) : QObject(&window), m_window(window) {
 }
 
 bool TapGuard::eventFilter(QObject* watched, QEvent* event) {
-    if (isPress(*event) && watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == &m_window) {
+    // Keys act when the finger is lifted, other controls when it comes down.
+    if (isTap(*event) && watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == &m_window) {
         m_place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-        m_sincePress.start();
+        m_sinceTap.start();
     }
     return false;
 }
 
-void TapGuard::windowCloses() const {
-    if (m_sincePress.isValid() && !m_sincePress.hasExpired(QApplication::doubleClickInterval()))
-        new TapDropper(m_place, m_window, qApp);
+bool TapGuard::wasPressed() const {
+    return m_sinceTap.isValid() && !m_sinceTap.hasExpired(QApplication::doubleClickInterval());
+}
+
+void TapGuard::windowCloses(bool onRequest) const {
+    if (!onRequest && !wasPressed())
+        return;
+    // What opens later is pressed for its own sake.
+    QList<QPointer<QWidget>> behind;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window != &m_window)
+            behind.append(window);
+    }
+    new TapDropper(wasPressed() ? std::optional(m_place) : std::nullopt, behind, onRequest, qApp);
+}
+
+void TapGuard::windowOpens(QWidget& opened) const {
+    if (wasPressed())
+        new TapDropper(m_place, {&opened}, false, qApp);
 }
 
 void TapGuard::reset() {

@@ -3,6 +3,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 #include <memory>
 
 #include "desktop/tapguard.h"
@@ -84,6 +85,46 @@ private Q_SLOTS:
         const QSignalSpy clicks(&later, &QPushButton::clicked);
         QTest::mouseClick(&later, Qt::LeftButton, {}, QPoint(50, 50));
         QCOMPARE(clicks.size(), 1);
+    }
+
+    // Keys act when the finger is lifted, however long it was down.
+    void aHeldTapCountsFromItsEnd() {
+        Windows windows;
+        const QSignalSpy clicks(&windows.behind, &QPushButton::clicked);
+        QTest::mousePress(windows.front.get(), Qt::LeftButton, {}, QPoint(50, 50));
+        QElapsedTimer held;
+        held.start();
+        QTRY_VERIFY(held.hasExpired(2 * QApplication::doubleClickInterval()));
+        QTest::mouseRelease(windows.front.get(), Qt::LeftButton, {}, QPoint(50, 50));
+        windows.close();
+        QTest::mouseClick(&windows.behind, Qt::LeftButton, {}, QPoint(50, 50));
+        QVERIFY(clicks.isEmpty());
+    }
+
+    void aSecondTapDoesntReachWhatTheFirstHasOpened() {
+        Windows windows;
+        QTest::mouseClick(windows.front.get(), Qt::LeftButton, {}, QPoint(50, 50));
+        QPushButton opened;
+        opened.setGeometry(0, 0, 400, 300);
+        windows.guard->windowOpens(opened);
+        opened.show();
+        const QSignalSpy clicks(&opened, &QPushButton::clicked);
+        QTest::mouseClick(&opened, Qt::LeftButton, {}, QPoint(50, 50));
+        QVERIFY(clicks.isEmpty());
+        QTest::mouseClick(&opened, Qt::LeftButton, {}, QPoint(200, 200));
+        QCOMPARE(clicks.size(), 1);
+    }
+
+    void theDesktopClosesOneWindowAtATime() {
+        Windows windows;
+        QVERIFY(QTest::qWaitForWindowExposed(&windows.behind));
+        windows.guard->windowCloses(true);
+        windows.front.reset();
+        windows.behind.windowHandle()->close();  // as the desktop asks for it
+        QVERIFY(windows.behind.isVisible());
+        QTRY_VERIFY(!dropping());
+        windows.behind.windowHandle()->close();
+        QVERIFY(!windows.behind.isVisible());
     }
 
     void everyTapDroppedWaitsAnew() {
