@@ -2,6 +2,7 @@
 // reaches, and what stands above what.
 
 #include "access/firstscreen.h"
+#include "app/ayarmodul.h"
 #include "appearance/keyboard.h"
 #include "appearance/keyboardfield.h"
 #include "appearance/keyboardscreen.h"
@@ -34,8 +35,8 @@ QStringList pressOn(const QWidget& control) {
     return pressAt(control.mapToGlobal(control.rect().center()));
 }
 
-QWidget& key(const KeyboardScreen& keyboard, const QString& caption) {
-    for (auto* found : keyboard.findChildren<DrawnButton*>()) {
+QWidget& key(const QWidget& board, const QString& caption) {
+    for (auto* found : board.findChildren<DrawnButton*>()) {
         if (found->caption() == caption)
             return *found;
     }
@@ -118,6 +119,8 @@ private Q_SLOTS:
         shop.addUser("Ayşe", "ŞA7");
         shop.addProduct(goods::tomatoes, "Domates", 30, 40);
         shop.open();
+        ayarla("1hizliurun0", "Domates");
+        ayarla("1hizlibarkod0", goods::tomatoes);
         setDisplay({1024, 768});
         QTRY_VERIFY(hasKeyboard(*shop.ui().sifre));
         xdotool(pressOn(*shop.ui().Image3));
@@ -132,6 +135,18 @@ private Q_SLOTS:
         QVERIFY(isReady(screen<klavyesayi>()));
         touch(screen<klavyesayi>(), goods::tomatoes, "ENTER");
         QTRY_COMPARE_WITH_TIMEOUT(sales.ui.toplam->caption(), "40,00", soon);
+        // A barcode that nobody knows, and its price.
+        xdotool(pressOn(*sales.ui.Image4));
+        QTRY_VERIFY_WITH_TIMEOUT(loaded<klavyesayi>(), soon);
+        QVERIFY(isReady(screen<klavyesayi>()));
+        touch(screen<klavyesayi>(), "4567", "ENTER");
+        QTRY_VERIFY_WITH_TIMEOUT(sales.ui.urunbulunamadiframesi->isVisible(), soon);
+        xdotool(pressOn(key(*sales.ui.urunbulunamadiframesi, "5")));
+        QTRY_COMPARE_WITH_TIMEOUT(sales.ui.urunsatisi->text(), "5", soon);
+        xdotool(pressOn(*sales.ui.urunbuunamadikaydet));
+        QTRY_COMPARE_WITH_TIMEOUT(sales.ui.toplam->caption(), "45,00", soon);
+        xdotool(pressOn(key(sales, "Domates")));
+        QTRY_COMPARE_WITH_TIMEOUT(sales.ui.toplam->caption(), "85,00", soon);
         QVERIFY(allAnswered(shop.boxes));
     }
 
