@@ -18,6 +18,7 @@
 namespace {
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 using namespace kovanix::bench;
 
 constexpr int scansASecond = 20;
@@ -58,7 +59,7 @@ private:
         const QString& barcode = m_barcodes.at(m_random.bounded(static_cast<int>(m_barcodes.size())));
         for (const QChar digit : barcode)
             postKey(static_cast<Qt::Key>(digit.unicode()), digit);
-        postKey(Qt::Key_Return, QStringLiteral("\r"));
+        postKey(Qt::Key_Return, u"\r"_s);
         ++m_expected[barcode];
         ++m_sent;
     }

@@ -13,6 +13,7 @@
 namespace {
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 using namespace kovanix::bench;
 
 constexpr int lines = 20;
@@ -20,8 +21,8 @@ constexpr int warmUps = 3;
 
 qint64 storedRows() {
     Recordset rows;
-    rows.open(QStringLiteral("select count(*) as n from satislar"), baglanti());
-    return rows.field(QStringLiteral("n")).toLongLong();
+    rows.open(u"select count(*) as n from satislar"_s, baglanti());
+    return rows.field(u"n"_s).toLongLong();
 }
 
 class Cashier : public QObject {

@@ -16,6 +16,7 @@
 namespace {
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 using namespace kovanix::bench;
 
 /// What was measured in one shop, in milliseconds.
@@ -92,12 +93,12 @@ private:
 
     void measure() {
         urunbul& finder = screen<urunbul>();
-        auto* cell = finder.findChild<QLineEdit*>(QStringLiteral("TDBGrid1_filter_2"));
+        auto* cell = finder.findChild<QLineEdit*>(u"TDBGrid1_filter_2"_s);
         cell->setFocus();
         finishPosted();
         const auto key = [&](const QString& letter) { typeText(finder, letter); };
-        now().firstKey.push_back(untilPainted([&] { key(QStringLiteral("a")); }));
-        for (const QString& letter : {QStringLiteral("k"), QStringLiteral("x")})
+        now().firstKey.push_back(untilPainted([&] { key(u"a"_s); }));
+        for (const QString& letter : {u"k"_s, u"x"_s})
             now().nextKey.push_back(untilPainted([&] { key(letter); }));
         // Shorter texts find more rows.
         for (int i = 0; i < 3; ++i)

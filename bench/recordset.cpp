@@ -14,6 +14,7 @@
 namespace {
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 struct Times {
     std::vector<double> open;
@@ -29,7 +30,7 @@ void measure(Connection& connection, Times& times) {
     Recordset products;
     QElapsedTimer timer;
     timer.start();
-    products.open(QStringLiteral(" select * from urunler"), connection);
+    products.open(u" select * from urunler"_s, connection);
     const double opened = microseconds(timer);
     products.addNew();
     times.addNew.push_back(microseconds(timer));
@@ -41,7 +42,7 @@ double findTime(Connection& connection, const QString& number) {
     QElapsedTimer timer;
     timer.start();
     Recordset products;
-    products.open(QStringLiteral(" select * from urunler"), connection);
+    products.open(u" select * from urunler"_s, connection);
     if (!products.find(u"no like '" + number + u'\''))
         bench::giveUp("the product isn't there");
     return microseconds(timer);

@@ -14,6 +14,7 @@
 namespace {
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 using namespace kovanix::bench;
 
 constexpr qsizetype ticketLines = 300;
@@ -54,7 +55,7 @@ private:
             m_sales = &openShop(m_folders.at(m_turn % 2));
             m_sales->ui.satisekrani1->viewport()->installEventFilter(this);
             m_others = drawBarcodes(2 * ticketLines, static_cast<quint32>(m_turn + 1));
-            m_others.removeOne(ayar(QStringLiteral("1hizlibarkod0")));
+            m_others.removeOne(ayar(u"1hizlibarkod0"_s));
             m_onTicket.clear();
             m_scans = 0;
             m_presses = 0;
@@ -88,7 +89,7 @@ private:
         const int paintsBefore = m_paints;
         QElapsedTimer timer;
         timer.start();
-        pressKey(*m_sales, Qt::Key_Return, QStringLiteral("\r"));
+        pressKey(*m_sales, Qt::Key_Return, u"\r"_s);
         finishPosted();
         m_times[static_cast<std::size_t>(m_turn % 2)].push_back(static_cast<double>(timer.nsecsElapsed()) /
                                                                 1e6);

@@ -7,13 +7,15 @@
 
 #include "readymark.h"
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char** argv) {
-    kovanix::bench::endWhenReady(QStringLiteral("button"));
+    kovanix::bench::endWhenReady(u"button"_s);
     const QApplication application(argc, argv);
     QWidget window;
     QVBoxLayout layout(&window);
-    QPushButton button(QStringLiteral("OK"));
-    button.setObjectName(QStringLiteral("button"));
+    QPushButton button(u"OK"_s);
+    button.setObjectName(u"button"_s);
     layout.addWidget(&button);
     window.showMaximized();
     button.setFocus();

@@ -3,7 +3,9 @@
 #include "entry.h"
 #include "readymark.h"
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char** argv) {
-    kovanix::bench::endWhenReady(QStringLiteral("sifre"));
+    kovanix::bench::endWhenReady(u"sifre"_s);
     return kovanix::runTill(argc, argv);
 }

@@ -15,6 +15,8 @@
 
 namespace kovanix::bench {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype barcodeLength = 13;
@@ -48,8 +50,7 @@ bool takesScans(const satisekrani& sales) {
 }
 
 QStringList drawBarcodes(qsizetype count, quint32 seed) {
-    const quint32 last =
-        firstField(QStringLiteral("select max(no) as last from urunler"), QStringLiteral("last")).toUInt();
+    const quint32 last = firstField(u"select max(no) as last from urunler"_s, u"last"_s).toUInt();
     QRandomGenerator random(seed);
     QSet<QString> drawn;
     QStringList barcodes;
@@ -57,8 +58,7 @@ QStringList drawBarcodes(qsizetype count, quint32 seed) {
         if (tries > 100 * qint64(count))
             giveUp("the shop has too few products");
         const QString number = QString::number(random.bounded(last) + 1);
-        const QString barcode =
-            firstField(u"select barkod from urunler where no=" + number, QStringLiteral("barkod"));
+        const QString barcode = firstField(u"select barkod from urunler where no=" + number, u"barkod"_s);
         if (barcode.size() != barcodeLength || drawn.contains(barcode))
             continue;
         drawn.insert(barcode);
@@ -91,7 +91,7 @@ void typeText(QWidget& window, const QString& text) {
 
 void scan(QWidget& window, const QString& barcode) {
     typeText(window, barcode);
-    pressKey(window, Qt::Key_Return, QStringLiteral("\r"));
+    pressKey(window, Qt::Key_Return, u"\r"_s);
 }
 
 void finishPosted() {

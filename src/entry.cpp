@@ -11,6 +11,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void entryProcedure() {
@@ -32,11 +34,10 @@ int runTill(int argc, char** argv) {
     prepareApplication();
 
     QCommandLineParser commandLine;
-    commandLine.setApplicationDescription(QStringLiteral("Kovanix: küçük dükkânlar için satış kasası"));
+    commandLine.setApplicationDescription(u"Kovanix: küçük dükkânlar için satış kasası"_s);
     commandLine.addHelpOption();
     commandLine.addVersionOption();
-    const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("Dükkânın klasörü"),
-                                    QStringLiteral("DIR"));
+    const QCommandLineOption folder(u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s);
     commandLine.addOption(folder);
     commandLine.process(application);
 

@@ -37,6 +37,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int widestSmallScreen = 800;    // pixels
@@ -49,7 +51,7 @@ constexpr ColorValue hideBottom = 0x80FF80;
 constexpr ColorValue showBottom = 0x00FFFF;
 
 const QString& passwordStar() {
-    static const QString star = QStringLiteral("*");
+    static const QString star = u"*"_s;
     return star;
 }
 
@@ -66,7 +68,7 @@ QString selectedText(const QListWidget& list) {
 
 QString versionText() {
     const QVersionNumber version = QVersionNumber::fromString(QCoreApplication::applicationVersion());
-    return metin(QStringLiteral("VERSIYON")) + QString::number(version.majorVersion()) + u'-' +
+    return metin(u"VERSIYON"_s) + QString::number(version.majorVersion()) + u'-' +
            QString::number(version.minorVersion()) + u'-' + QString::number(version.microVersion());
 }
 
@@ -105,41 +107,41 @@ void frmLogin::connectControls() {
 }
 
 void frmLogin::form_load() {
-    izyaz(QStringLiteral("FRM01 giris"));
-    izyaz(QStringLiteral("FRM01a preMetin"));
+    izyaz(u"FRM01 giris"_s);
+    izyaz(u"FRM01a preMetin"_s);
     setCaptions();
-    izyaz(QStringLiteral("FRM01b postMetin"));
+    izyaz(u"FRM01b postMetin"_s);
     readSettings();
-    izyaz(QStringLiteral("FRM02 preEnum"));
+    izyaz(u"FRM02 preEnum"_s);
     monitorlerioku();
-    izyaz(QStringLiteral("FRM03 postEnum"));
+    izyaz(u"FRM03 postEnum"_s);
     ui.ver->setText(versionText());
     fitWindow();
-    izyaz(QStringLiteral("FRM04 preBaglan"));
-    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
-    izyaz(QStringLiteral("FRM05 postListele"));
+    izyaz(u"FRM04 preBaglan"_s);
+    toplamtemadegisken = temasayisi(u"toplamtemadegisken"_s);
+    izyaz(u"FRM05 postListele"_s);
 }
 
 void frmLogin::setCaptions() {
-    ui.cmdOK->setCaption(metin(QStringLiteral("GIRIS")));
-    ui.cmdCancel->setCaption(metin(QStringLiteral("KAPAT")));
-    ui.Label1->setText(metin(QStringLiteral("KULLANICI_ADI")));
-    ui.Label7->setText(metin(QStringLiteral("SIFRE")));
+    ui.cmdOK->setCaption(metin(u"GIRIS"_s));
+    ui.cmdCancel->setCaption(metin(u"KAPAT"_s));
+    ui.Label1->setText(metin(u"KULLANICI_ADI"_s));
+    ui.Label7->setText(metin(u"SIFRE"_s));
     ui.kullanici->setAccessibleName(ui.Label1->text());
     ui.sifre->setAccessibleName(ui.Label7->text());
     // It offers to hide a password that is hidden, so that its first press seems to do nothing: required.
-    ui.vkCommand1->setCaption(metin(QStringLiteral("SIFRE_GIZLE")));
-    ui.vkCommand1->setToolTip(metin(QStringLiteral("SIFREYI_GIZLE")));
+    ui.vkCommand1->setCaption(metin(u"SIFRE_GIZLE"_s));
+    ui.vkCommand1->setToolTip(metin(u"SIFREYI_GIZLE"_s));
     ekranbasligi(*this);
     kontrolleridolas(*this);
 }
 
 void frmLogin::readSettings() {
-    ekledznlsil = ayar(QStringLiteral("ekledznlsil"));
-    sifresor2 = ayar(QStringLiteral("sifresor2"));
-    ensonkikisayol = ayar(QStringLiteral("ensonkikisayol"));
+    ekledznlsil = ayar(u"ekledznlsil"_s);
+    sifresor2 = ayar(u"sifresor2"_s);
+    ensonkikisayol = ayar(u"ensonkikisayol"_s);
     temadegiskenlerioku();
-    kaydedilenigetir = temasayisi(QStringLiteral("kaydedilenigetir"));
+    kaydedilenigetir = temasayisi(u"kaydedilenigetir"_s);
 }
 
 /// Small screens are filled; on larger ones the window keeps its design size in the middle.
@@ -167,18 +169,18 @@ void frmLogin::kullanicilistele() {
     for (QListWidget* list : {ui.kullanici, ui.sifreler, ui.acilisi})
         list->clear();
     Recordset users;
-    users.open(QStringLiteral("SELECT * FROM kullanici"), baglanti());
+    users.open(u"SELECT * FROM kullanici"_s, baglanti());
     if (users.atEnd()) {
         users.close();
-        mesaj(QStringLiteral("KULLANICI_EKLE"), MessageBoxStyle::ok, QString());
+        mesaj(u"KULLANICI_EKLE"_s, MessageBoxStyle::ok, QString());
         kullanicilarac();
         return;
     }
     for (; !users.atEnd(); users.moveNext()) {
-        ui.kullanici->addItem(nullmetin(users.field(QStringLiteral("personeladi"))));
-        ui.kullaniciid->addItem(nullmetin(users.field(QStringLiteral("id"))));
-        ui.sifreler->addItem(sifremetni(users.field(QStringLiteral("sifre"))));
-        ui.acilisi->addItem(nullmetin(users.field(QStringLiteral("yetki"))));
+        ui.kullanici->addItem(nullmetin(users.field(u"personeladi"_s)));
+        ui.kullaniciid->addItem(nullmetin(users.field(u"id"_s)));
+        ui.sifreler->addItem(sifremetni(users.field(u"sifre"_s)));
+        ui.acilisi->addItem(nullmetin(users.field(u"yetki"_s)));
     }
     users.close();
     ui.kullanici->setCurrentRow(0);
@@ -213,13 +215,12 @@ int frmLogin::sifre_keypress(int code) {
 }
 
 void frmLogin::vkCommand1_click() {
-    const bool show = ui.vkCommand1->caption() == metin(QStringLiteral("SIFRE_GOSTER"));
+    const bool show = ui.vkCommand1->caption() == metin(u"SIFRE_GOSTER"_s);
     ui.sifre->setPasswordchar(show ? QString() : passwordStar());
-    ui.vkCommand1->setCaption(metin(show ? QStringLiteral("SIFRE_GIZLE") : QStringLiteral("SIFRE_GOSTER")));
+    ui.vkCommand1->setCaption(metin(show ? u"SIFRE_GIZLE"_s : u"SIFRE_GOSTER"_s));
     ui.vkCommand1->setBackcolor1(colorOf(buttonTop));
     ui.vkCommand1->setBackcolor2(colorOf(show ? hideBottom : showBottom));
-    ui.vkCommand1->setToolTip(
-        metin(show ? QStringLiteral("SIFREYI_GIZLE") : QStringLiteral("SIFREYI_GOSTER")));
+    ui.vkCommand1->setToolTip(metin(show ? u"SIFREYI_GIZLE"_s : u"SIFREYI_GOSTER"_s));
 }
 
 void frmLogin::cmdOK_click() {
@@ -229,8 +230,7 @@ void frmLogin::cmdOK_click() {
     try {
         logIn();
     } catch (const RuntimeError& error) {
-        mesaj(u"Giri# s|ras|nda hata: " + error.description(), MessageBoxStyle::critical,
-              metin(QStringLiteral("HATA")));
+        mesaj(u"Giri# s|ras|nda hata: " + error.description(), MessageBoxStyle::critical, metin(u"HATA"_s));
     }
 }
 
@@ -243,15 +243,15 @@ void frmLogin::logIn() {
         kullanicilistele();
     if (ui.kullanici->count() == 0) {
         // The second notice of one press, behind the listing's own: required.
-        mesaj(QStringLiteral("KULLANICI_EKLE"), MessageBoxStyle::ok, QString());
+        mesaj(u"KULLANICI_EKLE"_s, MessageBoxStyle::ok, QString());
         return;
     }
     if (ui.kullanici->currentRow() < 0)
         ui.kullanici->setCurrentRow(0);
     kullanici_click();
     if (!sifrekontrol()) {
-        izyaz(QStringLiteral("CMD sifre uyusmadi"));
-        mesaj(QStringLiteral("SIFRE_YANLIS"), MessageBoxStyle::ok, QString());
+        izyaz(u"CMD sifre uyusmadi"_s);
+        mesaj(u"SIFRE_YANLIS"_s, MessageBoxStyle::ok, QString());
         ui.sifre->setText(QString());  // what clear() does could be undone, and the password be read
         giveFocus(*ui.sifre);
         return;
@@ -259,10 +259,10 @@ void frmLogin::logIn() {
     const int width = Monitors.front().width;
     if (width >= narrowestWaitScreen && width <= widestSmallScreen) {
         screen<uyari>().kapat.setInterval(waitTime);
-        screen<uyari>().ui.yazi->setText(metin(QStringLiteral("YUKLENIYOR")));
+        screen<uyari>().ui.yazi->setText(metin(u"YUKLENIYOR"_s));
         showInFront(screen<uyari>());
     }
-    izyaz(QStringLiteral("CMD girisyap cagir"));
+    izyaz(u"CMD girisyap cagir"_s);
     girisyap();
     if (loaded<satisekrani>() && screen<satisekrani>().isVisible())
         unload<frmLogin>();
@@ -295,12 +295,12 @@ std::optional<QString> frmLogin::listedPassword(const QString& entered) const {
 std::optional<QString> frmLogin::storedPassword(const QString& entered) {
     const QString id = selectedId();
     if (id.isEmpty()) {
-        izyaz(QStringLiteral("CMD sifre: kullanici id bos"));
+        izyaz(u"CMD sifre: kullanici id bos"_s);
         return std::nullopt;
     }
     if (!baglantihazir())
         return std::nullopt;
-    const QString select = QStringLiteral("SELECT sifre FROM kullanici WHERE ");
+    const QString select = u"SELECT sifre FROM kullanici WHERE "_s;
     Recordset user;
     if (const std::optional<double> number = toNumber(id))
         user.open(select + u"id=" + QString::number(*number, 'f', 0), baglanti());
@@ -315,7 +315,7 @@ std::optional<QString> frmLogin::storedPassword(const QString& entered) {
         izyaz(u"CMD sifre: kullanici bulunamadi id=" + id);
         return std::nullopt;
     }
-    const QString stored = sifremetni(user.field(QStringLiteral("sifre")));
+    const QString stored = sifremetni(user.field(u"sifre"_s));
     user.close();
     if (sifredogrula(entered, stored))
         return stored;
@@ -337,12 +337,12 @@ void frmLogin::cmdCancel_click() {
 }
 
 void frmLogin::destekprograminiac_click() {
-    startBeside(QStringLiteral("\\TORVELAKA.exe"));
+    startBeside(u"\\TORVELAKA.exe"_s);
 }
 
 /// The process ends whether or not the update started, so that the program's files can be replaced.
 void frmLogin::yazilimguncelle_click() {
-    startBeside(QStringLiteral("\\Kovanix-Guncelle.exe"));
+    startBeside(u"\\Kovanix-Guncelle.exe"_s);
     baglantikapatsessiz();
     endProcess(0);
 }

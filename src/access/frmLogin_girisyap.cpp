@@ -14,6 +14,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 enum class Role { manager, warehouse, other };
@@ -21,7 +23,7 @@ enum class Role { manager, warehouse, other };
 /// Older files spell the manager's role in many ways: Yönetici, YÖNETİCİ, yonetici, YONETICI.
 Role roleOf(const QString& yetki) {
     const QString role = foldTurkishI(yetki.trimmed()).replace(u'ö', u'o');
-    const QString tail = QStringLiteral("netici");
+    const QString tail = u"netici"_s;
     if (role.startsWith(u'y') && role.endsWith(tail) && role.size() > tail.size())
         return Role::manager;
     return role == u"depo sevk" ? Role::warehouse : Role::other;
@@ -34,8 +36,8 @@ void frmLogin::girisyap() {
         if (applyRole())
             openSales();
     } catch (const RuntimeError& error) {
-        mesaj(metin(QStringLiteral("SATIS_ACILAMADI")) + u": " + error.description(),
-              MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+        mesaj(metin(u"SATIS_ACILAMADI"_s) + u": " + error.description(), MessageBoxStyle::critical,
+              metin(u"HATA"_s));
     }
 }
 
@@ -49,7 +51,7 @@ bool frmLogin::applyRole() {
             return true;
         case Role::warehouse:
             // The warehouse has no business at the till; only the trace tells, as required.
-            izyaz(QStringLiteral("GIR depo sevk - cikis"));
+            izyaz(u"GIR depo sevk - cikis"_s);
             return false;
         case Role::other:
             girisyetki = 0;
@@ -59,25 +61,25 @@ bool frmLogin::applyRole() {
 }
 
 void frmLogin::openSales() {
-    izyaz(QStringLiteral("GIR01 preLoad satisekrani"));
+    izyaz(u"GIR01 preLoad satisekrani"_s);
     auto& sales = screen<satisekrani>();
-    izyaz(QStringLiteral("GIR02 postLoad"));
+    izyaz(u"GIR02 postLoad"_s);
     sales.showMaximized();
-    izyaz(QStringLiteral("GIR03 postShow"));
+    izyaz(u"GIR03 postShow"_s);
     unload<uyari>();
-    izyaz(QStringLiteral("GIR03a uyari unload"));
+    izyaz(u"GIR03a uyari unload"_s);
     hide();
-    izyaz(QStringLiteral("GIR03b login hide"));
+    izyaz(u"GIR03b login hide"_s);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    izyaz(QStringLiteral("GIR03c doevents"));
+    izyaz(u"GIR03c doevents"_s);
     sales.raise();
     sales.activateWindow();
-    izyaz(QStringLiteral("GIR04 zorder"));
+    izyaz(u"GIR04 zorder"_s);
     sales.sizeGrid();
     toplamtemauygula();
     if (girisyetki == 0)
         closeToCashiers();
-    izyaz(QStringLiteral("GIR05 tamam"));
+    izyaz(u"GIR05 tamam"_s);
 }
 
 /// A cashier reaches neither the products, nor the reports, nor the users. A menu that is loaded later closes

@@ -2,6 +2,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 PasswordField::PasswordField(QWidget* parent) : QLineEdit(parent) {
     // Shown or hidden, nothing that suggests or remembers words gets to see it.
     setInputMethodHints(inputMethodHints() | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText);
@@ -14,7 +16,7 @@ void PasswordField::setPasswordchar(const QString& text) {
         return;
     }
     ensurePolished();  // before that, a second character would not be taken
-    setStyleSheet(QStringLiteral("lineedit-password-character: %1").arg(m_passwordchar.front().unicode()));
+    setStyleSheet(u"lineedit-password-character: %1"_s.arg(m_passwordchar.front().unicode()));
     setEchoMode(Password);
 }
 

@@ -12,12 +12,14 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype digestDigits = 64;
 
 const QString& prefix() {
-    static const QString text = QStringLiteral("sha256:");
+    static const QString text = u"sha256:"_s;
     return text;
 }
 
@@ -34,7 +36,7 @@ bool sameNumber(const QString& one, const QString& other) {
 QString realText(double value) {
     if (!std::isfinite(value) || value != std::trunc(value))
         return numberText(value).trimmed();
-    return value == 0 ? QStringLiteral("0") : QString::number(value, 'f', 0);
+    return value == 0 ? u"0"_s : QString::number(value, 'f', 0);
 }
 
 }  // namespace
@@ -57,7 +59,7 @@ QString sifremetni(const QVariant& value) {
         return {};
     switch (value.typeId()) {
         case QMetaType::Bool:
-            return value.toBool() ? QStringLiteral("-1") : QStringLiteral("0");  // all bits set
+            return value.toBool() ? u"-1"_s : u"0"_s;  // all bits set
         case QMetaType::Float:
         case QMetaType::Double:
             return realText(value.toDouble());
@@ -94,7 +96,7 @@ bool yoneticisifresimi(const QString& entered) {
         managers.open(u"SELECT sifre FROM kullanici WHERE yetki='" + sqlmetin(yoneticiyetkisi()) + u'\'',
                       baglanti());
         for (; !found && !managers.atEnd(); managers.moveNext())
-            found = sifredogrula(entered, sifremetni(managers.field(QStringLiteral("sifre"))));
+            found = sifredogrula(entered, sifremetni(managers.field(u"sifre"_s)));
     });
     return found;
 }
@@ -111,7 +113,7 @@ void sifreguncelle(const QString& id, const QString& entered) {
         users.open(u"SELECT * FROM kullanici WHERE id='" + sqlmetin(user) + u'\'', baglanti());
         if (users.atEnd())
             return;
-        users.setField(QStringLiteral("sifre"), stored);
+        users.setField(u"sifre"_s, stored);
         users.update();
         press.finish();
     });

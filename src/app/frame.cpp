@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int designFontPixels = 16;
@@ -38,7 +40,7 @@ QPalette shopPalette() {
 // up.
 void installToolkitWords() {
     auto* words = new QTranslator(qApp);
-    if (words->load(QStringLiteral("qtbase_tr"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (words->load(u"qtbase_tr"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(words);
     else
         delete words;
@@ -47,25 +49,25 @@ void installToolkitWords() {
 }  // namespace
 
 void prepareApplication() {
-    QApplication::setApplicationName(QStringLiteral("Kovanix"));
+    QApplication::setApplicationName(u"Kovanix"_s);
     // No display name: the toolkit would append it to every window title.
-    QApplication::setDesktopFileName(QStringLiteral("kovanix"));
+    QApplication::setDesktopFileName(u"kovanix"_s);
     QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     QApplication::setPalette(shopPalette());
     QFont font;
-    font.setFamilies({QStringLiteral("Roboto"), QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
+    font.setFamilies({u"Roboto"_s, u"Noto Sans"_s, u"DejaVu Sans"_s});
     font.setPixelSize(designFontPixels);
     QApplication::setFont(font);
 
     installToolkitWords();
-    setMessageBoxCaptions({.ok = QStringLiteral("Tamam"),
-                           .cancel = QStringLiteral("İptal"),
-                           .retry = QStringLiteral("Yeniden dene"),
-                           .yes = QStringLiteral("Evet"),
-                           .no = QStringLiteral("Hayır"),
-                           .tryAgain = QStringLiteral("Yeniden dene"),
-                           .goOn = QStringLiteral("Devam")});
+    setMessageBoxCaptions({.ok = u"Tamam"_s,
+                           .cancel = u"İptal"_s,
+                           .retry = u"Yeniden dene"_s,
+                           .yes = u"Evet"_s,
+                           .no = u"Hayır"_s,
+                           .tryAgain = u"Yeniden dene"_s,
+                           .goOn = u"Devam"_s});
 }
 
 }  // namespace kovanix

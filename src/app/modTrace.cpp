@@ -7,10 +7,12 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 [[maybe_unused]] void appendLine(const QString& folder, const QString& line) {
-    QFile log(joinStored(folder, QStringLiteral("\\kovanix_trace.log")));
+    QFile log(joinStored(folder, u"\\kovanix_trace.log"_s));
     // A log that can't be opened or written loses the line: the caller never knows.
     if (log.open(QIODevice::Append))
         log.write(line.toUtf8());

@@ -8,6 +8,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Symbol {
@@ -78,7 +80,7 @@ int mesaj(const QString& text, int style, const QString& title) {
     const auto shown = [](const QString& given) {
         return metinanahtarmi(given) ? metin(given) : harfcevir(given);
     };
-    const QString shownTitle = title.isEmpty() ? metin(QStringLiteral("BILGI")) : shown(title);
+    const QString shownTitle = title.isEmpty() ? metin(u"BILGI"_s) : shown(title);
     return messageBox(shown(text), style, shownTitle);
 }
 
@@ -87,7 +89,7 @@ int mesajsor(const QString& text, int style, const QString& title) {
 }
 
 int uyarimesaj(const QString& text, int style) {
-    return mesaj(text, style, QStringLiteral("UYARI"));
+    return mesaj(text, style, u"UYARI"_s);
 }
 
 }  // namespace kovanix

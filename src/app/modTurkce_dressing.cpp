@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int deepest = 7;
@@ -169,15 +171,15 @@ void gridbasliklari(TDBGrid& grid) {
         const QString stored = grid.columnCaption(column);
         const QString heading = lowerOrdinary(stored.trimmed());
         if (heading == u"personeladi")
-            grid.setColumnCaption(column, upperOrdinary(metin(QStringLiteral("KULLANICI_ADI"))));
+            grid.setColumnCaption(column, upperOrdinary(metin(u"KULLANICI_ADI"_s)));
         else if (heading == u"sifre")
-            grid.setColumnCaption(column, upperOrdinary(metin(QStringLiteral("SIFRE"))));
+            grid.setColumnCaption(column, upperOrdinary(metin(u"SIFRE"_s)));
         else if (heading == u"id")
-            grid.setColumnCaption(column, QStringLiteral("NO"));
+            grid.setColumnCaption(column, u"NO"_s);
         else if (harfvarmi(stored))
             grid.setColumnCaption(column, harfcevir(stored));
     }
-    grid.printInfo().previewPageOf = metin(QStringLiteral("YAZDIR_SAYFA"));
+    grid.printInfo().previewPageOf = metin(u"YAZDIR_SAYFA"_s);
 }
 
 void gridbasliklari(VSFlexGrid& grid) {
@@ -190,11 +192,11 @@ void satisgridbasliklari(VSFlexGrid& grid) {
         attempt([&] { grid.setTextMatrix(0, column, text); });
     };
     attempt([&] { grid.setColWidth(0, 0); });
-    heading(1, QStringLiteral("BARKOD"));
-    heading(2, harfcevir(QStringLiteral("~R~N ADI")));
-    heading(3, harfcevir(QStringLiteral("M!KT.")));
-    heading(4, harfcevir(QStringLiteral("F!Y.")));
-    heading(5, QStringLiteral("TOP."));
+    heading(1, u"BARKOD"_s);
+    heading(2, harfcevir(u"~R~N ADI"_s));
+    heading(3, harfcevir(u"M!KT."_s));
+    heading(4, harfcevir(u"F!Y."_s));
+    heading(5, u"TOP."_s);
 }
 
 }  // namespace kovanix

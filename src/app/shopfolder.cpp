@@ -8,30 +8,31 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString& configurationName() {
-    static const QString name = QStringLiteral("Kovanix.config");
+    static const QString name = u"Kovanix.config"_s;
     return name;
 }
 
 void deliver(const QString& folder) {
     if (!QDir().mkpath(folder))
         return;
-    QFile database(QDir(folder).filePath(QStringLiteral("kovanix.data")));
+    QFile database(QDir(folder).filePath(u"kovanix.data"_s));
     // An empty file is an empty database; the schema check makes the tables when it is opened first.
     if (database.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         database.close();
-    ayaryaz(QStringLiteral("ayar"), QStringLiteral("ensonkikisayol"), QStringLiteral("1"),
-            QDir(folder).filePath(configurationName()));
-    QDir().mkpath(drivePath(QStringLiteral("C:\\kovanix")));
+    ayaryaz(u"ayar"_s, u"ensonkikisayol"_s, u"1"_s, QDir(folder).filePath(configurationName()));
+    QDir().mkpath(drivePath(u"C:\\kovanix"_s));
 }
 
 }  // namespace
 
 void prepareShopFolder(const QString& commandLine) {
-    const QString folder = chooseApplicationFolder(
-        commandLine, {configurationName(), QStringLiteral("kovanix.data"), QStringLiteral("kovanix.mdb")});
+    const QString folder =
+        chooseApplicationFolder(commandLine, {configurationName(), u"kovanix.data"_s, u"kovanix.mdb"_s});
     setApplicationFolder(folder);
     if (!QDir(folder).exists())
         deliver(folder);

@@ -6,14 +6,16 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 SingleInstance& heldName() {
     // Belongs to the application object: lives as long as the process has an event loop to hear the others
     // with.
     static SingleInstance* const instance = [] {
-        auto* created = new SingleInstance(QStringLiteral("Global\\KovanixSingleInstance2026"),
-                                           QCoreApplication::instance());
+        auto* created =
+            new SingleInstance(u"Global\\KovanixSingleInstance2026"_s, QCoreApplication::instance());
         QObject::connect(created, &SingleInstance::raiseRequested, created, &raiseApplication);
         return created;
     }();

@@ -9,6 +9,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double pi = 3.1415;  // required: these four digits, not the full value
@@ -106,7 +108,7 @@ std::array<HandLine, 2> ClockHands::sweep() const {
 }
 
 std::array<DialWord, 2> ClockDial::words() {
-    return {{{QStringLiteral("Kovanix"), {0, 9.5}}, {QStringLiteral("Saat"), {0, -9.5}}}};
+    return {{{u"Kovanix"_s, {0, 9.5}}, {u"Saat"_s, {0, -9.5}}}};
 }
 
 ClockDial::ClockDial(QSize area, qreal devicePixelRatio) : m_area(area), m_ratio(devicePixelRatio) {

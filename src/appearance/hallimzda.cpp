@@ -11,6 +11,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString productText() {
@@ -35,7 +37,7 @@ hallimzda::~hallimzda() = default;
 
 void hallimzda::form_load() {
     ekrandonat(*this);
-    ui.Label2->setText(metin(QStringLiteral("VERSIYON")) + QCoreApplication::applicationVersion());
+    ui.Label2->setText(metin(u"VERSIYON"_s) + QCoreApplication::applicationVersion());
 }
 
 void hallimzda::Image1_click() {

@@ -17,6 +17,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The calculator by its path, whatever the system's folder is.
@@ -25,15 +27,9 @@ constexpr QStringView calculator = u"c:\\windows\\system32\\calc.exe";
 /// The programs of this platform that stand for one that is started by its path, the first choice first.
 QStringList standIns(QStringView path) {
     if (path == calculator)
-        return {QStringLiteral("gnome-calculator"),
-                QStringLiteral("kcalc"),
-                QStringLiteral("mate-calc"),
-                QStringLiteral("galculator"),
-                QStringLiteral("qalculate-gtk"),
-                QStringLiteral("qalculate-qt"),
-                QStringLiteral("xcalc"),
-                QStringLiteral("deepin-calculator"),
-                QStringLiteral("speedcrunch")};
+        return {u"gnome-calculator"_s, u"kcalc"_s,        u"mate-calc"_s, u"galculator"_s,
+                u"qalculate-gtk"_s,    u"qalculate-qt"_s, u"xcalc"_s,     u"deepin-calculator"_s,
+                u"speedcrunch"_s};
     return {};
 }
 
@@ -81,8 +77,7 @@ void menu::vkCommand1_click() {
 
 void menu::vkCommand2_click() {
     const int style = MessageBoxStyle::yesNo | MessageBoxStyle::question;
-    if (mesajsor(QStringLiteral("MSG_GIRIS_EKRANINA_DON"), style, QStringLiteral("UYARI")) !=
-        MessageBoxAnswer::yes)
+    if (mesajsor(u"MSG_GIRIS_EKRANINA_DON"_s, style, u"UYARI"_s) != MessageBoxAnswer::yes)
         return;
     unloadAllScreens();
     showFirstScreen();
@@ -93,7 +88,7 @@ void menu::vkCommand4_click() {
 }
 
 void menu::vkCommand5_click() {
-    openDocument(sharedFile(QStringLiteral("kullanim/index.html")));
+    openDocument(sharedFile(u"kullanim/index.html"_s));
 }
 
 void menu::vkCommand10_click() {

@@ -6,6 +6,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QSizeF screenSize(1024, 768);  // what the places below are stated on
@@ -140,7 +142,7 @@ void MiniaturePainter::number(const QRectF& place, const QString& text, const QC
 }
 
 void MiniaturePainter::ground() {
-    const QString page = QStringLiteral("vkFrame2");
+    const QString page = u"vkFrame2"_s;
     QLinearGradient gradient(m_room.topLeft(), m_room.bottomLeft());
     gradient.setColorAt(0, color(page, ColorProperty::backcolor1));
     gradient.setColorAt(1, color(page, ColorProperty::backcolor2));
@@ -185,7 +187,7 @@ void MiniaturePainter::part(Look look, const QString& control, const QRectF& pla
             break;
         case Look::display:
             face(place, own(backcolor1), own(backcolor2), borderFor(own(backcolor1), own(backcolor2)));
-            number(place, QStringLiteral("125,50"), own(forecolor));
+            number(place, u"125,50"_s, own(forecolor));
             break;
         case Look::field:
             face(place, own(BackColor), own(BackColor), borderFor(own(BackColor), own(BackColor)));
@@ -216,12 +218,11 @@ void MiniaturePainter::paint() {
     cash();
     for (int key = 0; key < 12; ++key) {
         const int row = key / 3;
-        part(Look::button, QStringLiteral("tus_%1").arg(key),
-             {847 + 57.0 * (key % 3), 286 + 54.5 * row, 48, 47});
+        part(Look::button, u"tus_%1"_s.arg(key), {847 + 57.0 * (key % 3), 286 + 54.5 * row, 48, 47});
     }
     for (int key = 0; key < 8; ++key) {
         const int row = key / 4;
-        part(Look::plainButton, QStringLiteral("kisayol_%1").arg(key),
+        part(Look::plainButton, u"kisayol_%1"_s.arg(key),
              {586 + 109.7 * (key % 4), 565 + 62.0 * row, 101, 53});
     }
     // The one button of the row that no palette touches.

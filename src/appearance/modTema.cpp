@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 int temasayisi(const QString& key) {
     const double value = std::nearbyint(numericPrefix(ayar(key)));
     // A selector beyond an integer selects nothing; the file can be edited by hand.
@@ -23,10 +25,10 @@ QString temadosyayolu() {
 }
 
 void temadegiskenlerioku() {
-    sonrenk = temasayisi(QStringLiteral("sonrenk"));
-    kayitgetir1 = temasayisi(QStringLiteral("kayitgetir1"));
-    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
-    temakaydetme1 = ayar(QStringLiteral("temakaydetme1"));
+    sonrenk = temasayisi(u"sonrenk"_s);
+    kayitgetir1 = temasayisi(u"kayitgetir1"_s);
+    toplamtemadegisken = temasayisi(u"toplamtemadegisken"_s);
+    temakaydetme1 = ayar(u"temakaydetme1"_s);
 }
 
 void toplamtemauygula() {

@@ -8,6 +8,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr int handsInterval = 1000;  // milliseconds
 constexpr int sweepInterval = 10;
@@ -15,7 +17,7 @@ constexpr QSize smallestSize(120, 120);
 }  // namespace
 
 saatt::saatt() {
-    setWindowTitle(QStringLiteral("Saat"));
+    setWindowTitle(u"Saat"_s);
     setMinimumSize(smallestSize);
     resize(ClockDial::designSize);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -17,10 +17,12 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString askKey = QStringLiteral("temaac");
-const QString paletteKey = QStringLiteral("tema");
+const QString askKey = u"temaac"_s;
+const QString paletteKey = u"tema"_s;
 
 std::function<void()>& beepInstead() {
     static std::function<void()> replacement;
@@ -124,7 +126,7 @@ void tema::TemaKayitliUygula() {
 void tema::resim1_click() {
     beep();
     paintSales(Palette::resim1);
-    store(QStringLiteral("0"));
+    store(u"0"_s);
 }
 
 void tema::resim2_click() {
@@ -142,16 +144,16 @@ void tema::resim4_click() {
 void tema::chooseAskingFirst(Palette palette) {
     beep();
     if (ui.temaac->isChecked() && !temasessiz &&
-        mesajsor(QStringLiteral("MSG_TEMA_ONAY"), MessageBoxStyle::yesNo | MessageBoxStyle::warning,
-                 QStringLiteral("MSG_SILME_ONAY_BASLIK")) == MessageBoxAnswer::no)
+        mesajsor(u"MSG_TEMA_ONAY"_s, MessageBoxStyle::yesNo | MessageBoxStyle::warning,
+                 u"MSG_SILME_ONAY_BASLIK"_s) == MessageBoxAnswer::no)
         return;
     store(QString::number(static_cast<int>(palette) + 1));
     paintSales(palette);
 }
 
 void tema::paintSales(Palette palette) {
-    sonrenk = temasayisi(QStringLiteral("sonrenk"));
-    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
+    sonrenk = temasayisi(u"sonrenk"_s);
+    toplamtemadegisken = temasayisi(u"toplamtemadegisken"_s);
     auto& sales = screen<satisekrani>();
     if (toplamtemadegisken == 0)
         paintTotal(sales, palette);
@@ -165,7 +167,7 @@ void tema::markPalette(Palette palette) {
 }
 
 void tema::temaac_click() {
-    ayarla(askKey, ui.temaac->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+    ayarla(askKey, ui.temaac->isChecked() ? u"1"_s : u"0"_s);
 }
 
 void tema::vkCommand1_click() {

@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void apply(TotalSet set) {
@@ -28,10 +30,10 @@ void setKeepState(const QString& caption, const QString& tip, bool on) {
     toggle.setCaption(harfcevir(caption));
     toggle.setToolTip(harfcevir(tip));
     toplamtemadegisken = on ? 0 : 1;  // "keeping" is 0: the two words stand the way round that the keys show
-    temakaydetme1 = on ? QStringLiteral("True") : QStringLiteral("False");
-    ayarla(QStringLiteral("temakaydetme1"), temakaydetme1);
-    ayarla(QStringLiteral("toplamtemadegisken"), QString::number(toplamtemadegisken));
-    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
+    temakaydetme1 = on ? u"True"_s : u"False"_s;
+    ayarla(u"temakaydetme1"_s, temakaydetme1);
+    ayarla(u"toplamtemadegisken"_s, QString::number(toplamtemadegisken));
+    toplamtemadegisken = temasayisi(u"toplamtemadegisken"_s);
 }
 
 }  // namespace
@@ -45,11 +47,11 @@ void kayit2uygula() {
 }
 
 void temakaydediyor() {
-    setKeepState(QStringLiteral("KAYDED!YOR"), QStringLiteral("KAYDED!YORSA TIKLAYIN"), true);
+    setKeepState(u"KAYDED!YOR"_s, u"KAYDED!YORSA TIKLAYIN"_s, true);
 }
 
 void temakaydetmiyor() {
-    setKeepState(QStringLiteral("KAYDETM!YOR"), QStringLiteral("KAYDETM!YORSA TIKLAYIN"), false);
+    setKeepState(u"KAYDETM!YOR"_s, u"KAYDETM!YORSA TIKLAYIN"_s, false);
 }
 
 }  // namespace kovanix

@@ -20,6 +20,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// An ink for a small caption, as much nearer to black or white as it takes to be read without an outline.
@@ -106,14 +108,14 @@ void toplamtema::form_load() {
 }
 
 void toplamtema::form_activate() {
-    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
-    temakaydetme1 = ayar(QStringLiteral("temakaydetme1"));
+    toplamtemadegisken = temasayisi(u"toplamtemadegisken"_s);
+    temakaydetme1 = ayar(u"temakaydetme1"_s);
     // Where neither word is on file yet, the number says which of them is true.
     const bool keeps = temakaydetme1 == u"True" || (temakaydetme1 != u"False" && toplamtemadegisken != 1);
     ui.temakaydetme->setChecked(keeps);
     keeps ? temakaydediyor() : temakaydetmiyor();
 
-    toplamtemadegisken = temasayisi(QStringLiteral("toplamtemadegisken"));
+    toplamtemadegisken = temasayisi(u"toplamtemadegisken"_s);
     toplamrenkaktar();
     dressSlots();
     for (const Row& row : m_rows)
@@ -176,11 +178,11 @@ void toplamtema::change(TotalColor color, const QColor& value) {
         attempt([&] { setTotalColor(*ui.toplam, color, storedTotalColor(TotalSet::live, color)); });
         attempt([&] { setTotalColor(realTotal(), color, storedTotalColor(TotalSet::live, color)); });
         toplamrenkaktar();
-        ayarla(QStringLiteral("kayitgetir1"), QStringLiteral("0"));
-        kayitgetir1 = temasayisi(QStringLiteral("kayitgetir1"));
+        ayarla(u"kayitgetir1"_s, u"0"_s);
+        kayitgetir1 = temasayisi(u"kayitgetir1"_s);
     }
     sonrenk = 0;
-    ayarla(QStringLiteral("sonrenk"), QStringLiteral("0"));
+    ayarla(u"sonrenk"_s, u"0"_s);
 }
 
 /// The swatches stay as they are, and so does what was last saved or fetched: required.
@@ -215,28 +217,28 @@ bool toplamtema::showsSet(TotalSet set) const {
 }
 
 void toplamtema::save_click(const SavedSet& set) {
-    if (showsSet(set.other) && mesajsor(QStringLiteral("MSG_KAYDET_ONAY"), MessageBoxStyle::yesNo,
-                                        QStringLiteral("UYARI")) != MessageBoxAnswer::yes)
+    if (showsSet(set.other) &&
+        mesajsor(u"MSG_KAYDET_ONAY"_s, MessageBoxStyle::yesNo, u"UYARI"_s) != MessageBoxAnswer::yes)
         return;
     for (const Row& row : m_rows)
         storeTotalColor(set.keys, row.color, backColor(*row.swatch));
     set.apply();
     sonrenk = set.number;
-    ayarla(QStringLiteral("sonrenk"), QString::number(set.number));
+    ayarla(u"sonrenk"_s, QString::number(set.number));
     dressSlots();
 }
 
 void toplamtema::fetch_click(const SavedSet& set) {
     set.apply();
-    ayarla(QStringLiteral("kaydedilenigetir"), QString::number(set.number - 1));
-    kaydedilenigetir = temasayisi(QStringLiteral("kaydedilenigetir"));
+    ayarla(u"kaydedilenigetir"_s, QString::number(set.number - 1));
+    kaydedilenigetir = temasayisi(u"kaydedilenigetir"_s);
     toplamrenkaktar();
     for (const Row& row : m_rows)
         attempt([&] { setBackColor(*row.swatch, storedTotalColor(set.keys, row.color)); });
     // The process-wide kayitgetir1 follows at the next start only; until then sonrenk speaks for the set.
-    ayarla(QStringLiteral("kayitgetir1"), QString::number(set.number));
+    ayarla(u"kayitgetir1"_s, QString::number(set.number));
     sonrenk = set.number;
-    ayarla(QStringLiteral("sonrenk"), QString::number(set.number));
+    ayarla(u"sonrenk"_s, QString::number(set.number));
 }
 
 void toplamtema::temakaydetme_click() {

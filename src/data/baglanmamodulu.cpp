@@ -11,6 +11,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Quotes around a value keep its blanks; no path or password of ours has any at its ends.
@@ -23,11 +25,11 @@ bool fileExists(const QString& path) {
 }
 
 QString localFile() {
-    return joinStored(applicationFolder(), QStringLiteral("\\kovanix.data"));
+    return joinStored(applicationFolder(), u"\\kovanix.data"_s);
 }
 
 QString olderLocalFile() {
-    return joinStored(applicationFolder(), QStringLiteral("\\kovanix.mdb"));
+    return joinStored(applicationFolder(), u"\\kovanix.mdb"_s);
 }
 
 void writeWhereDifferent(const QString& key, const QString& text) {
@@ -50,7 +52,7 @@ Recordset& kayit() {
 QString veritabaniyolu() {
     QString ip;
     if (fileExists(ayardosyasi()))
-        ip = setting(QStringLiteral("ip"));
+        ip = setting(u"ip"_s);
     if (!ip.isEmpty() && fileExists(ip))
         return ip;
     for (const QString& local : {localFile(), olderLocalFile()}) {
@@ -64,9 +66,9 @@ QString baglantimetniyap(const QString& path) {
     QString text = u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path + u";Persist Security Info=False";
     if (!fileExists(ayardosyasi()))
         return text;
-    QString password = setting(QStringLiteral("dbpass"));
+    QString password = setting(u"dbpass"_s);
     if (password.isEmpty())
-        password = setting(QStringLiteral("mdbparola"));
+        password = setting(u"mdbparola"_s);
     if (!password.isEmpty())
         text += u";Jet OLEDB:Database Password=" + password;
     return text;
@@ -81,10 +83,10 @@ void ayarlaribaglantiyaesitle() {
         return;
     const QString path = veritabaniyolu();
     const QString text = baglantimetniyap(path);
-    if (setting(QStringLiteral("ip")).isEmpty() && fileExists(path))
-        ayarla(QStringLiteral("ip"), path);
-    writeWhereDifferent(QStringLiteral("ConnectionString"), text);
-    writeWhereDifferent(QStringLiteral("con"), text);
+    if (setting(u"ip"_s).isEmpty() && fileExists(path))
+        ayarla(u"ip"_s, path);
+    writeWhereDifferent(u"ConnectionString"_s, text);
+    writeWhereDifferent(u"con"_s, text);
 }
 
 void baglantiyukle() {
@@ -95,10 +97,10 @@ void baglantiyukle() {
 void ilkayarlar() {
     if (!fileExists(ayardosyasi()))
         return;
-    if (setting(QStringLiteral("ip")).isEmpty() && fileExists(localFile()))
-        ayarla(QStringLiteral("ip"), localFile());
+    if (setting(u"ip"_s).isEmpty() && fileExists(localFile()))
+        ayarla(u"ip"_s, localFile());
     ayarlaribaglantiyaesitle();
-    const QString anaProgram = QStringLiteral("ana_program");
+    const QString anaProgram = u"ana_program"_s;
     if (setting(anaProgram).isEmpty())
         ayarla(anaProgram, QString());  // so that the key stands in the file
 }
@@ -121,9 +123,9 @@ void baglantiac() {
         baglantidurumu = 1;
     } catch (const RuntimeError& error) {
         baglantidurumu = 0;
-        const QString text = metin(QStringLiteral("MSG_DB_ACILAMADI")) + u'\n' + veritabaniyolu() + u"\n\n" +
-                             error.description();
-        mesaj(text, MessageBoxStyle::critical, metin(QStringLiteral("HATA")));
+        const QString text =
+            metin(u"MSG_DB_ACILAMADI"_s) + u'\n' + veritabaniyolu() + u"\n\n" + error.description();
+        mesaj(text, MessageBoxStyle::critical, metin(u"HATA"_s));
     }
 }
 
@@ -168,8 +170,8 @@ bool veritabaninibagla() {
 }
 
 void keepAccessPaths(Connection& connection) {
-    connection.keepIndex(QStringLiteral("urunler"), QStringLiteral("barkod"));
-    connection.keepIndex(QStringLiteral("satislar"), QStringLiteral("tarih"));
+    connection.keepIndex(u"urunler"_s, u"barkod"_s);
+    connection.keepIndex(u"satislar"_s, u"tarih"_s);
 }
 
 }  // namespace kovanix

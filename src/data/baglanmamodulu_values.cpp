@@ -8,6 +8,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString dateTimeLiteral(const QDate& day, double hours, double minutes, double seconds) {
@@ -21,15 +23,15 @@ QString dateTimeLiteral(const QDate& day, double hours, double minutes, double s
 
 QString sqlmetin(const QString& text) {
     QString doubled = text;
-    return doubled.replace(u'\'', QStringLiteral("''"));
+    return doubled.replace(u'\'', u"''"_s);
 }
 
 QString sqllike(const QString& text) {
     // The opening bracket first, so that the brackets added after it aren't escaped again.
     QString pattern = sqlmetin(text);
-    pattern.replace(u'[', QStringLiteral("[[]"));
-    pattern.replace(u'%', QStringLiteral("[%]"));
-    pattern.replace(u'_', QStringLiteral("[_]"));
+    pattern.replace(u'[', u"[[]"_s);
+    pattern.replace(u'%', u"[%]"_s);
+    pattern.replace(u'_', u"[_]"_s);
     return pattern;
 }
 
@@ -43,7 +45,7 @@ QString sqltarihsaat(const QDate& day, const QString& time) {
     const QDate givenDay = day.isValid() ? day : Clock::now().date();
     QString text = time.trimmed();
     if (text.isEmpty())
-        text = QStringLiteral("00:00:00");
+        text = u"00:00:00"_s;
     const double hours = std::nearbyint(numericPrefix(text));
     double minutes = 0;
     double seconds = 0;
@@ -108,7 +110,7 @@ QString nullmetin(const QVariant& value) {
 }
 
 QString yoneticiyetkisi() {
-    return harfcevir(QStringLiteral("Y&netici"));
+    return harfcevir(u"Y&netici"_s);
 }
 
 bool yoneticimi() {

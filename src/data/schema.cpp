@@ -10,6 +10,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Column {
@@ -22,43 +24,36 @@ struct Table {
     QList<Column> columns;
 };
 
-const QString counter = QStringLiteral("COUNTER");
-const QString text50 = QStringLiteral("TEXT(50)");
-const QString number = QStringLiteral("DOUBLE");
+const QString counter = u"COUNTER"_s;
+const QString text50 = u"TEXT(50)"_s;
+const QString number = u"DOUBLE"_s;
 
 QList<Column> productColumns() {
-    return {{QStringLiteral("no"), counter},   {QStringLiteral("barkod"), text50},
-            {QStringLiteral("urun"), text50},  {QStringLiteral("alis"), number},
-            {QStringLiteral("satis"), number}, {QStringLiteral("stok"), number}};
+    return {{u"no"_s, counter},  {u"barkod"_s, text50}, {u"urun"_s, text50},
+            {u"alis"_s, number}, {u"satis"_s, number},  {u"stok"_s, number}};
 }
 
 /// The tables of a shop's file, in the order in which they are made; the columns' order is part of the file
 /// format.
 const QList<Table>& tables() {
     static const QList<Table> list{
-        {QStringLiteral("urunler"), productColumns()},
-        {QStringLiteral("satislar"),
-         {{QStringLiteral("no"), counter},
-          {QStringLiteral("tarih"), QStringLiteral("DATETIME")},
-          {QStringLiteral("barkod"), text50},
-          {QStringLiteral("urun"), text50},
-          {QStringLiteral("adet"), number},
-          {QStringLiteral("fiyat"), number},
-          {QStringLiteral("alis"), number},
-          {QStringLiteral("kar"), number},
-          {QStringLiteral("toplam"), number},
-          {QStringLiteral("satis"), number}}},
-        {QStringLiteral("kullanici"),
-         {{QStringLiteral("id"), counter},
-          {QStringLiteral("personeladi"), text50},
-          {QStringLiteral("sifre"), text50},
-          {QStringLiteral("yetki"), text50}}},
-        {QStringLiteral("musteri"),
-         {{QStringLiteral("no"), counter},
-          {QStringLiteral("adi"), text50},
-          {QStringLiteral("telefon"), text50},
-          {QStringLiteral("adres"), QStringLiteral("TEXT(100)")}}},
-        {QStringLiteral("urunler_hazir"), productColumns()},
+        {u"urunler"_s, productColumns()},
+        {u"satislar"_s,
+         {{u"no"_s, counter},
+          {u"tarih"_s, u"DATETIME"_s},
+          {u"barkod"_s, text50},
+          {u"urun"_s, text50},
+          {u"adet"_s, number},
+          {u"fiyat"_s, number},
+          {u"alis"_s, number},
+          {u"kar"_s, number},
+          {u"toplam"_s, number},
+          {u"satis"_s, number}}},
+        {u"kullanici"_s,
+         {{u"id"_s, counter}, {u"personeladi"_s, text50}, {u"sifre"_s, text50}, {u"yetki"_s, text50}}},
+        {u"musteri"_s,
+         {{u"no"_s, counter}, {u"adi"_s, text50}, {u"telefon"_s, text50}, {u"adres"_s, u"TEXT(100)"_s}}},
+        {u"urunler_hazir"_s, productColumns()},
     };
     return list;
 }
@@ -67,7 +62,7 @@ QString createStatement(const Table& table) {
     QStringList definitions;
     for (const Column& column : table.columns)
         definitions << column.name + u' ' + column.type;
-    return u"CREATE TABLE " + table.name + u" (" + definitions.join(QStringLiteral(", ")) + u')';
+    return u"CREATE TABLE " + table.name + u" (" + definitions.join(u", "_s) + u')';
 }
 
 bool sameName(const QString& a, const QString& b) {
@@ -78,7 +73,7 @@ bool sameName(const QString& a, const QString& b) {
 
 bool tablovar(Connection& connection, const QString& table) {
     for (const TableInfo& entry : connection.tables()) {
-        if (sameName(entry.name, table) && sameName(entry.type, QStringLiteral("TABLE")))
+        if (sameName(entry.name, table) && sameName(entry.type, u"TABLE"_s))
             return true;
     }
     return false;
@@ -109,7 +104,7 @@ void kolonekle(Connection& connection, const QString& table, const QString& colu
     const QString name = table + u'.' + column;
     if (!error)
         izyaz(u"DB schema: " + name + u" eklendi");
-    else if (!sameName(column, QStringLiteral("no")) && !sameName(column, QStringLiteral("id")))
+    else if (!sameName(column, u"no"_s) && !sameName(column, u"id"_s))
         izyaz(u"DB schema HATA: " + name + u" - " + error->description());
     // else silent: a table takes one counter only, and an older file may have it under another name
 }
@@ -123,9 +118,9 @@ void semakontrol(Connection& connection) {
             kolonekle(connection, table.name, column.name, column.type);
     }
     semahazir = false;
-    attempt([&] { semahazir = kolonvar(connection, QStringLiteral("satislar"), QStringLiteral("satis")); });
-    izyaz(semahazir ? QStringLiteral("DB schema: kontrol tamam (satislar.satis OK)")
-                    : QStringLiteral("DB schema UYARI: satislar.satis eklenemedi"));
+    attempt([&] { semahazir = kolonvar(connection, u"satislar"_s, u"satis"_s); });
+    izyaz(semahazir ? u"DB schema: kontrol tamam (satislar.satis OK)"_s
+                    : u"DB schema UYARI: satislar.satis eklenemedi"_s);
 }
 
 }  // namespace kovanix

@@ -7,6 +7,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 void gridhazirla(VSFlexGrid& grid) {
     grid.clear();
     grid.setRows(2);
@@ -21,7 +23,7 @@ double alisfiyati(const QString& barcode) {
         return 0;
     Recordset products;
     products.open(u"SELECT alis FROM urunler WHERE barkod='" + sqlmetin(trimmed) + u'\'', baglanti());
-    return products.atEnd() ? 0 : sayicevir(products.field(QStringLiteral("alis")));
+    return products.atEnd() ? 0 : sayicevir(products.field(u"alis"_s));
 }
 
 void stokdegeri(double& purchaseTotal, double& saleTotal, int& count) {
@@ -29,11 +31,11 @@ void stokdegeri(double& purchaseTotal, double& saleTotal, int& count) {
     if (!baglantihazir())
         return;
     Recordset products;
-    products.open(QStringLiteral("SELECT alis, satis, stok FROM urunler"), baglanti());
+    products.open(u"SELECT alis, satis, stok FROM urunler"_s, baglanti());
     for (; !products.atEnd(); products.moveNext()) {
-        const double stock = sayicevir(products.field(QStringLiteral("stok")));
-        purchaseTotal += sayicevir(products.field(QStringLiteral("alis"))) * stock;
-        saleTotal += sayicevir(products.field(QStringLiteral("satis"))) * stock;
+        const double stock = sayicevir(products.field(u"stok"_s));
+        purchaseTotal += sayicevir(products.field(u"alis"_s)) * stock;
+        saleTotal += sayicevir(products.field(u"satis"_s)) * stock;
         ++count;
     }
 }

@@ -10,6 +10,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int columns = 4;
@@ -28,7 +30,7 @@ const QColor rimGrey(0x88, 0x94, 0xA2);
 }  // namespace
 
 QuickKeyMap::QuickKeyMap(std::vector<const CommandButton*> keys, QWidget* parent)
-    : QWidget(parent), m_keys(std::move(keys)), m_pencil(QStringLiteral(":/icons/pencil.svg")) {
+    : QWidget(parent), m_keys(std::move(keys)), m_pencil(u":/icons/pencil.svg"_s) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

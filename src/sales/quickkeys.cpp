@@ -4,6 +4,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr qsizetype longestName = 28;  // characters of a page's name, in a line of words
 }  // namespace
@@ -18,15 +20,15 @@ int quickPage(QStringView text) {
 }
 
 QString quickPageKey(int page) {
-    return QStringLiteral("hizliurunkat") + QString::number(page);
+    return u"hizliurunkat"_s + QString::number(page);
 }
 
 QString quickNameKey(int page, int index) {
-    return QString::number(page) + QStringLiteral("hizliurun") + QString::number(index);
+    return QString::number(page) + u"hizliurun"_s + QString::number(index);
 }
 
 QString quickBarcodeKey(int page, int index) {
-    return QString::number(page) + QStringLiteral("hizlibarkod") + QString::number(index);
+    return QString::number(page) + u"hizlibarkod"_s + QString::number(index);
 }
 
 std::optional<int> quickSlot(QStringView edited) {
@@ -55,13 +57,11 @@ QString quickKeyWords(QStringView edited, int page, const QString& pageName) {
     if (name.size() > longestName)
         name = name.left(longestName - 1) + u'…';  // the key's number matters more
     if (const auto slot = quickSlot(edited)) {
-        const QString where =
-            name.isEmpty() ? number + QStringLiteral(" sayfa") : name + QStringLiteral(" sayfası");
-        return where + QStringLiteral(", ") + QString::number(*slot + 1) + QStringLiteral(". tuş");
+        const QString where = name.isEmpty() ? number + u" sayfa"_s : name + u" sayfası"_s;
+        return where + u", "_s + QString::number(*slot + 1) + u". tuş"_s;
     }
     if (quickCategory(edited))
-        return name.isEmpty() ? number + QStringLiteral(" sayfanın adı")
-                              : name + QStringLiteral(" sayfasının adı");
+        return name.isEmpty() ? number + u" sayfanın adı"_s : name + u" sayfasının adı"_s;
     return {};
 }
 

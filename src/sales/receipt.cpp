@@ -7,14 +7,16 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 QString receiptText(const std::vector<ReceiptRow>& rows, const QString& total, const QDateTime& now) {
-    const QString newLine = QStringLiteral("\r\n");
+    const QString newLine = u"\r\n"_s;
     const auto lira = [](const QString& cell) { return format(sayicevir(cell), u"###,###,##0.00 T.L."); };
 
     QString text;
-    text += newLine + metin(QStringLiteral("FIS_TARIH")) + dateText(now.date());
-    text += newLine + metin(QStringLiteral("FIS_SAAT")) + timeText(now.time());
-    text += newLine + metin(QStringLiteral("FIS_MUSTERI")) + metin(QStringLiteral("PESIN_MUSTERI"));
+    text += newLine + metin(u"FIS_TARIH"_s) + dateText(now.date());
+    text += newLine + metin(u"FIS_SAAT"_s) + timeText(now.time());
+    text += newLine + metin(u"FIS_MUSTERI"_s) + metin(u"PESIN_MUSTERI"_s);
     text += newLine + newLine;
     for (const ReceiptRow& row : rows) {
         text += row.name + newLine;
@@ -23,7 +25,7 @@ QString receiptText(const std::vector<ReceiptRow>& rows, const QString& total, c
     }
     text += newLine + u"\tTOPLAM TUTAR  :\t" + total;
     text += newLine;
-    text += newLine + u'\t' + metin(QStringLiteral("FIS_TESEKKUR"));
+    text += newLine + u'\t' + metin(u"FIS_TESEKKUR"_s);
     return text;
 }
 

@@ -35,6 +35,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int clockInterval = 100;  // milliseconds
@@ -99,7 +101,7 @@ void satisekrani::connectControls() {
         if (button->focusPolicy() == Qt::StrongFocus)
             button->setFocusPolicy(Qt::TabFocus);
     }
-    pressKeys(QStringLiteral("tus"), &satisekrani::tus_click);
+    pressKeys(u"tus"_s, &satisekrani::tus_click);
     connectLineEditing();
     connectUnknownProduct();
     connectPriceCheck();
@@ -165,24 +167,23 @@ void satisekrani::showPanel(QWidget& panel) {
 }
 
 void satisekrani::form_load() {
-    izyaz(QStringLiteral("SAT01 Form_Load"));
+    izyaz(u"SAT01 Form_Load"_s);
     setFocusReturn(*ui.barkod);
     ekrandonat(*this);
     kontrolleridolas(*this);
     temadegiskenlerioku();
     ui.Shape1->hide();
-    izyaz(QStringLiteral("SAT02 preDB"));
+    izyaz(u"SAT02 preDB"_s);
     const auto tell = [](const QString& description) {
         izyaz(u"SATERR db: " + description);
-        mesaj(u"Veritaban| ba|lant|s| kurulamad|: " + description, MessageBoxStyle::ok,
-              metin(QStringLiteral("HATA")));
+        mesaj(u"Veritaban| ba|lant|s| kurulamad|: " + description, MessageBoxStyle::ok, metin(u"HATA"_s));
     };
     try {
         if (!baglantihazir() || !satisbaglantiac()) {
             tell(QString());
             return;
         }
-        izyaz(QStringLiteral("SAT03 dbOK"));
+        izyaz(u"SAT03 dbOK"_s);
         temabaslangicuygula();
         kisayolyukle();
         gridhazirla(*ui.satisekrani1);
@@ -190,19 +191,19 @@ void satisekrani::form_load() {
         goToEntryRow();
         eksiltme = 0;
         for (DrawnButton* amount : {ui.toplam, ui.verilen, ui.kalan})
-            amount->setCaption(QStringLiteral("0,00"));
-        ui.ver2->setText(QStringLiteral("0,00"));
+            amount->setCaption(u"0,00"_s);
+        ui.ver2->setText(u"0,00"_s);
         toplamyazisi(-1);
-        izyaz(QStringLiteral("SAT04 Form_Load bitti"));
+        izyaz(u"SAT04 Form_Load bitti"_s);
     } catch (const RuntimeError& error) {
         tell(error.description());
     }
 }
 
 void satisekrani::form_activate() {
-    izyaz(QStringLiteral("SAT05 Form_Activate"));
+    izyaz(u"SAT05 Form_Activate"_s);
     giveFocus(*ui.barkod);
-    izyaz(QStringLiteral("SAT06 Form_Activate bitti"));
+    izyaz(u"SAT06 Form_Activate bitti"_s);
 }
 
 bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
@@ -316,22 +317,21 @@ void satisekrani::vkCommand4_click() {
 
 /// Leaves the subtracting of money as it is, unlike the other buttons of the row.
 void satisekrani::urunbulmak_click() {
-    izyaz(QStringLiteral("UBTN urunbul ac"));
+    izyaz(u"UBTN urunbul ac"_s);
     showInFront(screen<urunbul>());
-    screen<urunbul>().ui.nereye->setText(QStringLiteral("1"));
-    izyaz(QStringLiteral("UBTN urunbul acildi"));
+    screen<urunbul>().ui.nereye->setText(u"1"_s);
+    izyaz(u"UBTN urunbul acildi"_s);
 }
 
 void satisekrani::satisiptal_click() {
     eksiltme = 0;
     if (ui.satisekrani1->rows() == 2) {
-        mesaj(QStringLiteral("ONCE_SATIS_YAP"), MessageBoxStyle::ok, QString());
+        mesaj(u"ONCE_SATIS_YAP"_s, MessageBoxStyle::ok, QString());
         giveFocus(*ui.barkod);
         return;
     }
     const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
-    if (mesajsor(QStringLiteral("MSG_SATIS_IPTAL_SOR"), style, QStringLiteral("UYARI")) ==
-        MessageBoxAnswer::no)
+    if (mesajsor(u"MSG_SATIS_IPTAL_SOR"_s, style, u"UYARI"_s) == MessageBoxAnswer::no)
         return;
     satistemizle();
     giveFocus(*ui.barkod);

@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr int clearKey = 11;
 constexpr qsizetype longestQuantity = 8;
@@ -21,7 +23,7 @@ void satisekrani::tus_click(int index) {
     if (index == clearKey) {
         ui.adet->clear();
     } else {
-        const auto keys = controlArrayOf<vkCommand>(*this, QStringLiteral("tus"));
+        const auto keys = controlArrayOf<vkCommand>(*this, u"tus"_s);
         giveFocus(*ui.adet);
         ui.adet->setText(ui.adet->text() + keys.at(static_cast<std::size_t>(index))->caption());
     }
@@ -31,7 +33,7 @@ void satisekrani::tus_click(int index) {
 int satisekrani::adet_keypress(int code) {
     // The text is measured as it stands before the key, whatever the key is.
     if (ui.adet->text().size() >= longestQuantity) {
-        mesaj(QStringLiteral("ADET_LIMIT"), MessageBoxStyle::ok, QString());
+        mesaj(u"ADET_LIMIT"_s, MessageBoxStyle::ok, QString());
         ui.adet->clear();
         giveFocus(*ui.barkod);
         return 0;
@@ -83,7 +85,7 @@ void satisekrani::urunekle() {
     }
     try {
         if (!isNumeric(ui.adet->text()))
-            ui.adet->setText(QStringLiteral("1"));
+            ui.adet->setText(u"1"_s);
         if (ui.satisekrani1->col() != 1) {
             goToEntryRow();
             toplamhesapla();
@@ -119,11 +121,10 @@ void satisekrani::sellBarcode() {
         return;
 
     const int row = grid.row();
-    grid.setTextMatrix(row, 1, nullmetin(urunkayit.field(QStringLiteral("barkod"))));
-    grid.setTextMatrix(row, 2, nullmetin(urunkayit.field(QStringLiteral("urun"))));
+    grid.setTextMatrix(row, 1, nullmetin(urunkayit.field(u"barkod"_s)));
+    grid.setTextMatrix(row, 2, nullmetin(urunkayit.field(u"urun"_s)));
     grid.setTextMatrix(row, 3, ui.adet->text());
-    grid.setTextMatrix(row, 4,
-                       format(sayicevir(urunkayit.field(QStringLiteral("satis"))), u"###,###,##0.00"));
+    grid.setTextMatrix(row, 4, format(sayicevir(urunkayit.field(u"satis"_s)), u"###,###,##0.00"));
     grid.setTextMatrix(
         row, 5,
         format(sayicevir(grid.textMatrix(row, 3)) * sayicevir(grid.textMatrix(row, 4)), u"###,###,##0.00"));

@@ -14,6 +14,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int noConnectionToStore = -2147216403;
@@ -44,12 +46,12 @@ bool satisekrani::isSaleLine(int row) const {
 QString satisekrani::numberOrOne(int row) {
     VSFlexGrid& grid = *ui.satisekrani1;
     if (!isNumeric(grid.textMatrix(row, 3)))
-        grid.setTextMatrix(row, 3, QStringLiteral("1"));
+        grid.setTextMatrix(row, 3, u"1"_s);
     return grid.textMatrix(row, 3);
 }
 
 void satisekrani::satiskaydet() {
-    const QString source = QStringLiteral("satislar");
+    const QString source = u"satislar"_s;
     if (!satisbaglantiac())
         throw RuntimeError(noConnectionToStore, noConnection.toString(), source);
     const VSFlexGrid& grid = *ui.satisekrani1;
@@ -63,11 +65,11 @@ void satisekrani::satiskaydet() {
             const double alis = alisfiyati(barcode);
             const double toplam = adet * fiyat;
             const double kar = toplam - adet * alis;
-            QString columns = QStringLiteral("tarih,barkod,urun,adet,fiyat,alis,kar,toplam");
+            QString columns = u"tarih,barkod,urun,adet,fiyat,alis,kar,toplam"_s;
             QString values = sqltarih(Clock::now()) + u',' + quoted(barcode) + u',' +
                              quoted(grid.textMatrix(row, 2)) + u',' + sqlsayi(adet) + u',' + sqlsayi(fiyat) +
                              u',' + sqlsayi(alis) + u',' + sqlsayi(kar) + u',' + sqlsayi(toplam);
-            if (kolonvar(satisbaglanti, source, QStringLiteral("satis"))) {
+            if (kolonvar(satisbaglanti, source, u"satis"_s)) {
                 columns += u",satis";
                 values +=
                     u',' + sqlsayi(kar);  // the profit once more, not the sale price: the reports rest on it
@@ -80,7 +82,7 @@ void satisekrani::satiskaydet() {
 }
 
 void satisekrani::stokguncelle() {
-    const QString source = QStringLiteral("stokguncelle");
+    const QString source = u"stokguncelle"_s;
     if (!satisbaglantiac())
         throw RuntimeError(noConnectionToStock, noConnection.toString(), source);
     const VSFlexGrid& grid = *ui.satisekrani1;
@@ -100,7 +102,7 @@ void satisekrani::stokguncelle() {
 void satisekrani::kaydet_click() {
     eksiltme = 0;
     if (ui.satisekrani1->rows() == 2) {
-        mesaj(QStringLiteral("ONCE_SATIS_YAP"), MessageBoxStyle::ok, QString());
+        mesaj(u"ONCE_SATIS_YAP"_s, MessageBoxStyle::ok, QString());
         giveFocus(*ui.barkod);
         return;
     }
@@ -129,12 +131,11 @@ void satisekrani::reportCommitFailure(const RuntimeError& error) {
         text = u"Hata kodu: " + QString::number(error.number());
     const QString source = error.source().trimmed();
     if (!source.isEmpty())
-        text += (text.isEmpty() ? QString() : QStringLiteral(" - ")) + source;
+        text += (text.isEmpty() ? QString() : u" - "_s) + source;
     if (text.isEmpty())
-        text = metin(QStringLiteral("MSG_SATIS_KAYIT_HATA"));
+        text = metin(u"MSG_SATIS_KAYIT_HATA"_s);
     izyaz(u"SATERR kaydet: " + text);
-    mesaj(metin(QStringLiteral("MSG_SATIS_KAYIT_HATA")) + u": " + text, MessageBoxStyle::critical,
-          metin(QStringLiteral("HATA")));
+    mesaj(metin(u"MSG_SATIS_KAYIT_HATA"_s) + u": " + text, MessageBoxStyle::critical, metin(u"HATA"_s));
 }
 
 }  // namespace kovanix

@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int clearKey = 23;
@@ -19,12 +21,12 @@ constexpr QStringView money = u"###,###,##0.00";
 
 // What `nereye` holds: the field that the keys write into.
 const QString& quantityField() {
-    static const QString code = QStringLiteral("1");
+    static const QString code = u"1"_s;
     return code;
 }
 
 const QString& priceField() {
-    static const QString code = QStringLiteral("2");
+    static const QString code = u"2"_s;
     return code;
 }
 
@@ -54,10 +56,10 @@ void satisekrani::hucrebasildi(int row, int column) {
 /// The mark in the hidden first column; nothing reads it.
 void satisekrani::toggleMark(int row) {
     VSFlexGrid& grid = *ui.satisekrani1;
-    const QString set = QStringLiteral("-1");
+    const QString set = u"-1"_s;
     attempt([&] {
         if (isSaleLine(row))
-            grid.setTextMatrix(row, 0, grid.textMatrix(row, 0) == set ? QStringLiteral("0") : set);
+            grid.setTextMatrix(row, 0, grid.textMatrix(row, 0) == set ? u"0"_s : set);
     });
 }
 
@@ -95,7 +97,7 @@ void satisekrani::duzenlemetusu_click(int index) {
     if (index == clearKey) {
         field->clear();
     } else {
-        field->setText(field->text() + panelKey(QStringLiteral("duzenlemetusu"), index));
+        field->setText(field->text() + panelKey(u"duzenlemetusu"_s, index));
         field->end(false);
     }
     giveFocus(*field);
@@ -135,7 +137,7 @@ void satisekrani::urunsil_click() {
         giveFocus(*ui.barkod);
     } else {
         if (grid.rows() == 2) {
-            ui.toplam->setCaption(QStringLiteral("0,00"));
+            ui.toplam->setCaption(u"0,00"_s);
             attempt([this] { satistemizle(); });
             attempt([&] { gridhazirla(grid); });
         } else {
@@ -161,8 +163,8 @@ void satisekrani::connectLineEditing() {
         giveFocus(*ui.satisekrani1);
         hucrebasildi(ui.satisekrani1->mouseRow(), ui.satisekrani1->mouseCol());
     });
-    ui.urununadi->setAccessibleName(QStringLiteral("Ürün adı"));
-    pressKeys(QStringLiteral("duzenlemetusu"), &satisekrani::duzenlemetusu_click);
+    ui.urununadi->setAccessibleName(u"Ürün adı"_s);
+    pressKeys(u"duzenlemetusu"_s, &satisekrani::duzenlemetusu_click);
     clicks(this, {{ui.urunislemlerikapat, &satisekrani::urunislemlerikapat_click},
                   {ui.vazgecc, &satisekrani::vazgecc_click},
                   {ui.urunsil, &satisekrani::urunsil_click}});

@@ -9,6 +9,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QStringView money = u"###,###,##0.00";
@@ -68,18 +70,18 @@ void satisekrani::paraeksiltbitir() {
 void satisekrani::paradenetle() {
     if (amount(*ui.verilen) < 0) {
         // The change keeps what it showed: the cash typed doesn't work it out anew here.
-        setCashQuietly(QStringLiteral("0,00"));
-        ui.verilen->setCaption(QStringLiteral("0,00"));
+        setCashQuietly(u"0,00"_s);
+        ui.verilen->setCaption(u"0,00"_s);
     }
     // The first palette stands in the file as 0, so that its button keeps the colours that subtracting left
     // it.
-    const int number = temasayisi(QStringLiteral("tema"));
+    const int number = temasayisi(u"tema"_s);
     if (number < 1 || number > 4)
         return;
     for (const ColorProperty property : {ColorProperty::backcolor1, ColorProperty::backcolor2,
                                          ColorProperty::backcolorpushed1, ColorProperty::backcolorpushed2})
         setColorProperty(*ui.vkCommand5, property,
-                         colorOf(paletteColor(QStringLiteral("vkCommand5"), property, Palette(number - 1))));
+                         colorOf(paletteColor(u"vkCommand5"_s, property, Palette(number - 1))));
 }
 
 void satisekrani::vkCommand5_click() {
@@ -122,7 +124,7 @@ void satisekrani::ver2_change() {
     if (m_quietCash)
         return;
     if (ui.ver2->text().isEmpty()) {
-        ui.ver2->setText(QStringLiteral("0,00"));
+        ui.ver2->setText(u"0,00"_s);
         ui.ver2->selectAll();
     }
     if (isNumeric(ui.ver2->text())) {
@@ -133,15 +135,15 @@ void satisekrani::ver2_change() {
     // Never so, as long as an empty field refills itself above.
     if (ui.ver2->text().isEmpty()) {
         ui.kalan->setCaption(numberText(amount(*ui.toplam)));
-        ui.verilen->setCaption(QStringLiteral("0"));
+        ui.verilen->setCaption(u"0"_s);
     }
 }
 
 void satisekrani::vsil_click() {
     constexpr QStringView pattern = u"###,###,###0.00";
-    ui.ver2->setText(QStringLiteral("0,00"));
-    ui.verilen->setCaption(QStringLiteral("0,00"));
-    ui.kalan->setCaption(QStringLiteral("0,00"));
+    ui.ver2->setText(u"0,00"_s);
+    ui.verilen->setCaption(u"0,00"_s);
+    ui.kalan->setCaption(u"0,00"_s);
     ui.kalan->setCaption(numberText(amount(*ui.verilen) - amount(*ui.toplam)));
     reformat(*ui.verilen, pattern);
     reformat(*ui.kalan, pattern);

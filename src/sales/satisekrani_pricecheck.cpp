@@ -11,6 +11,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 void satisekrani::connectPriceCheck() {
     clicks(this, {{ui.fiyatgor, &satisekrani::fiyatgor_click},
                   {ui.fiyargorkapat, &satisekrani::fiyargorkapat_click}});
@@ -31,7 +33,7 @@ void satisekrani::fiyargorbarkodu_keydown(int key) {
     if (key != Qt::Key_Return)
         return;
     if (ui.fiyargorbarkodu->text().isEmpty()) {
-        mesaj(QStringLiteral("ONCE_BARKOD_OKUT"), MessageBoxStyle::ok, QString());
+        mesaj(u"ONCE_BARKOD_OKUT"_s, MessageBoxStyle::ok, QString());
         return;
     }
     if (!baglantihazir()) {
@@ -55,16 +57,15 @@ void satisekrani::showPriceOf(const QString& barcode) {
     // A file that can't be read fails here: that is no missing product.
     const bool isThere = !urunkayit.atEnd();
     if (isThere)
-        attempt(
-            [this] { ui.fiyargorbarkodu2->setText(nullmetin(urunkayit.field(QStringLiteral("barkod")))); });
+        attempt([this] { ui.fiyargorbarkodu2->setText(nullmetin(urunkayit.field(u"barkod"_s))); });
     if (ui.fiyargorbarkodu2->text().isEmpty()) {
         clearPriceCheck();
         urunkayit.close();
-        mesaj(QStringLiteral("URUN_BULUNAMADI"), MessageBoxStyle::ok, QString());
+        mesaj(u"URUN_BULUNAMADI"_s, MessageBoxStyle::ok, QString());
         return;
     }
-    ui.fiyargoradi->setText(nullmetin(urunkayit.field(QStringLiteral("urun"))));
-    ui.fiyargorfiyati->setText(format(sayicevir(urunkayit.field(QStringLiteral("satis"))), u"#,##0.00"));
+    ui.fiyargoradi->setText(nullmetin(urunkayit.field(u"urun"_s)));
+    ui.fiyargorfiyati->setText(format(sayicevir(urunkayit.field(u"satis"_s)), u"#,##0.00"));
     urunkayit.close();
 }
 

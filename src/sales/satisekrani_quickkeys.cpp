@@ -16,6 +16,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int nameKeyboard = 19;  // whose Enter hands the text to `hizliurunadi`
@@ -87,7 +89,7 @@ void satisekrani::kisayolkat_click(int category) {
 }
 
 void satisekrani::kisayol_click(int index) {
-    headQuickPanel(QStringLiteral("~R~N !SM!"), itemHeading);
+    headQuickPanel(u"~R~N !SM!"_s, itemHeading);
     if (!itemKeys(ui).at(static_cast<std::size_t>(index))->caption().isEmpty()) {
         // Not the way of a scan: neither is a scale's label split nor the entry row gone to.
         ui.barkod->setText(ayar(quickBarcodeKey(readQuickPage(), index)));
@@ -103,7 +105,7 @@ void satisekrani::kisayol_click(int index) {
 void satisekrani::kisayol_mousedown(int index, Qt::MouseButton button) {
     if (button != Qt::RightButton)
         return;
-    headQuickPanel(QStringLiteral("~R~N !SM!"), itemHeading);
+    headQuickPanel(u"~R~N !SM!"_s, itemHeading);
     ui.kisayolhangisi->setText(QString::number(index));
     const int page = readQuickPage();
     ui.hizliurunadi->setText(ayar(quickNameKey(page, index)));
@@ -117,7 +119,7 @@ void satisekrani::kisayolkat_mousedown(int category, Qt::MouseButton button) {
     // The loader reads the page again: the one on file stays.
     ensonkikisayol = QString::number(category);
     kisayolyukle();
-    headQuickPanel(QStringLiteral("KATEGOR! !SM!"), categoryHeading);
+    headQuickPanel(u"KATEGOR! !SM!"_s, categoryHeading);
     ui.kisayolurunbul->hide();
     ui.kisayolklavye->show();
     ui.kisayolhangisi->setText(editedCategory(category));
@@ -130,7 +132,7 @@ void satisekrani::kisayolkat_mousedown(int category, Qt::MouseButton button) {
 
 void satisekrani::kisayolurunbul_click() {
     showInFront(screen<urunbul>());
-    screen<urunbul>().ui.nereye->setText(QStringLiteral("2"));
+    screen<urunbul>().ui.nereye->setText(u"2"_s);
 }
 
 void satisekrani::kisayolklavye_click() {
@@ -148,7 +150,7 @@ void satisekrani::kisayolkaydet_click() {
     ui.kisayolklavye->hide();
     ui.kisayolurunbul->show();
     if (ui.kisayolbarkod->text().isEmpty()) {
-        mesaj(QStringLiteral("ONCE_URUN_SEC"), MessageBoxStyle::ok, QString());
+        mesaj(u"ONCE_URUN_SEC"_s, MessageBoxStyle::ok, QString());
         return;
     }
     storeQuickKey(edited);

@@ -12,13 +12,15 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 void satisekrani::nakit_click() {
     if (m_printing)
         return;
     eksiltme = 0;
     const VSFlexGrid& grid = *ui.satisekrani1;
     if (grid.rows() == 2) {
-        mesaj(QStringLiteral("ONCE_SATIS_YAP"), MessageBoxStyle::ok, QString());
+        mesaj(u"ONCE_SATIS_YAP"_s, MessageBoxStyle::ok, QString());
         giveFocus(*ui.barkod);
         return;
     }

@@ -11,13 +11,15 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype overflowingTotal = 26;  // characters
 constexpr int largestCounter = 32767;       // 16 bits, and the count goes one past the last row
 
 const QString& nothing() {
-    static const QString text = QStringLiteral("0,00");
+    static const QString text = u"0,00"_s;
     return text;
 }
 
@@ -26,7 +28,7 @@ const QString& nothing() {
 void satisekrani::toplamhesapla() {
     VSFlexGrid& grid = *ui.satisekrani1;
     if (grid.rows() - 1 >= largestCounter)
-        throw RuntimeError(RuntimeError::overflow, QStringLiteral("Overflow"));
+        throw RuntimeError(RuntimeError::overflow, u"Overflow"_s);
     // The sum is built from line totals that are rounded already, and is rounded again at each addition.
     QString total = nothing();
     for (int row = 1; row < grid.rows(); ++row) {
@@ -39,7 +41,7 @@ void satisekrani::toplamhesapla() {
     if (length >= overflowingTotal) {
         satistemizle();
         ui.toplam->setCaption(nothing());
-        mesaj(QStringLiteral("BASAMAK_LIMIT"), MessageBoxStyle::ok, QString());
+        mesaj(u"BASAMAK_LIMIT"_s, MessageBoxStyle::ok, QString());
         return;
     }
     ui.toplam->setCaption(total);

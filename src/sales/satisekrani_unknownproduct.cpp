@@ -10,6 +10,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype longestName = 50;
@@ -38,7 +40,7 @@ void satisekrani::connectUnknownProduct() {
                   {ui.urunbulunamadikapat, &satisekrani::urunbulunamadikapat_click},
                   {ui.urunbuunamadikaydet, &satisekrani::urunbuunamadikaydet_click}});
     connect(ui.urunsatisi, &QLineEdit::textChanged, this, &satisekrani::urunsatisi_change);
-    pressKeys(QStringLiteral("bununamayanurunfiyat"), &satisekrani::bununamayanurunfiyat_click);
+    pressKeys(u"bununamayanurunfiyat"_s, &satisekrani::bununamayanurunfiyat_click);
     new KeyFilter(*ui.urunbuunamadibeklet, [this](int key) { urunbuunamadibeklet_keydown(key); }, {});
     new KeyFilter(*ui.urunadi, {}, capitalOf);
     new KeyFilter(*ui.urunsatisi, {}, onlyCharacters(u",0123456789"));
@@ -54,7 +56,7 @@ void satisekrani::showUnknownProduct() {
 }
 
 void satisekrani::urunbuunamadibeklet_click() {
-    mesaj(QStringLiteral("URUN_KAYIT_YOK"), MessageBoxStyle::cancelTryContinue, QString());
+    mesaj(u"URUN_KAYIT_YOK"_s, MessageBoxStyle::cancelTryContinue, QString());
 }
 
 void satisekrani::urunbuunamadibeklet_keydown(int key) {
@@ -73,12 +75,12 @@ void satisekrani::urunsatisi_change() {
 
 void satisekrani::bununamayanurunfiyat_click(int index) {
     // The clearing key too writes its caption: that is no number, so that the field empties itself.
-    ui.urunsatisi->setText(ui.urunsatisi->text() + panelKey(QStringLiteral("bununamayanurunfiyat"), index));
+    ui.urunsatisi->setText(ui.urunsatisi->text() + panelKey(u"bununamayanurunfiyat"_s, index));
 }
 
 void satisekrani::urunbuunamadikaydet_click() {
     if (ui.urunsatisi->text().isEmpty()) {
-        mesaj(QStringLiteral("SATIS_FIYATI_GIR"), MessageBoxStyle::ok, QStringLiteral("    "));
+        mesaj(u"SATIS_FIYATI_GIR"_s, MessageBoxStyle::ok, u"    "_s);
         giveFocus(*ui.urunsatisi);
         return;
     }
@@ -103,16 +105,16 @@ void satisekrani::urunbuunamadikaydet_click() {
 void satisekrani::createProduct() {
     urunkayitkapat();
     kayitkapat();
-    urunkayit.open(QStringLiteral(" select * from urunler"), baglanti());
+    urunkayit.open(u" select * from urunler"_s, baglanti());
     urunkayit.addNew();
-    urunkayit.setField(QStringLiteral("barkod"), ui.bulunulamayaurun->text());
+    urunkayit.setField(u"barkod"_s, ui.bulunulamayaurun->text());
     const QString name = storedName(ui.urunadi->text());
-    urunkayit.setField(QStringLiteral("urun"), name);
+    urunkayit.setField(u"urun"_s, name);
     ui.urunadi->setText(name);
     const double price = sayicevir(ui.urunsatisi->text());
-    urunkayit.setField(QStringLiteral("satis"), price);
-    urunkayit.setField(QStringLiteral("alis"), price);  // no margin until someone says what it cost
-    urunkayit.setField(QStringLiteral("stok"), QStringLiteral("1"));
+    urunkayit.setField(u"satis"_s, price);
+    urunkayit.setField(u"alis"_s, price);  // no margin until someone says what it cost
+    urunkayit.setField(u"stok"_s, u"1"_s);
     urunkayit.update();
     urunkayit.close();
 }

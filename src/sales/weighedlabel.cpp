@@ -5,6 +5,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype codeAt = 3;
@@ -14,7 +16,7 @@ constexpr qsizetype weightLength = 5;
 constexpr double gramsPerKilogram = 1000;
 
 [[noreturn]] void failByType() {
-    throw RuntimeError(RuntimeError::typeMismatch, QStringLiteral("Type mismatch"));
+    throw RuntimeError(RuntimeError::typeMismatch, u"Type mismatch"_s);
 }
 
 }  // namespace

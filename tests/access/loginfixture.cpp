@@ -9,14 +9,16 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString literal(const QVariant& value) {
     if (value.isNull())
-        return QStringLiteral("NULL");
+        return u"NULL"_s;
     if (value.typeId() != QMetaType::QString)
         return value.toString();
-    return u'\'' + value.toString().replace(u'\'', QStringLiteral("''")) + u'\'';
+    return u'\'' + value.toString().replace(u'\'', u"''"_s) + u'\'';
 }
 
 }  // namespace
@@ -32,12 +34,12 @@ LoginFixture::LoginFixture(const QString& password) {
 }
 
 void LoginFixture::addUser(const QString& name, const QVariant& sifre, const QVariant& yetki) {
-    run(QStringLiteral("INSERT INTO kullanici (personeladi, sifre, yetki) VALUES (%1, %2, %3)")
-            .arg(literal(name), literal(sifre), literal(yetki)));
+    run(u"INSERT INTO kullanici (personeladi, sifre, yetki) VALUES (%1, %2, %3)"_s.arg(
+        literal(name), literal(sifre), literal(yetki)));
 }
 
 void LoginFixture::makePasswordColumn(const QString& type) {
-    run(QStringLiteral("DROP TABLE kullanici"));
+    run(u"DROP TABLE kullanici"_s);
     run(u"CREATE TABLE kullanici (id INTEGER PRIMARY KEY AUTOINCREMENT, personeladi TEXT(50) COLLATE NOCASE, "
         u"sifre " +
         type + u", yetki TEXT(50) COLLATE NOCASE)");
@@ -92,8 +94,8 @@ bool LoginFixture::isLoggedIn() const {
 
 QVariant LoginFixture::storedPassword(const QString& name) const {
     const QList<QVariantList> found =
-        rows(QStringLiteral("SELECT sifre FROM kullanici WHERE personeladi = %1").arg(literal(name)));
-    return found.size() == 1 ? found.first().first() : QVariant(QStringLiteral("no single row"));
+        rows(u"SELECT sifre FROM kullanici WHERE personeladi = %1"_s.arg(literal(name)));
+    return found.size() == 1 ? found.first().first() : QVariant(u"no single row"_s);
 }
 
 QStringList entries(const QListWidget& list) {

@@ -11,6 +11,7 @@
 #include "runtests.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 /// The toolkit's own dialogs speak Turkish, and nothing else changes with it.
 class TestToolkitWords : public QObject {
@@ -25,22 +26,20 @@ private Q_SLOTS:
     void itsDialogsSpeakTurkish() {
         QColorDialog dialog;
         dialog.setOption(QColorDialog::DontUseNativeDialog);
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Renk Seç"));
+        QCOMPARE(dialog.windowTitle(), u"Renk Seç"_s);
         const auto* buttons = dialog.findChild<QDialogButtonBox*>();
         QVERIFY(buttons);
-        QCOMPARE(buttons->button(QDialogButtonBox::Ok)->text(), QStringLiteral("Tamam"));
-        QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), QStringLiteral("İptal"));
+        QCOMPARE(buttons->button(QDialogButtonBox::Ok)->text(), u"Tamam"_s);
+        QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), u"İptal"_s);
     }
 
     void boxesKeepOurWords_data() {
         addRows<BoxesKeepOurWordsRow>(
-            {{"ok", {0, QStringList{QStringLiteral("Tamam")}}},
-             {"ok, cancel", {1, QStringList{QStringLiteral("Tamam"), QStringLiteral("İptal")}}},
-             {"yes, no", {4, QStringList{QStringLiteral("Evet"), QStringLiteral("Hayır")}}},
-             {"retry, cancel", {5, QStringList{QStringLiteral("Yeniden dene"), QStringLiteral("İptal")}}},
-             {"cancel, try, go on",
-              {6, QStringList{QStringLiteral("İptal"), QStringLiteral("Yeniden dene"),
-                              QStringLiteral("Devam")}}}});
+            {{"ok", {0, QStringList{u"Tamam"_s}}},
+             {"ok, cancel", {1, QStringList{u"Tamam"_s, u"İptal"_s}}},
+             {"yes, no", {4, QStringList{u"Evet"_s, u"Hayır"_s}}},
+             {"retry, cancel", {5, QStringList{u"Yeniden dene"_s, u"İptal"_s}}},
+             {"cancel, try, go on", {6, QStringList{u"İptal"_s, u"Yeniden dene"_s, u"Devam"_s}}}});
     }
     void boxesKeepOurWords() {
         QFETCH(BoxesKeepOurWordsRow, row);
@@ -54,7 +53,7 @@ private Q_SLOTS:
                 shown << button->text();
             box->done(-1);
         });
-        messageBox(QStringLiteral("?"), row.style, QStringLiteral("Kovanix"));
+        messageBox(u"?"_s, row.style, u"Kovanix"_s);
         shown.sort();
         row.words.sort();
         QCOMPARE(shown, row.words);
@@ -64,8 +63,8 @@ private Q_SLOTS:
     void numbersStayAsTheyWere() {
         QCOMPARE(QLocale(), QLocale::system());
         QCOMPARE(QLocale().toString(1234.5), QLocale::system().toString(1234.5));
-        QCOMPARE(QString::number(1234.5), QStringLiteral("1234.5"));
-        QCOMPARE(QStringLiteral("%L1").arg(1234.5), QLocale::system().toString(1234.5));
+        QCOMPARE(QString::number(1234.5), u"1234.5"_s);
+        QCOMPARE(u"%L1"_s.arg(1234.5), QLocale::system().toString(1234.5));
         QCOMPARE(QApplication::layoutDirection(), Qt::LeftToRight);
     }
 };

@@ -8,6 +8,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The caption of a title bar begins at its left, where the bar's first colour has hardly begun to turn.
@@ -69,7 +71,7 @@ QString controlList(const QStringList& controls) {
         while (last + 1 < controls.size() && array(last + 1) == array(first) &&
                controls[first].contains(u'_'))
             ++last;
-        const QString joint = last > first + 1 ? QStringLiteral("` … `") : QStringLiteral("`, `");
+        const QString joint = last > first + 1 ? u"` … `"_s : u"`, `"_s;
         const QStringList ends =
             last > first ? QStringList{controls[first], controls[last]} : QStringList{controls[first]};
         parts.append(u'`' + ends.join(joint) + u'`');

@@ -10,6 +10,7 @@
 #include "salestest.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,8 +19,8 @@ class UrlOpener : public QObject {
     Q_OBJECT
 
 public:
-    UrlOpener() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
-    ~UrlOpener() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    UrlOpener() { QDesktopServices::setUrlHandler(u"file"_s, this, "open"); }
+    ~UrlOpener() override { QDesktopServices::unsetUrlHandler(u"file"_s); }
 
     QList<QUrl> opened;
 
@@ -52,7 +53,7 @@ public:
     }
 
 private:
-    QString startsFile() const { return m_starts.filePath(QStringLiteral("started")); }
+    QString startsFile() const { return m_starts.filePath(u"started"_s); }
 
     QTemporaryDir m_programs;
     QTemporaryDir m_starts;
@@ -155,7 +156,7 @@ private Q_SLOTS:
         QVERIFY(!page.contains(QRegularExpression("url\\((?!#)")));
         int links = 0;
         for (const QRegularExpressionMatch& link :
-             QRegularExpression(QStringLiteral("href=\"([^\"]*)\"")).globalMatch(page)) {
+             QRegularExpression(u"href=\"([^\"]*)\""_s).globalMatch(page)) {
             const QString target = link.captured(1);
             QVERIFY2(target.startsWith('#'), qPrintable(target));
             QVERIFY2(page.contains("id=\"" + target.mid(1) + '"'), qPrintable(target));

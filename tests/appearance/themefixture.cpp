@@ -9,6 +9,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The colour that a value names, blue byte first.
@@ -54,7 +56,7 @@ QString liveColour(const QWidget& control, const QString& property) {
     if (property == u"ForeColor")
         return foreColor(control).name();
     const QVariant value = control.property(property.toLatin1().constData());
-    return value.isValid() ? value.value<QColor>().name() : QStringLiteral("no such property");
+    return value.isValid() ? value.value<QColor>().name() : u"no such property"_s;
 }
 
 QStringList paletteDifferences(const QWidget& screen, int number) {
@@ -64,8 +66,7 @@ QStringList paletteDifferences(const QWidget& screen, int number) {
         if (value == u"-" || isBeyondTheQuickKeys(line.control))
             continue;
         const auto* control = screen.findChild<QWidget*>(line.control);
-        const QString shown =
-            control ? liveColour(*control, line.property) : QStringLiteral("no such control");
+        const QString shown = control ? liveColour(*control, line.property) : u"no such control"_s;
         if (shown != colourName(value))
             found.append(line.control + u'.' + line.property + u": " + shown + u" instead of " +
                          colourName(value));
@@ -93,7 +94,7 @@ void ThemeFixture::reload() {
 }
 
 Miniature& ThemeFixture::picture(int number) const {
-    return *themes().findChild<Miniature*>(QStringLiteral("resim%1").arg(number));
+    return *themes().findChild<Miniature*>(u"resim%1"_s.arg(number));
 }
 
 void ThemeFixture::pressPicture(int number) const {
@@ -101,11 +102,11 @@ void ThemeFixture::pressPicture(int number) const {
 }
 
 void ThemeFixture::expectQuestion(int answer) {
-    boxes.expect(QStringLiteral("Silme onayı"), QStringLiteral("TEMA AYARLANSIN MI?"), answer);
+    boxes.expect(u"Silme onayı"_s, u"TEMA AYARLANSIN MI?"_s, answer);
 }
 
 QString ThemeFixture::key(const QString& name) const {
-    return ayaroku(QStringLiteral("ayar"), name, ayardosyasi());
+    return ayaroku(u"ayar"_s, name, ayardosyasi());
 }
 
 QString ThemeFixture::colour(const QString& control, const QString& property) const {

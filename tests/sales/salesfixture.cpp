@@ -6,6 +6,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// What the keyboard goes to. Where a message box has closed, the screen below it is made active again, as a
@@ -19,11 +21,11 @@ QWidget& receiver() {
 }
 
 void addGoods(ShopFixture& shop) {
-    shop.addProduct(goods::bread, QStringLiteral("Köy Ekmeği"), 7, 10);
-    shop.addProduct(goods::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5);
-    shop.addProduct(goods::tea, QStringLiteral("Çay Bahçesi 5 kg"), 1000, 1234.5);
-    shop.addProduct(goods::bag, QStringLiteral("Poşet"), 0, 0, QVariant());
-    shop.addProduct(goods::tomatoes, QStringLiteral("Domates"), 30, 40, 100.0);
+    shop.addProduct(goods::bread, u"Köy Ekmeği"_s, 7, 10);
+    shop.addProduct(goods::milk, u"Tam Yağlı Süt 1 L"_s, 25, 32.5);
+    shop.addProduct(goods::tea, u"Çay Bahçesi 5 kg"_s, 1000, 1234.5);
+    shop.addProduct(goods::bag, u"Poşet"_s, 0, 0, QVariant());
+    shop.addProduct(goods::tomatoes, u"Domates"_s, 30, 40, 100.0);
 }
 
 }  // namespace

@@ -15,6 +15,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 BoxLook lookOf(const QMessageBox& box) {
@@ -96,12 +98,12 @@ void SalesTest::fillInUnknown(const QString& name, const QString& price) const {
 
 void SalesTest::loseDatabase() const {
     baglantikapat();
-    if (!QFile::rename(m_shop->databaseFile(), m_shop->file(QStringLiteral("elsewhere"))))
+    if (!QFile::rename(m_shop->databaseFile(), m_shop->file(u"elsewhere"_s)))
         qFatal("the database file can't be moved away");
 }
 
 void SalesTest::bringDatabaseBack() const {
-    if (!QFile::rename(m_shop->file(QStringLiteral("elsewhere")), m_shop->databaseFile()))
+    if (!QFile::rename(m_shop->file(u"elsewhere"_s), m_shop->databaseFile()))
         qFatal("the database file can't be moved back");
 }
 
@@ -125,8 +127,7 @@ QList<QVariantList> SalesTest::products(const QString& barcode) const {
 }
 
 QList<QVariantList> SalesTest::soldLines() const {
-    return m_shop->rows(
-        QStringLiteral("SELECT barkod, urun, adet, fiyat, alis, kar, toplam FROM satislar ORDER BY no"));
+    return m_shop->rows(u"SELECT barkod, urun, adet, fiyat, alis, kar, toplam FROM satislar ORDER BY no"_s);
 }
 
 QMap<QString, QString> SalesTest::texts(const QWidget* without) const {
@@ -139,9 +140,9 @@ QMap<QString, QString> SalesTest::texts(const QWidget* without) const {
     }
     for (int row = 0; row < grid().rows(); ++row) {
         for (int column = 0; column < grid().cols(); ++column)
-            found[QStringLiteral("cell %1/%2").arg(row).arg(column)] = grid().textMatrix(row, column);
+            found[u"cell %1/%2"_s.arg(row).arg(column)] = grid().textMatrix(row, column);
     }
-    found[QStringLiteral("current cell")] = QStringLiteral("%1/%2").arg(grid().row()).arg(grid().col());
+    found[u"current cell"_s] = u"%1/%2"_s.arg(grid().row()).arg(grid().col());
     return found;
 }
 

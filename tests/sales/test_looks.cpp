@@ -9,6 +9,7 @@
 #include "salestest.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 /// What the sales screen opens above itself, and what the themes make of it.
 class LooksTest : public SalesTest {
@@ -37,7 +38,7 @@ class LooksTest : public SalesTest {
         for (const ColorProperty property :
              {ColorProperty::backcolor1, ColorProperty::backcolor2, ColorProperty::backcolorpushed1,
               ColorProperty::backcolorpushed2})
-            face.append(colorOf(paletteColor(QStringLiteral("vkCommand5"), property, palette)));
+            face.append(colorOf(paletteColor(u"vkCommand5"_s, property, palette)));
         return face;
     }
 
@@ -145,9 +146,8 @@ private Q_SLOTS:
                             (row.tema.isEmpty() ? QByteArray() : "tema=" + row.tema + "\r\n"));
         unloadAllScreens();
         QCOMPARE(faceOf(*m_shop->ui().vkCommand5), paletteFace(Palette(row.palette)));
-        QCOMPARE(
-            m_shop->ui().toplam->forecolor(),
-            colorOf(paletteColor(QStringLiteral("toplam"), ColorProperty::forecolor, Palette(row.palette))));
+        QCOMPARE(m_shop->ui().toplam->forecolor(),
+                 colorOf(paletteColor(u"toplam"_s, ColorProperty::forecolor, Palette(row.palette))));
     }
 };
 

@@ -3,6 +3,7 @@
 #include "runtime/screenregistry.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 /// The quick-sale keys at load and at the press: what they show, what they sell, which page stands.
 class QuickSaleKeysTest : public QuickSaleTest {
@@ -59,7 +60,7 @@ private Q_SLOTS:
         ui().hizliurunadi->setText("yeni");
         press(*ui().kisayolkaydet);
         for (int page = 1; page <= 4; ++page)
-            QCOMPARE(ayar(QStringLiteral("%1hizliurun3").arg(page)), page == row.page ? "yeni" : "");
+            QCOMPARE(ayar(u"%1hizliurun3"_s.arg(page)), page == row.page ? "yeni" : "");
         QCOMPARE(item(3).caption(), "yeni");
     }
 

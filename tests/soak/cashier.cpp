@@ -14,6 +14,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype longestQuantity = 8;
@@ -244,7 +246,7 @@ void Cashier::addEntry() {
         m_announce(u"takes back " + ui.barkod->text());
         sendKey(Qt::Key_End);
         for (qsizetype left = ui.barkod->text().size(); left > 0; --left)
-            sendKey(Qt::Key_Backspace, QStringLiteral("\b"));
+            sendKey(Qt::Key_Backspace, u"\b"_s);
     });
     const Test inList = [this] { return atCounter() && ui.satisekrani1->hasFocus(); };
     add("scan past the barcode", 80, 0, inList, [this] { scan(unknownBarcode()); });
@@ -359,7 +361,7 @@ void Cashier::addLines() {
         const VSFlexGrid& grid = *ui.satisekrani1;
         const int row = m_random.between(0, std::min(grid.rows() - 1, 15));
         const int column = m_random.between(1, 5);
-        m_announce(QStringLiteral("presses the cell %1, %2").arg(row).arg(column));
+        m_announce(u"presses the cell %1, %2"_s.arg(row).arg(column));
         const QPoint middle = grid.cellRect(row, column).center();
         if (canPress(*grid.viewport(), middle))
             pressOn(*grid.viewport(), middle);
@@ -426,7 +428,7 @@ void Cashier::addSaleEnd() {
     // An empty ticket can be neither stored nor cancelled.
     const auto hasLines = [this] {
         const bool empty = m_deed.before.lines.isEmpty();
-        m_deed.box = empty ? QStringLiteral("ONCE_SATIS_YAP") : QString();
+        m_deed.box = empty ? u"ONCE_SATIS_YAP"_s : QString();
         return !empty;
     };
     both(Qt::Key_F1, ui.kaydet, 10, toBarcode, [=, this] { m_deed.stores = hasLines(); });

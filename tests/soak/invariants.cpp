@@ -15,6 +15,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double kurus = 0.01;
@@ -121,12 +123,11 @@ QString ticketFault(const Deed& deed, const TillView& after) {
     if (hasEmptied(deed)) {
         const bool empty = after.lines.isEmpty() && after.total == u"0,00" && after.cash == u"0,00" &&
                            after.change == u"0,00";
-        return empty ? QString() : QStringLiteral("the ticket and its amounts aren't empty");
+        return empty ? QString() : u"the ticket and its amounts aren't empty"_s;
     }
     const TillView& before = deed.before;
     if (deed.changesLine ? !oneLineDiffers(before.lines, after.lines) : before.lines != after.lines)
-        return QStringLiteral("the ticket's lines have changed: %1 before, %2 now")
-            .arg(before.lines.size())
+        return u"the ticket's lines have changed: %1 before, %2 now"_s.arg(before.lines.size())
             .arg(after.lines.size());
     if (!deed.changesCash && std::fabs(amount(before.cash) - amount(after.cash)) > kurus / 2 + 1e-9)
         return u"the cash was " + before.cash + u" and is " + after.cash;
@@ -144,7 +145,7 @@ QString ticketFault(const Deed& deed, const TillView& after) {
 QString focusFault(const Deed& deed, const satisekrani& till) {
     const QWidget* active = QApplication::activeWindow();
     const QWidget* focus = QApplication::focusWidget();
-    const QString place = focus ? focus->objectName() : QStringLiteral("nothing");
+    const QString place = focus ? focus->objectName() : u"nothing"_s;
     if (deed.toBarcode && active == &till && focus != till.ui.barkod)
         return u"the barcode hasn't got the focus back; it is in " + place;
     const bool usable = focus && focus->isVisible() && focus->isEnabled() && focus->window() == active;
@@ -170,11 +171,11 @@ QString windowFault(const QStringList& names) {
 QString valueFault(const satisekrani& till) {
     const auto in = [](int value, int last) { return value >= 0 && value <= last; };
     if (girisyetki != 1 || baglantidurumu != 1 || !semahazir || !in(till.eksiltme, 1))
-        return QStringLiteral("a value of the session, the connection or the cash is out of range");
-    const QStringList words{QString(), QStringLiteral("True"), QStringLiteral("False")};
+        return u"a value of the session, the connection or the cash is out of range"_s;
+    const QStringList words{QString(), u"True"_s, u"False"_s};
     if (!in(sonrenk, 2) || !in(kayitgetir1, 2) || !in(kaydedilenigetir, 1) || !in(toplamtemadegisken, 1) ||
         temasessiz || !words.contains(temakaydetme1))
-        return QStringLiteral("a value of the looks is out of range");
+        return u"a value of the looks is out of range"_s;
     return {};
 }
 

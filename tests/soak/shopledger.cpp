@@ -13,10 +13,12 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString connectionName = QStringLiteral("kovanix-soak");
-const QString productColumns = QStringLiteral("SELECT barkod, urun, alis, satis, stok FROM urunler ");
+const QString connectionName = u"kovanix-soak"_s;
+const QString productColumns = u"SELECT barkod, urun, alis, satis, stok FROM urunler "_s;
 constexpr qint64 all = 1'000'000'000'000;
 constexpr qsizetype labelCodeLength = 4;
 
@@ -33,11 +35,11 @@ QString textOf(const Product& product) {
 }  // namespace
 
 ShopLedger::ShopLedger(const QString& file, const QString& password)
-    : m_database(QSqlDatabase::addDatabase(
-          password.isEmpty() ? QStringLiteral("QSQLITE") : QStringLiteral("QSQLCIPHER"), connectionName)) {
+    : m_database(
+          QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, connectionName)) {
     m_database.setDatabaseName(file);
     m_database.setPassword(password);
-    m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+    m_database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
     if (m_database.open())
         readShop();
     else
@@ -68,8 +70,8 @@ QString ShopLedger::text(const QString& sql) {
 }
 
 void ShopLedger::readShop() {
-    query(QStringLiteral("PRAGMA cache_size = 10"));  // pages: what the soak keeps in memory isn't the till's
-    m_version = text(QStringLiteral("PRAGMA data_version"));
+    query(u"PRAGMA cache_size = 10"_s);  // pages: what the soak keeps in memory isn't the till's
+    m_version = text(u"PRAGMA data_version"_s);
     for (QSqlQuery rows = query(productColumns + u"ORDER BY no"); rows.next();) {
         const Product product = productOf(rows);
         if (knows(product.barcode))
@@ -77,9 +79,9 @@ void ShopLedger::readShop() {
         add(product);
     }
     if (m_barcodes.isEmpty())
-        m_trouble = QStringLiteral("the shop has no product that a scanner can bring");
+        m_trouble = u"the shop has no product that a scanner can bring"_s;
     m_rows = rowsUpTo(all);
-    m_lastRow = text(QStringLiteral("SELECT max(no) FROM satislar")).toLongLong();
+    m_lastRow = text(u"SELECT max(no) FROM satislar"_s).toLongLong();
     m_otherTables = otherTables();
 }
 
@@ -99,19 +101,17 @@ void ShopLedger::add(const Product& product) {
 /// How many rows the sales have up to that number, and what they sum up to.
 QString ShopLedger::rowsUpTo(qint64 number) {
     return text(
-        QStringLiteral("SELECT count(*) || ' rows of ' || total(adet) || ' pieces at ' || total(fiyat) "
-                       "|| ', ' || total(toplam) || ' lira in all, bought at ' || total(alis) || "
-                       "', profit ' || total(kar) || ', stored again ' || total(satis) "
-                       "FROM satislar WHERE no <= %1")
-            .arg(number));
+        u"SELECT count(*) || ' rows of ' || total(adet) || ' pieces at ' || total(fiyat) "
+        u"|| ', ' || total(toplam) || ' lira in all, bought at ' || total(alis) || "
+        u"', profit ' || total(kar) || ', stored again ' || total(satis) "
+        u"FROM satislar WHERE no <= %1"_s.arg(number));
 }
 
 /// The number of rows of every table beside the products and the sales.
 QMap<QString, QString> ShopLedger::otherTables() {
     QMap<QString, QString> counts;
-    for (QSqlQuery rows =
-             query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT "
-                                  "IN ('urunler', 'satislar') AND name NOT LIKE 'sqlite_%'"));
+    for (QSqlQuery rows = query(u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT "
+                                u"IN ('urunler', 'satislar') AND name NOT LIKE 'sqlite_%'"_s);
          rows.next();) {
         const QString name = rows.value(0).toString();
         counts.insert(name, text(u"SELECT count(*) FROM " + name));
@@ -132,10 +132,9 @@ QString ShopLedger::saleFault(const QList<TicketLine>& lines) {
     m_linesStored += int(lines.size());
     if (const QString earlier = rowsUpTo(m_lastRow); earlier != m_rows)
         return u"the sales stored earlier were " + m_rows + u" and are " + earlier;
-    QSqlQuery rows =
-        query(QStringLiteral("SELECT no, barkod, urun, adet, fiyat, alis, toplam, kar, satis FROM "
-                             "satislar WHERE no > %1 ORDER BY no")
-                  .arg(m_lastRow));
+    QSqlQuery rows = query(
+        u"SELECT no, barkod, urun, adet, fiyat, alis, toplam, kar, satis FROM "
+        u"satislar WHERE no > %1 ORDER BY no"_s.arg(m_lastRow));
     for (const TicketLine& line : lines) {
         if (!rows.next())
             return u"no row was stored for " + line.barcode + u' ' + line.name;
@@ -160,7 +159,7 @@ QString ShopLedger::saleFault(const QList<TicketLine>& lines) {
         product.largest = std::max({product.largest, quantity, std::fabs(product.stock)});
     }
     if (rows.next())
-        return QStringLiteral("more rows are stored than the ticket had lines");
+        return u"more rows are stored than the ticket had lines"_s;
     m_rows = rowsUpTo(all);
     for (const TicketLine& line : lines) {
         QSqlQuery row = query(productColumns + u"WHERE barkod = ?", line.barcode);
@@ -184,7 +183,7 @@ QString ShopLedger::wholeFault() {
             return wrong;
     }
     if (count != m_products.size())
-        return QStringLiteral("%1 products are in the file, %2 should be").arg(count).arg(m_products.size());
+        return u"%1 products are in the file, %2 should be"_s.arg(count).arg(m_products.size());
     if (const QString rows = rowsUpTo(all); rows != m_rows)
         return u"the sales should be " + m_rows + u" and are " + rows;
     const QMap<QString, QString> others = otherTables();
@@ -192,11 +191,11 @@ QString ShopLedger::wholeFault() {
         if (m_otherTables.value(table.key()) != table.value())
             return u"the table " + table.key() + u" has " + table.value() + u" rows now";
     }
-    return others.size() == m_otherTables.size() ? m_trouble : QStringLiteral("a table is gone");
+    return others.size() == m_otherTables.size() ? m_trouble : u"a table is gone"_s;
 }
 
 QString ShopLedger::fault(const Deed& deed) {
-    const QString version = text(QStringLiteral("PRAGMA data_version"));
+    const QString version = text(u"PRAGMA data_version"_s);
     const bool written = std::exchange(m_version, version) != version;
     if (deed.made) {
         ++m_productsMade;

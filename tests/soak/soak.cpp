@@ -23,6 +23,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::size_t remembered = 20;   // actions
@@ -37,7 +39,7 @@ qint64 residentMemory() {
     QPixmapCache::clear();
     QFont::cleanup();
     malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
@@ -67,7 +69,7 @@ Soak::Soak(SoakPlan plan, BoxAnswers& boxes, QObject* parent)
     });
     for (const WindowRow& row : m_plan.windows)
         m_names.append(row.name);
-    m_names.append(QStringLiteral("satisekrani"));
+    m_names.append(u"satisekrani"_s);
     setThemeBeep([] {});
 }
 
@@ -137,9 +139,9 @@ bool Soak::isSettling() {
     if (!active)
         activateTopmost(till);
     if (m_settleDeadline.hasExpired())
-        breakOff(!arrived ? QStringLiteral("the other screen doesn't come to the front, or doesn't go")
-                 : QApplication::activeModalWidget() ? QStringLiteral("a box or dialog stays open")
-                                                     : QStringLiteral("nothing has the focus"));
+        breakOff(!arrived ? u"the other screen doesn't come to the front, or doesn't go"_s
+                 : QApplication::activeModalWidget() ? u"a box or dialog stays open"_s
+                                                     : u"nothing has the focus"_s);
     return true;
 }
 
@@ -164,7 +166,7 @@ QString Soak::fault() {
 /// One receipt for each sale that is printed, none for any other action.
 QString Soak::receiptFault() {
     QDir folder(m_plan.receipts);
-    const QFileInfoList printed = folder.entryInfoList({QStringLiteral("*.pdf")}, QDir::Files);
+    const QFileInfoList printed = folder.entryInfoList({u"*.pdf"_s}, QDir::Files);
     if (printed.size() != (m_deed->prints ? 1 : 0))
         return QString::number(printed.size()) + u" receipts were printed";
     if (!m_deed->prints)
@@ -172,7 +174,7 @@ QString Soak::receiptFault() {
     ++m_receipts;
     const QString text = screen<satisekrani>().ui.Text33->text();
     if (printed.constFirst().size() == 0 || !text.contains(u"TOPLAM TUTAR  :\t" + m_deed->before.total))
-        return QStringLiteral("the receipt lacks the total");
+        return u"the receipt lacks the total"_s;
     folder.remove(printed.constFirst().fileName());
     return {};
 }
@@ -203,7 +205,7 @@ QString Soak::memoryText() const {
 void Soak::breakOff(const QString& fault) {
     if (fault.isEmpty() || m_ended)
         return;
-    m_fault = QString(fault).replace(u'\n', QStringLiteral("\\n"));
+    m_fault = QString(fault).replace(u'\n', u"\\n"_s);
     end();
 }
 
@@ -225,14 +227,13 @@ QStringList Soak::report() const {
     }
     const QStringList never = m_cashier->neverMade();
     const auto kinds = m_cashier->kinds() - never.size();
-    return {
-        QString::asprintf("soak: %d actions of %lld kinds, seed %llu, %.1f s: everything held", m_number,
-                          kinds, m_plan.seed, m_seconds),
-        QString::asprintf("  %d sales of %d lines, %d receipts, %d products made, %d boxes answered",
-                          m_ledger->sales(), m_ledger->linesStored(), m_receipts, m_ledger->productsMade(),
-                          m_boxes.answered() - m_boxesBefore),
-        u"  memory " + memoryText(),
-        u"  never made: " + (never.isEmpty() ? QStringLiteral("none") : never.join(QStringLiteral(", ")))};
+    return {QString::asprintf("soak: %d actions of %lld kinds, seed %llu, %.1f s: everything held", m_number,
+                              kinds, m_plan.seed, m_seconds),
+            QString::asprintf("  %d sales of %d lines, %d receipts, %d products made, %d boxes answered",
+                              m_ledger->sales(), m_ledger->linesStored(), m_receipts,
+                              m_ledger->productsMade(), m_boxes.answered() - m_boxesBefore),
+            u"  memory " + memoryText(),
+            u"  never made: " + (never.isEmpty() ? u"none"_s : never.join(u", "_s))};
 }
 
 }  // namespace kovanix

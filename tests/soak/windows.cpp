@@ -15,6 +15,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 Screen* front() {
@@ -59,7 +61,7 @@ QWidget* keyWith(QChar character) {
 
 const std::vector<WindowRow>& knownWindows() {
     using enum WindowRow::Gesture;
-    const QString sales = QStringLiteral("satisekrani");
+    const QString sales = u"satisekrani"_s;
     // Left alone: the calculator and the manual of the menu, which start other programs, and the total's
     // colour dialogs.
     static const std::vector<WindowRow> rows{

@@ -9,15 +9,16 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int patience = 20000;  // milliseconds, for what another process does
 
-const QString serverPrograms = QStringLiteral("/usr/lib/cups/daemon");
+const QString serverPrograms = u"/usr/lib/cups/daemon"_s;
 
 QString findServer() {
-    return QStandardPaths::findExecutable(QStringLiteral("cupsd"),
-                                          {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/local/sbin")});
+    return QStandardPaths::findExecutable(u"cupsd"_s, {u"/usr/sbin"_s, u"/usr/local/sbin"_s});
 }
 
 bool write(const QString& path, const QString& text, QFile::Permissions permissions) {
@@ -27,12 +28,11 @@ bool write(const QString& path, const QString& text, QFile::Permissions permissi
 }
 
 QString backend() {
-    return QStringLiteral(
-        "#!/bin/sh\n"
-        "[ $# -ge 5 ] || exit 0\n"
-        "folder=${DEVICE_URI#keep:}\n"
-        "printf '%s' \"$3\" >\"$folder/$1.title\" || exit 1\n"
-        "cat ${6:+\"$6\"} >\"$folder/$1.part\" && mv \"$folder/$1.part\" \"$folder/$1.pdf\"\n");
+    return u"#!/bin/sh\n"
+           u"[ $# -ge 5 ] || exit 0\n"
+           u"folder=${DEVICE_URI#keep:}\n"
+           u"printf '%s' \"$3\" >\"$folder/$1.title\" || exit 1\n"
+           u"cat ${6:+\"$6\"} >\"$folder/$1.part\" && mv \"$folder/$1.part\" \"$folder/$1.pdf\"\n"_s;
 }
 
 }  // namespace
@@ -47,9 +47,9 @@ CupsServer::~CupsServer() {
 
 QString CupsServer::missing() {
     if (findServer().isEmpty())
-        return QStringLiteral("no CUPS server on this machine (package cups-daemon)");
-    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
-        return QStringLiteral("no pdftotext on this machine (package poppler-utils)");
+        return u"no CUPS server on this machine (package cups-daemon)"_s;
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
+        return u"no pdftotext on this machine (package poppler-utils)"_s;
     return {};
 }
 
@@ -71,7 +71,7 @@ bool CupsServer::start() {
 QStringList CupsServer::jobs() const {
     const QDir printed(path("printed"));
     QStringList files;
-    for (const QString& name : printed.entryList({QStringLiteral("*.pdf")}, QDir::Files, QDir::Name))
+    for (const QString& name : printed.entryList({u"*.pdf"_s}, QDir::Files, QDir::Name))
         files << printed.filePath(name);
     return files;
 }
@@ -82,38 +82,32 @@ QByteArray CupsServer::log() const {
 }
 
 QString CupsServer::configuration() const {
-    return QStringLiteral(
-               "Listen %1\nLogLevel info\nMaxLogSize 0\nBrowsing Off\nWebInterface No\nDefaultAuthType "
-               "None\n"
-               "<Location />\nOrder deny,allow\nAllow all\n</Location>\n"
-               "<Policy default>\nJobPrivateAccess all\nJobPrivateValues none\n"
-               "<Limit All>\nOrder deny,allow\nAllow all\n</Limit>\n</Policy>\n")
-        .arg(socket());
+    return u"Listen %1\nLogLevel info\nMaxLogSize 0\nBrowsing Off\nWebInterface No\nDefaultAuthType "
+           u"None\n"
+           u"<Location />\nOrder deny,allow\nAllow all\n</Location>\n"
+           u"<Policy default>\nJobPrivateAccess all\nJobPrivateValues none\n"
+           u"<Limit All>\nOrder deny,allow\nAllow all\n</Limit>\n</Policy>\n"_s.arg(socket());
 }
 
 QString CupsServer::files() const {
-    return QStringLiteral(
-               "ServerRoot %1\nStateDir %1/state\nCacheDir %1/cache\nTempDir %1/temp\nRequestRoot "
-               "%1/spool\n"
-               "ServerBin %1/bin\nDataDir /usr/share/cups\nAccessLog %1/log/access\nErrorLog "
-               "%1/log/error\n"
-               "PageLog %1/log/page\nSandboxing relaxed\n")
-        .arg(m_dir.path());
+    return u"ServerRoot %1\nStateDir %1/state\nCacheDir %1/cache\nTempDir %1/temp\nRequestRoot "
+           u"%1/spool\n"
+           u"ServerBin %1/bin\nDataDir /usr/share/cups\nAccessLog %1/log/access\nErrorLog "
+           u"%1/log/error\n"
+           u"PageLog %1/log/page\nSandboxing relaxed\n"_s.arg(m_dir.path());
 }
 
 QString CupsServer::queues() const {
-    const QString queue = QStringLiteral(
-        "<%1 %2>\nDeviceURI keep:%3/printed\nState Idle\nAccepting %4\nShared No\nJobSheets none none\n"
-        "OpPolicy default\nErrorPolicy abort-job\n</%1>\n");
-    return queue.arg(QStringLiteral("DefaultPrinter"), QStringLiteral("Kasa"), m_dir.path(),
-                     QStringLiteral("Yes")) +
-           queue.arg(QStringLiteral("Printer"), QStringLiteral("Kapali"), m_dir.path(), QStringLiteral("No"));
+    const QString queue =
+        u"<%1 %2>\nDeviceURI keep:%3/printed\nState Idle\nAccepting %4\nShared No\nJobSheets none none\n"
+        u"OpPolicy default\nErrorPolicy abort-job\n</%1>\n"_s;
+    return queue.arg(u"DefaultPrinter"_s, u"Kasa"_s, m_dir.path(), u"Yes"_s) +
+           queue.arg(u"Printer"_s, u"Kapali"_s, m_dir.path(), u"No"_s);
 }
 
 bool CupsServer::run() {
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_process.start(findServer(), {QStringLiteral("-f"), QStringLiteral("-c"), path("cupsd.conf"),
-                                   QStringLiteral("-s"), path("cups-files.conf")});
+    m_process.start(findServer(), {u"-f"_s, u"-c"_s, path("cupsd.conf"), u"-s"_s, path("cups-files.conf")});
     const auto answers = [this] {
         QLocalSocket client;
         client.connectToServer(socket());
@@ -124,14 +118,14 @@ bool CupsServer::run() {
 
 QString pageText(const QString& file) {
     QProcess process;
-    process.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), file, QStringLiteral("-")});
+    process.start(u"pdftotext"_s, {u"-layout"_s, file, u"-"_s});
     return process.waitForFinished() ? QString::fromUtf8(process.readAllStandardOutput()) : QString();
 }
 
 QStringList textLines(QString text) {
     text.remove(QLatin1Char('\f'));
     QStringList result;
-    for (const QString& line : text.split(QRegularExpression(QStringLiteral("[\r\n]+")))) {
+    for (const QString& line : text.split(QRegularExpression(u"[\r\n]+"_s))) {
         if (!line.trimmed().isEmpty())
             result << line.simplified();
     }

@@ -16,6 +16,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int fingerHeight = 44;  // pixels at design size; scaled with the screen
@@ -59,14 +61,14 @@ QList<QSize> displays() {
 }
 
 QList<std::pair<QString, QString>> hostileTexts() {
-    return {{QStringLiteral("apostrophes"), QStringLiteral("'; DROP TABLE urunler;--''")},
-            {QStringLiteral("percent signs"), QStringLiteral("%_%1%n%%")},
-            {QStringLiteral("brackets"), QStringLiteral("[*]{}(]<b>")},
-            {QStringLiteral("10,000 characters"), QStringLiteral("ab'%[").repeated(2000)},
-            {QStringLiteral("emoji"), QStringLiteral("🍞👩‍🌾")},
-            {QStringLiteral("right to left"), QStringLiteral("\u202Eשלום\u200F")},
-            {QStringLiteral("NUL"), QStringLiteral("a\0b").left(1) + QChar(u'\0') + u'b'},
-            {QStringLiteral("line breaks"), QStringLiteral("a\r\nb\nc\u2028d")}};
+    return {{u"apostrophes"_s, u"'; DROP TABLE urunler;--''"_s},
+            {u"percent signs"_s, u"%_%1%n%%"_s},
+            {u"brackets"_s, u"[*]{}(]<b>"_s},
+            {u"10,000 characters"_s, u"ab'%["_s.repeated(2000)},
+            {u"emoji"_s, u"🍞👩‍🌾"_s},
+            {u"right to left"_s, u"\u202Eשלום\u200F"_s},
+            {u"NUL"_s, u"a\0b"_s.left(1) + QChar(u'\0') + u'b'},
+            {u"line breaks"_s, u"a\r\nb\nc\u2028d"_s}};
 }
 
 QStringList layoutFaults(const Screen& screen) {
@@ -94,7 +96,7 @@ QStringList layoutFaults(const Screen& screen) {
         places.append({name, place});
     }
     if (places.isEmpty() && container)
-        faults.append(QStringLiteral("nothing to see"));
+        faults.append(u"nothing to see"_s);
     return faults;
 }
 

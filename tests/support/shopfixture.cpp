@@ -20,15 +20,16 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 /// A connection that the code under test doesn't know.
 class ShopFixture::SecondConnection {
 public:
     SecondConnection(const QString& file, const QString& password) : m_inode(inodeOf(file)) {
-        m_database = QSqlDatabase::addDatabase(
-            password.isEmpty() ? QStringLiteral("QSQLITE") : QStringLiteral("QSQLCIPHER"), name());
+        m_database = QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, name());
         m_database.setDatabaseName(file);
         m_database.setPassword(password);
-        m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+        m_database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
         if (!m_database.open())
             qFatal("check connection: %s", qUtf8Printable(m_database.lastError().text()));
     }
@@ -57,7 +58,7 @@ public:
     bool isOf(const QString& file) const { return m_inode == inodeOf(file); }
 
 private:
-    static QString name() { return QStringLiteral("check"); }
+    static QString name() { return u"check"_s; }
     static ino_t inodeOf(const QString& file) {
         struct stat status {};
         return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_ino : 0;
@@ -98,7 +99,7 @@ void ShopFixture::makeDatabase(const QString& password, const QByteArray& bytes)
         qFatal("no database file");
     m_password = password;
     if (!password.isEmpty())
-        ayaryaz(QStringLiteral("ayar"), QStringLiteral("dbpass"), password, ayardosyasi());
+        ayaryaz(u"ayar"_s, u"dbpass"_s, password, ayardosyasi());
 }
 
 void ShopFixture::openShop(const QString& password, Stock stock) {
@@ -122,20 +123,19 @@ void ShopFixture::openShop(const QString& password, Stock stock) {
 
 void ShopFixture::addProduct(const QString& barcode, const QString& name, double purchase, double sale,
                              const QVariant& stock) {
-    run(QStringLiteral(
-            "INSERT INTO urunler (barkod, urun, alis, satis, stok) VALUES ('%1', '%2', %3, %4, %5)")
-            .arg(sqlmetin(barcode), sqlmetin(name), sqlsayi(purchase), sqlsayi(sale),
-                 stock.isNull() ? QStringLiteral("NULL") : sqlsayi(stock.toDouble())));
+    run(u"INSERT INTO urunler (barkod, urun, alis, satis, stok) VALUES ('%1', '%2', %3, %4, %5)"_s.arg(
+        sqlmetin(barcode), sqlmetin(name), sqlsayi(purchase), sqlsayi(sale),
+        stock.isNull() ? u"NULL"_s : sqlsayi(stock.toDouble())));
 }
 
 void ShopFixture::writeConfig(const QByteArray& bytes) const {
-    QFile config(file(QStringLiteral("Kovanix.config")));
+    QFile config(file(u"Kovanix.config"_s));
     if (!config.open(QIODevice::WriteOnly) || config.write(bytes) != bytes.size())
         qFatal("no configuration file");
 }
 
 QByteArray ShopFixture::config() const {
-    return bytesOf(file(QStringLiteral("Kovanix.config")));
+    return bytesOf(file(u"Kovanix.config"_s));
 }
 
 QList<QVariantList> ShopFixture::rows(const QString& sql) const {
@@ -150,7 +150,7 @@ QMap<QString, QList<QVariantList>> ShopFixture::tables() const {
     const auto connection = second();
     QMap<QString, QList<QVariantList>> dump;
     for (const QVariantList& name :
-         connection->rows(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name")))
+         connection->rows(u"SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"_s))
         dump[name.at(0).toString()] = connection->rows(u"SELECT * FROM \"" + name.at(0).toString() + u'"');
     return dump;
 }
@@ -160,8 +160,7 @@ QMap<QString, QList<QVariantList>> ShopFixture::tables() const {
 std::shared_ptr<const ShopFixture::SecondConnection> ShopFixture::second() const {
     const bool keep = !m_password.isEmpty() && baglanti().isOpen();
     if (keep && m_second && m_second->isOf(databaseFile())) {
-        m_second->rows(
-            QStringLiteral("SELECT count(*) FROM sqlite_master"));  // or it keeps to the old tables
+        m_second->rows(u"SELECT count(*) FROM sqlite_master"_s);  // or it keeps to the old tables
         return m_second;
     }
     m_second.reset();

@@ -16,6 +16,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool isRoot() {
@@ -41,35 +43,33 @@ QProcessEnvironment tillEnvironment() {
     for (const char* variable : {"KOVANIX_FOLDER", "KOVANIX_PRINTER", "KOVANIX_DRIVE_C", "PRINTER", "LPDEST",
                                  "CUPS_SERVER", "DISPLAY", "WAYLAND_DISPLAY", "XDG_ACTIVATION_TOKEN"})
         environment.remove(QString::fromLatin1(variable));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
     // No server: a test that prints names its own.
-    environment.insert(QStringLiteral("CUPS_SERVER"), QStringLiteral("/nonexistent/cups.sock"));
+    environment.insert(u"CUPS_SERVER"_s, u"/nonexistent/cups.sock"_s);
     return environment;
 }
 
 QStringList asOrdinaryUser() {
     if (!isRoot())
         return {};
-    return {QStringLiteral("setpriv"), QStringLiteral("--reuid=nobody"), QStringLiteral("--regid=nogroup"),
-            QStringLiteral("--clear-groups"), QStringLiteral("--")};
+    return {u"setpriv"_s, u"--reuid=nobody"_s, u"--regid=nogroup"_s, u"--clear-groups"_s, u"--"_s};
 }
 
 QString ordinaryUserTrouble() {
     if (!isRoot())
         return {};
-    if (QStandardPaths::findExecutable(QStringLiteral("setpriv")).isEmpty())
-        return QStringLiteral("no setpriv here to start a program as another user with");
-    const Outcome outcome = runProgram(
-        asOrdinaryUser() + QStringList{QStringLiteral("test"), QStringLiteral("-x"), kovanixProgram()});
+    if (QStandardPaths::findExecutable(u"setpriv"_s).isEmpty())
+        return u"no setpriv here to start a program as another user with"_s;
+    const Outcome outcome = runProgram(asOrdinaryUser() + QStringList{u"test"_s, u"-x"_s, kovanixProgram()});
     if (outcome.ended && outcome.status == 0)
         return {};
-    return QStringLiteral("an ordinary user can't reach the build folder");
+    return u"an ordinary user can't reach the build folder"_s;
 }
 
 bool someTillAnswers() {
     QLocalSocket socket;
     socket.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
-    socket.connectToServer(QStringLiteral("Global\\KovanixSingleInstance2026"));
+    socket.connectToServer(u"Global\\KovanixSingleInstance2026"_s);
     if (!socket.waitForConnected(1000))
         return false;
     socket.write("raise\n");
@@ -145,19 +145,18 @@ Outcome Program::finish() {
 
 ClosedShop::ClosedShop(const QString& password) {
     openShop(password, [](ShopFixture& shop) {
-        shop.addProduct(shelf::bread, QStringLiteral("Köy Ekmeği"), 7, 10, shelf::startStock);
-        shop.addProduct(shelf::milk, QStringLiteral("Tam Yağlı Süt 1 L"), 25, 32.5, shelf::startStock);
-        shop.addProduct(shelf::tomatoes, QStringLiteral("Domates"), 30, 40, shelf::startStock);
+        shop.addProduct(shelf::bread, u"Köy Ekmeği"_s, 7, 10, shelf::startStock);
+        shop.addProduct(shelf::milk, u"Tam Yağlı Süt 1 L"_s, 25, 32.5, shelf::startStock);
+        shop.addProduct(shelf::tomatoes, u"Domates"_s, 30, 40, shelf::startStock);
         // The first of the list, who logs in with Enter alone.
-        shop.run(QStringLiteral(
-            "INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', '', 'Yönetici')"));
+        shop.run(u"INSERT INTO kullanici (personeladi, sifre, yetki) VALUES ('Ayşe', '', 'Yönetici')"_s);
     });
     baglantikapat();
 }
 
 QString ClosedShop::script(const QStringList& lines) const {
     static int serial = 0;
-    QFile script(file(QStringLiteral("script-%1.replay").arg(++serial)));
+    QFile script(file(u"script-%1.replay"_s.arg(++serial)));
     const QByteArray text = (lines.join(u'\n') + u'\n').toUtf8();
     if (!script.open(QIODevice::WriteOnly) || script.write(text) != text.size())
         qFatal("no script");
@@ -166,13 +165,11 @@ QString ClosedShop::script(const QStringList& lines) const {
 
 QStringList ClosedShop::replay(const QStringList& lines, const QString& elsewhere) const {
     const QString on = elsewhere.isEmpty() ? folder() : elsewhere;
-    return {
-        replayProgram(), QStringLiteral("--sales"), QStringLiteral("--boxes"), QStringLiteral("--folder"), on,
-        script(lines)};
+    return {replayProgram(), u"--sales"_s, u"--boxes"_s, u"--folder"_s, on, script(lines)};
 }
 
 QStringList ClosedShop::till() const {
-    return {kovanixProgram(), QStringLiteral("--folder"), folder()};
+    return {kovanixProgram(), u"--folder"_s, folder()};
 }
 
 void ClosedShop::openToEveryone() const {
@@ -189,7 +186,7 @@ QVariant ClosedShop::value(const QString& sql) const {
 }
 
 double ClosedShop::stock(const QString& barcode) const {
-    return value(QStringLiteral("SELECT stok FROM urunler WHERE barkod = '%1'").arg(barcode)).toDouble();
+    return value(u"SELECT stok FROM urunler WHERE barkod = '%1'"_s.arg(barcode)).toDouble();
 }
 
 }  // namespace kovanix

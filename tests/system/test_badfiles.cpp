@@ -11,17 +11,18 @@
 #include "runtests.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString ok = QStringLiteral("answer Tamam");
-const QString waitForMending = QStringLiteral("pause");
-const QString waiting = QStringLiteral("waiting");
-const QString sayWaiting = QStringLiteral("say ") + waiting;
-const QString sell = QStringLiteral("key F1");
+const QString ok = u"answer Tamam"_s;
+const QString waitForMending = u"pause"_s;
+const QString waiting = u"waiting"_s;
+const QString sayWaiting = u"say "_s + waiting;
+const QString sell = u"key F1"_s;
 
 QString scanOf(const QString& barcode) {
-    return QStringLiteral("scan ") + barcode;
+    return u"scan "_s + barcode;
 }
 
 /// The box of a file that doesn't open, with the engine's words.
@@ -30,10 +31,10 @@ QString openBox(const QString& path, const QString& words) {
 }
 
 // "baılantısı" is how the till spells it.
-const QString screenBox = QStringLiteral("box Hata: Veritabanı baılantısı kurulamadı: ");
-const QString notReadyBox = QStringLiteral("critical box Hata: Veritabanı baılantısı kurulamadı");
+const QString screenBox = u"box Hata: Veritabanı baılantısı kurulamadı: "_s;
+const QString notReadyBox = u"critical box Hata: Veritabanı baılantısı kurulamadı"_s;
 
-QString commitBox(const QString& words, const QString& source = QStringLiteral("satislar")) {
+QString commitBox(const QString& words, const QString& source = u"satislar"_s) {
     return u"critical box Hata: Satış kaydedilemedi: " + words + u" - " + source;
 }
 
@@ -68,13 +69,12 @@ public:
     explicit SmallDisk(const QString& folder) : m_folder(folder) {
         QDir().mkpath(folder);
         const Outcome outcome =
-            runProgram({QStringLiteral("mount"), QStringLiteral("-t"), QStringLiteral("tmpfs"),
-                        QStringLiteral("-o"), QStringLiteral("size=2m"), QStringLiteral("tmpfs"), folder});
+            runProgram({u"mount"_s, u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=2m"_s, u"tmpfs"_s, folder});
         m_mounted = outcome.ended && outcome.status == 0;
     }
     ~SmallDisk() {
         if (m_mounted)
-            runProgram({QStringLiteral("umount"), m_folder});
+            runProgram({u"umount"_s, m_folder});
     }
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
@@ -101,14 +101,14 @@ private:
 };
 
 int storedRows(const ClosedShop& shop) {
-    return shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt();
+    return shop.value(u"SELECT count(*) FROM satislar"_s).toInt();
 }
 
 /// Stores a sale of before, in a file that is still good.
 void sellOnce(const ClosedShop& shop) {
-    shop.run(QStringLiteral(
-        "INSERT INTO satislar (tarih, barkod, urun, adet, fiyat, alis, kar, toplam, satis) VALUES "
-        "('2026-05-02 10:00:00', 'eski', 'Eski Satış', 1, 10, 7, 3, 10, 3)"));
+    shop.run(
+        u"INSERT INTO satislar (tarih, barkod, urun, adet, fiyat, alis, kar, toplam, satis) VALUES "
+        u"('2026-05-02 10:00:00', 'eski', 'Eski Satış', 1, 10, 7, 3, 10, 3)"_s);
 }
 
 }  // namespace
@@ -133,32 +133,31 @@ private Q_SLOTS:
         const Step restore = [database](const ClosedShop& shop) { writeFile(database(shop), good); };
 
         QTest::newRow("a wrong password") << AFileThatDoesNotOpenRow{
-            QStringLiteral("gizli"),
-            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=baska\r\n"); }),
+            u"gizli"_s, Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=baska\r\n"); }),
             Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); }),
-            QStringLiteral("file is encrypted or is not a database"), true};
+            u"file is encrypted or is not a database"_s, true};
         QTest::newRow("a password that is missing") << AFileThatDoesNotOpenRow{
-            QStringLiteral("gizli"), Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
+            u"gizli"_s, Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
             Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\nmdbparola=gizli\r\n"); }),
-            QStringLiteral("file is not a database"), true};
+            u"file is not a database"_s, true};
         QTest::newRow("a password for a plain file") << AFileThatDoesNotOpenRow{
             QString(), Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); }),
             Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
-            QStringLiteral("file is encrypted or is not a database"), true};
+            u"file is encrypted or is not a database"_s, true};
         QTest::newRow("a damaged file")
             << AFileThatDoesNotOpenRow{QString(), Step([database](const ClosedShop& shop) {
                                            good = readFile(database(shop));
                                            writeFile(database(shop), QByteArray(good.size(), '#'));
                                        }),
-                                       restore, QStringLiteral("file is not a database"), true};
-        QTest::newRow("a damaged file with a password") << AFileThatDoesNotOpenRow{
-            QStringLiteral("gizli"), Step([database](const ClosedShop& shop) {
-                good = readFile(database(shop));
-                QByteArray bad = good;
-                bad.replace(100, 50, QByteArray(50, '#'));
-                writeFile(database(shop), bad);
-            }),
-            restore, QStringLiteral("file is encrypted or is not a database"), true};
+                                       restore, u"file is not a database"_s, true};
+        QTest::newRow("a damaged file with a password")
+            << AFileThatDoesNotOpenRow{u"gizli"_s, Step([database](const ClosedShop& shop) {
+                                           good = readFile(database(shop));
+                                           QByteArray bad = good;
+                                           bad.replace(100, 50, QByteArray(50, '#'));
+                                           writeFile(database(shop), bad);
+                                       }),
+                                       restore, u"file is encrypted or is not a database"_s, true};
         QTest::newRow("a damaged catalogue") << AFileThatDoesNotOpenRow{
             QString(), Step([database](const ClosedShop& shop) {
                 good = readFile(database(shop));
@@ -166,16 +165,16 @@ private Q_SLOTS:
                 bad.replace(100, 3000, QByteArray(3000, '#'));  // the first page behind the file's header
                 writeFile(database(shop), bad);
             }),
-            restore, QStringLiteral("database disk image is malformed"), true};
-        QTest::newRow("a missing file") << AFileThatDoesNotOpenRow{
-            QString(), Step([database](const ClosedShop& shop) {
-                QFile::rename(database(shop), shop.file(QStringLiteral("elsewhere")));
-            }),
-            Step([database](const ClosedShop& shop) {
-                QVERIFY2(QFile::rename(shop.file(QStringLiteral("elsewhere")), database(shop)),
-                         "the till has made a file of its own");
-            }),
-            QStringLiteral("unable to open database file"), false};
+            restore, u"database disk image is malformed"_s, true};
+        QTest::newRow("a missing file")
+            << AFileThatDoesNotOpenRow{QString(), Step([database](const ClosedShop& shop) {
+                                           QFile::rename(database(shop), shop.file(u"elsewhere"_s));
+                                       }),
+                                       Step([database](const ClosedShop& shop) {
+                                           QVERIFY2(QFile::rename(shop.file(u"elsewhere"_s), database(shop)),
+                                                    "the till has made a file of its own");
+                                       }),
+                                       u"unable to open database file"_s, false};
     }
 
     void aFileThatDoesNotOpen() {
@@ -190,18 +189,17 @@ private Q_SLOTS:
         if (row.found)
             expected.prepend(open);
         const qsizetype atStart = row.found ? 3 : 2;
-        const QStringList steps =
-            QStringList(atStart, ok) + QStringList{sayWaiting,
-                                                   ok,
-                                                   ok,
-                                                   scanOf(shelf::bread),
-                                                   QStringLiteral("expect barkod ") + shelf::bread,
-                                                   sayWaiting,
-                                                   waitForMending,
-                                                   QStringLiteral("key Return"),
-                                                   QStringLiteral("expect toplam 10,00"),
-                                                   QStringLiteral("cell 1 1 ") + shelf::bread,
-                                                   sell};
+        const QStringList steps = QStringList(atStart, ok) + QStringList{sayWaiting,
+                                                                         ok,
+                                                                         ok,
+                                                                         scanOf(shelf::bread),
+                                                                         u"expect barkod "_s + shelf::bread,
+                                                                         sayWaiting,
+                                                                         waitForMending,
+                                                                         u"key Return"_s,
+                                                                         u"expect toplam 10,00"_s,
+                                                                         u"cell 1 1 "_s + shelf::bread,
+                                                                         sell};
         Program till(shop.replay(steps));
         QVERIFY2(till.waitForLine(waiting, 2), qPrintable(till.lines().join(u'\n')));
         QCOMPARE(till.lines(), expected);
@@ -213,14 +211,14 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 0);
         QCOMPARE(till.lines(), expected);
         QCOMPARE(storedRows(shop), 2);
-        QCOMPARE(shop.value(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
     }
 
     void aFileThatIsDamagedBehindItsCatalogue() {
         const ClosedShop shop;
         sellOnce(shop);
         const QByteArray good = readFile(shop.databaseFile());
-        const int pageSize = shop.value(QStringLiteral("PRAGMA page_size")).toInt();
+        const int pageSize = shop.value(u"PRAGMA page_size"_s).toInt();
         QByteArray bad = good;
         for (qsizetype at = pageSize; at < bad.size(); at += pageSize)
             bad.replace(at, 100, QByteArray(100, '#'));
@@ -242,14 +240,13 @@ private Q_SLOTS:
         QElapsedTimer clock;
         QStringList boxes;
         {
-            const Lock lock(shop.databaseFile(), {QStringLiteral("PRAGMA journal_mode=DELETE"),
-                                                  QStringLiteral("BEGIN EXCLUSIVE")});
+            const Lock lock(shop.databaseFile(), {u"PRAGMA journal_mode=DELETE"_s, u"BEGIN EXCLUSIVE"_s});
             clock.start();
             Program till(shop.replay({ok, ok, ok, sayWaiting}));
             QVERIFY(till.waitForLine(waiting));
             boxes = till.lines();
         }
-        const QString open = openBox(shop.databaseFile(), QStringLiteral("database is locked"));
+        const QString open = openBox(shop.databaseFile(), u"database is locked"_s);
         QCOMPARE(boxes, (QStringList{open, open, screenBox, waiting}));
         QVERIFY2(clock.elapsed() >= 2 * 4500, "the till didn't wait for the lock");
         QCOMPARE(storedRows(shop), 1);
@@ -258,19 +255,18 @@ private Q_SLOTS:
     void aFileThatIsLockedAtTheCommit() {
         const ClosedShop shop;
         Program till(shop.replay({scanOf(shelf::bread), scanOf(shelf::milk), sayWaiting, waitForMending, ok,
-                                  sell, QStringLiteral("expect toplam 42,50"), sayWaiting, waitForMending,
-                                  sell, QStringLiteral("expect toplam 0,00"), scanOf(shelf::milk), sell}));
+                                  sell, u"expect toplam 42,50"_s, sayWaiting, waitForMending, sell,
+                                  u"expect toplam 0,00"_s, scanOf(shelf::milk), sell}));
         QVERIFY(till.waitForLine(waiting));
         QElapsedTimer clock;
         {
-            const Lock lock(shop.databaseFile(), {QStringLiteral("BEGIN IMMEDIATE")});
+            const Lock lock(shop.databaseFile(), {u"BEGIN IMMEDIATE"_s});
             clock.start();
             till.goOn();
             QVERIFY(till.waitForLine(waiting, 2));
             QVERIFY2(clock.elapsed() >= 4500, "the till didn't wait for the lock");
         }
-        QCOMPARE(till.lines(),
-                 (QStringList{waiting, commitBox(QStringLiteral("database is locked")), waiting}));
+        QCOMPARE(till.lines(), (QStringList{waiting, commitBox(u"database is locked"_s), waiting}));
         QCOMPARE(storedRows(shop), 0);
         till.goOn();
         const Outcome outcome = till.finish();
@@ -286,7 +282,7 @@ private Q_SLOTS:
         Program till(shop.replay({scanOf(shelf::bread), sayWaiting, waitForMending, sayWaiting, sell}));
         QVERIFY(till.waitForLine(waiting));
         {
-            const Lock lock(shop.databaseFile(), {QStringLiteral("BEGIN IMMEDIATE")});
+            const Lock lock(shop.databaseFile(), {u"BEGIN IMMEDIATE"_s});
             till.goOn();
             QVERIFY(till.waitForLine(waiting, 2));
         }
@@ -298,8 +294,8 @@ private Q_SLOTS:
 
     void aFolderThatCanOnlyBeRead_data() {
         QTest::addColumn<QString>("journal");
-        QTest::newRow("with a rollback journal") << QStringLiteral("DELETE");
-        QTest::newRow("with a write-ahead log") << QStringLiteral("WAL");
+        QTest::newRow("with a rollback journal") << u"DELETE"_s;
+        QTest::newRow("with a write-ahead log") << u"WAL"_s;
     }
 
     void aFolderThatCanOnlyBeRead() {
@@ -310,18 +306,12 @@ private Q_SLOTS:
         sellOnce(shop);
         shop.run(u"PRAGMA journal_mode=" + journal);
         const bool opens = journal == u"DELETE";
-        const QString open =
-            openBox(shop.databaseFile(), QStringLiteral("attempt to write a readonly database"));
-        const QString failure = commitBox(QStringLiteral("attempt to write a readonly database"));
-        const QStringList steps = opens ? QStringList{scanOf(shelf::bread),
-                                                      ok,
-                                                      sell,
-                                                      QStringLiteral("expect toplam 10,00"),
-                                                      ok,
-                                                      sell,
-                                                      QStringLiteral("expect toplam 10,00"),
-                                                      sayWaiting}
-                                        : QStringList{ok, ok, ok, ok, ok, scanOf(shelf::bread), sayWaiting};
+        const QString open = openBox(shop.databaseFile(), u"attempt to write a readonly database"_s);
+        const QString failure = commitBox(u"attempt to write a readonly database"_s);
+        const QStringList steps =
+            opens ? QStringList{scanOf(shelf::bread),     ok,        sell, u"expect toplam 10,00"_s, ok, sell,
+                                u"expect toplam 10,00"_s, sayWaiting}
+                  : QStringList{ok, ok, ok, ok, ok, scanOf(shelf::bread), sayWaiting};
         const QStringList command = asOrdinaryUser() + shop.replay(steps);
         const QStringList expected = opens ? QStringList{failure, failure, waiting}
                                            : QStringList{open, open, screenBox, open, notReadyBox, waiting};
@@ -346,15 +336,15 @@ private Q_SLOTS:
     void aFullDisk_data() {
         QTest::addColumn<QString>("password");
         QTest::newRow("a plain file") << QString();
-        QTest::newRow("a file with a password") << QStringLiteral("gizli");
+        QTest::newRow("a file with a password") << u"gizli"_s;
     }
 
     void aFullDisk() {
         QFETCH(QString, password);
-        const QString stays = QStringLiteral("expect toplam 10,00");
+        const QString stays = u"expect toplam 10,00"_s;
         const ClosedShop shop(password);
         sellOnce(shop);
-        const SmallDisk disk(shop.file(QStringLiteral("disk")));
+        const SmallDisk disk(shop.file(u"disk"_s));
         if (!disk.isMounted())
             QSKIP("mounting a small disk is refused here");
         const QString folder = disk.folder();
@@ -366,13 +356,13 @@ private Q_SLOTS:
         // Nothing has been written since the start: the log has no room of its own yet to write into.
         Program till(shop.replay(
             {scanOf(shelf::bread), sayWaiting, waitForMending, ok, sell, stays, ok, sell, stays, sayWaiting,
-             waitForMending, sell, QStringLiteral("expect toplam 0,00"), scanOf(shelf::milk), sell},
+             waitForMending, sell, u"expect toplam 0,00"_s, scanOf(shelf::milk), sell},
             folder));
         QVERIFY(till.waitForLine(waiting));
         disk.fill();
         till.goOn();
         QVERIFY(till.waitForLine(waiting, 2));
-        const QString failure = commitBox(QStringLiteral("database or disk is full"));
+        const QString failure = commitBox(u"database or disk is full"_s);
         QCOMPARE(till.lines(), (QStringList{waiting, failure, failure, waiting}));
         disk.clear();
         till.goOn();
@@ -383,7 +373,7 @@ private Q_SLOTS:
 
         QVERIFY(QFile::remove(shop.databaseFile()) && QFile::copy(database, shop.databaseFile()));
         QVERIFY(!QFile::exists(database + u"-wal"));
-        QCOMPARE(shop.value(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
         QCOMPARE(storedRows(shop), 3);
         QCOMPARE(shop.stock(shelf::bread), shelf::startStock - 1);
         QCOMPARE(shop.stock(shelf::milk), shelf::startStock - 1);
@@ -392,7 +382,7 @@ private Q_SLOTS:
     void aDiskThatIsFullAtTheStart() {
         const ClosedShop shop;
         sellOnce(shop);
-        const SmallDisk disk(shop.file(QStringLiteral("disk")));
+        const SmallDisk disk(shop.file(u"disk"_s));
         if (!disk.isMounted())
             QSKIP("mounting a small disk is refused here");
         const QString folder = disk.folder();
@@ -407,8 +397,8 @@ private Q_SLOTS:
             shop.replay({ok, ok, ok, sayWaiting, waitForMending, scanOf(shelf::bread), sell}, folder));
         QVERIFY(till.waitForLine(waiting));
         // Which of its two words the engine has depends on what it finds no room for first.
-        const QString full = openBox(folder + u"/kovanix.data", QStringLiteral("database or disk is full"));
-        const QString failed = openBox(folder + u"/kovanix.data", QStringLiteral("disk I/O error"));
+        const QString full = openBox(folder + u"/kovanix.data", u"database or disk is full"_s);
+        const QString failed = openBox(folder + u"/kovanix.data", u"disk I/O error"_s);
         const QString open = till.lines().value(0) == full ? full : failed;
         QCOMPARE(till.lines(), (QStringList{open, open, screenBox, waiting}));
         QCOMPARE(readFile(config), settings);

@@ -10,6 +10,7 @@
 #include "script.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class DemoTest : public QObject {
     Q_OBJECT
@@ -17,19 +18,19 @@ class DemoTest : public QObject {
 private Q_SLOTS:
     void theScriptPlaysOnTheDemoShop() {
         QTemporaryDir place;
-        const QString folder = place.filePath(QStringLiteral("shop"));
-        const QString output = place.filePath(QStringLiteral("replay"));
-        const QString receipts = place.filePath(QStringLiteral("receipts"));
+        const QString folder = place.filePath(u"shop"_s);
+        const QString output = place.filePath(u"replay"_s);
+        const QString receipts = place.filePath(u"receipts"_s);
 
-        const Outcome made = runProgram({demoShopProgram(), QStringLiteral("--folder"), folder});
+        const Outcome made = runProgram({demoShopProgram(), u"--folder"_s, folder});
         QCOMPARE(made.errors, QString());
         QCOMPARE(made.status, 0);
 
         QProcessEnvironment environment = tillEnvironment();
-        environment.insert(QStringLiteral("KOVANIX_PRINTER"), u"pdf:" + receipts);
-        const Outcome played = runProgram({replayProgram(), QStringLiteral("--folder"), folder,
-                                           QStringLiteral("--output"), output, QStringLiteral(DEMO_SCRIPT)},
-                                          environment);
+        environment.insert(u"KOVANIX_PRINTER"_s, u"pdf:" + receipts);
+        const Outcome played = runProgram(
+            {replayProgram(), u"--folder"_s, folder, u"--output"_s, output, QStringLiteral(DEMO_SCRIPT)},
+            environment);
         QCOMPARE(played.errors, QString());
         QCOMPARE(played.status, 0);
 
@@ -57,7 +58,7 @@ private Q_SLOTS:
             }
         }
         QVERIFY(pictures > 0 && printed > 0 && tables > 0);
-        const QFileInfoList pages = QDir(receipts).entryInfoList({QStringLiteral("*.pdf")}, QDir::Files);
+        const QFileInfoList pages = QDir(receipts).entryInfoList({u"*.pdf"_s}, QDir::Files);
         QCOMPARE(pages.size(), printed);
         for (const QFileInfo& page : pages)
             QVERIFY(page.size() > 0);

@@ -15,14 +15,15 @@
 #include "virtualdisplay.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int soon = 10000;  // milliseconds
 
-const QString closeTitle = QStringLiteral("Program kapatma");
-const QString closeText = QStringLiteral("PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?");
-const QString infoTitle = QStringLiteral("Bilgi");
+const QString closeTitle = u"Program kapatma"_s;
+const QString closeText = u"PROGRAMI KAPATMAK İSTEDİĞİNİZE EMİNMİSİNİZ?"_s;
+const QString infoTitle = u"Bilgi"_s;
 
 bool hasKeyboard(const QWidget& control) {
     return QApplication::focusWidget() == &control && control.isActiveWindow();
@@ -69,22 +70,22 @@ private Q_SLOTS:
     void theKeyboardIsInBarkodAtTheStart() {
         QTRY_VERIFY(hasKeyboard(*ui().barkod));
         // What is typed on the keyboard arrives there.
-        typeKeys(QStringLiteral("12a3"));
-        QTRY_COMPARE(ui().barkod->text(), QStringLiteral("123"));
+        typeKeys(u"12a3"_s);
+        QTRY_COMPARE(ui().barkod->text(), u"123"_s);
     }
 
     void aScanBecomesALine() {
         typeKeys(goods::milk + u'\n');
         QTRY_COMPARE(m_shop->lines(), 1);
         QCOMPARE(m_shop->line(1).first(), goods::milk);
-        QCOMPARE(m_shop->toplam(), QStringLiteral("32,50"));
+        QCOMPARE(m_shop->toplam(), u"32,50"_s);
     }
 
     void fOneStoresTheSale() {
         typeKeys(goods::bread + u'\n');
-        pressKeys({QStringLiteral("F1")});
+        pressKeys({u"F1"_s});
         QTRY_COMPARE(m_shop->lines(), 0);
-        QCOMPARE(m_shop->rows(QStringLiteral("SELECT barkod, adet FROM satislar")),
+        QCOMPARE(m_shop->rows(u"SELECT barkod, adet FROM satislar"_s),
                  (QList<QVariantList>{{goods::bread, 1.0}}));
         QVERIFY(hasKeyboard(*ui().barkod));
     }
@@ -128,8 +129,7 @@ private Q_SLOTS:
     }
 
     void leavingTheFinderGivesTheKeyboardBack_data() {
-        addRows<QString>(
-            {{"Escape", QStringLiteral("Escape")}, {"the window's X", QStringLiteral("alt+F4")}});
+        addRows<QString>({{"Escape", u"Escape"_s}, {"the window's X", u"alt+F4"_s}});
     }
     void leavingTheFinderGivesTheKeyboardBack() {
         QFETCH(const QString, row);
@@ -148,31 +148,29 @@ private Q_SLOTS:
                 shop.ui().kapat->click();
             });
         };
-        const QString escape = QStringLiteral("Escape");
-        const QString enter = QStringLiteral("Return");
+        const QString escape = u"Escape"_s;
+        const QString enter = u"Return"_s;
         // The activation procedure would have moved it to barkod.
         QTest::newRow("to ver2, by Escape") << AClosedBoxGivesTheKeyboardBackRow{
             pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }), closeTitle, closeText,
-            escape, QStringLiteral("ver2")};
+            escape, u"ver2"_s};
         QTest::newRow("to ver2, by Enter") << AClosedBoxGivesTheKeyboardBackRow{
             pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.ver2; }), closeTitle, closeText,
-            enter, QStringLiteral("ver2")};
+            enter, u"ver2"_s};
         QTest::newRow("to adet, by Escape") << AClosedBoxGivesTheKeyboardBackRow{
             pressKapat([](const Ui::satisekrani& ui) -> QWidget* { return ui.adet; }), closeTitle, closeText,
-            escape, QStringLiteral("adet")};
+            escape, u"adet"_s};
         QTest::newRow("to barkod after F9") << AClosedBoxGivesTheKeyboardBackRow{
-            Step([](SalesFixture&) { pressKeys({QStringLiteral("F9")}); }), closeTitle, closeText, enter,
-            QStringLiteral("barkod")};
-        QTest::newRow("to barkod after F1 on an empty ticket") << AClosedBoxGivesTheKeyboardBackRow{
-            Step([](SalesFixture&) { pressKeys({QStringLiteral("F1")}); }), infoTitle,
-            QStringLiteral("önce satış yapın"), QStringLiteral("space"), QStringLiteral("barkod")};
+            Step([](SalesFixture&) { pressKeys({u"F9"_s}); }), closeTitle, closeText, enter, u"barkod"_s};
+        QTest::newRow("to barkod after F1 on an empty ticket")
+            << AClosedBoxGivesTheKeyboardBackRow{Step([](SalesFixture&) { pressKeys({u"F1"_s}); }), infoTitle,
+                                                 u"önce satış yapın"_s, u"space"_s, u"barkod"_s};
         QTest::newRow("to barkod from a quantity of nine digits") << AClosedBoxGivesTheKeyboardBackRow{
             Step([](SalesFixture& shop) {
                 giveFocus(*shop.ui().adet);
-                typeKeys(QStringLiteral("123456789"));
+                typeKeys(u"123456789"_s);
             }),
-            infoTitle, QStringLiteral("Adet miktarı 8 basamaktan fazla olamaz"), enter,
-            QStringLiteral("barkod")};
+            infoTitle, u"Adet miktarı 8 basamaktan fazla olamaz"_s, enter, u"barkod"_s};
     }
 
     void aClosedBoxGivesTheKeyboardBack() {
@@ -207,9 +205,9 @@ private Q_SLOTS:
             // No.
             typeKeys(goods::bread);
             stayedOpen = QApplication::activeModalWidget() != nullptr;
-            pressKeys({QStringLiteral("Return")});
+            pressKeys({u"Return"_s});
         });
-        pressKeys({QStringLiteral("F9")});
+        pressKeys({u"F9"_s});
         QTRY_COMPARE(m_shop->boxes.answered(), 1);
         QTRY_VERIFY(hasKeyboard(*ui().barkod));
         QVERIFY(stayedOpen);
@@ -220,7 +218,7 @@ private Q_SLOTS:
     void fTenHidesAndTheNextStartBringsBack() {
         typeKeys(goods::bread + u'\n');
         QTRY_COMPARE(m_shop->lines(), 1);
-        pressKeys({QStringLiteral("F10")});
+        pressKeys({u"F10"_s});
         QTRY_VERIFY(sales().isMinimized());
         QTRY_VERIFY(!sales().isActiveWindow());
         raiseApplication();

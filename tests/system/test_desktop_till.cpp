@@ -8,28 +8,28 @@
 #include "virtualdisplay.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int soon = 10000;  // milliseconds
 
-const QString question = QStringLiteral("Program kapatma");
+const QString question = u"Program kapatma"_s;
 
 /// The process whose window the display's keyboard goes to; 0 when there is none.
 qint64 activeProcess() {
-    return xdotool({QStringLiteral("getwindowfocus"), QStringLiteral("-f"), QStringLiteral("getwindowpid")})
-        .toLongLong();
+    return xdotool({u"getwindowfocus"_s, u"-f"_s, u"getwindowpid"_s}).toLongLong();
 }
 
 /// The title of the window that the display's keyboard goes to.
 QString activeTitle() {
-    return xdotool({QStringLiteral("getwindowfocus"), QStringLiteral("-f"), QStringLiteral("getwindowname")});
+    return xdotool({u"getwindowfocus"_s, u"-f"_s, u"getwindowname"_s});
 }
 
 /// How many windows of a process stand on the display.
 qsizetype visibleWindows(const Program& program) {
-    const QString found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                   QStringLiteral("--pid"), QString::number(program.id())});
+    const QString found =
+        xdotool({u"search"_s, u"--onlyvisible"_s, u"--pid"_s, QString::number(program.id())});
     return found.isEmpty() ? 0 : found.count(u'\n') + 1;
 }
 
@@ -47,14 +47,14 @@ public:
         if (!QTest::qWaitFor([this] { return activeProcess() == id(); }, soon))
             qFatal("the till (%lld, %s) doesn't become active: the keyboard is with \"%s\" (%lld)", id(),
                    isRunning() ? "running" : "ended", qPrintable(activeTitle()), activeProcess());
-        pressKeys({QStringLiteral("Return")});
-        if (!QTest::qWaitFor([] { return activeTitle() == QStringLiteral("Kovanix Satis"); }, soon))
+        pressKeys({u"Return"_s});
+        if (!QTest::qWaitFor([] { return activeTitle() == u"Kovanix Satis"_s; }, soon))
             qFatal("no login: the keyboard is with \"%s\"", qPrintable(activeTitle()));
     }
 };
 
 int storedRows(const ClosedShop& shop) {
-    return shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt();
+    return shop.value(u"SELECT count(*) FROM satislar"_s).toInt();
 }
 
 }  // namespace
@@ -79,14 +79,14 @@ private Q_SLOTS:
         const ClosedShop shop;
         ShownTill till(shop);
         typeKeys(shelf::bread + u'\n');
-        pressKeys({QStringLiteral("F1")});
+        pressKeys({u"F1"_s});
         QTRY_COMPARE_WITH_TIMEOUT(storedRows(shop), 1, soon);
     }
 
     void theNextStartBringsBackAMinimisedTill() {
         const ClosedShop shop;
         ShownTill till(shop);
-        pressKeys({QStringLiteral("F10")});
+        pressKeys({u"F10"_s});
         QTRY_COMPARE_WITH_TIMEOUT(visibleWindows(till), 0, soon);
 
         const Outcome next = runProgram(shop.till(), displayEnvironment());
@@ -96,7 +96,7 @@ private Q_SLOTS:
         QCOMPARE(visibleWindows(till), 1);
         // And it sells at once.
         typeKeys(shelf::bread + u'\n');
-        pressKeys({QStringLiteral("F1")});
+        pressKeys({u"F1"_s});
         QTRY_COMPARE_WITH_TIMEOUT(storedRows(shop), 1, soon);
     }
 
@@ -111,7 +111,7 @@ private Q_SLOTS:
         const ClosedShop shop;
         ShownTill till(shop);
         if (asking) {
-            pressKeys({QStringLiteral("F9")});
+            pressKeys({u"F9"_s});
             QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == question, soon);
         }
         const QString title = activeTitle();
@@ -127,16 +127,15 @@ private Q_SLOTS:
     }
 
     void theQuestionAtTheEnd_data() {
-        const QStringList yes{QStringLiteral("Left"), QStringLiteral("space")};
-        const QStringList no{QStringLiteral("Return")};
-        const QStringList escape{QStringLiteral("Escape")};
-        addRows<TheQuestionAtTheEndRow>(
-            {{"F9 and Yes", {QStringLiteral("F9"), yes, true}},
-             {"F9 and No", {QStringLiteral("F9"), no, false}},
-             {"F9 and Escape", {QStringLiteral("F9"), escape, false}},
-             {"the close request and Yes", {QStringLiteral("alt+F4"), yes, true}},
-             {"the close request and No", {QStringLiteral("alt+F4"), no, true}},
-             {"the close request and Escape", {QStringLiteral("alt+F4"), escape, true}}});
+        const QStringList yes{u"Left"_s, u"space"_s};
+        const QStringList no{u"Return"_s};
+        const QStringList escape{u"Escape"_s};
+        addRows<TheQuestionAtTheEndRow>({{"F9 and Yes", {u"F9"_s, yes, true}},
+                                         {"F9 and No", {u"F9"_s, no, false}},
+                                         {"F9 and Escape", {u"F9"_s, escape, false}},
+                                         {"the close request and Yes", {u"alt+F4"_s, yes, true}},
+                                         {"the close request and No", {u"alt+F4"_s, no, true}},
+                                         {"the close request and Escape", {u"alt+F4"_s, escape, true}}});
     }
 
     void theQuestionAtTheEnd() {
@@ -152,7 +151,7 @@ private Q_SLOTS:
         if (!row.ends) {
             QTRY_COMPARE_WITH_TIMEOUT(visibleWindows(till), 1, soon);
             QTRY_COMPARE_WITH_TIMEOUT(activeProcess(), till.id(), soon);
-            pressKeys({QStringLiteral("F1")});
+            pressKeys({u"F1"_s});
             QTRY_COMPARE_WITH_TIMEOUT(storedRows(shop), 1, soon);
             return;
         }
@@ -166,15 +165,15 @@ private Q_SLOTS:
     void anUncaughtFailure() {
         const ClosedShop shop;
         ShownTill till(shop);
-        typeKeys(QStringLiteral("2700012\n"));
+        typeKeys(u"2700012\n"_s);
         QTRY_COMPARE_WITH_TIMEOUT(visibleWindows(till), 2, soon);
-        QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == QStringLiteral("Kovanix"), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == u"Kovanix"_s, soon);
         QVERIFY(till.isRunning());
-        pressKeys({QStringLiteral("Return")});
+        pressKeys({u"Return"_s});
         const Outcome outcome = till.finish();
         QVERIFY(outcome.ended);
         QCOMPARE(outcome.status, 1);
-        QCOMPARE(outcome.errors, QStringLiteral("13: Type mismatch\n"));
+        QCOMPARE(outcome.errors, u"13: Type mismatch\n"_s);
     }
 };
 

@@ -8,6 +8,7 @@
 #include "runtests.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class InstanceTest : public QObject {
     Q_OBJECT
@@ -47,7 +48,7 @@ private Q_SLOTS:
 
     void aSecondStartAsksTheFirstToComeToTheFront() {
         // The test holds the name itself, so that it hears what the second start says.
-        const SingleInstance held(QStringLiteral("Global\\KovanixSingleInstance2026"));
+        const SingleInstance held(u"Global\\KovanixSingleInstance2026"_s);
         QVERIFY(held.isFirst());
         QSignalSpy raised(&held, &SingleInstance::raiseRequested);
 
@@ -60,11 +61,11 @@ private Q_SLOTS:
     }
 
     void aSecondStartLeavesTheShopAlone() {
-        const SingleInstance held(QStringLiteral("Global\\KovanixSingleInstance2026"));
+        const SingleInstance held(u"Global\\KovanixSingleInstance2026"_s);
         QVERIFY(held.isFirst());
         QTemporaryDir place;
-        const QString folder = place.filePath(QStringLiteral("new"));
-        const Outcome second = runProgram({kovanixProgram(), QStringLiteral("--folder"), folder});
+        const QString folder = place.filePath(u"new"_s);
+        const Outcome second = runProgram({kovanixProgram(), u"--folder"_s, folder});
         QCOMPARE(second.status, 0);
         QVERIFY(!QFile::exists(folder));
     }

@@ -12,6 +12,7 @@
 #include "runtests.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,12 +20,11 @@ constexpr int rounds = 20;
 constexpr qsizetype mostSales = 25;  // reported before the kill is armed
 constexpr int longestDelay = 12000;  // microseconds from there: a few statements
 constexpr int commitsOfSale = 4;     // two rows, two updates of the stock
-const QString stored = QStringLiteral("stored");
+const QString stored = u"stored"_s;
 
 QStringList sellingForever() {
-    return {QStringLiteral("repeat 2000"),         QStringLiteral("scan ") + shelf::bread,
-            QStringLiteral("scan ") + shelf::milk, QStringLiteral("key F1"),
-            QStringLiteral("say ") + stored,       QStringLiteral("end")};
+    return {u"repeat 2000"_s, u"scan "_s + shelf::bread, u"scan "_s + shelf::milk,
+            u"key F1"_s,      u"say "_s + stored,        u"end"_s};
 }
 
 /// Lets the event loop run for that long.
@@ -48,9 +48,8 @@ struct Stored {
     double milkTaken = 0;
 
     explicit Stored(const ClosedShop& shop) {
-        const QString rows =
-            QStringLiteral("(SELECT count(*) FROM satislar WHERE adet = 1 AND barkod = '%1')");
-        const QString stock = QStringLiteral("(SELECT stok FROM urunler WHERE barkod = '%1')");
+        const QString rows = u"(SELECT count(*) FROM satislar WHERE adet = 1 AND barkod = '%1')"_s;
+        const QString stock = u"(SELECT stok FROM urunler WHERE barkod = '%1')"_s;
         const QVariantList found =
             shop.rows(u"SELECT " + rows.arg(shelf::bread) + u", " + rows.arg(shelf::milk) + u", " +
                       stock.arg(shelf::bread) + u", " + stock.arg(shelf::milk))
@@ -71,7 +70,7 @@ private Q_SLOTS:
     void nothingThatWasStoredIsLost_data() {
         QTest::addColumn<QString>("password");
         QTest::newRow("a plain file") << QString();
-        QTest::newRow("a file with a password") << QStringLiteral("gizli");
+        QTest::newRow("a file with a password") << u"gizli"_s;
     }
 
     void nothingThatWasStoredIsLost() {
@@ -93,21 +92,18 @@ private Q_SLOTS:
             const int reported = static_cast<int>(till.count(stored));
             QCOMPARE(till.lines().size(), reported);  // and no message box
 
-            QCOMPARE(shop.rows(QStringLiteral("PRAGMA integrity_check")),
-                     QList<QVariantList>{{QStringLiteral("ok")}});
+            QCOMPARE(shop.rows(u"PRAGMA integrity_check"_s), QList<QVariantList>{{u"ok"_s}});
             const Stored after(shop);
             const int bread = after.bread - before.bread;
             const int milk = after.milk - before.milk;
             const double breadTaken = after.breadTaken - before.breadTaken;
             const double milkTaken = after.milkTaken - before.milkTaken;
-            const QString found =
-                QStringLiteral("round %1: %2 reported; rows %3 and %4, stock taken %5 and %6")
-                    .arg(round)
-                    .arg(reported)
-                    .arg(bread)
-                    .arg(milk)
-                    .arg(breadTaken)
-                    .arg(milkTaken);
+            const QString found = u"round %1: %2 reported; rows %3 and %4, stock taken %5 and %6"_s.arg(round)
+                                      .arg(reported)
+                                      .arg(bread)
+                                      .arg(milk)
+                                      .arg(breadTaken)
+                                      .arg(milkTaken);
             // Every sale that was reported is whole, and at most one more was under way: its statements came
             // in the order bread's row, milk's row, bread's stock, milk's stock.
             const std::array<double, 5> steps{static_cast<double>(reported), milkTaken, breadTaken,

@@ -19,6 +19,7 @@
 #include "soak.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -93,7 +94,7 @@ class SoakTest : public QObject {
 private Q_SLOTS:
     void aThousandActionsHold() {
         const QTemporaryDir place;
-        const QString folder = place.filePath(QStringLiteral("shop"));
+        const QString folder = place.filePath(u"shop"_s);
         const Outcome made =
             runProgram({demoShopProgram(), "--folder", folder, "--products", "200", "--sales", "300"});
         QCOMPARE(made.status, 0);
@@ -108,12 +109,12 @@ private Q_SLOTS:
         // It did what a cashier does.
         const QByteArray report = outcome.output.toUtf8();
         QVERIFY2(report.startsWith("soak: 1000 actions of "), report.constData());
-        QVERIFY2(figure(QStringLiteral("of (\\d+) kinds")) >= 70, report.constData());
-        QVERIFY2(figure(QStringLiteral("(\\d+) sales of")) > 10, report.constData());
-        QVERIFY2(figure(QStringLiteral("sales of (\\d+) lines")) > 30, report.constData());
-        QVERIFY2(figure(QStringLiteral("(\\d+) receipts")) > 0, report.constData());
-        QVERIFY2(figure(QStringLiteral("(\\d+) products made")) > 0, report.constData());
-        QVERIFY2(figure(QStringLiteral("(\\d+) boxes")) > 10, report.constData());
+        QVERIFY2(figure(u"of (\\d+) kinds"_s) >= 70, report.constData());
+        QVERIFY2(figure(u"(\\d+) sales of"_s) > 10, report.constData());
+        QVERIFY2(figure(u"sales of (\\d+) lines"_s) > 30, report.constData());
+        QVERIFY2(figure(u"(\\d+) receipts"_s) > 0, report.constData());
+        QVERIFY2(figure(u"(\\d+) products made"_s) > 0, report.constData());
+        QVERIFY2(figure(u"(\\d+) boxes"_s) > 10, report.constData());
     }
 
     void whatTheFileDoesIsNoticed_data() {
@@ -170,7 +171,7 @@ private Q_SLOTS:
         // The last actions follow, the one that broke it at the end.
         const int number = match.captured(1).toInt();
         QCOMPARE(report.count(u'\n'), std::min<qsizetype>(number, remembered));
-        QCOMPARE(report.section(u'\n', -1), QStringLiteral("  %1 ").arg(number) + own.actions.constLast());
+        QCOMPARE(report.section(u'\n', -1), u"  %1 "_s.arg(number) + own.actions.constLast());
     }
 
     void equalSeedsMakeEqualActions() {
@@ -238,7 +239,7 @@ private Q_SLOTS:
         QVERIFY(!own.soak.held());
         // At once: no later action has been made.
         const QString expected =
-            QStringLiteral("soak: broken at action %1 of 1000, seed 1: ").arg(own.disturbedAt) + row.fault;
+            u"soak: broken at action %1 of 1000, seed 1: "_s.arg(own.disturbedAt) + row.fault;
         QVERIFY2(report.startsWith(expected), qPrintable(report));
     }
 
@@ -252,21 +253,20 @@ private Q_SLOTS:
                 leak.emplace_back(2'000'000, 'x');
         });
         const QString report = own.run();
-        QVERIFY2(
-            report.startsWith(QStringLiteral("soak: broken at action 220 of 220, seed 1: memory isn't ")),
-            qPrintable(report));
+        QVERIFY2(report.startsWith(u"soak: broken at action 220 of 220, seed 1: memory isn't "_s),
+                 qPrintable(report));
     }
 
     void theFinderIsOpenedAndChosenFrom() {
         SoakPlan plan{400, 1};
-        const auto finder = std::ranges::find(plan.windows, QStringLiteral("urunbul"), &WindowRow::name);
+        const auto finder = std::ranges::find(plan.windows, u"urunbul"_s, &WindowRow::name);
         QVERIFY(finder != plan.windows.end());
         finder->ways =
             std::vector<WindowRow::Way>(20, finder->ways.front());  // as often as by twenty buttons
         OwnSoak own(plan);
         const QString report = own.run();
         QVERIFY2(own.soak.held(), qPrintable(report));
-        const QString never = report.section(QStringLiteral("never made: "), 1);
+        const QString never = report.section(u"never made: "_s, 1);
         QVERIFY2(!never.contains(u"choice in urunbul"), qPrintable(never));
         QVERIFY2(!never.contains(u"\"vkCommand4\" of urunbul"), qPrintable(never));
     }

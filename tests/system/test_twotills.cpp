@@ -4,11 +4,12 @@
 #include "runtests.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int sales = 200;
-const QString stored = QStringLiteral("stored");
+const QString stored = u"stored"_s;
 
 }  // namespace
 
@@ -19,22 +20,20 @@ private Q_SLOTS:
     void theSumsHold_data() {
         QTest::addColumn<QString>("password");
         QTest::newRow("a plain file") << QString();
-        QTest::newRow("a file with a password") << QStringLiteral("gizli");
+        QTest::newRow("a file with a password") << u"gizli"_s;
     }
 
     void theSumsHold() {
         QFETCH(QString, password);
         const ClosedShop shop(password);
-        const QString repeat = QStringLiteral("repeat %1").arg(sales);
-        const QString report = QStringLiteral("say ") + stored;
+        const QString repeat = u"repeat %1"_s.arg(sales);
+        const QString report = u"say "_s + stored;
         // Two of bread on one line and a weighed item; bread and three of milk.
-        Program one(shop.replay({repeat, QStringLiteral("scan ") + shelf::bread,
-                                 QStringLiteral("scan ") + shelf::bread, QStringLiteral("scan 2700012002504"),
-                                 QStringLiteral("key F1"), report, QStringLiteral("end")}));
+        Program one(shop.replay({repeat, u"scan "_s + shelf::bread, u"scan "_s + shelf::bread,
+                                 u"scan 2700012002504"_s, u"key F1"_s, report, u"end"_s}));
         Program other(
-            shop.replay({repeat, QStringLiteral("scan ") + shelf::bread, QStringLiteral("type adet 3"),
-                         QStringLiteral("type barkod ") + shelf::milk, QStringLiteral("key Return"),
-                         QStringLiteral("key F1"), report, QStringLiteral("end")}));
+            shop.replay({repeat, u"scan "_s + shelf::bread, u"type adet 3"_s, u"type barkod "_s + shelf::milk,
+                         u"key Return"_s, u"key F1"_s, report, u"end"_s}));
         QVERIFY(one.waitForLine(stored));
         QVERIFY(other.waitForLine(stored));
         QVERIFY2(one.count(stored) < sales && other.count(stored) < sales,
@@ -48,13 +47,13 @@ private Q_SLOTS:
             QCOMPARE(till->lines().size(), sales);  // and no message box
         }
 
-        QCOMPARE(shop.value(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
-        QCOMPARE(shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt(), 4 * sales);
+        QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
+        QCOMPARE(shop.value(u"SELECT count(*) FROM satislar"_s).toInt(), 4 * sales);
         const QList<std::pair<QString, double>> sold{
             {shelf::bread, 3.0 * sales}, {shelf::milk, 3.0 * sales}, {shelf::tomatoes, 0.25 * sales}};
         for (const auto& [barcode, quantity] : sold) {
             const QVariant sum =
-                shop.value(QStringLiteral("SELECT sum(adet) FROM satislar WHERE barkod = '%1'").arg(barcode));
+                shop.value(u"SELECT sum(adet) FROM satislar WHERE barkod = '%1'"_s.arg(barcode));
             QCOMPARE(sum.toDouble(), quantity);
             QCOMPARE(shelf::startStock - shop.stock(barcode), quantity);
         }

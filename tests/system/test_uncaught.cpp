@@ -5,11 +5,12 @@
 #include "runtests.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 qsizetype boxes(const QString& output) {
-    return output.count(QStringLiteral("box "));
+    return output.count(u"box "_s);
 }
 
 }  // namespace
@@ -25,68 +26,61 @@ class UncaughtTest : public QObject {
 private Q_SLOTS:
     void aFailureThatNothingCatches_data() {
         QTest::addColumn<QStringList>("steps");
-        QTest::newRow("Enter in an empty adet")
-            << QStringList{QStringLiteral("type adet"), QStringLiteral("key Return")};
-        QTest::newRow("a label of seven characters") << QStringList{QStringLiteral("scan 2700012")};
-        QTest::newRow("a label of its prefix alone") << QStringList{QStringLiteral("scan 28")};
-        QTest::newRow("a short label in adet")
-            << QStringList{QStringLiteral("type adet 29"), QStringLiteral("key Return")};
-        QTest::newRow("with a ticket open")
-            << QStringList{QStringLiteral("scan ") + shelf::bread, QStringLiteral("scan 2900012")};
+        QTest::newRow("Enter in an empty adet") << QStringList{u"type adet"_s, u"key Return"_s};
+        QTest::newRow("a label of seven characters") << QStringList{u"scan 2700012"_s};
+        QTest::newRow("a label of its prefix alone") << QStringList{u"scan 28"_s};
+        QTest::newRow("a short label in adet") << QStringList{u"type adet 29"_s, u"key Return"_s};
+        QTest::newRow("with a ticket open") << QStringList{u"scan "_s + shelf::bread, u"scan 2900012"_s};
     }
 
     void aFailureThatNothingCatches() {
         QFETCH(QStringList, steps);
         const ClosedShop shop;
-        const Outcome outcome = runProgram(shop.replay(QStringList{QStringLiteral("answer Tamam")} + steps +
-                                                       QStringList{QStringLiteral("say alive")}));
+        const Outcome outcome =
+            runProgram(shop.replay(QStringList{u"answer Tamam"_s} + steps + QStringList{u"say alive"_s}));
         QVERIFY(outcome.ended);
         QCOMPARE(outcome.status, 1);
-        QCOMPARE(outcome.output, QStringLiteral("critical box Kovanix: 13\\nType mismatch\n"));
-        QCOMPARE(outcome.errors, QStringLiteral("13: Type mismatch\n"));
-        QCOMPARE(shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt(), 0);
-        QCOMPARE(shop.value(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(outcome.output, u"critical box Kovanix: 13\\nType mismatch\n"_s);
+        QCOMPARE(outcome.errors, u"13: Type mismatch\n"_s);
+        QCOMPARE(shop.value(u"SELECT count(*) FROM satislar"_s).toInt(), 0);
+        QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
     }
 
     void theShortestLabelIsSold() {
         // The eighth character is a weight of its own, one digit long.
         const ClosedShop shop;
-        const Outcome outcome =
-            runProgram(shop.replay({QStringLiteral("scan 27000128"), QStringLiteral("key F1")}));
+        const Outcome outcome = runProgram(shop.replay({u"scan 27000128"_s, u"key F1"_s}));
         QCOMPARE(outcome.errors + outcome.output, QString());
         QCOMPARE(outcome.status, 0);
-        QCOMPARE(shop.value(QStringLiteral("SELECT adet FROM satislar")).toDouble(), 0.008);
+        QCOMPARE(shop.value(u"SELECT adet FROM satislar"_s).toDouble(), 0.008);
     }
 
     void theDoors_data() {
-        addRows<TheDoorsRow>(
-            {{"Yes at the kapat button", {QStringLiteral("Evet"), QStringLiteral("press kapat"), true}},
-             {"Yes after F9", {QStringLiteral("Evet"), QStringLiteral("key F9"), true}},
-             {"Yes at the close request", {QStringLiteral("Evet"), QStringLiteral("close"), true}},
-             {"No at the close request", {QStringLiteral("Hayır"), QStringLiteral("close"), true}},
-             {"Escape at the close request", {QStringLiteral("Escape"), QStringLiteral("close"), true}},
-             {"No at the kapat button", {QStringLiteral("Hayır"), QStringLiteral("press kapat"), false}},
-             {"Escape after F9", {QStringLiteral("Escape"), QStringLiteral("key F9"), false}}});
+        addRows<TheDoorsRow>({{"Yes at the kapat button", {u"Evet"_s, u"press kapat"_s, true}},
+                              {"Yes after F9", {u"Evet"_s, u"key F9"_s, true}},
+                              {"Yes at the close request", {u"Evet"_s, u"close"_s, true}},
+                              {"No at the close request", {u"Hayır"_s, u"close"_s, true}},
+                              {"Escape at the close request", {u"Escape"_s, u"close"_s, true}},
+                              {"No at the kapat button", {u"Hayır"_s, u"press kapat"_s, false}},
+                              {"Escape after F9", {u"Escape"_s, u"key F9"_s, false}}});
     }
 
     void theDoors() {
         QFETCH(const TheDoorsRow, row);
         const ClosedShop shop;
-        QStringList steps{QStringLiteral("scan ") + shelf::bread, QStringLiteral("answer ") + row.answer,
-                          row.door};
+        QStringList steps{u"scan "_s + shelf::bread, u"answer "_s + row.answer, row.door};
         if (row.ends)
-            steps << QStringLiteral("stay");
+            steps << u"stay"_s;
         else
-            steps << QStringLiteral("expect toplam 10,00") << QStringLiteral("key F1")
-                  << QStringLiteral("say alive");
+            steps << u"expect toplam 10,00"_s << u"key F1"_s << u"say alive"_s;
         const Outcome outcome = runProgram(shop.replay(steps));
         QVERIFY(outcome.ended);
         QCOMPARE(outcome.status, 0);
         QCOMPARE(outcome.errors, QString());
         QCOMPARE(boxes(outcome.output), 1);
-        QCOMPARE(outcome.output.contains(QStringLiteral("alive")), !row.ends);
+        QCOMPARE(outcome.output.contains(u"alive"_s), !row.ends);
         // The open ticket is dropped, or it is still there to be stored.
-        QCOMPARE(shop.value(QStringLiteral("SELECT count(*) FROM satislar")).toInt(), row.ends ? 0 : 1);
+        QCOMPARE(shop.value(u"SELECT count(*) FROM satislar"_s).toInt(), row.ends ? 0 : 1);
         // Connections were closed on the way out: nothing is left in a log.
         QVERIFY(!QFile::exists(shop.databaseFile() + u"-wal"));
     }

@@ -13,9 +13,11 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString mark = QStringLiteral("KOVANIX_VIRTUAL_DISPLAY");
+const QString mark = u"KOVANIX_VIRTUAL_DISPLAY"_s;
 
 /// Ends a process that serves the others.
 void stop(QProcess& process) {
@@ -28,8 +30,7 @@ void stop(QProcess& process) {
 
 /// Whether a window manager has taken the display.
 bool isManaged(const QProcessEnvironment& environment) {
-    const Outcome outcome =
-        runProgram({QStringLiteral("xdotool"), QStringLiteral("get_num_desktops")}, environment);
+    const Outcome outcome = runProgram({u"xdotool"_s, u"get_num_desktops"_s}, environment);
     return outcome.ended && outcome.status == 0;
 }
 
@@ -53,10 +54,10 @@ int runOnVirtualDisplay(int argc, char** argv) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* variable : {"WAYLAND_DISPLAY", "XDG_CONFIG_HOME", "XAUTHORITY", "QT_SCALE_FACTOR"})
         environment.remove(QString::fromLatin1(variable));
-    environment.insert(QStringLiteral("HOME"), home.path());
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    environment.insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
-    environment.insert(mark, QStringLiteral("1"));
+    environment.insert(u"HOME"_s, home.path());
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"QT_XCB_GL_INTEGRATION"_s, u"none"_s);
+    environment.insert(mark, u"1"_s);
 
     const auto dieWithUs = [] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); };
     QProcess server;
@@ -65,19 +66,17 @@ int runOnVirtualDisplay(int argc, char** argv) {
     // when one ends while another starts. Without auto-repeat: on a busy machine a key pressed for a moment
     // could count as held down.
     const QString display = u':' + QString::number(1000 + application.applicationPid() % 50000);
-    server.start(QStringLiteral("Xvfb"),
-                 {display, QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                  QStringLiteral("0"), QStringLiteral("1024x768x24"), QStringLiteral("-nolisten"),
-                  QStringLiteral("tcp"), QStringLiteral("-r"), QStringLiteral("-noreset")});
+    server.start(u"Xvfb"_s, {display, u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s,
+                             u"-nolisten"_s, u"tcp"_s, u"-r"_s, u"-noreset"_s});
     const bool ready = QTest::qWaitFor([&] { return server.canReadLine(); }, patience);
     if (!ready)
         qFatal("no display: %s", server.readAllStandardError().constData());
-    environment.insert(QStringLiteral("DISPLAY"), display);
+    environment.insert(u"DISPLAY"_s, display);
 
     QProcess manager;
     manager.setChildProcessModifier(dieWithUs);
     manager.setProcessEnvironment(environment);
-    manager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+    manager.start(u"openbox"_s, {u"--sm-disable"_s});
     if (!QTest::qWaitFor([&] { return isManaged(environment); }, patience))
         qFatal("no window manager: %s %s", qPrintable(manager.errorString()),
                manager.readAllStandardError().constData());
@@ -94,19 +93,19 @@ int runOnVirtualDisplay(int argc, char** argv) {
 }
 
 QString xdotool(const QStringList& arguments) {
-    const Outcome outcome = runProgram(QStringList{QStringLiteral("xdotool")} + arguments,
-                                       QProcessEnvironment::systemEnvironment());
+    const Outcome outcome =
+        runProgram(QStringList{u"xdotool"_s} + arguments, QProcessEnvironment::systemEnvironment());
     return outcome.status == 0 ? outcome.output.trimmed() : QString();
 }
 
 void pressKeys(const QStringList& keys) {
-    xdotool(QStringList{QStringLiteral("key")} + keys);
+    xdotool(QStringList{u"key"_s} + keys);
 }
 
 void typeKeys(const QString& text) {
-    QStringList keys{QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("2")};
+    QStringList keys{u"key"_s, u"--delay"_s, u"2"_s};
     for (const QChar character : text)
-        keys << (character == u'\n' ? QStringLiteral("Return") : QString(character));
+        keys << (character == u'\n' ? u"Return"_s : QString(character));
     xdotool(keys);
 }
 

@@ -4,6 +4,8 @@
 
 namespace kovanix::demoshop {
 
+using namespace Qt::StringLiterals;
+
 int checkDigit(QStringView digits) {
     int sum = 0;
     int weight = 3;
@@ -15,7 +17,7 @@ int checkDigit(QStringView digits) {
 }
 
 QString ean13(quint64 serial) {
-    QString code = QStringLiteral("869") + QString::number(serial).rightJustified(9, u'0');
+    QString code = u"869"_s + QString::number(serial).rightJustified(9, u'0');
     code += QChar(u'0' + checkDigit(code));
     return code;
 }

@@ -10,6 +10,8 @@
 
 namespace kovanix::demoshop {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr quint64 serialCount = 1'000'000'000;
@@ -91,7 +93,7 @@ QString Catalogue::nameOf(qsizetype number) const {
     const QString name =
         kind.varieties[goods.variety] + u' ' + kind.name + u' ' + kind.sizes[size_t(goods.size)].name;
     const size_t round = rank / packed.size();
-    return round == 0 ? name : name + QStringLiteral(" No ") + QString::number(round + 1);
+    return round == 0 ? name : name + u" No "_s + QString::number(round + 1);
 }
 
 QString Catalogue::barcodeOf(qsizetype number) const {

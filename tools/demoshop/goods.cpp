@@ -2,6 +2,8 @@
 
 namespace kovanix::demoshop {
 
+using namespace Qt::StringLiterals;
+
 const std::vector<Staple>& staples() {
     static const std::vector<Staple> list{
         // Bakery
@@ -78,8 +80,7 @@ const std::vector<Staple>& staples() {
 }
 
 const QStringList& pageCaptions() {
-    static const QStringList captions{QStringLiteral("Fırın"), QStringLiteral("Manav"),
-                                      QStringLiteral("İçecek"), QStringLiteral("Günlük")};
+    static const QStringList captions{u"Fırın"_s, u"Manav"_s, u"İçecek"_s, u"Günlük"_s};
     return captions;
 }
 

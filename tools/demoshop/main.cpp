@@ -10,6 +10,8 @@
 #include "runtime/runtimeerror.h"
 #include "shop.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using kovanix::demoshop::ShopPlan;
@@ -28,7 +30,7 @@ std::optional<qsizetype> rowCount(const QString& text) {
 void tell(QTextStream& out, const ShopPlan& plan, const ShopSummary& made) {
     const QLocale turkish(QLocale::Turkish, QLocale::Turkey);
     const auto count = [&turkish](qsizetype number) { return turkish.toString(qlonglong(number)); };
-    const auto date = [](QDate day) { return day.toString(QStringLiteral("dd.MM.yyyy")); };
+    const auto date = [](QDate day) { return day.toString(u"dd.MM.yyyy"_s); };
     out << "Demo dükkân hazır: " << QDir::toNativeSeparators(QDir(plan.folder).absolutePath()) << '\n';
     out << "  " << count(made.products) << " ürün (" << count(made.weighed) << " tanesi tartıyla satılır)\n";
     if (made.sales > 0)
@@ -44,28 +46,25 @@ void tell(QTextStream& out, const ShopPlan& plan, const ShopSummary& made) {
 
 int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("kovanix-demo-shop"));
+    QCoreApplication::setApplicationName(u"kovanix-demo-shop"_s);
     QTextStream out(stdout);
     QTextStream errors(stderr);
 
     const ShopPlan usual;
-    const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("Dükkânın klasörü."),
-                                    QStringLiteral("DIR"));
-    const QCommandLineOption products(QStringLiteral("products"), QStringLiteral("Ürün sayısı."),
-                                      QStringLiteral("N"), QString::number(usual.products));
-    const QCommandLineOption sales(QStringLiteral("sales"), QStringLiteral("Satış satırı sayısı."),
-                                   QStringLiteral("N"), QString::number(usual.sales));
-    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("Aynı sayı aynı dükkânı verir."),
-                                  QStringLiteral("S"), QString::number(usual.seed));
-    const QCommandLineOption password(QStringLiteral("password"),
-                                      QStringLiteral("Veritabanı dosyasının parolası."), QStringLiteral("P"));
+    const QCommandLineOption folder(u"folder"_s, u"Dükkânın klasörü."_s, u"DIR"_s);
+    const QCommandLineOption products(u"products"_s, u"Ürün sayısı."_s, u"N"_s,
+                                      QString::number(usual.products));
+    const QCommandLineOption sales(u"sales"_s, u"Satış satırı sayısı."_s, u"N"_s,
+                                   QString::number(usual.sales));
+    const QCommandLineOption seed(u"seed"_s, u"Aynı sayı aynı dükkânı verir."_s, u"S"_s,
+                                  QString::number(usual.seed));
+    const QCommandLineOption password(u"password"_s, u"Veritabanı dosyasının parolası."_s, u"P"_s);
     const QCommandLineOption today(
-        QStringLiteral("today"), QStringLiteral("Son satış günü (YYYY-MM-DD)."), QStringLiteral("DATE"),
+        u"today"_s, u"Son satış günü (YYYY-MM-DD)."_s, u"DATE"_s,
         QDate::currentDate().addDays(-1).toString(Qt::ISODate));  // today is the newcomer's own
-    const QCommandLineOption force(QStringLiteral("force"),
-                                   QStringLiteral("Klasördeki dükkânı silip yenisini kurar."));
+    const QCommandLineOption force(u"force"_s, u"Klasördeki dükkânı silip yenisini kurar."_s);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Kovanix için deneme dükkânı kurar."));
+    parser.setApplicationDescription(u"Kovanix için deneme dükkânı kurar."_s);
     parser.addHelpOption();
     parser.addOptions({folder, products, sales, seed, password, today, force});
     parser.process(application);
@@ -75,20 +74,20 @@ int main(int argc, char* argv[]) {
         return wrongUsage;
     };
     if (!parser.isSet(folder) || parser.value(folder).isEmpty())
-        return wrong(QStringLiteral("--folder gerekli"));
+        return wrong(u"--folder gerekli"_s);
     const auto productCount = rowCount(parser.value(products));
     const auto saleCount = rowCount(parser.value(sales));
     bool seedIsNumber = false;
     const quint64 seedNumber = parser.value(seed).toULongLong(&seedIsNumber);
     const QDate lastDay = QDate::fromString(parser.value(today), Qt::ISODate);
     if (!productCount)
-        return wrong(QStringLiteral("--products: geçersiz sayı: ") + parser.value(products));
+        return wrong(u"--products: geçersiz sayı: "_s + parser.value(products));
     if (!saleCount)
-        return wrong(QStringLiteral("--sales: geçersiz sayı: ") + parser.value(sales));
+        return wrong(u"--sales: geçersiz sayı: "_s + parser.value(sales));
     if (!seedIsNumber)
-        return wrong(QStringLiteral("--seed: geçersiz sayı: ") + parser.value(seed));
+        return wrong(u"--seed: geçersiz sayı: "_s + parser.value(seed));
     if (!lastDay.isValid())
-        return wrong(QStringLiteral("--today: geçersiz tarih: ") + parser.value(today));
+        return wrong(u"--today: geçersiz tarih: "_s + parser.value(today));
 
     try {
         const ShopPlan plan{parser.value(folder),   *productCount, *saleCount,         seedNumber,

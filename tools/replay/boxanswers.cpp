@@ -11,23 +11,25 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString buttonCaption(int answer) {
     switch (answer) {
         case MessageBoxAnswer::yes:
-            return QStringLiteral("Evet");
+            return u"Evet"_s;
         case MessageBoxAnswer::no:
-            return QStringLiteral("Hayır");
+            return u"Hayır"_s;
         case MessageBoxAnswer::cancel:
-            return QStringLiteral("İptal");
+            return u"İptal"_s;
         case MessageBoxAnswer::retry:
         case MessageBoxAnswer::tryAgain:
-            return QStringLiteral("Yeniden dene");
+            return u"Yeniden dene"_s;
         case MessageBoxAnswer::goOn:
-            return QStringLiteral("Devam");
+            return u"Devam"_s;
         default:
-            return QStringLiteral("Tamam");
+            return u"Tamam"_s;
     }
 }
 

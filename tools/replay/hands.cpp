@@ -9,6 +9,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void sendMouse(QWidget& control, QEvent::Type type, const QPointF& place, Qt::MouseButton button) {
@@ -63,7 +65,7 @@ void pressTwice(QWidget& control, const QPoint& place) {
 }
 
 void sendEnter() {
-    sendKey(Qt::Key_Return, QStringLiteral("\r"));
+    sendKey(Qt::Key_Return, u"\r"_s);
 }
 
 }  // namespace kovanix

@@ -18,6 +18,7 @@
 namespace {
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 constexpr int wrongUsage = 2;
 
@@ -29,9 +30,8 @@ void say(FILE* stream, const QStringList& lines) {
 
 /// A message box as one line: whether it bears the critical icon, its title and its text.
 QString boxLine(const QMessageBox& box) {
-    const QString kind =
-        box.icon() == QMessageBox::Critical ? QStringLiteral("critical box") : QStringLiteral("box");
-    return kind + u' ' + box.windowTitle() + u": " + box.text().replace(u'\n', QStringLiteral("\\n"));
+    const QString kind = box.icon() == QMessageBox::Critical ? u"critical box"_s : u"box"_s;
+    return kind + u' ' + box.windowTitle() + u": " + box.text().replace(u'\n', u"\\n"_s);
 }
 
 void tellBoxes(const BoxAnswers& boxes) {
@@ -92,19 +92,15 @@ int playScript(Application& application, const Wishes& wishes) {
 Wishes readCommandLine(const Application& application) {
     QCommandLineParser commandLine;
     commandLine.setApplicationDescription(
-        QStringLiteral("Plays a script of a cashier's actions on the till's own screens."));
+        u"Plays a script of a cashier's actions on the till's own screens."_s);
     commandLine.addHelpOption();
-    const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("The shop's folder."),
-                                    QStringLiteral("DIR"));
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("Where pictures and rows go."),
-                                    QStringLiteral("DIR"), QStringLiteral("."));
-    const QCommandLineOption boxes(QStringLiteral("boxes"),
-                                   QStringLiteral("Writes each message box to standard output."));
-    const QCommandLineOption atSales(
-        QStringLiteral("sales"), QStringLiteral("Begins at the sales screen, as after a manager's login."));
+    const QCommandLineOption folder(u"folder"_s, u"The shop's folder."_s, u"DIR"_s);
+    const QCommandLineOption output(u"output"_s, u"Where pictures and rows go."_s, u"DIR"_s, u"."_s);
+    const QCommandLineOption boxes(u"boxes"_s, u"Writes each message box to standard output."_s);
+    const QCommandLineOption atSales(u"sales"_s,
+                                     u"Begins at the sales screen, as after a manager's login."_s);
     commandLine.addOptions({folder, output, boxes, atSales});
-    commandLine.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The script."),
-                                      QStringLiteral("file"));
+    commandLine.addPositionalArgument(u"file"_s, u"The script."_s, u"file"_s);
     commandLine.process(application);
 
     Wishes wishes;

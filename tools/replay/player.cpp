@@ -30,6 +30,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int longestWaitForFocus = 2000;  // milliseconds
@@ -92,7 +94,7 @@ void typeText(const QString& text) {
 Player::Player(QList<ScriptStep> steps, QString output, QObject* parent)
     : QObject(parent), m_steps(std::move(steps)), m_output(std::move(output)) {
     // What the till finds at its start: display, moment and who answers its boxes.
-    const QStringList surroundings{QStringLiteral("answer"), QStringLiteral("size"), QStringLiteral("clock")};
+    const QStringList surroundings{u"answer"_s, u"size"_s, u"clock"_s};
     for (; m_next < m_steps.size() && surroundings.contains(m_steps.at(m_next).command); ++m_next)
         play(m_steps.at(m_next));
 }
@@ -140,7 +142,7 @@ bool Player::waitForFocus(const ScriptStep& step) {
     }
     if (!m_focusDeadline.hasExpired())
         return true;
-    fail(step, QStringLiteral("nothing has the focus"));
+    fail(step, u"nothing has the focus"_s);
     m_focusDeadline = QDeadlineTimer(QDeadlineTimer::Forever);
     return false;
 }
@@ -172,7 +174,7 @@ QWidget* Player::control(const ScriptStep& step, const QString& name) {
 void Player::play(const ScriptStep& step) {
     if (step.command == u"scan") {
         typeText(step.argument);
-        sendKey(Qt::Key_Return, QStringLiteral("\r"));
+        sendKey(Qt::Key_Return, u"\r"_s);
     } else if (step.command == u"type") {
         if (QWidget* field = control(step, step.first())) {
             giveFocus(*field);
@@ -183,8 +185,7 @@ void Player::play(const ScriptStep& step) {
         if (sequence.isEmpty())
             fail(step, u"no key " + step.argument);
         else
-            sendKey(sequence[0].key(),
-                    sequence[0].key() == Qt::Key_Return ? QStringLiteral("\r") : QString());
+            sendKey(sequence[0].key(), sequence[0].key() == Qt::Key_Return ? u"\r"_s : QString());
     } else if (step.command == u"press") {
         press(step);
     } else if (step.command == u"right") {
@@ -222,7 +223,7 @@ void Player::resize(const ScriptStep& step) {
     const QStringList sides = step.argument.split(u'x');
     const QSize size(sides.value(0).toInt(), sides.value(1).toInt());
     if (size.isEmpty()) {
-        fail(step, QStringLiteral("size takes WIDTHxHEIGHT"));
+        fail(step, u"size takes WIDTHxHEIGHT"_s);
         return;
     }
     setScreenMetricsSource([size] { return ScreenMetrics{size, 15, 15}; });
@@ -273,7 +274,7 @@ void Player::touch(const ScriptStep& step) {
     VSFlexGrid& grid = *salesScreen().ui.satisekrani1;
     const QRect cell = grid.cellRect(step.first().toInt(), step.rest().toInt());
     if (!grid.viewport()->rect().contains(cell.center()))
-        fail(step, QStringLiteral("no cell to be seen there"));
+        fail(step, u"no cell to be seen there"_s);
     else
         pressOn(*grid.viewport(), cell.center());
 }

@@ -2,16 +2,15 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QStringList& commands() {
-    static const QStringList names{
-        QStringLiteral("size"),       QStringLiteral("clock"),  QStringLiteral("scan"),
-        QStringLiteral("type"),       QStringLiteral("key"),    QStringLiteral("press"),
-        QStringLiteral("answer"),     QStringLiteral("expect"), QStringLiteral("cell"),
-        QStringLiteral("screenshot"), QStringLiteral("rows"),   QStringLiteral("say"),
-        QStringLiteral("pause"),      QStringLiteral("close"),  QStringLiteral("stay"),
-        QStringLiteral("touch"),      QStringLiteral("right"),  QStringLiteral("double")};
+    static const QStringList names{u"size"_s,  u"clock"_s,  u"scan"_s,   u"type"_s,  u"key"_s,
+                                   u"press"_s, u"answer"_s, u"expect"_s, u"cell"_s,  u"screenshot"_s,
+                                   u"rows"_s,  u"say"_s,    u"pause"_s,  u"close"_s, u"stay"_s,
+                                   u"touch"_s, u"right"_s,  u"double"_s};
     return names;
 }
 
@@ -49,7 +48,7 @@ struct Reader {
             steps.append({number, command, argument});
         }
         if (repeated)
-            errors.append(QStringLiteral("repeat without end"));
+            errors.append(u"repeat without end"_s);
         return steps;
     }
 };

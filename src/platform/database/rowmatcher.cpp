@@ -9,9 +9,10 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 void failUnknownField(QStringView field) {
-    throw RuntimeError(RuntimeError::databaseFailure,
-                       QStringLiteral("Item cannot be found in the collection: ") + field);
+    throw RuntimeError(RuntimeError::databaseFailure, u"Item cannot be found in the collection: "_s + field);
 }
 
 RowMatcher::RowMatcher(const RowTable& table, const RowFilter& filter) : m_rows(table.count()) {
@@ -29,7 +30,7 @@ RowMatcher::Term RowMatcher::makeTerm(const RowColumn& column, const RowFilter::
         const std::optional<double> number = toNumberWithDot(term.literal());
         if (isNumber && !number) {
             throw RuntimeError(RuntimeError::databaseFailure,
-                               QStringLiteral("Data type mismatch in criteria expression."));
+                               u"Data type mismatch in criteria expression."_s);
         }
         return {&column, number, {}, {}};
     }

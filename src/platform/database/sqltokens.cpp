@@ -4,6 +4,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = SqlToken::Kind;
@@ -85,7 +87,7 @@ private:
         if (end < 0) {
             throw RuntimeError(
                 RuntimeError::databaseFailure,
-                QStringLiteral("Syntax error in date in query expression '%1'.").arg(m_sql.mid(m_place, 40)));
+                u"Syntax error in date in query expression '%1'."_s.arg(m_sql.mid(m_place, 40)));
         }
         m_place = end + 1;
         return Kind::Date;
@@ -198,7 +200,7 @@ QString SqlTokens::text() const {
 
 QString quotedSqlName(const QString& name) {
     QString quoted = name;
-    quoted.replace(u'"', QStringLiteral("\"\""));
+    quoted.replace(u'"', u"\"\""_s);
     return u'"' + quoted + u'"';
 }
 

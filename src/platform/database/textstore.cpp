@@ -13,6 +13,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The folded forms of the characters that take one or two bytes in UTF-8, worked out once.
@@ -68,7 +70,7 @@ char* writeFolded(char* out, std::string_view text, const FoldedForms& forms) {
 
 std::uint32_t TextStore::checkedPlace(std::size_t place) {
     if (place > std::numeric_limits<std::uint32_t>::max())
-        throw RuntimeError(RuntimeError::overflow, QStringLiteral("Overflow"));
+        throw RuntimeError(RuntimeError::overflow, u"Overflow"_s);
     return static_cast<std::uint32_t>(place);
 }
 

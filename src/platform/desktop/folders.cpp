@@ -8,6 +8,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString& currentFolder() {
@@ -48,7 +50,7 @@ QString chooseApplicationFolder(const QString& commandLine, const QStringList& m
     if (marked)
         return absoluteClean(own.path());
     return absoluteClean(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                         QStringLiteral("/kovanix"));
+                         u"/kovanix"_s);
 }
 
 QString joinStored(const QString& folder, const QString& storedName) {

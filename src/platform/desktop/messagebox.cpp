@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Answered standing, with a thumb.
@@ -19,9 +21,8 @@ constexpr QSize smallestButton(110, 44);
 constexpr double smallestFont = 12.0;  // points
 
 MessageBoxCaptions& captions() {
-    static MessageBoxCaptions current{
-        QStringLiteral("OK"), QStringLiteral("Cancel"),    QStringLiteral("Retry"),   QStringLiteral("Yes"),
-        QStringLiteral("No"), QStringLiteral("Try Again"), QStringLiteral("Continue")};
+    static MessageBoxCaptions current{u"OK"_s, u"Cancel"_s,    u"Retry"_s,   u"Yes"_s,
+                                      u"No"_s, u"Try Again"_s, u"Continue"_s};
     return current;
 }
 

@@ -12,6 +12,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int longestWait = 2000;  // milliseconds
@@ -91,7 +93,7 @@ private:
             receiver->setFocus(Qt::OtherFocusReason);
         if (!sent.key)
             return;
-        const QString text = *sent.key == Qt::Key_Return ? QStringLiteral("\r") : QString();
+        const QString text = *sent.key == Qt::Key_Return ? u"\r"_s : QString();
         const QPointer<QObject> focused = QGuiApplication::focusObject();
         for (const QEvent::Type half : {QEvent::KeyPress, QEvent::KeyRelease}) {
             QKeyEvent event(half, *sent.key, Qt::NoModifier, text);

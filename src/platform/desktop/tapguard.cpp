@@ -13,9 +13,11 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString dropperName = QStringLiteral("tapDropper");
+const QString dropperName = u"tapDropper"_s;
 constexpr int reach = 40;  // pixels; a finger is no pen
 
 bool isPress(const QEvent& event) {

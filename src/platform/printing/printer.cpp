@@ -27,6 +27,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double fontSize = 10.0;  // points
@@ -43,12 +45,12 @@ constexpr double millimetresPerInch = 25.4;
 constexpr int highestJobNumber = 9999;
 
 [[noreturn]] void fail(const QString& description) {
-    throw RuntimeError(RuntimeError::printerError, description, QStringLiteral("Printer"));
+    throw RuntimeError(RuntimeError::printerError, description, u"Printer"_s);
 }
 
 QFont printingFont() {
     QFont font;
-    font.setFamilies({QStringLiteral("Roboto"), QStringLiteral("sans-serif")});
+    font.setFamilies({u"Roboto"_s, u"sans-serif"_s});
     font.setStyleHint(QFont::SansSerif);
     font.setPointSizeF(fontSize);
     // The least spacing there is keeps the toolkit from joining "fi" into one glyph, which would be another
@@ -82,12 +84,11 @@ public:
         option.setTextDirection(Qt::LeftToRight);
         option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         const double width = device.width();
-        const double digit = metrics.horizontalAdvance(QStringLiteral("0123456789")) / 10;
+        const double digit = metrics.horizontalAdvance(u"0123456789"_s) / 10;
         // The toolkit scales tab stops by some ratio of resolutions that it keeps to itself: measure it.
         constexpr double probe = 10.0;
         option.setTabStopDistance(probe);
-        const double scale =
-            broken(QStringLiteral("\t."), font, option, width, device)->lineAt(0).cursorToX(1) / probe;
+        const double scale = broken(u"\t."_s, font, option, width, device)->lineAt(0).cursorToX(1) / probe;
         option.setTabStopDistance(charactersPerTab * digit / scale);
         for (const QString& line : lines)
             m_paragraphs.push_back(broken(line, font, option, width, device));
@@ -108,7 +109,7 @@ public:
             for (int i = 0; i < std::max(1, paragraph->lineCount()); ++i) {
                 if (top > 0 && top + m_lineHeight > pageHeight) {
                     if (!device.newPage())
-                        fail(QStringLiteral("The printer gives no further page."));
+                        fail(u"The printer gives no further page."_s);
                     top = 0;
                 }
                 if (i < paragraph->lineCount())
@@ -138,38 +139,36 @@ private:
 void paintOn(QPagedPaintDevice& device, const SetText& text) {
     QPainter painter;
     if (!painter.begin(&device))
-        fail(QStringLiteral("The printer takes no job."));
+        fail(u"The printer takes no job."_s);
     text.paint(painter, device);
     if (!painter.end())
-        fail(QStringLiteral("The printer did not finish the job."));
+        fail(u"The printer did not finish the job."_s);
 }
 
 void setRollPage(QPdfWriter& writer, double length) {
-    writer.setPageLayout(QPageLayout(QPageSize(QSizeF(rollWidth, length), QPageSize::Millimeter,
-                                               QStringLiteral("Receipt"), QPageSize::ExactMatch),
-                                     QPageLayout::Portrait,
-                                     QMarginsF(rollMargin, rollMargin, rollMargin, rollMargin),
-                                     QPageLayout::Millimeter));
+    writer.setPageLayout(QPageLayout(
+        QPageSize(QSizeF(rollWidth, length), QPageSize::Millimeter, u"Receipt"_s, QPageSize::ExactMatch),
+        QPageLayout::Portrait, QMarginsF(rollMargin, rollMargin, rollMargin, rollMargin),
+        QPageLayout::Millimeter));
 }
 
 /// Opens the file of the next free number; two programs that print into one folder never share one.
 void openNextJob(QFile& file, const QString& folder) {
     const QDir dir(folder);
-    if (!dir.mkpath(QStringLiteral(".")))
-        fail(QStringLiteral("The folder %1 can't be made.").arg(folder));
+    if (!dir.mkpath(u"."_s))
+        fail(u"The folder %1 can't be made."_s.arg(folder));
     int number = 1;
-    const QStringList present =
-        dir.entryList({QStringLiteral("????.pdf")}, QDir::Files | QDir::System | QDir::Hidden);
+    const QStringList present = dir.entryList({u"????.pdf"_s}, QDir::Files | QDir::System | QDir::Hidden);
     for (const QString& name : present)
         number = std::max(number, name.left(4).toInt() + 1);
     for (; number <= highestJobNumber; ++number) {
-        file.setFileName(dir.filePath(QStringLiteral("%1.pdf").arg(number, 4, 10, QLatin1Char('0'))));
+        file.setFileName(dir.filePath(u"%1.pdf"_s.arg(number, 4, 10, QLatin1Char('0'))));
         if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
             return;
         if (!file.exists())
             fail(file.errorString());
     }
-    fail(QStringLiteral("The folder %1 is full.").arg(folder));
+    fail(u"The folder %1 is full."_s.arg(folder));
 }
 
 void writePdf(const QStringList& lines, const QString& folder) {
@@ -198,7 +197,7 @@ void writePdf(const QStringList& lines, const QString& folder) {
 /// pass that on, so its own client library is asked (status codes of RFC 8011; 0x400 and above are errors).
 std::optional<QString> refusal() {
     constexpr int firstError = 0x400;
-    QLibrary client(QStringLiteral("cups"), 2);
+    QLibrary client(u"cups"_s, 2);
     const auto lastError = reinterpret_cast<int (*)()>(client.resolve("cupsLastError"));
     const auto lastErrorString = reinterpret_cast<const char* (*)()>(client.resolve("cupsLastErrorString"));
     if (!lastError || !lastErrorString || lastError() < firstError)
@@ -209,10 +208,10 @@ std::optional<QString> refusal() {
 void sendToDefaultPrinter(const QStringList& lines) {
     const QPrinterInfo info = QPrinterInfo::defaultPrinter();
     if (info.isNull())
-        fail(QStringLiteral("There is no default printer."));
+        fail(u"There is no default printer."_s);
     QPrinter printer(info, QPrinter::HighResolution);
     if (!printer.isValid())
-        fail(QStringLiteral("The printer %1 can't be used.").arg(info.printerName()));
+        fail(u"The printer %1 can't be used."_s.arg(info.printerName()));
     printer.setDocName(QCoreApplication::applicationName());
     printer.setCreator(QCoreApplication::applicationName());
     paintOn(printer, SetText(lines, printer));

@@ -9,6 +9,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int significantDigits = 15;
@@ -306,7 +308,7 @@ QString format(double value, QStringView patternText) {
 QString numberText(double value) {
     const Decimal decimal = decimalOf(value);
     if (decimal.count == 0)
-        return QStringLiteral("0");
+        return u"0"_s;
     // Sign, digits, leading zeros and comma of the widest fixed form, or the exponent form.
     std::array<QChar, 40> text;
     QChar* next = text.data();

@@ -5,6 +5,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 Adodc::Adodc(QWidget* parent) : QWidget(parent) {
     setFixedSize(0, 0);
     setFocusPolicy(Qt::NoFocus);
@@ -22,9 +24,8 @@ std::shared_ptr<Connection> Adodc::connection() {
 }
 
 void Adodc::refresh(const ReadProgress& progress) {
-    const QString sql = m_commandType == CommandType::table
-                            ? QStringLiteral("select * from ") + m_recordSource
-                            : m_recordSource;
+    const QString sql =
+        m_commandType == CommandType::table ? u"select * from "_s + m_recordSource : m_recordSource;
     if (!m_rows.read(*connection(), sql, progress))
         return;
     settleCurrent();

@@ -11,12 +11,14 @@
 #include <QTextEdit>
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr const char* captionProperty = "caption";
 
 QString escaped(QString text) {
-    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return text.replace(QLatin1Char('&'), u"&&"_s);
 }
 
 QString unescaped(const QString& text) {
@@ -84,7 +86,7 @@ bool setCaption(QWidget& control, const QString& text) {
 
 QString controlKind(const QWidget& control) {
     const QString name = QString::fromLatin1(control.metaObject()->className());
-    const qsizetype scope = name.lastIndexOf(QStringLiteral("::"));
+    const qsizetype scope = name.lastIndexOf(u"::"_s);
     return scope < 0 ? name : name.mid(scope + 2);
 }
 

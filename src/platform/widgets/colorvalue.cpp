@@ -11,6 +11,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr ColorValue systemBit = 0x80000000;
@@ -75,7 +77,7 @@ QString colorText(ColorValue value) {
 ColorValue colorFromText(QStringView text) {
     const double number = std::nearbyint(numericPrefix(text));
     if (number < std::numeric_limits<qint32>::min() || number > std::numeric_limits<qint32>::max())
-        throw RuntimeError(RuntimeError::overflow, QStringLiteral("Overflow"));
+        throw RuntimeError(RuntimeError::overflow, u"Overflow"_s);
     return static_cast<ColorValue>(static_cast<qint32>(number));
 }
 

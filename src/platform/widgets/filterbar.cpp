@@ -10,6 +10,8 @@
 
 namespace kovanix {
 
+using namespace Qt::StringLiterals;
+
 FilterCell::FilterCell(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setAttribute(Qt::WA_MacShowFocusRect, false);
@@ -21,8 +23,7 @@ void FilterCell::setRefused(bool refused) {
     if (m_refused == refused)
         return;
     m_refused = refused;
-    setAccessibleDescription(refused ? QStringLiteral("Bu metinle arama yapılamadı; önceki arama geçerli.")
-                                     : QString());
+    setAccessibleDescription(refused ? u"Bu metinle arama yapılamadı; önceki arama geçerli."_s : QString());
     dress();
 }
 
@@ -239,7 +240,7 @@ void FilterBar::setText(int column, const QString& text) {
 void FilterBar::setCellNames(const QString& grid) {
     m_gridName = grid;
     for (int column = 0; column < count(); ++column)
-        cell(column).setObjectName(QStringLiteral("%1_filter_%2").arg(grid).arg(column));
+        cell(column).setObjectName(u"%1_filter_%2"_s.arg(grid).arg(column));
 }
 
 void FilterBar::layOut() {

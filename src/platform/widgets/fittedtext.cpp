@@ -9,6 +9,8 @@
 #include "widgets/face.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int smallestGlyphs = 7;
@@ -37,7 +39,7 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
     m_outline = {};
 
     QString shown = text.trimmed();
-    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    shown.replace(u"\r\n"_s, u"\n"_s).replace(QLatin1Char('\r'), QLatin1Char('\n'));
     const int ownLines = static_cast<int>(shown.count(QLatin1Char('\n')));
     shown.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
     m_layout = std::make_unique<QTextLayout>(shown);

@@ -10,6 +10,8 @@
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int headingRow = -1;
@@ -98,8 +100,7 @@ private:
         const auto* heading = m_grid.findChild<GridHeading*>();
         if (!heading || heading->sortColumn() != m_column)
             return {};
-        return heading->sortOrder() == Qt::AscendingOrder ? QStringLiteral("Artan sırada")
-                                                          : QStringLiteral("Azalan sırada");
+        return heading->sortOrder() == Qt::AscendingOrder ? u"Artan sırada"_s : u"Azalan sırada"_s;
     }
 
     QModelIndex index() const { return m_grid.model()->index(m_row, m_column); }

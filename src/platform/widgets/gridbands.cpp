@@ -13,6 +13,8 @@
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int radius = 8;
@@ -146,7 +148,7 @@ void GridFooter::tellTexts() {
         if (!shown.footerText().isEmpty())
             texts << (shown.isNumber() ? shown.caption() + u' ' + shown.footerText() : shown.footerText());
     }
-    setAccessibleName(texts.join(QStringLiteral(", ")));
+    setAccessibleName(texts.join(u", "_s));
     update();
 }
 

@@ -9,6 +9,8 @@
 #include "widgets/face.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 // Shares of the ordinary size: two lines of a name fit into a row, and a number can still be read.
@@ -132,17 +134,16 @@ QString scrollBarStyle(double scale, Tone tone) {
     const int thumb = scaled(28).toInt() - 2 * scaled(6).toInt();
     const int radius = thumb / 2;
     // The radius has to stay below half of the thumb, or the toolkit leaves the corners square.
-    return QStringLiteral(
-               "QScrollBar:vertical { width: %1px; background: %2; border: none; margin: 0; }"
-               "QScrollBar::handle:vertical { background: %3; border-radius: %4px; min-height: %5px; "
-               "margin: %6px %7px; }"
-               "QScrollBar::handle:vertical:pressed { background: %8; }"
-               "QScrollBar::handle:vertical:disabled { background: transparent; }"
-               "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
-               "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }")
-        .arg(scaled(28), roleColor(ColorRole::ground, tone).name(),
-             mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), QString::number(radius), scaled(44),
-             scaled(4), scaled(6), line.name());
+    return u"QScrollBar:vertical { width: %1px; background: %2; border: none; margin: 0; }"
+           u"QScrollBar::handle:vertical { background: %3; border-radius: %4px; min-height: %5px; "
+           u"margin: %6px %7px; }"
+           u"QScrollBar::handle:vertical:pressed { background: %8; }"
+           u"QScrollBar::handle:vertical:disabled { background: transparent; }"
+           u"QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+           u"QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"_s.arg(
+               scaled(28), roleColor(ColorRole::ground, tone).name(),
+               mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), QString::number(radius),
+               scaled(44), scaled(4), scaled(6), line.name());
 }
 
 void paintMagnifier(QPainter& painter, const QRectF& box, const QColor& color) {

@@ -8,6 +8,8 @@
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int pathAccessError = 75;
@@ -16,8 +18,7 @@ constexpr qsizetype chunkSize = 1 << 16;
 
 [[noreturn]] void fail(const QSaveFile& file, const QString& path) {
     const bool folder = QFileInfo(path).absoluteDir().exists();
-    throw RuntimeError(folder ? pathAccessError : pathNotFound, file.errorString(),
-                       QStringLiteral("TDBGrid"));
+    throw RuntimeError(folder ? pathAccessError : pathNotFound, file.errorString(), u"TDBGrid"_s);
 }
 
 /// Appends a text as HTML shows it. Characters that no HTML text may hold are left out.
@@ -48,7 +49,7 @@ void TDBGrid::exportToFile(const QString& path, bool append, const QString& widt
         if (file.write(before.read(chunkSize)) < 0)
             fail(file, path);
     }
-    QString pending = file.pos() == 0 ? QStringLiteral("\ufeff") : QString();
+    QString pending = file.pos() == 0 ? u"\ufeff"_s : QString();
     pending += QStringLiteral(
         "<!DOCTYPE html>\n<html>\n<head>\n"
         "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\n"

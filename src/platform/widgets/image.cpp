@@ -9,6 +9,8 @@
 #include "widgets/face.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize emptySize(48, 48);
@@ -16,8 +18,7 @@ constexpr double designRadius = 8.0;
 constexpr double pictureOnFace = 0.6;  // of the face's sides
 
 bool isVector(const QString& path) {
-    return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ||
-           path.endsWith(QStringLiteral(".svgz"), Qt::CaseInsensitive);
+    return path.endsWith(u".svg"_s, Qt::CaseInsensitive) || path.endsWith(u".svgz"_s, Qt::CaseInsensitive);
 }
 
 }  // namespace

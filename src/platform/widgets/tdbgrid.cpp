@@ -17,6 +17,8 @@
 #include "widgets/gridmodel.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int badIndex = 381;
@@ -72,8 +74,7 @@ TDBGrid::~TDBGrid() = default;
 
 void TDBGrid::check(int index) const {
     if (index < 0 || index >= columnCount())
-        throw RuntimeError(badIndex, QStringLiteral("Invalid property array index"),
-                           QStringLiteral("TDBGrid"));
+        throw RuntimeError(badIndex, u"Invalid property array index"_s, u"TDBGrid"_s);
 }
 
 GridColumn& TDBGrid::column(int index) {
@@ -335,7 +336,7 @@ void TDBGrid::tellEmptyState() {
     if (m_rows->rowCount() == 0)
         words = {emptyStateShown().text, emptyStateShown().hint};
     words.removeAll(QString());
-    setAccessibleDescription(words.join(QStringLiteral(". ")));
+    setAccessibleDescription(words.join(u". "_s));
 }
 
 // What a change of the rows' choice makes of the focus is this grid's to know: the screen asks for it with

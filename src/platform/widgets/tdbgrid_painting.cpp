@@ -8,6 +8,8 @@
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int barWidth = 5;
@@ -97,7 +99,7 @@ void TDBGrid::paintEmptyState(QPainter& painter) const {
     int top = (room.height() - side - 2 * (gap + lineHeight)) / 2;
     const QRect icon((room.width() - side) / 2, top, side, side);
     const double ratio = painter.device()->devicePixelRatioF();
-    const QString key = QStringLiteral("%1|%2|%3|%4").arg(state.icon).arg(side).arg(ratio).arg(muted.name());
+    const QString key = u"%1|%2|%3|%4"_s.arg(state.icon).arg(side).arg(ratio).arg(muted.name());
     if (key != m_emptyIconPath) {
         m_emptyIconPath = key;
         m_emptyIcon = state.icon.isEmpty() ? QPixmap() : tinted(state.icon, side, ratio, muted);

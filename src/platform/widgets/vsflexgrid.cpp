@@ -13,6 +13,8 @@
 #include "widgets/gridcell.h"
 
 namespace kovanix {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int badIndex = 381;
@@ -23,8 +25,7 @@ constexpr int firstNumberColumn = 3;
 constexpr double smallestRest = 0.2;
 
 [[noreturn]] void throwBadIndex() {
-    throw RuntimeError(badIndex, QStringLiteral("Invalid property array index"),
-                       QStringLiteral("VSFlexGrid"));
+    throw RuntimeError(badIndex, u"Invalid property array index"_s, u"VSFlexGrid"_s);
 }
 
 Qt::Alignment startAlignment(int column) {

@@ -12,6 +12,7 @@
 #include "rows.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -185,7 +186,7 @@ private Q_SLOTS:
         Screenlike window({400, 300});
         openInFront(window);
         QVERIFY2((window.size() - row.size).width() / 2 == 0 && (window.size() - row.size).height() / 2 == 0,
-                 qPrintable(QStringLiteral("%1x%2").arg(window.width()).arg(window.height())));
+                 qPrintable(u"%1x%2"_s.arg(window.width()).arg(window.height())));
     }
 
     void opensCentredOnTheFirstWindow() {
@@ -424,7 +425,7 @@ private Q_SLOTS:
         // Within the few pixels of the platform's frame.
         QVERIFY(QRect(0, 0, 1024, 768).contains(window.frameGeometry()));
         QVERIFY2((window.geometry().center() - row.frame.center()).manhattanLength() <= 10,
-                 qPrintable(QStringLiteral("%1,%2").arg(window.x()).arg(window.y())));
+                 qPrintable(u"%1,%2"_s.arg(window.x()).arg(window.y())));
     }
 
     void aMaximisedOneHasTheScreensSizeAtOnce() {
@@ -472,11 +473,8 @@ private Q_SLOTS:
             (frame.topLeft() - row.place.topLeft()) + (frame.bottomRight() - row.place.bottomRight());
         QVERIFY2(corners.manhattanLength() <= 10 && frame.width() >= row.place.width() &&
                      frame.height() >= row.place.height(),
-                 qPrintable(QStringLiteral("%1,%2 %3x%4")
-                                .arg(frame.x())
-                                .arg(frame.y())
-                                .arg(frame.width())
-                                .arg(frame.height())));
+                 qPrintable(
+                     u"%1,%2 %3x%4"_s.arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height())));
     }
 };
 

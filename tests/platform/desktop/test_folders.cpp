@@ -10,6 +10,7 @@
 #include "rows.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class FoldersTest : public QObject {
     Q_OBJECT
@@ -32,14 +33,14 @@ class FoldersTest : public QObject {
 private Q_SLOTS:
     void init() {
         QVERIFY(m_dir.isValid());
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("data"))));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_dir.filePath(u"data"_s)));
         qunsetenv("KOVANIX_FOLDER");
     }
 
     void choice_data() {
         QTest::addColumn<ChoiceRow>("row");
 
-        const QString marker = QStringLiteral("FoldersTest.marker");
+        const QString marker = u"FoldersTest.marker"_s;
         QTest::newRow("nothing given: the user's data folder") << ChoiceRow{"", "", "", "%1/data/kovanix"};
         QTest::newRow("a marker beside the program") << ChoiceRow{"", "", marker, "%2"};
         QTest::newRow("the second marker counts too") << ChoiceRow{"", "", "FoldersTest.second", "%2"};
@@ -53,7 +54,7 @@ private Q_SLOTS:
         QTest::newRow("a relative folder starts at the current one") << ChoiceRow{"shop", "", "", "%3/shop"};
         QTest::newRow("dots are resolved") << ChoiceRow{"/srv/./a/../shop", "", "", "/srv/shop"};
         QTest::newRow("blanks and Turkish letters")
-            << ChoiceRow{QStringLiteral("/srv/Şık Dükkân"), "", "", QStringLiteral("/srv/Şık Dükkân")};
+            << ChoiceRow{u"/srv/Şık Dükkân"_s, "", "", u"/srv/Şık Dükkân"_s};
         QTest::newRow("the root") << ChoiceRow{"/", "", "", "/"};
     }
 
@@ -76,11 +77,10 @@ private Q_SLOTS:
             qputenv("KOVANIX_FOLDER", QFile::encodeName(row.variable));
 
         const QString chosen = chooseApplicationFolder(
-            row.commandLine, {QStringLiteral("FoldersTest.marker"), QStringLiteral("FoldersTest.second"),
-                              QStringLiteral("FoldersTest.folder")});
-        row.expected.replace(QStringLiteral("%1"), m_dir.path());
-        row.expected.replace(QStringLiteral("%2"), own.absolutePath());
-        row.expected.replace(QStringLiteral("%3"), QDir::currentPath());
+            row.commandLine, {u"FoldersTest.marker"_s, u"FoldersTest.second"_s, u"FoldersTest.folder"_s});
+        row.expected.replace(u"%1"_s, m_dir.path());
+        row.expected.replace(u"%2"_s, own.absolutePath());
+        row.expected.replace(u"%3"_s, QDir::currentPath());
         QCOMPARE(chosen, row.expected);
     }
 

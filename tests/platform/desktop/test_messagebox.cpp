@@ -11,22 +11,22 @@
 #include "desktop/messagebox.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString tamam = QStringLiteral("Tamam");
-const QString iptal = QStringLiteral("İptal");
-const QString yenidenDene = QStringLiteral("Yeniden dene");
-const QString evet = QStringLiteral("Evet");
-const QString hayir = QStringLiteral("Hayır");
-const QString tekrarDene = QStringLiteral("Tekrar dene");
-const QString devam = QStringLiteral("Devam");
+const QString tamam = u"Tamam"_s;
+const QString iptal = u"İptal"_s;
+const QString yenidenDene = u"Yeniden dene"_s;
+const QString evet = u"Evet"_s;
+const QString hayir = u"Hayır"_s;
+const QString tekrarDene = u"Tekrar dene"_s;
+const QString devam = u"Devam"_s;
 
 /// Lays a dialog's buttons out as one of the desktops does.
 class ButtonLayoutStyle : public QProxyStyle {
 public:
-    explicit ButtonLayoutStyle(int buttonLayout)
-        : QProxyStyle(QStringLiteral("fusion")), m_layout(buttonLayout) {}
+    explicit ButtonLayoutStyle(int buttonLayout) : QProxyStyle(u"fusion"_s), m_layout(buttonLayout) {}
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
@@ -75,7 +75,7 @@ int answered(const QString& text, int style, const QString& title,
 }
 
 int answered(int style, const std::function<void(QMessageBox&)>& answer) {
-    return answered(QStringLiteral("Silinsin mi?"), style, QStringLiteral("Uyarı"), answer);
+    return answered(u"Silinsin mi?"_s, style, u"Uyarı"_s, answer);
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ private Q_SLOTS:
         // The toolkit's words first: nobody has set captions yet.
         QStringList seen;
         answered(MessageBoxStyle::yesNoCancel, [&](QMessageBox& box) { seen = captionsOf(box); });
-        QCOMPARE(seen, QStringList({QStringLiteral("Yes"), QStringLiteral("No"), QStringLiteral("Cancel")}));
+        QCOMPARE(seen, QStringList({u"Yes"_s, u"No"_s, u"Cancel"_s}));
         setMessageBoxCaptions({tamam, iptal, yenidenDene, evet, hayir, tekrarDene, devam});
     }
 
@@ -179,28 +179,28 @@ private Q_SLOTS:
         QStringList three;
         answered(MessageBoxStyle::yesNo, [&](QMessageBox& box) { yesNo = captionsOf(box); });
         answered(MessageBoxStyle::cancelTryContinue, [&](QMessageBox& box) { three = captionsOf(box); });
-        QApplication::setStyle(QStringLiteral("fusion"));
+        QApplication::setStyle(u"fusion"_s);
         QCOMPARE(yesNo, QStringList({evet, hayir}));
         QCOMPARE(three, QStringList({iptal, tekrarDene, devam}));
     }
 
     void theTextStandsAsItIs() {
-        const QString text = QStringLiteral("<b>Kola & Çay</b>\nC:\\kovanix\\ 5 < 6");
+        const QString text = u"<b>Kola & Çay</b>\nC:\\kovanix\\ 5 < 6"_s;
         QString seen;
         QString title;
         Qt::TextFormat format = Qt::AutoText;
-        answered(text, 0, QStringLiteral("Ürün & adı"), [&](QMessageBox& box) {
+        answered(text, 0, u"Ürün & adı"_s, [&](QMessageBox& box) {
             seen = box.text();
             title = box.windowTitle();
             format = box.textFormat();
         });
         QCOMPARE(seen, text);
-        QCOMPARE(title, QStringLiteral("Ürün & adı"));
+        QCOMPARE(title, u"Ürün & adı"_s);
         QCOMPARE(format, Qt::PlainText);
     }
 
     void captionsHaveNoMnemonics() {
-        setMessageBoxCaptions({QStringLiteral("A&B"), iptal, yenidenDene, evet, hayir, tekrarDene, devam});
+        setMessageBoxCaptions({u"A&B"_s, iptal, yenidenDene, evet, hayir, tekrarDene, devam});
         QString text;
         const int result = answered(MessageBoxStyle::okCancel, [&](QMessageBox& box) {
             text = fromLeftToRight(box).first()->text();
@@ -209,7 +209,7 @@ private Q_SLOTS:
             QTest::keyClick(&box, Qt::Key_Escape);
         });
         setMessageBoxCaptions({tamam, iptal, yenidenDene, evet, hayir, tekrarDene, devam});
-        QCOMPARE(text, QStringLiteral("A&&B"));
+        QCOMPARE(text, u"A&&B"_s);
         QCOMPARE(result, 2);
     }
 
@@ -252,7 +252,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
         QTimer::singleShot(0, qApp, [&window] { window.reset(); });
         // Nobody answered: what Escape would have given.
-        QCOMPARE(messageBox(QStringLiteral("Silinsin mi?"), MessageBoxStyle::yesNo, QString()), 7);
+        QCOMPARE(messageBox(u"Silinsin mi?"_s, MessageBoxStyle::yesNo, QString()), 7);
         QVERIFY(!openBox());
     }
 

@@ -11,6 +11,7 @@
 #include "rows.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 /// Notes what the desktop was asked to open.
 class Opener : public QObject {
@@ -58,46 +59,43 @@ private Q_SLOTS:
     }
     void startsByNameAndByPath() {
         QFETCH(bool, byPath);
-        const QString script = makeScript(QStringLiteral("hesap"), QStringLiteral("echo ran > '%1'"));
-        QVERIFY(startProgram(byPath ? script : QStringLiteral("hesap")));
+        const QString script = makeScript(u"hesap"_s, u"echo ran > '%1'"_s);
+        QVERIFY(startProgram(byPath ? script : u"hesap"_s));
         QTRY_COMPARE(marker(), QByteArray("ran\n"));
     }
 
     void argumentsArriveAsTheyAre() {
-        makeScript(QStringLiteral("hesap"), QStringLiteral("printf '%%s|' \"$@\" > '%1'"));
-        QVERIFY(
-            startProgram(QStringLiteral("hesap"), {QStringLiteral("iki kelime"), QString(),
-                                                   QStringLiteral("$HOME; 'x' \"y\""), QStringLiteral("ş")}));
+        makeScript(u"hesap"_s, u"printf '%%s|' \"$@\" > '%1'"_s);
+        QVERIFY(startProgram(u"hesap"_s, {u"iki kelime"_s, QString(), u"$HOME; 'x' \"y\""_s, u"ş"_s}));
         QTRY_COMPARE(marker(), QByteArray("iki kelime||$HOME; 'x' \"y\"|\xC5\x9F|"));
     }
 
     void doesNotWait() {
         // Goes on only when the file appears that this case makes after the start has returned.
-        const QString gate = m_folder->filePath(QStringLiteral("gate"));
-        makeScript(QStringLiteral("hesap"),
-                   QStringLiteral("for i in $(seq 500); do [ -e '%1.go' ] && break; sleep 0.01; done; "
-                                  "[ -e '%1.go' ] && echo passed > '%1'"));
-        QVERIFY(startProgram(QStringLiteral("hesap")));
-        QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("marker"))));
-        QFile go(m_folder->filePath(QStringLiteral("marker.go")));
+        const QString gate = m_folder->filePath(u"gate"_s);
+        makeScript(u"hesap"_s,
+                   u"for i in $(seq 500); do [ -e '%1.go' ] && break; sleep 0.01; done; "
+                   u"[ -e '%1.go' ] && echo passed > '%1'"_s);
+        QVERIFY(startProgram(u"hesap"_s));
+        QVERIFY(!QFile::exists(m_folder->filePath(u"marker"_s)));
+        QFile go(m_folder->filePath(u"marker.go"_s));
         QVERIFY(go.open(QIODevice::WriteOnly));
         QTRY_COMPARE(marker(), QByteArray("passed\n"));
     }
 
     void itsStreamsLeadNowhere() {
-        makeScript(QStringLiteral("hesap"),
-                   QStringLiteral("( for fd in 0 1 2; do readlink /proc/$$/fd/$fd; done ) > '%1.part' && "
-                                  "mv '%1.part' '%1'"));
-        QVERIFY(startProgram(QStringLiteral("hesap")));
+        makeScript(u"hesap"_s,
+                   u"( for fd in 0 1 2; do readlink /proc/$$/fd/$fd; done ) > '%1.part' && "
+                   u"mv '%1.part' '%1'"_s);
+        QVERIFY(startProgram(u"hesap"_s));
         QTRY_COMPARE(marker(), QByteArray("/dev/null\n/dev/null\n/dev/null\n"));
     }
 
     // What the till started must not go down with it (Ctrl+C in the terminal, the end of the session's
     // group).
     void isNotOfTheTillsProcessGroup() {
-        makeScript(QStringLiteral("hesap"),
-                   QStringLiteral("cut -d' ' -f5 /proc/$$/stat > '%1.part' && mv '%1.part' '%1'"));
-        QVERIFY(startProgram(QStringLiteral("hesap")));
+        makeScript(u"hesap"_s, u"cut -d' ' -f5 /proc/$$/stat > '%1.part' && mv '%1.part' '%1'"_s);
+        QVERIFY(startProgram(u"hesap"_s));
         QTRY_VERIFY(!marker().isEmpty());
         QVERIFY(marker().trimmed().toInt() > 0);
         QVERIFY(marker().trimmed().toInt() != getpgrp());
@@ -106,30 +104,30 @@ private Q_SLOTS:
     void whatCannotBeStarted_data() {
         QTest::addColumn<QString>("program");
         QTest::newRow("empty") << QString();
-        QTest::newRow("not on PATH") << QStringLiteral("boyle-bir-program-yok");
-        QTest::newRow("missing path") << QStringLiteral("/yok/hesap");
-        QTest::newRow("not executable") << QStringLiteral("duz");
-        QTest::newRow("path, not executable") << QStringLiteral("%1/duz");
-        QTest::newRow("folder") << QStringLiteral("%1");
-        QTest::newRow("a path of another platform") << QStringLiteral("c:\\windows\\system32\\calc.exe");
+        QTest::newRow("not on PATH") << u"boyle-bir-program-yok"_s;
+        QTest::newRow("missing path") << u"/yok/hesap"_s;
+        QTest::newRow("not executable") << u"duz"_s;
+        QTest::newRow("path, not executable") << u"%1/duz"_s;
+        QTest::newRow("folder") << u"%1"_s;
+        QTest::newRow("a path of another platform") << u"c:\\windows\\system32\\calc.exe"_s;
     }
     void whatCannotBeStarted() {
         QFETCH(QString, program);
-        QFile plain(m_folder->filePath(QStringLiteral("duz")));
+        QFile plain(m_folder->filePath(u"duz"_s));
         QVERIFY(plain.open(QIODevice::WriteOnly));
         plain.write("#!/bin/sh\n");
         plain.close();
-        QVERIFY(!startProgram(program.replace(QStringLiteral("%1"), m_folder->path())));
+        QVERIFY(!startProgram(program.replace(u"%1"_s, m_folder->path())));
     }
 
     void firstInstalledIsFirstOfTheList() {
-        const QString second = makeScript(QStringLiteral("ikinci"), QStringLiteral("true '%1'"));
-        const QString third = makeScript(QStringLiteral("ucuncu"), QStringLiteral("true '%1'"));
-        const QString missing = QStringLiteral("boyle-bir-program-yok");
+        const QString second = makeScript(u"ikinci"_s, u"true '%1'"_s);
+        const QString third = makeScript(u"ucuncu"_s, u"true '%1'"_s);
+        const QString missing = u"boyle-bir-program-yok"_s;
         const auto names = [](const char* a, const char* b) {
             return QStringList{QString::fromLatin1(a), QString::fromLatin1(b)};
         };
-        QCOMPARE(firstInstalled({missing, QStringLiteral("ikinci"), QStringLiteral("ucuncu")}), second);
+        QCOMPARE(firstInstalled({missing, u"ikinci"_s, u"ucuncu"_s}), second);
         QCOMPARE(firstInstalled(names("ucuncu", "ikinci")), third);
         QCOMPARE(firstInstalled({missing}), QString());
         QCOMPARE(firstInstalled({}), QString());
@@ -138,14 +136,12 @@ private Q_SLOTS:
 
     void documents_data() {
         addRows<DocumentsRow>(
-            {{"address",
-              {QStringLiteral("https://example.com/a?b=c#d"), QStringLiteral("https://example.com/a?b=c#d")}},
-             {"address without a scheme",
-              {QStringLiteral("www.example.com"), QStringLiteral("http://www.example.com")}},
-             {"file", {QStringLiteral("%1/rapor.html"), QStringLiteral("file://%1/rapor.html")}},
+            {{"address", {u"https://example.com/a?b=c#d"_s, u"https://example.com/a?b=c#d"_s}},
+             {"address without a scheme", {u"www.example.com"_s, u"http://www.example.com"_s}},
+             {"file", {u"%1/rapor.html"_s, u"file://%1/rapor.html"_s}},
              {"file with signs of an address",
-              {QStringLiteral("%1/a #1 %20?.html"), QStringLiteral("file://%1/a%20%231%20%2520%3F.html")}},
-             {"folder", {QStringLiteral("%1"), QStringLiteral("file://%1")}}});
+              {u"%1/a #1 %20?.html"_s, u"file://%1/a%20%231%20%2520%3F.html"_s}},
+             {"folder", {u"%1"_s, u"file://%1"_s}}});
     }
     void documents() {
         QFETCH(DocumentsRow, row);
@@ -153,22 +149,22 @@ private Q_SLOTS:
             QFile file(m_folder->filePath(QString::fromLatin1(name)));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
-        const Opener opener({QStringLiteral("http"), QStringLiteral("https"), QStringLiteral("file")});
-        QVERIFY(openDocument(row.asked.replace(QStringLiteral("%1"), m_folder->path())));
+        const Opener opener({u"http"_s, u"https"_s, u"file"_s});
+        QVERIFY(openDocument(row.asked.replace(u"%1"_s, m_folder->path())));
         QCOMPARE(opener.opened.size(), 1);
         QCOMPARE(opener.opened[0].toString(QUrl::FullyEncoded),
-                 row.opened.replace(QStringLiteral("%1"), m_folder->path()));
+                 row.opened.replace(u"%1"_s, m_folder->path()));
     }
 
     void whatCannotBeOpened_data() {
         QTest::addColumn<QString>("asked");
         QTest::newRow("empty") << QString();
-        QTest::newRow("missing file") << QStringLiteral("%1/yok.html");
+        QTest::newRow("missing file") << u"%1/yok.html"_s;
     }
     void whatCannotBeOpened() {
         QFETCH(QString, asked);
-        const Opener opener({QStringLiteral("http"), QStringLiteral("file")});
-        QVERIFY(!openDocument(asked.replace(QStringLiteral("%1"), m_folder->path())));
+        const Opener opener({u"http"_s, u"file"_s});
+        QVERIFY(!openDocument(asked.replace(u"%1"_s, m_folder->path())));
         QVERIFY(opener.opened.isEmpty());
     }
 
@@ -176,8 +172,8 @@ private:
     /// A program in the folder that stands first on PATH; %1 in its line is the marker's path, %% a percent
     /// sign.
     QString makeScript(const QString& name, QString line) const {
-        line.replace(QStringLiteral("%1"), m_folder->filePath(QStringLiteral("marker")));
-        line.replace(QStringLiteral("%%"), QStringLiteral("%"));
+        line.replace(u"%1"_s, m_folder->filePath(u"marker"_s));
+        line.replace(u"%%"_s, u"%"_s);
         QFile script(m_folder->filePath(name));
         if (!script.open(QIODevice::WriteOnly))
             qFatal("no script");
@@ -188,7 +184,7 @@ private:
     }
 
     QByteArray marker() const {
-        QFile file(m_folder->filePath(QStringLiteral("marker")));
+        QFile file(m_folder->filePath(u"marker"_s));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 

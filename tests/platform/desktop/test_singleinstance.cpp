@@ -18,6 +18,7 @@
 #include "rows.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,7 +26,7 @@ constexpr int patience = 20000;  // milliseconds, for what another process does
 
 /// A name that no other run of any test uses.
 QString freshName() {
-    return QStringLiteral("Global\\Kovanix.Test.") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    return u"Global\\Kovanix.Test."_s + QUuid::createUuid().toString(QUuid::WithoutBraces);
 }
 
 /// A process of its own that holds a name or asks for its holder.
@@ -33,11 +34,11 @@ class Helper {
 public:
     Helper(const QString& mode, const QString& name, const QString& token = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        environment.remove(QStringLiteral("DESKTOP_STARTUP_ID"));
-        environment.remove(QStringLiteral("XDG_ACTIVATION_TOKEN"));
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        environment.remove(u"DESKTOP_STARTUP_ID"_s);
+        environment.remove(u"XDG_ACTIVATION_TOKEN"_s);
         if (!token.isEmpty())
-            environment.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), token);
+            environment.insert(u"XDG_ACTIVATION_TOKEN"_s, token);
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process.setProgram(QStringLiteral(INSTANCE_HELPER));
@@ -110,7 +111,7 @@ private Q_SLOTS:
     void otherNamesAreFree() {
         const QString name = freshName();
         const SingleInstance first(name);
-        const SingleInstance longer(name + QStringLiteral("x"));
+        const SingleInstance longer(name + u"x"_s);
         QVERIFY(first.isFirst());
         QVERIFY(longer.isFirst());
     }
@@ -124,7 +125,7 @@ private Q_SLOTS:
             const SingleInstance first(name);
             QVERIFY(first.isFirst());
             QVERIFY(QDir(dir.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
-            QFile sockets(QStringLiteral("/proc/net/unix"));
+            QFile sockets(u"/proc/net/unix"_s);
             QVERIFY(sockets.open(QIODevice::ReadOnly));
             QVERIFY(sockets.readAll().contains(name.toLatin1().prepend('@')));
         }
@@ -156,16 +157,16 @@ private Q_SLOTS:
 
     void twoProcesses() {
         const QString name = freshName();
-        Helper first(QStringLiteral("hold"), name);
+        Helper first(u"hold"_s, name);
         QCOMPARE(first.start().line(), QByteArray("first"));
-        Helper second(QStringLiteral("hold"), name);
+        Helper second(u"hold"_s, name);
         QCOMPARE(second.start().line(), QByteArray("second"));
         QVERIFY(!SingleInstance(name).isFirst());
     }
 
     void aKilledHolderFreesTheName() {
         const QString name = freshName();
-        Helper first(QStringLiteral("hold"), name);
+        Helper first(u"hold"_s, name);
         QCOMPARE(first.start().line(), QByteArray("first"));
         QCOMPARE(::kill(static_cast<pid_t>(first.process.processId()), SIGKILL), 0);
         QVERIFY(first.process.waitForFinished(patience));
@@ -181,13 +182,13 @@ private Q_SLOTS:
         // Its own copy: the build folder may be closed to other users.
         QTemporaryDir dir;
         QVERIFY(QFile::setPermissions(dir.path(), QFile::Permissions(0x7755)));
-        const QString program = dir.filePath(QStringLiteral("helper"));
+        const QString program = dir.filePath(u"helper"_s);
         QVERIFY(QFile::copy(QStringLiteral(INSTANCE_HELPER), program));
         QVERIFY(QFile::setPermissions(program, QFile::Permissions(0x7755)));
 
         const auto asNobody = [&program](Helper& helper) -> Helper& {
             helper.process.setProgram(program);
-            helper.process.setWorkingDirectory(QStringLiteral("/"));
+            helper.process.setWorkingDirectory(u"/"_s);
             helper.process.setChildProcessModifier([] {
                 constexpr unsigned nobody = 65534;
                 if (setgid(nobody) != 0 || setuid(nobody) != 0)
@@ -195,11 +196,11 @@ private Q_SLOTS:
             });
             return helper.start();
         };
-        Helper second(QStringLiteral("hold"), name);
+        Helper second(u"hold"_s, name);
         QCOMPARE(asNobody(second).line(), QByteArray("second"));
 
         QSignalSpy raised(&first, &SingleInstance::raiseRequested);
-        Helper raiser(QStringLiteral("raise"), name);
+        Helper raiser(u"raise"_s, name);
         asNobody(raiser);
         QTRY_COMPARE_WITH_TIMEOUT(raised.count(), 1, patience);
         QCOMPARE(raiser.line(), QByteArray("taken"));
@@ -226,9 +227,9 @@ private Q_SLOTS:
     void aRequestFromAnotherProcess() {
         QFETCH(const ARequestFromAnotherProcessRow, row);
         const QString name = freshName();
-        Helper first(QStringLiteral("hold"), name);
+        Helper first(u"hold"_s, name);
         QCOMPARE(first.start().line(), QByteArray("first"));
-        Helper raiser(QStringLiteral("raise"), name, row.token);
+        Helper raiser(u"raise"_s, name, row.token);
         QCOMPARE(raiser.start().line(), QByteArray("taken"));
         QCOMPARE(first.line(), row.said);
     }
@@ -239,7 +240,7 @@ private Q_SLOTS:
         QByteArray during;
         connect(&first, &SingleInstance::raiseRequested, this,
                 [&during] { during = qgetenv("XDG_ACTIVATION_TOKEN"); });
-        Helper raiser(QStringLiteral("raise"), name, QStringLiteral("token1"));
+        Helper raiser(u"raise"_s, name, u"token1"_s);
         raiser.start();
         QTRY_COMPARE_WITH_TIMEOUT(during, QByteArray("token1"), patience);
         QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));

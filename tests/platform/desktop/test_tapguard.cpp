@@ -10,6 +10,7 @@
 #include "rows.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -41,7 +42,7 @@ struct Windows {
 
 /// Whether taps are dropped still.
 bool dropping() {
-    return qApp->findChild<QObject*>(QStringLiteral("tapDropper"));
+    return qApp->findChild<QObject*>(u"tapDropper"_s);
 }
 
 }  // namespace

@@ -8,10 +8,11 @@
 #include "runtime/runtimeerror.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Kovanix"));
+    QApplication::setApplicationName(u"Kovanix"_s);
     QFile input;
     if (!input.open(stdin, QIODevice::ReadOnly))
         return 2;

@@ -8,6 +8,7 @@
 #include "cupsserver.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,10 +24,10 @@ Outcome printed(const QString& text, const QString& server, const QString& defau
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* variable : {"KOVANIX_PRINTER", "PRINTER", "LPDEST"})
         environment.remove(QString::fromLatin1(variable));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.insert(QStringLiteral("CUPS_SERVER"), server);
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    environment.insert(u"CUPS_SERVER"_s, server);
     if (!defaultQueue.isEmpty())
-        environment.insert(QStringLiteral("PRINTER"), defaultQueue);
+        environment.insert(u"PRINTER"_s, defaultQueue);
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(PRINT_HELPER), QStringList());
@@ -52,14 +53,14 @@ private Q_SLOTS:
 
     void aPrintedTextReachesTheQueue_data() {
         QTest::addColumn<QString>("text");
-        QTest::newRow("a receipt") << QStringLiteral(
-            "\r\n Tarih 05.03.2026\r\n Saat 14:07:09\r\nMüşteri :PEŞİN MÜŞTERİ\r\n\r\nKola 1 lt\r\n"
-            "2,5 X 10,00 T.L. = 25,00 T.L.\r\n\r\n0 X 0,00 T.L. = 0,00 T.L.\r\n\r\n"
-            "\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ");
-        QTest::newRow("every Turkish letter") << QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi fi fl");
+        QTest::newRow("a receipt")
+            << u"\r\n Tarih 05.03.2026\r\n Saat 14:07:09\r\nMüşteri :PEŞİN MÜŞTERİ\r\n\r\nKola 1 lt\r\n"
+               u"2,5 X 10,00 T.L. = 25,00 T.L.\r\n\r\n0 X 0,00 T.L. = 0,00 T.L.\r\n\r\n"
+               u"\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ"_s;
+        QTest::newRow("every Turkish letter") << u"ÇĞİÖŞÜ çğıöşü Iıİi fi fl"_s;
         QString many;
         for (int i = 1; i <= 150; ++i)
-            many += QStringLiteral("kalem %1\r\n").arg(i);
+            many += u"kalem %1\r\n"_s.arg(i);
         QTest::newRow("several pages") << many;
     }
 
@@ -72,26 +73,25 @@ private Q_SLOTS:
                                   patience);
         const QString job = m_server->jobs().last();
         QCOMPARE(textLines(pageText(job)), textLines(text));
-        QFile title(QString(job).replace(QStringLiteral(".pdf"), QStringLiteral(".title")));
+        QFile title(QString(job).replace(u".pdf"_s, u".title"_s));
         QVERIFY(title.open(QIODevice::ReadOnly));
         QCOMPARE(title.readAll(), QByteArray("Kovanix"));
     }
 
     void aQueueThatTakesNoJobs() {
         const qsizetype before = m_server->jobs().size();
-        const Outcome outcome = printed(QStringLiteral("bir"), m_server->socket(), QStringLiteral("Kapali"));
+        const Outcome outcome = printed(u"bir"_s, m_server->socket(), u"Kapali"_s);
         QCOMPARE(outcome.status, 3);
-        QVERIFY2(outcome.errors.contains(QStringLiteral("482: ")), qPrintable(outcome.errors));
-        QVERIFY2(outcome.errors.contains(QStringLiteral("Kapali")), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(u"482: "_s), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(u"Kapali"_s), qPrintable(outcome.errors));
         QCOMPARE(m_server->jobs().size(), before);
     }
 
     void aMachineWithoutAPrinter() {
         QTemporaryDir nowhere;
-        const Outcome outcome = printed(QStringLiteral("bir"), nowhere.filePath(QStringLiteral("none.sock")));
+        const Outcome outcome = printed(u"bir"_s, nowhere.filePath(u"none.sock"_s));
         QCOMPARE(outcome.status, 3);
-        QVERIFY2(outcome.errors.contains(QStringLiteral("482: There is no default printer")),
-                 qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(u"482: There is no default printer"_s), qPrintable(outcome.errors));
     }
 
     void cleanupTestCase() { m_server.reset(); }

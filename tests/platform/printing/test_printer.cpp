@@ -15,6 +15,7 @@
 #include "runtime/runtimeerror.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,15 +23,13 @@ QString output(const QString& program, const QStringList& arguments) {
     QProcess process;
     process.start(program, arguments);
     if (!process.waitForFinished() || process.exitCode() != 0)
-        return QStringLiteral("%1 failed: %2")
-            .arg(program, QString::fromUtf8(process.readAllStandardError()));
+        return u"%1 failed: %2"_s.arg(program, QString::fromUtf8(process.readAllStandardError()));
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
 /// The lines that stand on the pages; runs of blanks count as one, pages are divided by a form feed.
 QStringList printedLines(const QString& file) {
-    QString text =
-        output(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), file, QStringLiteral("-")});
+    QString text = output(u"pdftotext"_s, {u"-layout"_s, file, u"-"_s});
     text.remove(QLatin1Char('\f'));
     QStringList lines;
     for (const QString& line : text.split(QLatin1Char('\n'))) {
@@ -41,23 +40,21 @@ QStringList printedLines(const QString& file) {
 }
 
 int pageCount(const QString& file) {
-    const QString text = output(QStringLiteral("pdfinfo"), {file});
-    return QRegularExpression(QStringLiteral("Pages:\\s+(\\d+)")).match(text).captured(1).toInt();
+    const QString text = output(u"pdfinfo"_s, {file});
+    return QRegularExpression(u"Pages:\\s+(\\d+)"_s).match(text).captured(1).toInt();
 }
 
 /// Width and height of the first page in millimetres.
 QSizeF pageSize(const QString& file) {
-    const QString text = output(QStringLiteral("pdfinfo"), {file});
-    const auto match =
-        QRegularExpression(QStringLiteral("Page size:\\s+([\\d.]+) x ([\\d.]+) pts")).match(text);
+    const QString text = output(u"pdfinfo"_s, {file});
+    const auto match = QRegularExpression(u"Page size:\\s+([\\d.]+) x ([\\d.]+) pts"_s).match(text);
     return QSizeF(match.captured(1).toDouble(), match.captured(2).toDouble()) / 72 * 25.4;
 }
 
 /// The left edge of a word on the first page, in points.
 double leftEdgeOf(const QString& word, const QString& file) {
-    const QString text =
-        output(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), file, QStringLiteral("-")});
-    const QRegularExpression pattern(QStringLiteral("xMin=\"([\\d.]+)\"[^>]*>%1<").arg(word));
+    const QString text = output(u"pdftotext"_s, {u"-bbox"_s, file, u"-"_s});
+    const QRegularExpression pattern(u"xMin=\"([\\d.]+)\"[^>]*>%1<"_s.arg(word));
     const auto match = pattern.match(text);
     return match.hasMatch() ? match.captured(1).toDouble() : -1;
 }
@@ -78,40 +75,34 @@ class PrinterTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase() {
-        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty(),
+        QVERIFY2(!QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty(),
                  "pdftotext (package poppler-utils) is needed");
     }
 
     void init() {
         m_dir = std::make_unique<QTemporaryDir>();
         QVERIFY(m_dir->isValid());
-        printInto(m_dir->filePath(QStringLiteral("slips")));
+        printInto(m_dir->filePath(u"slips"_s));
     }
 
     void texts_data() {
-        const QStringList two{QStringLiteral("bir"), QStringLiteral("iki")};
+        const QStringList two{u"bir"_s, u"iki"_s};
         addRows<TextsRow>(
-            {{"one line", {"bir", QStringList{QStringLiteral("bir")}}},
+            {{"one line", {"bir", QStringList{u"bir"_s}}},
              {"CR LF", {"bir\r\niki", two}},
              {"LF", {"bir\niki", two}},
              {"CR", {"bir\riki", two}},
              {"a break at the end", {"bir\r\niki\r\n", two}},
-             {"Turkish letters",
-              {QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi"), QStringList{QStringLiteral("ÇĞİÖŞÜ çğıöşü Iıİi")}}},
-             {"letters that fonts join",
-              {"fi fl ffi ffl ofis tt", QStringList{QStringLiteral("fi fl ffi ffl ofis tt")}}},
-             {"signs of mark-up stay text",
-              {"<b>A&B</b> 5 < 6 %1", QStringList{QStringLiteral("<b>A&B</b> 5 < 6 %1")}}},
+             {"Turkish letters", {u"ÇĞİÖŞÜ çğıöşü Iıİi"_s, QStringList{u"ÇĞİÖŞÜ çğıöşü Iıİi"_s}}},
+             {"letters that fonts join", {"fi fl ffi ffl ofis tt", QStringList{u"fi fl ffi ffl ofis tt"_s}}},
+             {"signs of mark-up stay text", {"<b>A&B</b> 5 < 6 %1", QStringList{u"<b>A&B</b> 5 < 6 %1"_s}}},
              {"a receipt",
-              {QStringLiteral(
-                   "\r\n Tarih 05.03.2026\r\n Saat 14:07:09\r\nMüşteri :PEŞİN MÜŞTERİ\r\n\r\nKola 1 lt\r\n"
-                   "2,5 X 10,00 T.L. = 25,00 T.L.\r\n\r\n0 X 0,00 T.L. = 0,00 T.L.\r\n\r\n"
-                   "\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ"),
-               QStringList{QStringLiteral("Tarih 05.03.2026"), QStringLiteral("Saat 14:07:09"),
-                           QStringLiteral("Müşteri :PEŞİN MÜŞTERİ"), QStringLiteral("Kola 1 lt"),
-                           QStringLiteral("2,5 X 10,00 T.L. = 25,00 T.L."),
-                           QStringLiteral("0 X 0,00 T.L. = 0,00 T.L."),
-                           QStringLiteral("TOPLAM TUTAR : 25,00"), QStringLiteral("TEŞEKKÜR EDERİZ")}}}});
+              {u"\r\n Tarih 05.03.2026\r\n Saat 14:07:09\r\nMüşteri :PEŞİN MÜŞTERİ\r\n\r\nKola 1 lt\r\n"
+               u"2,5 X 10,00 T.L. = 25,00 T.L.\r\n\r\n0 X 0,00 T.L. = 0,00 T.L.\r\n\r\n"
+               u"\tTOPLAM TUTAR  :\t25,00\r\n\r\n\tTEŞEKKÜR EDERİZ"_s,
+               QStringList{u"Tarih 05.03.2026"_s, u"Saat 14:07:09"_s, u"Müşteri :PEŞİN MÜŞTERİ"_s,
+                           u"Kola 1 lt"_s, u"2,5 X 10,00 T.L. = 25,00 T.L."_s, u"0 X 0,00 T.L. = 0,00 T.L."_s,
+                           u"TOPLAM TUTAR : 25,00"_s, u"TEŞEKKÜR EDERİZ"_s}}}});
     }
 
     void texts() {
@@ -122,15 +113,15 @@ private Q_SLOTS:
     }
 
     void printsPileUpToOneJob() {
-        print({QStringLiteral("bir"), QStringLiteral("iki")});
-        QCOMPARE(printedLines(job(1)), QStringList({QStringLiteral("bir"), QStringLiteral("iki")}));
-        QCOMPARE(jobs(), QStringList{QStringLiteral("0001.pdf")});
+        print({u"bir"_s, u"iki"_s});
+        QCOMPARE(printedLines(job(1)), QStringList({u"bir"_s, u"iki"_s}));
+        QCOMPARE(jobs(), QStringList{u"0001.pdf"_s});
     }
 
     void tabsGoToStops() {
-        print({QStringLiteral("AAA\nBBB\tCCC\n0000000\tDDD\n00000000\tEEE\n\t\tFFF")});
-        const double start = leftEdgeOf(QStringLiteral("BBB"), job(1));
-        const double stop = leftEdgeOf(QStringLiteral("CCC"), job(1)) - start;
+        print({u"AAA\nBBB\tCCC\n0000000\tDDD\n00000000\tEEE\n\t\tFFF"_s});
+        const double start = leftEdgeOf(u"BBB"_s, job(1));
+        const double stop = leftEdgeOf(u"CCC"_s, job(1)) - start;
         // Eight digits of a ten-point face are 35 to 55 points wide.
         QVERIFY2(start > 0 && stop > 35 && stop < 55, qPrintable(QString::number(stop)));
         const auto isAt = [&](const char* word, double where) {
@@ -144,7 +135,7 @@ private Q_SLOTS:
     void longLinesBreak_data() {
         QTest::addColumn<QString>("text");
         QTest::newRow("without a blank") << QString(500, QLatin1Char('W'));
-        QTest::newRow("of words") << QStringLiteral("sözcük ").repeated(71) + QStringLiteral("son");
+        QTest::newRow("of words") << u"sözcük "_s.repeated(71) + u"son"_s;
     }
 
     void longLinesBreak() {
@@ -152,21 +143,21 @@ private Q_SLOTS:
         print({text});
         const QStringList lines = printedLines(job(1));
         QVERIFY(lines.size() > 5);
-        const QString joined = lines.join(text.contains(QLatin1Char(' ')) ? QStringLiteral(" ") : QString());
+        const QString joined = lines.join(text.contains(QLatin1Char(' ')) ? u" "_s : QString());
         QCOMPARE(joined, text);
     }
 
     void manyLinesTakeSeveralPages() {
         QStringList lines;
         for (int i = 1; i <= 200; ++i)
-            lines << QStringLiteral("kalem %1").arg(i);
-        print({lines.join(QStringLiteral("\r\n"))});
+            lines << u"kalem %1"_s.arg(i);
+        print({lines.join(u"\r\n"_s)});
         QVERIFY(pageCount(job(1)) > 1);
         QCOMPARE(printedLines(job(1)), lines);
     }
 
     void blankLinesAtTheEndTakeNoPage() {
-        print({QStringLiteral("bir") + QStringLiteral("\r\n").repeated(500)});
+        print({u"bir"_s + u"\r\n"_s.repeated(500)});
         QCOMPARE(pageCount(job(1)), 1);
     }
 
@@ -177,8 +168,8 @@ private Q_SLOTS:
             for (int i = 1; i <= count; ++i)
                 lines << QString::number(i);
             print({lines.join(QLatin1Char('\n'))});
-            const QString file = m_dir->filePath(QStringLiteral("slips/") + jobs().last());
-            const QString text = output(QStringLiteral("pdftotext"), {file, QStringLiteral("-")});
+            const QString file = m_dir->filePath(u"slips/"_s + jobs().last());
+            const QString text = output(u"pdftotext"_s, {file, u"-"_s});
             const QStringList pages = text.split(QLatin1Char('\f'));
             QCOMPARE(pages.size() - 1, pageCount(file));
             for (int page = 0; page < pages.size() - 1; ++page)
@@ -194,7 +185,7 @@ private Q_SLOTS:
 
     void theSlipIsARoll() {
         QFETCH(const TheSlipIsARollRow, row);
-        print({QStringLiteral("kalem\n").repeated(row.lines)});
+        print({u"kalem\n"_s.repeated(row.lines)});
         const QSizeF size = pageSize(job(1));
         QVERIFY2(std::abs(size.width() - 80) < 0.5, qPrintable(QString::number(size.width())));
         QVERIFY2(size.height() >= row.shortest && size.height() <= row.longest,
@@ -202,18 +193,18 @@ private Q_SLOTS:
     }
 
     void numbersGoOn() {
-        print({QStringLiteral("bir")});
-        print({QStringLiteral("iki")});
-        QCOMPARE(jobs(), QStringList({QStringLiteral("0001.pdf"), QStringLiteral("0002.pdf")}));
-        QCOMPARE(printedLines(job(1)), QStringList{QStringLiteral("bir")});
-        QCOMPARE(printedLines(job(2)), QStringList{QStringLiteral("iki")});
+        print({u"bir"_s});
+        print({u"iki"_s});
+        QCOMPARE(jobs(), QStringList({u"0001.pdf"_s, u"0002.pdf"_s}));
+        QCOMPARE(printedLines(job(1)), QStringList{u"bir"_s});
+        QCOMPARE(printedLines(job(2)), QStringList{u"iki"_s});
     }
 
     void numbersGoOnBehindTheHighest() {
-        print({QStringLiteral("bir")});
+        print({u"bir"_s});
         QVERIFY(QFile::rename(job(1), job(41)));
-        print({QStringLiteral("iki")});
-        QCOMPARE(jobs(), QStringList({QStringLiteral("0041.pdf"), QStringLiteral("0042.pdf")}));
+        print({u"iki"_s});
+        QCOMPARE(jobs(), QStringList({u"0041.pdf"_s, u"0042.pdf"_s}));
     }
 
     void printersAtOneTimeShareNoFile() {
@@ -222,7 +213,7 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i) {
             printing.push_back(std::async(std::launch::async, [] {
                 for (int count = 0; count < jobsEach; ++count)
-                    print({QStringLiteral("bir")});
+                    print({u"bir"_s});
             }));
         }
         for (std::future<void>& each : printing)
@@ -231,34 +222,34 @@ private Q_SLOTS:
     }
 
     void aDanglingLinkIsNotFollowed() {
-        QVERIFY(QDir().mkpath(m_dir->filePath(QStringLiteral("slips"))));
-        const QString target = m_dir->filePath(QStringLiteral("elsewhere"));
+        QVERIFY(QDir().mkpath(m_dir->filePath(u"slips"_s)));
+        const QString target = m_dir->filePath(u"elsewhere"_s);
         QVERIFY(QFile::link(target, job(1)));
-        print({QStringLiteral("bir")});
+        print({u"bir"_s});
         QVERIFY(!QFile::exists(target));
-        QCOMPARE(printedLines(job(2)), QStringList{QStringLiteral("bir")});
+        QCOMPARE(printedLines(job(2)), QStringList{u"bir"_s});
     }
 
     void otherFilesDoNotCount() {
-        QVERIFY(QDir().mkpath(m_dir->filePath(QStringLiteral("slips"))));
-        QFile other(m_dir->filePath(QStringLiteral("slips/abcd.pdf")));
+        QVERIFY(QDir().mkpath(m_dir->filePath(u"slips"_s)));
+        QFile other(m_dir->filePath(u"slips/abcd.pdf"_s));
         QVERIFY(other.open(QIODevice::WriteOnly));
-        print({QStringLiteral("bir")});
-        QVERIFY(jobs().contains(QStringLiteral("0001.pdf")));
+        print({u"bir"_s});
+        QVERIFY(jobs().contains(u"0001.pdf"_s));
     }
 
     void aFullFolderFails() {
-        QVERIFY(QDir().mkpath(m_dir->filePath(QStringLiteral("slips"))));
+        QVERIFY(QDir().mkpath(m_dir->filePath(u"slips"_s)));
         QFile last(job(9999));
         QVERIFY(last.open(QIODevice::WriteOnly));
-        QVERIFY(failure(QStringLiteral("bir")) != 0);
+        QVERIFY(failure(u"bir"_s) != 0);
         QCOMPARE(last.size(), 0);
     }
 
     void nothingPrintedMakesNoJob() {
         Printer printer;
         printer.endDocument();
-        QVERIFY(!QDir(m_dir->filePath(QStringLiteral("slips"))).exists());
+        QVERIFY(!QDir(m_dir->filePath(u"slips"_s)).exists());
     }
 
     void anEmptyTextIsABlankPage() {
@@ -269,17 +260,17 @@ private Q_SLOTS:
 
     void theTextIsGoneAfterTheJob() {
         Printer printer;
-        printer.print(QStringLiteral("bir"));
+        printer.print(u"bir"_s);
         printer.endDocument();
         printer.endDocument();
-        QCOMPARE(jobs(), QStringList{QStringLiteral("0001.pdf")});
+        QCOMPARE(jobs(), QStringList{u"0001.pdf"_s});
     }
 
     void aFolderThatCannotBeMade() {
-        QFile file(m_dir->filePath(QStringLiteral("file")));
+        QFile file(m_dir->filePath(u"file"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        printInto(file.fileName() + QStringLiteral("/below"));
-        QCOMPARE(failure(QStringLiteral("bir")), RuntimeError::printerError);
+        printInto(file.fileName() + u"/below"_s);
+        QCOMPARE(failure(u"bir"_s), RuntimeError::printerError);
     }
 
     void aFolderThatIsClosedToUs() {
@@ -288,23 +279,23 @@ private Q_SLOTS:
         QTemporaryDir closed;
         QVERIFY(QFile::setPermissions(closed.path(), QFile::ReadOwner | QFile::ExeOwner));
         printInto(closed.path());
-        QCOMPARE(failure(QStringLiteral("bir")), RuntimeError::printerError);
+        QCOMPARE(failure(u"bir"_s), RuntimeError::printerError);
         QVERIFY(QFile::setPermissions(closed.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     }
 
     void theTextIsGoneAfterAFailure() {
-        QFile file(m_dir->filePath(QStringLiteral("file")));
+        QFile file(m_dir->filePath(u"file"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
         printInto(file.fileName());
         Printer printer;
-        printer.print(QStringLiteral("bir"));
+        printer.print(u"bir"_s);
         QVERIFY_THROWS_EXCEPTION(RuntimeError, printer.endDocument());
-        printInto(m_dir->filePath(QStringLiteral("slips")));
+        printInto(m_dir->filePath(u"slips"_s));
         printer.endDocument();
         QCOMPARE(jobs(), QStringList());
-        printer.print(QStringLiteral("iki"));
+        printer.print(u"iki"_s);
         printer.endDocument();
-        QCOMPARE(printedLines(job(1)), QStringList{QStringLiteral("iki")});
+        QCOMPARE(printedLines(job(1)), QStringList{u"iki"_s});
     }
 
 private:
@@ -330,12 +321,10 @@ private:
     }
 
     QString job(int number) const {
-        return m_dir->filePath(QStringLiteral("slips/%1.pdf").arg(number, 4, 10, QLatin1Char('0')));
+        return m_dir->filePath(u"slips/%1.pdf"_s.arg(number, 4, 10, QLatin1Char('0')));
     }
 
-    QStringList jobs() const {
-        return QDir(m_dir->filePath(QStringLiteral("slips"))).entryList(QDir::Files, QDir::Name);
-    }
+    QStringList jobs() const { return QDir(m_dir->filePath(u"slips"_s)).entryList(QDir::Files, QDir::Name); }
 
     std::unique_ptr<QTemporaryDir> m_dir;
 };

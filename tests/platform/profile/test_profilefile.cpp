@@ -7,6 +7,7 @@
 #include "rows.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,7 +47,7 @@ private Q_SLOTS:
     void init() {
         m_folder.reset(new QTemporaryDir);
         QVERIFY(m_folder->isValid());
-        m_path = m_folder->filePath(QStringLiteral("Kovanix.config"));
+        m_path = m_folder->filePath(u"Kovanix.config"_s);
     }
 
     void reads_data() {
@@ -107,7 +108,7 @@ private Q_SLOTS:
     void reads() {
         QFETCH(const ReadsRow, row);
         writeBytes(m_path, row.bytes);
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), row.key), row.value);
+        QCOMPARE(ProfileFile::value(m_path, u"ayar"_s, row.key), row.value);
         QCOMPARE(readBytes(m_path), row.bytes);
     }
 
@@ -180,7 +181,7 @@ private Q_SLOTS:
              {"Turkish letters",
               {QByteArray("[ayar]\n\xF0=\xFD\n"), "Ğ", "Şİ", QByteArray("[ayar]\n\xF0=\xDE\xDD\n")}},
              {"what the page lacks",
-              {QByteArray("[ayar]\n"), "ip", QStringLiteral("\U0001F35E₺"), QByteArray("[ayar]\nip=\?\?\n")}},
+              {QByteArray("[ayar]\n"), "ip", u"\U0001F35E₺"_s, QByteArray("[ayar]\nip=\?\?\n")}},
              {"blanks and quotes as they are",
               {QByteArray("[ayar]\n"), "ip", " \"a\" ", QByteArray("[ayar]\nip= \"a\" \n")}},
              {"value cut at a line feed",
@@ -197,7 +198,7 @@ private Q_SLOTS:
     void writes() {
         QFETCH(const WritesRow, row);
         writeBytes(m_path, row.before);
-        QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), row.key, row.value));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, row.key, row.value));
         QCOMPARE(readBytes(m_path), row.after);
         QCOMPARE(
             QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden).size(),
@@ -219,7 +220,7 @@ private Q_SLOTS:
         QFETCH(const RefusesNamesRow, row);
         const QByteArray bytes("[ayar]\nip=a\n");
         writeBytes(m_path, bytes);
-        QVERIFY(!ProfileFile::setValue(m_path, row.section, row.key, QStringLiteral("b")));
+        QVERIFY(!ProfileFile::setValue(m_path, row.section, row.key, u"b"_s));
         QCOMPARE(readBytes(m_path), bytes);
     }
 
@@ -236,12 +237,10 @@ private Q_SLOTS:
     }
     void writtenComesBack() {
         QFETCH(const WrittenComesBackRow, row);
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("x"), QStringLiteral("1")));
-        QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), row.value));
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("AYAR"), QStringLiteral("IP")), row.read);
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("x")),
-                 QStringLiteral("1"));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"x"_s, u"1"_s));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, row.value));
+        QCOMPARE(ProfileFile::value(m_path, u"AYAR"_s, u"IP"_s), row.read);
+        QCOMPARE(ProfileFile::value(m_path, u"ayar"_s, u"x"_s), u"1"_s);
     }
 
 private:

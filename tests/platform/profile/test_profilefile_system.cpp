@@ -11,6 +11,7 @@
 #include "profile/profilefile.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -41,42 +42,38 @@ private Q_SLOTS:
         m_folder.reset(new QTemporaryDir);
         QVERIFY(m_folder->isValid());
         QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
-        m_path = m_folder->filePath(QStringLiteral("Kovanix.config"));
+        m_path = m_folder->filePath(u"Kovanix.config"_s);
     }
 
     void cleanup() { ::chmod(QFile::encodeName(m_folder->path()).constData(), 0755); }
 
     void missingFileReadsEmpty() {
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
+        QCOMPARE(ProfileFile::value(m_path, u"ayar"_s, u"ip"_s), QString());
         QVERIFY(!QFile::exists(m_path));
     }
 
     void missingFileIsMade() {
-        QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("tema"),
-                                      QStringLiteral("2")));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"tema"_s, u"2"_s));
         QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\ntema=2\r\n"));
     }
 
     void missingFolderFails() {
-        const QString path = m_folder->filePath(QStringLiteral("none/Kovanix.config"));
-        QVERIFY(
-            !ProfileFile::setValue(path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
-        QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("none"))));
+        const QString path = m_folder->filePath(u"none/Kovanix.config"_s);
+        QVERIFY(!ProfileFile::setValue(path, u"ayar"_s, u"ip"_s, u"a"_s));
+        QVERIFY(!QFile::exists(m_folder->filePath(u"none"_s)));
     }
 
     void directoryInPlaceOfTheFile() {
         QVERIFY(QDir().mkdir(m_path));
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
-        QVERIFY(!ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                       QStringLiteral("a")));
+        QCOMPARE(ProfileFile::value(m_path, u"ayar"_s, u"ip"_s), QString());
+        QVERIFY(!ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"a"_s));
         QVERIFY(QFileInfo(m_path).isDir());
     }
 
     void pipeInPlaceOfTheFile() {
         QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
-        QVERIFY(!ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                       QStringLiteral("a")));
+        QCOMPARE(ProfileFile::value(m_path, u"ayar"_s, u"ip"_s), QString());
+        QVERIFY(!ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"a"_s));
     }
 
     void everyByteSurvives() {
@@ -84,8 +81,7 @@ private Q_SLOTS:
         for (int byte = 0; byte < 256; ++byte)
             every += static_cast<char>(byte);
         writeBytes(m_path, every);
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s));
         QCOMPARE(readBytes(m_path), every.replace("ip=a", "ip=b"));
     }
 
@@ -93,8 +89,7 @@ private Q_SLOTS:
         for (const mode_t mode : {0600U, 0644U, 0666U, 0660U}) {
             writeBytes(m_path, "[ayar]\r\nip=a\r\n");
             QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), mode), 0);
-            QVERIFY(ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                          QStringLiteral("b")));
+            QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s));
             QCOMPARE(modeOf(m_path), mode);
         }
     }
@@ -107,8 +102,7 @@ private Q_SLOTS:
         const QByteArray path = QFile::encodeName(m_path);
         QCOMPARE(::chmod(path.constData(), 0640), 0);
         QCOMPARE(::chown(path.constData(), nobody, nobody), 0);
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s));
         struct stat status {};
         QCOMPARE(::stat(path.constData(), &status), 0);
         QCOMPARE(status.st_uid, nobody);
@@ -126,8 +120,7 @@ private Q_SLOTS:
             const OrdinaryUser user;
             if (user.failed() || !QFileInfo::exists(m_path))
                 QSKIP("an ordinary user can't be had here");
-            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                            QStringLiteral("c"));
+            written = ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"c"_s);
         }
         QVERIFY(written);
         QCOMPARE(::stat(path.constData(), &status), 0);
@@ -137,15 +130,13 @@ private Q_SLOTS:
     }
 
     void followsLinks() {
-        const QString target = m_folder->filePath(QStringLiteral("target"));
-        const QString between = m_folder->filePath(QStringLiteral("between"));
+        const QString target = m_folder->filePath(u"target"_s);
+        const QString between = m_folder->filePath(u"between"_s);
         writeBytes(target, "[ayar]\r\nip=a\r\n");
-        QVERIFY(QFile::link(QStringLiteral("target"), between));
+        QVERIFY(QFile::link(u"target"_s, between));
         QVERIFY(QFile::link(between, m_path));
-        QCOMPARE(ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip")),
-                 QStringLiteral("a"));
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QCOMPARE(ProfileFile::value(m_path, u"ayar"_s, u"ip"_s), u"a"_s);
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s));
         QVERIFY(QFileInfo(m_path).isSymLink());
         QVERIFY(QFileInfo(between).isSymLink());
         QVERIFY(!QFileInfo(target).isSymLink());
@@ -153,17 +144,16 @@ private Q_SLOTS:
     }
 
     void followsALinkToNothing() {
-        const QString target = m_folder->filePath(QStringLiteral("target"));
+        const QString target = m_folder->filePath(u"target"_s);
         QVERIFY(QFile::link(target, m_path));
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s));
         QVERIFY(QFileInfo(m_path).isSymLink());
         QCOMPARE(readBytes(target), QByteArray("[ayar]\r\nip=b\r\n"));
 
         // A link to itself leads nowhere.
-        const QString loop = m_folder->filePath(QStringLiteral("loop"));
+        const QString loop = m_folder->filePath(u"loop"_s);
         QVERIFY(QFile::link(loop, loop));
-        QCOMPARE(ProfileFile::value(loop, QStringLiteral("ayar"), QStringLiteral("ip")), QString());
+        QCOMPARE(ProfileFile::value(loop, u"ayar"_s, u"ip"_s), QString());
     }
 
     void replacesInOneStep() {
@@ -171,8 +161,7 @@ private Q_SLOTS:
         // Whoever has the old file open goes on reading the old file, whole.
         QFile reader(m_path);
         QVERIFY(reader.open(QIODevice::ReadOnly));
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("b")));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s));
         QCOMPARE(reader.readAll(), QByteArray("[ayar]\r\nip=a\r\n"));
         QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
     }
@@ -183,15 +172,14 @@ private Q_SLOTS:
         struct stat after {};
         const QByteArray path = QFile::encodeName(m_path);
         QCOMPARE(::stat(path.constData(), &before), 0);
-        QVERIFY(
-            ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"), QStringLiteral("a")));
+        QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"a"_s));
         QCOMPARE(::stat(path.constData(), &after), 0);
         QCOMPARE(after.st_ino, before.st_ino);
     }
 
     void readOnlyFolder() {
         writeBytes(m_path, "[ayar]\r\nip=abcdef\r\n");
-        const QString other = m_folder->filePath(QStringLiteral("other.config"));
+        const QString other = m_folder->filePath(u"other.config"_s);
         QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0666), 0);
         QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0555), 0);
         bool written = false;
@@ -200,10 +188,8 @@ private Q_SLOTS:
             const OrdinaryUser user;
             if (user.failed() || !QFileInfo::exists(m_path))
                 QSKIP("an ordinary user can't be had here");
-            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                            QStringLiteral("b"));
-            made = ProfileFile::setValue(other, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                         QStringLiteral("b"));
+            written = ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s);
+            made = ProfileFile::setValue(other, u"ayar"_s, u"ip"_s, u"b"_s);
         }
         QVERIFY(written);
         QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=b\r\n"));
@@ -221,12 +207,11 @@ private Q_SLOTS:
             const OrdinaryUser user;
             if (user.failed() || !QFileInfo::exists(m_path))
                 QSKIP("an ordinary user can't be had here");
-            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                            QStringLiteral("b"));
-            read = ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip"));
+            written = ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s);
+            read = ProfileFile::value(m_path, u"ayar"_s, u"ip"_s);
         }
         QVERIFY(!written);
-        QCOMPARE(read, QStringLiteral("a"));
+        QCOMPARE(read, u"a"_s);
         QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\nip=a\r\n"));
     }
 
@@ -240,9 +225,8 @@ private Q_SLOTS:
             const OrdinaryUser user;
             if (user.failed() || !QFileInfo::exists(m_path))
                 QSKIP("an ordinary user can't be had here");
-            read = ProfileFile::value(m_path, QStringLiteral("ayar"), QStringLiteral("ip"));
-            written = ProfileFile::setValue(m_path, QStringLiteral("ayar"), QStringLiteral("ip"),
-                                            QStringLiteral("b"));
+            read = ProfileFile::value(m_path, u"ayar"_s, u"ip"_s);
+            written = ProfileFile::setValue(m_path, u"ayar"_s, u"ip"_s, u"b"_s);
         }
         QCOMPARE(read, QString());
         QVERIFY(!written);

@@ -10,6 +10,7 @@
 #include "runtime/runtimeerror.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class TestErrors : public QObject {
     Q_OBJECT
@@ -50,15 +51,14 @@ private Q_SLOTS:
     void attemptGoesOn() {
         bool wentOn = false;
         const auto failure = attempt([&] {
-            throw RuntimeError(RuntimeError::printerError, QStringLiteral("no paper"),
-                               QStringLiteral("printer"));
+            throw RuntimeError(RuntimeError::printerError, u"no paper"_s, u"printer"_s);
             wentOn = true;
         });
         QVERIFY(!wentOn);
         QVERIFY(failure.has_value());
         QCOMPARE(failure->number(), RuntimeError::printerError);
-        QCOMPARE(failure->description(), QStringLiteral("no paper"));
-        QCOMPARE(failure->source(), QStringLiteral("printer"));
+        QCOMPARE(failure->description(), u"no paper"_s);
+        QCOMPARE(failure->source(), u"printer"_s);
 
         int ran = 0;
         QVERIFY(!attempt([&] { ++ran; }).has_value());

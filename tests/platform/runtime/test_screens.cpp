@@ -18,17 +18,17 @@ QStringList calls;
 
 class First : public Screen {
 public:
-    ~First() override { calls << QStringLiteral("first deleted"); }
-    void form_load() override { calls << QStringLiteral("first load"); }
-    void form_activate() override { calls << QStringLiteral("first activate"); }
+    ~First() override { calls << u"first deleted"_s; }
+    void form_load() override { calls << u"first load"_s; }
+    void form_activate() override { calls << u"first activate"_s; }
 
     int state = 0;
 };
 
 class Second : public Screen {
 public:
-    void form_load() override { calls << QStringLiteral("second load"); }
-    void form_activate() override { calls << QStringLiteral("second activate"); }
+    void form_load() override { calls << u"second load"_s; }
+    void form_activate() override { calls << u"second activate"_s; }
 };
 
 class ReachesBack : public Screen {
@@ -61,7 +61,7 @@ public:
     FailsToLoad() { instances << this; }
     void form_load() override {
         if (fails)
-            throw RuntimeError(RuntimeError::typeMismatch, QStringLiteral("no"));
+            throw RuntimeError(RuntimeError::typeMismatch, u"no"_s);
     }
 
     static inline bool fails = true;
@@ -233,7 +233,7 @@ private Q_SLOTS:
         QVERIFY(second.isNull());
         QVERIFY(!loaded<First>());
         QVERIFY(!loaded<Second>());
-        QCOMPARE(calls.count(QStringLiteral("first activate")), 0);
+        QCOMPARE(calls.count(u"first activate"_s), 0);
     }
 
     void unloadAllTakesEveryScreen() {

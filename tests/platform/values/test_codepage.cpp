@@ -5,6 +5,7 @@
 #include "values/codepage.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class TestCodePage : public QObject {
     Q_OBJECT
@@ -67,12 +68,12 @@ private Q_SLOTS:
              {"control characters of the upper range",
               {QString(QChar(0x81)) + QChar(0x8E), QByteArray("??")}},
              {"replacement character", {QString(QChar(0xFFFD)), QByteArray("?")}},
-             {"one ? beyond the BMP", {QStringLiteral("a\U0001F35Eb"), QByteArray("a?b")}},
-             {"two beyond the BMP", {QStringLiteral("\U0001F35E\U0001F35E"), QByteArray("??")}},
+             {"one ? beyond the BMP", {u"a\U0001F35Eb"_s, QByteArray("a?b")}},
+             {"two beyond the BMP", {u"\U0001F35E\U0001F35E"_s, QByteArray("??")}},
              {"half a character at the end", {QString(u'a' + QString(QChar(0xD83C))), QByteArray("a?")}},
              {"half a character within", {QString(QString(QChar(0xD83C)) + u'b'), QByteArray("?b")}},
              {"second half alone", {QString(QString(QChar(0xDF5E)) + u'b'), QByteArray("?b")}},
-             {"combining dot is lacking", {QStringLiteral("i\u0307"), QByteArray("i?")}},
+             {"combining dot is lacking", {u"i\u0307"_s, QByteArray("i?")}},
              {"NUL stays", {QString(QChar(u'\0')), QByteArray(1, '\0')}}});
     }
     void encodes() {
@@ -81,7 +82,7 @@ private Q_SLOTS:
     }
 
     void wholeText() {
-        const QString text = QStringLiteral("Şişli'de çığır açan ürün – 12,50 €");
+        const QString text = u"Şişli'de çığır açan ürün – 12,50 €"_s;
         QCOMPARE(toWindows1254(text).size(), text.size());
         QCOMPARE(fromWindows1254(toWindows1254(text)), text);
     }

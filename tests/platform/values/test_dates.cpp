@@ -92,9 +92,9 @@ void TestDates::ignoresTheLocale() {
     const QString longDate = longDateText(QDate(2021, 5, 3));
     const QString time = timeText(QTime(7, 5, 9));
     QLocale::setDefault(before);
-    QCOMPARE(date, QStringLiteral("03.05.2021"));
-    QCOMPARE(longDate, QStringLiteral("3 Mayıs 2021 Pazartesi"));
-    QCOMPARE(time, QStringLiteral("07:05:09"));
+    QCOMPARE(date, u"03.05.2021"_s);
+    QCOMPARE(longDate, u"3 Mayıs 2021 Pazartesi"_s);
+    QCOMPARE(time, u"07:05:09"_s);
 }
 
 void TestDates::showsMoments_data() {

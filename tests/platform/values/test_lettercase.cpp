@@ -3,6 +3,7 @@
 #include "values/lettercase.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class TestLetterCase : public QObject {
     Q_OBJECT
@@ -38,9 +39,8 @@ private Q_SLOTS:
             << MapsRow{"1@[`{~_ÿ", "1@[`{~_Ÿ", "1@[`{~_ÿ", "1@[`{~_Ÿ", "1@[`{~_ÿ", "1@[`{~_ÿ"};
         QTest::newRow("ends of the alphabet") << MapsRow{"azAZ", "AZAZ", "azaz", "AZAZ", "azaz", "azaz"};
         QTest::newRow("sharp s keeps its length") << MapsRow{"ß", "ß", "ß", "ß", "ß", "ß"};
-        QTest::newRow("beyond the BMP") << MapsRow{
-            QStringLiteral("\U00010428i"), QStringLiteral("\U00010400I"), QStringLiteral("\U00010428i"),
-            QStringLiteral("\U00010400İ"), QStringLiteral("\U00010428i"), QStringLiteral("\U00010428i")};
+        QTest::newRow("beyond the BMP") << MapsRow{u"\U00010428i"_s, u"\U00010400I"_s, u"\U00010428i"_s,
+                                                   u"\U00010400İ"_s, u"\U00010428i"_s, u"\U00010428i"_s};
         const QString half(QChar(0xD801));
         QTest::newRow("half a character") << MapsRow{half, half, half, half, half, half};
     }

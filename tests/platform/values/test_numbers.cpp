@@ -6,6 +6,7 @@
 #include "values/numbers.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -33,9 +34,9 @@ class TestNumbers : public QObject {
 
 private Q_SLOTS:
     void formats_data() {
-        const QString money = QStringLiteral("###,###,##0.00");
-        const QString plain = QStringLiteral("##0.00");
-        const QString shortMoney = QStringLiteral("#,##0.00");
+        const QString money = u"###,###,##0.00"_s;
+        const QString plain = u"##0.00"_s;
+        const QString shortMoney = u"#,##0.00"_s;
         addRows<FormatsRow>(
             {{"money, thousands", {1234.5, money, "1.234,50"}},
              {"money, zero", {0.0, money, "0,00"}},
@@ -183,7 +184,7 @@ private Q_SLOTS:
              {"blanks around", {" 5 ", 5.0}},
              {"tab and line end around", {"\t5\r\n", 5.0}},
              {"blank within", {"1 2", none}},
-             {"no-break space around", {QStringLiteral("5\u00A0"), none}},
+             {"no-break space around", {u"5\u00A0"_s, none}},
              {"minus before", {"-5", -5.0}},
              {"plus before", {"+5", 5.0}},
              {"minus behind", {"5-", -5.0}},
@@ -207,10 +208,10 @@ private Q_SLOTS:
              {"letter behind", {"12a", none}},
              {"hexadecimal, platform's form", {"&H10", none}},
              {"hexadecimal, C's form", {"0x10", none}},
-             {"currency sign", {QStringLiteral("₺5"), none}},
+             {"currency sign", {u"₺5"_s, none}},
              {"currency letters", {"5 TL", none}},
-             {"full-width digits", {QStringLiteral("１２"), none}},
-             {"Arabic digits", {QStringLiteral("١٢"), none}},
+             {"full-width digits", {u"１２"_s, none}},
+             {"Arabic digits", {u"١٢"_s, none}},
              {"the word for infinity", {"inf", none}},
              {"the word for no number", {"nan", none}},
              {"leading zeros", {"000123", 123.0}},
@@ -224,9 +225,8 @@ private Q_SLOTS:
              {"too small by its digits", {QString(u',' + QString(400, u'0') + u'1'), 0.0}},
              {"exponent beyond an int", {"1e99999999999", none}},
              {"zero to a great power", {"0e99999999999", 0.0}},
-             {"large exponent made up for",
-              {QString(u',' + QString(400, u'0') + QStringLiteral("1e401")), 1.0}},
-             {"a NUL behind", {QString(QStringLiteral("5") + QChar(u'\0')), none}}});
+             {"large exponent made up for", {QString(u',' + QString(400, u'0') + u"1e401"_s), 1.0}},
+             {"a NUL behind", {QString(u"5"_s + QChar(u'\0')), none}}});
     }
     void readsRegional() {
         QFETCH(const ReadsRegionalRow, row);
@@ -287,7 +287,7 @@ private Q_SLOTS:
              {"exponent without digits", {"2e", 2.0}},
              {"exponent with a sign alone", {"2e+x", 2.0}},
              {"letter e of a word", {"2ekmek", 2.0}},
-             {"full-width digits", {QStringLiteral("１"), 0.0}},
+             {"full-width digits", {u"１"_s, 0.0}},
              {"too large", {"1e999", std::numeric_limits<double>::max()}},
              {"too large and negative", {"-1e999", std::numeric_limits<double>::lowest()}},
              {"too small", {"1e-999", 0.0}}});
@@ -308,10 +308,9 @@ private Q_SLOTS:
     void everyKurusComesBack() {
         for (int kurus = 0; kurus <= 200000; ++kurus) {
             const QString expected =
-                (kurus >= 100000
-                     ? QStringLiteral("%1.%2").arg(kurus / 100000).arg(kurus / 100 % 1000, 3, 10, QChar(u'0'))
-                     : QString::number(kurus / 100)) +
-                QStringLiteral(",%1").arg(kurus % 100, 2, 10, QChar(u'0'));
+                (kurus >= 100000 ? u"%1.%2"_s.arg(kurus / 100000).arg(kurus / 100 % 1000, 3, 10, QChar(u'0'))
+                                 : QString::number(kurus / 100)) +
+                u",%1"_s.arg(kurus % 100, 2, 10, QChar(u'0'));
             const double value = kurus / 100.0;
             const QString text = format(value, u"###,###,##0.00");
             if (text != expected)

@@ -13,6 +13,7 @@
 #include "widgets/vsflexgrid.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,12 +22,12 @@ struct TestScreen : QWidget {
     ActiveResize* container = new ActiveResize(this);
     QGridLayout* grid = new QGridLayout(container);
     QHBoxLayout* line = new QHBoxLayout;
-    QLabel* inherits = new QLabel(QStringLiteral("inherits"), container);
-    QLabel* points = new QLabel(QStringLiteral("points"), container);
+    QLabel* inherits = new QLabel(u"inherits"_s, container);
+    QLabel* points = new QLabel(u"points"_s, container);
     QLineEdit* pixels = new QLineEdit(container);
     vkCommand* fixed = new vkCommand(container);
     vkToggleButton* total = new vkToggleButton(container);
-    QLabel* exempt = new QLabel(QStringLiteral("exempt"), container);
+    QLabel* exempt = new QLabel(u"exempt"_s, container);
     VSFlexGrid* ticket = new VSFlexGrid(container);
 
     TestScreen() {
@@ -292,9 +293,9 @@ private Q_SLOTS:
     void listGridTakesItsScale() {
         ActiveResize container;
         TDBGrid grid(&container);
-        grid.setObjectName(QStringLiteral("TDBGrid1"));
-        grid.setColumnCaptions({QStringLiteral("NO")});
-        const QWidget* cell = grid.findChild<QWidget*>(QStringLiteral("TDBGrid1_filter_0"));
+        grid.setObjectName(u"TDBGrid1"_s);
+        grid.setColumnCaptions({u"NO"_s});
+        const QWidget* cell = grid.findChild<QWidget*>(u"TDBGrid1_filter_0"_s);
         container.resize(1024, 768);
         container.show();
         QCOMPARE(cell->height(), 44);

@@ -12,6 +12,7 @@
 #include "widgets/face.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -152,7 +153,7 @@ private Q_SLOTS:
         layout->addWidget(button);
         button->setFixedSize(buttonSize);
         button->setFont(smallFont());
-        button->setCaption(QStringLiteral("I"));
+        button->setCaption(u"I"_s);
         button->setBackcolor1(QColor(0xF0, 0xE0, 0x10));
         button->setBackcolor2(QColor(0x10, 0x90, 0x20));
         button->setBackcolorpushed1(QColor(0x20, 0x30, 0xE0));
@@ -175,15 +176,13 @@ private Q_SLOTS:
             const QColor wanted = mixed(row.top, row.bottom, (y + 0.5) / image.height());
             for (const int x : {12, 72}) {
                 const QColor painted = image.pixelColor(x, y);
-                QVERIFY2(
-                    near(painted, wanted, 6),
-                    qPrintable(QStringLiteral("%1 at %2: %3").arg(painted.name()).arg(y).arg(wanted.name())));
+                QVERIFY2(near(painted, wanted, 6),
+                         qPrintable(u"%1 at %2: %3"_s.arg(painted.name()).arg(y).arg(wanted.name())));
             }
         }
         for (int y = 3; y < image.height() - 3; ++y) {
             for (int x = 3; x < image.width() - 3; ++x)
-                QVERIFY2(image.pixelColor(x, y).alpha() == 255,
-                         qPrintable(QStringLiteral("%1,%2").arg(x).arg(y)));
+                QVERIFY2(image.pixelColor(x, y).alpha() == 255, qPrintable(u"%1,%2"_s.arg(x).arg(y)));
         }
         // Rounded: the corner itself is nobody's.
         QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
@@ -238,7 +237,7 @@ private Q_SLOTS:
         button.setBackcolor1(row.top);
         button.setBackcolor2(row.bottom);
         button.setForecolor(row.ink);
-        button.setCaption(QStringLiteral("GOR"));
+        button.setCaption(u"GOR"_s);
         button.setCaptionAlignment(row.place);
         const int found = outlinePixels(picture(button), QRect(8, 20, 68, 48), button);
         QVERIFY2(row.outlined ? found > 20 : found == 0, qPrintable(QString::number(found)));
@@ -256,7 +255,7 @@ private Q_SLOTS:
         button.setBackcolor1(orange);
         button.setBackcolor2(deepBlue);
         button.setForecolor(Qt::white);
-        button.setCaption(QStringLiteral("GOR"));
+        button.setCaption(u"GOR"_s);
         button.setCaptionAlignment(Qt::AlignHCenter | Qt::AlignBottom);
         QCOMPARE(outlinePixels(picture(button), QRect(8, 44, 68, 24), button), 0);
         button.setCaptionAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -272,7 +271,7 @@ private Q_SLOTS:
         button.setBackcolorpushed1(Qt::white);
         button.setBackcolorpushed2(Qt::white);
         button.setForecolor(Qt::white);
-        button.setCaption(QStringLiteral("GOR"));
+        button.setCaption(u"GOR"_s);
         QCOMPARE(outlinePixels(picture(button), QRect(8, 20, 68, 32), button), 0);
         button.setDown(true);
         const QImage image = picture(button);
@@ -344,7 +343,7 @@ private Q_SLOTS:
         button.setBackcolor1(row.face);
         button.setBackcolor2(row.face);
         button.setForecolor(row.ink);
-        button.setKeyHint(QStringLiteral("F4"));
+        button.setKeyHint(u"F4"_s);
         const QImage image = picture(button);
         // The pill's ground, left of its glyphs, against the strongest of its glyphs' pixels.
         const QColor ground = image.pixelColor(9, 12);
@@ -353,7 +352,7 @@ private Q_SLOTS:
             for (int x = 8; x < 30; ++x)
                 best = std::max(best, contrast(image.pixelColor(x, y), ground));
         }
-        QVERIFY2(best >= 4.2, qPrintable(QStringLiteral("%1 on %2").arg(best).arg(ground.name())));
+        QVERIFY2(best >= 4.2, qPrintable(u"%1 on %2"_s.arg(best).arg(ground.name())));
     }
 
     void plainButtonsCaptionReads_data() {

@@ -19,6 +19,7 @@
 #include "widgets/vsflexgrid.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 using Make = std::function<std::unique_ptr<QWidget>()>;
 Q_DECLARE_METATYPE(Make)
@@ -44,8 +45,7 @@ private Q_SLOTS:
     void roundTrips_data() {
         QTest::addColumn<Make>("make");
         QTest::addColumn<QString>("text");
-        const QStringList texts{QStringLiteral("plain"), QStringLiteral("A&B"),      QStringLiteral("&&"),
-                                QStringLiteral("&"),     QStringLiteral("<b>x</b>"), QString()};
+        const QStringList texts{u"plain"_s, u"A&B"_s, u"&&"_s, u"&"_s, u"<b>x</b>"_s, QString()};
         const auto rows = [&](const char* kind, const Make& make) {
             for (const QString& text : texts)
                 QTest::addRow("%s: '%s'", kind, qPrintable(text)) << make << text;
@@ -65,7 +65,7 @@ private Q_SLOTS:
         QFETCH(Make, make);
         QFETCH(QString, text);
         const std::unique_ptr<QWidget> control = make();
-        QVERIFY(setCaption(*control, QStringLiteral("before")));
+        QVERIFY(setCaption(*control, u"before"_s));
         QVERIFY(setCaption(*control, text));
         QCOMPARE(caption(*control), text);
     }
@@ -79,40 +79,40 @@ private Q_SLOTS:
     void controlsWithoutCaption() {
         QFETCH(Make, make);
         const std::unique_ptr<QWidget> control = make();
-        QVERIFY(!setCaption(*control, QStringLiteral("x")));
+        QVERIFY(!setCaption(*control, u"x"_s));
         QCOMPARE(caption(*control), QString());
         QWidget window;
         QWidget inner(&window);
-        QVERIFY(!setCaption(inner, QStringLiteral("x")));
+        QVERIFY(!setCaption(inner, u"x"_s));
     }
 
     void toolkitTextIsEscaped() {
         QPushButton button;
-        setCaption(button, QStringLiteral("A&B"));
-        QCOMPARE(button.text(), QStringLiteral("A&&B"));
+        setCaption(button, u"A&B"_s);
+        QCOMPARE(button.text(), u"A&&B"_s);
         QVERIFY(button.shortcut().isEmpty());
         QGroupBox group;
-        setCaption(group, QStringLiteral("A&B"));
-        QCOMPARE(group.title(), QStringLiteral("A&&B"));
-        button.setText(QStringLiteral("&Tamam"));
-        QCOMPARE(caption(button), QStringLiteral("Tamam"));
+        setCaption(group, u"A&B"_s);
+        QCOMPARE(group.title(), u"A&&B"_s);
+        button.setText(u"&Tamam"_s);
+        QCOMPARE(caption(button), u"Tamam"_s);
     }
 
     void labelsArePlainText() {
         QLabel label;
-        setCaption(label, QStringLiteral("<b>x</b>"));
+        setCaption(label, u"<b>x</b>"_s);
         QCOMPARE(label.textFormat(), Qt::PlainText);
     }
 
     void kinds_data() {
-        addRows<KindsRow>({{"vkCommand", {made<vkCommand>(), QStringLiteral("vkCommand")}},
-                           {"vkToggleButton", {made<vkToggleButton>(), QStringLiteral("vkToggleButton")}},
-                           {"CommandButton", {made<CommandButton>(), QStringLiteral("CommandButton")}},
-                           {"vkFrame", {made<vkFrame>(), QStringLiteral("vkFrame")}},
-                           {"vkLabel", {made<vkLabel>(), QStringLiteral("vkLabel")}},
-                           {"ActiveResize", {made<ActiveResize>(), QStringLiteral("ActiveResize")}},
-                           {"VSFlexGrid", {made<VSFlexGrid>(), QStringLiteral("VSFlexGrid")}},
-                           {"toolkit", {made<QLabel>(), QStringLiteral("QLabel")}}});
+        addRows<KindsRow>({{"vkCommand", {made<vkCommand>(), u"vkCommand"_s}},
+                           {"vkToggleButton", {made<vkToggleButton>(), u"vkToggleButton"_s}},
+                           {"CommandButton", {made<CommandButton>(), u"CommandButton"_s}},
+                           {"vkFrame", {made<vkFrame>(), u"vkFrame"_s}},
+                           {"vkLabel", {made<vkLabel>(), u"vkLabel"_s}},
+                           {"ActiveResize", {made<ActiveResize>(), u"ActiveResize"_s}},
+                           {"VSFlexGrid", {made<VSFlexGrid>(), u"VSFlexGrid"_s}},
+                           {"toolkit", {made<QLabel>(), u"QLabel"_s}}});
     }
     void kinds() {
         QFETCH(const KindsRow, row);
@@ -125,41 +125,41 @@ private Q_SLOTS:
         // Made in an order that is neither the numbers' nor the letters', half of them nested.
         for (const int index : {10, 2, 0, 11, 1, 9, 3, 8, 4, 7, 5, 6}) {
             auto* key = new vkCommand(index % 2 ? static_cast<QWidget*>(&frame) : &screen);
-            key->setObjectName(QStringLiteral("tus_%1").arg(index));
+            key->setObjectName(u"tus_%1"_s.arg(index));
         }
         for (const char* stray :
              {"tus", "tus_", "tus_x", "tus_01", "tus_+1", "tus_-1", "tus_1_2", "tuslar_1", "atus_1"})
             (new vkCommand(&screen))->setObjectName(QString::fromLatin1(stray));
-        const std::vector<QWidget*> members = controlArray(screen, QStringLiteral("tus"));
+        const std::vector<QWidget*> members = controlArray(screen, u"tus"_s);
         QCOMPARE(members.size(), 12U);
         for (int index = 0; index < 12; ++index)
-            QCOMPARE(members[static_cast<size_t>(index)]->objectName(), QStringLiteral("tus_%1").arg(index));
+            QCOMPARE(members[static_cast<size_t>(index)]->objectName(), u"tus_%1"_s.arg(index));
     }
 
     void arraysWithGapsAndClasses() {
         QWidget screen;
-        (new vkCommand(&screen))->setObjectName(QStringLiteral("duzenlemetusu_23"));
-        (new QLabel(&screen))->setObjectName(QStringLiteral("duzenlemetusu_14"));
-        (new vkCommand(&screen))->setObjectName(QStringLiteral("duzenlemetusu_12"));
-        QCOMPARE(controlArray(screen, QStringLiteral("duzenlemetusu")).size(), 3U);
-        const auto buttons = controlArrayOf<vkCommand>(screen, QStringLiteral("duzenlemetusu"));
+        (new vkCommand(&screen))->setObjectName(u"duzenlemetusu_23"_s);
+        (new QLabel(&screen))->setObjectName(u"duzenlemetusu_14"_s);
+        (new vkCommand(&screen))->setObjectName(u"duzenlemetusu_12"_s);
+        QCOMPARE(controlArray(screen, u"duzenlemetusu"_s).size(), 3U);
+        const auto buttons = controlArrayOf<vkCommand>(screen, u"duzenlemetusu"_s);
         QCOMPARE(buttons.size(), 2U);
         QCOMPARE(controlIndex(*buttons[1]), std::optional<int>(23));
-        QVERIFY(controlArray(screen, QStringLiteral("none")).empty());
+        QVERIFY(controlArray(screen, u"none"_s).empty());
     }
 
     void indices_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("index");  // -1: no member of an array
-        QTest::newRow("first") << QStringLiteral("tus_0") << 0;
-        QTest::newRow("two digits") << QStringLiteral("tus_11") << 11;
-        QTest::newRow("underscore in the name") << QStringLiteral("a_b_7") << 7;
-        QTest::newRow("no index") << QStringLiteral("tus") << -1;
-        QTest::newRow("number without underscore") << QStringLiteral("kisayol4") << -1;
-        QTest::newRow("leading zero") << QStringLiteral("tus_07") << -1;
-        QTest::newRow("no name") << QStringLiteral("_7") << -1;
-        QTest::newRow("no number") << QStringLiteral("tus_") << -1;
-        QTest::newRow("too large") << QStringLiteral("tus_99999999999") << -1;
+        QTest::newRow("first") << u"tus_0"_s << 0;
+        QTest::newRow("two digits") << u"tus_11"_s << 11;
+        QTest::newRow("underscore in the name") << u"a_b_7"_s << 7;
+        QTest::newRow("no index") << u"tus"_s << -1;
+        QTest::newRow("number without underscore") << u"kisayol4"_s << -1;
+        QTest::newRow("leading zero") << u"tus_07"_s << -1;
+        QTest::newRow("no name") << u"_7"_s << -1;
+        QTest::newRow("no number") << u"tus_"_s << -1;
+        QTest::newRow("too large") << u"tus_99999999999"_s << -1;
         QTest::newRow("nothing") << QString() << -1;
     }
     void indices() {

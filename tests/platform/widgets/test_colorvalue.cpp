@@ -7,6 +7,7 @@
 #include "widgets/colorvalue.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -77,11 +78,11 @@ private Q_SLOTS:
     void otherColourModels() { QCOMPARE(colorValue(QColor::fromHsv(120, 255, 255)), 65280U); }
 
     void texts_data() {
-        addRows<TextsRow>({{"black", {0U, QStringLiteral("0")}},
-                           {"white", {0xFFFFFFU, QStringLiteral("16777215")}},
-                           {"largest", {0x7FFFFFFFU, QStringLiteral("2147483647")}},
-                           {"button face is negative", {0x8000000FU, QStringLiteral("-2147483633")}},
-                           {"smallest", {0x80000000U, QStringLiteral("-2147483648")}}});
+        addRows<TextsRow>({{"black", {0U, u"0"_s}},
+                           {"white", {0xFFFFFFU, u"16777215"_s}},
+                           {"largest", {0x7FFFFFFFU, u"2147483647"_s}},
+                           {"button face is negative", {0x8000000FU, u"-2147483633"_s}},
+                           {"smallest", {0x80000000U, u"-2147483648"_s}}});
     }
     void texts() {
         QFETCH(const TextsRow, row);
@@ -91,17 +92,17 @@ private Q_SLOTS:
 
     void lenientTexts_data() {
         addRows<LenientTextsRow>({{"empty", {QString(), 0U}},
-                                  {"blank", {QStringLiteral("   "), 0U}},
-                                  {"no number", {QStringLiteral("kirmizi"), 0U}},
-                                  {"junk before", {QStringLiteral("x255"), 0U}},
-                                  {"junk behind", {QStringLiteral("255x"), 255U}},
-                                  {"blanks before", {QStringLiteral("  255"), 255U}},
-                                  {"comma ends it", {QStringLiteral("7,9"), 7U}},
-                                  {"half to even, down", {QStringLiteral("2.5"), 2U}},
-                                  {"half to even, up", {QStringLiteral("3.5"), 4U}},
-                                  {"exponent", {QStringLiteral("1e3"), 1000U}},
-                                  {"plus", {QStringLiteral("+255"), 255U}},
-                                  {"rounds back into range", {QStringLiteral("2147483647.4"), 0x7FFFFFFFU}}});
+                                  {"blank", {u"   "_s, 0U}},
+                                  {"no number", {u"kirmizi"_s, 0U}},
+                                  {"junk before", {u"x255"_s, 0U}},
+                                  {"junk behind", {u"255x"_s, 255U}},
+                                  {"blanks before", {u"  255"_s, 255U}},
+                                  {"comma ends it", {u"7,9"_s, 7U}},
+                                  {"half to even, down", {u"2.5"_s, 2U}},
+                                  {"half to even, up", {u"3.5"_s, 4U}},
+                                  {"exponent", {u"1e3"_s, 1000U}},
+                                  {"plus", {u"+255"_s, 255U}},
+                                  {"rounds back into range", {u"2147483647.4"_s, 0x7FFFFFFFU}}});
     }
     void lenientTexts() {
         QFETCH(const LenientTextsRow, row);
@@ -110,11 +111,11 @@ private Q_SLOTS:
 
     void tooLarge_data() {
         QTest::addColumn<QString>("text");
-        QTest::newRow("one too many") << QStringLiteral("2147483648");
-        QTest::newRow("rounded up") << QStringLiteral("2147483647.5");
-        QTest::newRow("unsigned button face") << QStringLiteral("2147483663");
-        QTest::newRow("one too few") << QStringLiteral("-2147483649");
-        QTest::newRow("beyond a double") << QStringLiteral("1e400");
+        QTest::newRow("one too many") << u"2147483648"_s;
+        QTest::newRow("rounded up") << u"2147483647.5"_s;
+        QTest::newRow("unsigned button face") << u"2147483663"_s;
+        QTest::newRow("one too few") << u"-2147483649"_s;
+        QTest::newRow("beyond a double") << u"1e400"_s;
     }
     void tooLarge() {
         QFETCH(QString, text);

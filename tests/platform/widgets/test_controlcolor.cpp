@@ -18,6 +18,7 @@
 #include "widgets/vklabel.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -70,24 +71,24 @@ class TestControlColor : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); }
+    void initTestCase() { QApplication::setStyle(QStyleFactory::create(u"Fusion"_s)); }
 
     void everyKindKeepsBoth_data() {
         QTest::addColumn<Maker>("make");
-        QTest::newRow("text box") << withText<QLineEdit>(QStringLiteral("a"));
-        QTest::newRow("text area") << withText<QPlainTextEdit>(QStringLiteral("a"));
+        QTest::newRow("text box") << withText<QLineEdit>(u"a"_s);
+        QTest::newRow("text area") << withText<QPlainTextEdit>(u"a"_s);
         QTest::newRow("number box") << Maker([](QWidget* parent) { return new QSpinBox(parent); });
-        QTest::newRow("label") << withText<QLabel>(QStringLiteral("a"));
-        QTest::newRow("drawn label") << withText<vkLabel>(QStringLiteral("a"));
-        QTest::newRow("check box") << withText<QCheckBox>(QStringLiteral("a"));
-        QTest::newRow("push button") << withText<QPushButton>(QStringLiteral("a"));
-        QTest::newRow("tool button") << withText<QToolButton>(QStringLiteral("a"));
+        QTest::newRow("label") << withText<QLabel>(u"a"_s);
+        QTest::newRow("drawn label") << withText<vkLabel>(u"a"_s);
+        QTest::newRow("check box") << withText<QCheckBox>(u"a"_s);
+        QTest::newRow("push button") << withText<QPushButton>(u"a"_s);
+        QTest::newRow("tool button") << withText<QToolButton>(u"a"_s);
         QTest::newRow("plain frame") << Maker([](QWidget* parent) { return new QFrame(parent); });
         QTest::newRow("plain widget") << Maker([](QWidget* parent) { return new QWidget(parent); });
-        QTest::newRow("drawn frame") << withText<vkFrame>(QStringLiteral("a"));
-        QTest::newRow("command button") << withText<CommandButton>(QStringLiteral("a"));
-        QTest::newRow("drawn button") << withText<vkCommand>(QStringLiteral("a"));
-        QTest::newRow("toggle button") << withText<vkToggleButton>(QStringLiteral("a"));
+        QTest::newRow("drawn frame") << withText<vkFrame>(u"a"_s);
+        QTest::newRow("command button") << withText<CommandButton>(u"a"_s);
+        QTest::newRow("drawn button") << withText<vkCommand>(u"a"_s);
+        QTest::newRow("toggle button") << withText<vkToggleButton>(u"a"_s);
     }
     void everyKindKeepsBoth() {
         QFETCH(Maker, make);
@@ -136,7 +137,7 @@ private Q_SLOTS:
     void commandButtonsFaceIsPainted() {
         CommandButton button;
         button.resize(160, 60);
-        button.setCaption(QStringLiteral("."));
+        button.setCaption(u"."_s);
         setBackColor(button, QColor(0xC0, 0x40, 0x20));
         const QColor face = button.grab().toImage().pixelColor(20, 8);
         QVERIFY2(std::abs(face.red() - 0xC0) < 8 && std::abs(face.green() - 0x40) < 8,

@@ -12,6 +12,7 @@
 #include "widgets/drawnbutton.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -122,7 +123,7 @@ private Q_SLOTS:
     void disabledFaceIsPale() {
         vkCommand button;
         dress(button);
-        button.setCaption(QStringLiteral("KAYDET"));
+        button.setCaption(u"KAYDET"_s);
         button.setForecolor(Qt::black);
         const QColor enabled = picture(button).pixelColor(20, 55);
         button.setEnabled(false);
@@ -145,13 +146,12 @@ private Q_SLOTS:
         button.setBackcolor2(row.face);
         button.setForecolor(row.ink);
         button.setFontsize(30);
-        button.setCaption(QStringLiteral("███"));
+        button.setCaption(u"███"_s);
         button.setEnabled(false);
         const QImage image = picture(button);
         const int ground = qGray(image.pixel(20, 54));
         const int glyph = qGray(image.pixel(60, 30));
-        QVERIFY2(std::abs(ground - glyph) >= 40,
-                 qPrintable(QStringLiteral("%1 on %2").arg(glyph).arg(ground)));
+        QVERIFY2(std::abs(ground - glyph) >= 40, qPrintable(u"%1 on %2"_s.arg(glyph).arg(ground)));
     }
 
     void ampersandIsALetter() {
@@ -159,23 +159,23 @@ private Q_SLOTS:
         vkCommand underlined;
         for (vkCommand* button : {&raw, &underlined})
             dress(*button);
-        raw.setCaption(QStringLiteral("A&B"));
-        underlined.setCaption(QStringLiteral("AB"));
+        raw.setCaption(u"A&B"_s);
+        underlined.setCaption(u"AB"_s);
         const QImage rawImage = picture(raw);
         QVERIFY(rawImage != picture(underlined));
         QVERIFY(inkCount(rawImage, raw.forecolor()) > inkCount(picture(underlined), raw.forecolor()));
-        QCOMPARE(raw.caption(), QStringLiteral("A&B"));
+        QCOMPARE(raw.caption(), u"A&B"_s);
         QCOMPARE(raw.shortcut(), QKeySequence());
     }
 
     void captionStaysOffTheBorder_data() {
         addRows<CaptionStaysOffTheBorderRow>(
-            {{"long words", {QStringLiteral("KAYDET VE YAZDIR VE ARDINDAN KAPAT"), 0}},
-             {"one long word", {QStringLiteral("MUVAFFAKIYETSIZLESTIRICILESTIRIVEREBILECEK"), 0}},
-             {"huge total", {QStringLiteral("123.456.789,00"), 120}},
-             {"huge short total", {QStringLiteral("0,00"), 120}},
+            {{"long words", {u"KAYDET VE YAZDIR VE ARDINDAN KAPAT"_s, 0}},
+             {"one long word", {u"MUVAFFAKIYETSIZLESTIRICILESTIRIVEREBILECEK"_s, 0}},
+             {"huge total", {u"123.456.789,00"_s, 120}},
+             {"huge short total", {u"0,00"_s, 120}},
              {"more than can be read", {QString(600, QLatin1Char('W')), 0}},
-             {"lines of its own", {QStringLiteral("1\n2\n3\n4\n5"), 0}}});
+             {"lines of its own", {u"1\n2\n3\n4\n5"_s, 0}}});
     }
     void captionStaysOffTheBorder() {
         QFETCH(const CaptionStaysOffTheBorderRow, row);
@@ -212,7 +212,7 @@ private Q_SLOTS:
         vkToggleButton button;
         button.resize(300, 60);
         button.setForecolor(Qt::red);
-        button.setCaption(QStringLiteral("HH"));
+        button.setCaption(u"HH"_s);
         button.setCaptionAlignment(row.alignment);
         const QImage image = picture(button);
         for (int part = 0; part < 3; ++part)
@@ -222,9 +222,9 @@ private Q_SLOTS:
     void keyHintIsPaintedAndMovesNoText() {
         vkCommand button;
         dress(button);
-        button.setCaption(QStringLiteral("X"));
+        button.setCaption(u"X"_s);
         const QImage without = picture(button);
-        button.setKeyHint(QStringLiteral("F1"));
+        button.setKeyHint(u"F1"_s);
         const QImage with = picture(button);
         QVERIFY(without.copy(0, 0, 40, 25) != with.copy(0, 0, 40, 25));
         QCOMPARE(with.copy(40, 25, 80, 35), without.copy(40, 25, 80, 35));
@@ -232,10 +232,9 @@ private Q_SLOTS:
 
     void iconIsPainted_data() {
         addRows<IconIsPaintedRow>(
-            {{"beside the caption, both in the middle",
-              {QSize(160, 44), QStringLiteral("BUL"), QPoint(60, 22)}},
-             {"at the edge", {QSize(160, 44), QStringLiteral("BUL"), QPoint(20, 22), true}},
-             {"above the caption", {QSize(100, 110), QStringLiteral("BUL"), QPoint(50, 40)}},
+            {{"beside the caption, both in the middle", {QSize(160, 44), u"BUL"_s, QPoint(60, 22)}},
+             {"at the edge", {QSize(160, 44), u"BUL"_s, QPoint(20, 22), true}},
+             {"above the caption", {QSize(100, 110), u"BUL"_s, QPoint(50, 40)}},
              {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
     void iconIsPainted() {
@@ -255,13 +254,13 @@ private Q_SLOTS:
 
     void sameValuesDontRepaint_data() {
         addRows<SameValuesDontRepaintRow>(
-            {{"caption", {QByteArray("caption"), QVariant(QStringLiteral("B"))}},
+            {{"caption", {QByteArray("caption"), QVariant(u"B"_s)}},
              {"backcolor1", {QByteArray("backcolor1"), QVariant(QColor(1, 2, 3))}},
              {"backcolor2", {QByteArray("backcolor2"), QVariant(QColor(1, 2, 3))}},
              {"backcolorpushed1", {QByteArray("backcolorpushed1"), QVariant(QColor(1, 2, 3))}},
              {"backcolorpushed2", {QByteArray("backcolorpushed2"), QVariant(QColor(1, 2, 3))}},
              {"forecolor", {QByteArray("forecolor"), QVariant(QColor(1, 2, 3))}},
-             {"keyHint", {QByteArray("keyHint"), QVariant(QStringLiteral("F2"))}},
+             {"keyHint", {QByteArray("keyHint"), QVariant(u"F2"_s)}},
              {"fontsize", {QByteArray("fontsize"), QVariant(20)}}});
     }
     void sameValuesDontRepaint() {
@@ -419,7 +418,7 @@ private Q_SLOTS:
         button.setBackcolor1(Qt::white);
         button.setForecolor(Qt::black);
         button.setCaptionLines(lines);
-        button.setCaption(QStringLiteral("mmmm mmmm mmmm"));
+        button.setCaption(u"mmmm mmmm mmmm"_s);
         // Rows of the picture with ink in them, in runs.
         const QImage image = picture(button);
         int runs = 0;
@@ -465,20 +464,20 @@ private Q_SLOTS:
 
     void accessibleNameFollows() {
         vkCommand button;
-        button.setToolTip(QStringLiteral("tip"));
-        QCOMPARE(button.accessibleName(), QStringLiteral("tip"));
-        button.setCaption(QStringLiteral(" KAYDET"));
-        QCOMPARE(button.accessibleName(), QStringLiteral("KAYDET"));
-        button.setAccessibleName(QStringLiteral("own"));
-        button.setCaption(QStringLiteral("NAKIT"));
-        QCOMPARE(button.accessibleName(), QStringLiteral("own"));
+        button.setToolTip(u"tip"_s);
+        QCOMPARE(button.accessibleName(), u"tip"_s);
+        button.setCaption(u" KAYDET"_s);
+        QCOMPARE(button.accessibleName(), u"KAYDET"_s);
+        button.setAccessibleName(u"own"_s);
+        button.setCaption(u"NAKIT"_s);
+        QCOMPARE(button.accessibleName(), u"own"_s);
     }
 
     void sizeHintIsFreeOfTheCaption() {
         vkCommand button;
         const QSize empty = button.sizeHint();
         QVERIFY(button.minimumSizeHint().height() >= 44);
-        button.setCaption(QStringLiteral("a very long caption indeed"));
+        button.setCaption(u"a very long caption indeed"_s);
         QCOMPARE(button.sizeHint(), empty);
     }
 
@@ -509,7 +508,7 @@ private Q_SLOTS:
         const QColor ground = image.pixelColor(30, 30);
         for (const QPoint arm : {QPoint(60, 30), QPoint(54, 30), QPoint(60, 24)})
             QCOMPARE(!near(image.pixelColor(arm), ground, 40), enabled);
-        button.setCaption(QStringLiteral("."));
+        button.setCaption(u"."_s);
         button.setEnabled(true);
         QVERIFY(near(picture(button).pixelColor(20, 20), Qt::red, 20));
     }

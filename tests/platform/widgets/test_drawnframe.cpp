@@ -15,6 +15,7 @@
 #include "widgets/vklabel.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -53,11 +54,11 @@ private Q_SLOTS:
     void titleTakesItsHeightOffTheMargins() {
         vkFrame frame;
         frame.setContentsMargins(3, 5, 7, 9);
-        frame.setCaption(QStringLiteral("SATIS DUZENLE"));
+        frame.setCaption(u"SATIS DUZENLE"_s);
         const int title = frame.contentsMargins().top() - 5;
         QVERIFY(title > QFontMetrics(frame.font()).height());
         QCOMPARE(frame.contentsMargins().bottom(), 9);
-        frame.setCaption(QStringLiteral("other"));
+        frame.setCaption(u"other"_s);
         QCOMPARE(frame.contentsMargins().top(), title + 5);
         frame.setCaption({});
         QCOMPARE(frame.contentsMargins(), QMargins(3, 5, 7, 9));
@@ -65,7 +66,7 @@ private Q_SLOTS:
 
     void titleGrowsWithTheFont() {
         vkFrame frame;
-        frame.setCaption(QStringLiteral("T"));
+        frame.setCaption(u"T"_s);
         const int before = frame.contentsMargins().top();
         QFont font = frame.font();
         font.setPixelSize(60);
@@ -84,7 +85,7 @@ private Q_SLOTS:
         frame.setTitlecolor2(Qt::green);
         frame.setBordercolor(Qt::magenta);
         QCOMPARE(frame.grab().toImage().pixelColor(150, 6), QColor(Qt::red));
-        frame.setCaption(QStringLiteral("T"));
+        frame.setCaption(u"T"_s);
         const QImage image = frame.grab().toImage();
         QVERIFY(image.pixelColor(6, 12).blue() > 240);
         QVERIFY(image.pixelColor(294, 12).green() > 240);
@@ -95,7 +96,7 @@ private Q_SLOTS:
     void sameValuesDontRepaint_data() {
         QTest::addColumn<QByteArray>("property");
         QTest::addColumn<QVariant>("other");
-        QTest::newRow("caption") << QByteArray("caption") << QVariant(QStringLiteral("B"));
+        QTest::newRow("caption") << QByteArray("caption") << QVariant(u"B"_s);
         for (const char* name :
              {"backcolor1", "backcolor2", "bordercolor", "forecolor", "titlecolor1", "titlecolor2"})
             QTest::newRow(name) << QByteArray(name) << QVariant(QColor(1, 2, 3));
@@ -182,7 +183,7 @@ private Q_SLOTS:
     void fieldsAreNotTouched() {
         vkFrame frame;
         frame.resize(200, 60);
-        auto* field = new QLineEdit(QStringLiteral("8690504000018"), &frame);
+        auto* field = new QLineEdit(u"8690504000018"_s, &frame);
         field->setGeometry(20, 15, 160, 30);
         const QImage before = field->grab().toImage();
         const QColor text = field->palette().color(QPalette::Text);
@@ -263,7 +264,7 @@ private Q_SLOTS:
         frame.setTitlecolor1(row.from);
         frame.setTitlecolor2(row.to);
         frame.setForecolor(Qt::white);
-        frame.setCaption(QStringLiteral("FIYAT GOR"));
+        frame.setCaption(u"FIYAT GOR"_s);
         // Between the bar's two colours and the white of the caption nothing is as dark as an outline.
         const QImage image = frame.grab().toImage();
         const int darkest = std::min(qGray(row.from.rgb()), qGray(mixed(row.from, row.to, 0.3).rgb()));
@@ -281,7 +282,7 @@ private Q_SLOTS:
         QWidget window;
         vkFrame frame(&window);
         frame.setLook(FrameRole::page);
-        frame.setCaption(QStringLiteral("LİSTE"));
+        frame.setCaption(u"LİSTE"_s);
         frame.resize(400, 200);
         window.resize(400, 200);
         window.show();
@@ -308,13 +309,13 @@ private Q_SLOTS:
     void aNoteRepaintsTheStripAlone() {
         vkFrame frame;
         frame.setLook(FrameRole::page);
-        frame.setCaption(QStringLiteral("LİSTE"));
+        frame.setCaption(u"LİSTE"_s);
         frame.resize(400, 200);
         frame.show();
         QVERIFY(QTest::qWaitForWindowExposed(&frame));
         QCoreApplication::processEvents();
         PaintCounter paintings(frame);
-        frame.setTitleNote(QStringLiteral("14 / 18.420"));
+        frame.setTitleNote(u"14 / 18.420"_s);
         QCoreApplication::processEvents();
         QCOMPARE(paintings.region(), QRegion(0, 0, 400, 48));
     }
@@ -322,7 +323,7 @@ private Q_SLOTS:
     void labelKeepsItsGlyphsInside() {
         vkLabel label;
         label.setForecolor(Qt::red);
-        label.setCaption(QStringLiteral("a label that is far too long & has no room"));
+        label.setCaption(u"a label that is far too long & has no room"_s);
         label.resize(60, 12);
         const QImage image = label.grab().toImage();
         int ink = 0;
@@ -345,7 +346,7 @@ private Q_SLOTS:
         vkLabel label;
         label.resize(300, 40);
         label.setForecolor(Qt::red);
-        label.setCaption(QStringLiteral("HH"));
+        label.setCaption(u"HH"_s);
         label.setCaptionAlignment(row.alignment);
         const QImage image = label.grab().toImage();
         for (int x = 0; x < 300; ++x) {
@@ -361,9 +362,9 @@ private Q_SLOTS:
         auto* layout = new QVBoxLayout(&window);
         auto* label = new vkLabel(&window);
         layout->addWidget(label);
-        label->setCaption(QStringLiteral("12:00"));
+        label->setCaption(u"12:00"_s);
         const QSize before = label->sizeHint();
-        label->setCaption(QStringLiteral("12:01:00"));
+        label->setCaption(u"12:01:00"_s);
         QVERIFY(label->sizeHint().width() > before.width());
         QCOMPARE(label->sizeHint().height(), before.height());
     }

@@ -7,6 +7,7 @@
 #include "widgets/fittedtext.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 class TestFittedText : public QObject {
     Q_OBJECT
@@ -35,17 +36,16 @@ class TestFittedText : public QObject {
 
 private Q_SLOTS:
     void fits_data() {
-        addRows<FitsRow>(
-            {{"one line in plenty of room", {QStringLiteral("TAMAM"), QSizeF(400, 100), 3, 1, true}},
-             {"two words, narrow", {QStringLiteral("MMMMM MMMMM"), QSizeF(130, 100), 3, 2, true}},
-             {"two words, one line allowed", {QStringLiteral("MMMMM MMMMM"), QSizeF(130, 100), 1, 1, false}},
-             {"low box", {QStringLiteral("TAMAM"), QSizeF(400, 12), 3, 1, false}},
-             {"wide word", {QStringLiteral("MMMMMMMMMMMM"), QSizeF(100, 100), 3, 1, false}},
-             {"own line break", {QStringLiteral("1\n2"), QSizeF(100, 100), 1, 2, true}},
-             {"amount isn't broken", {QStringLiteral("123.456.789,00"), QSizeF(60, 100), 3, 1, false}},
-             {"empty", {QString(), QSizeF(100, 100), 3, 1, true}},
-             {"hopeless", {QString(900, QLatin1Char('M')), QSizeF(40, 20), 3, 2, false}},
-             {"no room at all", {QStringLiteral("M"), QSizeF(0, 0), 3, 1, false}}});
+        addRows<FitsRow>({{"one line in plenty of room", {u"TAMAM"_s, QSizeF(400, 100), 3, 1, true}},
+                          {"two words, narrow", {u"MMMMM MMMMM"_s, QSizeF(130, 100), 3, 2, true}},
+                          {"two words, one line allowed", {u"MMMMM MMMMM"_s, QSizeF(130, 100), 1, 1, false}},
+                          {"low box", {u"TAMAM"_s, QSizeF(400, 12), 3, 1, false}},
+                          {"wide word", {u"MMMMMMMMMMMM"_s, QSizeF(100, 100), 3, 1, false}},
+                          {"own line break", {u"1\n2"_s, QSizeF(100, 100), 1, 2, true}},
+                          {"amount isn't broken", {u"123.456.789,00"_s, QSizeF(60, 100), 3, 1, false}},
+                          {"empty", {QString(), QSizeF(100, 100), 3, 1, true}},
+                          {"hopeless", {QString(900, QLatin1Char('M')), QSizeF(40, 20), 3, 2, false}},
+                          {"no room at all", {u"M"_s, QSizeF(0, 0), 3, 1, false}}});
     }
     void fits() {
         QFETCH(const FitsRow, row);
@@ -61,33 +61,33 @@ private Q_SLOTS:
     void linesAreBalanced() {
         FittedText fitted;
         const QRectF box(0, 0, 190, 100);
-        fitted.fit(QStringLiteral("MMM MMM MMM MMM"), QFont(), 20, box, Qt::AlignCenter, 3);
+        fitted.fit(u"MMM MMM MMM MMM"_s, QFont(), 20, box, Qt::AlignCenter, 3);
         QCOMPARE(fitted.lineCount(), 2);
         FittedText half;
-        half.fit(QStringLiteral("MMM MMM"), QFont(), 20, box, Qt::AlignCenter, 3);
+        half.fit(u"MMM MMM"_s, QFont(), 20, box, Qt::AlignCenter, 3);
         QVERIFY(fitted.bounds().width() < half.bounds().width() + 1);
     }
 
     void everyArgumentIsHeeded() {
         FittedText fitted;
         const QRectF box(0, 0, 200, 40);
-        fitted.fit(QStringLiteral("A"), QFont(), 20, box, Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 20, box, Qt::AlignCenter, 1);
         const QRectF first = fitted.bounds();
-        fitted.fit(QStringLiteral("AAAA"), QFont(), 20, box, Qt::AlignCenter, 1);
+        fitted.fit(u"AAAA"_s, QFont(), 20, box, Qt::AlignCenter, 1);
         QVERIFY(fitted.bounds().width() > first.width());
-        fitted.fit(QStringLiteral("A"), QFont(), 20, box, Qt::AlignRight, 1);
+        fitted.fit(u"A"_s, QFont(), 20, box, Qt::AlignRight, 1);
         QVERIFY(fitted.bounds().left() > first.left());
-        fitted.fit(QStringLiteral("A"), QFont(), 10, box, Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 10, box, Qt::AlignCenter, 1);
         QCOMPARE(fitted.pixelSize(), 10);
-        fitted.fit(QStringLiteral("A"), QFont(), 20, QRectF(0, 0, 200, 10), Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 20, QRectF(0, 0, 200, 10), Qt::AlignCenter, 1);
         QVERIFY(fitted.pixelSize() < 20);
         QFont spaced;
         spaced.setLetterSpacing(QFont::AbsoluteSpacing, 30);
-        fitted.fit(QStringLiteral("AA"), QFont(), 20, box, Qt::AlignCenter, 1);
+        fitted.fit(u"AA"_s, QFont(), 20, box, Qt::AlignCenter, 1);
         const double narrow = fitted.bounds().width();
-        fitted.fit(QStringLiteral("AA"), spaced, 20, box, Qt::AlignCenter, 1);
+        fitted.fit(u"AA"_s, spaced, 20, box, Qt::AlignCenter, 1);
         QVERIFY(fitted.bounds().width() > narrow + 20);
-        fitted.fit(QStringLiteral("A"), QFont(), 20, box, Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 20, box, Qt::AlignCenter, 1);
         QCOMPARE(fitted.bounds(), first);
     }
 
@@ -167,7 +167,7 @@ private Q_SLOTS:
             const QColor rim =
                 mixed(mixed(row.from, row.to, i / 20.0), QColor(outline.rgb()), outline.alphaF());
             QVERIFY2(contrast(row.ink, rim) >= 4.4,
-                     qPrintable(QStringLiteral("%1 at %2").arg(contrast(row.ink, rim)).arg(i)));
+                     qPrintable(u"%1 at %2"_s.arg(contrast(row.ink, rim)).arg(i)));
         }
     }
 
@@ -187,12 +187,12 @@ private Q_SLOTS:
 
     void largeGlyphsNeedLessContrast() {
         FittedText fitted;
-        fitted.fit(QStringLiteral("A"), QFont(), 23, QRectF(0, 0, 200, 200), Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 23, QRectF(0, 0, 200, 200), Qt::AlignCenter, 1);
         QCOMPARE(fitted.wantedContrast(), 4.5);
-        fitted.fit(QStringLiteral("A"), QFont(), 24, QRectF(0, 0, 200, 200), Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 24, QRectF(0, 0, 200, 200), Qt::AlignCenter, 1);
         QCOMPARE(fitted.wantedContrast(), 3.0);
         // What counts is the size that is painted, not the one that was asked for.
-        fitted.fit(QStringLiteral("A"), QFont(), 60, QRectF(0, 0, 200, 20), Qt::AlignCenter, 1);
+        fitted.fit(u"A"_s, QFont(), 60, QRectF(0, 0, 200, 20), Qt::AlignCenter, 1);
         QCOMPARE(fitted.wantedContrast(), 4.5);
     }
 
@@ -252,8 +252,8 @@ private Q_SLOTS:
         };
         FittedText fitted;
         FittedText fresh;
-        painted(fitted, QStringLiteral("I"));
-        QCOMPARE(painted(fitted, QStringLiteral("MMM")), painted(fresh, QStringLiteral("MMM")));
+        painted(fitted, u"I"_s);
+        QCOMPARE(painted(fitted, u"MMM"_s), painted(fresh, u"MMM"_s));
     }
 
     void contrastRatios() {

@@ -10,6 +10,7 @@
 #include "widgets/keyfilter.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
@@ -58,26 +59,25 @@ private Q_SLOTS:
                             int down, int code) {
             QTest::newRow(name) << StagesRow{key, text, modifiers, down, code};
         };
-        row("digit", Qt::Key_5, QStringLiteral("5"), none, Qt::Key_5, '5');
-        row("keypad digit", Qt::Key_5, QStringLiteral("5"), Qt::KeypadModifier, Qt::Key_5, '5');
-        row("shifted letter", Qt::Key_A, QStringLiteral("A"), Qt::ShiftModifier, Qt::Key_A, 'A');
-        row("Turkish letter", 0x15F, QStringLiteral("ş"), none, 0x15F, 0x15F);
-        row("letter beyond the basic plane", 0, QStringLiteral("😀"), none, 0, 0x1F600);
-        row("AltGr letter", Qt::Key_Q, QStringLiteral("@"), Qt::ControlModifier | Qt::AltModifier, Qt::Key_Q,
-            '@');
-        row("enter", Qt::Key_Return, QStringLiteral("\r"), none, Qt::Key_Return, 13);
-        row("keypad enter", Qt::Key_Enter, QStringLiteral("\r"), Qt::KeypadModifier, Qt::Key_Return, 13);
+        row("digit", Qt::Key_5, u"5"_s, none, Qt::Key_5, '5');
+        row("keypad digit", Qt::Key_5, u"5"_s, Qt::KeypadModifier, Qt::Key_5, '5');
+        row("shifted letter", Qt::Key_A, u"A"_s, Qt::ShiftModifier, Qt::Key_A, 'A');
+        row("Turkish letter", 0x15F, u"ş"_s, none, 0x15F, 0x15F);
+        row("letter beyond the basic plane", 0, u"😀"_s, none, 0, 0x1F600);
+        row("AltGr letter", Qt::Key_Q, u"@"_s, Qt::ControlModifier | Qt::AltModifier, Qt::Key_Q, '@');
+        row("enter", Qt::Key_Return, u"\r"_s, none, Qt::Key_Return, 13);
+        row("keypad enter", Qt::Key_Enter, u"\r"_s, Qt::KeypadModifier, Qt::Key_Return, 13);
         row("enter without a text", Qt::Key_Return, QString(), none, Qt::Key_Return, 13);
-        row("backspace", Qt::Key_Backspace, QStringLiteral("\b"), none, Qt::Key_Backspace, 8);
-        row("tab", Qt::Key_Tab, QStringLiteral("\t"), none, Qt::Key_Tab, -1);
-        row("backtab", Qt::Key_Backtab, QStringLiteral("\t"), Qt::ShiftModifier, Qt::Key_Backtab, -1);
-        row("paste by key", Qt::Key_V, QStringLiteral("\x16"), Qt::ControlModifier, Qt::Key_V, 22);
+        row("backspace", Qt::Key_Backspace, u"\b"_s, none, Qt::Key_Backspace, 8);
+        row("tab", Qt::Key_Tab, u"\t"_s, none, Qt::Key_Tab, -1);
+        row("backtab", Qt::Key_Backtab, u"\t"_s, Qt::ShiftModifier, Qt::Key_Backtab, -1);
+        row("paste by key", Qt::Key_V, u"\x16"_s, Qt::ControlModifier, Qt::Key_V, 22);
         row("select all, text missing", Qt::Key_A, QString(), Qt::ControlModifier, Qt::Key_A, 1);
-        row("escape", Qt::Key_Escape, QStringLiteral("\x1b"), none, Qt::Key_Escape, 27);
-        row("delete", Qt::Key_Delete, QStringLiteral("\x7f"), none, Qt::Key_Delete, -1);
+        row("escape", Qt::Key_Escape, u"\x1b"_s, none, Qt::Key_Escape, 27);
+        row("delete", Qt::Key_Delete, u"\x7f"_s, none, Qt::Key_Delete, -1);
         row("left", Qt::Key_Left, QString(), none, Qt::Key_Left, -1);
         row("F1", Qt::Key_F1, QString(), none, Qt::Key_F1, -1);
-        row("alt letter", Qt::Key_X, QStringLiteral("x"), Qt::AltModifier, Qt::Key_X, -1);
+        row("alt letter", Qt::Key_X, u"x"_s, Qt::AltModifier, Qt::Key_X, -1);
     }
     void stages() {
         QFETCH(const StagesRow, row);
@@ -97,25 +97,18 @@ private Q_SLOTS:
 
     void digitsOnly_data() {
         QTest::addColumn<DigitsOnlyRow>("row");
-        QTest::newRow("digit passes")
-            << DigitsOnlyRow{int(Qt::Key_3), QStringLiteral("3"), QStringLiteral("132")};
-        QTest::newRow("comma passes")
-            << DigitsOnlyRow{int(Qt::Key_Comma), QStringLiteral(","), QStringLiteral("1,2")};
-        QTest::newRow("letter drops")
-            << DigitsOnlyRow{int(Qt::Key_A), QStringLiteral("a"), QStringLiteral("12")};
-        QTest::newRow("dot drops") << DigitsOnlyRow{int(Qt::Key_Period), QStringLiteral("."),
-                                                    QStringLiteral("12")};
-        QTest::newRow("blank drops") << DigitsOnlyRow{int(Qt::Key_Space), QStringLiteral(" "),
-                                                      QStringLiteral("12")};
-        QTest::newRow("backspace passes")
-            << DigitsOnlyRow{int(Qt::Key_Backspace), QStringLiteral("\b"), QStringLiteral("2")};
-        QTest::newRow("delete passes")
-            << DigitsOnlyRow{int(Qt::Key_Delete), QStringLiteral("\x7f"), QStringLiteral("1")};
-        QTest::newRow("Arabic digit drops") << DigitsOnlyRow{0, QStringLiteral("٣"), QStringLiteral("12")};
+        QTest::newRow("digit passes") << DigitsOnlyRow{int(Qt::Key_3), u"3"_s, u"132"_s};
+        QTest::newRow("comma passes") << DigitsOnlyRow{int(Qt::Key_Comma), u","_s, u"1,2"_s};
+        QTest::newRow("letter drops") << DigitsOnlyRow{int(Qt::Key_A), u"a"_s, u"12"_s};
+        QTest::newRow("dot drops") << DigitsOnlyRow{int(Qt::Key_Period), u"."_s, u"12"_s};
+        QTest::newRow("blank drops") << DigitsOnlyRow{int(Qt::Key_Space), u" "_s, u"12"_s};
+        QTest::newRow("backspace passes") << DigitsOnlyRow{int(Qt::Key_Backspace), u"\b"_s, u"2"_s};
+        QTest::newRow("delete passes") << DigitsOnlyRow{int(Qt::Key_Delete), u"\x7f"_s, u"1"_s};
+        QTest::newRow("Arabic digit drops") << DigitsOnlyRow{0, u"٣"_s, u"12"_s};
     }
     void digitsOnly() {
         QFETCH(const DigitsOnlyRow, row);
-        QLineEdit field(QStringLiteral("12"));
+        QLineEdit field(u"12"_s);
         field.setCursorPosition(1);
         new KeyFilter(field, {}, onlyCharacters(u",0123456789"));
         send(field, row.key, row.text);
@@ -138,10 +131,10 @@ private Q_SLOTS:
         QLineEdit field;
         const QSignalSpy entered(&field, &QLineEdit::returnPressed);
         QPointer<KeyFilter> filter = new KeyFilter(field, {}, [](int code) { return code == 13 ? 0 : code; });
-        send(field, Qt::Key_Return, QStringLiteral("\r"));
+        send(field, Qt::Key_Return, u"\r"_s);
         QCOMPARE(entered.count(), 0);
         delete filter;
-        send(field, Qt::Key_Return, QStringLiteral("\r"));
+        send(field, Qt::Key_Return, u"\r"_s);
         QCOMPARE(entered.count(), 1);
     }
 
@@ -159,20 +152,19 @@ private Q_SLOTS:
         } watch(reached);
         window.installEventFilter(&watch);
         new KeyFilter(field, {}, [](int) { return 0; });
-        send(field, Qt::Key_Return, QStringLiteral("\r"));
+        send(field, Qt::Key_Return, u"\r"_s);
         QCOMPARE(reached, 0);
     }
 
     void replacedCharacter_data() {
-        addRows<ReplacedCharacterRow>(
-            {{"i becomes İ", {QStringLiteral("i"), 0x130, QStringLiteral("aİb")}},
-             {"dot becomes comma", {QStringLiteral("."), int(','), QStringLiteral("a,b")}},
-             {"beyond the basic plane", {QStringLiteral("x"), 0x1F600, QStringLiteral("a😀b")}},
-             {"becomes backspace", {QStringLiteral("x"), 8, QStringLiteral("b")}}});
+        addRows<ReplacedCharacterRow>({{"i becomes İ", {u"i"_s, 0x130, u"aİb"_s}},
+                                       {"dot becomes comma", {u"."_s, int(','), u"a,b"_s}},
+                                       {"beyond the basic plane", {u"x"_s, 0x1F600, u"a😀b"_s}},
+                                       {"becomes backspace", {u"x"_s, 8, u"b"_s}}});
     }
     void replacedCharacter() {
         QFETCH(const ReplacedCharacterRow, row);
-        QLineEdit field(QStringLiteral("ab"));
+        QLineEdit field(u"ab"_s);
         field.setCursorPosition(1);
         int calls = 0;
         new KeyFilter(field, {}, [&](int) {
@@ -187,11 +179,11 @@ private Q_SLOTS:
     }
 
     void replacementReplacesTheSelection() {
-        QLineEdit field(QStringLiteral("abc"));
+        QLineEdit field(u"abc"_s);
         field.selectAll();
         new KeyFilter(field, {}, [](int) { return int('Z'); });
-        send(field, Qt::Key_Y, QStringLiteral("y"));
-        QCOMPARE(field.text(), QStringLiteral("Z"));
+        send(field, Qt::Key_Y, u"y"_s);
+        QCOMPARE(field.text(), u"Z"_s);
     }
 
     void heldKeysPassBothStages() {
@@ -199,25 +191,24 @@ private Q_SLOTS:
         int downs = 0;
         new KeyFilter(
             field, [&](int) { ++downs; }, onlyCharacters(u"5"));
-        send(field, Qt::Key_5, QStringLiteral("5"));
-        send(field, Qt::Key_5, QStringLiteral("5"), {}, true);
-        send(field, Qt::Key_5, QStringLiteral("5"), {}, true);
+        send(field, Qt::Key_5, u"5"_s);
+        send(field, Qt::Key_5, u"5"_s, {}, true);
+        send(field, Qt::Key_5, u"5"_s, {}, true);
         QCOMPARE(downs, 3);
-        QCOMPARE(field.text(), QStringLiteral("555"));
+        QCOMPARE(field.text(), u"555"_s);
     }
 
     void pastedTextPasses() {
         QLineEdit field;
         new KeyFilter(field, {}, onlyCharacters(u"5"));
-        field.insert(QStringLiteral("abc"));
-        QCOMPARE(field.text(), QStringLiteral("abc"));
+        field.insert(u"abc"_s);
+        QCOMPARE(field.text(), u"abc"_s);
     }
 
     void composedCharactersAreFiltered_data() {
-        addRows<ComposedCharactersAreFilteredRow>(
-            {{"a dead key's letter", {QStringLiteral("â"), QString()}},
-             {"several, one allowed", {QStringLiteral("a5b"), QStringLiteral("5")}},
-             {"all allowed", {QStringLiteral("55"), QStringLiteral("55")}}});
+        addRows<ComposedCharactersAreFilteredRow>({{"a dead key's letter", {u"â"_s, QString()}},
+                                                   {"several, one allowed", {u"a5b"_s, u"5"_s}},
+                                                   {"all allowed", {u"55"_s, u"55"_s}}});
     }
     void composedCharactersAreFiltered() {
         QFETCH(const ComposedCharactersAreFilteredRow, row);
@@ -232,16 +223,16 @@ private Q_SLOTS:
     void altWithALetterTypesNothing() {
         QLineEdit field;
         new KeyFilter(field, {}, onlyCharacters(u"5"));
-        send(field, Qt::Key_A, QStringLiteral("a"), Qt::AltModifier);
-        send(field, Qt::Key_5, QStringLiteral("5"), Qt::AltModifier);
+        send(field, Qt::Key_A, u"a"_s, Qt::AltModifier);
+        send(field, Qt::Key_5, u"5"_s, Qt::AltModifier);
         QCOMPARE(field.text(), QString());
     }
 
     void aKeyWithSeveralCharactersIsFilteredByEach() {
         QLineEdit field;
         new KeyFilter(field, {}, onlyCharacters(u"5"));
-        send(field, 0, QStringLiteral("a5b"));
-        QCOMPARE(field.text(), QStringLiteral("5"));
+        send(field, 0, u"a5b"_s);
+        QCOMPARE(field.text(), u"5"_s);
     }
 
     void fieldMayGoInEitherStage_data() {
@@ -265,7 +256,7 @@ private Q_SLOTS:
                 delete field;
                 return code;
             });
-        send(*field, Qt::Key_A, QStringLiteral("a"));
+        send(*field, Qt::Key_A, u"a"_s);
         QVERIFY(!alive);
         QCOMPARE(presses, inKeyDown ? 0 : 1);
     }
@@ -273,8 +264,8 @@ private Q_SLOTS:
     void emptyStagesLetPass() {
         QLineEdit field;
         new KeyFilter(field, {}, {});
-        send(field, Qt::Key_A, QStringLiteral("a"));
-        QCOMPARE(field.text(), QStringLiteral("a"));
+        send(field, Qt::Key_A, u"a"_s);
+        QCOMPARE(field.text(), u"a"_s);
     }
 };
 

@@ -9,6 +9,7 @@
 #include "widgets/swatch.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -39,9 +40,9 @@ struct Keys {
 void hold(QWidget& control, Qt::Key key) {
     QTest::keyPress(&control, key);
     for (int i = 0; i < 5; ++i) {
-        QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral(" "), true);
+        QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, u" "_s, true);
         QCoreApplication::sendEvent(&control, &repeated);
-        QKeyEvent released(QEvent::KeyRelease, key, Qt::NoModifier, QStringLiteral(" "), true);
+        QKeyEvent released(QEvent::KeyRelease, key, Qt::NoModifier, u" "_s, true);
         QCoreApplication::sendEvent(&control, &released);
     }
     QTest::keyRelease(&control, key);

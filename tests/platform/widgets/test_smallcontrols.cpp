@@ -10,12 +10,13 @@
 #include "widgets/timer.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // Twice as wide as high, red.
 QString makePicture(const QTemporaryDir& folder, bool vector) {
-    const QString path = folder.filePath(vector ? QStringLiteral("note.svg") : QStringLiteral("note.png"));
+    const QString path = folder.filePath(vector ? u"note.svg"_s : u"note.png"_s);
     if (vector) {
         QFile file(path);
         if (file.open(QIODevice::WriteOnly)) {
@@ -100,9 +101,9 @@ private Q_SLOTS:
         Image image;
         image.resize(50, 50);
         const QImage empty = image.grab().toImage();
-        image.setSource(QStringLiteral("/nowhere/at/all.png"));
+        image.setSource(u"/nowhere/at/all.png"_s);
         QCOMPARE(image.grab().toImage(), empty);
-        image.setSource(QStringLiteral("/nowhere/at/all.PNG"));
+        image.setSource(u"/nowhere/at/all.PNG"_s);
         QCOMPARE(image.sizeHint(), QSize(48, 48));
     }
 
@@ -139,8 +140,8 @@ private Q_SLOTS:
 
     void pictureIsNamedByItsTip() {
         Image image;
-        image.setToolTip(QStringLiteral("20 lira"));
-        QCOMPARE(image.accessibleName(), QStringLiteral("20 lira"));
+        image.setToolTip(u"20 lira"_s);
+        QCOMPARE(image.accessibleName(), u"20 lira"_s);
     }
 
     void timerTicksUntilStopped() {

@@ -11,6 +11,7 @@
 #include "widgets/vsflexgrid.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 using Call = std::function<void(VSFlexGrid&)>;
 Q_DECLARE_METATYPE(Call)
@@ -31,7 +32,7 @@ void fill(VSFlexGrid& grid, int rows) {
     grid.setColWidth(5, 100);
     for (int row = 0; row < rows; ++row) {
         for (int column = 0; column < 6; ++column)
-            grid.setTextMatrix(row, column, QStringLiteral("%1/%2").arg(row).arg(column));
+            grid.setTextMatrix(row, column, u"%1/%2"_s.arg(row).arg(column));
     }
 }
 
@@ -58,12 +59,12 @@ private Q_SLOTS:
         grid.setRows(6);
         QCOMPARE(grid.rows(), 6);
         QCOMPARE(grid.row(), 3);
-        QCOMPARE(grid.textMatrix(3, 1), QStringLiteral("3/1"));
+        QCOMPARE(grid.textMatrix(3, 1), u"3/1"_s);
         QCOMPARE(grid.textMatrix(5, 1), QString());
         grid.setRow(5);
         grid.setRows(2);
         QCOMPARE(grid.row(), 1);
-        QCOMPARE(grid.textMatrix(1, 2), QStringLiteral("1/2"));
+        QCOMPARE(grid.textMatrix(1, 2), u"1/2"_s);
         grid.setRows(4);
         QCOMPARE(grid.textMatrix(2, 1), QString());
         grid.setRows(0);
@@ -77,7 +78,7 @@ private Q_SLOTS:
         grid.setCol(5);
         grid.setCols(3);
         QCOMPARE(grid.col(), 2);
-        QCOMPARE(grid.textMatrix(2, 2), QStringLiteral("2/2"));
+        QCOMPARE(grid.textMatrix(2, 2), u"2/2"_s);
         grid.setCols(6);
         QCOMPARE(grid.textMatrix(2, 5), QString());
         QCOMPARE(grid.colWidth(5), -1);
@@ -116,9 +117,9 @@ private Q_SLOTS:
         grid.removeItem(removed);
         QCOMPARE(grid.rows(), 4);
         QCOMPARE(grid.row(), expected);
-        QCOMPARE(grid.textMatrix(removed - 1, 1), QStringLiteral("%1/1").arg(removed - 1));
+        QCOMPARE(grid.textMatrix(removed - 1, 1), u"%1/1"_s.arg(removed - 1));
         if (removed < 4)
-            QCOMPARE(grid.textMatrix(removed, 1), QStringLiteral("%1/1").arg(removed + 1));
+            QCOMPARE(grid.textMatrix(removed, 1), u"%1/1"_s.arg(removed + 1));
     }
 
     void badIndices_data() {
@@ -338,11 +339,10 @@ private Q_SLOTS:
         const auto row = [](const char* name, Call call, QList<int> rows) {
             QTest::newRow(name) << std::move(call) << std::move(rows);
         };
-        row("same text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, QStringLiteral("2/1")); }, {});
-        row("other text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, QStringLiteral("x")); }, {2});
-        row("heading", [](VSFlexGrid& grid) { grid.setTextMatrix(0, 1, QStringLiteral("x")); }, {0});
-        row("line out of sight", [](VSFlexGrid& grid) { grid.setTextMatrix(50, 1, QStringLiteral("x")); },
-            {});
+        row("same text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, u"2/1"_s); }, {});
+        row("other text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, u"x"_s); }, {2});
+        row("heading", [](VSFlexGrid& grid) { grid.setTextMatrix(0, 1, u"x"_s); }, {0});
+        row("line out of sight", [](VSFlexGrid& grid) { grid.setTextMatrix(50, 1, u"x"_s); }, {});
         row("current row", [](VSFlexGrid& grid) { grid.setRow(4); }, {1, 4});
         row("same row", [](VSFlexGrid& grid) { grid.setRow(1); }, {});
         row("current column", [](VSFlexGrid& grid) { grid.setCol(3); }, {1});
@@ -372,7 +372,7 @@ private Q_SLOTS:
         fill(grid, 60);
         show(grid);
         const QImage before = grid.viewport()->grab().toImage();
-        grid.setTextMatrix(3, 2, QStringLiteral("CHANGED"));
+        grid.setTextMatrix(3, 2, u"CHANGED"_s);
         const QImage after = grid.viewport()->grab().toImage();
         const int width = before.width();
         QVERIFY(before.copy(0, 3 * rowHeight, width, rowHeight) !=
@@ -399,14 +399,14 @@ private Q_SLOTS:
         VSFlexGrid grid;
         fill(grid, 3);
         const QImage before = grid.viewport()->grab().toImage();
-        grid.setTextMatrix(1, 0, QStringLiteral("-1"));
+        grid.setTextMatrix(1, 0, u"-1"_s);
         QCOMPARE(grid.viewport()->grab().toImage(), before);
     }
 
     void accessibleNameIsTheTip() {
         VSFlexGrid grid;
-        grid.setToolTip(QStringLiteral("list"));
-        QCOMPARE(grid.accessibleName(), QStringLiteral("list"));
+        grid.setToolTip(u"list"_s);
+        QCOMPARE(grid.accessibleName(), u"list"_s);
     }
 
     void settingOldTextsIsCheap() {

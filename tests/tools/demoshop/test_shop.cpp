@@ -240,9 +240,8 @@ void ShopTest::readyMadeGoodsAreNotYetProducts() {
     QCOMPARE(makeShop(smallPlan(folder.path())).readyMade, 240);
     Reader shop(folder.path());
     for (const QString& column : {u"barkod"_s, u"urun"_s})
-        QCOMPARE(shop.value(QStringLiteral(
-                                "SELECT COUNT(*) FROM urunler_hazir WHERE %1 IN (SELECT %1 FROM urunler)")
-                                .arg(column))
+        QCOMPARE(shop.value(u"SELECT COUNT(*) FROM urunler_hazir WHERE %1 IN (SELECT %1 FROM urunler)"_s.arg(
+                                column))
                      .toInt(),
                  0);
 }
