@@ -43,6 +43,9 @@ class LoginTest : public QObject {
         QString entered;
         bool accepted;
     };
+    struct ApostrophesEverywhereRow {
+        QString file, typed;
+    };
 
 private Q_SLOTS:
     void passwords_data() {
@@ -333,35 +336,33 @@ private Q_SLOTS:
     }
 
     void apostrophesEverywhere_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("typed");
+        QTest::addColumn<ApostrophesEverywhereRow>("row");
         const QStringList tries{u"' OR '1'='1"_s, u"'; DELETE FROM kullanici; --"_s,
                                 u"'"_s,           u"''"_s,
                                 u"\\'"_s,         u"x' UNION SELECT 'x"_s,
                                 u"%"_s,           u"\" OR 1=1 --"_s,
                                 u"#1/1/2020#"_s,  u"[sifre]"_s};
         for (const QString& typed : tries)
-            QTest::newRow(qUtf8Printable(typed)) << QString() << typed;
-        QTest::newRow("password file") << u"kilit"_s << tries.first();
+            QTest::newRow(qUtf8Printable(typed)) << ApostrophesEverywhereRow{QString(), typed};
+        QTest::newRow("password file") << ApostrophesEverywhereRow{u"kilit"_s, tries.first()};
     }
     void apostrophesEverywhere() {
-        QFETCH(const QString, file);
-        QFETCH(const QString, typed);
-        LoginFixture shop(file);
+        QFETCH(const ApostrophesEverywhereRow, row);
+        LoginFixture shop(row.file);
         shop.addUser(u"D'Artagnan' OR '1'='1"_s, hashed("1234"), u"'Kasiyer'"_s);
-        shop.addUser(typed, typed, u"Kasiyer"_s);
+        shop.addUser(row.typed, row.typed, u"Kasiyer"_s);
         QList<QVariantList> expected = shop.users();
         shop.open();
-        QCOMPARE(entries(*shop.ui().kullanici), (QStringList{u"D'Artagnan' OR '1'='1"_s, typed}));
-        shop.enterWrong(typed);
+        QCOMPARE(entries(*shop.ui().kullanici), (QStringList{u"D'Artagnan' OR '1'='1"_s, row.typed}));
+        shop.enterWrong(row.typed);
         QCOMPARE(shop.users(), expected);
         // The table is asked by name too: the id that the list knows is gone.
         shop.run(u"UPDATE kullanici SET id = id + 100, sifre = 'dd'"_s);
         expected = shop.users();
-        shop.enterWrong(typed);
+        shop.enterWrong(row.typed);
         QCOMPARE(shop.users(), expected);
         shop.choose(1);
-        shop.enterWrong(typed + u"x"_s);
+        shop.enterWrong(row.typed + u"x"_s);
         QCOMPARE(shop.users(), expected);
         shop.enter(u"dd"_s);
         QVERIFY(shop.isLoggedIn());

@@ -184,6 +184,10 @@ QString accessibleName(QWidget& control) {
 class TestDressing : public QObject {
     Q_OBJECT
 
+    struct TitlesRow {
+        size_t index;
+        QString title;
+    };
     struct DressesByNameRow {
         bool captions, headings;
     };
@@ -204,22 +208,19 @@ class TestDressing : public QObject {
 
 private Q_SLOTS:
     void titles_data() {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("title");
+        QTest::addColumn<TitlesRow>("row");
         for (size_t index = 0; index < namedScreens.size(); ++index)
-            QTest::newRow(namedScreens[index].name)
-                << static_cast<int>(index) << namedScreens[index].title.toString();
+            QTest::newRow(namedScreens[index].name) << TitlesRow{index, namedScreens[index].title.toString()};
     }
     void titles() {
-        QFETCH(const int, index);
-        QFETCH(const QString, title);
-        const std::unique_ptr<Screen> screen = namedScreens[static_cast<size_t>(index)].make();
+        QFETCH(const TitlesRow, row);
+        const std::unique_ptr<Screen> screen = namedScreens[row.index].make();
         screen->setWindowTitle(storedTitle);
         ekranbasligi(*screen);
-        QCOMPARE(screen->windowTitle(), title);
+        QCOMPARE(screen->windowTitle(), row.title);
         screen->setWindowTitle(storedTitle);
         ekrandonat(*screen);
-        QCOMPARE(screen->windowTitle(), title);
+        QCOMPARE(screen->windowTitle(), row.title);
     }
 
     void dressesByName_data() {

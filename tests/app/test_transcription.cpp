@@ -9,6 +9,9 @@ using namespace Qt::StringLiterals;
 class TestTranscription : public QObject {
     Q_OBJECT
 
+    struct TranscribesRow {
+        QString stored, letters;
+    };
     struct RaisesNamesRow {
         QString typed, raised;
     };
@@ -22,10 +25,9 @@ class TestTranscription : public QObject {
 
 private Q_SLOTS:
     void transcribes_data() {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("letters");
+        QTest::addColumn<TranscribesRow>("row");
         const auto symbol = [](const char* name, char16_t sign, ushort codePoint) {
-            QTest::newRow(name) << QString(QChar(sign)) << QString(QChar(codePoint));
+            QTest::newRow(name) << TranscribesRow{QString(QChar(sign)), QString(QChar(codePoint))};
         };
         symbol("bar is the dotless small i", u'|', 305);
         symbol("exclamation mark is the dotted capital I", u'!', 304);
@@ -39,23 +41,23 @@ private Q_SLOTS:
         symbol("tilde is the capital U with diaeresis", u'~', 220);
         symbol("opening brace is the small c with cedilla", u'{', 231);
         symbol("closing brace is the capital C with cedilla", u'}', 199);
-        QTest::newRow("all of them at once") << u"|!#@$%&*^~{}"_s << u"ıİşŞğĞöÖüÜçÇ"_s;
-        QTest::newRow("every occurrence") << u"~R~N ADI ~~"_s << u"ÜRÜN ADI ÜÜ"_s;
-        QTest::newRow("a real percent sign") << u"10% indirim"_s << u"10Ğ indirim"_s;
-        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("all of them at once") << TranscribesRow{u"|!#@$%&*^~{}"_s, u"ıİşŞğĞöÖüÜçÇ"_s};
+        QTest::newRow("every occurrence") << TranscribesRow{u"~R~N ADI ~~"_s, u"ÜRÜN ADI ÜÜ"_s};
+        QTest::newRow("a real percent sign") << TranscribesRow{u"10% indirim"_s, u"10Ğ indirim"_s};
+        QTest::newRow("empty") << TranscribesRow{QString(), QString()};
         QTest::newRow("no symbol, ASCII")
-            << u"ABCabc 0-9 .,;:_-+=()[]<>/\\\"'?`"_s << u"ABCabc 0-9 .,;:_-+=()[]<>/\\\"'?`"_s;
-        QTest::newRow("no symbol, letters already") << u"ıİşŞğĞöÖüÜçÇ"_s << u"ıİşŞğĞöÖüÜçÇ"_s;
-        QTest::newRow("no symbol, beyond the first plane") << u"a\U0001F4B0z"_s << u"a\U0001F4B0z"_s;
-        QTest::newRow("line breaks stay") << u"bir\niki\r\n"_s << u"bir\niki\r\n"_s;
+            << TranscribesRow{u"ABCabc 0-9 .,;:_-+=()[]<>/\\\"'?`"_s, u"ABCabc 0-9 .,;:_-+=()[]<>/\\\"'?`"_s};
+        QTest::newRow("no symbol, letters already") << TranscribesRow{u"ıİşŞğĞöÖüÜçÇ"_s, u"ıİşŞğĞöÖüÜçÇ"_s};
+        QTest::newRow("no symbol, beyond the first plane")
+            << TranscribesRow{u"a\U0001F4B0z"_s, u"a\U0001F4B0z"_s};
+        QTest::newRow("line breaks stay") << TranscribesRow{u"bir\niki\r\n"_s, u"bir\niki\r\n"_s};
     }
     void transcribes() {
-        QFETCH(const QString, stored);
-        QFETCH(const QString, letters);
-        QCOMPARE(harfcevir(stored), letters);
-        QCOMPARE(harfvarmi(stored), stored != letters);
-        QCOMPARE(harfcevir(letters), letters);
-        QVERIFY(!harfvarmi(letters));
+        QFETCH(const TranscribesRow, row);
+        QCOMPARE(harfcevir(row.stored), row.letters);
+        QCOMPARE(harfvarmi(row.stored), row.stored != row.letters);
+        QCOMPARE(harfcevir(row.letters), row.letters);
+        QVERIFY(!harfvarmi(row.letters));
     }
 
     void raisesNames_data() {

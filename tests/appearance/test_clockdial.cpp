@@ -44,6 +44,10 @@ class TestClockDial : public QObject {
         double angle;
         QPointF end;
     };
+    struct HandsOnTheDialRow {
+        QSize size;
+        double ratio;
+    };
 
 private Q_SLOTS:
     void handsOfATime_data() {
@@ -168,17 +172,16 @@ private Q_SLOTS:
     }
 
     void handsOnTheDial_data() {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<double>("ratio");
+        QTest::addColumn<HandsOnTheDialRow>("row");
         const QSize sizes[] = {{120, 120}, {240, 240}, {241, 301}, {337, 337}, {480, 480}};
         for (const QSize size : sizes)
             for (const double ratio : {1.0, 1.5, 2.0})
-                QTest::addRow("%dx%d at %g", size.width(), size.height(), ratio) << size << ratio;
+                QTest::addRow("%dx%d at %g", size.width(), size.height(), ratio)
+                    << HandsOnTheDialRow{size, ratio};
     }
     void handsOnTheDial() {
-        QFETCH(const QSize, size);
-        QFETCH(const double, ratio);
-        const ClockDial dial(size, ratio);
+        QFETCH(const HandsOnTheDialRow, row);
+        const ClockDial dial(row.size, row.ratio);
         for (const QTime time : {QTime(0, 20), QTime(3, 40), QTime(7, 52), QTime(16, 0), QTime(23, 8)}) {
             ClockHands hands;
             hands.showTime(time);
@@ -191,9 +194,8 @@ private Q_SLOTS:
 
     void oldHandsOnTheDial_data() { handsOnTheDial_data(); }
     void oldHandsOnTheDial() {
-        QFETCH(const QSize, size);
-        QFETCH(const double, ratio);
-        const ClockDial dial(size, ratio);
+        QFETCH(const HandsOnTheDialRow, row);
+        const ClockDial dial(row.size, row.ratio);
         ClockHands hands;
         hands.showTime({7, 52});
         hands.showTime({8, 10});
@@ -214,9 +216,8 @@ private Q_SLOTS:
 
     void sweepOnTheDial_data() { handsOnTheDial_data(); }
     void sweepOnTheDial() {
-        QFETCH(const QSize, size);
-        QFETCH(const double, ratio);
-        const ClockDial dial(size, ratio);
+        QFETCH(const HandsOnTheDialRow, row);
+        const ClockDial dial(row.size, row.ratio);
         ClockHands hands;
         hands.showTime({12, 0});
         for (int tick = 1; tick <= 360; ++tick) {
@@ -233,15 +234,14 @@ private Q_SLOTS:
 
     void uprightHandIsSharp_data() { handsOnTheDial_data(); }
     void uprightHandIsSharp() {
-        QFETCH(const QSize, size);
-        QFETCH(const double, ratio);
-        const ClockDial dial(size, ratio);
+        QFETCH(const HandsOnTheDialRow, row);
+        const ClockDial dial(row.size, row.ratio);
         ClockHands hands;
         hands.showTime({6, 0});
         hands.showTime({6, 0});
         const QImage image = painted(dial, hands);
         // A row across the hand: the face's colour, an even number of red pixels, the face's colour.
-        const QPoint middle = (dial.at({0, 15}) * ratio).toPoint();
+        const QPoint middle = (dial.at({0, 15}) * row.ratio).toPoint();
         int reds = 0;
         for (int x = middle.x() - 8; x <= middle.x() + 8; ++x) {
             const QColor color = image.pixelColor(x, middle.y());
@@ -252,9 +252,10 @@ private Q_SLOTS:
             reds += isRed;
         }
         QCOMPARE(reds % 2, 0);
-        QCOMPARE(double(reds), dial.lineWidth() * ratio);
+        QCOMPARE(double(reds), dial.lineWidth() * row.ratio);
         // Two wide at the design size, and growing with the dial from there.
-        const double wanted = 2 * ratio * std::max(1.0, std::min(size.width(), size.height()) / 240.0);
+        const double wanted =
+            2 * row.ratio * std::max(1.0, std::min(row.size.width(), row.size.height()) / 240.0);
         QVERIFY(std::abs(reds - wanted) <= 1);
     }
 

@@ -66,6 +66,11 @@ private:
 class MenuProgramsTest : public SalesTest {
     Q_OBJECT
 
+    struct CalculatorRow {
+        QStringList installed;
+        QByteArray started;
+    };
+
     Ui::menu& ui() const { return screen<menu>().ui; }
 
     void open(int role) const {
@@ -78,27 +83,25 @@ class MenuProgramsTest : public SalesTest {
 
 private Q_SLOTS:
     void calculator_data() {
-        QTest::addColumn<QStringList>("installed");
-        QTest::addColumn<QByteArray>("started");
+        QTest::addColumn<CalculatorRow>("row");
         for (const char* name : {"gnome-calculator", "kcalc", "mate-calc", "galculator", "qalculate-gtk",
                                  "qalculate-qt", "xcalc", "deepin-calculator", "speedcrunch"})
-            QTest::newRow(name) << QStringList{QString::fromLatin1(name)} << QByteArray(name) + " 0\n";
+            QTest::newRow(name) << CalculatorRow{{QString::fromLatin1(name)}, QByteArray(name) + " 0\n"};
         QTest::newRow("the first of two")
-            << QStringList{"kcalc", "gnome-calculator"} << QByteArray("gnome-calculator 0\n");
+            << CalculatorRow{{"kcalc", "gnome-calculator"}, "gnome-calculator 0\n"};
         QTest::newRow("the first of three")
-            << QStringList{"speedcrunch", "xcalc", "mate-calc"} << QByteArray("mate-calc 0\n");
+            << CalculatorRow{{"speedcrunch", "xcalc", "mate-calc"}, "mate-calc 0\n"};
         QTest::newRow("not the one that the path names")
-            << QStringList{"calc.exe", "calc", "xcalc"} << QByteArray("xcalc 0\n");
+            << CalculatorRow{{"calc.exe", "calc", "xcalc"}, "xcalc 0\n"};
     }
     void calculator() {
-        QFETCH(QStringList, installed);
-        QFETCH(QByteArray, started);
+        QFETCH(const CalculatorRow, row);
         const OwnPath path;
-        for (const QString& name : installed)
+        for (const QString& name : row.installed)
             path.install(name);
         open(1);
         press(*ui().vkCommand4);
-        QTRY_COMPARE(path.started(), started);
+        QTRY_COMPARE(path.started(), row.started);
         QVERIFY(screen<menu>().isVisible());
     }
 

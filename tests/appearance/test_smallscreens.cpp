@@ -52,34 +52,37 @@ Q_DECLARE_METATYPE(Which)
 class SmallScreensTest : public SalesTest {
     Q_OBJECT
 
+    struct ClosingRow {
+        Which which;
+        QString way;
+    };
+
 private Q_SLOTS:
     // All of them.
 
     void closing_data() {
-        QTest::addColumn<Which>("which");
-        QTest::addColumn<QString>("way");
+        QTest::addColumn<ClosingRow>("row");
         for (const auto& [which, name] : {std::pair{Which::about, "about"},
                                           {Which::extras, "extra features"},
                                           {Which::notice, "notice"}}) {
             for (const char* way : {"button", "Enter", "Escape", "X"})
-                QTest::addRow("%s by %s", name, way) << which << QString::fromLatin1(way);
+                QTest::addRow("%s by %s", name, way) << ClosingRow{which, QString::fromLatin1(way)};
         }
     }
     void closing() {
-        QFETCH(Which, which);
-        QFETCH(QString, way);
+        QFETCH(const ClosingRow, row);
         m_shop->scan(goods::bread);
         m_shop->ui().adet->setFocus();
-        const QPointer<Screen> opened(&open(which));
-        if (way == "button")
-            QTest::mouseClick(&closeButton(which), Qt::LeftButton);
-        else if (way == "Enter")
+        const QPointer<Screen> opened(&open(row.which));
+        if (row.way == "button")
+            QTest::mouseClick(&closeButton(row.which), Qt::LeftButton);
+        else if (row.way == "Enter")
             m_shop->key(Qt::Key_Return);
-        else if (way == "Escape")
+        else if (row.way == "Escape")
             m_shop->key(Qt::Key_Escape);
         else
             opened->close();
-        QVERIFY(!isLoaded(which));
+        QVERIFY(!isLoaded(row.which));
         QTRY_VERIFY(!opened);
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
         m_shop->scan(goods::milk);

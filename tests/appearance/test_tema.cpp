@@ -56,6 +56,9 @@ class TestTema : public QObject {
         QByteArray keys;
         bool stays;
     };
+    struct NoChangesNothingRow {
+        int number, answer;
+    };
     struct KeyIsWrittenBeforeOrBehindRow {
         int number;
         QString meanwhile;
@@ -231,29 +234,27 @@ private Q_SLOTS:
     }
 
     void noChangesNothing_data() {
-        QTest::addColumn<int>("number");
-        QTest::addColumn<int>("answer");
+        QTest::addColumn<NoChangesNothingRow>("row");
         for (int number = 2; number <= 4; ++number) {
-            QTest::addRow("resim%d, no", number) << number << MessageBoxAnswer::no;
-            QTest::addRow("resim%d, Escape", number) << number << BoxAnswers::escape;
+            QTest::addRow("resim%d, no", number) << NoChangesNothingRow{number, MessageBoxAnswer::no};
+            QTest::addRow("resim%d, Escape", number) << NoChangesNothingRow{number, BoxAnswers::escape};
         }
     }
     void noChangesNothing() {
-        QFETCH(const int, number);
-        QFETCH(const int, answer);
+        QFETCH(const NoChangesNothingRow, row);
         ThemeFixture fixture("temaac=1\ntema=0\nsonrenk=1\n");
         fixture.pressPicture(1);
         const QByteArray file = fixture.config();
         sonrenk = 77;
         toplamtemadegisken = 66;
-        fixture.expectQuestion(answer);
-        fixture.pressPicture(number);
+        fixture.expectQuestion(row.answer);
+        fixture.pressPicture(row.number);
         QCOMPARE(fixture.differences(1), QString());
         QCOMPARE(fixture.config(), file);
         QCOMPARE(sonrenk, 77);
         QCOMPARE(toplamtemadegisken, 66);
         QVERIFY(fixture.picture(1).chosen());
-        QVERIFY(!fixture.picture(number).chosen());
+        QVERIFY(!fixture.picture(row.number).chosen());
         QVERIFY(allAnswered(fixture.boxes));
     }
 

@@ -40,6 +40,14 @@ class TemaKayitTest : public QObject {
         Slot slot;
         bool liveMode;
     };
+    struct SavingWhatTheOtherSetHoldsRow {
+        Slot slot;
+        int answer;
+    };
+    struct OneDifferenceIsEnoughRow {
+        Slot slot;
+        int index;
+    };
     struct ComparesByNumberRow {
         QByteArray text;
         ColorValue color;
@@ -137,52 +145,50 @@ private Q_SLOTS:
     }
 
     void savingWhatTheOtherSetHolds_data() {
-        QTest::addColumn<Slot>("slot");
-        QTest::addColumn<int>("answer");
+        using Row = SavingWhatTheOtherSetHoldsRow;
+        QTest::addColumn<Row>("row");
         for (const Slot& slot : {slot1, slot2}) {
-            QTest::addRow("set %d, yes", slot.number) << slot << MessageBoxAnswer::yes;
-            QTest::addRow("set %d, no", slot.number) << slot << MessageBoxAnswer::no;
-            QTest::addRow("set %d, Escape", slot.number) << slot << BoxAnswers::escape;
+            QTest::addRow("set %d, yes", slot.number) << Row{slot, MessageBoxAnswer::yes};
+            QTest::addRow("set %d, no", slot.number) << Row{slot, MessageBoxAnswer::no};
+            QTest::addRow("set %d, Escape", slot.number) << Row{slot, BoxAnswers::escape};
         }
     }
     void savingWhatTheOtherSetHolds() {
-        QFETCH(const Slot, slot);
-        QFETCH(const int, answer);
+        QFETCH(const SavingWhatTheOtherSetHoldsRow, row);
         begin(configuration(mode(false)));
-        dress(shop().real(), slot.other);
+        dress(shop().real(), row.slot.other);
         shop().total().toplamrenkaktar();
         const QByteArray before = shop().config();
         const Five preview = colorsOf(shop().preview());
-        expectQuestion(answer);
-        shop().click(slot.save);
-        if (answer == MessageBoxAnswer::yes) {
-            verifySaved(slot, slot.other);
-            QCOMPARE(shop().fiveOnFile("toplamtemakyt", slot.otherFirst), texts(slot.other));
+        expectQuestion(row.answer);
+        shop().click(row.slot.save);
+        if (row.answer == MessageBoxAnswer::yes) {
+            verifySaved(row.slot, row.slot.other);
+            QCOMPARE(shop().fiveOnFile("toplamtemakyt", row.slot.otherFirst), texts(row.slot.other));
             return;
         }
         QCOMPARE(shop().config(), before);
         QCOMPARE(colorsOf(shop().preview()), preview);
-        QCOMPARE(colorsOf(button(slot.save)), slot.five);
+        QCOMPARE(colorsOf(button(row.slot.save)), row.slot.five);
         QCOMPARE(sonrenk, 0);
     }
 
     void oneDifferenceIsEnough_data() {
-        QTest::addColumn<Slot>("slot");
-        QTest::addColumn<int>("index");
+        QTest::addColumn<OneDifferenceIsEnoughRow>("row");
         for (const Slot& slot : {slot1, slot2}) {
             for (int index = 0; index < 5; ++index)
-                QTest::addRow("set %d, colour %d differs", slot.number, index + 1) << slot << index;
+                QTest::addRow("set %d, colour %d differs", slot.number, index + 1)
+                    << OneDifferenceIsEnoughRow{slot, index};
         }
     }
     void oneDifferenceIsEnough() {
-        QFETCH(const Slot, slot);
-        QFETCH(const int, index);
+        QFETCH(const OneDifferenceIsEnoughRow, row);
         begin(configuration(mode(false)));
-        const Five five = with(slot.other, index, 0x010203);
+        const Five five = with(row.slot.other, row.index, 0x010203);
         dress(shop().real(), five);
         shop().total().toplamrenkaktar();
-        shop().click(slot.save);  // no question: the strict queue would fail
-        verifySaved(slot, five);
+        shop().click(row.slot.save);  // no question: the strict queue would fail
+        verifySaved(row.slot, five);
     }
 
     void savingOverItselfAsksNothing() {

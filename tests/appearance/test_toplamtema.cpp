@@ -13,6 +13,14 @@ using namespace Qt::StringLiterals;
 class ToplamTemaTest : public QObject {
     Q_OBJECT
 
+    struct CaptionsAndTipsRow {
+        QString text;
+        QString tip;
+    };
+    struct ColorRow {
+        int index;
+        bool liveMode;
+    };
     struct PressingASwatchRow {
         QString swatch;
         int from;
@@ -62,10 +70,9 @@ private Q_SLOTS:
     }
 
     void captionsAndTips_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("tip");
+        QTest::addColumn<CaptionsAndTipsRow>("row");
         const auto row = [](const char* name, const QString& text, const QString& tip) {
-            QTest::newRow(name) << text << tip;
+            QTest::newRow(name) << CaptionsAndTipsRow{text, tip};
         };
         row("toplam", "0,00", "İnizleme");
         // The small ğ is stored that way.
@@ -91,12 +98,11 @@ private Q_SLOTS:
         row("temakaydetme", "KAYDEDİYOR", "KAYDETMEMEK İşİN TIKLAYIN");
     }
     void captionsAndTips() {
-        QFETCH(const QString, text);
-        QFETCH(const QString, tip);
+        QFETCH(const CaptionsAndTipsRow, row);
         const TotalFixture fixture;
         QWidget& control = *fixture.control(QTest::currentDataTag());  // loaded, not yet shown
-        QCOMPARE(caption(control), text);
-        QCOMPARE(control.toolTip(), tip);
+        QCOMPARE(caption(control), row.text);
+        QCOMPARE(control.toolTip(), row.tip);
     }
 
     void everyControlHasAName() {
@@ -116,28 +122,27 @@ private Q_SLOTS:
     }
 
     void rows_data() {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("liveMode");
+        QTest::addColumn<ColorRow>("row");
         for (const bool liveMode : {false, true}) {
             for (const char* name :
                  {"forecolor", "backcolor1", "backcolor2", "backcolorpushed1", "backcolorpushed2"}) {
                 static int next = 0;
                 QTest::addRow("%s, %s", name, liveMode ? "KAYDETMİYOR" : "KAYDEDİYOR")
-                    << next++ % 5 << liveMode;
+                    << ColorRow{next++ % 5, liveMode};
             }
         }
     }
 
     void choosingAColor_data() { rows_data(); }
     void choosingAColor() {
-        QFETCH(const int, index);
-        QFETCH(const bool, liveMode);
-        begin(liveMode);
-        shop().choose(u"Command" + QString::number(index + 1), 0x123456);
-        QVERIFY(showsEverywhere(shop(), with(shown, index, 0x123456)));
+        QFETCH(const ColorRow, row);
+        begin(row.liveMode);
+        shop().choose(u"Command" + QString::number(row.index + 1), 0x123456);
+        QVERIFY(showsEverywhere(shop(), with(shown, row.index, 0x123456)));
         // With the words' own sense turned round: only KAYDETMİYOR stores.
-        QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(liveMode ? with(live, index, 0x123456) : live));
-        verifyEndOfTheSets(liveMode);
+        QCOMPARE(shop().fiveOnFile("toplamtema", 1),
+                 texts(row.liveMode ? with(live, row.index, 0x123456) : live));
+        verifyEndOfTheSets(row.liveMode);
     }
 
     void aColorOfAnotherModelIsStoredAsItShows() {
@@ -175,20 +180,19 @@ private Q_SLOTS:
 
     void cancelling_data() { rows_data(); }
     void cancelling() {
-        QFETCH(const int, index);
-        QFETCH(const bool, liveMode);
-        begin(liveMode);
-        const QString button = u"Command" + QString::number(index + 1);
-        const ColorValue own = shown.at(static_cast<size_t>(index));
+        QFETCH(const ColorRow, row);
+        begin(row.liveMode);
+        const QString button = u"Command" + QString::number(row.index + 1);
+        const ColorValue own = shown.at(static_cast<size_t>(row.index));
         QCOMPARE(shop().cancel(button, 0x999999), own);
         QVERIFY(showsEverywhere(shop(), shown));
         // The handler carries on with the colour that the dialog holds.
-        QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(liveMode ? with(live, index, own) : live));
-        verifyEndOfTheSets(liveMode);
+        QCOMPARE(shop().fiveOnFile("toplamtema", 1), texts(row.liveMode ? with(live, row.index, own) : live));
+        verifyEndOfTheSets(row.liveMode);
 
         shop().click("vkCommand2");
         const Five standard{255, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF};
-        QCOMPARE(shop().cancel(button, 0x999999), standard.at(static_cast<size_t>(index)));
+        QCOMPARE(shop().cancel(button, 0x999999), standard.at(static_cast<size_t>(row.index)));
         QCOMPARE(colorsOf(shop().real()), standard);
     }
 

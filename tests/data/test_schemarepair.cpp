@@ -10,6 +10,9 @@ using namespace Qt::StringLiterals;
 class TestSchemaRepair : public QObject {
     Q_OBJECT
 
+    struct MissingTableRow {
+        QString password, table;
+    };
     struct MissingColumnRow {
         QString password, table, column, type;
     };
@@ -38,26 +41,24 @@ private Q_SLOTS:
     void cleanupTestCase() { m_shops.clear(); }
 
     void missingTable_data() {
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<QString>("table");
+        QTest::addColumn<MissingTableRow>("row");
         for (const QString& table : allTables) {
-            QTest::addRow("%s, plain file", qPrintable(table)) << QString() << table;
-            QTest::addRow("%s, password file", qPrintable(table)) << u"gizli"_s << table;
+            QTest::addRow("%s, plain file", qPrintable(table)) << MissingTableRow{QString(), table};
+            QTest::addRow("%s, password file", qPrintable(table)) << MissingTableRow{u"gizli"_s, table};
         }
     }
     void missingTable() {
-        QFETCH(const QString, password);
-        QFETCH(const QString, table);
-        TracedShop& shop = emptied(password);
-        shop.makeTablesBut(table);
+        QFETCH(const MissingTableRow, row);
+        TracedShop& shop = emptied(row.password);
+        shop.makeTablesBut(row.table);
         QVERIFY(shop.check());
-        QCOMPARE(shop.lines(), (QStringList{created(table), checked}));
+        QCOMPARE(shop.lines(), (QStringList{created(row.table), checked}));
         QStringList wanted;
-        for (const ColumnRow& row : allColumns) {
-            if (text(row.table) == table)
-                wanted << text(row.column);
+        for (const ColumnRow& column : allColumns) {
+            if (text(column.table) == row.table)
+                wanted << text(column.column);
         }
-        QCOMPARE(shop.columnsOf(table), wanted);
+        QCOMPARE(shop.columnsOf(row.table), wanted);
     }
 
     void missingColumn_data() {

@@ -51,6 +51,9 @@ class TestValues : public QObject {
     struct WritesBetweenRow {
         QString time1, time2, tail;
     };
+    struct EngineRefusesWhatIsNoTimeRow {
+        QString password, time;
+    };
     struct WritesNumbersRow {
         double value;
         QString literal;
@@ -236,20 +239,20 @@ private Q_SLOTS:
     }
 
     void engineRefusesWhatIsNoTime_data() {
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<QString>("time");
+        QTest::addColumn<EngineRefusesWhatIsNoTimeRow>("row");
         for (const char* time : {"25:99:99", "24", "7:60", "7:5:60"}) {
-            QTest::addRow("%s, plain file", time) << QString() << QString::fromLatin1(time);
-            QTest::addRow("%s, password file", time) << u"gizli"_s << QString::fromLatin1(time);
+            QTest::addRow("%s, plain file", time)
+                << EngineRefusesWhatIsNoTimeRow{QString(), QString::fromLatin1(time)};
+            QTest::addRow("%s, password file", time)
+                << EngineRefusesWhatIsNoTimeRow{u"gizli"_s, QString::fromLatin1(time)};
         }
     }
     void engineRefusesWhatIsNoTime() {
-        QFETCH(const QString, password);
-        QFETCH(const QString, time);
+        QFETCH(const EngineRefusesWhatIsNoTimeRow, row);
         ShopFixture fixture;
-        fixture.openShop(password);
+        fixture.openShop(row.password);
         const QString sql =
-            u"INSERT INTO satislar (tarih) VALUES ("_s + sqltarihsaat(QDate(2021, 5, 3), time) + u')';
+            u"INSERT INTO satislar (tarih) VALUES ("_s + sqltarihsaat(QDate(2021, 5, 3), row.time) + u')';
         QVERIFY_THROWS_EXCEPTION(RuntimeError, baglanti().execute(sql));
         QCOMPARE(fixture.rows(u"SELECT * FROM satislar"_s).size(), 0);
     }

@@ -21,6 +21,10 @@ class EntryTest : public SalesTest {
     struct WeighedLabelsRow {
         QString label, quantity, total;
     };
+    struct FunctionKeysPressTheirButtonsRow {
+        Qt::Key key;
+        QString button;
+    };
     struct CaptionsAndTipsRow {
         QString control, caption, tip;
     };
@@ -172,31 +176,29 @@ private Q_SLOTS:
     }
 
     void functionKeysPressTheirButtons_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("button");
+        QTest::addColumn<FunctionKeysPressTheirButtonsRow>("row");
         const std::pair<Qt::Key, const char*> keys[] = {
             {Qt::Key_F1, "kaydet"},     {Qt::Key_F2, "nakit"},      {Qt::Key_F3, "satisiptal"},
             {Qt::Key_F4, "fiyatgor"},   {Qt::Key_F5, "vkCommand2"}, {Qt::Key_F6, "vkCommand3"},
             {Qt::Key_F7, "vkCommand1"}, {Qt::Key_F8, "vkCommand4"}, {Qt::Key_F9, "kapat"},
             {Qt::Key_F10, "toplam"}};
         for (const auto& [key, button] : keys)
-            QTest::newRow(button) << int(key) << QString::fromLatin1(button);
+            QTest::newRow(button) << FunctionKeysPressTheirButtonsRow{key, QString::fromLatin1(button)};
     }
     void functionKeysPressTheirButtons() {
-        QFETCH(int, key);
-        QFETCH(QString, button);
-        auto* pressed = m_shop->sales().findChild<QAbstractButton*>(button);
+        QFETCH(const FunctionKeysPressTheirButtonsRow, row);
+        auto* pressed = m_shop->sales().findChild<QAbstractButton*>(row.button);
         QVERIFY(pressed);
         pressed->disconnect();
         const QSignalSpy spy(pressed, &QAbstractButton::clicked);
         const bool wasEnabled = pressed->isEnabled();
-        m_shop->key(Qt::Key(key));
+        m_shop->key(row.key);
         QCOMPARE(spy.count(), wasEnabled ? 1 : 0);  // a disabled button stays dead
         pressed->setEnabled(true);
-        m_shop->key(Qt::Key(key));
+        m_shop->key(row.key);
         QCOMPARE(spy.count(), wasEnabled ? 2 : 1);
         m_shop->ui().adet->setFocus();
-        m_shop->key(Qt::Key(key));
+        m_shop->key(row.key);
         QCOMPARE(spy.count(), wasEnabled ? 2 : 1);  // only while barkod has the focus
     }
 

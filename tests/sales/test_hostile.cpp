@@ -34,12 +34,16 @@ bool overflows(double total) {
 class HostileTest : public SalesTest {
     Q_OBJECT
 
+    struct HostileRow {
+        QString text;
+        bool typed;  ///< or pasted
+    };
+
     const QString digits = "0123456789";
     const QString digitsAndComma = ",0123456789";
 
     static void addRows() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("typed");
+        QTest::addColumn<HostileRow>("row");
         const std::pair<const char*, QString> texts[] = {
             {"an apostrophe", "'"},
             {"two apostrophes", "''"},
@@ -63,29 +67,27 @@ class HostileTest : public SalesTest {
         };
         for (const bool typed : {true, false}) {
             for (const auto& [name, text] : texts)
-                QTest::addRow("%s: %s", typed ? "typed" : "pasted", name) << text << typed;
+                QTest::addRow("%s: %s", typed ? "typed" : "pasted", name) << HostileRow{text, typed};
         }
     }
 
     /// Puts the row's text into a field the row's way.
     void put(QLineEdit& field) const {
-        QFETCH(QString, text);
-        QFETCH(bool, typed);
+        QFETCH(const HostileRow, row);
         field.setFocus();
-        if (typed)
-            m_shop->type(text);
+        if (row.typed)
+            m_shop->type(row.text);
         else
-            paste(field, text);
+            paste(field, row.text);
     }
     /// What arrives in a field whose keys take only some characters; pasted text passes.
     static QString arriving(const QString& keys) {
-        QFETCH(QString, text);
-        QFETCH(bool, typed);
-        return typed ? onlyOf(text, keys) : text;
+        QFETCH(const HostileRow, row);
+        return row.typed ? onlyOf(row.text, keys) : row.text;
     }
     static bool isTyped() {
-        QFETCH(bool, typed);
-        return typed;
+        QFETCH(const HostileRow, row);
+        return row.typed;
     }
 
     /// The tables that no test here may change, and the names of all.
@@ -140,9 +142,9 @@ class HostileTest : public SalesTest {
     }
     /// A product named by the row's text is added through the test's own connection.
     void addNamed(const QString& barcode) {
-        QFETCH(QString, text);
-        m_shop->addProduct(barcode, text, 2, 3);
-        m_products.append({barcode, text, 2.0, 3.0, 10.0});
+        QFETCH(const HostileRow, row);
+        m_shop->addProduct(barcode, row.text, 2, 3);
+        m_products.append({barcode, row.text, 2.0, 3.0, 10.0});
     }
 
     /// Everything that a case can leave behind: the file, what the screen shows, and which panels stand open.
@@ -200,7 +202,7 @@ private Q_SLOTS:
 
     void barkod_data() { addRows(); }
     void barkod() {
-        QFETCH(QString, text);
+        QFETCH(const HostileRow, row);
         noteTables();
         const QString arrived = arriving(digits);
         put(*ui().barkod);
@@ -220,13 +222,13 @@ private Q_SLOTS:
         addNamed(arrived);
         put(*ui().barkod);
         m_shop->key(Qt::Key_Return);
-        QCOMPARE(m_shop->line(1), (QStringList{arrived, text, "1", "3,00", "3,00"}));
+        QCOMPARE(m_shop->line(1), (QStringList{arrived, row.text, "1", "3,00", "3,00"}));
         put(*ui().barkod);
         m_shop->key(Qt::Key_Return);
-        QCOMPARE(m_shop->line(1), (QStringList{arrived, text, "2", "3,00", "6,00"}));
+        QCOMPARE(m_shop->line(1), (QStringList{arrived, row.text, "2", "3,00", "6,00"}));
         commit();
         m_products.last()[4] = 8.0;
-        compareTables({{arrived, text, 2.0, 3.0, 2.0, 2.0, 6.0}});
+        compareTables({{arrived, row.text, 2.0, 3.0, 2.0, 2.0, 6.0}});
     }
 
     void adet_data() { addRows(); }
@@ -307,31 +309,30 @@ private Q_SLOTS:
 
     void bulunulamayaurun_data() { addRows(); }
     void bulunulamayaurun() {
-        QFETCH(QString, text);
+        QFETCH(const HostileRow, row);
         noteTables();
         m_shop->scan(unknown);
         ui().bulunulamayaurun->clear();
         put(*ui().bulunulamayaurun);
-        QCOMPARE(ui().bulunulamayaurun->text(), text);
+        QCOMPARE(ui().bulunulamayaurun->text(), row.text);
         pressKeys("bununamayanurunfiyat", {18});
         press(*ui().urunbuunamadikaydet);
-        m_products.append({text, "", 5.0, 5.0, 1.0});
+        m_products.append({row.text, "", 5.0, 5.0, 1.0});
         compareTables();
-        QCOMPARE(m_shop->line(1), (QStringList{text, "", "1", "5,00", "5,00"}));
+        QCOMPARE(m_shop->line(1), (QStringList{row.text, "", "1", "5,00", "5,00"}));
         commit();
         m_products.last()[4] = 0.0;
-        compareTables({{text, "", 1.0, 5.0, 5.0, 0.0, 5.0}});
+        compareTables({{row.text, "", 1.0, 5.0, 5.0, 0.0, 5.0}});
     }
 
     void urunadi_data() { addRows(); }
     void urunadi() {
-        QFETCH(QString, text);
-        QFETCH(bool, typed);
+        QFETCH(const HostileRow, row);
         noteTables();
-        const QString stored = buyukharf(text).left(50);
+        const QString stored = buyukharf(row.text).left(50);
         m_shop->scan(unknown);
         put(*ui().urunadi);
-        QCOMPARE(ui().urunadi->text(), typed ? buyukharf(text) : text);
+        QCOMPARE(ui().urunadi->text(), row.typed ? buyukharf(row.text) : row.text);
         pressKeys("bununamayanurunfiyat", {18});
         press(*ui().urunbuunamadikaydet);
         m_products.append({unknown, stored, 5.0, 5.0, 1.0});
@@ -385,7 +386,7 @@ private Q_SLOTS:
 
     void fiyargorbarkodu_data() { addRows(); }
     void fiyargorbarkodu() {
-        QFETCH(QString, text);
+        QFETCH(const HostileRow, row);
         noteTables();
         const QString arrived = arriving(digits);
         m_shop->key(Qt::Key_F4);
@@ -403,7 +404,7 @@ private Q_SLOTS:
         m_shop->key(Qt::Key_Return);
         QCOMPARE((QStringList{ui().fiyargorbarkodu2->text(), ui().fiyargoradi->text(),
                               ui().fiyargorfiyati->text()}),
-                 (QStringList{arrived, text, "3,00"}));
+                 (QStringList{arrived, row.text, "3,00"}));
         compareTables();
     }
 };

@@ -14,6 +14,9 @@ class LinePressesTest : public SalesTest {
         Qt::MouseButton button;
         int line, column;
     };
+    struct TheEntryRowOpensNothingRow {
+        int lines, column;
+    };
     struct CellsOfALineRow {
         int line, column;
         QStringList panel;  ///< name, quantity, price, active field; none where it stays closed
@@ -84,26 +87,25 @@ private Q_SLOTS:
     }
 
     void theEntryRowOpensNothing_data() {
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<int>("column");
+        QTest::addColumn<TheEntryRowOpensNothingRow>("row");
         for (const int lines : {0, 3}) {
             for (int column = 1; column <= 5; ++column)
-                QTest::addRow("%d lines above, column %d", lines, column) << lines << column;
+                QTest::addRow("%d lines above, column %d", lines, column)
+                    << TheEntryRowOpensNothingRow{lines, column};
         }
     }
     void theEntryRowOpensNothing() {
-        QFETCH(int, lines);
-        QFETCH(int, column);
-        if (lines == 3)
+        QFETCH(const TheEntryRowOpensNothingRow, row);
+        if (row.lines == 3)
             scanThree();
-        pressCell(lines + 1, column);
+        pressCell(row.lines + 1, row.column);
         QVERIFY(!panelIsOpen());
-        QCOMPARE(mark(lines + 1), "");
-        QCOMPARE(grid().row(), lines + 1);
-        QCOMPARE(grid().col(), column);
-        QCOMPARE(ui().satir->text(), QString::number(lines + 1));
+        QCOMPARE(mark(row.lines + 1), "");
+        QCOMPARE(grid().row(), row.lines + 1);
+        QCOMPARE(grid().col(), row.column);
+        QCOMPARE(ui().satir->text(), QString::number(row.lines + 1));
         QVERIFY(grid().hasFocus());
-        QCOMPARE(m_shop->lines(), lines);
+        QCOMPARE(m_shop->lines(), row.lines);
         for (const QLineEdit* field : {ui().adetdegis, ui().fiyatdegis, ui().nereye})
             QCOMPARE(field->text(), "");
     }

@@ -16,6 +16,10 @@ class PriceCheckTest : public SalesTest {
     struct KeysRow {
         QString typed, text;
     };
+    struct FoundRow {
+        QString barcode;
+        QStringList shown;
+    };
     struct PastedBarcodesRow {
         QString pasted;
         QStringList shown;
@@ -122,11 +126,10 @@ private Q_SLOTS:
     // --- found
 
     void found_data() {
-        QTest::addColumn<QString>("barcode");
-        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<FoundRow>("row");
         const auto row = [](const char* name, const QString& barcode, const char* product,
                             const char* price) {
-            QTest::newRow(name) << barcode << QStringList{barcode, QString::fromUtf8(product), price};
+            QTest::newRow(name) << FoundRow{barcode, {barcode, QString::fromUtf8(product), price}};
         };
         row("a plain price", goods::bread, "Köy Ekmeği", "10,00");
         row("cents", goods::milk, "Tam Yağlı Süt 1 L", "32,50");
@@ -140,8 +143,7 @@ private Q_SLOTS:
         row("a name with signs", "905", "O'nun %50 #1 & [kutu]", "5,00");
     }
     void found() {
-        QFETCH(QString, barcode);
-        QFETCH(QStringList, shown);
+        QFETCH(const FoundRow, row);
         m_shop->addProduct("901", "Altın", 1, 1234567.894);
         m_shop->addProduct("902", "Sakız", 1, 1.005);
         m_shop->run("INSERT INTO urunler (barkod, urun, alis) VALUES ('903', 'Fiyatsız', 1)");
@@ -151,8 +153,8 @@ private Q_SLOTS:
         const auto before = ownTexts();
         const auto stored = tables();
         for (int time = 0; time < 2; ++time) {  // it stays open for the next item
-            m_shop->scan(barcode);
-            QCOMPARE(results(), shown);
+            m_shop->scan(row.barcode);
+            QCOMPARE(results(), row.shown);
             QCOMPARE(ui().fiyargorbarkodu->text(), "");
             QVERIFY(ui().fiyargorbarkodu->hasFocus());
             QVERIFY(panelIsOpen());

@@ -20,6 +20,10 @@ class ScreenTest : public SalesTest {
     struct CancellingTheTicketRow {
         int answer, lines;
     };
+    struct SizeOfTheTotalRow {
+        int width;
+        QList<int> sizes;  ///< of lengths 1, 8, 9, 10, 11, 12, 13, 14, 15, 17, 18, 20, 21, 25
+    };
     struct SizeOfTheTotalByItsCaptionRow {
         QString caption;
         int size;
@@ -111,36 +115,32 @@ private Q_SLOTS:
     }
 
     void sizeOfTheTotal_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<QList<int>>(
-            "sizes");  // of lengths 1, 8, 9, 10, 11, 12, 13, 14, 15, 17, 18, 20, 21, 25
         const QList<int> from1500{68, 68, 120, 110, 100, 90, 80, 80, 70, 70, 60, 60, 50, 50};
         const QList<int> from1280{64, 64, 100, 90, 80, 70, 60, 60, 50, 50, 40, 40, 40, 40};
         const QList<int> from800{60, 60, 80, 70, 60, 50, 40, 40, 32, 32, 22, 22, 22, 22};
         const QList<int> at640{56, 56, 80, 70, 60, 50, 40, 40, 30, 30, 20, 20, 20, 20};
         const QList<int> other(14, 24);
-        QTest::newRow("1920") << 1920 << from1500;
-        QTest::newRow("1500") << 1500 << from1500;
-        QTest::newRow("1499") << 1499 << from1280;
-        QTest::newRow("1280") << 1280 << from1280;
-        QTest::newRow("1279") << 1279 << from800;
-        QTest::newRow("1024") << 1024 << from800;
-        QTest::newRow("800") << 800 << from800;
-        QTest::newRow("799") << 799 << other;
-        QTest::newRow("640") << 640 << at640;
-        QTest::newRow("641") << 641 << other;
-        QTest::newRow("320") << 320 << other;
+        addRows<SizeOfTheTotalRow>({{"1920", {1920, from1500}},
+                                    {"1500", {1500, from1500}},
+                                    {"1499", {1499, from1280}},
+                                    {"1280", {1280, from1280}},
+                                    {"1279", {1279, from800}},
+                                    {"1024", {1024, from800}},
+                                    {"800", {800, from800}},
+                                    {"799", {799, other}},
+                                    {"640", {640, at640}},
+                                    {"641", {641, other}},
+                                    {"320", {320, other}}});
     }
     void sizeOfTheTotal() {
-        QFETCH(int, width);
-        QFETCH(QList<int>, sizes);
+        QFETCH(const SizeOfTheTotalRow, row);
         QList<int> found;
         for (const int length : {1, 8, 9, 10, 11, 12, 13, 14, 15, 17, 18, 20, 21, 25})
-            found.append(totalFontSize(width, length));
-        QCOMPARE(found, sizes);
-        m_shop->setScreenWidth(width);
+            found.append(totalFontSize(row.width, length));
+        QCOMPARE(found, row.sizes);
+        m_shop->setScreenWidth(row.width);
         m_shop->sales().toplamyazisi(9);
-        QCOMPARE(m_shop->ui().toplam->fontsize(), sizes.at(2));
+        QCOMPARE(m_shop->ui().toplam->fontsize(), row.sizes.at(2));
     }
 
     void sizeOfTheTotalByItsCaption_data() {

@@ -13,6 +13,10 @@ class UnknownProductTest : public SalesTest {
         QString description;
         QString shown;  ///< the name: as it would be stored, once it has got that far
     };
+    struct TheBannerRow {
+        QString way;
+        int answer;
+    };
 
     bool panelIsOpen() const { return ui().urunbulunamadiframesi->isVisible(); }
     QStringList fields() const {
@@ -247,27 +251,25 @@ private Q_SLOTS:
     // --- the banner
 
     void theBanner_data() {
-        QTest::addColumn<QString>("way");
-        QTest::addColumn<int>("answer");
+        QTest::addColumn<TheBannerRow>("row");
         for (const char* way : {"press", "Enter", "Space"}) {
-            QTest::addRow("%s, cancel", way) << way << MessageBoxAnswer::cancel;
-            QTest::addRow("%s, try again", way) << way << MessageBoxAnswer::tryAgain;
-            QTest::addRow("%s, continue", way) << way << MessageBoxAnswer::goOn;
-            QTest::addRow("%s, Escape", way) << way << BoxAnswers::escape;
+            QTest::addRow("%s, cancel", way) << TheBannerRow{way, MessageBoxAnswer::cancel};
+            QTest::addRow("%s, try again", way) << TheBannerRow{way, MessageBoxAnswer::tryAgain};
+            QTest::addRow("%s, continue", way) << TheBannerRow{way, MessageBoxAnswer::goOn};
+            QTest::addRow("%s, Escape", way) << TheBannerRow{way, BoxAnswers::escape};
         }
     }
     void theBanner() {
-        QFETCH(QString, way);
-        QFETCH(int, answer);
+        QFETCH(const TheBannerRow, row);
         fillInUnknown("sakız", "3");
         ui().urunbuunamadibeklet->setFocus();
         const auto before = texts();
         const auto stored = tables();
-        expectUnknownBox(answer);
-        if (way == "press")
+        expectUnknownBox(row.answer);
+        if (row.way == "press")
             press(*ui().urunbuunamadibeklet);
         else
-            m_shop->key(way == "Enter" ? Qt::Key_Return : Qt::Key_Space);
+            m_shop->key(row.way == "Enter" ? Qt::Key_Return : Qt::Key_Space);
         QCOMPARE(m_boxes.size(), 1);
         QCOMPARE(m_boxes.at(0).buttons, (QStringList{"İptal", "Yeniden dene", "Devam"}));
         QCOMPARE(m_boxes.at(0).icon, QMessageBox::NoIcon);

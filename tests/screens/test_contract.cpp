@@ -116,6 +116,10 @@ struct SizeRow : ScreenRow {
     QSize display;
 };
 
+struct LeavingRow : ScreenRow {
+    bool byEscape;
+};
+
 struct TextRow : ScreenRow {
     QString text;
     bool typed;
@@ -187,21 +191,19 @@ private Q_SLOTS:
     }
 
     void leaving_data() {
-        QTest::addColumn<ScreenRow>("row");
-        QTest::addColumn<bool>("byEscape");
+        QTest::addColumn<LeavingRow>("row");
         for (const ScreenRow& row : screens()) {
-            QTest::addRow("%s by Escape", row.name) << row << true;
-            QTest::addRow("%s by X", row.name) << row << false;
+            QTest::addRow("%s by Escape", row.name) << LeavingRow{row, true};
+            QTest::addRow("%s by X", row.name) << LeavingRow{row, false};
         }
     }
     void leaving() {
-        QFETCH(const ScreenRow, row);
-        QFETCH(const bool, byEscape);
+        QFETCH(const LeavingRow, row);
         const QPointer<Screen> opened(&open(row));
-        const Leaving leaving = byEscape ? row.escape : row.x;
+        const Leaving leaving = row.byEscape ? row.escape : row.x;
         if (leaving == Leaving::asks)
             m_shop->boxes.expectAny(MessageBoxAnswer::no);
-        if (byEscape)
+        if (row.byEscape)
             QTest::keyClick(opened->focusWidget() ? opened->focusWidget() : opened.get(), Qt::Key_Escape);
         else
             opened->close();

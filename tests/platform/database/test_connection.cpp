@@ -16,6 +16,11 @@ const QString createProducts =
 const QString createSales =
     u"CREATE TABLE satislar (no COUNTER, tarih DATETIME, barkod TEXT(50), adet DOUBLE, toplam DOUBLE)"_s;
 
+struct FailureRow {
+    QString sql;
+    QString words;
+};
+
 QStringList described(const QList<TableInfo>& tables) {
     QStringList names;
     for (const TableInfo& table : tables) {
@@ -25,6 +30,8 @@ QStringList described(const QList<TableInfo>& tables) {
 }
 
 }  // namespace
+
+Q_DECLARE_METATYPE(FailureRow)
 
 class TestConnection : public QObject {
     Q_OBJECT
@@ -70,11 +77,10 @@ void TestConnection::storesWhatStatementsSay() {
 
 void TestConnection::failsInTheEnginesWords_data() {
     QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("words");
+    QTest::addColumn<FailureRow>("row");
     const auto row = [](const char* name, const QString& sql, const QString& words) {
-        QTest::addRow("%s, plain", name) << QString() << sql << words;
-        QTest::addRow("%s, password", name) << u"gizli"_s << sql << words;
+        QTest::addRow("%s, plain", name) << QString() << FailureRow{sql, words};
+        QTest::addRow("%s, password", name) << u"gizli"_s << FailureRow{sql, words};
     };
     row("no table", u"DELETE FROM nichts"_s, u"no such table: nichts"_s);
     row("no column", u"UPDATE urunler SET nichts = 1"_s, u"no such column: nichts"_s);
@@ -86,25 +92,25 @@ void TestConnection::failsInTheEnginesWords_data() {
         u"Syntax error in date in query expression '#2/30/2021#'."_s);
     row("table that exists", createProducts, u"table urunler already exists"_s);
     QTest::newRow("table named as a view, plain")
-        << QString() << u"CREATE TABLE v (a DOUBLE)"_s << u"view v already exists"_s;
+        << QString() << FailureRow{u"CREATE TABLE v (a DOUBLE)"_s, u"view v already exists"_s};
     QTest::newRow("table named as a view, password")
-        << u"gizli"_s << u"CREATE TABLE v (a DOUBLE)"_s << u"table v already exists"_s;
+        << u"gizli"_s << FailureRow{u"CREATE TABLE v (a DOUBLE)"_s, u"table v already exists"_s};
     row("constraint", u"INSERT INTO urunler (no) VALUES (1)"_s, u"UNIQUE constraint failed: urunler.no"_s);
     row("two statements", u"DELETE FROM urunler; DELETE FROM urunler"_s,
         u"Unable to execute multiple statements at a time"_s);
 }
 
 void TestConnection::failsInTheEnginesWords() {
-    QFETCH(const QString, sql);
+    QFETCH(const FailureRow, row);
     const DatabaseFile file;
     Connection connection;
     connection.open(file.connectionString());
     connection.execute(createProducts);
     connection.execute(u"CREATE VIEW v AS SELECT urun FROM urunler"_s);
     connection.execute(u"INSERT INTO urunler (urun) VALUES ('bir')"_s);
-    const auto error = errorOf([&] { connection.execute(sql); });
+    const auto error = errorOf([&] { connection.execute(row.sql); });
     QVERIFY(error);
-    QTEST(error->description(), "words");
+    QCOMPARE(error->description(), row.words);
     QCOMPARE(error->number(), RuntimeError::databaseFailure);
     QCOMPARE(error->source(), file.source());
     QVERIFY(connection.isOpen());

@@ -9,7 +9,15 @@ namespace {
 
 const QString catalogue = u"SELECT type, name, sql FROM sqlite_master WHERE name <> 'sqlite_sequence'"_s;
 
+struct RefusalRow {
+    QString create;
+    QString sql;
+    QString words;
+};
+
 }  // namespace
+
+Q_DECLARE_METATYPE(RefusalRow)
 
 class TestCounter : public QObject {
     Q_OBJECT
@@ -76,12 +84,10 @@ void TestCounter::keepsWhatHangsOnTheTable() {
 
 void TestCounter::refuses_data() {
     QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("create");
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("words");
+    QTest::addColumn<RefusalRow>("row");
     const auto row = [](const char* name, const QString& create, const QString& sql, const QString& words) {
-        QTest::addRow("%s, plain", name) << QString() << create << sql << words;
-        QTest::addRow("%s, password", name) << u"gizli"_s << create << sql << words;
+        QTest::addRow("%s, plain", name) << QString() << RefusalRow{create, sql, words};
+        QTest::addRow("%s, password", name) << u"gizli"_s << RefusalRow{create, sql, words};
     };
     const QString key = u"table \"t\" has more than one primary key"_s;
     row("counter under another name", u"CREATE TABLE t (sira COUNTER, a TEXT(50))"_s,
@@ -102,18 +108,17 @@ void TestCounter::refuses_data() {
 }
 
 void TestCounter::refuses() {
-    QFETCH(const QString, create);
-    QFETCH(const QString, sql);
+    QFETCH(const RefusalRow, row);
     const DatabaseFile file;
-    file.execute({create});
+    file.execute({row.create});
     RawDatabase(file.path(), file.password()).run(u"INSERT INTO t (a) VALUES ('x')"_s);
     const QStringList schema = file.rows(catalogue);
     const QStringList rows = file.rows(u"SELECT * FROM t"_s);
     Connection connection;
     connection.open(file.connectionString());
-    const auto error = errorOf([&] { connection.execute(sql); });
+    const auto error = errorOf([&] { connection.execute(row.sql); });
     QVERIFY(error);
-    QTEST(error->description(), "words");
+    QCOMPARE(error->description(), row.words);
     QCOMPARE(error->source(), file.source());
     QCOMPARE(file.rows(catalogue), schema);
     QCOMPARE(file.rows(u"SELECT * FROM t"_s), rows);

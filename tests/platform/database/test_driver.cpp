@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "databasefile.h"
+#include "rows.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -15,7 +16,21 @@ namespace {
 
 const QString password = u"gizli"_s;
 
+struct FormatRow {
+    QStringList settings;
+    QString rounds;
+};
+
+struct OpeningRow {
+    QString key;
+    QString options;
+    QString words;  ///< of the refusal; nothing when the file opens
+};
+
 }  // namespace
+
+Q_DECLARE_METATYPE(FormatRow)
+Q_DECLARE_METATYPE(OpeningRow)
 
 /// The driver by itself, in both its builds, as the toolkit uses it.
 class TestDriver : public QObject {
@@ -64,21 +79,18 @@ void TestDriver::encryptsTheFile() {
 }
 
 void TestDriver::opensOlderFormats_data() {
-    QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<QString>("rounds");
-    QTest::newRow("release 2") << QStringList{u"PRAGMA kdf_iter = 4000"_s} << u"4000"_s;
-    QTest::newRow("release 1") << QStringList{u"PRAGMA kdf_iter = 4000"_s, u"PRAGMA cipher_use_hmac = OFF"_s}
-                               << u"4000"_s;
-    QTest::newRow("default") << QStringList() << u"64000"_s;
+    addRows<FormatRow>(
+        {{"release 2", {{u"PRAGMA kdf_iter = 4000"_s}, u"4000"_s}},
+         {"release 1", {{u"PRAGMA kdf_iter = 4000"_s, u"PRAGMA cipher_use_hmac = OFF"_s}, u"4000"_s}},
+         {"default", {{}, u"64000"_s}}});
 }
 
 void TestDriver::opensOlderFormats() {
-    QFETCH(const QStringList, settings);
-    QFETCH(const QString, rounds);
+    QFETCH(const FormatRow, row);
     const DatabaseFile file(password);
     {
         RawDatabase old(file.path(), password);
-        for (const QString& setting : settings) {
+        for (const QString& setting : row.settings) {
             QVERIFY(old.run(setting));
         }
         QVERIFY(old.run(u"CREATE TABLE t (a)"_s) && old.run(u"INSERT INTO t VALUES ('eski')"_s));
@@ -86,7 +98,7 @@ void TestDriver::opensOlderFormats() {
     for (int i = 1; i <= 2; ++i) {
         // The file stays as it is: the second open finds the same format.
         RawDatabase raw(file.path(), password);
-        QCOMPARE(raw.rows(u"PRAGMA kdf_iter"_s), QStringList{rounds});
+        QCOMPARE(raw.rows(u"PRAGMA kdf_iter"_s), QStringList{row.rounds});
         QCOMPARE(raw.rows(u"SELECT count(*) FROM t"_s), QStringList{QString::number(i)});
         QVERIFY(raw.run(u"INSERT INTO t VALUES ('yeni')"_s));
     }
@@ -98,16 +110,12 @@ void TestDriver::opensOlderFormats() {
 }
 
 void TestDriver::refusesToOpen_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<QString>("words");
-    QTest::newRow("no password") << QString() << QString() << u"A password is required"_s;
-    QTest::newRow("wrong password") << u"Gizli"_s << QString() << u"file is encrypted or is not a database"_s;
-    QTest::newRow("unknown option") << password << u"QSQLITE_NO_SUCH"_s << u"QSQLITE_NO_SUCH"_s;
-    QTest::newRow("time-out that is no number")
-        << password << u"QSQLITE_BUSY_TIMEOUT=x"_s << u"QSQLITE_BUSY_TIMEOUT=x"_s;
-    QTest::newRow("right") << password << u" QSQLITE_OPEN_READONLY; QSQLITE_BUSY_TIMEOUT = 100 ;"_s
-                           << QString();
+    addRows<OpeningRow>(
+        {{"no password", {{}, {}, u"A password is required"_s}},
+         {"wrong password", {u"Gizli"_s, {}, u"file is encrypted or is not a database"_s}},
+         {"unknown option", {password, u"QSQLITE_NO_SUCH"_s, u"QSQLITE_NO_SUCH"_s}},
+         {"time-out that is no number", {password, u"QSQLITE_BUSY_TIMEOUT=x"_s, u"QSQLITE_BUSY_TIMEOUT=x"_s}},
+         {"right", {password, u" QSQLITE_OPEN_READONLY; QSQLITE_BUSY_TIMEOUT = 100 ;"_s, {}}}});
 }
 
 void TestDriver::refusesToOpen() {
@@ -115,20 +123,18 @@ void TestDriver::refusesToOpen() {
     QVERIFY(RawDatabase(file.path(), password).run(u"CREATE TABLE t (a)"_s));
     const QString name = u"refuses"_s;
     {
-        QFETCH(const QString, key);
-        QFETCH(const QString, options);
-        QFETCH(const QString, words);
+        QFETCH(const OpeningRow, row);
         QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLCIPHER"_s, name);
         database.setDatabaseName(file.path());
-        database.setPassword(key);
-        database.setConnectOptions(options);
-        QCOMPARE(database.open(), words.isEmpty());
-        QCOMPARE(database.lastError().databaseText(), words);
-        QCOMPARE(database.isOpen(), words.isEmpty());
+        database.setPassword(row.key);
+        database.setConnectOptions(row.options);
+        QCOMPARE(database.open(), row.words.isEmpty());
+        QCOMPARE(database.lastError().databaseText(), row.words);
+        QCOMPARE(database.isOpen(), row.words.isEmpty());
         QSqlQuery query(database);
         QVERIFY(!query.exec(u"INSERT INTO t VALUES (1)"_s));
         QCOMPARE(query.lastError().databaseText(),
-                 words.isEmpty() ? u"attempt to write a readonly database"_s : QString());
+                 row.words.isEmpty() ? u"attempt to write a readonly database"_s : QString());
     }
     QSqlDatabase::removeDatabase(name);
 }

@@ -16,6 +16,17 @@ using namespace std::chrono_literals;
 
 namespace {
 
+struct FailureRow {
+    QString state;  ///< of the file
+    QString openedWith;
+    QString words;
+};
+
+struct PathRow {
+    QString name;
+    QString password;
+};
+
 /// Runs on as an ordinary user while it lives: the superuser may write anywhere.
 class OrdinaryUser {
 public:
@@ -46,6 +57,9 @@ QString value(Connection& connection, const QString& sql) {
 
 }  // namespace
 
+Q_DECLARE_METATYPE(FailureRow)
+Q_DECLARE_METATYPE(PathRow)
+
 class TestOpen : public QObject {
     Q_OBJECT
 
@@ -72,15 +86,15 @@ private Q_SLOTS:
 };
 
 void TestOpen::failsInTheEnginesWords_data() {
-    QTest::addColumn<QString>("state");
     QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("openedWith");
-    QTest::addColumn<QString>("words");
+    QTest::addColumn<FailureRow>("row");
     const QString unable = u"^unable to open database file$"_s;
     const QString noDatabase = u"^file is (encrypted or is )?not a database$"_s;
     const QString p = u"gizli"_s;
     const auto row = [](const char* name, const QString& state, const QString& password, const QString& with,
-                        const QString& words) { QTest::newRow(name) << state << password << with << words; };
+                        const QString& words) {
+        QTest::newRow(name) << password << FailureRow{state, with, words};
+    };
     row("missing, plain", u"missing"_s, {}, {}, unable);
     row("missing, password", u"missing"_s, p, p, unable);
     row("folder, plain", u"folder"_s, {}, {}, unable);
@@ -100,22 +114,21 @@ void TestOpen::failsInTheEnginesWords_data() {
 }
 
 void TestOpen::failsInTheEnginesWords() {
-    QFETCH(const QString, state);
-    QFETCH(const QString, openedWith);
+    QFETCH(const FailureRow, row);
     const DatabaseFile file;
     file.execute({u"CREATE TABLE t (no COUNTER, a TEXT(50))"_s, u"INSERT INTO t (a) VALUES ('x')"_s});
     QString path = file.path();
-    if (state == u"missing"_s) {
+    if (row.state == u"missing"_s) {
         QVERIFY(QFile::remove(path));
-    } else if (state == u"folder"_s) {
+    } else if (row.state == u"folder"_s) {
         path = file.folder();
-    } else if (state == u"no path"_s) {
+    } else if (row.state == u"no path"_s) {
         path.clear();
-    } else if (state == u"garbage"_s) {
+    } else if (row.state == u"garbage"_s) {
         overwrite(path, 0, QByteArray(QFileInfo(path).size(), 'x'));
-    } else if (state == u"truncated"_s) {
+    } else if (row.state == u"truncated"_s) {
         QVERIFY(QFile::resize(path, 60));
-    } else if (state == u"catalogue"_s) {
+    } else if (row.state == u"catalogue"_s) {
         overwrite(path, 100, QByteArray(400, '\xff'));
     }
     const QFileInfo before(file.path());
@@ -123,13 +136,13 @@ void TestOpen::failsInTheEnginesWords() {
     const qint64 size = before.size();
 
     Connection connection;
-    const auto error = errorOf([&] { connection.open(DatabaseFile::connectionString(path, openedWith)); });
+    const auto error =
+        errorOf([&] { connection.open(DatabaseFile::connectionString(path, row.openedWith)); });
     QVERIFY(error);
-    QFETCH(const QString, words);
-    QVERIFY2(QRegularExpression(words).match(error->description()).hasMatch(),
+    QVERIFY2(QRegularExpression(row.words).match(error->description()).hasMatch(),
              qPrintable(error->description()));
     QCOMPARE(error->number(), RuntimeError::databaseFailure);
-    QCOMPARE(error->source(), openedWith.isEmpty() ? u"SQLite"_s : u"SQLCipher"_s);
+    QCOMPARE(error->source(), row.openedWith.isEmpty() ? u"SQLite"_s : u"SQLCipher"_s);
     QVERIFY(!connection.isOpen());
     QCOMPARE(QFileInfo::exists(file.path()), existed);
     QCOMPARE(QFileInfo(file.path()).size(), size);
@@ -137,33 +150,31 @@ void TestOpen::failsInTheEnginesWords() {
 }
 
 void TestOpen::opensAnyPath_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("password");
+    QTest::addColumn<PathRow>("row");
     const QStringList names{u"a b  c.data"_s,      u"50%.data"_s,         u"a%20b.data"_s,
                             u"no#1.data"_s,        u"why?mode=ro.data"_s, u"a&b=c+d.data"_s,
                             u"İşçi ığüşöç.data"_s, u"it's.data"_s,        u"back\\slash;x=1.data"_s,
                             u"日本.data"_s};
     for (const QString& name : names) {
-        QTest::addRow("%s, plain", qPrintable(name)) << name << QString();
-        QTest::addRow("%s, password", qPrintable(name)) << name << name;
+        QTest::addRow("%s, plain", qPrintable(name)) << PathRow{name, {}};
+        QTest::addRow("%s, password", qPrintable(name)) << PathRow{name, name};
     }
 }
 
 void TestOpen::opensAnyPath() {
-    QFETCH(const QString, name);
-    QFETCH(const QString, password);
+    QFETCH(const PathRow, row);
     const QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir(u"d #?%"_s + name));
-    const QString path = folder.filePath(u"d #?%"_s + name + u'/' + name);
+    QVERIFY(QDir(folder.path()).mkdir(u"d #?%"_s + row.name));
+    const QString path = folder.filePath(u"d #?%"_s + row.name + u'/' + row.name);
     QVERIFY(QFile(path).open(QIODevice::WriteOnly));
     Connection connection;
-    connection.open(DatabaseFile::connectionString(path, password));
+    connection.open(DatabaseFile::connectionString(path, row.password));
     connection.execute(u"CREATE TABLE t (a TEXT(50))"_s);
     connection.execute(u"INSERT INTO t VALUES ('Ş')"_s);
     connection.close();
     QVERIFY(QFileInfo(path).size() > 0);
-    QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files), QStringList{name});
-    QCOMPARE(RawDatabase(path, password).rows(u"SELECT a FROM t"_s), QStringList{u"Ş"_s});
+    QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files), QStringList{row.name});
+    QCOMPARE(RawDatabase(path, row.password).rows(u"SELECT a FROM t"_s), QStringList{u"Ş"_s});
 }
 
 void TestOpen::setsDurability() {

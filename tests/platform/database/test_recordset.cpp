@@ -27,14 +27,27 @@ QStringList remaining(Recordset& set, const QString& field) {
 
 namespace {
 
+struct RefusalRow {
+    QString sql;
+    QString words;
+};
+
 struct PlaceRow {
     QString sql;
     bool seesWrites;
 };
 
+struct ValueRow {
+    QVariant value;
+    QString type;   ///< as the engine names it
+    QVariant read;  ///< what the field gives afterwards
+};
+
 }  // namespace
 
+Q_DECLARE_METATYPE(RefusalRow)
 Q_DECLARE_METATYPE(PlaceRow)
+Q_DECLARE_METATYPE(ValueRow)
 
 class TestRecordset : public QObject {
     Q_OBJECT
@@ -178,11 +191,10 @@ void TestRecordset::readsNothingWhenOpened() {
 
 void TestRecordset::aBadStatementFailsAtTheOpen_data() {
     QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("words");
+    QTest::addColumn<RefusalRow>("row");
     const auto row = [](const char* name, const QString& sql, const QString& words) {
-        QTest::addRow("%s, plain", name) << QString() << sql << words;
-        QTest::addRow("%s, password", name) << u"gizli"_s << sql << words;
+        QTest::addRow("%s, plain", name) << QString() << RefusalRow{sql, words};
+        QTest::addRow("%s, password", name) << u"gizli"_s << RefusalRow{sql, words};
     };
     row("no table", u"select * from yok"_s, u"no such table: yok"_s);
     row("no column", u"select yok from urunler"_s, u"no such column: yok"_s);
@@ -192,11 +204,11 @@ void TestRecordset::aBadStatementFailsAtTheOpen_data() {
 }
 
 void TestRecordset::aBadStatementFailsAtTheOpen() {
-    QFETCH(const QString, sql);
+    QFETCH(const RefusalRow, row);
     Recordset set;
-    const auto error = errorOf([&] { set.open(sql, *m_connection); });
+    const auto error = errorOf([&] { set.open(row.sql, *m_connection); });
     QVERIFY(error);
-    QTEST(error->description(), "words");
+    QCOMPARE(error->description(), row.words);
     QCOMPARE(error->source(), m_file->source());
     QVERIFY(!set.isOpen());
     set.open(u"select * from urunler"_s, *m_connection);
@@ -333,12 +345,10 @@ void TestRecordset::addsRows() {
 
 void TestRecordset::storesEveryKindOfValue_data() {
     QTest::addColumn<QString>("password");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QVariant>("read");
+    QTest::addColumn<ValueRow>("row");
     const auto row = [](const char* name, const QVariant& value, const QString& type, const QVariant& read) {
-        QTest::addRow("%s, plain", name) << QString() << value << type << read;
-        QTest::addRow("%s, password", name) << u"gizli"_s << value << type << read;
+        QTest::addRow("%s, plain", name) << QString() << ValueRow{value, type, read};
+        QTest::addRow("%s, password", name) << u"gizli"_s << ValueRow{value, type, read};
     };
     row("text", u"a"_s, u"text"_s, u"a"_s);
     row("empty text", u""_s, u"text"_s, u""_s);
@@ -362,11 +372,11 @@ void TestRecordset::storesEveryKindOfValue() {
     Recordset set;
     set.open(u"select x, typeof(x) as t from v"_s, *m_connection);
     set.addNew();
-    QFETCH(const QVariant, value);
-    set.setField(u"x"_s, value);
+    QFETCH(const ValueRow, row);
+    set.setField(u"x"_s, row.value);
     set.update();
-    QTEST(set.field(u"t"_s).toString(), "type");
-    QTEST(set.field(u"x"_s), "read");
+    QCOMPARE(set.field(u"t"_s).toString(), row.type);
+    QCOMPARE(set.field(u"x"_s), row.read);
 }
 
 void TestRecordset::addsOnlyWhereItCan() {

@@ -10,6 +10,10 @@ using namespace Qt::StringLiterals;
 class TestCodePage : public QObject {
     Q_OBJECT
 
+    struct EveryByteRow {
+        int byte;
+        int character;
+    };
     struct EncodesRow {
         QString text;
         QByteArray bytes;
@@ -17,8 +21,7 @@ class TestCodePage : public QObject {
 
 private Q_SLOTS:
     void everyByte_data() {
-        QTest::addColumn<int>("byte");
-        QTest::addColumn<int>("character");
+        QTest::addColumn<EveryByteRow>("row");
 
         // The published table of Windows-1254 where it isn't Latin-1; 0xFFFD where it has nothing.
         const QMap<int, int> others = {
@@ -30,16 +33,15 @@ private Q_SLOTS:
             {0x9E, 0xFFFD}, {0x9F, 0x0178}, {0xD0, 0x011E}, {0xDD, 0x0130}, {0xDE, 0x015E}, {0xF0, 0x011F},
             {0xFD, 0x0131}, {0xFE, 0x015F}};
         for (int byte = 0; byte < 256; ++byte)
-            QTest::addRow("0x%02X", byte) << byte << others.value(byte, byte);
+            QTest::addRow("0x%02X", byte) << EveryByteRow{byte, others.value(byte, byte)};
     }
     void everyByte() {
-        QFETCH(int, byte);
-        QFETCH(int, character);
-        const QByteArray bytes(1, static_cast<char>(byte));
+        QFETCH(const EveryByteRow, row);
+        const QByteArray bytes(1, static_cast<char>(row.byte));
         const QString text = fromWindows1254(bytes);
         QCOMPARE(text.size(), 1);
-        QCOMPARE(static_cast<int>(text[0].unicode()), character);
-        QCOMPARE(toWindows1254(text), character == 0xFFFD ? QByteArray("?") : bytes);
+        QCOMPARE(static_cast<int>(text[0].unicode()), row.character);
+        QCOMPARE(toWindows1254(text), row.character == 0xFFFD ? QByteArray("?") : bytes);
     }
 
     void noTwoBytesAreOneCharacter() {

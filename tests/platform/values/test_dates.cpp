@@ -1,12 +1,24 @@
 #include <QLocale>
 #include <QTest>
 
+#include "rows.h"
 #include "values/dates.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct DateRow {
+    QDate date;
+    QString text;
+    QString longText;
+};
+
+struct TimeRow {
+    QTime time;
+    QString text;
+};
 
 struct Moment {
     QString from;
@@ -15,6 +27,8 @@ struct Moment {
 
 }  // namespace
 
+Q_DECLARE_METATYPE(DateRow)
+Q_DECLARE_METATYPE(TimeRow)
 Q_DECLARE_METATYPE(Moment)
 
 class TestDates : public QObject {
@@ -34,44 +48,32 @@ private Q_SLOTS:
 };
 
 void TestDates::writesDates_data() {
-    QTest::addColumn<QDate>("date");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("longText");
-
-    QTest::newRow("one-digit day and month") << QDate(2021, 5, 3) << "03.05.2021"
-                                             << "3 Mayıs 2021 Pazartesi";
-    QTest::newRow("two-digit day and month") << QDate(2024, 12, 31) << "31.12.2024"
-                                             << "31 Aralık 2024 Salı";
-    QTest::newRow("leap day") << QDate(2024, 2, 29) << "29.02.2024"
-                              << "29 Şubat 2024 Perşembe";
-    QTest::newRow("zero date of old files") << QDate(1899, 12, 30) << "30.12.1899"
-                                            << "30 Aralık 1899 Cumartesi";
-    QTest::newRow("invalid") << QDate(2021, 2, 30) << ""
-                             << "";
-    QTest::newRow("none") << QDate() << ""
-                          << "";
+    addRows<DateRow>(
+        {{"one-digit day and month", {QDate(2021, 5, 3), u"03.05.2021"_s, u"3 Mayıs 2021 Pazartesi"_s}},
+         {"two-digit day and month", {QDate(2024, 12, 31), u"31.12.2024"_s, u"31 Aralık 2024 Salı"_s}},
+         {"leap day", {QDate(2024, 2, 29), u"29.02.2024"_s, u"29 Şubat 2024 Perşembe"_s}},
+         {"zero date of old files", {QDate(1899, 12, 30), u"30.12.1899"_s, u"30 Aralık 1899 Cumartesi"_s}},
+         {"invalid", {QDate(2021, 2, 30), u""_s, u""_s}},
+         {"none", {QDate(), u""_s, u""_s}}});
 }
 
 void TestDates::writesDates() {
-    QFETCH(QDate, date);
-    QTEST(dateText(date), "text");
-    QTEST(longDateText(date), "longText");
+    QFETCH(const DateRow, row);
+    QCOMPARE(dateText(row.date), row.text);
+    QCOMPARE(longDateText(row.date), row.longText);
 }
 
 void TestDates::writesTimes_data() {
-    QTest::addColumn<QTime>("time");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("midnight") << QTime(0, 0, 0) << "00:00:00";
-    QTest::newRow("morning") << QTime(7, 5, 9) << "07:05:09";
-    QTest::newRow("last second, milliseconds cut") << QTime(23, 59, 59, 999) << "23:59:59";
-    QTest::newRow("invalid") << QTime(24, 0, 0) << "";
-    QTest::newRow("none") << QTime() << "";
+    addRows<TimeRow>({{"midnight", {QTime(0, 0, 0), u"00:00:00"_s}},
+                      {"morning", {QTime(7, 5, 9), u"07:05:09"_s}},
+                      {"last second, milliseconds cut", {QTime(23, 59, 59, 999), u"23:59:59"_s}},
+                      {"invalid", {QTime(24, 0, 0), u""_s}},
+                      {"none", {QTime(), u""_s}}});
 }
 
 void TestDates::writesTimes() {
-    QFETCH(QTime, time);
-    QTEST(timeText(time), "text");
+    QFETCH(const TimeRow, row);
+    QCOMPARE(timeText(row.time), row.text);
 }
 
 void TestDates::everyMonthAndDay() {

@@ -36,19 +36,26 @@ Make made() {
 class TestCaptions : public QObject {
     Q_OBJECT
 
+    struct RoundTripsRow {
+        Make make;
+        QString text;
+    };
     struct KindsRow {
         Make make;
         QString kind;
     };
+    struct IndicesRow {
+        QString name;
+        int index;  // -1: no member of an array
+    };
 
 private Q_SLOTS:
     void roundTrips_data() {
-        QTest::addColumn<Make>("make");
-        QTest::addColumn<QString>("text");
+        QTest::addColumn<RoundTripsRow>("row");
         const QStringList texts{u"plain"_s, u"A&B"_s, u"&&"_s, u"&"_s, u"<b>x</b>"_s, QString()};
         const auto rows = [&](const char* kind, const Make& make) {
             for (const QString& text : texts)
-                QTest::addRow("%s: '%s'", kind, qPrintable(text)) << make << text;
+                QTest::addRow("%s: '%s'", kind, qPrintable(text)) << RoundTripsRow{make, text};
         };
         rows("vkCommand", made<vkCommand>());
         rows("vkToggleButton", made<vkToggleButton>());
@@ -62,12 +69,11 @@ private Q_SLOTS:
         rows("window", made<QWidget>());
     }
     void roundTrips() {
-        QFETCH(Make, make);
-        QFETCH(QString, text);
-        const std::unique_ptr<QWidget> control = make();
+        QFETCH(const RoundTripsRow, row);
+        const std::unique_ptr<QWidget> control = row.make();
         QVERIFY(setCaption(*control, u"before"_s));
-        QVERIFY(setCaption(*control, text));
-        QCOMPARE(caption(*control), text);
+        QVERIFY(setCaption(*control, row.text));
+        QCOMPARE(caption(*control), row.text);
     }
 
     void controlsWithoutCaption_data() {
@@ -149,25 +155,22 @@ private Q_SLOTS:
     }
 
     void indices_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("index");  // -1: no member of an array
-        QTest::newRow("first") << u"tus_0"_s << 0;
-        QTest::newRow("two digits") << u"tus_11"_s << 11;
-        QTest::newRow("underscore in the name") << u"a_b_7"_s << 7;
-        QTest::newRow("no index") << u"tus"_s << -1;
-        QTest::newRow("number without underscore") << u"kisayol4"_s << -1;
-        QTest::newRow("leading zero") << u"tus_07"_s << -1;
-        QTest::newRow("no name") << u"_7"_s << -1;
-        QTest::newRow("no number") << u"tus_"_s << -1;
-        QTest::newRow("too large") << u"tus_99999999999"_s << -1;
-        QTest::newRow("nothing") << QString() << -1;
+        addRows<IndicesRow>({{"first", {u"tus_0"_s, 0}},
+                             {"two digits", {u"tus_11"_s, 11}},
+                             {"underscore in the name", {u"a_b_7"_s, 7}},
+                             {"no index", {u"tus"_s, -1}},
+                             {"number without underscore", {u"kisayol4"_s, -1}},
+                             {"leading zero", {u"tus_07"_s, -1}},
+                             {"no name", {u"_7"_s, -1}},
+                             {"no number", {u"tus_"_s, -1}},
+                             {"too large", {u"tus_99999999999"_s, -1}},
+                             {"nothing", {QString(), -1}}});
     }
     void indices() {
-        QFETCH(QString, name);
-        QFETCH(int, index);
+        QFETCH(const IndicesRow, row);
         QWidget control;
-        control.setObjectName(name);
-        QCOMPARE(controlIndex(control).value_or(-1), index);
+        control.setObjectName(row.name);
+        QCOMPARE(controlIndex(control).value_or(-1), row.index);
     }
 };
 

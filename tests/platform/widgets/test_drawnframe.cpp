@@ -38,6 +38,10 @@ private:
 class TestDrawnFrame : public QObject {
     Q_OBJECT
 
+    struct SameValuesDontRepaintRow {
+        QByteArray property;
+        QVariant other;
+    };
     struct LabelsGetAnInkThatReadsRow {
         QColor top, bottom, ink;
     };
@@ -94,27 +98,25 @@ private Q_SLOTS:
     }
 
     void sameValuesDontRepaint_data() {
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<QVariant>("other");
-        QTest::newRow("caption") << QByteArray("caption") << QVariant(u"B"_s);
+        QTest::addColumn<SameValuesDontRepaintRow>("row");
+        QTest::newRow("caption") << SameValuesDontRepaintRow{"caption", u"B"_s};
         for (const char* name :
              {"backcolor1", "backcolor2", "bordercolor", "forecolor", "titlecolor1", "titlecolor2"})
-            QTest::newRow(name) << QByteArray(name) << QVariant(QColor(1, 2, 3));
+            QTest::newRow(name) << SameValuesDontRepaintRow{name, QColor(1, 2, 3)};
     }
     void sameValuesDontRepaint() {
-        QFETCH(QByteArray, property);
-        QFETCH(QVariant, other);
+        QFETCH(const SameValuesDontRepaintRow, row);
         vkFrame frame;
         frame.show();
         QVERIFY(QTest::qWaitForWindowExposed(&frame));
         QCoreApplication::processEvents();
         PaintCounter paints(frame);
-        frame.setProperty(property.constData(), frame.property(property.constData()));
+        frame.setProperty(row.property.constData(), frame.property(row.property.constData()));
         QCoreApplication::processEvents();
         QCOMPARE(paints.count(), 0);
-        frame.setProperty(property.constData(), other);
+        frame.setProperty(row.property.constData(), row.other);
         QTRY_VERIFY(paints.count() > 0);
-        QCOMPARE(frame.property(property.constData()), other);
+        QCOMPARE(frame.property(row.property.constData()), row.other);
     }
 
     void labelsGetAnInkThatReads_data() {

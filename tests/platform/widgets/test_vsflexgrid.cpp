@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "paintcounter.h"
+#include "rows.h"
 #include "runtime/runtimeerror.h"
 #include "widgets/vsflexgrid.h"
 
@@ -50,6 +51,31 @@ void press(VSFlexGrid& grid, QPoint place, Qt::MouseButton button = Qt::LeftButt
 
 class TestVSFlexGrid : public QObject {
     Q_OBJECT
+
+    struct RemoveItemRow {
+        int current;
+        int removed;
+        int expected;
+    };
+    struct ColumnsFillTheViewRow {
+        QList<int> widths;
+        QList<int> edges;  // of a view of 600
+    };
+    struct MouseCellsRow {
+        int scrolled;
+        QPoint place;
+        int mouseRow;
+        int mouseCol;
+    };
+    struct KeysRow {
+        Qt::Key key;
+        int toRow;
+        int toCol;
+    };
+    struct OnlyChangedRowsAreRepaintedRow {
+        Call call;
+        QList<int> rows;
+    };
 
 private Q_SLOTS:
     void rowsGrowAndShrink() {
@@ -99,27 +125,22 @@ private Q_SLOTS:
     }
 
     void removeItem_data() {
-        QTest::addColumn<int>("current");
-        QTest::addColumn<int>("removed");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("before the current") << 3 << 1 << 3;
-        QTest::newRow("the current") << 2 << 2 << 2;
-        QTest::newRow("the last, current") << 4 << 4 << 3;
-        QTest::newRow("behind the current") << 1 << 4 << 1;
+        addRows<RemoveItemRow>({{"before the current", {3, 1, 3}},
+                                {"the current", {2, 2, 2}},
+                                {"the last, current", {4, 4, 3}},
+                                {"behind the current", {1, 4, 1}}});
     }
     void removeItem() {
-        QFETCH(int, current);
-        QFETCH(int, removed);
-        QFETCH(int, expected);
+        QFETCH(const RemoveItemRow, row);
         VSFlexGrid grid;
         fill(grid, 5);
-        grid.setRow(current);
-        grid.removeItem(removed);
+        grid.setRow(row.current);
+        grid.removeItem(row.removed);
         QCOMPARE(grid.rows(), 4);
-        QCOMPARE(grid.row(), expected);
-        QCOMPARE(grid.textMatrix(removed - 1, 1), u"%1/1"_s.arg(removed - 1));
-        if (removed < 4)
-            QCOMPARE(grid.textMatrix(removed, 1), u"%1/1"_s.arg(removed + 1));
+        QCOMPARE(grid.row(), row.expected);
+        QCOMPARE(grid.textMatrix(row.removed - 1, 1), u"%1/1"_s.arg(row.removed - 1));
+        if (row.removed < 4)
+            QCOMPARE(grid.textMatrix(row.removed, 1), u"%1/1"_s.arg(row.removed + 1));
     }
 
     void badIndices_data() {
@@ -166,32 +187,29 @@ private Q_SLOTS:
     }
 
     void columnsFillTheView_data() {
-        QTest::addColumn<QList<int>>("widths");
-        QTest::addColumn<QList<int>>("edges");  // of a view of 600
-        QTest::newRow("one takes the rest") << QList<int>{0, 150, -1, 50} << QList<int>{0, 0, 150, 550, 600};
-        QTest::newRow("two take the rest") << QList<int>{100, -1, -1} << QList<int>{0, 100, 350, 600};
-        QTest::newRow("all shares") << QList<int>{100, 200, 100} << QList<int>{0, 150, 450, 600};
-        QTest::newRow("too wide") << QList<int>{600, 360, -1} << QList<int>{0, 300, 480, 600};
-        QTest::newRow("uneven") << QList<int>{-1, -1, -1, -1, -1, -1, -1}
-                                << QList<int>{0, 86, 171, 257, 343, 429, 514, 600};
+        addRows<ColumnsFillTheViewRow>(
+            {{"one takes the rest", {{0, 150, -1, 50}, {0, 0, 150, 550, 600}}},
+             {"two take the rest", {{100, -1, -1}, {0, 100, 350, 600}}},
+             {"all shares", {{100, 200, 100}, {0, 150, 450, 600}}},
+             {"too wide", {{600, 360, -1}, {0, 300, 480, 600}}},
+             {"uneven", {{-1, -1, -1, -1, -1, -1, -1}, {0, 86, 171, 257, 343, 429, 514, 600}}}});
     }
     void columnsFillTheView() {
-        QFETCH(QList<int>, widths);
-        QFETCH(QList<int>, edges);
+        QFETCH(const ColumnsFillTheViewRow, row);
         VSFlexGrid grid;
         grid.setFrameShape(QFrame::NoFrame);
         grid.resize(600, 300);
-        grid.setCols(static_cast<int>(widths.size()));
-        for (int column = 0; column < widths.size(); ++column)
-            grid.setColWidth(column, widths[column]);
+        grid.setCols(static_cast<int>(row.widths.size()));
+        for (int column = 0; column < row.widths.size(); ++column)
+            grid.setColWidth(column, row.widths[column]);
         show(grid);
         QCOMPARE(grid.viewport()->width(), 600);
-        for (int column = 0; column < widths.size(); ++column) {
-            if (edges[column] == edges[column + 1])
+        for (int column = 0; column < row.widths.size(); ++column) {
+            if (row.edges[column] == row.edges[column + 1])
                 continue;
-            press(grid, {edges[column], 5});
+            press(grid, {row.edges[column], 5});
             QCOMPARE(grid.mouseCol(), column);
-            press(grid, {edges[column + 1] - 1, 5});
+            press(grid, {row.edges[column + 1] - 1, 5});
             QCOMPARE(grid.mouseCol(), column);
         }
         QVERIFY(!grid.horizontalScrollBar()->isVisible());
@@ -224,32 +242,26 @@ private Q_SLOTS:
     }
 
     void mouseCells_data() {
-        QTest::addColumn<int>("scrolled");
-        QTest::addColumn<QPoint>("place");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("column");
-        QTest::newRow("heading") << 0 << QPoint(10, 5) << 0 << 1;
-        QTest::newRow("first line, barcode behind a hidden column") << 0 << QPoint(0, 40) << 1 << 1;
-        QTest::newRow("line 2, name") << 0 << QPoint(200, 2 * rowHeight) << 2 << 2;
-        QTest::newRow("last pixel of line 2") << 0 << QPoint(200, 3 * rowHeight - 1) << 2 << 2;
-        QTest::newRow("heading while scrolled") << 20 * rowHeight << QPoint(10, 35) << 0 << 1;
-        QTest::newRow("line while scrolled") << 20 * rowHeight << QPoint(10, 36) << 21 << 1;
-        QTest::newRow("scrolled by half a line") << 20 * rowHeight + 18 << QPoint(10, 36 + 18) << 22 << 1;
+        addRows<MouseCellsRow>(
+            {{"heading", {0, QPoint(10, 5), 0, 1}},
+             {"first line, barcode behind a hidden column", {0, QPoint(0, 40), 1, 1}},
+             {"line 2, name", {0, QPoint(200, 2 * rowHeight), 2, 2}},
+             {"last pixel of line 2", {0, QPoint(200, 3 * rowHeight - 1), 2, 2}},
+             {"heading while scrolled", {20 * rowHeight, QPoint(10, 35), 0, 1}},
+             {"line while scrolled", {20 * rowHeight, QPoint(10, 36), 21, 1}},
+             {"scrolled by half a line", {20 * rowHeight + 18, QPoint(10, 36 + 18), 22, 1}}});
     }
     void mouseCells() {
-        QFETCH(int, scrolled);
-        QFETCH(QPoint, place);
-        QFETCH(int, row);
-        QFETCH(int, column);
+        QFETCH(const MouseCellsRow, row);
         VSFlexGrid grid;
         fill(grid, 60);
         show(grid);
-        grid.verticalScrollBar()->setValue(scrolled);
+        grid.verticalScrollBar()->setValue(row.scrolled);
         QCOMPARE(grid.mouseRow(), -1);
         const QSignalSpy down(&grid, &VSFlexGrid::mousedown);
-        press(grid, place);
-        QCOMPARE(grid.mouseRow(), row);
-        QCOMPARE(grid.mouseCol(), column);
+        press(grid, row.place);
+        QCOMPARE(grid.mouseRow(), row.mouseRow);
+        QCOMPARE(grid.mouseCol(), row.mouseCol);
         QCOMPARE(down.count(), 1);
         // The press alone moves no current cell.
         QCOMPARE(grid.row(), 0);
@@ -273,29 +285,24 @@ private Q_SLOTS:
     }
 
     void keys_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("column");
-        QTest::newRow("up") << int(Qt::Key_Up) << 29 << 1;
-        QTest::newRow("down") << int(Qt::Key_Down) << 31 << 1;
-        QTest::newRow("right") << int(Qt::Key_Right) << 30 << 2;
-        QTest::newRow("left stops at the hidden column") << int(Qt::Key_Left) << 30 << 1;
-        QTest::newRow("home") << int(Qt::Key_Home) << 1 << 1;
-        QTest::newRow("end") << int(Qt::Key_End) << 59 << 1;
-        QTest::newRow("letter") << int(Qt::Key_A) << 30 << 1;
+        addRows<KeysRow>({{"up", {Qt::Key_Up, 29, 1}},
+                          {"down", {Qt::Key_Down, 31, 1}},
+                          {"right", {Qt::Key_Right, 30, 2}},
+                          {"left stops at the hidden column", {Qt::Key_Left, 30, 1}},
+                          {"home", {Qt::Key_Home, 1, 1}},
+                          {"end", {Qt::Key_End, 59, 1}},
+                          {"letter", {Qt::Key_A, 30, 1}}});
     }
     void keys() {
-        QFETCH(int, key);
-        QFETCH(int, row);
-        QFETCH(int, column);
+        QFETCH(const KeysRow, row);
         VSFlexGrid grid;
         fill(grid, 60);
         show(grid);
         grid.setRow(30);
         grid.setCol(1);
-        QTest::keyClick(&grid, static_cast<Qt::Key>(key));
-        QCOMPARE(grid.row(), row);
-        QCOMPARE(grid.col(), column);
+        QTest::keyClick(&grid, row.key);
+        QCOMPARE(grid.row(), row.toRow);
+        QCOMPARE(grid.col(), row.toCol);
     }
 
     void keysStayBelowTheHeading() {
@@ -334,10 +341,9 @@ private Q_SLOTS:
     }
 
     void onlyChangedRowsAreRepainted_data() {
-        QTest::addColumn<Call>("call");
-        QTest::addColumn<QList<int>>("rows");
+        QTest::addColumn<OnlyChangedRowsAreRepaintedRow>("row");
         const auto row = [](const char* name, Call call, QList<int> rows) {
-            QTest::newRow(name) << std::move(call) << std::move(rows);
+            QTest::newRow(name) << OnlyChangedRowsAreRepaintedRow{std::move(call), std::move(rows)};
         };
         row("same text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, u"2/1"_s); }, {});
         row("other text", [](VSFlexGrid& grid) { grid.setTextMatrix(2, 1, u"x"_s); }, {2});
@@ -352,18 +358,17 @@ private Q_SLOTS:
         row("row appended out of sight", [](VSFlexGrid& grid) { grid.setRows(61); }, {});
     }
     void onlyChangedRowsAreRepainted() {
-        QFETCH(Call, call);
-        QFETCH(QList<int>, rows);
+        QFETCH(const OnlyChangedRowsAreRepaintedRow, row);
         VSFlexGrid grid;
         fill(grid, 60);
         grid.setRow(1);
         show(grid);
         PaintCounter paints(*grid.viewport());
-        call(grid);
+        row.call(grid);
         QCoreApplication::processEvents();
         QRegion expected;
-        for (const int row : rows)
-            expected += QRect(0, row * rowHeight, grid.viewport()->width(), rowHeight);
+        for (const int changed : row.rows)
+            expected += QRect(0, changed * rowHeight, grid.viewport()->width(), rowHeight);
         QCOMPARE(paints.region(), expected);
     }
 

@@ -9,6 +9,7 @@
 #include "demoshop/barcode.h"
 #include "demoshop/shop.h"
 #include "profile/profilefile.h"
+#include "rows.h"
 #include "runtime/runtimeerror.h"
 
 using namespace kovanix;
@@ -69,6 +70,21 @@ const QStringList shopFiles{u"Kovanix.config"_s, u"kovanix.data"_s};
 class ShopTest : public QObject {
     Q_OBJECT
 
+    struct MadeRow {
+        qsizetype products;
+        qsizetype sales;
+        QString password;
+    };
+    struct ColumnsAreTheTillsRow {
+        QString table;
+        QString columns;
+    };
+    struct OtherPlansMakeOtherShopsRow {
+        quint64 seed;
+        QDate today;
+        QString table;
+    };
+
 private Q_SLOTS:
     void made_data();
     void made();
@@ -93,41 +109,37 @@ private Q_SLOTS:
 };
 
 void ShopTest::made_data() {
-    QTest::addColumn<qsizetype>("products");
-    QTest::addColumn<qsizetype>("sales");
-    QTest::addColumn<QString>("password");
-    QTest::newRow("plain file") << qsizetype(120) << qsizetype(400) << QString();
-    QTest::newRow("file with a password") << qsizetype(120) << qsizetype(400) << u"gizli;şifre=1'"_s;
-    QTest::newRow("no products") << qsizetype(0) << qsizetype(0) << QString();
-    QTest::newRow("one product") << qsizetype(1) << qsizetype(3) << QString();
-    QTest::newRow("no sales") << qsizetype(50) << qsizetype(0) << QString();
-    QTest::newRow("the usual shop") << ShopPlan().products << ShopPlan().sales << QString();
-    QTest::newRow("names with numbers") << qsizetype(5000) << qsizetype(10) << QString();
+    addRows<MadeRow>({{"plain file", {120, 400, QString()}},
+                      {"file with a password", {120, 400, u"gizli;şifre=1'"_s}},
+                      {"no products", {0, 0, QString()}},
+                      {"one product", {1, 3, QString()}},
+                      {"no sales", {50, 0, QString()}},
+                      {"the usual shop", {ShopPlan().products, ShopPlan().sales, QString()}},
+                      {"names with numbers", {5000, 10, QString()}}});
 }
 
 void ShopTest::made() {
-    QFETCH(qsizetype, products);
-    QFETCH(qsizetype, sales);
-    QFETCH(QString, password);
+    QFETCH(const MadeRow, row);
     const QTemporaryDir folder;
     ShopPlan plan = smallPlan(folder.filePath(u"yeni/dükkân"_s));
-    plan.products = products;
-    plan.sales = sales;
-    plan.password = password;
+    plan.products = row.products;
+    plan.sales = row.sales;
+    plan.password = row.password;
 
     const ShopSummary made = makeShop(plan);
 
     QCOMPARE(files(plan.folder), shopFiles);
-    QCOMPARE(made.products, products);
-    QCOMPARE(made.sales, sales);
-    QCOMPARE(contents(plan.folder + u"/kovanix.data"_s).startsWith("SQLite format 3"), password.isEmpty());
-    QCOMPARE(setting(plan.folder, u"dbpass"_s), password);
+    QCOMPARE(made.products, row.products);
+    QCOMPARE(made.sales, row.sales);
+    QCOMPARE(contents(plan.folder + u"/kovanix.data"_s).startsWith("SQLite format 3"),
+             row.password.isEmpty());
+    QCOMPARE(setting(plan.folder, u"dbpass"_s), row.password);
     {
-        Reader shop(plan.folder, password);
-        QCOMPARE(shop.value(u"SELECT COUNT(*) FROM urunler"_s).toLongLong(), products);
-        QCOMPARE(shop.value(u"SELECT COUNT(DISTINCT barkod) FROM urunler"_s).toLongLong(), products);
-        QCOMPARE(shop.value(u"SELECT COUNT(DISTINCT urun) FROM urunler"_s).toLongLong(), products);
-        QCOMPARE(shop.value(u"SELECT COUNT(*) FROM satislar"_s).toLongLong(), sales);
+        Reader shop(plan.folder, row.password);
+        QCOMPARE(shop.value(u"SELECT COUNT(*) FROM urunler"_s).toLongLong(), row.products);
+        QCOMPARE(shop.value(u"SELECT COUNT(DISTINCT barkod) FROM urunler"_s).toLongLong(), row.products);
+        QCOMPARE(shop.value(u"SELECT COUNT(DISTINCT urun) FROM urunler"_s).toLongLong(), row.products);
+        QCOMPARE(shop.value(u"SELECT COUNT(*) FROM satislar"_s).toLongLong(), row.sales);
         QCOMPARE(shop.value(u"SELECT COUNT(*) FROM musteri"_s).toLongLong(), made.customers);
         QCOMPARE(shop.value(u"SELECT COUNT(*) FROM urunler_hazir"_s).toLongLong(), made.readyMade);
         QCOMPARE(
@@ -136,10 +148,10 @@ void ShopTest::made() {
             0);
         QCOMPARE(shop.value(u"SELECT SUM(LENGTH(barkod)=4) FROM urunler"_s).toLongLong(), made.weighed);
         QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
-        for (const QVariantList& row : shop.rows(u"SELECT barkod FROM urunler"_s))
-            QVERIFY2(isEan13(row[0].toString()) || row[0].toString().size() == 4,
-                     qPrintable(row[0].toString()));
-        if (sales > 0) {
+        for (const QVariantList& product : shop.rows(u"SELECT barkod FROM urunler"_s))
+            QVERIFY2(isEan13(product[0].toString()) || product[0].toString().size() == 4,
+                     qPrintable(product[0].toString()));
+        if (row.sales > 0) {
             QCOMPARE(shop.value(u"SELECT MAX(SUBSTR(tarih,1,10)) FROM satislar"_s).toString(),
                      u"2026-04-23"_s);
             QCOMPARE(shop.value(u"SELECT MIN(tarih) FROM satislar"_s).toString().left(10),
@@ -149,31 +161,29 @@ void ShopTest::made() {
 }
 
 void ShopTest::columnsAreTheTills_data() {
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("columns");
-    QTest::newRow("products")
-        << u"urunler"_s << u"no INTEGER,barkod TEXT(50),urun TEXT(50),alis DOUBLE,satis DOUBLE,stok DOUBLE"_s;
-    QTest::newRow("sales")
-        << u"satislar"_s
-        << u"no INTEGER,tarih DATETIME,barkod TEXT(50),urun TEXT(50),adet DOUBLE,fiyat DOUBLE,alis DOUBLE,kar DOUBLE,toplam DOUBLE,satis DOUBLE"_s;
-    QTest::newRow("users") << u"kullanici"_s
-                           << u"id INTEGER,personeladi TEXT(50),sifre TEXT(50),yetki TEXT(50)"_s;
-    QTest::newRow("customers") << u"musteri"_s
-                               << u"no INTEGER,adi TEXT(50),telefon TEXT(50),adres TEXT(100)"_s;
-    QTest::newRow("ready-made products")
-        << u"urunler_hazir"_s
-        << u"no INTEGER,barkod TEXT(50),urun TEXT(50),alis DOUBLE,satis DOUBLE,stok DOUBLE"_s;
+    addRows<ColumnsAreTheTillsRow>(
+        {{"products",
+          {u"urunler"_s, u"no INTEGER,barkod TEXT(50),urun TEXT(50),alis DOUBLE,satis DOUBLE,stok DOUBLE"_s}},
+         {"sales",
+          {u"satislar"_s,
+           u"no INTEGER,tarih DATETIME,barkod TEXT(50),urun TEXT(50),adet DOUBLE,fiyat DOUBLE,alis DOUBLE,"
+           u"kar DOUBLE,toplam DOUBLE,satis DOUBLE"_s}},
+         {"users", {u"kullanici"_s, u"id INTEGER,personeladi TEXT(50),sifre TEXT(50),yetki TEXT(50)"_s}},
+         {"customers", {u"musteri"_s, u"no INTEGER,adi TEXT(50),telefon TEXT(50),adres TEXT(100)"_s}},
+         {"ready-made products",
+          {u"urunler_hazir"_s,
+           u"no INTEGER,barkod TEXT(50),urun TEXT(50),alis DOUBLE,satis DOUBLE,stok DOUBLE"_s}}});
 }
 
 void ShopTest::columnsAreTheTills() {
-    QFETCH(QString, table);
+    QFETCH(const ColumnsAreTheTillsRow, row);
     const QTemporaryDir folder;
     makeShop(smallPlan(folder.path()));
     Reader shop(folder.path());
     QStringList columns;
-    for (const QVariantList& row : shop.rows(u"PRAGMA table_info(%1)"_s.arg(table)))
-        columns << row[1].toString() + u' ' + row[2].toString();
-    QTEST(columns.join(u','), "columns");
+    for (const QVariantList& column : shop.rows(u"PRAGMA table_info(%1)"_s.arg(row.table)))
+        columns << column[1].toString() + u' ' + column[2].toString();
+    QCOMPARE(columns.join(u','), row.columns);
 }
 
 void ShopTest::fileIsInWriteAheadMode() {
@@ -279,26 +289,22 @@ void ShopTest::equalPlansMakeEqualShops() {
 }
 
 void ShopTest::otherPlansMakeOtherShops_data() {
-    QTest::addColumn<quint64>("seed");
-    QTest::addColumn<QDate>("today");
-    QTest::addColumn<QString>("table");
-    QTest::newRow("another seed, other products") << quint64(2) << QDate(2026, 4, 23) << u"urunler"_s;
-    QTest::newRow("another seed, other sales") << quint64(2) << QDate(2026, 4, 23) << u"satislar"_s;
-    QTest::newRow("another seed, other customers") << quint64(2) << QDate(2026, 4, 23) << u"musteri"_s;
-    QTest::newRow("another day, other sales") << quint64(1) << QDate(2026, 4, 24) << u"satislar"_s;
+    addRows<OtherPlansMakeOtherShopsRow>(
+        {{"another seed, other products", {2, QDate(2026, 4, 23), u"urunler"_s}},
+         {"another seed, other sales", {2, QDate(2026, 4, 23), u"satislar"_s}},
+         {"another seed, other customers", {2, QDate(2026, 4, 23), u"musteri"_s}},
+         {"another day, other sales", {1, QDate(2026, 4, 24), u"satislar"_s}}});
 }
 
 void ShopTest::otherPlansMakeOtherShops() {
-    QFETCH(quint64, seed);
-    QFETCH(QDate, today);
-    QFETCH(QString, table);
+    QFETCH(const OtherPlansMakeOtherShopsRow, row);
     const QTemporaryDir folder;
     ShopPlan other = smallPlan(folder.filePath(u"b"_s));
-    other.seed = seed;
-    other.today = today;
+    other.seed = row.seed;
+    other.today = row.today;
     makeShop(smallPlan(folder.filePath(u"a"_s)));
     makeShop(other);
-    const QString sql = u"SELECT * FROM %1 ORDER BY 1"_s.arg(table);
+    const QString sql = u"SELECT * FROM %1 ORDER BY 1"_s.arg(row.table);
     const Rows rows = Reader(folder.filePath(u"a"_s)).rows(sql);
     QVERIFY(!rows.isEmpty());
     QVERIFY(Reader(folder.filePath(u"b"_s)).rows(sql) != rows);
