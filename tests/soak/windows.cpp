@@ -93,10 +93,11 @@ const std::vector<WindowRow>& knownWindows() {
          {},
          {},
          "TDBGrid1"},
-        {"klavyeyeni2",
-         {{sales, "kisayolklavye"}},
-         {"vkCommand1_100", "kapat", "Escape", "X"},
-         {"vkCommand1_73", "vkCommand1_42", "vkCommand1_101", "vkCommand1_102", "vkCommand1_103"}},
+        {.name = "klavyeyeni2",
+         .ways = {{sales, "kisayolklavye"}},
+         .exits = {"vkCommand1_100", "kapat", "Escape", "X"},
+         .harmless = {"vkCommand1_73", "vkCommand1_42", "vkCommand1_101", "vkCommand1_102", "vkCommand1_103"},
+         .leadsToBarcode = false},
         {.name = "klavyesayi",
          .ways = {{sales, "Image4"}},
          .exits = {"kapat", "Escape", "X"},
@@ -150,7 +151,7 @@ void Cashier::addWindow(const WindowRow& row) {
     }
     for (const QString& exit : row.exits) {
         const Test possible = [=] { return isInFront(name) && (isKey(exit) || pressable(exit)); };
-        add(u'"' + exit + u"\" of " + name, 10, toBarcode, possible, [=, this] {
+        add(u'"' + exit + u"\" of " + name, 10, row.leadsToBarcode ? toBarcode : 0, possible, [=, this] {
             m_announce(u"leaves " + name + u" by \"" + exit + u'"');
             m_deed.until = [name] { return !isInFront(name); };
             TapGuard::reset();  // the soak is quicker than any finger

@@ -28,6 +28,7 @@ struct WindowRow {
     QString choosing = {};
     /// The keys of a number pad that empty its box and hand a barcode over to the counter, where it is sold.
     QString clear = {}, enter = {};
+    bool leadsToBarcode = true;  ///< or back to the box that it fills
 };
 
 /// All of them; a new screen gets its row there.
