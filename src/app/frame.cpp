@@ -8,6 +8,7 @@
 #include <QTranslator>
 
 #include "desktop/messagebox.h"
+#include "widgets/fieldstyle.h"
 #include "widgets/look.h"
 
 namespace kovanix {
@@ -53,7 +54,7 @@ void prepareApplication() {
     // No display name: the toolkit would append it to every window title.
     QApplication::setDesktopFileName(u"kovanix"_s);
     QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setStyle(new FieldStyle(QStyleFactory::create(u"Fusion"_s)));
     QApplication::setPalette(shopPalette());
     QFont font;
     font.setFamilies({u"Roboto"_s, u"Noto Sans"_s, u"DejaVu Sans"_s});

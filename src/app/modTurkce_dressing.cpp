@@ -99,8 +99,8 @@ void kontroldonat(QWidget& control, int depth) {
             kontroldonat(*held, depth + 1);
     };
     const QString kind = controlKind(control);
-    if (kind == u"ActiveResize") {
-        donatHeld();
+    if (kind == u"ActiveResize" || kind == u"EntryFrame") {
+        donatHeld();  // an entry frame's caption is its mode, compared as it was set
     } else if (isGrid(kind)) {
         return;
     } else if (kind == u"vkCommand" || kind == u"vkToggleButton") {

@@ -14,6 +14,12 @@ inline QString girissifre;
 /// The pending action on the products, as the configuration holds it: 0 add, 1 edit, 2 delete.
 inline QString ekledznlsil;
 
+/// The same on the users.
+inline QString ekledznlsilk;
+
+/// The user, by `id`, whom a pending deletion or change concerns.
+inline QString secilikullanici;
+
 /// The configuration's key of that name as it stood when the login screen was loaded; nothing asks for it.
 inline QString sifresor2;
 

@@ -5,6 +5,7 @@
 #include "app/ayarmodul.h"
 #include "app/modTurkce.h"
 #include "data/schema.h"
+#include "database/press.h"
 #include "desktop/folders.h"
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
@@ -155,6 +156,13 @@ bool baglantihazir() {
 void kayitkapat() {
     if (kayit().isOpen())
         kayit().close();
+}
+
+void storeTogether(const std::function<void()>& statements) {
+    Press press(baglanti());
+    statements();
+    press.finish();
+    attempt([] { baglanti().idle(); });  // a reader in the way: the next press moves it
 }
 
 bool veritabanivarmi() {

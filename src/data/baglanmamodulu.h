@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QString>
 #include <QVariant>
+#include <functional>
 
 #include "database/connection.h"
 #include "database/recordset.h"
@@ -65,6 +66,11 @@ bool baglantihazir();
 
 /// Closes the shared recordset if it is open.
 void kayitkapat();
+
+/// Runs the statements of one press on the shared connection. When it returns they are safe from a power cut,
+/// and as far as no reader is in the way they stand in the database file itself, so that a plain copy of it
+/// holds them. @throws RuntimeError what the statements throw
+void storeTogether(const std::function<void()>& statements);
 
 /// Whether the database file exists and the connection string is plausible.
 bool veritabanivarmi();

@@ -4,6 +4,7 @@
 #include "desktop/messagebox.h"
 #include "sales/satisekrani.h"
 #include "screens/boxes.h"
+#include "screens/capitals.h"
 #include "screens/clicks.h"
 #include "values/numbers.h"
 #include "widgets/keyfilter.h"
@@ -12,29 +13,6 @@ namespace kovanix {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr qsizetype longestName = 50;
-
-/// What the field of a name makes of a character: capitals, and no line ends.
-int capitalOf(int code) {
-    if (code == u'\r')
-        return 0;
-    const auto character = static_cast<char32_t>(code);
-    const QList<uint> capital = buyukharf(QString::fromUcs4(&character, 1)).toUcs4();
-    return capital.size() == 1 ? static_cast<int>(capital.front()) : code;
-}
-
-/// A name as it is stored: capitals, and no more of them than its column is wide; never half a character.
-QString storedName(const QString& typed) {
-    QString name = buyukharf(typed).left(longestName);
-    if (name.size() == longestName && name.back().isHighSurrogate())
-        name.chop(1);
-    return name;
-}
-
-}  // namespace
-
 void satisekrani::connectUnknownProduct() {
     clicks(this, {{ui.urunbuunamadibeklet, &satisekrani::urunbuunamadibeklet_click},
                   {ui.urunbulunamadikapat, &satisekrani::urunbulunamadikapat_click},
@@ -42,7 +20,7 @@ void satisekrani::connectUnknownProduct() {
     connect(ui.urunsatisi, &QLineEdit::textChanged, this, &satisekrani::urunsatisi_change);
     pressKeys(u"bununamayanurunfiyat"_s, &satisekrani::bununamayanurunfiyat_click);
     new KeyFilter(*ui.urunbuunamadibeklet, [this](int key) { urunbuunamadibeklet_keydown(key); }, {});
-    new KeyFilter(*ui.urunadi, {}, capitalOf);
+    new KeyFilter(*ui.urunadi, {}, capitals());
     new KeyFilter(*ui.urunsatisi, {}, onlyCharacters(u",0123456789"));
 }
 
@@ -108,7 +86,7 @@ void satisekrani::createProduct() {
     urunkayit.open(u" select * from urunler"_s, baglanti());
     urunkayit.addNew();
     urunkayit.setField(u"barkod"_s, ui.bulunulamayaurun->text());
-    const QString name = storedName(ui.urunadi->text());
+    const QString name = cutToField(buyukharf(ui.urunadi->text()));
     urunkayit.setField(u"urun"_s, name);
     ui.urunadi->setText(name);
     const double price = sayicevir(ui.urunsatisi->text());

@@ -39,6 +39,7 @@ void ListScreen::setUpList(const Controls& controls) {
         if (stored.field == m_traits.nameField)
             grid.setNameColumn(i);
     }
+    grid.setFilterBar(m_traits.filters);
     m_textsInForce = filterTexts();  // none yet
     tellEmpty(true);
     grid.setNoMatchState(
@@ -127,6 +128,10 @@ void ListScreen::TDBGrid1_dblclick() {}
 
 void ListScreen::TDBGrid1_headclick(int column) {
     TDBGrid& grid = *m_controls.grid;
+    if (!m_traits.sorts) {
+        copySelection();
+        return;
+    }
     if (m_traits.focusesToSort)
         giveFocus(grid);
     sort(m_order.press(grid.column(column).dataField()));

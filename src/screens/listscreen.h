@@ -42,6 +42,8 @@ struct ListTraits {
     QList<ListColumn> columns;
     unsigned selection = 0;  ///< SelectionEvent bits
     FilterRules filter;
+    bool sorts = true;          ///< a press on a heading sorts; else it chooses as one on a row does
+    bool filters = true;        ///< there is a filter bar
     bool focusesToSort = true;  ///< a press on a heading gives the grid the focus first
     QString scanField;          ///< the filter cell that digits go to when they are typed into the rows
     QString nameField;          ///< the filter cell that letters go to
@@ -72,6 +74,11 @@ protected:
         ActiveResize* resizing = nullptr;
         vkFrame* frame = nullptr;  ///< whose title strip bears the count
     };
+
+    TDBGrid& grid() const { return *m_controls.grid; }
+    Adodc& data() const { return *m_controls.data; }
+    QLineEdit& selected() const { return *m_controls.selected; }
+    const ListTraits& listTraits() const { return m_traits; }
 
     /// Gives the grid its columns and connects what all list screens connect; behind setupUi.
     void setUpList(const Controls& controls);

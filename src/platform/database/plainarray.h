@@ -52,6 +52,19 @@ public:
         return m_values.get() + m_size - count;
     }
 
+    void set(std::size_t place, const T& value) { m_values[place] = value; }
+    /// Puts other values in the place of some.
+    void replace(std::size_t place, std::size_t count, const T* values, std::size_t newCount) {
+        const std::size_t behind = m_size - place - count;
+        if (newCount > count)
+            appendPlaces(newCount - count);
+        T* const at = m_values.get() + place;
+        std::memmove(at + newCount, at + count, behind * sizeof(T));
+        if (newCount > 0)
+            std::memcpy(at, values, newCount * sizeof(T));
+        m_size = place + newCount + behind;
+    }
+
     /// Takes values from the end.
     void truncate(std::size_t size) { m_size = size; }
 

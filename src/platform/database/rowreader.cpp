@@ -162,6 +162,30 @@ private:
 
 }  // namespace
 
+bool rereadRow(ConnectionCore& core, const QString& sql, RowTable& table, std::size_t row) {
+    const qint64 identity = (*table.identities)[row];
+    return core.inEnginesName([&] {
+        const TableShape shape = core.schema.shape(core, table.name);
+        const auto select =
+            dialect::translateAfterRow(sql, shape.identity, {identity - 1, {}, 1});  // the next one
+        if (shape.identity.isEmpty() || !select)
+            return false;
+        Rows rows(core.run(*select));
+        const int fields = rows.record().count() - 1;
+        // Another table may stand under the name by now.
+        if (fields != static_cast<int>(table.columns.size()) || !rows.next() ||
+            rows.cell(fields).whole != identity)
+            return false;
+        bool changed = false;
+        for (int field = 0; field < fields; ++field) {
+            RowColumn& column = table.columns[static_cast<std::size_t>(field)];
+            if (!column.isIdentity() && column.replace(row, rows.cell(field)))
+                changed = true;
+        }
+        return changed;
+    });
+}
+
 RowTable readRows(ConnectionCore& core, const QString& sql, const ReadProgress& progress) {
     return Reader(core, sql, progress).run();
 }

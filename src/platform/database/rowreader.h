@@ -16,4 +16,9 @@ struct ConnectionCore;
 /// @throws RuntimeError the engine's failure
 RowTable readRows(ConnectionCore& core, const QString& sql, const ReadProgress& progress);
 
+/// Reads one row of a table anew, which was read by that select.
+/// @return whether it was another one; a row that is gone, and one that has no identity, stays as it was
+/// @throws RuntimeError the engine's failure
+bool rereadRow(ConnectionCore& core, const QString& sql, RowTable& table, std::size_t row);
+
 }  // namespace kovanix

@@ -142,6 +142,22 @@ bool RowSet::read(Connection& connection, const QString& sql, const ReadProgress
     return true;
 }
 
+bool RowSet::readRow(Connection& connection, qint64 identity) {
+    const std::optional<std::size_t> row = d->table.rowOf(identity);
+    if (!row)
+        return false;
+    ConnectionCore& core = *connection.d;
+    core.requireOpen();
+    if (!rereadRow(core, d->sql, d->table, *row))
+        return false;
+    d->orders.clear();
+    if (!d->hits.test(*row) && RowMatcher(d->table, d->filter).matches(*row)) {
+        d->hits.set(*row);
+        d->show();
+    }
+    return true;
+}
+
 void RowSet::clear() {
     *d = Private();
 }

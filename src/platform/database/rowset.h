@@ -41,6 +41,12 @@ public:
     /// @throws RuntimeError the engine's failure; the rows of before stay
     bool read(Connection& connection, const QString& sql, const ReadProgress& progress = {});
 
+    /// Reads one row anew, by one look-up: what somebody else has stored in it since shows. It stays where it
+    /// is until the next sort, filter or read; a row that is gone stays as it was.
+    /// @return whether it was another one
+    /// @throws RuntimeError the engine's failure; the rows of before stay
+    bool readRow(Connection& connection, qint64 identity);
+
     /// Forgets rows and fields; sort and filter too.
     void clear();
 

@@ -106,6 +106,34 @@ void RowColumn::appendCounter(const Cell& cell) {
     m_counters->append(cell.whole);
 }
 
+bool RowColumn::replace(std::size_t row, const Cell& cell) {
+    const QVariant former = value(row);
+    RowColumn one(m_name, m_type);
+    one.append(cell);
+    if (m_type == one.m_type && one.value(0) == former && one.value(0).isNull() == former.isNull())
+        return false;
+    if (!m_type && one.m_type)
+        decideType(cell);
+    std::erase_if(m_oddCells, [row](const auto& odd) { return odd.first == row; });
+    if (const QVariant* const odd = one.oddCell(0)) {
+        const auto place =
+            std::ranges::lower_bound(m_oddCells, row, {}, &std::pair<std::uint32_t, QVariant>::first);
+        m_oddCells.emplace(place, static_cast<std::uint32_t>(row), *odd);
+    }
+    if (isText()) {
+        m_texts.replace(row, one.m_texts[0]);
+        m_nulls.resize(m_texts.count());
+        m_nulls[row] = !one.m_nulls.empty();
+    } else if (type() == ColumnType::number) {
+        m_numbers.set(row, one.m_numbers[0]);
+    } else {
+        m_counters->set(row, (*one.m_counters)[0]);
+    }
+    m_searchTexts.reset();
+    m_searchable = false;
+    return true;
+}
+
 void RowColumn::finish() {
     m_texts.finish();
     m_numbers.squeeze();

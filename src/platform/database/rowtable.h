@@ -32,6 +32,8 @@ public:
 
     /// Takes the cell of the next row as the driver gives it.
     void append(const engine::Cell& cell);
+    /// Puts another cell in the place of one. @return whether it is another one
+    bool replace(std::size_t row, const engine::Cell& cell);
     /// Gives back the memory that was put by for more rows.
     void finish();
 

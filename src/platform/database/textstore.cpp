@@ -83,6 +83,15 @@ void TextStore::append(std::string_view text) {
     m_starts.append(behind);
 }
 
+void TextStore::replace(std::size_t row, std::string_view text) {
+    const std::size_t former = (*this)[row].size();
+    checkedPlace(m_bytes.size() - former + text.size());
+    m_bytes.replace(m_starts[row], former, text.data(), text.size());
+    const auto shift = static_cast<std::uint32_t>(text.size() - former);  // counts down by wrapping round
+    for (std::size_t next = row + 1; next < m_starts.size(); ++next)
+        m_starts.set(next, m_starts[next] + shift);
+}
+
 void TextStore::finish() {
     m_bytes.squeeze();
     m_starts.squeeze();

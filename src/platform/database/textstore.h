@@ -18,6 +18,9 @@ public:
 
     /// @throws RuntimeError (overflow) as checkedPlace
     void append(std::string_view text);
+    /// Puts another text in the place of one. The texts behind it move. @throws RuntimeError (overflow) as
+    /// checkedPlace
+    void replace(std::size_t row, std::string_view text);
     /// Gives back the memory that was put by for more texts.
     void finish();
 

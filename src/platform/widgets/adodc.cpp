@@ -32,6 +32,13 @@ void Adodc::refresh(const ReadProgress& progress) {
     Q_EMIT rowsChanged();
 }
 
+void Adodc::refreshRow(qint64 identity) {
+    if (!m_rows.readRow(*connection(), identity))
+        return;
+    settleCurrent();
+    Q_EMIT rowsChanged();
+}
+
 void Adodc::setSort(const QString& sort) {
     m_rows.setSort(sort);
     settleCurrent();

@@ -43,6 +43,10 @@ public:
     /// @throws RuntimeError the engine's failure; the rows of before stay
     void refresh(const ReadProgress& progress = {});
 
+    /// Reads one row anew, by one look-up: another till may have changed it since. A row that is gone stays
+    /// as it was. @throws RuntimeError the engine's failure
+    void refreshRow(qint64 identity);
+
     /// The rows as they were last read. To be looked at: what changes them goes through this control, so that
     /// every grid on it learns of it.
     const RowSet& recordset() const { return m_rows; }

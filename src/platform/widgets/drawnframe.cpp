@@ -73,6 +73,18 @@ void vkFrame::setLook(FrameRole role) {
         setCornerRadius(0);
         return;
     }
+    m_borderWidth = 1;
+    if (role == FrameRole::adds || role == FrameRole::edits) {
+        const bool adds = role == FrameRole::adds;
+        m_borderWidth = 2;
+        setBackcolor1(roleColor(ColorRole::card));
+        setBackcolor2(roleColor(ColorRole::card));
+        setBordercolor(roleColor(adds ? ColorRole::addRim : ColorRole::editRim));
+        setForecolor(roleColor(adds ? ColorRole::stripInk : ColorRole::editStripInk));
+        setTitlecolor1(roleColor(adds ? ColorRole::addStripLeft : ColorRole::editStripLeft));
+        setTitlecolor2(roleColor(adds ? ColorRole::addStripRight : ColorRole::editStripRight));
+        return;
+    }
     const bool page = role == FrameRole::page;
     if (page) {
         constexpr int stripHeight = 48;
@@ -209,6 +221,14 @@ void vkFrame::paintEvent(QPaintEvent*) {
     paintFace(painter, bounds, radius, m_backcolor1, m_backcolor2, m_bordercolor, false);
     if (!m_caption.isEmpty())
         paintTitle(painter, bounds, radius);
+    if (m_borderWidth > 1) {
+        const double width = m_borderWidth * designScale(*this);
+        painter.setPen(QPen(m_bordercolor, width));
+        painter.setBrush(Qt::NoBrush);
+        const double inset = width / 2;
+        painter.drawRoundedRect(bounds.adjusted(inset, inset, -inset, -inset), radius - inset,
+                                radius - inset);
+    }
 }
 
 void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius) {
@@ -242,7 +262,8 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
         small.setWeight(QFont::Normal);
         m_note->fit(m_titleNote, small, pixels * 3 / 4, room.adjusted(room.width() / 2, 0, 0, 0),
                     Qt::AlignRight | Qt::AlignVCenter, 1);
-        m_note->paint(painter, roleColor(ColorRole::stripNote));
+        const bool onStrip = m_forecolor == roleColor(ColorRole::stripInk);
+        m_note->paint(painter, onStrip ? roleColor(ColorRole::stripNote) : m_forecolor);
         room.setRight(m_note->bounds().left() - padding);
     }
     m_title->fit(m_caption, font(), pixels, room, Qt::AlignLeft | Qt::AlignVCenter, 1);

@@ -103,6 +103,7 @@ private:
     std::optional<double> m_progress;
     int m_titleHeight = 0;
     int m_cornerRadius = 9;
+    int m_borderWidth = 1;
     int m_titleMargin = 0;  // what the title bar takes of the contents' upper margin
 };
 

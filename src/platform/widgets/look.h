@@ -30,6 +30,13 @@ enum class ColorRole {
     selectionBar,  ///< at the left of the current row
     editedRow,     ///< the row that an open entry frame edits
     editedBar,
+    addStripLeft,   ///< the strip of an entry frame in which a record is added, from left …
+    addStripRight,  ///< … to right
+    addRim,
+    editStripLeft,  ///< the same where one is changed
+    editStripRight,
+    editStripInk,
+    editRim,
     filterStrip,
     filterCell,
     filterInForce,  ///< a cell that holds a text
@@ -94,6 +101,8 @@ enum class FrameRole {
     alert,     ///< a card that tells of something gone wrong
     page,      ///< the window's ground, to its edges, with a title strip as high as a touch
     backdrop,  ///< a dark ground that fills its place to the edges
+    adds,      ///< a card in which a record is added
+    edits,     ///< a card in which a record is changed
 };
 
 /// Gives every control below a screen the font size, the weight and the text margins of the role that its

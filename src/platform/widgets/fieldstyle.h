@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace kovanix {
+
+/// The style of the till's entry fields, on top of the toolkit's own: a rim of one pixel, two in the colour
+/// of the focus while the field has it, and a ground that shows whether it can be used.
+class FieldStyle : public QProxyStyle {
+    Q_OBJECT
+
+public:
+    using QProxyStyle::QProxyStyle;
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};
+
+}  // namespace kovanix

@@ -1,0 +1,29 @@
+#include "screens/capitals.h"
+
+#include <QTextBoundaryFinder>
+
+#include "app/modTurkce.h"
+
+namespace kovanix {
+
+KeyFilter::KeyPress capitals() {
+    return [](int code) {
+        if (code == u'\r')
+            return 0;
+        const auto character = static_cast<char32_t>(code);
+        const QList<uint> capital = buyukharf(QString::fromUcs4(&character, 1)).toUcs4();
+        return capital.size() == 1 ? static_cast<int>(capital.front()) : code;
+    };
+}
+
+QString cutToField(const QString& text) {
+    constexpr qsizetype longest = 50;
+    if (text.size() <= longest)
+        return text;
+    // A letter may be followed by marks that belong to it.
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text);
+    letters.setPosition(longest);
+    return text.left(letters.isAtBoundary() ? longest : letters.toPreviousBoundary());
+}
+
+}  // namespace kovanix

@@ -1,0 +1,78 @@
+#include "screens/entryframe.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "desktop/focus.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int stripHeight = 40;
+
+/// Turns pasted line ends and tabs into blanks, the caret where it was.
+void keepOnOneLine(QLineEdit& box) {
+    QString text = box.text();
+    for (QChar& sign : text) {
+        if (sign == u'\t' || sign == u'\n' || sign == u'\r' || sign == QChar::LineSeparator ||
+            sign == QChar::ParagraphSeparator)
+            sign = u' ';
+    }
+    if (text == box.text())
+        return;
+    const int caret = box.cursorPosition();
+    box.setText(text);
+    box.setCursorPosition(caret);
+}
+
+}  // namespace
+
+EntryFrame::EntryFrame(QWidget* parent) : vkFrame(parent) {
+    setTitleHeight(stripHeight);
+    setCornerRadius(8);
+    setMode(u"EKLE"_s);
+}
+
+void EntryFrame::setFields(const QList<Field>& fields) {
+    for (const Field& field : fields) {
+        m_boxes.append(field.box);
+        connect(field.box, &QLineEdit::textEdited, this, [box = field.box] { keepOnOneLine(*box); });
+        new KeyFilter(
+            *field.box,
+            [next = field.next](int key) {
+                if (key == Qt::Key_Return && next)
+                    giveFocus(*next);
+            },
+            [accepts = field.accepts](int code) {
+                return code == u'\r' ? 0 : accepts ? accepts(code) : code;
+            });
+    }
+}
+
+void EntryFrame::setMode(const QString& caption, const QString& record) {
+    setCaption(caption);
+    setLook(adds() ? FrameRole::adds : FrameRole::edits);
+    setTitleIcon(QIcon(adds() ? u":/icons/plus.svg"_s : u":/icons/pencil.svg"_s));
+    setTitleNote(record);
+}
+
+bool EntryFrame::adds() const {
+    return caption() == u"EKLE";
+}
+
+void EntryFrame::clearFields() {
+    for (QLineEdit* box : m_boxes)
+        box->setText({});
+}
+
+void EntryFrame::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && m_cancel)
+        m_cancel->click();
+    else
+        vkFrame::keyPressEvent(event);
+}
+
+}  // namespace kovanix

@@ -1,0 +1,135 @@
+#include "screens/recordscreen.h"
+
+#include <QLineEdit>
+
+#include "app/modTurkce.h"
+#include "data/baglanmamodulu.h"
+#include "desktop/focus.h"
+#include "desktop/folders.h"
+#include "desktop/messagebox.h"
+#include "runtime/attempt.h"
+#include "screens/boxes.h"
+#include "screens/entryframe.h"
+#include "widgets/adodc.h"
+#include "widgets/tdbgrid.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+RecordScreen::RecordScreen(const ListTraits& list, const RecordTraits& records)
+    : ListScreen(list), m_records(records) {}
+
+RecordScreen::~RecordScreen() = default;
+
+void RecordScreen::setUpRecords(const RecordControls& controls) {
+    m_controls = controls;
+}
+
+void RecordScreen::openToAdd() {
+    m_controls.frame->setMode(u"EKLE"_s, m_records.newRecord);
+    m_controls.frame->clearFields();
+    grid().setEditedRow({});
+    m_controls.frame->show();
+    giveFocus(*m_controls.firstField);
+}
+
+bool RecordScreen::takeSelectedRow() {
+    m_controls.frame->setMode(u"D!ZENLE"_s);
+    if (selected().text().isEmpty()) {
+        uyarimesaj(m_records.nothingToEdit, MessageBoxStyle::ok);
+        return false;
+    }
+    const RowSet& rows = data().recordset();
+    if (rows.recordCount() == 0) {
+        uyarimesaj(m_records.emptyList, MessageBoxStyle::ok);
+        return false;
+    }
+    attempt([&] { data().refreshRow(rows.identity(rows.current())); });
+    return true;
+}
+
+QString RecordScreen::cell(int column) const {
+    return grid().column(column).value();
+}
+
+void RecordScreen::openToEdit(const QString& name, QWidget& focus) {
+    const RowSet& rows = data().recordset();
+    m_controls.frame->setMode(m_controls.frame->caption(), name);
+    m_controls.frame->show();
+    grid().setEditedRow(rows.identity(rows.current()));
+    giveFocus(focus);
+}
+
+bool RecordScreen::store(const std::function<void()>& statements) {
+    const auto failure = attempt([&] { storeTogether(statements); });
+    kayitkapat();
+    if (failure)
+        tellDatabaseFailure(*failure);
+    return !failure;
+}
+
+void RecordScreen::goOnAdding() {
+    m_controls.frame->clearFields();
+    grid().setEditedRow({});
+    showRows();
+    giveFocus(grid());
+    giveFocus(*m_controls.firstField);
+    m_controls.frame->setMode(u"EKLE"_s, m_records.newRecord);
+}
+
+void RecordScreen::closeFrame() {
+    m_controls.frame->setMode(u"EKLE"_s);
+    m_controls.frame->hide();
+    grid().setEditedRow({});
+}
+
+void RecordScreen::deleteSelected() {
+    const QString number = selected().text();
+    if (number.isEmpty()) {
+        uyarimesaj(m_records.nothingToDelete, MessageBoxStyle::ok);
+        return;
+    }
+    const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
+    if (mesajsor(m_records.deleteQuestion, style, metin(u"MSG_SILME_ONAY_BASLIK"_s)) != MessageBoxAnswer::yes)
+        return;
+    if (!baglantihazir()) {
+        tellNoDatabase();
+        return;
+    }
+    // One look-up finds the row, so that these have nothing to read.
+    m_controls.deletionData->setConnectionString(baglantiyazisi());
+    m_controls.deletionData->setRecordSource(listTraits().source);
+    attempt([this] { m_controls.deletionGrid->setDataSource(*m_controls.deletionData); });
+    bool deleted = false;
+    if (const auto failure = attempt([&] { deleted = deleteRow(number); })) {
+        tellDatabaseFailure(*failure);
+        return;
+    }
+    if (deleted) {
+        uyarimesaj(m_records.deleted, MessageBoxStyle::ok);
+        showRows();
+        giveFocus(grid());
+    }
+    selected().setText({});
+}
+
+/// @return whether there was such a row. @throws RuntimeError
+bool RecordScreen::deleteRow(const QString& number) {
+    Recordset rows;
+    rows.open(u"select * from "_s + listTraits().source, baglanti());
+    if (!rows.find(u"no like '" + sqllike(number) + u'\'') || nullmetin(rows.field(u"no"_s)) != number)
+        return false;
+    storeTogether([&] {
+        rows.deleteCurrent();
+        rows.update();
+    });
+    return true;
+}
+
+void RecordScreen::exportList() {
+    attempt([this] { grid().exportToFile(drivePath(m_records.exportPath), false); });
+    uyarimesaj(m_records.exported, MessageBoxStyle::ok);
+}
+
+}  // namespace kovanix
