@@ -140,7 +140,8 @@ private Q_SLOTS:
         Window meant(m_log), active(m_log);
         meant.show();
         active.showActive();
-        connect(qApp, &QApplication::focusChanged, &meant, [&meant](QWidget* /*old*/, QWidget* now) {
+        const QObject whileBothStand;
+        connect(qApp, &QApplication::focusChanged, &whileBothStand, [&meant](QWidget* /*old*/, QWidget* now) {
             if (now == meant.second && !meant.property("once").toBool()) {
                 meant.setProperty("once", true);
                 meant.first->setFocus();
