@@ -86,10 +86,11 @@ KeyboardScreen::KeyboardScreen(KeyboardKind kind, Make make) : m_kind(kind), m_m
     ui.yazilan->setAlignment((kind == KeyboardKind::full ? Qt::AlignLeft : Qt::AlignRight) |
                              Qt::AlignVCenter);
     addKeys();
-    ui.kapat = addButton(u"kapat"_s, u"KAPAT"_s, "tile");
+    ui.kapat = addButton(u"kapat"_s, u"KAPAT"_s, kind == KeyboardKind::full ? "tile" : "wide");
     ui.kapat->setLook(FaceRole::slate);
     ui.kapat->setIcon(QIcon(u":/icons/x.svg"_s));
     ui.kapat->setIconSize({22, 22});
+    ui.kapat->setIconPlace(DrawnButton::IconPlace::beside);
     applyTextRoles(*this);
 
     connect(ui.nereye, &QLineEdit::textChanged, this, &KeyboardScreen::nereye_change);

@@ -137,10 +137,10 @@ void DrawnButton::setFontsize(int points) {
     update();
 }
 
-void DrawnButton::setIconAbove(bool above) {
-    if (m_iconAbove == above)
+void DrawnButton::setIconPlace(IconPlace place) {
+    if (m_iconPlace == place)
         return;
-    m_iconAbove = above;
+    m_iconPlace = place;
     m_arrangement->key = {};
     update();
 }
@@ -280,8 +280,10 @@ void DrawnButton::arrange() {
     if (!icon().isNull() && box.width() >= 1 && box.height() >= 1) {
         const bool alone = m_caption.trimmed().isEmpty();
         const QSizeF given = QSizeF(iconSize()) * scale;
-        const double textRoom = (m_iconAbove ? 1.3 : 2.2) * std::min(wanted, 40);
-        const bool above = !alone && (m_iconAbove || box.height() >= given.height() + textRoom);
+        const bool low = m_iconPlace == IconPlace::above;
+        const double textRoom = (low ? 1.3 : 2.2) * std::min(wanted, 40);
+        const bool above =
+            !alone && m_iconPlace != IconPlace::beside && (low || box.height() >= given.height() + textRoom);
         QSizeF room = box.size();
         if (above)
             room.setHeight(room.height() - textRoom);
@@ -297,7 +299,7 @@ void DrawnButton::arrange() {
             // Icon and caption together stand in the middle of the face.
             const double textHeight =
                 std::min(box.height() - real.height(),
-                         m_iconAbove ? 1.5 * wanted : 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
+                         low ? 1.5 * wanted : 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
             const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
             parts.icon.moveTopLeft(QPointF(box.center().x() - real.width() / 2, top));
             box.setTop(parts.icon.bottom());

@@ -71,6 +71,7 @@ class TestDrawnButton : public QObject {
         QString caption;
         QPoint place;
         bool atEdge = false;
+        DrawnButton::IconPlace iconPlace = DrawnButton::IconPlace::byHeight;
     };
     struct HeldPressRow {
         std::function<void(vkCommand&)> end;
@@ -231,10 +232,13 @@ private Q_SLOTS:
     }
 
     void iconIsPainted_data() {
+        using enum DrawnButton::IconPlace;
         addRows<IconIsPaintedRow>(
             {{"beside the caption, both in the middle", {QSize(160, 44), u"BUL"_s, QPoint(60, 22)}},
              {"at the edge", {QSize(160, 44), u"BUL"_s, QPoint(20, 22), true}},
              {"above the caption", {QSize(100, 110), u"BUL"_s, QPoint(50, 40)}},
+             {"above it on a low button", {QSize(160, 60), u"BUL"_s, QPoint(80, 20), false, above}},
+             {"beside it on a high button", {QSize(160, 110), u"BUL"_s, QPoint(60, 55), false, beside}},
              {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
     void iconIsPainted() {
@@ -246,6 +250,7 @@ private Q_SLOTS:
         button.setIcon(QIcon(icon));
         button.setIconSize(QSize(28, 28));
         button.setIconAtEdge(row.atEdge);
+        button.setIconPlace(row.iconPlace);
         button.setCaption(row.caption);
         // A shape in the caption's colour, whatever its own is.
         button.setForecolor(Qt::darkGreen);
