@@ -18,6 +18,7 @@ namespace {
 
 constexpr double designRadius = 8.0;
 constexpr int designTouchSize = 44;
+constexpr int smallestCommand = 7;  // pixels
 const QColor slotGrey(0x7C, 0x87, 0x94);
 const QColor slotRim(0x88, 0x94, 0xA2);
 constexpr double plusArm = 8.0;  // of a sign of 24, at the design size
@@ -168,6 +169,14 @@ void DrawnButton::setCaptionLines(int lines) {
     update();
 }
 
+void DrawnButton::setCaptionIsName(bool isName) {
+    if (m_captionIsName == isName)
+        return;
+    m_captionIsName = isName;
+    m_arrangement->key = {};
+    update();
+}
+
 void DrawnButton::setHoldTime(int milliseconds) {
     m_holdTime = std::max(0, milliseconds);
     if (m_holdTime == 0)
@@ -258,6 +267,11 @@ double DrawnButton::cornerRadius() const {
     return std::min(designRadius * designScale(*this), std::min(width(), height()) / 3.0);
 }
 
+void DrawnButton::fitCaption(const QRectF& box, int wanted) {
+    m_arrangement->caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines,
+                               m_captionIsName ? FittedText::smallestLegible : smallestCommand);
+}
+
 void DrawnButton::arrange() {
     const double scale = designScale(*this);
     const double ratio = devicePixelRatioF();
@@ -310,7 +324,12 @@ void DrawnButton::arrange() {
         }
     }
 
-    parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines);
+    fitCaption(box, wanted);
+    if (parts.caption.pixelSize() < std::min(wanted, FittedText::smallestLegible)) {
+        // The margins make way first.
+        box.adjust(-paddingX / 2, 0, paddingX / 2, paddingY * 3 / 4);
+        fitCaption(box, wanted);
+    }
     parts.pill = {};
     if (m_keyHint.isEmpty()) {
         const bool beside = !parts.icon.isNull() && box.left() > parts.icon.right();
@@ -319,7 +338,7 @@ void DrawnButton::arrange() {
             const double wide = parts.icon.width() + paddingX + parts.caption.bounds().width();
             parts.icon.moveLeft((width() - wide) / 2);
             box.translate(parts.icon.right() + paddingX - parts.caption.bounds().left(), 0);
-            parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines);
+            fitCaption(box, wanted);
         }
         return;
     }
@@ -347,11 +366,11 @@ void DrawnButton::arrange() {
         beside.setLeft(std::max(box.left(), parts.pill.right() + 2));
     if (atRight || centred)
         beside.setRight(std::min(box.right(), width() - inset - pillWidth - 2));
-    parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, m_captionLines);
+    fitCaption(beside, wanted);
     const int besideSize = parts.caption.pixelSize();
-    parts.caption.fit(m_caption, font(), wanted, below, m_captionAlignment, m_captionLines);
+    fitCaption(below, wanted);
     if (besideSize > parts.caption.pixelSize())
-        parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, m_captionLines);
+        fitCaption(beside, wanted);
 }
 
 DrawnButton::State DrawnButton::state() const {

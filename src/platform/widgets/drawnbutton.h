@@ -32,6 +32,7 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
     Q_PROPERTY(IconPlace iconPlace READ iconPlace WRITE setIconPlace)
     Q_PROPERTY(bool iconAtEdge READ isIconAtEdge WRITE setIconAtEdge)
+    Q_PROPERTY(bool captionIsName READ isCaptionName WRITE setCaptionIsName)
     Q_PROPERTY(int captionLines READ captionLines WRITE setCaptionLines)
     Q_PROPERTY(int holdTime READ holdTime WRITE setHoldTime)
     Q_PROPERTY(Qt::Alignment captionAlignment READ captionAlignment WRITE setCaptionAlignment)
@@ -52,6 +53,11 @@ public:
     /// Painted as it stands; breaks into lines where it doesn't fit, and shrinks where the lines don't fit
     /// either.
     void setCaption(const QString& text);
+
+    /// Whether the caption is a name that somebody typed, of any length: that ends in an ellipsis before it
+    /// gets too small to be read. What a button does is never cut.
+    bool isCaptionName() const { return m_captionIsName; }
+    void setCaptionIsName(bool isName);
 
     /// The role that the colours, the rim and the disabled state come from. A colour that is set by itself
     /// ends it.
@@ -126,6 +132,7 @@ private:
 
     void setColor(QColor& member, const QColor& color);
     void arrange();
+    void fitCaption(const QRectF& box, int wanted);
     State state() const;
     QColor outlineAt(const State& state, const QRectF& part, double wanted) const;
     void paintIcon(QPainter& painter, const State& state);
@@ -143,6 +150,7 @@ private:
     int m_fontsize = 0;
     IconPlace m_iconPlace = IconPlace::byHeight;
     bool m_iconAtEdge = false;
+    bool m_captionIsName = false;
     int m_captionLines = 3;
     int m_holdTime = 0;
     QBasicTimer m_hold;   // runs while a press may still become a held one

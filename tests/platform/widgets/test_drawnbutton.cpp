@@ -266,6 +266,8 @@ private Q_SLOTS:
              {"backcolorpushed2", {QByteArray("backcolorpushed2"), QVariant(QColor(1, 2, 3))}},
              {"forecolor", {QByteArray("forecolor"), QVariant(QColor(1, 2, 3))}},
              {"keyHint", {QByteArray("keyHint"), QVariant(u"F2"_s)}},
+             {"iconPlace", {QByteArray("iconPlace"), QVariant::fromValue(DrawnButton::IconPlace::beside)}},
+             {"captionIsName", {QByteArray("captionIsName"), QVariant(true)}},
              {"fontsize", {QByteArray("fontsize"), QVariant(20)}}});
     }
     void sameValuesDontRepaint() {
