@@ -17,7 +17,11 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 }
 
 void OpenedScreen::leave() {
-    m_taps->windowCloses();
+    leave(false);
+}
+
+void OpenedScreen::leave(bool onRequest) {
+    m_taps->windowCloses(onRequest);
     ScreenRegistry::unload(*this);
     giveFocusBack();
 }
@@ -28,8 +32,7 @@ void OpenedScreen::giveFocusBack() {
 
 void OpenedScreen::closeEvent(QCloseEvent* event) {
     event->accept();
-    m_taps->windowCloses(true);
-    leave();
+    leave(true);
 }
 
 void OpenedScreen::keyPressEvent(QKeyEvent* event) {

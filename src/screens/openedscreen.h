@@ -32,6 +32,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void leave(bool onRequest);
+
     QAbstractButton* m_closeButton = nullptr;
     const TapGuard* m_taps = new TapGuard(*this);
 };
