@@ -10,7 +10,6 @@
 #include "appearance/mdlMonitors.h"
 #include "desktop/focus.h"
 #include "desktop/sendkeys.h"
-#include "desktop/tapguard.h"
 #include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/drawnframe.h"
@@ -258,9 +257,6 @@ void KeyboardScreen::open(int code, QWidget& opener) {
     m_entered = nullptr;
     const Qt::Alignment place =
         m_kind == KeyboardKind::full ? Qt::AlignBottom | Qt::AlignHCenter : Qt::AlignRight | Qt::AlignVCenter;
-    // The picture's second tap must not type.
-    if (const auto* taps = isVisible() ? nullptr : opener.window()->findChild<TapGuard*>())
-        taps->windowOpens(*this);
     showInFront(*this, {.opener = &opener, .place = place});
     ui.nereye->setText(QString::number(code));
     ui.yazilan->setFocus();

@@ -17,11 +17,6 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 }
 
 void OpenedScreen::leave() {
-    leave(false);
-}
-
-void OpenedScreen::leave(bool onRequest) {
-    m_taps->windowCloses(onRequest);
     ScreenRegistry::unload(*this);
     giveFocusBack();
 }
@@ -32,7 +27,7 @@ void OpenedScreen::giveFocusBack() {
 
 void OpenedScreen::closeEvent(QCloseEvent* event) {
     event->accept();
-    leave(true);
+    leave();
 }
 
 void OpenedScreen::keyPressEvent(QKeyEvent* event) {

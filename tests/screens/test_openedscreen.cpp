@@ -109,21 +109,6 @@ private Q_SLOTS:
         QVERIFY(workplace.isActiveWindow());
     }
 
-    // However it was closed, one watches for the taps that follow.
-    void tapsAreDroppedOnce_data() { closing_data(); }
-    void tapsAreDroppedOnce() {
-        QFETCH(const Closing, row);
-        const auto watchers = [] {
-            return qApp->findChildren<QObject*>("tapDropper", Qt::FindDirectChildrenOnly).size();
-        };
-        QTRY_COMPARE(watchers(), 0);
-        openInFront<Workplace>();
-        Opened& opened = openInFront<Opened>();
-        QTest::mouseClick(&opened, Qt::LeftButton, {}, opened.rect().bottomRight() - QPoint(4, 4));
-        row.close(opened);
-        QCOMPARE(watchers(), 1);
-    }
-
     void aDisabledCloseButtonStaysDead() {
         Opened& opened = openInFront<Opened>();
         opened.button.setEnabled(false);

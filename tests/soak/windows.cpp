@@ -7,7 +7,6 @@
 #include <QLineEdit>
 
 #include "cashier.h"
-#include "desktop/tapguard.h"
 #include "hands.h"
 #include "player.h"
 #include "runtime/screen.h"
@@ -154,7 +153,6 @@ void Cashier::addWindow(const WindowRow& row) {
         add(u'"' + exit + u"\" of " + name, 10, row.leadsToBarcode ? toBarcode : 0, possible, [=, this] {
             m_announce(u"leaves " + name + u" by \"" + exit + u'"');
             m_deed.until = [name] { return !isInFront(name); };
-            TapGuard::reset();  // the soak is quicker than any finger
             if (exit == u"X")
                 front()->close();
             else if (exit == u"Escape")
