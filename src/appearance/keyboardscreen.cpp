@@ -264,8 +264,12 @@ void KeyboardScreen::open(int code, QWidget& opener) {
 
 void KeyboardScreen::nereye_change() {
     const KeyboardTarget* target = keyboardTarget(m_kind, ui.nereye->text());
+    const bool secret = target && target->secret;
+    if (!secret && !ui.yazilan->passwordchar().isEmpty())
+        ui.yazilan->setText({});  // a password is neither shown nor handed to anybody else
     ui.yazilan->setLabel(target ? target->label.toString() : QString());
-    ui.yazilan->setPasswordchar(target && target->secret ? u"*"_s : QString());
+    ui.yazilan->setPasswordchar(secret ? u"*"_s : QString());
+    ui.yazilan->fitText();
 }
 
 void KeyboardScreen::vkCommand1_click(int index) {

@@ -204,6 +204,10 @@ void DrawnButton::mousePressEvent(QMouseEvent* event) {
     if (!self)
         return;
     if (event->button() != Qt::LeftButton) {
+        // What another button has done meanwhile, a finger that is down doesn't do once more.
+        m_hold.stop();
+        m_held = isDown();
+        setDown(false);
         event->accept();
         return;
     }
@@ -240,6 +244,7 @@ void DrawnButton::mouseReleaseEvent(QMouseEvent* event) {
 
 void DrawnButton::hideEvent(QHideEvent* event) {
     m_hold.stop();
+    setDown(false);
     QAbstractButton::hideEvent(event);
 }
 

@@ -353,6 +353,21 @@ private Q_SLOTS:
         QCOMPARE(clicked.count(), 1);
     }
 
+    // With the mouse: the right press has done its work, the left one must not sell besides.
+    void aRightPressEndsALeftOne() {
+        vkCommand button;
+        button.resize(buttonSize);
+        const QSignalSpy down(&button, &DrawnButton::mousedown);
+        const QSignalSpy clicks(&button, &QAbstractButton::clicked);
+        QTest::mousePress(&button, Qt::LeftButton);
+        QTest::mouseClick(&button, Qt::RightButton);
+        QTest::mouseRelease(&button, Qt::LeftButton);
+        QCOMPARE(down.size(), 2);
+        QCOMPARE(clicks.size(), 0);
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicks.size(), 1);
+    }
+
     void aPressThatComesBackIsHeldAnew() {
         vkCommand button;
         button.resize(buttonSize);
