@@ -8,6 +8,7 @@
 #include "app/tekornek.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/application.h"
+#include "desktop/tapguard.h"
 
 namespace kovanix {
 
@@ -32,6 +33,7 @@ void startConnection() {
 int runTill(int argc, char** argv) {
     Application application(argc, argv);
     prepareApplication();
+    const TapGuard taps;
 
     QCommandLineParser commandLine;
     commandLine.setApplicationDescription(u"Kovanix: küçük dükkânlar için satış kasası"_s);

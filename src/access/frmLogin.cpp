@@ -22,7 +22,6 @@
 #include "desktop/folders.h"
 #include "desktop/messagebox.h"
 #include "desktop/shell.h"
-#include "desktop/tapguard.h"
 #include "runtime/attempt.h"
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
@@ -81,7 +80,6 @@ void startBeside(const QString& storedName) {
 
 frmLogin::frmLogin() {
     ui.setupUi(this);
-    new TapGuard(*this);
     ui.kullanici->setItemDelegate(new UserRows(ui.kullanici));
     applyTextRoles(*this);
     setForeColor(*ui.ver, roleColor(ColorRole::mutedInk, Tone::dark));

@@ -98,7 +98,10 @@ void KeyboardField::paintEvent(QPaintEvent* event) {
         return;
     const QFont small = labelFont();
     const int labelHeight = QFontMetrics(small).height();
-    const int top = std::max(2, (height() - labelHeight - fontMetrics().height()) / 2);
+    // By the text's full size: the label stays where it is when a long text is written smaller.
+    QFont full = font();
+    full.setPixelSize(std::max(m_fullPixels, 1));
+    const int top = std::max(2, (height() - labelHeight - QFontMetrics(full).height()) / 2);
     painter.setFont(small);
     painter.setPen(roleColor(ColorRole::mutedInk));
     const int side = textMargins().left() + static_cast<int>(2 * designScale(*this));

@@ -17,6 +17,9 @@ public:
     /// Empty for none: the text then has the whole box.
     void setLabel(const QString& label);
 
+    /// Finds the size that suits the text as it is displayed; by itself behind every change of the text.
+    void fitText();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -25,7 +28,6 @@ protected:
 private:
     QFont labelFont() const;
     void placeText();
-    void fitText();
     void paintFocusLine(QPainter& painter) const;
 
     QString m_label;

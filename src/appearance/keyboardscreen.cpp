@@ -10,7 +10,6 @@
 #include "appearance/mdlMonitors.h"
 #include "desktop/focus.h"
 #include "desktop/sendkeys.h"
-#include "desktop/tapguard.h"
 #include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/drawnframe.h"
@@ -86,10 +85,11 @@ KeyboardScreen::KeyboardScreen(KeyboardKind kind, Make make) : m_kind(kind), m_m
     ui.yazilan->setAlignment((kind == KeyboardKind::full ? Qt::AlignLeft : Qt::AlignRight) |
                              Qt::AlignVCenter);
     addKeys();
-    ui.kapat = addButton(u"kapat"_s, u"KAPAT"_s, "tile");
+    ui.kapat = addButton(u"kapat"_s, u"KAPAT"_s, kind == KeyboardKind::full ? "tile" : "wide");
     ui.kapat->setLook(FaceRole::slate);
     ui.kapat->setIcon(QIcon(u":/icons/x.svg"_s));
     ui.kapat->setIconSize({22, 22});
+    ui.kapat->setIconPlace(DrawnButton::IconPlace::beside);
     applyTextRoles(*this);
 
     connect(ui.nereye, &QLineEdit::textChanged, this, &KeyboardScreen::nereye_change);
@@ -257,9 +257,6 @@ void KeyboardScreen::open(int code, QWidget& opener) {
     m_entered = nullptr;
     const Qt::Alignment place =
         m_kind == KeyboardKind::full ? Qt::AlignBottom | Qt::AlignHCenter : Qt::AlignRight | Qt::AlignVCenter;
-    // The picture's second tap must not type.
-    if (const auto* taps = isVisible() ? nullptr : opener.window()->findChild<TapGuard*>())
-        taps->windowOpens(*this);
     showInFront(*this, {.opener = &opener, .place = place});
     ui.nereye->setText(QString::number(code));
     ui.yazilan->setFocus();
@@ -267,8 +264,12 @@ void KeyboardScreen::open(int code, QWidget& opener) {
 
 void KeyboardScreen::nereye_change() {
     const KeyboardTarget* target = keyboardTarget(m_kind, ui.nereye->text());
+    const bool secret = target && target->secret;
+    if (!secret && !ui.yazilan->passwordchar().isEmpty())
+        ui.yazilan->setText({});  // a password is neither shown nor handed to anybody else
     ui.yazilan->setLabel(target ? target->label.toString() : QString());
-    ui.yazilan->setPasswordchar(target && target->secret ? u"*"_s : QString());
+    ui.yazilan->setPasswordchar(secret ? u"*"_s : QString());
+    ui.yazilan->fitText();
 }
 
 void KeyboardScreen::vkCommand1_click(int index) {

@@ -19,7 +19,6 @@
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
-#include "desktop/tapguard.h"
 #include "runtime/attempt.h"
 #include "runtime/clock.h"
 #include "runtime/process.h"
@@ -54,7 +53,6 @@ void SalesControls::setupUi(QWidget* screen) {
 
 satisekrani::satisekrani() {
     ui.setupUi(this);
-    new TapGuard(*this);
     ui.satisekrani1->setRows(2);
     ui.satisekrani1->setCols(6);
     sizeGrid();

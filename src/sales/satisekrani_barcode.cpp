@@ -21,7 +21,7 @@ constexpr qsizetype longestQuantity = 8;
 
 void satisekrani::tus_click(int index) {
     if (index == clearKey) {
-        ui.adet->clear();
+        ui.adet->setText({});
     } else {
         const auto keys = controlArrayOf<vkCommand>(*this, u"tus"_s);
         giveFocus(*ui.adet);
@@ -34,7 +34,7 @@ int satisekrani::adet_keypress(int code) {
     // The text is measured as it stands before the key, whatever the key is.
     if (ui.adet->text().size() >= longestQuantity) {
         mesaj(u"ADET_LIMIT"_s, MessageBoxStyle::ok, QString());
-        ui.adet->clear();
+        ui.adet->setText({});
         giveFocus(*ui.barkod);
         return 0;
     }
@@ -49,7 +49,7 @@ void satisekrani::adet_keydown(int key) {
     splitLabelInEntry();
     goToEntryRow();
     urunekle();
-    ui.adet->clear();
+    ui.adet->setText({});
     giveFocus(*ui.barkod);
 }
 
@@ -67,9 +67,11 @@ void satisekrani::goToEntryRow() {
     grid.setCol(1);
 }
 
+// Here as everywhere on this screen by setText: QLineEdit::clear() keeps each letter to be undone, and a till
+// that scans all day never lets go of any.
 void satisekrani::clearEntry() {
-    ui.barkod->clear();
-    ui.adet->clear();
+    ui.barkod->setText({});
+    ui.adet->setText({});
     toplamhesapla();
     goToEntryRow();
 }
@@ -133,9 +135,9 @@ void satisekrani::sellBarcode() {
     urunkayit.close();
     goToEntryRow();
     grid.ensureRowVisible(grid.row());
-    ui.barkod->clear();
+    ui.barkod->setText({});
     toplamhesapla();
-    ui.adet->clear();
+    ui.adet->setText({});
     giveFocus(*ui.barkod);
 }
 

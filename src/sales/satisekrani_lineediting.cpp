@@ -117,11 +117,11 @@ void satisekrani::urunislemlerikapat_click() {
     });
     attempt([this] { toplamhesapla(); });
     ui.urunislemleri->hide();
-    ui.barkod->clear();
-    ui.satir->clear();
+    ui.barkod->setText({});
+    ui.satir->setText({});
     attempt([this] { goToEntryRow(); });
     attempt([this] { toplamhesapla(); });
-    ui.barkod->clear();
+    ui.barkod->setText({});
     giveFocus(*ui.barkod);
     ui.nereye->setText(quantityField());
 }
@@ -146,12 +146,12 @@ void satisekrani::urunsil_click() {
         attempt([this] { toplamhesapla(); });
         attempt([this] { goToEntryRow(); });
     }
-    ui.adet->clear();
+    ui.adet->setText({});
     ui.urunislemleri->hide();
     ui.nereye->setText(quantityField());
     ui.toplam->update();
     giveFocus(*ui.barkod);
-    ui.barkod->clear();
+    ui.barkod->setText({});
 }
 
 void satisekrani::connectLineEditing() {

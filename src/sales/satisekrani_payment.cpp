@@ -110,7 +110,7 @@ void satisekrani::ver3_click() {
     reformat(*ui.verilen, money);
     ui.ver2->setText(format(sayicevir(ui.ver2->text()), money));
     reformat(*ui.kalan, money);
-    ui.adet->clear();
+    ui.adet->setText({});
     giveFocus(*ui.barkod);
 }
 

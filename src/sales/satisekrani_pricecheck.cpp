@@ -46,7 +46,7 @@ void satisekrani::fiyargorbarkodu_keydown(int key) {
     } catch (const RuntimeError& error) {
         endLookUp(error);
     }
-    ui.fiyargorbarkodu->clear();
+    ui.fiyargorbarkodu->setText({});
     giveFocus(*ui.fiyargorbarkodu);
 }
 
@@ -71,11 +71,11 @@ void satisekrani::showPriceOf(const QString& barcode) {
 
 void satisekrani::clearPriceCheck() {
     for (QLineEdit* result : {ui.fiyargorbarkodu2, ui.fiyargoradi, ui.fiyargorfiyati})
-        result->clear();
+        result->setText({});
 }
 
 void satisekrani::fiyargorkapat_click() {
-    ui.fiyargorbarkodu->clear();
+    ui.fiyargorbarkodu->setText({});
     clearPriceCheck();
     ui.fiyatgorframe->hide();
     giveFocus(*ui.barkod);

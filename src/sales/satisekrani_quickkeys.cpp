@@ -97,7 +97,7 @@ void satisekrani::kisayol_click(int index) {
         return;
     }
     // The barcode of the last edit stays in its box, to be written over by the finder.
-    ui.hizliurunadi->clear();
+    ui.hizliurunadi->setText({});
     ui.kisayolhangisi->setText(QString::number(index));
     showQuickPanel();
 }
@@ -126,7 +126,7 @@ void satisekrani::kisayolkat_mousedown(int category, Qt::MouseButton button) {
     ui.hizliurunadi->setText(ayar(quickPageKey(category)));
     showQuickPanel();
     // The box opens empty, whatever the page is called. Required.
-    ui.hizliurunadi->clear();
+    ui.hizliurunadi->setText({});
     giveFocus(*ui.hizliurunadi);
 }
 
@@ -156,14 +156,14 @@ void satisekrani::kisayolkaydet_click() {
     storeQuickKey(edited);
     kisayolyukle();
     ui.Frame2->hide();
-    ui.hizliurunadi->clear();
+    ui.hizliurunadi->setText({});
     giveFocus(*ui.barkod);
 }
 
 void satisekrani::kisayolsil_click() {
     const QString edited = ui.kisayolhangisi->text();
-    ui.kisayolbarkod->clear();
-    ui.hizliurunadi->clear();
+    ui.kisayolbarkod->setText({});
+    ui.hizliurunadi->setText({});
     if (const auto category = quickCategory(edited)) {
         ayarla(quickPageKey(*category), ui.hizliurunadi->text());
         kisayolyukle();

@@ -66,8 +66,8 @@ void satisekrani::toplamyazisi(int length) {
 
 void satisekrani::satistemizle() {
     ui.toplam->setCaption(nothing());
-    ui.barkod->clear();
-    ui.adet->clear();
+    ui.barkod->setText({});
+    ui.adet->setText({});
     ui.verilen->setCaption(nothing());
     setCashQuietly(ui.verilen->caption());  // its change would leave a bare "0" in verilen
     ui.kalan->setCaption(nothing());

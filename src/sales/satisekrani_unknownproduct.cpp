@@ -26,8 +26,8 @@ void satisekrani::connectUnknownProduct() {
 
 void satisekrani::showUnknownProduct() {
     ui.bulunulamayaurun->setText(ui.barkod->text());
-    ui.barkod->clear();
-    ui.adet->clear();
+    ui.barkod->setText({});
+    ui.adet->setText({});
     toplamhesapla();
     showPanel(*ui.urunbulunamadiframesi);
     giveFocus(*ui.urunbuunamadibeklet);
@@ -40,15 +40,15 @@ void satisekrani::urunbuunamadibeklet_click() {
 void satisekrani::urunbuunamadibeklet_keydown(int key) {
     if (key != Qt::Key_Escape)
         return;
-    ui.urunadi->clear();
-    ui.urunsatisi->clear();
-    ui.barkod->clear();
+    ui.urunadi->setText({});
+    ui.urunsatisi->setText({});
+    ui.barkod->setText({});
     giveFocus(*ui.barkod);  // the panel stays
 }
 
 void satisekrani::urunsatisi_change() {
     if (!isNumeric(ui.urunsatisi->text()))
-        ui.urunsatisi->clear();
+        ui.urunsatisi->setText({});
 }
 
 void satisekrani::bununamayanurunfiyat_click(int index) {
@@ -69,8 +69,8 @@ void satisekrani::urunbuunamadikaydet_click() {
     try {
         createProduct();
         ui.barkod->setText(ui.bulunulamayaurun->text());
-        ui.urunadi->clear();
-        ui.urunsatisi->clear();
+        ui.urunadi->setText({});
+        ui.urunsatisi->setText({});
         ui.urunbulunamadiframesi->hide();
         giveFocus(*ui.barkod);
         urunekle();

@@ -17,7 +17,6 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 }
 
 void OpenedScreen::leave() {
-    m_taps->windowCloses();
     ScreenRegistry::unload(*this);
     giveFocusBack();
 }
@@ -28,7 +27,6 @@ void OpenedScreen::giveFocusBack() {
 
 void OpenedScreen::closeEvent(QCloseEvent* event) {
     event->accept();
-    m_taps->windowCloses(true);
     leave();
 }
 

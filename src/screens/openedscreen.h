@@ -1,6 +1,5 @@
 #pragma once
 
-#include "desktop/tapguard.h"
 #include "runtime/screen.h"
 
 class QAbstractButton;
@@ -8,8 +7,7 @@ class QAbstractButton;
 namespace kovanix {
 
 /// A screen that another one opens and that is left again. Escape presses its close button, the window's own
-/// X unloads it, and whichever way it goes, the keyboard is back where focusreturn.h says. Taps that follow
-/// the one that closed it are dropped.
+/// X unloads it, and whichever way it goes, the keyboard is back where focusreturn.h says.
 class OpenedScreen : public Screen {
     Q_OBJECT
 
@@ -33,7 +31,6 @@ protected:
 
 private:
     QAbstractButton* m_closeButton = nullptr;
-    const TapGuard* m_taps = new TapGuard(*this);
 };
 
 }  // namespace kovanix

@@ -258,6 +258,29 @@ private Q_SLOTS:
         QCOMPARE(field.font().pixelSize(), full);
     }
 
+    void theNameStaysWhereItIs() {
+        const KeyboardScreen& pad = openPad();
+        KeyboardField& field = *pad.ui.yazilan;
+        const auto topOfName = [&field] {
+            const QImage picture = field.grab().toImage();
+            constexpr int margin = 8;  // the focus line
+            for (int y = margin; y < picture.height(); ++y) {
+                for (int x = margin; x < 60; ++x) {
+                    if (picture.pixelColor(x, y).lightness() < 160)
+                        return y;
+                }
+            }
+            return -1;
+        };
+        field.setText("8");
+        const int full = field.font().pixelSize();
+        const int top = topOfName();
+        QVERIFY(top > 0 && top < field.height() / 2);
+        field.setText(QString(13, u'8'));
+        QVERIFY(field.font().pixelSize() < full);
+        QCOMPARE(topOfName(), top);
+    }
+
     void thePicturesOpenTheirKeyboards() {
         press(*ui().Image4);
         QVERIFY(loaded<klavyesayi>());

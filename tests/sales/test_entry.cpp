@@ -53,6 +53,22 @@ private Q_SLOTS:
         QCOMPARE(edit->text(), row.text);
     }
 
+    // What could be undone would be kept for as long as the till runs.
+    void whatWasTypedIsntKept() {
+        m_shop->scan(goods::milk);
+        QCOMPARE(ui().barkod->text(), "");
+        QVERIFY(!ui().barkod->isUndoAvailable());
+        m_shop->key(Qt::Key_F4);
+        m_shop->scan(goods::milk);
+        QCOMPARE(ui().fiyargorbarkodu->text(), "");
+        QVERIFY(!ui().fiyargorbarkodu->isUndoAvailable());
+        press(*ui().fiyargorkapat);
+        fillInUnknown("kiraz", "12");
+        press(*ui().urunbuunamadikaydet);
+        for (const QLineEdit* field : {ui().barkod, ui().adet, ui().urunadi, ui().urunsatisi})
+            QVERIFY2(!field->isUndoAvailable(), qPrintable(field->objectName()));
+    }
+
     void enterInAnEmptyBarcodeDoesNothing() {
         m_shop->ui().adet->setText("3");
         m_shop->key(Qt::Key_Return);

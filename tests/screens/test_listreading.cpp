@@ -1,15 +1,9 @@
-#include <QLineEdit>
-#include <QVBoxLayout>
 #include <memory>
 
 #include "../platform/widgets/paintcounter.h"
+#include "barelist.h"
 #include "runtests.h"
-#include "screens/listscreen.h"
 #include "shopfixture.h"
-#include "widgets/activeresize.h"
-#include "widgets/adodc.h"
-#include "widgets/drawnframe.h"
-#include "widgets/tdbgrid.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -30,33 +24,11 @@ const ListTraits products{
 };
 
 /// A list screen whose reading takes as long as it is told.
-class List : public ListScreen {
+class List : public BareList {
 public:
-    List() : ListScreen(products) {
-        auto* outer = new QVBoxLayout(this);
-        outer->setContentsMargins({});
-        outer->addWidget(&resizing);
-        auto* page = new QVBoxLayout(&resizing);
-        page->setContentsMargins({});
-        page->addWidget(&frame);
-        auto* inside = new QVBoxLayout(&frame);
-        inside->addWidget(&grid);
-        frame.setCaption(u"LISTE"_s);
-        frame.setLook(FrameRole::page);
-        selected.hide();
-        setUpList({&grid, &data, &selected, &resizing, &frame});
-    }
-
-    using ListScreen::connectData;
-    using ListScreen::showRows;
+    List() : BareList(products) {}
 
     std::chrono::milliseconds taken = 1h;
-
-    ActiveResize resizing;
-    vkFrame frame;
-    TDBGrid grid;
-    Adodc data;
-    QLineEdit selected{this};
 
 private:
     std::chrono::milliseconds readingTime() const override { return taken; }

@@ -1,20 +1,15 @@
 #include "screens/listscreen.h"
 
-#include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 #include <memory>
 
 #include "app/modTurkce.h"
+#include "barelist.h"
 #include "desktop/focus.h"
 #include "runtests.h"
 #include "runtime/attempt.h"
 #include "runtime/screenregistry.h"
 #include "shopfixture.h"
-#include "widgets/activeresize.h"
-#include "widgets/adodc.h"
-#include "widgets/drawnframe.h"
-#include "widgets/tdbgrid.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -46,26 +41,10 @@ const ListTraits& products() {
     return stored;
 }
 
-/// A list screen that has nothing of its own but its controls.
-class List : public ListScreen {
+/// A list screen with a field below its list.
+class List : public BareList {
 public:
-    List() : ListScreen(traits) {
-        auto* outer = new QVBoxLayout(this);
-        outer->setContentsMargins({});
-        outer->addWidget(&resizing);
-        auto* page = new QVBoxLayout(&resizing);
-        page->setContentsMargins({});
-        page->addWidget(&frame);
-        auto* inside = new QVBoxLayout(&frame);
-        inside->setContentsMargins(8, 8, 8, 8);
-        inside->addWidget(&grid);
-        inside->addWidget(&other);
-        grid.setObjectName(u"TDBGrid1"_s);
-        frame.setCaption(u"LISTE"_s);
-        frame.setLook(FrameRole::page);
-        selected.hide();
-        setUpList({&grid, &data, &selected, &resizing, &frame});
-    }
+    List() : BareList(traits) { frame.layout()->addWidget(&other); }
 
     void form_load() override {
         connectData();
@@ -75,15 +54,7 @@ public:
         grid.setFocus();
     }
 
-    using ListScreen::filter;
-    using ListScreen::showRows;
-
-    ActiveResize resizing;
-    vkFrame frame;
-    TDBGrid grid;
-    Adodc data;
     QLineEdit other;
-    QLineEdit selected{this};
 };
 
 enum class Act { click, doubleClick, press, move, release, key };

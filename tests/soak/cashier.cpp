@@ -19,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype longestQuantity = 8;
+constexpr int curiosity = 20;           // how much more readily something is done for the first time
 constexpr qsizetype longestField = 14;  // as far as this cashier goes; the fields take any length
 
 /// What each box of the till is titled, or the key of that, and the answers that it gets.
@@ -80,18 +81,21 @@ Cashier::Cashier(quint64 seed, const ShopLedger& ledger, const std::vector<Windo
 const Deed& Cashier::act() {
     m_deed = {};
     m_deed.before = viewOf(m_till);
+    const auto weightOf = [](const Action& action) {
+        return quint64(action.weight) * (action.made == 0 ? curiosity : 1);
+    };
     std::vector<Action*> possible;
     quint64 weights = 0;
     for (Action& action : m_actions) {
         if (action.possible()) {
             possible.push_back(&action);
-            weights += quint64(action.weight);
+            weights += weightOf(action);
         }
     }
     quint64 drawn = m_random.below(weights);  // a Tab is always possible
     auto chosen = possible.begin();
-    for (; drawn >= quint64((*chosen)->weight); ++chosen)
-        drawn -= quint64((*chosen)->weight);
+    for (; drawn >= weightOf(**chosen); ++chosen)
+        drawn -= weightOf(**chosen);
     Action& action = **chosen;
     ++action.made;
     m_deed.changesLine = action.may & aLine;

@@ -17,9 +17,9 @@ class QMessageBox;
 
 namespace kovanix {
 
-/// A cashier who acts by chance: each action is one that the screen allows at that moment, and none of those
-/// that end the process by design (Enter in an empty quantity, a scale's label that is too short, a yes to
-/// the question at the end).
+/// A cashier who acts by chance: each action is one that the screen allows at that moment, one that was never
+/// made so far more readily than the others, and none of those that end the process by design (Enter in an
+/// empty quantity, a scale's label that is too short, a yes to the question at the end).
 class Cashier {
 public:
     /// @param told  hears of each action just before it is made
@@ -36,6 +36,8 @@ public:
     /// The kinds of action that there are, and those that were never made so far.
     int kinds() const { return int(m_actions.size()); }
     QStringList neverMade() const;
+    /// The windows that were never opened so far.
+    const QStringList& neverOpened() const { return m_unopened; }
 
 private:
     using Test = std::function<bool()>;
@@ -90,6 +92,7 @@ private:
     satisekrani& m_till;
     SalesControls& ui;
     std::vector<Action> m_actions;
+    QStringList m_unopened;  // windows
     Deed m_deed;
 };
 

@@ -80,6 +80,7 @@ void ShopLedger::readShop() {
     }
     if (m_barcodes.isEmpty())
         m_trouble = u"the shop has no product that a scanner can bring"_s;
+    m_products.reserve(2 * m_products.size());  // nor does it grow later
     m_rows = rowsUpTo(all);
     m_lastRow = text(u"SELECT max(no) FROM satislar"_s).toLongLong();
     m_otherTables = otherTables();

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 
 #include "cashier.h"
-#include "desktop/tapguard.h"
 #include "hands.h"
 #include "player.h"
 #include "runtime/screen.h"
@@ -97,13 +96,15 @@ const std::vector<WindowRow>& knownWindows() {
          .ways = {{sales, "kisayolklavye"}},
          .exits = {"vkCommand1_100", "kapat", "Escape", "X"},
          .harmless = {"vkCommand1_73", "vkCommand1_42", "vkCommand1_101", "vkCommand1_102", "vkCommand1_103"},
+         .weight = 45,
          .leadsToBarcode = false},
         {.name = "klavyesayi",
          .ways = {{sales, "Image4"}},
          .exits = {"kapat", "Escape", "X"},
          .harmless = {"vkCommand1_0", "vkCommand1_14", "vkCommand1_19"},
          .clear = "vkCommand1_18",
-         .enter = "vkCommand1_39"},
+         .enter = "vkCommand1_39",
+         .weight = 45},
         {"saatt", {{sales, "saat", doublePress}}, {"", "Escape", "X"}},
     };
     return rows;
@@ -132,29 +133,32 @@ void Cashier::addWindows(const std::vector<WindowRow>& rows) {
 void Cashier::addWindow(const WindowRow& row) {
     using Gesture = WindowRow::Gesture;
     const QString& name = row.name;
+    if (!row.ways.empty())
+        m_unopened.append(name);
     for (const WindowRow::Way& way : row.ways) {
         const bool byKey = way.gesture == Gesture::key;
         const Test possible = [=, this] {
             return isInFront(way.from) && (byKey ? ui.barkod->hasFocus() : pressable(way.control) != nullptr);
         };
-        add(way.control + u" of " + way.from, way.from == u"satisekrani" ? 3 : 15, 0, possible, [=, this] {
-            m_announce(u"opens " + name + u" by " + way.control);
-            m_deed.until = [name] { return isInFront(name); };
-            if (byKey)
-                sendKey(QKeySequence(way.control)[0].key());
-            else if (way.gesture == Gesture::doublePress)
-                pressTwice(*pressable(way.control));
-            else
-                pressOn(*pressable(way.control),
-                        way.gesture == Gesture::rightPress ? Qt::RightButton : Qt::LeftButton);
-        });
+        add(way.control + u" of " + way.from, way.from == u"satisekrani" ? row.weight : 15, 0, possible,
+            [=, this] {
+                m_announce(u"opens " + name + u" by " + way.control);
+                m_unopened.removeOne(name);
+                m_deed.until = [name] { return isInFront(name); };
+                if (byKey)
+                    sendKey(QKeySequence(way.control)[0].key());
+                else if (way.gesture == Gesture::doublePress)
+                    pressTwice(*pressable(way.control));
+                else
+                    pressOn(*pressable(way.control),
+                            way.gesture == Gesture::rightPress ? Qt::RightButton : Qt::LeftButton);
+            });
     }
     for (const QString& exit : row.exits) {
         const Test possible = [=] { return isInFront(name) && (isKey(exit) || pressable(exit)); };
         add(u'"' + exit + u"\" of " + name, 10, row.leadsToBarcode ? toBarcode : 0, possible, [=, this] {
             m_announce(u"leaves " + name + u" by \"" + exit + u'"');
             m_deed.until = [name] { return !isInFront(name); };
-            TapGuard::reset();  // the soak is quicker than any finger
             if (exit == u"X")
                 front()->close();
             else if (exit == u"Escape")

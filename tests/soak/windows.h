@@ -28,6 +28,7 @@ struct WindowRow {
     QString choosing = {};
     /// The keys of a number pad that empty its box and hand a barcode over to the counter, where it is sold.
     QString clear = {}, enter = {};
+    int weight = 3;              ///< how often it is opened from the counter, beside the other actions there
     bool leadsToBarcode = true;  ///< or back to the box that it fills
 };
 

@@ -5,7 +5,6 @@
 #include "appearance/modTema.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/screensize.h"
-#include "desktop/tapguard.h"
 #include "runtime/clock.h"
 #include "runtime/process.h"
 #include "runtime/screenregistry.h"
@@ -27,7 +26,6 @@ void resetProcess() {
     setProcessEnd({});
     Clock::setSource({});
     setScreenMetricsSource({});
-    TapGuard::reset();
 }
 
 }  // namespace kovanix

@@ -43,14 +43,16 @@ QWidget& key(const QWidget& board, const QString& caption) {
     qFatal("no key %s", qPrintable(caption));
 }
 
-/// Presses keys of a keyboard with the display's pointer, as fast as it goes.
+/// Presses keys of a keyboard with the display's pointer, each as soon as the one before has typed: a window
+/// manager that is slow to let a press through makes the display lose the next one.
 void touch(const KeyboardScreen& keyboard, const QString& captions, const QString& last = {}) {
-    QStringList steps;
-    for (const QChar caption : captions)
-        steps += pressOn(key(keyboard, caption));
+    for (const QChar caption : captions) {
+        const qsizetype typed = keyboard.ui.yazilan->text().size();
+        xdotool(pressOn(key(keyboard, caption)));
+        QTRY_COMPARE_WITH_TIMEOUT(keyboard.ui.yazilan->text().size(), typed + 1, soon);
+    }
     if (!last.isEmpty())
-        steps += pressOn(key(keyboard, last));
-    xdotool(steps);
+        xdotool(pressOn(key(keyboard, last)));
 }
 
 void setDisplay(QSize size) {

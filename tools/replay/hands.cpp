@@ -4,7 +4,6 @@
 #include <QMouseEvent>
 #include <QWidget>
 
-#include "desktop/tapguard.h"
 #include "player.h"
 
 namespace kovanix {
@@ -48,7 +47,6 @@ void pressOn(QWidget& control, Qt::MouseButton button) {
 }
 
 void pressOn(QWidget& control, const QPoint& place, Qt::MouseButton button) {
-    TapGuard::reset();  // these hands mean every press, however quick it comes
     focusPressed(control);
     sendMouse(control, QEvent::MouseButtonPress, place, button);
     sendMouse(control, QEvent::MouseButtonRelease, place, button);

@@ -19,7 +19,6 @@
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
 #include "desktop/screensize.h"
-#include "desktop/tapguard.h"
 #include "hands.h"
 #include "runtime/clock.h"
 #include "runtime/runtimeerror.h"
@@ -214,7 +213,6 @@ void Player::play(const ScriptStep& step) {
         std::printf("%s\n", qUtf8Printable(step.argument));
         std::fflush(stdout);
     } else if (step.command == u"close") {
-        TapGuard::reset();  // scripts mean every step
         frontScreen().close();
     }
 }

@@ -1,118 +1,103 @@
 #include "desktop/tapguard.h"
 
 #include <QApplication>
-#include <QList>
+#include <QCursor>
+#include <QDialog>
 #include <QMouseEvent>
-#include <QPointer>
 #include <QTimer>
-#include <QWidget>
 #include <QWindow>
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace kovanix {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-const QString dropperName = u"tapDropper"_s;
 constexpr int reach = 40;  // pixels; a finger is no pen
 
-bool isPress(const QEvent& event) {
-    return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick;
+/// The screen that a window of the desktop's shows; nothing for a message box, which its answer closes.
+QWidget* screenIn(const QObject& window) {
+    const QWidgetList all = QApplication::topLevelWidgets();
+    const auto found =
+        std::ranges::find_if(all, [&](const QWidget* each) { return each->windowHandle() == &window; });
+    return found == all.cend() || qobject_cast<QDialog*>(*found) ? nullptr : *found;
 }
-
-bool isTap(const QEvent& event) {
-    return isPress(event) || event.type() == QEvent::MouseButtonRelease;
-}
-
-/// Drops the presses on some windows. It lives until none has come for a while.
-class TapDropper : public QObject {
-public:
-    /// @param place  of the tap, on the desktop; none where no press is dropped
-    /// @param requests  whether requests to close are dropped, too
-    TapDropper(std::optional<QPoint> place, QList<QPointer<QWidget>> windows, bool requests, QObject* parent)
-        : QObject(parent), m_place(place), m_windows(std::move(windows)), m_requests(requests) {
-        setObjectName(dropperName);
-        m_wait.setSingleShot(true);
-        m_wait.setInterval(QApplication::doubleClickInterval());
-        connect(&m_wait, &QTimer::timeout, this, &QObject::deleteLater);
-        m_wait.start();
-        parent->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (m_requests && event->type() == QEvent::Close && event->spontaneous() && isOneOfThem(*watched)) {
-            event->ignore();
-            return true;
-        }
-        if (!isTap(*event) || !watched->isWidgetType())
-            return false;
-        if (!isPress(*event))
-            return std::exchange(m_dropped, false);  // a release belongs to its press
-        const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-        if (!m_wait.isActive() || !m_place || !isOneOfThem(*static_cast<QWidget*>(watched)->window()) ||
-            (place - *m_place).manhattanLength() > reach)
-            return false;
-        m_dropped = true;
-        m_wait.start();
-        return true;
-    }
-
-private:
-    bool isOneOfThem(const QObject& window) const {
-        return std::ranges::any_of(m_windows, [&](const QPointer<QWidget>& each) {
-            return each && (each == &window || each->windowHandle() == &window);
-        });
-    }
-
-    std::optional<QPoint> m_place;
-    QList<QPointer<QWidget>> m_windows;
-    bool m_requests;
-    QTimer m_wait;
-    bool m_dropped = false;
-};
 
 }  // namespace
 
-TapGuard::TapGuard(QWidget& window) : QObject(&window), m_window(window) {
+TapGuard::TapGuard(QObject* parent) : QObject(parent) {
     qApp->installEventFilter(this);
 }
 
 bool TapGuard::eventFilter(QObject* watched, QEvent* event) {
-    // Keys act when the finger is lifted, other controls when it comes down.
-    if (isTap(*event) && watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == &m_window) {
-        m_place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-        m_sinceTap.start();
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick: {
+            const auto& mouse = static_cast<const QMouseEvent&>(*event);
+            if (!watched->isWidgetType() || mouse.timestamp() == std::exchange(m_stamp, mouse.timestamp()))
+                return false;
+            return press(static_cast<QWidget&>(*watched), mouse.globalPosition().toPoint());
+        }
+        case QEvent::MouseButtonRelease:
+            if (!watched->isWidgetType())
+                return false;
+            // Keys act when the finger is lifted, other controls when it comes down.
+            m_sinceLast.start();
+            if (!m_dropped)
+                m_sinceMeant.start();
+            return std::exchange(m_dropped, false);
+        case QEvent::Close:
+            if (QWidget* window = event->spontaneous() ? screenIn(*watched) : nullptr;
+                window && closeRequest(*window)) {
+                event->ignore();
+                return true;
+            }
+            return false;
+        default:
+            return false;
     }
+}
+
+bool TapGuard::isUnmeant(const QWidget& pressed, const QPoint& place) const {
+    const int interval = QApplication::doubleClickInterval();
+    if (!m_sinceLast.isValid() || m_sinceLast.hasExpired(interval) || m_sinceMeant.hasExpired(2 * interval) ||
+        (place - m_place).manhattanLength() > reach)
+        return false;
+    const QWidget* control = m_control.data();
+    return pressed.window() != m_window.data() || !control || !control->isVisible();
+}
+
+/// @return whether the press is dropped
+bool TapGuard::press(QWidget& pressed, const QPoint& place) {
+    m_dropped = isUnmeant(pressed, place);
+    m_sinceLast.start();
+    if (m_dropped)
+        return true;
+    m_sinceMeant.start();
+    m_control = &pressed;
+    m_window = pressed.window();
+    m_place = place;
+    m_wasRequest = false;
     return false;
 }
 
-bool TapGuard::wasPressed() const {
-    return m_sinceTap.isValid() && !m_sinceTap.hasExpired(QApplication::doubleClickInterval());
-}
-
-void TapGuard::windowCloses(bool onRequest) const {
-    if (!onRequest && !wasPressed())
-        return;
-    // What opens later is pressed for its own sake.
-    QList<QPointer<QWidget>> behind;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->isVisible() && window != &m_window)
-            behind.append(window);
-    }
-    new TapDropper(wasPressed() ? std::optional(m_place) : std::nullopt, behind, onRequest, qApp);
-}
-
-void TapGuard::windowOpens(QWidget& opened) const {
-    if (wasPressed())
-        new TapDropper(m_place, {&opened}, false, qApp);
-}
-
-void TapGuard::reset() {
-    qDeleteAll(qApp->findChildren<QObject*>(dropperName, Qt::FindDirectChildrenOnly));
+/// @return whether the request is dropped
+bool TapGuard::closeRequest(QWidget& window) {
+    const bool soon = m_sinceLast.isValid() && !m_sinceLast.hasExpired(QApplication::doubleClickInterval());
+    // What closes along with a window, or by a tap, is the program's own doing.
+    if (m_closing || (soon && !m_wasRequest))
+        return false;
+    if (soon && m_window.data() != &window)
+        return true;
+    m_closing = true;
+    QTimer::singleShot(0, this, [this] { m_closing = false; });
+    m_sinceLast.start();
+    m_sinceMeant.start();
+    m_control = nullptr;
+    m_window = &window;
+    m_place = QCursor::pos();
+    m_wasRequest = true;
+    return false;
 }
 
 }  // namespace kovanix

@@ -18,6 +18,7 @@ namespace {
 
 constexpr double designRadius = 8.0;
 constexpr int designTouchSize = 44;
+constexpr int smallestCommand = 7;  // pixels
 const QColor slotGrey(0x7C, 0x87, 0x94);
 const QColor slotRim(0x88, 0x94, 0xA2);
 constexpr double plusArm = 8.0;  // of a sign of 24, at the design size
@@ -137,10 +138,10 @@ void DrawnButton::setFontsize(int points) {
     update();
 }
 
-void DrawnButton::setIconAbove(bool above) {
-    if (m_iconAbove == above)
+void DrawnButton::setIconPlace(IconPlace place) {
+    if (m_iconPlace == place)
         return;
-    m_iconAbove = above;
+    m_iconPlace = place;
     m_arrangement->key = {};
     update();
 }
@@ -165,6 +166,14 @@ void DrawnButton::setCaptionLines(int lines) {
     if (m_captionLines == lines)
         return;
     m_captionLines = lines;
+    update();
+}
+
+void DrawnButton::setCaptionIsName(bool isName) {
+    if (m_captionIsName == isName)
+        return;
+    m_captionIsName = isName;
+    m_arrangement->key = {};
     update();
 }
 
@@ -195,6 +204,10 @@ void DrawnButton::mousePressEvent(QMouseEvent* event) {
     if (!self)
         return;
     if (event->button() != Qt::LeftButton) {
+        // What another button has done meanwhile, a finger that is down doesn't do once more.
+        m_hold.stop();
+        m_held = isDown();
+        setDown(false);
         event->accept();
         return;
     }
@@ -231,6 +244,7 @@ void DrawnButton::mouseReleaseEvent(QMouseEvent* event) {
 
 void DrawnButton::hideEvent(QHideEvent* event) {
     m_hold.stop();
+    setDown(false);
     QAbstractButton::hideEvent(event);
 }
 
@@ -258,6 +272,11 @@ double DrawnButton::cornerRadius() const {
     return std::min(designRadius * designScale(*this), std::min(width(), height()) / 3.0);
 }
 
+void DrawnButton::fitCaption(const QRectF& box, int wanted) {
+    m_arrangement->caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines,
+                               m_captionIsName ? FittedText::smallestLegible : smallestCommand);
+}
+
 void DrawnButton::arrange() {
     const double scale = designScale(*this);
     const double ratio = devicePixelRatioF();
@@ -280,8 +299,10 @@ void DrawnButton::arrange() {
     if (!icon().isNull() && box.width() >= 1 && box.height() >= 1) {
         const bool alone = m_caption.trimmed().isEmpty();
         const QSizeF given = QSizeF(iconSize()) * scale;
-        const double textRoom = (m_iconAbove ? 1.3 : 2.2) * std::min(wanted, 40);
-        const bool above = !alone && (m_iconAbove || box.height() >= given.height() + textRoom);
+        const bool low = m_iconPlace == IconPlace::above;
+        const double textRoom = (low ? 1.3 : 2.2) * std::min(wanted, 40);
+        const bool above =
+            !alone && m_iconPlace != IconPlace::beside && (low || box.height() >= given.height() + textRoom);
         QSizeF room = box.size();
         if (above)
             room.setHeight(room.height() - textRoom);
@@ -297,7 +318,7 @@ void DrawnButton::arrange() {
             // Icon and caption together stand in the middle of the face.
             const double textHeight =
                 std::min(box.height() - real.height(),
-                         m_iconAbove ? 1.5 * wanted : 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
+                         low ? 1.5 * wanted : 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
             const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
             parts.icon.moveTopLeft(QPointF(box.center().x() - real.width() / 2, top));
             box.setTop(parts.icon.bottom());
@@ -308,7 +329,12 @@ void DrawnButton::arrange() {
         }
     }
 
-    parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines);
+    fitCaption(box, wanted);
+    if (parts.caption.pixelSize() < std::min(wanted, FittedText::smallestLegible)) {
+        // The margins make way first.
+        box.adjust(-paddingX / 2, 0, paddingX / 2, paddingY * 3 / 4);
+        fitCaption(box, wanted);
+    }
     parts.pill = {};
     if (m_keyHint.isEmpty()) {
         const bool beside = !parts.icon.isNull() && box.left() > parts.icon.right();
@@ -317,7 +343,7 @@ void DrawnButton::arrange() {
             const double wide = parts.icon.width() + paddingX + parts.caption.bounds().width();
             parts.icon.moveLeft((width() - wide) / 2);
             box.translate(parts.icon.right() + paddingX - parts.caption.bounds().left(), 0);
-            parts.caption.fit(m_caption, font(), wanted, box, m_captionAlignment, m_captionLines);
+            fitCaption(box, wanted);
         }
         return;
     }
@@ -345,11 +371,11 @@ void DrawnButton::arrange() {
         beside.setLeft(std::max(box.left(), parts.pill.right() + 2));
     if (atRight || centred)
         beside.setRight(std::min(box.right(), width() - inset - pillWidth - 2));
-    parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, m_captionLines);
+    fitCaption(beside, wanted);
     const int besideSize = parts.caption.pixelSize();
-    parts.caption.fit(m_caption, font(), wanted, below, m_captionAlignment, m_captionLines);
+    fitCaption(below, wanted);
     if (besideSize > parts.caption.pixelSize())
-        parts.caption.fit(m_caption, font(), wanted, beside, m_captionAlignment, m_captionLines);
+        fitCaption(beside, wanted);
 }
 
 DrawnButton::State DrawnButton::state() const {

@@ -16,9 +16,9 @@ namespace kovanix {
 /// Where the face behind caption, icon or key hint comes too near to forecolor, a thin outline keeps them
 /// legible; the colours themselves are painted as they were set.
 ///
-/// An icon stands above the caption where the button is high enough for both, else beside it at its left; its
-/// iconSize is in design pixels and grows with the resizing container, never beyond the face. The size hint
-/// doesn't depend on the caption, so that no change of a text moves a neighbour.
+/// An icon stands where iconPlace says; its iconSize is in design pixels and grows with the resizing
+/// container, never beyond the face. The size hint doesn't depend on the caption, so that no change of a text
+/// moves a neighbour.
 class DrawnButton : public Pressable<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
@@ -30,13 +30,22 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(QColor forecolor READ forecolor WRITE setForecolor)
     Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
-    Q_PROPERTY(bool iconAbove READ isIconAbove WRITE setIconAbove)
+    Q_PROPERTY(IconPlace iconPlace READ iconPlace WRITE setIconPlace)
     Q_PROPERTY(bool iconAtEdge READ isIconAtEdge WRITE setIconAtEdge)
+    Q_PROPERTY(bool captionIsName READ isCaptionName WRITE setCaptionIsName)
     Q_PROPERTY(int captionLines READ captionLines WRITE setCaptionLines)
     Q_PROPERTY(int holdTime READ holdTime WRITE setHoldTime)
     Q_PROPERTY(Qt::Alignment captionAlignment READ captionAlignment WRITE setCaptionAlignment)
 
 public:
+    /// Where an icon stands that has a caption.
+    enum class IconPlace {
+        byHeight,  ///< above the caption where the button is high enough for two lines below it, else beside
+        above,     ///< above it on a lower button, too: for captions of one line
+        beside,    ///< at its left, however high the button is
+    };
+    Q_ENUM(IconPlace)
+
     explicit DrawnButton(QWidget* parent = nullptr);
     ~DrawnButton() override;
 
@@ -44,6 +53,11 @@ public:
     /// Painted as it stands; breaks into lines where it doesn't fit, and shrinks where the lines don't fit
     /// either.
     void setCaption(const QString& text);
+
+    /// Whether the caption is a name that somebody typed, of any length: that ends in an ellipsis before it
+    /// gets too small to be read. What a button does is never cut.
+    bool isCaptionName() const { return m_captionIsName; }
+    void setCaptionIsName(bool isName);
 
     /// The role that the colours, the rim and the disabled state come from. A colour that is set by itself
     /// ends it.
@@ -70,10 +84,8 @@ public:
     int fontsize() const { return m_fontsize; }
     void setFontsize(int points);
 
-    /// Whether the icon stands above the caption on a button too low for two lines below it: for captions of
-    /// one line.
-    bool isIconAbove() const { return m_iconAbove; }
-    void setIconAbove(bool above);
+    IconPlace iconPlace() const { return m_iconPlace; }
+    void setIconPlace(IconPlace place);
 
     Qt::Alignment captionAlignment() const { return m_captionAlignment; }
     void setCaptionAlignment(Qt::Alignment alignment);
@@ -120,6 +132,7 @@ private:
 
     void setColor(QColor& member, const QColor& color);
     void arrange();
+    void fitCaption(const QRectF& box, int wanted);
     State state() const;
     QColor outlineAt(const State& state, const QRectF& part, double wanted) const;
     void paintIcon(QPainter& painter, const State& state);
@@ -135,8 +148,9 @@ private:
     QColor m_backcolorpushed2;
     QColor m_forecolor;
     int m_fontsize = 0;
-    bool m_iconAbove = false;
+    IconPlace m_iconPlace = IconPlace::byHeight;
     bool m_iconAtEdge = false;
+    bool m_captionIsName = false;
     int m_captionLines = 3;
     int m_holdTime = 0;
     QBasicTimer m_hold;   // runs while a press may still become a held one

@@ -13,9 +13,28 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 namespace {
 
-constexpr int smallestGlyphs = 7;
+constexpr int smallestFigures = 1;
 // A third line is taken only before glyphs get smaller than this share of their size.
 constexpr double comfortableShare = 0.6;
+// A text that would lose more than this by breaking between words alone is broken within them.
+constexpr double leastByWords = 0.6;
+
+/// An amount or a barcode that lost a digit would be another one: it shrinks as far as it has to.
+bool isFigures(const QString& text) {
+    return std::ranges::none_of(text, [](QChar sign) { return sign.isLetter(); });
+}
+
+/// A box too low for one line of a size can't be helped by an ellipsis: the next smaller size that it has
+/// room for.
+int lowered(int pixels, const QFont& font, double height) {
+    QFont smaller = font;
+    for (; pixels > 1; --pixels) {
+        smaller.setPixelSize(pixels);
+        if (QFontMetricsF(smaller).height() <= height)
+            break;
+    }
+    return pixels;
+}
 
 }  // namespace
 
@@ -26,9 +45,9 @@ int FittedText::pixelSizeOf(const QFont& font, int dotsPerInch) {
 }
 
 void FittedText::fit(const QString& text, const QFont& font, int pixelSize, const QRectF& box,
-                     Qt::Alignment alignment, int maxLines) {
+                     Qt::Alignment alignment, int maxLines, int smallestWords) {
     if (m_layout && text == m_text && pixelSize == m_wantedSize && box == m_box && alignment == m_alignment &&
-        maxLines == m_maxLines && font == m_font)
+        maxLines == m_maxLines && smallestWords == m_smallestWords && font == m_font)
         return;
     m_text = text;
     m_font = font;
@@ -36,6 +55,7 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
     m_box = box;
     m_alignment = alignment;
     m_maxLines = maxLines;
+    m_smallestWords = smallestWords;
     m_outline = {};
 
     QString shown = text.trimmed();
@@ -46,8 +66,6 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
     m_layout->setCacheEnabled(true);
 
     const int lines = std::max(1, maxLines) + ownLines;
-    const int floor = std::min(smallestGlyphs, pixelSize);
-    const int comfortable = std::max(floor, static_cast<int>(std::ceil(pixelSize * comfortableShare)));
     // The usual case first, by itself: every size that is tried costs a font, and most captions fit as they
     // are.
     if (layOut(pixelSize, std::min(lines, 2 + ownLines), box.width(), QTextOption::WordWrap)) {
@@ -55,6 +73,9 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
         place();
         return;
     }
+    const int floor = isFigures(shown) ? std::min(smallestFigures, pixelSize)
+                                       : lowered(std::min(smallestWords, pixelSize), font, box.height());
+    const int comfortable = std::max(floor, static_cast<int>(std::ceil(pixelSize * comfortableShare)));
     if (lines > 2 + ownLines && layOut(comfortable, 2 + ownLines, box.width(), QTextOption::WordWrap))
         search(comfortable, pixelSize, 2 + ownLines);
     else if (layOut(floor, lines, box.width(), QTextOption::WordWrap))
@@ -135,11 +156,16 @@ void FittedText::elide(int pixelSize, int maxLines) {
     const QFontMetricsF metrics(font);
     const QString whole = m_layout->text();
     const int lines = std::clamp(static_cast<int>(m_box.height() / metrics.height()), 1, maxLines);
-    for (double share = 1.0; share > 0.2; share -= 0.1) {
-        m_layout->setText(metrics.elidedText(whole, Qt::ElideRight, m_box.width() * lines * share));
-        if (layOut(pixelSize, lines, m_box.width(), QTextOption::WrapAnywhere))
-            return;
-    }
+    const auto fits = [&](double least, QTextOption::WrapMode wrap) {
+        for (double share = 1.0; share > least; share -= 0.1) {
+            m_layout->setText(metrics.elidedText(whole, Qt::ElideRight, m_box.width() * lines * share));
+            if (layOut(pixelSize, lines, m_box.width(), wrap))
+                return true;
+        }
+        return false;
+    };
+    if (fits(leastByWords, QTextOption::WordWrap) || fits(0.2, QTextOption::WrapAnywhere))
+        return;
     // A box smaller than a letter: nothing that could be read would fit.
     m_layout->setText({});
     layOut(pixelSize, 1, m_box.width(), QTextOption::WrapAnywhere);

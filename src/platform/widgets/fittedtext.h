@@ -12,14 +12,19 @@ class QPainter;
 namespace kovanix {
 
 /// A text fitted to a box and kept ready for painting: on one line where there is room, else broken at
-/// blanks, else with smaller glyphs, so that nothing of it is ever cut off. Working it out is done once for
-/// each text, font and box; painting again costs only the painting.
+/// blanks, else with smaller glyphs. Words end in an ellipsis where their smallest size isn't small enough;
+/// figures, which are a text without letters, shrink as far as they have to. Working it out is
+/// done once for each text, font and box; painting again costs only the painting.
 class FittedText {
 public:
+    /// In pixels, on a display of any size: what is smaller can't be read at arm's length.
+    static constexpr int smallestLegible = 11;
+
     /// Works out where the glyphs stand; does nothing when none of the arguments changed.
     /// @param box in device independent pixels. @param maxLines lines of its own in the text aren't counted.
+    /// @param smallestWords  how small the glyphs of words may get, in pixels
     void fit(const QString& text, const QFont& font, int pixelSize, const QRectF& box,
-             Qt::Alignment alignment, int maxLines);
+             Qt::Alignment alignment, int maxLines, int smallestWords = smallestLegible);
 
     /// What the glyphs of the last fit take of the box.
     const QRectF& bounds() const { return m_bounds; }
@@ -27,6 +32,9 @@ public:
     int pixelSize() const { return m_fittedSize; }
     /// The contrast with what lies behind them at which glyphs of that size are read without effort.
     double wantedContrast() const;
+    /// What is painted of the text, without the line breaks that the fit has put in; it ends in an ellipsis
+    /// where not all of it has room.
+    QString shown() const { return m_layout ? m_layout->text() : QString(); }
     int lineCount() const { return m_layout ? m_layout->lineCount() : 0; }
 
     /// Paints the last fit. A valid outline is painted around the glyphs, in the strength of its opacity.
@@ -49,6 +57,7 @@ private:
     QRectF m_box;
     Qt::Alignment m_alignment;
     int m_maxLines = 0;
+    int m_smallestWords = 0;
 
     std::unique_ptr<QTextLayout> m_layout;
     int m_fittedSize = 0;

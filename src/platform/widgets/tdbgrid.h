@@ -29,7 +29,7 @@ class GridRim;
 /// height and none is ever cut; the columns fill the view exactly.
 ///
 /// Characters typed while the rows have the focus begin a search: see setScanColumn. Enter on a row that was
-/// chosen and can be seen acts as a double click; on another one it chooses that row. Enter in a filter cell
+/// chosen and can be seen acts as a double click; one that can't be seen comes into sight. Enter in a filter cell
 /// acts as a double click, too, once one row is left and every cell is in force; in the scan column's cell
 /// only where the row's text is what was typed. Escape empties a filter cell; one that is empty leaves the
 /// key to the screen.

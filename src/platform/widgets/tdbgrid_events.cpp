@@ -312,13 +312,16 @@ void TDBGrid::keyPressEvent(QKeyEvent* event) {
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            // Nobody has chosen the first row of a list that has just opened, or one that isn't to be seen.
+            // Nobody has chosen the first row of a list that has just opened: no number of Enters takes it.
+            // One that isn't to be seen comes into sight first.
             if (!currentIndex().isValid())
                 event->ignore();
+            else if (event->isAutoRepeat())
+                return;
             else if (dataSource()->isCurrentChosen() && isInSight(currentIndex().row()))
                 Q_EMIT dblclick();
             else
-                moveTo(currentIndex().row(), m_col);
+                bringIntoSight(currentIndex().row());
             return;
         default:
             if ((event->modifiers() & commands) != 0 || !searchFor(event->text()))

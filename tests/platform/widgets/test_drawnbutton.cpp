@@ -71,6 +71,7 @@ class TestDrawnButton : public QObject {
         QString caption;
         QPoint place;
         bool atEdge = false;
+        DrawnButton::IconPlace iconPlace = DrawnButton::IconPlace::byHeight;
     };
     struct HeldPressRow {
         std::function<void(vkCommand&)> end;
@@ -231,10 +232,13 @@ private Q_SLOTS:
     }
 
     void iconIsPainted_data() {
+        using enum DrawnButton::IconPlace;
         addRows<IconIsPaintedRow>(
             {{"beside the caption, both in the middle", {QSize(160, 44), u"BUL"_s, QPoint(60, 22)}},
              {"at the edge", {QSize(160, 44), u"BUL"_s, QPoint(20, 22), true}},
              {"above the caption", {QSize(100, 110), u"BUL"_s, QPoint(50, 40)}},
+             {"above it on a low button", {QSize(160, 60), u"BUL"_s, QPoint(80, 20), false, above}},
+             {"beside it on a high button", {QSize(160, 110), u"BUL"_s, QPoint(60, 55), false, beside}},
              {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
     void iconIsPainted() {
@@ -246,6 +250,7 @@ private Q_SLOTS:
         button.setIcon(QIcon(icon));
         button.setIconSize(QSize(28, 28));
         button.setIconAtEdge(row.atEdge);
+        button.setIconPlace(row.iconPlace);
         button.setCaption(row.caption);
         // A shape in the caption's colour, whatever its own is.
         button.setForecolor(Qt::darkGreen);
@@ -261,6 +266,8 @@ private Q_SLOTS:
              {"backcolorpushed2", {QByteArray("backcolorpushed2"), QVariant(QColor(1, 2, 3))}},
              {"forecolor", {QByteArray("forecolor"), QVariant(QColor(1, 2, 3))}},
              {"keyHint", {QByteArray("keyHint"), QVariant(u"F2"_s)}},
+             {"iconPlace", {QByteArray("iconPlace"), QVariant::fromValue(DrawnButton::IconPlace::beside)}},
+             {"captionIsName", {QByteArray("captionIsName"), QVariant(true)}},
              {"fontsize", {QByteArray("fontsize"), QVariant(20)}}});
     }
     void sameValuesDontRepaint() {
@@ -344,6 +351,21 @@ private Q_SLOTS:
         // The next one is an ordinary press again.
         QTest::mouseClick(&button, Qt::LeftButton);
         QCOMPARE(clicked.count(), 1);
+    }
+
+    // With the mouse: the right press has done its work, the left one must not sell besides.
+    void aRightPressEndsALeftOne() {
+        vkCommand button;
+        button.resize(buttonSize);
+        const QSignalSpy down(&button, &DrawnButton::mousedown);
+        const QSignalSpy clicks(&button, &QAbstractButton::clicked);
+        QTest::mousePress(&button, Qt::LeftButton);
+        QTest::mouseClick(&button, Qt::RightButton);
+        QTest::mouseRelease(&button, Qt::LeftButton);
+        QCOMPARE(down.size(), 2);
+        QCOMPARE(clicks.size(), 0);
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicks.size(), 1);
     }
 
     void aPressThatComesBackIsHeldAnew() {

@@ -1,6 +1,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QTest>
+#include <optional>
 
 #include "rows.h"
 #include "widgets/face.h"
@@ -17,6 +18,11 @@ class TestFittedText : public QObject {
         QSizeF box;
         int mostLines, lines;
         bool fullSize;
+    };
+    struct TooLongRow {
+        QString text;
+        int wanted, smallest;
+        std::optional<int> elidedAt;
     };
     struct PixelSizesRow {
         double points;
@@ -36,16 +42,18 @@ class TestFittedText : public QObject {
 
 private Q_SLOTS:
     void fits_data() {
-        addRows<FitsRow>({{"one line in plenty of room", {u"TAMAM"_s, QSizeF(400, 100), 3, 1, true}},
-                          {"two words, narrow", {u"MMMMM MMMMM"_s, QSizeF(130, 100), 3, 2, true}},
-                          {"two words, one line allowed", {u"MMMMM MMMMM"_s, QSizeF(130, 100), 1, 1, false}},
-                          {"low box", {u"TAMAM"_s, QSizeF(400, 12), 3, 1, false}},
-                          {"wide word", {u"MMMMMMMMMMMM"_s, QSizeF(100, 100), 3, 1, false}},
-                          {"own line break", {u"1\n2"_s, QSizeF(100, 100), 1, 2, true}},
-                          {"amount isn't broken", {u"123.456.789,00"_s, QSizeF(60, 100), 3, 1, false}},
-                          {"empty", {QString(), QSizeF(100, 100), 3, 1, true}},
-                          {"hopeless", {QString(900, QLatin1Char('M')), QSizeF(40, 20), 3, 2, false}},
-                          {"no room at all", {u"M"_s, QSizeF(0, 0), 3, 1, false}}});
+        addRows<FitsRow>(
+            {{"one line in plenty of room", {u"TAMAM"_s, QSizeF(400, 100), 3, 1, true}},
+             {"two words, narrow", {u"MMMMM MMMMM"_s, QSizeF(130, 100), 3, 2, true}},
+             {"two words, one line allowed", {u"MMMMM MMMMM"_s, QSizeF(130, 100), 1, 1, false}},
+             {"low box", {u"TAMAM"_s, QSizeF(400, 12), 3, 1, false}},
+             {"wide word", {u"MMMMMMMMMMMM"_s, QSizeF(150, 100), 3, 1, false}},
+             {"word too wide for legible glyphs", {u"MMMMMMMMMMMM"_s, QSizeF(100, 100), 3, 2, false}},
+             {"own line break", {u"1\n2"_s, QSizeF(100, 100), 1, 2, true}},
+             {"amount isn't broken", {u"123.456.789,00"_s, QSizeF(60, 100), 3, 1, false}},
+             {"empty", {QString(), QSizeF(100, 100), 3, 1, true}},
+             {"hopeless", {QString(900, QLatin1Char('M')), QSizeF(40, 20), 3, 1, false}},
+             {"no room at all", {u"M"_s, QSizeF(0, 0), 3, 1, false}}});
     }
     void fits() {
         QFETCH(const FitsRow, row);
@@ -56,6 +64,29 @@ private Q_SLOTS:
         if (!row.box.isEmpty() && !row.text.isEmpty())
             QVERIFY(
                 QRectF(QPointF(10, 20), row.box).adjusted(-0.1, -0.1, 0.1, 0.1).contains(fitted.bounds()));
+    }
+
+    void wordsEndLegiblyFiguresNever_data() {
+        addRows<TooLongRow>({{"a name", {u"Acıbadem kurabiyesi çikolata kaplı fıstıklı 250 g"_s, 20, 11, 11}},
+                             {"a name that may get smaller", {QString(60, u'm'), 20, 7, 7}},
+                             {"one word", {QString(60, u'm'), 20, 11, 11}},
+                             {"a name that is to be small", {QString(60, u'm'), 9, 11, 9}},
+                             {"an amount", {u"123.456.789.012.345,00"_s, 20, 11, {}}},
+                             {"an amount that no ticket comes to", {QString(60, u'9'), 20, 11, {}}}});
+    }
+    void wordsEndLegiblyFiguresNever() {
+        QFETCH(const TooLongRow, row);
+        const QRectF box(0, 0, 66, 34);
+        FittedText fitted;
+        fitted.fit(row.text, QFont(), row.wanted, box, Qt::AlignCenter, 2, row.smallest);
+        QVERIFY(box.adjusted(-0.1, -0.1, 0.1, 0.1).contains(fitted.bounds()));
+        if (row.elidedAt) {
+            QCOMPARE(fitted.pixelSize(), *row.elidedAt);
+            QVERIFY2(fitted.shown().endsWith(QChar(0x2026)), qPrintable(fitted.shown()));
+        } else {
+            QVERIFY(fitted.pixelSize() < 11);
+            QCOMPARE(fitted.shown(), row.text);
+        }
     }
 
     void linesAreBalanced() {
