@@ -93,12 +93,8 @@ const std::vector<WindowRow>& knownWindows() {
          {},
          {},
          "TDBGrid1"},
-        // The frame only adds, and each press brings one box at most.
-        {"liste",
-         {{sales, "vkCommand6"}},
-         {"vkCommand2", "X"},
-         {"kisiekleme2", "kaydet2", "vazgec2", "vkCommand1"},
-         {"MSG_MUSTERI_ADI_BOS", "MSG_EKLENDI"}},
+        // A customer is typed, but never stored.
+        {"liste", {{sales, "vkCommand6"}}, {"vkCommand2", "X"}, {"kisiekleme2", "vazgec2", "vkCommand1"}},
         {.name = "klavyeyeni2",
          .ways = {{sales, "kisayolklavye"}},
          .exits = {"vkCommand1_100", "kapat", "Escape", "X"},
