@@ -1,9 +1,6 @@
 #include "listetest.h"
 
 #include <QSignalSpy>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 
 #include "rows.h"
 #include "widgets/adodc.h"
@@ -29,14 +26,12 @@ struct PressRow {
 class OtherTill {
 public:
     explicit OtherTill(const QString& file) {
-        QSqlDatabase till = QSqlDatabase::addDatabase("QSQLITE", "other till");
-        till.setDatabaseName(file);
-        if (!till.open() || !QSqlQuery(till).exec("BEGIN IMMEDIATE"))
-            qFatal("the file can't be held: %s", qUtf8Printable(till.lastError().text()));
+        m_connection.open("Data Source=" + file);
+        m_connection.execute("BEGIN IMMEDIATE");
     }
-    ~OtherTill() { QSqlDatabase::removeDatabase("other till"); }
-    OtherTill(const OtherTill&) = delete;
-    OtherTill& operator=(const OtherTill&) = delete;
+
+private:
+    Connection m_connection;  // lets go at its end
 };
 
 const QString name50 = QString(50, u'Ş');
