@@ -333,7 +333,10 @@ private Q_SLOTS:
         selectRow(1);
         question(MessageBoxAnswer::yes);
         notice("adres silindi");
+        const QSignalSpy reads(book().Adodc2, &Adodc::rowsChanged);
         press(*book().kisisil2);
+        QCOMPARE(reads.size(), 1);
+        QCOMPARE(book().eklemedatasi2->recordset().totalCount(), 0);  // nobody sees what it would read
         QCOMPARE(stored().size(), 2);
         QCOMPARE(shown(1), (QStringList{"Ayhan Yıldız", "Cemil Korkmaz"}));
         QCOMPARE(book().vkFrame1->titleNote(), "2 / 2 kayıt");
