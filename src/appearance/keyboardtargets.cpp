@@ -5,6 +5,7 @@
 #include <array>
 
 #include "access/frmLogin.h"
+#include "catalogue/liste.h"
 #include "runtime/attempt.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
@@ -58,6 +59,7 @@ constexpr Form form(QStringView name) {
 // A screen that isn't named here is passed over, with all that lies on it.
 constexpr std::array forms{
     form<frmLogin>(u"frmLogin"),
+    form<liste>(u"liste"),
     form<satisekrani>(u"satisekrani"),
 };
 

@@ -15,6 +15,7 @@
 #include "appearance/modTema.h"
 #include "appearance/saatt.h"
 #include "appearance/toplamtema.h"
+#include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
@@ -86,6 +87,7 @@ void satisekrani::connectControls() {
                   {ui.kapat, &satisekrani::kapat_click},
                   {ui.vkCommand1, &satisekrani::vkCommand1_click},
                   {ui.vkCommand4, &satisekrani::vkCommand4_click},
+                  {ui.vkCommand6, &satisekrani::vkCommand6_click},
                   {ui.urunbulmak, &satisekrani::urunbulmak_click},
                   {ui.toplam, &satisekrani::toplam_click},
                   {ui.verilen, &satisekrani::verilen_click},
@@ -311,6 +313,11 @@ void satisekrani::vkCommand1_click() {
 void satisekrani::vkCommand4_click() {
     eksiltme = 0;
     showInFront(screen<hallimzda>());
+}
+
+void satisekrani::vkCommand6_click() {
+    eksiltme = 0;
+    showInFront(screen<liste>());
 }
 
 /// Leaves the subtracting of money as it is, unlike the other buttons of the row.

@@ -110,6 +110,7 @@ private:
     void kapat_click();
     void vkCommand1_click();
     void vkCommand4_click();
+    void vkCommand6_click();
     void urunbulmak_click();
     void satisiptal_click();
 

@@ -10,7 +10,7 @@ namespace kovanix {
 KeyFilter::KeyPress capitals();
 
 /// The beginning of a text as a field of the database takes it: no more than 50 UTF-16 units, never half a
-/// letter.
+/// letter; a letter with too many marks loses some of them.
 QString cutToField(const QString& text);
 
 }  // namespace kovanix

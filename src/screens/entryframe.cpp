@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int stripHeight = 40;
+constexpr int escape = 27;  // the code of its character
 
 /// Turns pasted line ends and tabs into blanks, the caret where it was.
 void keepOnOneLine(QLineEdit& box) {
@@ -47,7 +48,9 @@ void EntryFrame::setFields(const QList<Field>& fields) {
                     giveFocus(*next);
             },
             [accepts = field.accepts](int code) {
-                return code == u'\r' ? 0 : accepts ? accepts(code) : code;
+                if (code == u'\r')
+                    return 0;
+                return accepts && code != escape ? accepts(code) : code;  // Escape is the frame's
             });
     }
 }

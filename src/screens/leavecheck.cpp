@@ -32,7 +32,10 @@ void LeaveCheck::focusChanged(QWidget* now) {
     if (!m_entered || !now || now == &m_field || now->window() != m_field.window())
         return;
     m_entered = false;
-    if (!std::exchange(m_pressed, false)) {
+    const bool pressed = std::exchange(m_pressed, false);
+    if (!m_field.isVisible())
+        return;
+    if (!pressed) {
         m_check();
         return;
     }

@@ -9,7 +9,7 @@ namespace kovanix {
 
 /// A check that runs when a field is left for another control of its window. It is over before the press that
 /// left the field goes on: where the check refuses, that press is dropped. Leaving for another window, or for
-/// a message box, is no leaving.
+/// a message box, is no leaving, and neither is it when the field is hidden.
 class LeaveCheck : public QObject {
     Q_OBJECT
 

@@ -5,6 +5,7 @@
 #include "appearance/keyboardfield.h"
 #include "appearance/keyboardscreen.h"
 #include "appearance/mdlMonitors.h"
+#include "catalogue/liste.h"
 #include "desktop/focus.h"
 #include "rows.h"
 #include "salestest.h"
@@ -48,6 +49,7 @@ QMap<QString, QString> allTexts() {
     QMap<QString, QString> texts;
     addTexts<frmLogin>(texts);
     addTexts<satisekrani>(texts);
+    addTexts<liste>(texts);
     return texts;
 }
 
@@ -115,7 +117,7 @@ private Q_SLOTS:
     }
 
     void everyCode_data() {
-        // Not here: the products, the users, the customers and the password prompt, which don't exist yet.
+        // Not here: the products, the users and the password prompt, which don't exist yet.
         addRows<CodeRow>({{"1", {full, "1", "frmLogin.sifre", "Şifre", true}},
                           {"2", {full, "2"}},
                           {"3", {full, "3", {}, "Ürün adı"}},
@@ -129,7 +131,7 @@ private Q_SLOTS:
                           {"11", {full, "11", {}, "Web sitesi"}},
                           {"12", {full, "12", {}, "Soyadı"}},
                           {"13", {full, "13", {}, "Adı"}},
-                          {"14", {full, "14", {}, "Adres"}},
+                          {"14", {full, "14", "liste.adres", "Adres"}},
                           {"15", {full, "15", {}, "Şifre", true}},
                           {"16", {full, "16"}},
                           {"17", {full, "17", {}, "Fatura no"}},

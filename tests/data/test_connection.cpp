@@ -8,6 +8,7 @@
 #include "desktop/messagebox.h"
 #include "rows.h"
 #include "runtests.h"
+#include "runtime/attempt.h"
 #include "runtime/runtimeerror.h"
 #include "shopfixture.h"
 
@@ -336,6 +337,44 @@ private Q_SLOTS:
         fixture.run(u"DROP INDEX kovanix_urunler_barkod"_s);
         baglantiac();
         QVERIFY(plan(u"SELECT * FROM urunler WHERE barkod = '1'"_s).contains(u"kovanix_urunler_barkod"));
+    }
+
+    void whatIsStoredTogetherIsInACopy_data() { bothKinds(); }
+    void whatIsStoredTogetherIsInACopy() {
+        QFETCH(const QString, password);
+        ShopFixture fixture;
+        fixture.openShop(password);
+        const QString copy = fixture.file(u"copy.data"_s);
+        const auto copied = [&] {
+            QFile::remove(copy);  // of the file alone, without its log
+            Connection connection;
+            Recordset rows;
+            if (!QFile::copy(fixture.databaseFile(), copy))
+                qFatal("no copy");
+            connection.open(baglantimetniyap(copy));
+            rows.open(u"select adi from musteri"_s, connection);
+            QStringList names;
+            for (; !rows.atEnd(); rows.moveNext())
+                names << rows.field(u"adi"_s).toString();
+            return names;
+        };
+        storeTogether([] {
+            baglanti().execute(u"INSERT INTO musteri (adi) VALUES ('Ali')"_s);
+            baglanti().execute(u"INSERT INTO musteri (adi) VALUES ('Veli')"_s);
+        });
+        QCOMPARE(copied(), (QStringList{u"Ali"_s, u"Veli"_s}));
+        // Statements that have run stay, whatever comes behind them.
+        const auto failure = attempt([] {
+            storeTogether([] {
+                baglanti().execute(u"INSERT INTO musteri (adi) VALUES ('Can')"_s);
+                baglanti().execute(u"INSERT INTO yok (adi) VALUES ('Cem')"_s);
+            });
+        });
+        QVERIFY(failure);
+        QCOMPARE(failure->description(), u"no such table: yok"_s);
+        QCOMPARE(fixture.rows(u"SELECT count(*) FROM musteri"_s).at(0).at(0), 3);
+        storeTogether([] {});
+        QCOMPARE(copied().size(), 3);
     }
 
     void fileWithoutAccessPathsOpens() {

@@ -14,6 +14,7 @@
 #include "appearance/tema.h"
 #include "appearance/toplamtema.h"
 #include "appearance/uyari.h"
+#include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
@@ -53,6 +54,13 @@ Screen& notice() {
     return inFront<uyari>();
 }
 
+/// With the frame open in which a customer is entered.
+Screen& newCustomer() {
+    inFront<liste>();
+    screen<liste>().ui.kisiekleme2->click();
+    return screen<liste>();
+}
+
 template <class S>
 Screen& keyboard() {
     monitorlerioku();
@@ -77,7 +85,7 @@ QList<ScreenRow> screens() {
         row<satisekrani>("satisekrani", "Kovanix Satis", {}, stays, asks,
                          "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
                          "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor urunbulmak "
-                         "vkCommand1 vkCommand4 kapat",
+                         "vkCommand6 vkCommand1 vkCommand4 kapat",
                          "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
@@ -96,6 +104,17 @@ QList<ScreenRow> screens() {
                      "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
                      "vkCommand4",
                      "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3"),
+        row<liste>("liste", "MUSTERI LISTESI", {}, closes, closes,
+                   "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                   "kisiekleme2 duzenle2 kisisil2 excelekaydet vkCommand1 vkCommand2",
+                   "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3"),
+        row<liste>("liste with its frame", "MUSTERI LISTESI", {}, stays, closes,
+                   "txtMusteri telefon adres kaydet2 vazgec2 kisiekleme2 duzenle2 kisisil2 excelekaydet "
+                   "vkCommand1 vkCommand2 TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 "
+                   "TDBGrid1_filter_3",
+                   "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 txtMusteri "
+                   "telefon adres",
+                   {}, newCustomer),
         row<klavyeyeni>("klavyeyeni", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat", "yazilan",
                         {}, keyboard<klavyeyeni>),
         row<klavyeyeni2>("klavyeyeni2", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat",

@@ -92,6 +92,8 @@ const std::vector<WindowRow>& knownWindows() {
          {},
          {},
          "TDBGrid1"},
+        // A customer is typed, but never stored.
+        {"liste", {{sales, "vkCommand6"}}, {"vkCommand2", "X"}, {"kisiekleme2", "vazgec2", "vkCommand1"}},
         {.name = "klavyeyeni2",
          .ways = {{sales, "kisayolklavye"}},
          .exits = {"vkCommand1_100", "kapat", "Escape", "X"},

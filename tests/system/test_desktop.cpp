@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <functional>
 
+#include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
 #include "desktop/focus.h"
 #include "desktop/singleinstance.h"
@@ -213,6 +214,29 @@ private Q_SLOTS:
         QVERIFY(stayedOpen);
         QCOMPARE(ui().barkod->text(), QString());
         QCOMPARE(m_shop->lines(), 0);
+    }
+
+    void aCustomerIsAdded() {
+        ui().vkCommand6->click();
+        const Ui::liste& list = screen<liste>().ui;
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.TDBGrid1), soon);
+        list.kisiekleme2->click();
+        QTRY_VERIFY(hasKeyboard(*list.txtMusteri));
+        m_shop->boxes.expect(u"UYARI"_s, u"Eklendi"_s, BoxAnswers::byHand);
+        answerByKeys(m_shop->boxes, *this, [] { pressKeys({u"Return"_s}); });
+        typeKeys(u"fidan\nsokak"_s);
+        pressKeys({u"Tab"_s, u"space"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(m_shop->rows(u"SELECT adi, adres FROM musteri"_s),
+                                  (QList<QVariantList>{{u"fidan"_s, u"SOKAK"_s}}), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.TDBGrid1), soon);
+        // Escape closes the frame while the keyboard is in it, else the screen.
+        list.kisiekleme2->click();
+        pressKeys({u"Escape"_s});
+        QTRY_VERIFY(!list.kisiekle2->isVisible());
+        QTRY_VERIFY(hasKeyboard(*list.TDBGrid1));
+        pressKeys({u"Escape"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
+        QVERIFY(!loaded<liste>());
     }
 
     void fTenHidesAndTheNextStartBringsBack() {

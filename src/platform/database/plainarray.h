@@ -53,16 +53,18 @@ public:
     }
 
     void set(std::size_t place, const T& value) { m_values[place] = value; }
-    /// Puts other values in the place of some.
+    /// Puts other values in the place of some. Puts no memory by: an array that is edited isn't built up any
+    /// more.
     void replace(std::size_t place, std::size_t count, const T* values, std::size_t newCount) {
         const std::size_t behind = m_size - place - count;
-        if (newCount > count)
-            appendPlaces(newCount - count);
+        const std::size_t size = place + newCount + behind;
+        if (size > m_capacity)
+            allocate(size);
         T* const at = m_values.get() + place;
         std::memmove(at + newCount, at + count, behind * sizeof(T));
         if (newCount > 0)
             std::memcpy(at, values, newCount * sizeof(T));
-        m_size = place + newCount + behind;
+        m_size = size;
     }
 
     /// Takes values from the end.

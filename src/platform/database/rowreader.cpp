@@ -5,6 +5,8 @@
 #include <QSqlResult>
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <optional>
 #include <utility>
 
 #include "database/connectionprivate.h"
@@ -37,6 +39,14 @@ private:
     QSqlQuery m_query;
     engine::RowCursor& m_cursor;
 };
+
+/// @throws RuntimeError the engine's failure
+bool next(const ConnectionCore& core, Rows& rows) {
+    const bool row = rows.next();
+    if (!row && rows.error().isValid())
+        throw core.failure(rows.error());
+    return row;
+}
 
 class Reader {
 public:
@@ -102,7 +112,7 @@ private:
         const int identity = record.count() - 1;
         takeColumns(record, identity, true);
         qsizetype count = 0;
-        for (; next(rows); ++count) {
+        for (; next(m_core, rows); ++count) {
             appendCells(rows);
             m_table.identities->append(rows.cell(identity).whole);
         }
@@ -129,17 +139,10 @@ private:
         Rows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
         const QSqlRecord record = rows.record();
         takeColumns(record, record.count(), false);
-        while (next(rows)) {
+        while (next(m_core, rows)) {
             appendCells(rows);
             m_table.identities->append(static_cast<qint64>(m_table.identities->size()) + 1);
         }
-    }
-
-    bool next(Rows& rows) const {
-        const bool row = rows.next();
-        if (!row && rows.error().isValid())
-            throw m_core.failure(rows.error());
-        return row;
     }
 
     void appendCells(Rows& rows) {
@@ -160,24 +163,38 @@ private:
     RowTable m_table;
 };
 
+/// Whether the first fields of a record are the columns of a table.
+bool isOf(const RowTable& table, const QSqlRecord& record, int fields) {
+    if (fields != static_cast<int>(table.columns.size()))
+        return false;
+    for (int field = 0; field < fields; ++field) {
+        if (record.fieldName(field) != table.columns[static_cast<std::size_t>(field)].name())
+            return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 bool rereadRow(ConnectionCore& core, const QString& sql, RowTable& table, std::size_t row) {
     const qint64 identity = (*table.identities)[row];
+    std::optional<qint64> before;  // nothing comes before the smallest number
+    if (identity > std::numeric_limits<qint64>::min())
+        before = identity - 1;
     return core.inEnginesName([&] {
         const TableShape shape = core.schema.shape(core, table.name);
-        const auto select =
-            dialect::translateAfterRow(sql, shape.identity, {identity - 1, {}, 1});  // the next one
+        const auto select = dialect::translateAfterRow(sql, shape.identity, {before, {}, 1});
         if (shape.identity.isEmpty() || !select)
             return false;
         Rows rows(core.run(*select));
-        const int fields = rows.record().count() - 1;
+        const QSqlRecord record = rows.record();
+        const int identityField = record.count() - 1;
         // Another table may stand under the name by now.
-        if (fields != static_cast<int>(table.columns.size()) || !rows.next() ||
-            rows.cell(fields).whole != identity)
+        if (!isOf(table, record, identityField) || !next(core, rows) ||
+            rows.cell(identityField).whole != identity)
             return false;
         bool changed = false;
-        for (int field = 0; field < fields; ++field) {
+        for (int field = 0; field < identityField; ++field) {
             RowColumn& column = table.columns[static_cast<std::size_t>(field)];
             if (!column.isIdentity() && column.replace(row, rows.cell(field)))
                 changed = true;

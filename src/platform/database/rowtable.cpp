@@ -110,7 +110,9 @@ bool RowColumn::replace(std::size_t row, const Cell& cell) {
     const QVariant former = value(row);
     RowColumn one(m_name, m_type);
     one.append(cell);
-    if (m_type == one.m_type && one.value(0) == former && one.value(0).isNull() == former.isNull())
+    const QVariant fresh = one.value(0);
+    // Of two types, equal values may be written differently.
+    if (m_type == one.m_type && fresh.typeId() == former.typeId() && fresh == former)
         return false;
     if (!m_type && one.m_type)
         decideType(cell);

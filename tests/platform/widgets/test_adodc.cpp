@@ -116,6 +116,28 @@ private Q_SLOTS:
         QCOMPARE(rows.size(), 3);
     }
 
+    void aRowReadAnew() {
+        ProductList list(20);
+        list.source.setCurrent(4);
+        const QSignalSpy rows(&list.source, &Adodc::rowsChanged);
+        list.source.refreshRow(5);
+        QCOMPARE(rows.size(), 0);  // as it was
+        list.file.execute({u"UPDATE urunler SET urun = 'Başka' WHERE no = 5"_s});
+        QCOMPARE(list.grid.column(2).value(), u"Ürün 5"_s);
+        list.source.refreshRow(5);
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(list.grid.column(2).value(), u"Başka"_s);
+        QCOMPARE(list.shown(2).value(4), u"Başka"_s);
+        QCOMPARE(currentNo(list), u"5"_s);
+        list.file.execute({u"DELETE FROM urunler WHERE no = 5"_s});
+        list.source.refreshRow(5);
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(list.grid.column(2).value(), u"Başka"_s);
+        list.file.execute({u"ALTER TABLE urunler RENAME TO eski"_s});
+        list.source.refreshRow(5);
+        QCOMPARE(list.shown(2).size(), 20);
+    }
+
     // Nothing to show anew, so nobody is told.
     void unchangedFileIsNoChange() {
         ProductList list(20);
