@@ -5,6 +5,7 @@
 #include <array>
 
 #include "access/frmLogin.h"
+#include "catalogue/urunler.h"
 #include "runtime/attempt.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
@@ -59,6 +60,7 @@ constexpr Form form(QStringView name) {
 constexpr std::array forms{
     form<frmLogin>(u"frmLogin"),
     form<satisekrani>(u"satisekrani"),
+    form<urunler>(u"urunler"),
 };
 
 Screen* formOf(const KeyboardTarget& target, bool load) {

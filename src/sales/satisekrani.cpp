@@ -16,6 +16,7 @@
 #include "appearance/saatt.h"
 #include "appearance/toplamtema.h"
 #include "catalogue/urunbul.h"
+#include "catalogue/urunler.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
@@ -87,6 +88,7 @@ void satisekrani::connectControls() {
                   {ui.satisiptal, &satisekrani::satisiptal_click},
                   {ui.kapat, &satisekrani::kapat_click},
                   {ui.vkCommand1, &satisekrani::vkCommand1_click},
+                  {ui.vkCommand3, &satisekrani::vkCommand3_click},
                   {ui.vkCommand4, &satisekrani::vkCommand4_click},
                   {ui.urunbulmak, &satisekrani::urunbulmak_click},
                   {ui.toplam, &satisekrani::toplam_click},
@@ -308,6 +310,11 @@ void satisekrani::closeEvent(QCloseEvent* event) {
 void satisekrani::vkCommand1_click() {
     eksiltme = 0;
     showInFront(screen<menu>());
+}
+
+void satisekrani::vkCommand3_click() {
+    eksiltme = 0;
+    showInFront(screen<urunler>());
 }
 
 void satisekrani::vkCommand4_click() {

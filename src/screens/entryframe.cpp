@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int stripHeight = 40;
+constexpr int escape = 27;  // a character too, which leaves the frame whatever a field accepts
 
 /// Turns pasted line ends and tabs into blanks, the caret where it was.
 void keepOnOneLine(QLineEdit& box) {
@@ -47,6 +48,8 @@ void EntryFrame::setFields(const QList<Field>& fields) {
                     giveFocus(*next);
             },
             [accepts = field.accepts](int code) {
+                if (code == escape)
+                    return code;
                 return code == u'\r' ? 0 : accepts ? accepts(code) : code;
             });
     }

@@ -80,6 +80,7 @@ void RecordScreen::goOnAdding() {
 
 void RecordScreen::closeFrame() {
     m_controls.frame->setMode(u"EKLE"_s);
+    giveFocus(grid());  // else the next button would have it, for the Enter of the next scan
     m_controls.frame->hide();
     grid().setEditedRow({});
 }

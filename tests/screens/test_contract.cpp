@@ -15,6 +15,7 @@
 #include "appearance/toplamtema.h"
 #include "appearance/uyari.h"
 #include "catalogue/urunbul.h"
+#include "catalogue/urunler.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
 #include "salestest.h"
@@ -60,6 +61,19 @@ Screen& keyboard() {
     return screen<S>();
 }
 
+Screen& addingProduct() {
+    inFront<urunler>();
+    screen<urunler>().add();
+    return screen<urunler>();
+}
+
+Screen& editingProduct() {
+    inFront<urunler>();
+    screen<urunler>().ui.sutun2->setText("1");
+    screen<urunler>().edit();
+    return screen<urunler>();
+}
+
 template <class S>
 ScreenRow row(const char* name, const QString& title, QSize design, Leaving escape, Leaving x,
               const QString& tabOrder, const QString& fields = {}, const QStringList& symbols = {},
@@ -74,11 +88,12 @@ QList<ScreenRow> screens() {
         row<frmLogin>("frmLogin", "Kovanix", {}, stays, closes,
                       "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
                       "sifre", {}, login),
-        row<satisekrani>("satisekrani", "Kovanix Satis", {}, stays, asks,
-                         "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
-                         "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor urunbulmak "
-                         "vkCommand1 vkCommand4 kapat",
-                         "barkod adet ver2", {"^r^n listesi"}, sales),
+        row<satisekrani>(
+            "satisekrani", "Kovanix Satis", {}, stays, asks,
+            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
+            "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor vkCommand3 urunbulmak "
+            "vkCommand1 vkCommand4 kapat",
+            "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
         row<tema>("tema", "TEMA", {880, 620}, stays, closes,
@@ -96,6 +111,26 @@ QList<ScreenRow> screens() {
                      "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
                      "vkCommand4",
                      "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3"),
+        row<urunler>("urunler", "URUN LISTESI", {}, closes, closes,
+                     "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5 kisiekleme2 duzenle2 kisisil2 excelekaydet "
+                     "vkCommand4",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5"),
+        row<urunler>("urunler adding", "URUN LISTESI", {}, stays, closes,
+                     "barkod2 urun2 alis fiyat stok kayit kaydet2 vazgec2 kisiekleme2 duzenle2 kisisil2 "
+                     "excelekaydet vkCommand4 TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 "
+                     "TDBGrid1_filter_2 TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5 barkod2 urun2 alis fiyat stok",
+                     {}, addingProduct),
+        row<urunler>("urunler editing", "URUN LISTESI", {}, stays, closes,
+                     "fiyat stok kayit kaydet2 vazgec2 kisiekleme2 duzenle2 kisisil2 excelekaydet "
+                     "vkCommand4 TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 "
+                     "TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5 urun2 alis",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5 urun2 alis fiyat stok",
+                     {"D!ZENLE"}, editingProduct),
         row<klavyeyeni>("klavyeyeni", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat", "yazilan",
                         {}, keyboard<klavyeyeni>),
         row<klavyeyeni2>("klavyeyeni2", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat",
