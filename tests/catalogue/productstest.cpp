@@ -54,15 +54,22 @@ QStringList ProductsTest::names() const {
     return names;
 }
 
+/// Where a message box has closed, as a window manager does.
+void ProductsTest::activate() const {
+    if (QApplication::activeWindow())
+        return;
+    catalogue().activateWindow();
+    if (!QTest::qWaitFor([this] { return catalogue().isActiveWindow(); }))
+        qFatal("the products don't become active again");
+}
+
 void ProductsTest::type(const QString& text) const {
-    if (!QApplication::activeWindow())
-        catalogue().activateWindow();
+    activate();
     m_shop->type(text);
 }
 
 void ProductsTest::key(Qt::Key key) const {
-    if (!QApplication::activeWindow())
-        catalogue().activateWindow();
+    activate();
     m_shop->key(key);
 }
 

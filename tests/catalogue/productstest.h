@@ -49,6 +49,9 @@ protected:
 
 protected Q_SLOTS:
     void init();
+
+private:
+    void activate() const;
 };
 
 /// A connection of another till, which holds the file locked for writing as long as it lives.

@@ -317,8 +317,10 @@ void TDBGrid::keyPressEvent(QKeyEvent* event) {
                 event->ignore();
             else if (dataSource()->isCurrentChosen() && isInSight(currentIndex().row()))
                 Q_EMIT dblclick();
-            else
+            else {
                 moveTo(currentIndex().row(), m_col);
+                Q_EMIT rowKeyed();
+            }
             return;
         default:
             if ((event->modifiers() & commands) != 0 || !searchFor(event->text()))
