@@ -28,6 +28,7 @@ QPalette shopPalette() {
     palette.setColor(QPalette::Base, roleColor(ColorRole::field));
     palette.setColor(QPalette::AlternateBase, roleColor(ColorRole::zebra));
     palette.setColor(QPalette::Text, Qt::black);  // read on the barcode field's red, too
+    palette.setColor(QPalette::Disabled, QPalette::Text, roleColor(ColorRole::disabledInk));
     palette.setColor(QPalette::Button, QColor(0xE6, 0xEB, 0xF2));
     palette.setColor(QPalette::ButtonText, ink);
     palette.setColor(QPalette::Highlight, roleColor(ColorRole::selectionBar));

@@ -6,6 +6,7 @@
 
 #include "access/frmLogin.h"
 #include "catalogue/liste.h"
+#include "catalogue/urunler.h"
 #include "runtime/attempt.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
@@ -61,6 +62,7 @@ constexpr std::array forms{
     form<frmLogin>(u"frmLogin"),
     form<liste>(u"liste"),
     form<satisekrani>(u"satisekrani"),
+    form<urunler>(u"urunler"),
 };
 
 Screen* formOf(const KeyboardTarget& target, bool load) {

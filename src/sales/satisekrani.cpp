@@ -17,6 +17,7 @@
 #include "appearance/toplamtema.h"
 #include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
+#include "catalogue/urunler.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
@@ -86,6 +87,7 @@ void satisekrani::connectControls() {
                   {ui.satisiptal, &satisekrani::satisiptal_click},
                   {ui.kapat, &satisekrani::kapat_click},
                   {ui.vkCommand1, &satisekrani::vkCommand1_click},
+                  {ui.vkCommand3, &satisekrani::vkCommand3_click},
                   {ui.vkCommand4, &satisekrani::vkCommand4_click},
                   {ui.vkCommand6, &satisekrani::vkCommand6_click},
                   {ui.urunbulmak, &satisekrani::urunbulmak_click},
@@ -308,6 +310,11 @@ void satisekrani::closeEvent(QCloseEvent* event) {
 void satisekrani::vkCommand1_click() {
     eksiltme = 0;
     showInFront(screen<menu>());
+}
+
+void satisekrani::vkCommand3_click() {
+    eksiltme = 0;
+    showInFront(screen<urunler>());
 }
 
 void satisekrani::vkCommand4_click() {

@@ -15,32 +15,55 @@ LeaveCheck::LeaveCheck(QWidget& field, std::function<bool()> check)
 }
 
 bool LeaveCheck::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &m_field && event->type() == QEvent::FocusIn)
+    if (watched == &m_field && event->type() == QEvent::FocusIn) {
         m_entered = true;
+        qApp->installEventFilter(this);
+    }
     if (watched == &m_field && event->type() == QEvent::FocusOut)
         m_pressed = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
-    if (m_pressIsOn && event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+    if (event->type() == QEvent::MouseButtonRelease)
+        m_passed = false;
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType())
+        return dropsPress(static_cast<QWidget&>(*watched));
+    return QObject::eventFilter(watched, event);
+}
+
+/// A press moves the focus before it reaches what it hits, except where that takes the focus by itself.
+bool LeaveCheck::dropsPress(const QWidget& hit) {
+    if (m_pressIsOn) {
         m_pressIsOn = false;
         qApp->removeEventFilter(this);
         return !m_check();
     }
-    return QObject::eventFilter(watched, event);
+    if (!m_entered || !m_field.hasFocus() || !leavesFor(hit))
+        return false;
+    m_passed = m_check();
+    return !m_passed;
 }
 
-/// A press moves the focus before it reaches what it hits.
+/// Whether that, or what it is a part of, is another control of the window that can have the focus.
+bool LeaveCheck::leavesFor(const QWidget& hit) const {
+    if (hit.window() != m_field.window())
+        return false;
+    const QWidget* control = &hit;
+    while (control->focusPolicy() == Qt::NoFocus && !control->isWindow())
+        control = control->parentWidget();
+    return control != &m_field && control->focusPolicy() != Qt::NoFocus;
+}
+
 void LeaveCheck::focusChanged(QWidget* now) {
     if (!m_entered || !now || now == &m_field || now->window() != m_field.window())
         return;
     m_entered = false;
+    const bool passed = std::exchange(m_passed, false) || !m_field.isVisible();
     const bool pressed = std::exchange(m_pressed, false);
-    if (!m_field.isVisible())
-        return;
-    if (!pressed) {
-        m_check();
+    if (pressed && !passed) {
+        m_pressIsOn = true;
         return;
     }
-    m_pressIsOn = true;
-    qApp->installEventFilter(this);
+    qApp->removeEventFilter(this);
+    if (!passed)
+        m_check();
 }
 
 }  // namespace kovanix

@@ -21,6 +21,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    bool dropsPress(const QWidget& hit);
+    bool leavesFor(const QWidget& hit) const;
     void focusChanged(QWidget* now);
 
     QWidget& m_field;
@@ -28,6 +30,7 @@ private:
     bool m_entered = false;    // the field has had the focus and wasn't left yet
     bool m_pressed = false;    // what takes the focus away is a press
     bool m_pressIsOn = false;  // that press is on its way to what it hits
+    bool m_passed = false;     // the press that is down was asked for already
 };
 
 }  // namespace kovanix

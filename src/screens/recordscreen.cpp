@@ -81,11 +81,10 @@ void RecordScreen::goOnAdding() {
 void RecordScreen::closeFrame() {
     m_controls.frame->setMode(u"EKLE"_s);
     // Else the keyboard would be left on whichever button comes next.
-    const bool typedIn = m_controls.frame->isAncestorOf(focusWidget());
+    if (m_controls.frame->isAncestorOf(focusWidget()))
+        giveFocus(grid());
     m_controls.frame->hide();
     grid().setEditedRow({});
-    if (typedIn)
-        giveFocus(grid());
 }
 
 void RecordScreen::deleteSelected() {

@@ -58,7 +58,8 @@ protected:
     bool store(const std::function<void()>& statements);
     /// What follows a save: the list is read anew, and the frame stands open for the next record.
     void goOnAdding();
-    /// Turns the frame back to adding and hides it; its fields are the screen's matter.
+    /// Turns the frame back to adding and hides it; the list has the focus. The fields are the screen's
+    /// matter.
     void closeFrame();
 
     /// Asks, then deletes the row whose number the hidden box holds.

@@ -235,9 +235,9 @@ private Q_SLOTS:
     }
 
     void buttonsOfScreensToComeAreDisabled() {
-        for (const char* name : {"vkCommand2", "vkCommand3"})
-            QVERIFY2(!m_shop->sales().findChild<QWidget*>(name)->isEnabled(), name);
-        for (const char* name : {"fiyatgor", "urunbulmak", "vkCommand1", "vkCommand4", "vkCommand6"})
+        QVERIFY(!m_shop->sales().findChild<QWidget*>("vkCommand2")->isEnabled());
+        for (const char* name :
+             {"fiyatgor", "vkCommand3", "urunbulmak", "vkCommand1", "vkCommand4", "vkCommand6"})
             QVERIFY2(m_shop->sales().findChild<QWidget*>(name)->isEnabled(), name);
     }
 

@@ -16,6 +16,7 @@
 #include "appearance/uyari.h"
 #include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
+#include "catalogue/urunler.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
 #include "salestest.h"
@@ -68,6 +69,19 @@ Screen& keyboard() {
     return screen<S>();
 }
 
+Screen& addingProduct() {
+    inFront<urunler>();
+    screen<urunler>().add();
+    return screen<urunler>();
+}
+
+Screen& editingProduct() {
+    inFront<urunler>();
+    screen<urunler>().ui.sutun2->setText("1");
+    screen<urunler>().edit();
+    return screen<urunler>();
+}
+
 template <class S>
 ScreenRow row(const char* name, const QString& title, QSize design, Leaving escape, Leaving x,
               const QString& tabOrder, const QString& fields = {}, const QStringList& symbols = {},
@@ -84,7 +98,7 @@ QList<ScreenRow> screens() {
                       "sifre", {}, login),
         row<satisekrani>("satisekrani", "Kovanix Satis", {}, stays, asks,
                          "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
-                         "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor urunbulmak "
+                         "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor vkCommand3 urunbulmak "
                          "vkCommand6 vkCommand1 vkCommand4 kapat",
                          "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
@@ -115,6 +129,26 @@ QList<ScreenRow> screens() {
                    "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 txtMusteri "
                    "telefon adres",
                    {}, newCustomer),
+        row<urunler>("urunler", "URUN LISTESI", {}, closes, closes,
+                     "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5 kisiekleme2 duzenle2 kisisil2 excelekaydet "
+                     "vkCommand4",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5"),
+        row<urunler>("urunler adding", "URUN LISTESI", {}, stays, closes,
+                     "barkod2 urun2 alis fiyat stok kayit kaydet2 vazgec2 kisiekleme2 duzenle2 kisisil2 "
+                     "excelekaydet vkCommand4 TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 "
+                     "TDBGrid1_filter_2 TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5 barkod2 urun2 alis fiyat stok",
+                     {}, addingProduct),
+        row<urunler>("urunler editing", "URUN LISTESI", {}, stays, closes,
+                     "fiyat stok kayit kaydet2 vazgec2 kisiekleme2 duzenle2 kisisil2 excelekaydet "
+                     "vkCommand4 TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 "
+                     "TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5 urun2 alis",
+                     "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+                     "TDBGrid1_filter_4 TDBGrid1_filter_5 urun2 alis fiyat stok",
+                     {"D!ZENLE"}, editingProduct),
         row<klavyeyeni>("klavyeyeni", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat", "yazilan",
                         {}, keyboard<klavyeyeni>),
         row<klavyeyeni2>("klavyeyeni2", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat",

@@ -46,6 +46,11 @@ const std::vector<Box>& boxes() {
         {"MSG_KAYDET_ONAY", "UYARI", {yes, no, escape}},
         {"MSG_GIRIS_EKRANINA_DON", "UYARI", {no, escape}},  // a yes would end the session
         {"PROGRAM_KAPAT_SORU", "PROGRAM_KAPAT_BASLIK", {no, escape}},
+        {"MSG_EKLENDI", "UYARI", {ok, escape}},
+        {"MSG_DUZENLENDI", "UYARI", {ok, escape}},
+        {"MSG_URUN_SIL_SOR", "MSG_SILME_ONAY_BASLIK", {no, escape}},
+        {"MSG_URUN_SIL_SEC", "UYARI", {ok, escape}},
+        {"MSG_URUN_SECIN", "UYARI", {ok, escape}},
     };
     return table;
 }
@@ -76,6 +81,7 @@ Cashier::Cashier(quint64 seed, const ShopLedger& ledger, const std::vector<Windo
     addCash();
     addSaleEnd();
     addWindows(windows);
+    addProducts();
 }
 
 const Deed& Cashier::act() {

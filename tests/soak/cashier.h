@@ -65,6 +65,7 @@ private:
     void addWindows(const std::vector<WindowRow>& rows);
     void addWindow(const WindowRow& row);
     void addPad(const WindowRow& row);
+    void addProducts();
 
     bool atCounter() const;
     bool sellsOverALine() const;

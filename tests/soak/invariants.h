@@ -51,6 +51,7 @@ struct Deed {
     bool prints = false;          ///< and on a receipt
     std::optional<Sold> sold;     ///< the ticket has so much more of it
     std::optional<Product> made;  ///< the file has one product more
+    std::optional<std::pair<QString, double>> priced;  ///< a product, by its barcode, has that sale price
     QString box;                  ///< the message box that must come, by the key of its text
     QStringList mayAsk;           ///< those that may
     std::function<bool()> until;  ///< what the window system brings about by and by

@@ -203,6 +203,10 @@ QString ShopLedger::fault(const Deed& deed) {
         add(*deed.made);
         return wholeFault();
     }
+    if (deed.priced) {
+        m_products[deed.priced->first].sale = deed.priced->second;
+        return wholeFault();
+    }
     if (deed.stores)
         return saleFault(deed.before.lines);
     return written ? wholeFault() : m_trouble;

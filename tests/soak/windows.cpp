@@ -10,7 +10,9 @@
 #include "hands.h"
 #include "player.h"
 #include "runtime/screen.h"
+#include "screens/capitals.h"
 #include "widgets/caption.h"
+#include "widgets/tdbgrid.h"
 
 namespace kovanix {
 
@@ -45,6 +47,10 @@ Screen* openBehind(const Screen& till) {
             return screen;
     }
     return nullptr;
+}
+
+QLineEdit& field(const QString& name) {
+    return *front()->findChild<QLineEdit*>(name);
 }
 
 /// The button of the screen in front that bears that character alone.
@@ -94,6 +100,7 @@ const std::vector<WindowRow>& knownWindows() {
          "TDBGrid1"},
         // A customer is typed, but never stored.
         {"liste", {{sales, "vkCommand6"}}, {"vkCommand2", "X"}, {"kisiekleme2", "vazgec2", "vkCommand1"}},
+        {"urunler", {{sales, "vkCommand3"}, {sales, "F6", key}}, {"vkCommand4", "X"}},
         {.name = "klavyeyeni2",
          .ways = {{sales, "kisayolklavye"}},
          .exits = {"vkCommand1_100", "kapat", "Escape", "X"},
@@ -206,6 +213,57 @@ void Cashier::addPad(const WindowRow& row) {
                 pressOn(*keyWith(digit));
             pressOn(*pressable(row.enter));
         });
+}
+
+/// What is done to the products on their own screen; its entry frame is closed again each time. Nothing is
+/// deleted: a quick key or the ticket may hold it.
+void Cashier::addProducts() {
+    const Test inList = [] { return isInFront(u"urunler"_s); };
+    const auto fill = [this](const QString& name, const QString& text) {
+        field(name).selectAll();
+        typeInto(&field(name), text);
+    };
+    add("product added", 30, 0, inList, [=, this] {
+        press(pressable(u"kisiekleme2"_s))();
+        fill(u"barkod2"_s, unknownBarcode());
+        fill(u"urun2"_s, hostile());
+        fill(u"alis"_s, digits(2));
+        fill(u"fiyat"_s, digits(2) + u',' + digits(2));
+        fill(u"stok"_s, digits(1));
+        m_deed.made = {field(u"barkod2"_s).text(), cutToField(field(u"urun2"_s).text()),
+                       amount(field(u"alis"_s).text()), amount(field(u"fiyat"_s).text()),
+                       amount(field(u"stok"_s).text())};
+        m_deed.box = "MSG_EKLENDI";
+        press(pressable(u"kaydet2"_s))();
+    });
+    const Test hasRows = [=] {
+        return inList() && front()->findChild<TDBGrid*>(u"TDBGrid1"_s)->model()->rowCount() > 0;
+    };
+    add("product changed", 30, 0, hasRows, [=, this] {
+        QWidget& rows = *front()->findChild<QAbstractScrollArea*>(u"TDBGrid1"_s)->viewport();
+        pressOn(rows, {rows.width() / 2, m_random.between(0, rows.height() - 1)});
+        const bool none = field(u"sutun2"_s).text().isEmpty();
+        if (none)
+            m_deed.box = "MSG_URUN_SECIN";
+        press(pressable(u"duzenle2"_s))();
+        if (none)
+            return;
+        fill(u"fiyat"_s, digits(2) + u',' + digits(2));
+        m_deed.priced = {field(u"barkod2"_s).text(), amount(field(u"fiyat"_s).text())};
+        m_deed.box = "MSG_DUZENLENDI";
+        press(pressable(u"kaydet2"_s))();
+    });
+    add("deletion of a product refused", 10, 0, inList, [=, this] {
+        m_deed.box = field(u"sutun2"_s).text().isEmpty() ? "MSG_URUN_SIL_SEC" : "MSG_URUN_SIL_SOR";
+        press(pressable(u"kisisil2"_s))();
+    });
+    add("products sorted", 15, 0, inList, [=, this] {
+        TDBGrid& list = *front()->findChild<TDBGrid*>(u"TDBGrid1"_s);
+        const QPoint place = list.headingRect(m_random.between(0, list.columnCount() - 1)).center();
+        m_announce(u"sorts the products"_s);
+        QWidget& heading = *list.childAt(place);
+        pressOn(heading, heading.mapFrom(&list, place));
+    });
 }
 
 }  // namespace kovanix

@@ -1,7 +1,7 @@
 #include "desktop/focus.h"
 
 #include <QApplication>
-#include <QEvent>
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
@@ -110,8 +110,13 @@ private:
     void closeSoon() {
         const auto close = [this] {
             const QWidget* opener = m_opener;
-            if (!opener || !opener->isVisible())
-                m_window.close();
+            if (opener && opener->isVisible())
+                return;
+            // Sent straight: what comes by the window system may be dropped as the second press on an X.
+            QCloseEvent request;
+            QCoreApplication::sendEvent(&m_window, &request);
+            if (request.isAccepted())
+                m_window.hide();
         };
         QMetaObject::invokeMethod(this, close, Qt::QueuedConnection);
     }

@@ -158,7 +158,7 @@ Q_SIGNALS:
     void headClick(int column);
     /// The user changed the text of a filter cell.
     void filterChange();
-    /// Another row became the current one by a key.
+    /// Another row became the current one by a key, or Enter chose the one that was.
     void rowKeyed();
 
 protected:
