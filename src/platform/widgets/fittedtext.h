@@ -13,7 +13,7 @@ namespace kovanix {
 
 /// A text fitted to a box and kept ready for painting: on one line where there is room, else broken at
 /// blanks, else with smaller glyphs, so that nothing of it is ever cut off. Working it out is done once for
-/// each text, font and box; painting again costs only the painting.
+/// each text, font and box; painting again costs only the painting. Control characters aren't drawn.
 class FittedText {
 public:
     /// Works out where the glyphs stand; does nothing when none of the arguments changed.

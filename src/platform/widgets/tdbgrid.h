@@ -158,7 +158,7 @@ Q_SIGNALS:
     void headClick(int column);
     /// The user changed the text of a filter cell.
     void filterChange();
-    /// Another row became the current one by a key.
+    /// A row was chosen by a key.
     void rowKeyed();
 
 protected:

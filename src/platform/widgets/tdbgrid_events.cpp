@@ -317,15 +317,18 @@ void TDBGrid::keyPressEvent(QKeyEvent* event) {
                 event->ignore();
             else if (dataSource()->isCurrentChosen() && isInSight(currentIndex().row()))
                 Q_EMIT dblclick();
-            else
+            else {
                 moveTo(currentIndex().row(), m_col);
+                Q_EMIT rowKeyed();
+            }
             return;
         default:
             if ((event->modifiers() & commands) != 0 || !searchFor(event->text()))
                 event->ignore();
             return;
     }
-    const int before = currentIndex().row();
+    // A row that is current without having been chosen is chosen by a key that leads to it.
+    const int before = dataSource() && dataSource()->isCurrentChosen() ? currentIndex().row() : -1;
     const QModelIndex target = moveCursor(*action, event->modifiers());
     if (!target.isValid())
         return;
