@@ -5,6 +5,8 @@
 #include <array>
 
 #include "access/frmLogin.h"
+#include "access/kullanicilar.h"
+#include "access/sifresorur.h"
 #include "runtime/attempt.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
@@ -58,6 +60,8 @@ constexpr Form form(QStringView name) {
 // A screen that isn't named here is passed over, with all that lies on it.
 constexpr std::array forms{
     form<frmLogin>(u"frmLogin"),
+    form<kullanicilar>(u"kullanicilar"),
+    form<sifresorur>(u"sifresorur"),
     form<satisekrani>(u"satisekrani"),
 };
 

@@ -1,6 +1,8 @@
 // Where the on-screen keyboards' text goes.
 
 #include "access/frmLogin.h"
+#include "access/kullanicilar.h"
+#include "access/sifresorur.h"
 #include "appearance/keyboard.h"
 #include "appearance/keyboardfield.h"
 #include "appearance/keyboardscreen.h"
@@ -47,6 +49,8 @@ void addTexts(QMap<QString, QString>& texts) {
 QMap<QString, QString> allTexts() {
     QMap<QString, QString> texts;
     addTexts<frmLogin>(texts);
+    addTexts<kullanicilar>(texts);
+    addTexts<sifresorur>(texts);
     addTexts<satisekrani>(texts);
     return texts;
 }
@@ -103,22 +107,22 @@ private Q_SLOTS:
     }
 
     void everyCode_data() {
-        // Not here: the products, the users, the customers and the password prompt, which don't exist yet.
+        // Not here: the products and the customers, which don't exist yet.
         addRows<CodeRow>({{"1", {full, "1", "frmLogin.sifre", "Şifre", true}},
                           {"2", {full, "2"}},
                           {"3", {full, "3", {}, "Ürün adı"}},
                           {"4", {full, "4"}},
                           {"5", {full, "5"}},
                           {"6", {full, "6"}},
-                          {"7", {full, "7", {}, "Kullanıcı adı"}},
-                          {"8", {full, "8", {}, "Şifre", true}},
-                          {"9", {full, "9", {}, "Şifre tekrarı", true}},
+                          {"7", {full, "7", "kullanicilar.personeladi", "Kullanıcı adı"}},
+                          {"8", {full, "8", "kullanicilar.sifre", "Şifre", true}},
+                          {"9", {full, "9", "kullanicilar.sifre1", "Şifre tekrarı", true}},
                           {"10", {full, "10", {}, "E-posta"}},
                           {"11", {full, "11", {}, "Web sitesi"}},
                           {"12", {full, "12", {}, "Soyadı"}},
                           {"13", {full, "13", {}, "Adı"}},
                           {"14", {full, "14", {}, "Adres"}},
-                          {"15", {full, "15", {}, "Şifre", true}},
+                          {"15", {full, "15", "sifresorur.Text1", "Şifre", true}},
                           {"16", {full, "16"}},
                           {"17", {full, "17", {}, "Fatura no"}},
                           {"18", {full, "18", "frmLogin.sifre", "Şifre", true}},
