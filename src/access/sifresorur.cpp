@@ -37,13 +37,19 @@ const QString editCaption = u"D!ZENLE"_s;
 
 void carryOutOnUsers() {
     auto& users = screen<kullanicilar>();
-    const int action = ekledznlsilk.toInt();
-    if (action == PasswordGate::add)
-        users.add();
-    else if (action == PasswordGate::edit)
-        users.edit(editCaption);
-    else if (action == PasswordGate::remove)
-        users.remove();
+    switch (ekledznlsilk.toInt()) {
+        case PasswordGate::add:
+            users.add();
+            break;
+        case PasswordGate::edit:
+            users.edit(editCaption);
+            break;
+        case PasswordGate::remove:
+            users.remove();
+            break;
+        default:
+            break;
+    }
 }
 
 /// The screen of the products isn't there yet: nothing asks for its actions.
