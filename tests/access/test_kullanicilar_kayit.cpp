@@ -7,6 +7,8 @@
 #include "access/sifreleme.h"
 #include "app/ayarmodul.h"
 #include "app/session.h"
+#include "data/baglanmamodulu.h"
+#include "databasefile.h"
 #include "ordinaryuser.h"
 #include "rows.h"
 #include "runtests.h"
@@ -23,26 +25,6 @@ const QString ayse = u"1|Ayşe|"_s + hashed("gizli") + u"|Yönetici";
 const QString bekir = u"2|Bekir||Kasiyer"_s;
 
 const ExpectedBox noPasswordAsked{words::warning, words::noPassword, MessageBoxAnswer::yes};
-
-/// Keeps the file to itself for as long as it lives.
-class OtherTill {
-public:
-    explicit OtherTill(const QString& file) {
-        QSqlDatabase till = QSqlDatabase::addDatabase(u"QSQLITE"_s, name());
-        till.setDatabaseName(file);
-        if (!till.open() || !QSqlQuery(till).exec(u"BEGIN IMMEDIATE"_s))
-            qFatal("the file can't be locked");
-    }
-    ~OtherTill() {
-        QSqlDatabase::database(name()).close();
-        QSqlDatabase::removeDatabase(name());
-    }
-    OtherTill(const OtherTill&) = delete;
-    OtherTill& operator=(const OtherTill&) = delete;
-
-private:
-    static QString name() { return u"other till"_s; }
-};
 
 }  // namespace
 
@@ -295,6 +277,21 @@ private Q_SLOTS:
         QVERIFY(!ui().kisiekle->isVisible());
     }
 
+    void withoutADatabase() {
+        open();
+        press(ui().kisiekleme3);
+        m_shop->fill(u"Cem"_s, u"1"_s, u"1"_s);
+        QVERIFY(QFile::rename(m_shop->databaseFile(), m_shop->file(u"weg"_s)));
+        baglantikapat();
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);  // the connection's own, with the file's path
+        m_shop->expect({{words::error, words::noDatabase}});
+        press(ui().kaydet);
+        QVERIFY(QFile::rename(m_shop->file(u"weg"_s), m_shop->databaseFile()));
+        QCOMPARE(ui().personeladi->text(), u"Cem"_s);  // nothing of it is lost
+        save({notice(words::added)});
+        QCOMPARE(m_shop->stored().size(), 3);
+    }
+
     void lockedByAnotherTill_data() {
         addRows<LockRow>({{"add",
                            {[](UsersFixture& shop) {
@@ -322,10 +319,10 @@ private Q_SLOTS:
         QFETCH(const LockRow, row);
         open();
         m_shop->expect(row.boxes);
-        {
-            const OtherTill writing(m_shop->databaseFile());
-            row.act(*m_shop);
-        }
+        RawDatabase otherTill(m_shop->databaseFile(), {});
+        QVERIFY(otherTill.run(u"BEGIN IMMEDIATE"_s));
+        row.act(*m_shop);
+        QVERIFY(otherTill.run(u"COMMIT"_s));
         QCOMPARE(m_shop->stored(), (QStringList{ayse, bekir}));
         QCOMPARE(m_shop->listed(), (QStringList{ayse, bekir}));
         // And goes on once the file is free.
