@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 #include <QVersionNumber>
 
+#include "access/kullanicilar.h"
 #include "access/sifreleme.h"
 #include "access/userrows.h"
 #include "app/ayarmodul.h"
@@ -28,6 +29,7 @@
 #include "sales/satisekrani.h"
 #include "screens/boxes.h"
 #include "screens/clicks.h"
+#include "screens/focusreturn.h"
 #include "values/numbers.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
@@ -174,19 +176,23 @@ void frmLogin::kullanicilistele() {
         kullanicilarac();
         return;
     }
+    // An older table may lack a field, its counter most likely: the others are listed all the same.
     for (; !users.atEnd(); users.moveNext()) {
-        ui.kullanici->addItem(nullmetin(users.field(u"personeladi"_s)));
-        ui.kullaniciid->addItem(nullmetin(users.field(u"id"_s)));
-        ui.sifreler->addItem(sifremetni(users.field(u"sifre"_s)));
-        ui.acilisi->addItem(nullmetin(users.field(u"yetki"_s)));
+        attempt([&] { ui.kullanici->addItem(nullmetin(users.field(u"personeladi"_s))); });
+        attempt([&] { ui.kullaniciid->addItem(nullmetin(users.field(u"id"_s))); });
+        attempt([&] { ui.sifreler->addItem(sifremetni(users.field(u"sifre"_s))); });
+        attempt([&] { ui.acilisi->addItem(nullmetin(users.field(u"yetki"_s))); });
     }
     users.close();
     ui.kullanici->setCurrentRow(0);
     kullanici_click();
 }
 
-/// Shows the screen of the users in front of this one. There is none yet: the notice is all.
-void frmLogin::kullanicilarac() {}
+/// Shows the screen of the users in front of this one, and doesn't wait for it.
+void frmLogin::kullanicilarac() {
+    setFocusReturn(*ui.sifre);
+    showInFront(screen<kullanicilar>(), {.opener = this});
+}
 
 void frmLogin::kullanici_click() {
     const int row = ui.kullanici->currentRow();

@@ -1,6 +1,7 @@
 #include <QCoreApplication>
 
 #include "access/frmLogin.h"
+#include "access/roles.h"
 #include "app/modTrace.h"
 #include "app/modTurkce.h"
 #include "app/session.h"
@@ -10,26 +11,10 @@
 #include "desktop/messagebox.h"
 #include "runtime/screenregistry.h"
 #include "sales/satisekrani.h"
-#include "values/lettercase.h"
 
 namespace kovanix {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-enum class Role { manager, warehouse, other };
-
-/// Older files spell the manager's role in many ways: Yönetici, YÖNETİCİ, yonetici, YONETICI.
-Role roleOf(const QString& yetki) {
-    const QString role = foldTurkishI(yetki.trimmed()).replace(u'ö', u'o');
-    const QString tail = u"netici"_s;
-    if (role.startsWith(u'y') && role.endsWith(tail) && role.size() > tail.size())
-        return Role::manager;
-    return role == u"depo sevk" ? Role::warehouse : Role::other;
-}
-
-}  // namespace
 
 void frmLogin::girisyap() {
     try {
@@ -53,6 +38,7 @@ bool frmLogin::applyRole() {
             // The warehouse has no business at the till; only the trace tells, as required.
             izyaz(u"GIR depo sevk - cikis"_s);
             return false;
+        case Role::cashier:
         case Role::other:
             girisyetki = 0;
             return true;

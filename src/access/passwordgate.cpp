@@ -22,7 +22,8 @@ PasswordGate::Guarded PasswordGate::users() {
 PasswordGate::PasswordGate(Guarded guarded, int action) : m_guarded(std::move(guarded)) {
     screen<sifresorur>().ui.nereye->setText(m_guarded.code);
     ayarla(m_guarded.actionKey, QString::number(action));
-    m_guarded.pending = ayar(m_guarded.actionKey);
+    // A configuration that can't be written still holds an older action, which must not be carried out.
+    m_guarded.pending = QString::number(action);
     m_wanted = sayicevir(ayar(m_guarded.settingKey)) == 0;
 }
 

@@ -27,7 +27,7 @@ public:
     static Guarded products();
     static Guarded users();
 
-    /// Notes an action: in the configuration, and from there in the process.
+    /// Notes an action, in the configuration and in the process.
     PasswordGate(Guarded guarded, int action);
     ~PasswordGate();
     PasswordGate(const PasswordGate&) = delete;

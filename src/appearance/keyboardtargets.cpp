@@ -5,6 +5,8 @@
 #include <array>
 
 #include "access/frmLogin.h"
+#include "access/kullanicilar.h"
+#include "access/sifresorur.h"
 #include "catalogue/liste.h"
 #include "catalogue/urunler.h"
 #include "runtime/attempt.h"
@@ -60,7 +62,9 @@ constexpr Form form(QStringView name) {
 // A screen that isn't named here is passed over, with all that lies on it.
 constexpr std::array forms{
     form<frmLogin>(u"frmLogin"),
+    form<kullanicilar>(u"kullanicilar"),
     form<liste>(u"liste"),
+    form<sifresorur>(u"sifresorur"),
     form<satisekrani>(u"satisekrani"),
     form<urunler>(u"urunler"),
 };

@@ -1,6 +1,7 @@
 #include "appearance/menu.h"
 
 #include "access/firstscreen.h"
+#include "access/kullanicilar.h"
 #include "app/modTurkce.h"
 #include "app/session.h"
 #include "appearance/tema.h"
@@ -54,11 +55,11 @@ menu::~menu() = default;
 void menu::connectControls() {
     clicks(this, {{ui.vkCommand1, &menu::vkCommand1_click},
                   {ui.vkCommand2, &menu::vkCommand2_click},
+                  {ui.vkCommand3, &menu::vkCommand3_click},
                   {ui.vkCommand4, &menu::vkCommand4_click},
                   {ui.vkCommand5, &menu::vkCommand5_click},
                   {ui.vkCommand10, &menu::vkCommand10_click},
                   {ui.kapat, &menu::kapat_click}});
-    ui.vkCommand3->setEnabled(false);  // waits for the users' screen, kullanicilar
 }
 
 void menu::form_load() {
@@ -81,6 +82,10 @@ void menu::vkCommand2_click() {
         return;
     unloadAllScreens();
     showFirstScreen();
+}
+
+void menu::vkCommand3_click() {
+    showInFront(screen<kullanicilar>());
 }
 
 void menu::vkCommand4_click() {

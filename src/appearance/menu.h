@@ -23,6 +23,7 @@ private:
 
     void vkCommand1_click();
     void vkCommand2_click();
+    void vkCommand3_click();
     void vkCommand4_click();
     void vkCommand5_click();
     void vkCommand10_click();

@@ -34,6 +34,7 @@ void ListScreen::setUpList(const Controls& controls) {
         column.setDataField(stored.field);
         column.setFormat(stored.format);
         column.setWidth(stored.width);
+        column.setCode(stored.code);
         if (stored.field == m_traits.scanField)
             grid.setScanColumn(i);
         if (stored.field == m_traits.nameField)

@@ -34,6 +34,7 @@ struct ListColumn {
     QString field;
     QString format;
     int width;
+    bool code = false;  ///< its texts aren't for reading, and may lose their end
 };
 
 /// In what the list screens differ.

@@ -5,6 +5,9 @@
 #include <QSignalSpy>
 
 #include "access/firstscreen.h"
+#include "access/kullanicilar.h"
+#include "access/sifresorur.h"
+#include "desktop/focus.h"
 #include "loginfixture.h"
 #include "programs.h"
 #include "runtests.h"
@@ -116,6 +119,68 @@ private Q_SLOTS:
         }
         QTRY_VERIFY(hasKeyboard(*shop.ui().sifre));
         QCOMPARE(lastClosed.count(), 0);  // the process would end by it
+    }
+
+    // From an empty table to the sales screen, by the keyboard alone.
+    void theFirstUser() {
+        LoginFixture shop;
+        shop.boxes.expect(words::notice, words::addUser, MessageBoxAnswer::ok);
+        showFirstScreen();
+        QTRY_VERIFY_WITH_TIMEOUT(loaded<kullanicilar>(), soon);
+        const Ui::kullanicilar& users = screen<kullanicilar>().ui;
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*users.TDBGrid1), soon);
+        QVERIFY(screen<frmLogin>().isVisible());
+        pressKeys({u"Tab"_s});
+        QTRY_VERIFY(hasKeyboard(*users.kisiekleme3));
+        pressKeys({u"Return"_s});
+        QTRY_VERIFY(hasKeyboard(*users.personeladi));
+        typeKeys(u"ali\ngizli\ngizli\n"_s);
+        QTRY_VERIFY(hasKeyboard(*users.kaydet));
+        shop.boxes.expect(u"UYARI"_s, u"Eklendi"_s, MessageBoxAnswer::ok);
+        pressKeys({u"space"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(shop.boxes.answered(), 2, soon);
+        QTRY_VERIFY(hasKeyboard(*users.TDBGrid1));
+        pressKeys({u"Escape"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(!loaded<kullanicilar>(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*shop.ui().sifre), soon);
+        typeKeys(u"gizli\n"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(shop.isLoggedIn(), soon);
+        QTRY_VERIFY(hasKeyboard(*screen<satisekrani>().ui.barkod));
+        QVERIFY(allAnswered(shop.boxes));
+    }
+
+    // The prompt stands above the users' screen, and what it opens keeps the keyboard.
+    void thePrompt() {
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, u"gizli"_s);
+        shop.open();
+        QTRY_VERIFY(hasKeyboard(*shop.ui().sifre));
+        typeKeys(u"gizli\n"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(shop.isLoggedIn(), soon);
+        showInFront(screen<kullanicilar>());
+        const Ui::kullanicilar& users = screen<kullanicilar>().ui;
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*users.TDBGrid1), soon);
+        const auto ask = [] {
+            pressKeys({u"space"_s});
+            return QTest::qWaitFor(
+                [] { return loaded<sifresorur>() && hasKeyboard(*screen<sifresorur>().ui.Text1); }, soon);
+        };
+        pressKeys({u"Tab"_s});
+        QTRY_VERIFY(hasKeyboard(*users.kisiekleme3));
+        QVERIFY(ask());
+        pressKeys({u"Escape"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*users.kisiekleme3), soon);
+        QVERIFY(!loaded<sifresorur>());
+        QVERIFY(ask());
+        typeKeys(u"gizli"_s);
+        pressKeys({u"Tab"_s, u"Tab"_s, u"space"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(!loaded<sifresorur>(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*users.personeladi), soon);
+        typeKeys(u"veli"_s);
+        QTRY_COMPARE(users.personeladi->text(), u"veli"_s);
+        screen<kullanicilar>().close();
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*screen<satisekrani>().ui.barkod), soon);
+        QVERIFY(allAnswered(shop.boxes));
     }
 
     void theBuiltTill() {

@@ -1,11 +1,14 @@
 // Where the on-screen keyboards' text goes.
 
 #include "access/frmLogin.h"
+#include "access/kullanicilar.h"
+#include "access/sifresorur.h"
 #include "appearance/keyboard.h"
 #include "appearance/keyboardfield.h"
 #include "appearance/keyboardscreen.h"
 #include "appearance/mdlMonitors.h"
 #include "catalogue/liste.h"
+#include "catalogue/urunler.h"
 #include "desktop/focus.h"
 #include "rows.h"
 #include "salestest.h"
@@ -48,8 +51,11 @@ void addTexts(QMap<QString, QString>& texts) {
 QMap<QString, QString> allTexts() {
     QMap<QString, QString> texts;
     addTexts<frmLogin>(texts);
+    addTexts<kullanicilar>(texts);
+    addTexts<sifresorur>(texts);
     addTexts<satisekrani>(texts);
     addTexts<liste>(texts);
+    addTexts<urunler>(texts);
     return texts;
 }
 
@@ -117,30 +123,29 @@ private Q_SLOTS:
     }
 
     void everyCode_data() {
-        // Not here: the products, the users and the password prompt, which don't exist yet.
         addRows<CodeRow>({{"1", {full, "1", "frmLogin.sifre", "Şifre", true}},
                           {"2", {full, "2"}},
-                          {"3", {full, "3", {}, "Ürün adı"}},
+                          {"3", {full, "3", "urunler.urun2", "Ürün adı"}},
                           {"4", {full, "4"}},
                           {"5", {full, "5"}},
                           {"6", {full, "6"}},
-                          {"7", {full, "7", {}, "Kullanıcı adı"}},
-                          {"8", {full, "8", {}, "Şifre", true}},
-                          {"9", {full, "9", {}, "Şifre tekrarı", true}},
+                          {"7", {full, "7", "kullanicilar.personeladi", "Kullanıcı adı"}},
+                          {"8", {full, "8", "kullanicilar.sifre", "Şifre", true}},
+                          {"9", {full, "9", "kullanicilar.sifre1", "Şifre tekrarı", true}},
                           {"10", {full, "10", {}, "E-posta"}},
                           {"11", {full, "11", {}, "Web sitesi"}},
                           {"12", {full, "12", {}, "Soyadı"}},
                           {"13", {full, "13", {}, "Adı"}},
                           {"14", {full, "14", "liste.adres", "Adres"}},
-                          {"15", {full, "15", {}, "Şifre", true}},
+                          {"15", {full, "15", "sifresorur.Text1", "Şifre", true}},
                           {"16", {full, "16"}},
                           {"17", {full, "17", {}, "Fatura no"}},
                           {"18", {full, "18", "frmLogin.sifre", "Şifre", true}},
                           {"19", {full, "19", "satisekrani.hizliurunadi", "Kısayol adı"}},
-                          {"pad 1", {pad, "1", {}, "Barkod"}},
-                          {"pad 2", {pad, "2", {}, "Alış fiyatı"}},
-                          {"pad 3", {pad, "3", {}, "Satış fiyatı"}},
-                          {"pad 4", {pad, "4", {}, "Stok"}},
+                          {"pad 1", {pad, "1", "urunler.barkod2", "Barkod"}},
+                          {"pad 2", {pad, "2", "urunler.alis", "Alış fiyatı"}},
+                          {"pad 3", {pad, "3", "urunler.fiyat", "Satış fiyatı"}},
+                          {"pad 4", {pad, "4", "urunler.stok", "Stok"}},
                           {"pad 8", {pad, "8", "satisekrani.barkod", "Barkod"}}});
     }
     void everyCode() {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "access/frmLogin.h"
+#include "access/kullanicilar.h"
 #include "app/session.h"
 #include "appearance/ekoz.h"
 #include "appearance/hallimzda.h"
@@ -101,9 +102,9 @@ private Q_SLOTS:
     }
 
     void roles_data() {
-        addRows<RolesRow>({{"manager; the users' screen isn't there yet", {1, "vkCommand3", true}},
+        addRows<RolesRow>({{"manager", {1, "", true}},
                            {"cashier", {0, "vkCommand3 vkCommand4 vkCommand2", false}},
-                           {"another value counts as a manager's", {-1, "vkCommand3", true}}});
+                           {"another value counts as a manager's", {-1, "", true}}});
     }
     void roles() {
         QFETCH(const RolesRow, row);
@@ -147,8 +148,17 @@ private Q_SLOTS:
     void users() {
         open(1);
         press(ui().vkCommand3);
+        QVERIFY(loaded<kullanicilar>());
+        QTRY_VERIFY(screen<kullanicilar>().isActiveWindow());
+        QCOMPARE(screen<kullanicilar>().windowModality(), Qt::NonModal);
         QVERIFY(screen<menu>().isVisible());
-        QTRY_VERIFY(screen<menu>().isActiveWindow());
+    }
+
+    void noUsersForACashier() {
+        open(0);
+        press(ui().vkCommand3);
+        ui().vkCommand3->click();
+        QVERIFY(!loaded<kullanicilar>());
     }
 
     void endOfTheProgram_data() {
@@ -292,7 +302,8 @@ private Q_SLOTS:
     }
 
     void escapeFromEveryButton() {
-        for (const char* name : {"vkCommand1", "vkCommand4", "vkCommand5", "vkCommand2", "vkCommand10"}) {
+        for (const char* name :
+             {"vkCommand1", "vkCommand3", "vkCommand4", "vkCommand5", "vkCommand2", "vkCommand10"}) {
             open(1);
             control(name)->setFocus();
             m_shop->key(Qt::Key_Escape);
@@ -313,8 +324,8 @@ private Q_SLOTS:
     void tabOrder_data() {
         addRows<TabOrderRow>(
             {{"manager",
-              {1, QStringList{"kapat", "vkCommand1", "vkCommand4", "vkCommand5", "vkCommand2", "vkCommand10",
-                              "kapat"}}},
+              {1, QStringList{"kapat", "vkCommand1", "vkCommand3", "vkCommand4", "vkCommand5", "vkCommand2",
+                              "vkCommand10", "kapat"}}},
              {"cashier", {0, QStringList{"kapat", "vkCommand1", "vkCommand5", "vkCommand10", "kapat"}}}});
     }
     void tabOrder() {
@@ -337,9 +348,8 @@ private Q_SLOTS:
         screen<menu>().activateWindow();
         QTRY_VERIFY(screen<menu>().isActiveWindow());
         QCOMPARE(QApplication::focusWidget(), ui().vkCommand1);
-        m_shop->key(Qt::Key_Tab);
-        m_shop->key(Qt::Key_Tab);
-        m_shop->key(Qt::Key_Tab);
+        for (int tab = 0; tab < 4; ++tab)
+            m_shop->key(Qt::Key_Tab);
         m_shop->boxes.expect("UYARI", loginQuestion, MessageBoxAnswer::no);
         m_shop->key(Qt::Key_Return);
         screen<menu>().activateWindow();

@@ -4,6 +4,8 @@
 
 #include "access/firstscreen.h"
 #include "access/frmLogin.h"
+#include "access/kullanicilar.h"
+#include "access/sifresorur.h"
 #include "app/session.h"
 #include "appearance/ekoz.h"
 #include "appearance/hallimzda.h"
@@ -82,6 +84,18 @@ Screen& editingProduct() {
     return screen<urunler>();
 }
 
+/// With a manager logged in by a password, so that nothing on it is disabled.
+Screen& users() {
+    girissifre = "gizli";
+    return inFront<kullanicilar>();
+}
+
+Screen& usersFields() {
+    users();
+    screen<kullanicilar>().add();
+    return screen<kullanicilar>();
+}
+
 template <class S>
 ScreenRow row(const char* name, const QString& title, QSize design, Leaving escape, Leaving x,
               const QString& tabOrder, const QString& fields = {}, const QStringList& symbols = {},
@@ -96,13 +110,14 @@ QList<ScreenRow> screens() {
         row<frmLogin>("frmLogin", "Kovanix", {}, stays, closes,
                       "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
                       "sifre", {}, login),
-        row<satisekrani>("satisekrani", "Kovanix Satis", {}, stays, asks,
-                         "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
-                         "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor vkCommand3 urunbulmak "
-                         "vkCommand6 vkCommand1 vkCommand4 kapat",
-                         "barkod adet ver2", {"^r^n listesi"}, sales),
+        row<satisekrani>(
+            "satisekrani", "Kovanix Satis", {}, stays, asks,
+            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
+            "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor vkCommand3 urunbulmak "
+            "vkCommand6 vkCommand1 vkCommand4 kapat",
+            "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
-                  "kapat vkCommand1 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
+                  "kapat vkCommand1 vkCommand3 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
         row<tema>("tema", "TEMA", {880, 620}, stays, closes,
                   "resim1 resim2 resim3 resim4 temaac vkCommand2 vkCommand1"),
         row<toplamtema>(
@@ -149,6 +164,14 @@ QList<ScreenRow> screens() {
                      "TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
                      "TDBGrid1_filter_4 TDBGrid1_filter_5 urun2 alis fiyat stok",
                      {"D!ZENLE"}, editingProduct),
+        row<kullanicilar>("kullanicilar", "KULLANICILAR", {}, closes, closes,
+                          "TDBGrid1 kisiekleme3 duzenle3 kisisil3 Check1 kapat", {}, {}, users),
+        row<kullanicilar>("kullanicilar with the fields open", "KULLANICILAR", {}, stays, closes,
+                          "personeladi sifre sifre1 acilisi kaydet vazgec kisiekleme3 duzenle3 kisisil3 "
+                          "Check1 kapat TDBGrid1",
+                          "personeladi sifre sifre1", {}, usersFields),
+        row<sifresorur>("sifresorur", "SIFRE", {520, 280}, closes, closes,
+                        "Text1 vkCommand1 Command1 sifrekapat", "Text1"),
         row<klavyeyeni>("klavyeyeni", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat", "yazilan",
                         {}, keyboard<klavyeyeni>),
         row<klavyeyeni2>("klavyeyeni2", "KLAVYE", {}, closes, closes, "yazilan vkCommand1_100 kapat",

@@ -44,6 +44,10 @@ const std::vector<Box>& boxes() {
         {"MSG_SATIS_IPTAL_SOR", "UYARI", {yes, no, escape}},
         {"MSG_TEMA_ONAY", "MSG_SILME_ONAY_BASLIK", {yes, no, escape}},
         {"MSG_KAYDET_ONAY", "UYARI", {yes, no, escape}},
+        {"MSG_KULLANICI_SEC", "UYARI", {ok, escape}},
+        {"MSG_KULLANICI_SIL_SEC", "UYARI", {ok, escape}},
+        {"SON_YONETICI", "UYARI", {ok, escape}},
+        {"MSG_KULLANICI_SIL_SOR", "MSG_SILME_ONAY_BASLIK", {no, escape}},
         {"MSG_GIRIS_EKRANINA_DON", "UYARI", {no, escape}},  // a yes would end the session
         {"PROGRAM_KAPAT_SORU", "PROGRAM_KAPAT_BASLIK", {no, escape}},
         {"MSG_EKLENDI", "UYARI", {ok, escape}},

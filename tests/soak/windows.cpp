@@ -91,6 +91,13 @@ const std::vector<WindowRow>& knownWindows() {
          {"vkCommand1", "vkCommand2", "vkCommand3", "vkCommand4", "vkCommand6", "vkCommand7", "vkCommand8",
           "vkCommand9", "temakaydetme", "Frame2", "Frame3"},
          {"MSG_KAYDET_ONAY"}},
+        // Its Escape only closes the fields while they are open. Nothing is saved: whom a shop employs is no
+        // matter of chance.
+        {"kullanicilar",
+         {{"menu", "vkCommand3"}},
+         {"kapat", "X"},
+         {"kisiekleme3", "duzenle3", "kisisil3", "vazgec", "qt_scrollarea_viewport"},
+         {"MSG_KULLANICI_SEC", "MSG_KULLANICI_SIL_SEC", "SON_YONETICI", "MSG_KULLANICI_SIL_SOR"}},
         // Escape only empties a filter cell that holds a text.
         {"urunbul",
          {{sales, "urunbulmak"}, {sales, "kisayolurunbul"}},
@@ -102,7 +109,7 @@ const std::vector<WindowRow>& knownWindows() {
         {"liste", {{sales, "vkCommand6"}}, {"vkCommand2", "X"}, {"kisiekleme2", "vazgec2", "vkCommand1"}},
         {"urunler", {{sales, "vkCommand3"}, {sales, "F6", key}}, {"vkCommand4", "X"}},
         {.name = "klavyeyeni2",
-         .ways = {{sales, "kisayolklavye"}},
+         .ways = {{sales, "kisayolklavye"}, {"kullanicilar", "Image1"}},
          .exits = {"vkCommand1_100", "kapat", "Escape", "X"},
          .harmless = {"vkCommand1_73", "vkCommand1_42", "vkCommand1_101", "vkCommand1_102", "vkCommand1_103"},
          .weight = 45,

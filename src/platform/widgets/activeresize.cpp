@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "widgets/drawnbutton.h"
+#include "widgets/drawnframe.h"
 #include "widgets/tdbgrid.h"
 #include "widgets/vsflexgrid.h"
 
@@ -240,6 +241,8 @@ void ActiveResize::scaleControl(QWidget& control, const ControlDesign& design) {
         list->setScale(m_scale);
     else if (auto* grid = qobject_cast<VSFlexGrid*>(&control))
         grid->setRowHeight(scaledLength(design.rowHeight, m_scale));
+    else if (auto* frame = qobject_cast<vkFrame*>(&control))
+        frame->layOutTitle();
 }
 
 void ActiveResize::scaleLayout(QLayout& layout, const LayoutDesign& design) {

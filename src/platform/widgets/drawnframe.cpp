@@ -86,14 +86,18 @@ void vkFrame::setLook(FrameRole role) {
         return;
     }
     const bool page = role == FrameRole::page;
-    if (page) {
+    const bool window = role == FrameRole::window;
+    if (page || window) {
         constexpr int stripHeight = 48;
-        setCornerRadius(0);
+        setCornerRadius(window ? 1 : 0);  // the desktop's windows are square; without any there is no rim
         setTitleHeight(stripHeight);
+        m_borderWidth = window ? 2 : 1;
     }
     setBackcolor1(roleColor(page ? ColorRole::ground : ColorRole::card));
     setBackcolor2(roleColor(page ? ColorRole::ground : ColorRole::card));
-    setBordercolor(roleColor(role == FrameRole::alert ? ColorRole::danger : ColorRole::edge));
+    setBordercolor(roleColor(window                     ? ColorRole::windowRim
+                             : role == FrameRole::alert ? ColorRole::danger
+                                                        : ColorRole::edge));
     setForecolor(roleColor(ColorRole::stripInk));
     setTitlecolor1(roleColor(ColorRole::stripLeft));
     setTitlecolor2(roleColor(ColorRole::stripRight));

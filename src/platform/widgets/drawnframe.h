@@ -62,6 +62,8 @@ public:
     /// The title bar's height in design pixels; 0 (the start value) takes it from the font's.
     int titleHeight() const { return m_titleHeight; }
     void setTitleHeight(int height);
+    /// Gives the title bar its height at the scale in use: the resizing container calls it when that changes.
+    void layOutTitle();
     /// Painted in forecolor, as a shape.
     const QIcon& titleIcon() const { return m_titleIcon; }
     void setTitleIcon(const QIcon& icon);
@@ -82,7 +84,6 @@ private:
     int titlePixels() const;
     QRect titleBar() const;
     QRect progressLine() const;
-    void layOutTitle();
     void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
     QRectF paintTitleIcon(QPainter& painter, QRectF room) const;
     void inkLabels();

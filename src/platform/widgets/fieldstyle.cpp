@@ -1,6 +1,7 @@
 #include "widgets/fieldstyle.h"
 
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPainter>
 #include <QStyleOptionFrame>
 
@@ -8,17 +9,25 @@
 
 namespace kovanix {
 
+void FieldStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    // The rim's ground is the list's: rows that filled theirs would cut its round corners off.
+    if (auto* list = qobject_cast<QListWidget*>(widget))
+        list->viewport()->setAutoFillBackground(false);
+}
+
 void FieldStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
     const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-    const auto* field = qobject_cast<const QLineEdit*>(widget);
-    if (element != PE_PanelLineEdit || !frame || !field || frame->lineWidth == 0) {
+    const bool panel = element == PE_PanelLineEdit && qobject_cast<const QLineEdit*>(widget);
+    const bool listRim = element == PE_Frame && qobject_cast<const QListWidget*>(widget);
+    if (!frame || frame->lineWidth == 0 || (!panel && !listRim)) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
     }
     constexpr double radius = 4;
-    const double scale = designScale(*field);
-    const Tone tone = toneOf(*field);
+    const double scale = designScale(*widget);
+    const Tone tone = toneOf(*widget);
     const bool enabled = (option->state & State_Enabled) != 0;
     const bool focused = enabled && (option->state & State_HasFocus) != 0;
     const double width = focused ? 2 : 1;

@@ -60,6 +60,8 @@ void FittedText::fit(const QString& text, const QFont& font, int pixelSize, cons
 
     QString shown = text.trimmed();
     shown.replace(u"\r\n"_s, u"\n"_s).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    // Control characters have no glyph but a box.
+    shown.removeIf([](QChar sign) { return sign.category() == QChar::Other_Control && sign != u'\n'; });
     const int ownLines = static_cast<int>(shown.count(QLatin1Char('\n')));
     shown.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
     m_layout = std::make_unique<QTextLayout>(shown);

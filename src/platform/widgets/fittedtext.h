@@ -14,7 +14,8 @@ namespace kovanix {
 /// A text fitted to a box and kept ready for painting: on one line where there is room, else broken at
 /// blanks, else with smaller glyphs. Words end in an ellipsis where their smallest size isn't small enough;
 /// figures, which are a text without letters, shrink as far as they have to. Working it out is
-/// done once for each text, font and box; painting again costs only the painting.
+/// done once for each text, font and box; painting again costs only the painting. Control
+/// characters aren't drawn.
 class FittedText {
 public:
     /// In pixels, on a display of any size: what is smaller can't be read at arm's length.

@@ -115,6 +115,10 @@ void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt
         whole.draw(&painter, QPointF(cell.left() + left, cell.top() + (cell.height() - whole.height()) / 2));
         return;
     }
+    if (kind == CellText::code) {
+        painter.drawText(cell, flags, painter.fontMetrics().elidedText(line, Qt::ElideRight, cell.width()));
+        return;
+    }
     const double fitting = std::max(cell.width() / width, smallestNumber);
     painter.setFont(kind == CellText::number || isFigures(line)
                         ? smallerFont(ordinary, fitting, smallestGlyphs)

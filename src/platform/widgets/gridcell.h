@@ -12,8 +12,8 @@ namespace kovanix {
 // What the grids paint alike: the texts of their cells, their scroll bars, and the signs of lists.
 
 /// A name that is too long breaks into two smaller lines; a number shrinks, and shows as "###" where that is
-/// not enough, since one that lost its end would be another number.
-enum class CellText { name, number };
+/// not enough, since one that lost its end would be another number; a code keeps its size and loses its end.
+enum class CellText { name, number, code };
 
 /// Paints a text on one line of the cell, fitted to its width, in the painter's font and pen.
 /// @param cell  the room of the glyphs, padding taken off

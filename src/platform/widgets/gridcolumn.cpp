@@ -50,6 +50,11 @@ void GridColumn::setFooterText(const QString& text) {
     m_grid.layOutBands();
 }
 
+void GridColumn::setCode(bool code) {
+    m_code = code;
+    m_grid.viewport()->update();
+}
+
 bool GridColumn::isNumber() const {
     return m_grid.m_rows->isNumber(m_index);
 }

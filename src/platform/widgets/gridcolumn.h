@@ -39,6 +39,11 @@ public:
     const QString& footerText() const { return m_footerText; }
     void setFooterText(const QString& text);
 
+    /// Whether its texts are codes that nobody reads: muted, and cut short at their end by dots where they
+    /// don't fit.
+    bool isCode() const { return m_code; }
+    void setCode(bool code);
+
     /// Whether the field is a number, and so stands at the right. A counter is a name.
     bool isNumber() const;
 
@@ -56,6 +61,7 @@ private:
     QString m_format;
     QString m_footerText;
     int m_width = 100;
+    bool m_code = false;
 };
 
 }  // namespace kovanix

@@ -103,6 +103,7 @@ enum class FrameRole {
     backdrop,  ///< a dark ground that fills its place to the edges
     adds,      ///< a card in which a record is added
     edits,     ///< a card in which a record is changed
+    window,    ///< a small window, to its edges: a card with a title strip as high as a touch
 };
 
 /// Gives every control below a screen the font size, the weight and the text margins of the role that its

@@ -29,13 +29,17 @@ void PaintedHint::paintEvent(QPaintEvent* /*event*/) {
     const double scale = designScale(*this);
     const double side = iconSide * scale;
     const QColor ink = roleColor(ColorRole::mutedInk, toneOf(*this));
-    painter.drawPixmap(QPointF(0, (height() - side) / 2),
-                       inColor(m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
+    double left = 0;
+    if (!m_icon.isNull()) {
+        painter.drawPixmap(QPointF(0, (height() - side) / 2),
+                           inColor(m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
+        left = side + gap * scale;
+    }
     QFont plain = font();
     plain.setWeight(QFont::Normal);
     FittedText line;
     line.fit(m_text, plain, std::max(11, static_cast<int>(textPixels * scale)),
-             QRectF(rect()).adjusted(side + gap * scale, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, 2);
+             QRectF(rect()).adjusted(left, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, 2);
     line.paint(painter, ink);
 }
 

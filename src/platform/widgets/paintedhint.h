@@ -6,7 +6,8 @@
 
 namespace kovanix {
 
-/// A line that says what can be done here: an icon and a text, muted, at the left. No control: it has no
+/// A line that says what can be done or is to be typed here: a text, muted, at the left, behind an icon where
+/// there is one. No control: it has no
 /// name, takes no focus, and tells assistive tools its text as a description.
 class PaintedHint : public QWidget {
     Q_OBJECT

@@ -29,10 +29,10 @@ class GridRim;
 /// height and none is ever cut; the columns fill the view exactly.
 ///
 /// Characters typed while the rows have the focus begin a search: see setScanColumn. Enter on a row that was
-/// chosen and can be seen acts as a double click; one that can't be seen comes into sight. Enter in a filter cell
-/// acts as a double click, too, once one row is left and every cell is in force; in the scan column's cell
-/// only where the row's text is what was typed. Escape empties a filter cell; one that is empty leaves the
-/// key to the screen.
+/// chosen by a press or an arrow and can be seen acts as a double click; on another one it chooses that row
+/// or brings it into sight. Enter in a filter cell acts as a double click, too, once one row is left and
+/// every cell is in force; in the scan column's cell only where the row's text is what was typed. Escape
+/// empties a filter cell; one that is empty leaves the key to the screen.
 class TDBGrid : public QAbstractItemView {
     Q_OBJECT
     Q_PROPERTY(QStringList footerTexts READ footerTexts)
@@ -158,7 +158,7 @@ Q_SIGNALS:
     void headClick(int column);
     /// The user changed the text of a filter cell.
     void filterChange();
-    /// Another row became the current one by a key, or Enter chose the one that was.
+    /// A row was chosen by a key.
     void rowKeyed();
 
 protected:
@@ -208,6 +208,7 @@ private:
     int rowAt(int y) const;
     int nextShownColumn(int step) const;
     void pressAt(const QPoint& place);
+    void enterRow();
 
     void typedInto(int column);
     void enteredIn(int column);
@@ -234,7 +235,8 @@ private:
     int m_nameColumn = -1;
     int m_typingColumn = -1;  // whose filter cell is being typed in
     bool m_filterBarShown = true;
-    bool m_following = false;  // the source says which row is current
+    bool m_choiceByEnter = false;  // the current row was chosen by Enter alone
+    bool m_following = false;      // the source says which row is current
     double m_styledScale = 0;
     Tone m_styledTone = Tone::light;
     std::optional<qint64> m_editedRow;

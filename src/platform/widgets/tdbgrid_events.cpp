@@ -210,6 +210,7 @@ void TDBGrid::scrollContentsBy(int /*dx*/, int /*dy*/) {
 }
 
 void TDBGrid::pressAt(const QPoint& place) {
+    m_choiceByEnter = false;
     m_pressPlace = place;
     m_pressedRow = rowAt(place.y());
     m_pressFirstRow = firstRow();
@@ -312,29 +313,41 @@ void TDBGrid::keyPressEvent(QKeyEvent* event) {
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            // Nobody has chosen the first row of a list that has just opened: no number of Enters takes it.
-            // One that isn't to be seen comes into sight first.
             if (!currentIndex().isValid())
                 event->ignore();
-            else if (event->isAutoRepeat())
-                return;
-            else if (dataSource()->isCurrentChosen() && isInSight(currentIndex().row()))
-                Q_EMIT dblclick();
-            else
-                bringIntoSight(currentIndex().row());
+            else if (!event->isAutoRepeat())
+                enterRow();
             return;
         default:
             if ((event->modifiers() & commands) != 0 || !searchFor(event->text()))
                 event->ignore();
             return;
     }
-    const int before = currentIndex().row();
+    // A row that is current without having been chosen is chosen by a key that leads to it.
+    const int before = dataSource() && dataSource()->isCurrentChosen() ? currentIndex().row() : -1;
     const QModelIndex target = moveCursor(*action, event->modifiers());
     if (!target.isValid())
         return;
+    m_choiceByEnter = false;
     moveTo(target.row(), m_col);
     if (target.row() != before)
         Q_EMIT rowKeyed();
+}
+
+/// Nobody has chosen the first row of a list that has just opened. Enter chooses it; but however many Enters
+/// come (some scanners send two), they don't take it.
+void TDBGrid::enterRow() {
+    const int row = currentIndex().row();
+    const bool chosen = dataSource()->isCurrentChosen();
+    if (chosen && isInSight(row) && !m_choiceByEnter) {
+        Q_EMIT dblclick();
+        return;
+    }
+    moveTo(row, m_col);
+    if (chosen)
+        return;
+    m_choiceByEnter = true;
+    Q_EMIT rowKeyed();
 }
 
 }  // namespace kovanix

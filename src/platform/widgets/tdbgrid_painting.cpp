@@ -21,6 +21,11 @@ QFont letters(const QFont& family, int pixels, QFont::Weight weight) {
     return font;
 }
 
+/// Whether a field numbers its rows.
+bool isCounter(const QString& field) {
+    return field.compare(u"no", Qt::CaseInsensitive) == 0 || field.compare(u"id", Qt::CaseInsensitive) == 0;
+}
+
 /// A picture's shape in one colour.
 QPixmap tinted(const QString& path, int side, double ratio, const QColor& color) {
     QPixmap picture = QIcon(path).pixmap(QSize(side, side), ratio);
@@ -69,14 +74,17 @@ void TDBGrid::paintRow(QPainter& painter, int row, const QRect& line, bool curre
         const QRect cell = m_layout.cell(column, line.top(), line.height() - 1);
         if (cell.width() <= 0)
             continue;
-        const bool counter = this->column(column).dataField().compare(u"no", Qt::CaseInsensitive) == 0;
-        painter.setPen(m_layout.color(counter && !current && !edited ? ColorRole::mutedInk : ColorRole::ink));
+        const GridColumn& shown = this->column(column);
+        const bool quiet = shown.isCode() || isCounter(shown.dataField());
+        painter.setPen(m_layout.color(quiet && !current && !edited ? ColorRole::mutedInk : ColorRole::ink));
         const bool number = m_rows->isNumber(column);
         const QString text = m_rows->text(row, column);
         // A format may end in a blank: the figures stand below the heading's edge all the same.
         paintCellText(painter, number ? m_layout.textRoom(column, cell) : m_layout.leftTextRoom(column, cell),
                       number ? text.trimmed() : text, number ? Qt::AlignRight : Qt::AlignLeft,
-                      number ? CellText::number : CellText::name);
+                      number           ? CellText::number
+                      : shown.isCode() ? CellText::code
+                                       : CellText::name);
     }
     if (!hasFocus() || currentIndex().row() != row || m_col >= m_layout.columns())
         return;

@@ -9,6 +9,7 @@
 
 #include "paintcounter.h"
 #include "rows.h"
+#include "widgets/activeresize.h"
 #include "widgets/controlcolor.h"
 #include "widgets/drawnframe.h"
 #include "widgets/face.h"
@@ -66,6 +67,32 @@ private Q_SLOTS:
         QCOMPARE(frame.contentsMargins().top(), title + 5);
         frame.setCaption({});
         QCOMPARE(frame.contentsMargins(), QMargins(3, 5, 7, 9));
+    }
+
+    // The container has its scale before the frame is there, and another one once it is shown.
+    void titleKeepsToTheScale() {
+        ActiveResize container;
+        container.setDesignSize({520, 280});
+        vkFrame frame(&container);
+        frame.setLook(FrameRole::window);
+        frame.setCaption(u"T"_s);
+        QVERIFY(frame.contentsMargins().top() != 48);
+        container.resize(520, 280);
+        container.show();
+        QCOMPARE(frame.contentsMargins().top(), 48);
+        container.resize(1040, 560);
+        QCOMPARE(frame.contentsMargins().top(), 96);
+    }
+
+    void aSmallWindowHasARim() {
+        vkFrame frame;
+        frame.setLook(FrameRole::window);
+        frame.setCaption(u"T"_s);
+        frame.resize(200, 120);
+        const QImage image = frame.grab().toImage();
+        for (const QPoint place : {QPoint(1, 60), QPoint(198, 60), QPoint(100, 1), QPoint(100, 118)})
+            QCOMPARE(image.pixelColor(place), roleColor(ColorRole::windowRim));
+        QCOMPARE(image.pixelColor(100, 90), roleColor(ColorRole::card));
     }
 
     void titleGrowsWithTheFont() {

@@ -89,6 +89,20 @@ private Q_SLOTS:
         }
     }
 
+    void controlCharactersArentDrawn() {
+        const auto drawn = [](const QString& text) {
+            FittedText fitted;
+            fitted.fit(text, QFont(), 20, QRectF(0, 0, 300, 40), Qt::AlignLeft | Qt::AlignVCenter, 1);
+            QImage image(300, 40, QImage::Format_RGB32);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            fitted.paint(painter, Qt::black);
+            return image;
+        };
+        QCOMPARE(drawn(u"\u009D\u009DFRE G\u009DSTER"_s), drawn(u"FRE GSTER"_s));
+        QVERIFY(drawn(u"FRE GSTER"_s) != drawn(u"FRE STER"_s));
+    }
+
     void linesAreBalanced() {
         FittedText fitted;
         const QRectF box(0, 0, 190, 100);

@@ -201,6 +201,40 @@ private Q_SLOTS:
         QVERIFY(cell(0) != cell(4));
     }
 
+    // Nobody reads it: it keeps its size and its place on one line, and loses its end.
+    void codesLoseTheirEnd() {
+        ProductList list;
+        for (const char16_t* end : {u"aaaa", u"bbbb"})
+            list.add(u"1"_s, u"sha256:9f86d081 "_s + QString(40, u'c') + end, 1);
+        list.source.refresh();
+        list.grid.column(ProductList::name).setWidth(150);
+        list.show({1008, 90 + 12 * 45});
+        list.source.setCurrent(-1);
+        const auto cell = [&](int row) {
+            return picture(*list.grid.viewport())
+                .copy(list.grid.visualRect(list.grid.model()->index(row, ProductList::name)))
+                .copy(0, 2, 140, 40);
+        };
+        const auto lines = [&](const QImage& image) {  // of letters, one above the other
+            int count = 0;
+            bool inLine = false;
+            for (int y = 0; y < image.height(); ++y) {
+                bool inked = false;
+                for (int x = 8; x < image.width(); ++x)
+                    inked = inked || image.pixelColor(x, y).lightness() < 160;
+                count += inked && !inLine;
+                inLine = inked;
+            }
+            return count;
+        };
+        QVERIFY(lines(cell(0)) > 1);
+        list.grid.column(ProductList::name).setCode(true);
+        QCOMPARE(lines(cell(0)), 1);
+        QVERIFY(pixels(cell(0), cell(0).rect(), roleColor(ColorRole::ink)) == 0);
+        list.grid.setEditedRow(list.source.recordset().identity(0));
+        QVERIFY(pixels(cell(0), cell(0).rect(), roleColor(ColorRole::ink)) > 0);
+    }
+
     void rowColours() {
         ProductList list(20);
         list.show();

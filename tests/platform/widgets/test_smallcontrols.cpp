@@ -6,7 +6,10 @@
 #include <QTimer>
 
 #include "rows.h"
+#include "widgets/emptyplace.h"
 #include "widgets/image.h"
+#include "widgets/look.h"
+#include "widgets/paintedhint.h"
 #include "widgets/timer.h"
 
 using namespace kovanix;
@@ -142,6 +145,51 @@ private Q_SLOTS:
         Image image;
         image.setToolTip(u"20 lira"_s);
         QCOMPARE(image.accessibleName(), u"20 lira"_s);
+    }
+
+    void anEmptyPlaceSaysWhatBringsItsFrame() {
+        const QTemporaryDir folder;
+        EmptyPlace place;
+        place.setPicture(makePicture(folder, true));
+        place.setText(u"EKLE’ye dokunun"_s);
+        place.resize(400, 600);
+        QCOMPARE(place.accessibleDescription(), u"EKLE’ye dokunun"_s);
+        QCOMPARE(place.accessibleName(), u""_s);
+        const auto inked = [&](const QRect& part) {
+            const QImage image = place.grab().toImage();
+            for (int y = part.top(); y <= part.bottom(); ++y) {
+                for (int x = part.left(); x <= part.right(); ++x) {
+                    if (image.pixelColor(x, y) == roleColor(ColorRole::mutedInk))
+                        return true;
+                }
+            }
+            return false;
+        };
+        QVERIFY(inked({164, 232, 72, 72}));   // the picture's shape
+        QVERIFY(inked({100, 316, 200, 50}));  // the line below it
+        QVERIFY(!inked({0, 0, 400, 200}));
+        place.setText({});
+        QVERIFY(!inked({100, 316, 200, 50}));
+    }
+
+    void aHintWithoutAnIconBeginsAtTheEdge() {
+        const auto firstInked = [](const QString& icon, int from) {
+            PaintedHint hint(icon, u"MMM"_s);
+            hint.resize(300, 40);
+            const QImage image = hint.grab().toImage();
+            for (int x = from; x < image.width(); ++x) {
+                for (int y = 0; y < image.height(); ++y) {
+                    if (image.pixelColor(x, y) == roleColor(ColorRole::mutedInk))
+                        return x;
+                }
+            }
+            return image.width();
+        };
+        const QTemporaryDir folder;
+        QVERIFY(firstInked({}, 0) < 5);
+        const QString icon = makePicture(folder, true);
+        QVERIFY(firstInked(icon, 0) < 5);     // the icon,
+        QVERIFY(firstInked(icon, 27) >= 36);  // and the text behind it
     }
 
     void timerTicksUntilStopped() {

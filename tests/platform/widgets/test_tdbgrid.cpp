@@ -176,6 +176,22 @@ private Q_SLOTS:
         QVERIFY(row.to < list.grid.firstRow() + list.grid.visibleRows());
     }
 
+    // The first row is current unasked: a key that leads to it chooses it.
+    void aKeyChoosesTheRowThatIsCurrent() {
+        for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Home, Qt::Key_Return}) {
+            ProductList list(3);
+            list.show();
+            const QSignalSpy keyed(&list.grid, &TDBGrid::rowKeyed);
+            QTest::keyClick(&list.grid, key);
+            QCOMPARE(keyed.size(), 1);
+            QVERIFY(list.source.isCurrentChosen());
+            if (key == Qt::Key_Return)
+                continue;  // once more, it is a double click
+            QTest::keyClick(&list.grid, key);
+            QCOMPARE(keyed.size(), 1);
+        }
+    }
+
     void colIsKeptWithoutRows() {
         ProductList list;
         list.show();
