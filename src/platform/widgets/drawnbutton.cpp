@@ -145,6 +145,14 @@ void DrawnButton::setIconAbove(bool above) {
     update();
 }
 
+void DrawnButton::setIconBeside(bool beside) {
+    if (m_iconBeside == beside)
+        return;
+    m_iconBeside = beside;
+    m_arrangement->key = {};
+    update();
+}
+
 void DrawnButton::setIconAtEdge(bool atEdge) {
     if (m_iconAtEdge == atEdge)
         return;
@@ -281,7 +289,8 @@ void DrawnButton::arrange() {
         const bool alone = m_caption.trimmed().isEmpty();
         const QSizeF given = QSizeF(iconSize()) * scale;
         const double textRoom = (m_iconAbove ? 1.3 : 2.2) * std::min(wanted, 40);
-        const bool above = !alone && (m_iconAbove || box.height() >= given.height() + textRoom);
+        const bool above =
+            !alone && !m_iconBeside && (m_iconAbove || box.height() >= given.height() + textRoom);
         QSizeF room = box.size();
         if (above)
             room.setHeight(room.height() - textRoom);

@@ -31,6 +31,7 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
     Q_PROPERTY(bool iconAbove READ isIconAbove WRITE setIconAbove)
+    Q_PROPERTY(bool iconBeside READ isIconBeside WRITE setIconBeside)
     Q_PROPERTY(bool iconAtEdge READ isIconAtEdge WRITE setIconAtEdge)
     Q_PROPERTY(int captionLines READ captionLines WRITE setCaptionLines)
     Q_PROPERTY(int holdTime READ holdTime WRITE setHoldTime)
@@ -74,6 +75,11 @@ public:
     /// one line.
     bool isIconAbove() const { return m_iconAbove; }
     void setIconAbove(bool above);
+
+    /// Whether the icon stands beside the caption however high the button is, so that it looks like a lower
+    /// one next to it.
+    bool isIconBeside() const { return m_iconBeside; }
+    void setIconBeside(bool beside);
 
     Qt::Alignment captionAlignment() const { return m_captionAlignment; }
     void setCaptionAlignment(Qt::Alignment alignment);
@@ -136,6 +142,7 @@ private:
     QColor m_forecolor;
     int m_fontsize = 0;
     bool m_iconAbove = false;
+    bool m_iconBeside = false;
     bool m_iconAtEdge = false;
     int m_captionLines = 3;
     int m_holdTime = 0;

@@ -71,6 +71,7 @@ class TestDrawnButton : public QObject {
         QString caption;
         QPoint place;
         bool atEdge = false;
+        bool beside = false;
     };
     struct HeldPressRow {
         std::function<void(vkCommand&)> end;
@@ -235,6 +236,7 @@ private Q_SLOTS:
             {{"beside the caption, both in the middle", {QSize(160, 44), u"BUL"_s, QPoint(60, 22)}},
              {"at the edge", {QSize(160, 44), u"BUL"_s, QPoint(20, 22), true}},
              {"above the caption", {QSize(100, 110), u"BUL"_s, QPoint(50, 40)}},
+             {"beside the caption on a high one", {QSize(160, 110), u"BUL"_s, QPoint(60, 55), false, true}},
              {"alone", {QSize(100, 60), QString(), QPoint(50, 30)}}});
     }
     void iconIsPainted() {
@@ -246,6 +248,7 @@ private Q_SLOTS:
         button.setIcon(QIcon(icon));
         button.setIconSize(QSize(28, 28));
         button.setIconAtEdge(row.atEdge);
+        button.setIconBeside(row.beside);
         button.setCaption(row.caption);
         // A shape in the caption's colour, whatever its own is.
         button.setForecolor(Qt::darkGreen);
