@@ -1,8 +1,6 @@
 #include "productstest.h"
 
 #include <QApplication>
-#include <QSqlError>
-#include <QSqlQuery>
 
 #include "app/modTurkce.h"
 #include "app/session.h"
@@ -110,19 +108,6 @@ void ProductsTest::dontWaitForLocks() const {
     Recordset setting;
     setting.open(u"PRAGMA busy_timeout = 0"_s, baglanti());
     QCOMPARE(setting.field(u"timeout"_s).toInt(), 0);
-}
-
-FileLock::FileLock(const ShopFixture& shop)
-    : m_database(QSqlDatabase::addDatabase(u"QSQLITE"_s, u"another till"_s)) {
-    m_database.setDatabaseName(shop.databaseFile());
-    if (!m_database.open() || m_database.exec(u"BEGIN IMMEDIATE"_s).lastError().isValid())
-        qFatal("the file can't be locked");
-}
-
-FileLock::~FileLock() {
-    m_database.close();
-    m_database = {};
-    QSqlDatabase::removeDatabase(u"another till"_s);
 }
 
 }  // namespace kovanix

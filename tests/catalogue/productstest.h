@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QSqlDatabase>
-
 #include "catalogue/urunler.h"
 #include "salestest.h"
 
@@ -52,18 +50,6 @@ protected Q_SLOTS:
 
 private:
     void activate() const;
-};
-
-/// A connection of another till, which holds the file locked for writing as long as it lives.
-class FileLock {
-public:
-    explicit FileLock(const ShopFixture& shop);
-    ~FileLock();
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
-
-private:
-    QSqlDatabase m_database;
 };
 
 }  // namespace kovanix

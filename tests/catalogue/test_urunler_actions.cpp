@@ -232,7 +232,7 @@ private Q_SLOTS:
         open();
         choose(1);
         dontWaitForLocks();
-        const FileLock lock(*m_shop);
+        const auto lock = m_shop->lockFile();
         expectQuestion(MessageBoxAnswer::yes);
         expectFailure(u"database is locked"_s);
         press(*form().kisisil2);

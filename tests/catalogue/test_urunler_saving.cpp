@@ -288,7 +288,7 @@ private Q_SLOTS:
         const auto before = stored();
         dontWaitForLocks();
         {
-            const FileLock lock(*m_shop);
+            const auto lock = m_shop->lockFile();
             expectFailure(u"database is locked"_s);
             form().kayit->click();
         }

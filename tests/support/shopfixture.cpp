@@ -25,8 +25,10 @@ using namespace Qt::StringLiterals;
 /// A connection that the code under test doesn't know.
 class ShopFixture::SecondConnection {
 public:
-    SecondConnection(const QString& file, const QString& password) : m_inode(inodeOf(file)) {
-        m_database = QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, name());
+    /// @param name  its own among those that are open
+    SecondConnection(const QString& file, const QString& password, const QString& name = u"check"_s)
+        : m_name(name), m_inode(inodeOf(file)) {
+        m_database = QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, m_name);
         m_database.setDatabaseName(file);
         m_database.setPassword(password);
         m_database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
@@ -35,7 +37,7 @@ public:
     }
     ~SecondConnection() {
         m_database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name());
+        QSqlDatabase::removeDatabase(m_name);
     }
     SecondConnection(const SecondConnection&) = delete;
     SecondConnection& operator=(const SecondConnection&) = delete;
@@ -58,12 +60,12 @@ public:
     bool isOf(const QString& file) const { return m_inode == inodeOf(file); }
 
 private:
-    static QString name() { return u"check"_s; }
     static ino_t inodeOf(const QString& file) {
         struct stat status {};
         return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_ino : 0;
     }
 
+    QString m_name;
     QSqlDatabase m_database;
     ino_t m_inode;
 };
@@ -157,6 +159,12 @@ QMap<QString, QList<QVariantList>> ShopFixture::tables() const {
 
 // A password's key takes long to work out: such a connection is kept while the till has the same file open.
 // One that is kept longer would keep other programs from finishing the file.
+std::shared_ptr<const void> ShopFixture::lockFile() const {
+    auto other = std::make_shared<SecondConnection>(databaseFile(), m_password, u"lock"_s);
+    static_cast<void>(other->rows(u"BEGIN IMMEDIATE"_s));
+    return other;
+}
+
 std::shared_ptr<const ShopFixture::SecondConnection> ShopFixture::second() const {
     const bool keep = !m_password.isEmpty() && baglanti().isOpen();
     if (keep && m_second && m_second->isOf(databaseFile())) {

@@ -43,6 +43,8 @@ public:
     /// Runs statements on a second, independent connection of the toolkit's own.
     QList<QVariantList> rows(const QString& sql) const;
     void run(const QString& sql) const;
+    /// Locks the file for writing, by a further connection, as long as what it gives lives.
+    [[nodiscard]] std::shared_ptr<const void> lockFile() const;
     /// Every row of every table, read the same way.
     QMap<QString, QList<QVariantList>> tables() const;
 
