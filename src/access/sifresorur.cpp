@@ -124,7 +124,6 @@ void sifresorur::Command1_click() {
         carryOutOnProducts();
     else if (asking == u"2")
         carryOutOnUsers();
-    m_carriedOut = true;
     ui.Text1->setText({});
     leave();
 }
@@ -151,11 +150,9 @@ void sifresorur::sifrekapat_click() {
     leave();
 }
 
-/// To the screen that asked, wherever its focus is; not to one that is going itself, and not away from what
-/// an action has just opened.
+/// To the screen that asked, wherever its focus is by now: an action may have given it to a field. Not to one
+/// that is going itself.
 void sifresorur::giveFocusBack() {
-    if (m_carriedOut)
-        return;
     if (ui.nereye->text().isEmpty()) {
         OpenedScreen::giveFocusBack();
         return;

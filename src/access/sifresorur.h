@@ -30,8 +30,7 @@ private:
 
     void refuse();
 
-    bool m_answered = false;    // by the right password: there is nothing left to ask
-    bool m_carriedOut = false;  // the action has given the focus to where it belongs
+    bool m_answered = false;  // by the right password: there is nothing left to ask
 };
 
 }  // namespace kovanix
