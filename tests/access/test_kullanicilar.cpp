@@ -13,7 +13,6 @@
 #include "runtests.h"
 #include "sales/satisekrani.h"
 #include "usersfixture.h"
-#include "widgets/activeresize.h"
 #include "widgets/adodc.h"
 #include "widgets/tdbgrid.h"
 
@@ -172,12 +171,6 @@ private Q_SLOTS:
         QCOMPARE(ui().sutun->text(), row.selected);
         QVERIFY(ui().Adodc2->recordset().sort().isEmpty());
         QVERIFY(!ui().TDBGrid1->hasFilterBar());
-    }
-
-    void aLongHashIsCutShortInTheListAlone() {
-        m_shop->open();
-        QVERIFY(ui().TDBGrid1->column(2).isCode());
-        QCOMPARE(ui().Adodc2->recordset().text(0, 2).size(), 71);
     }
 
     // --- the load

@@ -14,6 +14,7 @@
 #include "runtests.h"
 #include "screencontract.h"
 #include "usersfixture.h"
+#include "widgets/adodc.h"
 #include "widgets/tdbgrid.h"
 
 using namespace kovanix;
@@ -114,6 +115,12 @@ private Q_SLOTS:
         // The extra item goes with its user.
         press(ui().kisiekleme3);
         QCOMPARE(entries(*ui().acilisi), (QStringList{u"Yönetici"_s, u"Kasiyer"_s}));
+    }
+
+    void aLongHashIsCutShortInTheListAlone() {
+        open();
+        QVERIFY(ui().TDBGrid1->column(2).isCode());
+        QCOMPARE(ui().Adodc2->recordset().text(0, 2).size(), 71);
     }
 
     // --- a new user

@@ -175,6 +175,7 @@ private Q_SLOTS:
         open(1);
         m_shop->key(Qt::Key_Tab);
         m_shop->key(Qt::Key_Tab);
+        m_shop->key(Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget(), ui().vkCommand4);
         m_shop->key(Qt::Key_Return);
         QTRY_COMPARE(path.started(), QByteArray("galculator 0\n"));
