@@ -7,7 +7,6 @@
 #include "app/session.h"
 #include "app/shopfolder.h"
 #include "data/baglanmamodulu.h"
-#include "desktop/tapguard.h"
 #include "entry.h"
 #include "resetprocess.h"
 #include "rows.h"
@@ -33,7 +32,6 @@ class FirstUserTest : public QObject {
 
     static Ui::kullanicilar& users() { return screen<kullanicilar>().ui; }
     static void press(QWidget* control) {
-        TapGuard::reset();  // this finger is in no hurry
         QTest::mouseClick(control, Qt::LeftButton);
     }
     static void type(const QString& text) {

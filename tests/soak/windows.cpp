@@ -6,6 +6,7 @@
 #include <QKeySequence>
 #include <QLineEdit>
 
+#include "app/session.h"
 #include "cashier.h"
 #include "hands.h"
 #include "player.h"
@@ -225,7 +226,8 @@ void Cashier::addPad(const WindowRow& row) {
 /// What is done to the products on their own screen; its entry frame is closed again each time. Nothing is
 /// deleted: a quick key or the ticket may hold it.
 void Cashier::addProducts() {
-    const Test inList = [] { return isInFront(u"urunler"_s); };
+    // With a password, or its stand-in behind a press on the users' screen, the prompt would come first.
+    const Test inList = [] { return isInFront(u"urunler"_s) && girissifre.isEmpty(); };
     const auto fill = [this](const QString& name, const QString& text) {
         field(name).selectAll();
         typeInto(&field(name), text);
