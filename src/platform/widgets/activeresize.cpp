@@ -1,9 +1,11 @@
 #include "widgets/activeresize.h"
 
+#include <QAbstractButton>
 #include <QBoxLayout>
 #include <QFont>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QLineEdit>
 #include <algorithm>
 #include <cmath>
 
@@ -21,6 +23,18 @@ constexpr const char* exemptProperty = "noscale";
 
 int scaledLength(int length, double scale) {
     return static_cast<int>(std::lround(length * scale));
+}
+
+/// What a thumb needs stays large enough for one on a small display.
+int scaledTarget(int length, double scale) {
+    constexpr int target = 44;
+    constexpr int smallestTarget = 40;
+    const int scaled = scaledLength(length, scale);
+    return length >= target ? std::max(scaled, smallestTarget) : scaled;
+}
+
+bool isTarget(const QWidget& control) {
+    return qobject_cast<const QAbstractButton*>(&control) || qobject_cast<const QLineEdit*>(&control);
 }
 
 // A length that no one set (0 or unlimited) stays so.
@@ -231,8 +245,10 @@ void ActiveResize::scaleControl(QWidget& control, const ControlDesign& design) {
     }
     if (&control == this)
         return;
-    const QSize minimum = scaledMinimum(design.minimum, m_scale);
-    const QSize maximum = scaledMaximum(design.maximum, m_scale);
+    QSize minimum = scaledMinimum(design.minimum, m_scale);
+    if (isTarget(control))
+        minimum.setHeight(scaledTarget(design.minimum.height(), m_scale));
+    const QSize maximum = scaledMaximum(design.maximum, m_scale).expandedTo(minimum);
     if (control.minimumSize() != minimum)
         control.setMinimumSize(minimum);
     if (control.maximumSize() != maximum)
