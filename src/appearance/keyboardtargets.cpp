@@ -61,12 +61,8 @@ constexpr Form form(QStringView name) {
 
 // A screen that isn't named here is passed over, with all that lies on it.
 constexpr std::array forms{
-    form<frmLogin>(u"frmLogin"),
-    form<kullanicilar>(u"kullanicilar"),
-    form<liste>(u"liste"),
-    form<sifresorur>(u"sifresorur"),
-    form<satisekrani>(u"satisekrani"),
-    form<urunler>(u"urunler"),
+    form<frmLogin>(u"frmLogin"),     form<kullanicilar>(u"kullanicilar"), form<liste>(u"liste"),
+    form<sifresorur>(u"sifresorur"), form<satisekrani>(u"satisekrani"),   form<urunler>(u"urunler"),
 };
 
 Screen* formOf(const KeyboardTarget& target, bool load) {

@@ -31,9 +31,7 @@ class FirstUserTest : public QObject {
     std::unique_ptr<LoginFixture> m_shop;
 
     static Ui::kullanicilar& users() { return screen<kullanicilar>().ui; }
-    static void press(QWidget* control) {
-        QTest::mouseClick(control, Qt::LeftButton);
-    }
+    static void press(QWidget* control) { QTest::mouseClick(control, Qt::LeftButton); }
     static void type(const QString& text) {
         for (const QChar sign : text)
             QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, QString(sign),
