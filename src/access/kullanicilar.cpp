@@ -137,6 +137,8 @@ void kullanicilar::form_load() {
         ui.Check1->setToolTip(metin(u"SIFRESIZ_GIRIS_TOOLTIP"_s));
     } else {
         ui.Check1->setChecked(sayicevir(ayar(u"sifresor1k"_s)) != 0);
+        ui.Check1->setEnabled(true);  // an earlier load may have found no password
+        ui.Check1->setToolTip({});
     }
     if (baglantihazir()) {
         kayitkapat();
@@ -244,6 +246,7 @@ void kullanicilar::edit(const QString& caption) {
 }
 
 void kullanicilar::openFields(const QString& caption, const QString& record) {
+    closeKeyboards(*this);
     ui.kisiekle->setMode(caption, record);
     ui.kisiekle->clearFields();
     ui.id->setText({});
@@ -315,8 +318,9 @@ bool kullanicilar::isLastManager() const {
 
 void kullanicilar::askAndDelete() {
     const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
-    if (mesajsor(u"MSG_KULLANICI_SIL_SOR"_s, style, metin(u"MSG_SILME_ONAY_BASLIK"_s)) !=
-        MessageBoxAnswer::yes)
+    const int answer = mesajsor(u"MSG_KULLANICI_SIL_SOR"_s, style, metin(u"MSG_SILME_ONAY_BASLIK"_s));
+    giveFocus(grid());  // an Enter too many must not press the button again
+    if (answer != MessageBoxAnswer::yes)
         return;
     if (!baglantihazir()) {
         tellNoDatabase();

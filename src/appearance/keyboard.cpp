@@ -23,4 +23,12 @@ void openNumberPad(int code, QWidget& opener) {
     screen<klavyesayi>().open(code, opener);
 }
 
+void closeKeyboards(const QWidget& opener) {
+    for (Screen* screen : ScreenRegistry::all()) {
+        auto* keyboard = qobject_cast<KeyboardScreen*>(screen);
+        if (keyboard && keyboard->isFor(opener))
+            ScreenRegistry::unload(*keyboard);
+    }
+}
+
 }  // namespace kovanix

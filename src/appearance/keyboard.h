@@ -12,4 +12,7 @@ void openKeyboard(int code, QWidget& opener);
 /// The same for the number pad, `klavyesayi`.
 void openNumberPad(int code, QWidget& opener);
 
+/// Closes the keyboards that a window has opened: what they were opened for is another record by now.
+void closeKeyboards(const QWidget& opener);
+
 }  // namespace kovanix

@@ -28,6 +28,9 @@ public:
     /// @param opener  the window that it belongs to from now on, or a control of it
     void open(int code, QWidget& opener);
 
+    /// Whether that window has opened the keyboard.
+    bool isFor(const QWidget& opener) const { return m_opener == &opener; }
+
     /// A press of the key with that index.
     void vkCommand1_click(int index);
     /// Unloads the keyboard; nothing is handed over.

@@ -95,7 +95,9 @@ QWidget* handOver(const KeyboardTarget& target, const QString& text) {
     const Screen* screen = formOf(target, true);
     if (!screen)
         return nullptr;
-    if (auto* box = qobject_cast<QLineEdit*>(controlOf(*screen, target.control)))
+    // A box that is out of use is meant to keep what it holds, like the barcode of a product being changed.
+    auto* box = qobject_cast<QLineEdit*>(controlOf(*screen, target.control));
+    if (box && box->isEnabled())
         attempt([&] { box->setText(text); });
     QWidget* next = controlOf(*screen, target.next.isEmpty() ? target.control : target.next);
     return next && next->isVisible() ? next : nullptr;

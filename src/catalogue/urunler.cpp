@@ -138,7 +138,7 @@ void urunler::kisiekleme2_click() {
 void urunler::duzenle2_click() {
     PasswordGate gate(PasswordGate::products(), PasswordGate::edit);
     if (ui.sutun2->text().isEmpty())
-        uyarimesaj(u"MSG_URUN_SECIN"_s, MessageBoxStyle::ok);
+        tell(u"MSG_URUN_SECIN"_s);
     else if (gate.asks())
         gate.ask(*this);
     else
@@ -148,7 +148,7 @@ void urunler::duzenle2_click() {
 void urunler::kisisil2_click() {
     PasswordGate gate(PasswordGate::products(), PasswordGate::remove);
     if (ui.sutun2->text().isEmpty())
-        uyarimesaj(u"MSG_URUN_SIL_SEC"_s, MessageBoxStyle::ok);
+        tell(u"MSG_URUN_SIL_SEC"_s);
     else if (gate.asks())
         gate.ask(*this);
     else
@@ -156,11 +156,13 @@ void urunler::kisisil2_click() {
 }
 
 void urunler::add() {
+    closeKeyboards(*this);
     enableBarcode(true);
     openToAdd();
 }
 
 void urunler::edit() {
+    closeKeyboards(*this);
     enableBarcode(false);
     if (!takeSelectedRow())
         return;
@@ -197,7 +199,7 @@ bool urunler::barkod2_lostfocus() {
     if (!known)
         return true;
     mesaj(u"URUN_KAYITLI"_s, MessageBoxStyle::information, QString());
-    ui.barkod2->clear();
+    ui.barkod2->setText({});
     giveFocus(*ui.barkod2);
     return false;
 }
@@ -258,7 +260,7 @@ void urunler::kaydet2_click() {
 /// Leaves purchase price and stock as they are, as required.
 void urunler::vazgec2_click() {
     for (QLineEdit* field : {ui.barkod2, ui.urun2, ui.fiyat})
-        field->clear();
+        field->setText({});
     closeFrame();
 }
 

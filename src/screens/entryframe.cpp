@@ -18,8 +18,9 @@ constexpr int escape = 27;  // the code of its character
 void keepOnOneLine(QLineEdit& box) {
     QString text = box.text();
     for (QChar& sign : text) {
-        if (sign == u'\t' || sign == u'\n' || sign == u'\r' || sign == QChar::LineSeparator ||
-            sign == QChar::ParagraphSeparator)
+        const bool endsLine = (sign >= u'\n' && sign <= u'\r') || sign == u'\u0085' ||
+                              sign == QChar::LineSeparator || sign == QChar::ParagraphSeparator;
+        if (endsLine || sign == u'\t')
             sign = u' ';
     }
     if (text == box.text())

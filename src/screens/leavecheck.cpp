@@ -1,5 +1,6 @@
 #include "screens/leavecheck.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QFocusEvent>
 #include <QWidget>
@@ -41,21 +42,17 @@ bool LeaveCheck::dropsPress(const QWidget& hit) {
     return !m_passed;
 }
 
-/// Whether that, or what it is a part of, is another control of the window that can have the focus.
+/// Whether that is the rows of a list: it takes the focus by itself, once the press has reached it.
 bool LeaveCheck::leavesFor(const QWidget& hit) const {
-    if (hit.window() != m_field.window())
-        return false;
-    const QWidget* control = &hit;
-    while (control->focusPolicy() == Qt::NoFocus && !control->isWindow())
-        control = control->parentWidget();
-    return control != &m_field && control->focusPolicy() != Qt::NoFocus;
+    const auto* list = qobject_cast<const QAbstractScrollArea*>(hit.parentWidget());
+    return list && list->viewport() == &hit && list->isEnabled() && hit.window() == m_field.window();
 }
 
 void LeaveCheck::focusChanged(QWidget* now) {
     if (!m_entered || !now || now == &m_field || now->window() != m_field.window())
         return;
     m_entered = false;
-    const bool passed = std::exchange(m_passed, false) || !m_field.isVisible();
+    const bool passed = std::exchange(m_passed, false) || !m_field.isVisible() || !m_field.isEnabled();
     const bool pressed = std::exchange(m_pressed, false);
     if (pressed && !passed) {
         m_pressIsOn = true;

@@ -1,6 +1,7 @@
 #include "screens/recordscreen.h"
 
 #include <QLineEdit>
+#include <algorithm>
 
 #include "app/modTurkce.h"
 #include "data/baglanmamodulu.h"
@@ -24,6 +25,11 @@ RecordScreen::~RecordScreen() = default;
 
 void RecordScreen::setUpRecords(const RecordControls& controls) {
     m_controls = controls;
+    // A row that a filter hides must not be deleted in place of the one that is marked then.
+    connect(&grid(), &TDBGrid::filterChange, this, [this] {
+        if (data().recordset().recordCount() > 0 && cell(0) != selected().text())
+            selected().setText({});
+    });
 }
 
 void RecordScreen::openToAdd() {
@@ -36,17 +42,34 @@ void RecordScreen::openToAdd() {
 
 bool RecordScreen::takeSelectedRow() {
     m_controls.frame->setMode(u"D!ZENLE"_s);
-    if (selected().text().isEmpty()) {
-        uyarimesaj(m_records.nothingToEdit, MessageBoxStyle::ok);
+    const QString number = selected().text();
+    if (number.isEmpty()) {
+        tell(m_records.nothingToEdit);
         return false;
     }
     const RowSet& rows = data().recordset();
     if (rows.recordCount() == 0) {
-        uyarimesaj(m_records.emptyList, MessageBoxStyle::ok);
+        tell(m_records.emptyList);
         return false;
     }
-    attempt([&] { data().refreshRow(rows.identity(rows.current())); });
+    if (cell(0) != number) {
+        tell(m_records.nothingToEdit);
+        return false;
+    }
+    if (!baglantihazir()) {
+        tellNoDatabase();
+        return false;
+    }
+    if (const auto failure = attempt([&] { data().refreshRow(rows.identity(rows.current())); })) {
+        tellDatabaseFailure(*failure);
+        return false;
+    }
     return true;
+}
+
+void RecordScreen::tell(const QString& notice) {
+    uyarimesaj(notice, MessageBoxStyle::ok);
+    giveFocus(grid());
 }
 
 QString RecordScreen::cell(int column) const {
@@ -90,11 +113,13 @@ void RecordScreen::closeFrame() {
 void RecordScreen::deleteSelected() {
     const QString number = selected().text();
     if (number.isEmpty()) {
-        uyarimesaj(m_records.nothingToDelete, MessageBoxStyle::ok);
+        tell(m_records.nothingToDelete);
         return;
     }
     const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
-    if (mesajsor(m_records.deleteQuestion, style, metin(u"MSG_SILME_ONAY_BASLIK"_s)) != MessageBoxAnswer::yes)
+    const int answer = mesajsor(m_records.deleteQuestion, style, metin(u"MSG_SILME_ONAY_BASLIK"_s));
+    giveFocus(grid());  // the Enter of the next scan must not press the button again
+    if (answer != MessageBoxAnswer::yes)
         return;
     if (!baglantihazir()) {
         tellNoDatabase();
@@ -111,7 +136,11 @@ void RecordScreen::deleteSelected() {
     }
     if (deleted) {
         uyarimesaj(m_records.deleted, MessageBoxStyle::ok);
+        const qsizetype place = data().recordset().current();
         showRows();
+        // The list stays where it was.
+        if (const qsizetype rows = data().recordset().recordCount(); rows > 0 && place >= 0)
+            data().setCurrent(std::min(place, rows - 1));
         giveFocus(grid());
     }
     selected().setText({});
@@ -132,7 +161,7 @@ bool RecordScreen::deleteRow(const QString& number) {
 
 void RecordScreen::exportList() {
     attempt([this] { grid().exportToFile(drivePath(m_records.exportPath), false); });
-    uyarimesaj(m_records.exported, MessageBoxStyle::ok);
+    tell(m_records.exported);
 }
 
 }  // namespace kovanix

@@ -62,6 +62,10 @@ protected:
     /// matter.
     void closeFrame();
 
+    /// Shows a notice, by its key, and gives the focus to the list: the Enter of a scan that follows must not
+    /// press the button again.
+    void tell(const QString& notice);
+
     /// Asks, then deletes the row whose number the hidden box holds.
     void deleteSelected();
 

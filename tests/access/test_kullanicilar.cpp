@@ -555,7 +555,7 @@ private Q_SLOTS:
         answer();
         QCOMPARE(m_shop->stored(), (QStringList{ayse, bekir}));
         m_shop->users().activateWindow();
-        QTRY_COMPARE(focused(), u"kisisil3"_s);
+        QTRY_COMPARE(focused(), u"TDBGrid1"_s);
         key(Qt::Key_Escape);
         QVERIFY(!loaded<kullanicilar>());
     }

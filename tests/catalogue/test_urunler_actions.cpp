@@ -5,6 +5,9 @@
 
 #include "app/modTurkce.h"
 #include "app/session.h"
+#include "appearance/keyboard.h"
+#include "appearance/keyboardfield.h"
+#include "appearance/keyboardscreen.h"
 #include "data/baglanmamodulu.h"
 #include "productstest.h"
 #include "rows.h"
@@ -154,6 +157,55 @@ private Q_SLOTS:
         QVERIFY(!isEdited(1));
         QVERIFY(form().TDBGrid1->hasFocus());
         QCOMPARE(form().sutun2->text(), u"2"_s);
+        // The next scan goes into the list, and its Enter doesn't ask once more.
+        QTRY_VERIFY(form().TDBGrid1->hasFocus());
+    }
+
+    void theListStaysWhereADeletionWas() {
+        open();
+        choose(3);
+        expectQuestion(MessageBoxAnswer::yes);
+        expectNotice(u"MSG_URUN_SILINDI"_s);
+        press(*form().kisisil2);
+        QCOMPARE(form().TDBGrid1->column(0).value(), u"5"_s);
+        QCOMPARE(form().sutun2->text(), QString());
+    }
+
+    // Another row is marked then.
+    void aSelectedRowThatAFilterHidesIsNoLongerSelected() {
+        open();
+        choose(0);
+        form().TDBGrid1->findChild<QLineEdit*>(u"TDBGrid1_filter_2"_s)->setFocus();
+        type(u"süt"_s);
+        QCOMPARE(form().sutun2->text(), QString());
+        expectNotice(u"MSG_URUN_SIL_SEC"_s);
+        catalogue().remove();
+        QCOMPARE(stored().size(), 5);
+    }
+
+    void anEditThatCantReadItsRowOpensNothing() {
+        open();
+        choose(1);
+        loseDatabase();
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);  // the open's own box
+        m_shop->boxes.expect(u"Hata"_s, noDatabase, MessageBoxAnswer::ok);
+        press(*form().duzenle2);
+        QVERIFY(form().kisiekle2->isHidden());
+    }
+
+    // What was opened for one product must not be written into another.
+    void keyboardsCloseWhenTheFrameOpens() {
+        open();
+        press(*form().kisiekleme2);
+        press(*form().fiyatk);
+        QVERIFY(loaded<klavyesayi>());
+        choose(1);
+        press(*form().duzenle2);
+        QVERIFY(!loaded<klavyesayi>());
+        openNumberPad(1, catalogue());
+        screen<klavyesayi>().ui.yazilan->setText(u"1"_s);
+        QTest::mouseClick(screen<klavyesayi>().findChild<QWidget*>(u"vkCommand1_39"_s), Qt::LeftButton);
+        QCOMPARE(form().barkod2->text(), goods::milk);  // not even by the pad that is open
     }
 
     void escapeInTheFrameCancels() {

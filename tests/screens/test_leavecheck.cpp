@@ -88,6 +88,14 @@ class LeaveCheckTest : public QObject {
             {"a press into the field itself",
              {[](Form& form) { QTest::mouseClick(&form.field, Qt::LeftButton); }, 0}},
             {"typing", {[](Form& form) { QTest::keyClicks(&form.field, "123"); }, 0}},
+            {"a press on what is disabled",
+             {[](Form& form) {
+                  form.button.setEnabled(false);
+                  QTest::mouseClick(&form.button, Qt::LeftButton);
+                  form.button.setEnabled(true);
+              },
+              0}},
+            {"the field is disabled", {[](Form& form) { form.field.setEnabled(false); }, 0}},
             {"the field is hidden", {[](Form& form) { form.field.hide(); }, 0}},
             {"the window is hidden", {[](Form& form) { form.hide(); }, 0}}};
     }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QMessageBox>
 #include <QPointer>
 #include <QScreen>
 #include <QStyle>
@@ -17,6 +18,35 @@ namespace kovanix {
 namespace {
 
 constexpr QSizeF designScreen(1024, 768);
+
+QPointer<QWidget>& lastFront() {
+    static QPointer<QWidget> front;
+    return front;
+}
+
+/// Takes the window that becomes active for the one in front. A message box isn't one: between two boxes no
+/// window is active, and the second belongs where the first did.
+void followActivation() {
+    static const QObject* followed = nullptr;
+    if (followed == qApp)
+        return;
+    followed = qApp;
+    QObject::connect(qApp, &QGuiApplication::focusWindowChanged, qApp, [](const QWindow* active) {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        const auto window = std::ranges::find_if(
+            all, [active](const QWidget* each) { return active && each->windowHandle() == active; });
+        if (window != all.cend() && !qobject_cast<QMessageBox*>(*window))
+            lastFront() = *window;
+    });
+}
+
+void bringForward(QWidget& window) {
+    followActivation();
+    window.show();
+    window.raise();
+    window.activateWindow();
+    lastFront() = &window;
+}
 
 /// The first of the windows that stand open by themselves: between two screens, none is active.
 QWindow* firstOpenWindow() {
@@ -168,9 +198,13 @@ void showInFront(QWidget& window, const Opening& opening) {
     } else if (window.isMinimized()) {
         restore(window);
     }
-    window.show();
-    window.raise();
-    window.activateWindow();
+    bringForward(window);
+}
+
+QWidget* frontWindow() {
+    followActivation();
+    QWidget* const front = lastFront().data();
+    return front && front->isVisible() ? front : QApplication::activeWindow();
 }
 
 void restore(QWidget& window) {
@@ -186,10 +220,7 @@ void giveFocus(QWidget& control) {
     if (!window.isActiveWindow() || window.isMinimized() || !window.isVisible()) {
         if (window.isMinimized())
             restore(window);
-        if (!window.isVisible())
-            window.show();
-        window.raise();
-        window.activateWindow();
+        bringForward(window);
     }
     if (!control.hasFocus())
         control.setFocus(Qt::OtherFocusReason);

@@ -10,6 +10,10 @@ namespace kovanix {
 /// focuses the control. Costs nothing when the control has the focus in the active window already.
 void giveFocus(QWidget& control);
 
+/// The window that was brought to the front last and is visible still, whether or not it is active yet; no
+/// message box. Nothing where there is none.
+QWidget* frontWindow();
+
 /// Brings a minimised window back to the state that it had before, maximised or not.
 void restore(QWidget& window);
 

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/focus.h"
+
 namespace kovanix {
 
 using namespace Qt::StringLiterals;
@@ -96,11 +98,10 @@ QFont readableFont(QFont font) {
     return font;
 }
 
-/// The window that a box belongs to and stands in the middle of: the active one, else the last that was
-/// shown.
+/// The window that a box belongs to and stands in the middle of: the one in front, else any that is shown.
 QWidget* windowBelow() {
-    if (QWidget* active = QApplication::activeWindow())
-        return active;
+    if (QWidget* front = frontWindow())
+        return front;
     const QWidgetList windows = QApplication::topLevelWidgets();
     const auto visible = std::find_if(windows.rbegin(), windows.rend(), [](const QWidget* window) {
         return window->isVisible() && window->windowType() == Qt::Window;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "desktop/focus.h"
 #include "desktop/messagebox.h"
 
 using namespace kovanix;
@@ -243,6 +244,32 @@ private Q_SLOTS:
         });
         QCOMPARE(parent, &window);
         QCOMPARE(modality, Qt::ApplicationModal);
+    }
+
+    // Between two boxes no window is active: the second belongs where the first did, or to what has opened
+    // meanwhile.
+    void aBoxBehindABoxBelongsToTheWindowInFront() {
+        QWidget till;
+        till.show();
+        till.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&till));
+        QWidget screen;
+        showInFront(screen);
+        QTRY_VERIFY(screen.isActiveWindow());
+        QList<const QWidget*> parents;
+        const auto ask = [&] {
+            answered(0, [&](QMessageBox& box) { parents.append(box.parentWidget()); });
+            QApplication::setActiveWindow(nullptr);  // as long as the window manager takes its time
+        };
+        ask();
+        ask();
+        QWidget opened;
+        showInFront(opened);
+        ask();
+        opened.hide();
+        QApplication::setActiveWindow(&till);
+        ask();
+        QCOMPARE(parents, (QList<const QWidget*>{&screen, &screen, &opened, &till}));
     }
 
     void theWindowBelowGoesAway() {
