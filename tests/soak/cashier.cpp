@@ -55,6 +55,7 @@ const std::vector<Box>& boxes() {
         {"MSG_URUN_SIL_SOR", "MSG_SILME_ONAY_BASLIK", {no, escape}},
         {"MSG_URUN_SIL_SEC", "UYARI", {ok, escape}},
         {"MSG_URUN_SECIN", "UYARI", {ok, escape}},
+        {"MSG_URUN_ADI_BOS", "UYARI", {ok, escape}},
     };
     return table;
 }

@@ -258,6 +258,13 @@ void Cashier::addProducts() {
         if (none)
             return;
         fill(u"fiyat"_s, digits(2) + u',' + digits(2));
+        // One that was made at the counter may lack its name.
+        if (field(u"urun2"_s).text().isEmpty()) {
+            m_deed.box = "MSG_URUN_ADI_BOS";
+            press(pressable(u"kaydet2"_s))();
+            press(pressable(u"vazgec2"_s))();
+            return;
+        }
         m_deed.priced = {field(u"barkod2"_s).text(), amount(field(u"fiyat"_s).text())};
         m_deed.box = "MSG_DUZENLENDI";
         press(pressable(u"kaydet2"_s))();

@@ -59,7 +59,7 @@ bool TapGuard::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool TapGuard::isUnmeant(const QWidget& pressed, const QPoint& place) const {
-    const int interval = QApplication::doubleClickInterval();
+    const qint64 interval = QApplication::doubleClickInterval();
     if (!m_sinceLast.isValid() || m_sinceLast.hasExpired(interval) || m_sinceMeant.hasExpired(2 * interval) ||
         (place - m_place).manhattanLength() > reach)
         return false;
