@@ -10,6 +10,7 @@
 
 #include "widgets/gridcolumn.h"
 #include "widgets/gridlayout.h"
+#include "widgets/printinfo.h"
 
 namespace kovanix {
 
@@ -39,11 +40,6 @@ class TDBGrid : public QAbstractItemView {
     Q_PROPERTY(bool filterBar READ hasFilterBar WRITE setFilterBar)
 
 public:
-    /// What the print preview of a grid says around its pages.
-    struct PrintInfo {
-        QString previewPageOf;  ///< page-number pattern with the markers \p and \P
-    };
-
     /// What stands in place of rows while there are none.
     struct EmptyState {
         QString icon;  ///< path of a picture, painted in the ink of hints; a magnifier where there is none
