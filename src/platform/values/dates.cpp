@@ -51,6 +51,10 @@ QString longDateText(QDate date) {
     return turkish().toString(date, u"d MMMM yyyy dddd");
 }
 
+QString monthText(QDate date) {
+    return turkish().toString(date, u"MMMM yyyy");
+}
+
 // The parts change places as they stand: a list does this for every row of a year's sales.
 std::optional<QString> shownMoment(QStringView stored) {
     if (!isMoment(stored, u'-', true))

@@ -18,6 +18,9 @@ QString timeText(QTime time);
 /// The long date in Turkish: "3 Mayıs 2021 Pazartesi".
 QString longDateText(QDate date);
 
+/// A month in Turkish: "Mayıs 2021".
+QString monthText(QDate date);
+
 /// A moment as the shop reads it ("03.05.2021 07:05:09") from the form in which the database keeps it
 /// ("2021-05-03 07:05:09"); nothing for what isn't in that form or is no moment.
 std::optional<QString> shownMoment(QStringView stored);

@@ -11,6 +11,7 @@
 
 #include "widgets/drawnbutton.h"
 #include "widgets/drawnframe.h"
+#include "widgets/dtpicker.h"
 #include "widgets/tdbgrid.h"
 #include "widgets/vsflexgrid.h"
 
@@ -34,7 +35,8 @@ int scaledTarget(int length, double scale) {
 }
 
 bool isTarget(const QWidget& control) {
-    return qobject_cast<const QAbstractButton*>(&control) || qobject_cast<const QLineEdit*>(&control);
+    return qobject_cast<const QAbstractButton*>(&control) || qobject_cast<const QLineEdit*>(&control) ||
+           qobject_cast<const DTPicker*>(&control);
 }
 
 // A length that no one set (0 or unlimited) stays so.

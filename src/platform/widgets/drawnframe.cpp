@@ -151,6 +151,11 @@ void vkFrame::setTitleHeight(int height) {
     update();
 }
 
+void vkFrame::setTitleAlignment(Qt::Alignment alignment) {
+    m_titleAlignment = alignment;
+    update(titleBar());
+}
+
 void vkFrame::setTitleIcon(const QIcon& icon) {
     m_titleIcon = icon;
     update();
@@ -270,7 +275,7 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
         m_note->paint(painter, onStrip ? roleColor(ColorRole::stripNote) : m_forecolor);
         room.setRight(m_note->bounds().left() - padding);
     }
-    m_title->fit(m_caption, font(), pixels, room, Qt::AlignLeft | Qt::AlignVCenter, 1);
+    m_title->fit(m_caption, font(), pixels, room, m_titleAlignment | Qt::AlignVCenter, 1);
     if (!isEnabled()) {
         m_title->paint(painter, mutedText(m_forecolor, from));
         return;

@@ -64,6 +64,9 @@ public:
     void setTitleHeight(int height);
     /// Gives the title bar its height at the scale in use: the resizing container calls it when that changes.
     void layOutTitle();
+    /// Where the caption stands in the title bar: at its left unless told otherwise.
+    Qt::Alignment titleAlignment() const { return m_titleAlignment; }
+    void setTitleAlignment(Qt::Alignment alignment);
     /// Painted in forecolor, as a shape.
     const QIcon& titleIcon() const { return m_titleIcon; }
     void setTitleIcon(const QIcon& icon);
@@ -98,6 +101,7 @@ private:
     QColor m_titlecolor1;
     QColor m_titlecolor2;
     std::unique_ptr<FittedText> m_title;
+    Qt::Alignment m_titleAlignment = Qt::AlignLeft;
     QIcon m_titleIcon;
     QString m_titleNote;
     std::unique_ptr<FittedText> m_note;

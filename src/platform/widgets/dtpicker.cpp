@@ -1,30 +1,439 @@
 #include "widgets/dtpicker.h"
 
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+#include <algorithm>
+#include <cmath>
+
 #include "runtime/clock.h"
 #include "values/dates.h"
+#include "widgets/calendarpanel.h"
+#include "widgets/dtpickeraccessible.h"
+#include "widgets/face.h"
+#include "widgets/timepanel.h"
+#include "widgets/typedmoment.h"
 
 namespace kovanix {
 
-DTPicker::DTPicker(QWidget* parent) : QWidget(parent), m_value(Clock::now()) {}
+using namespace Qt::StringLiterals;
 
-DTPicker::~DTPicker() = default;
+namespace {
+
+// At the design size.
+constexpr int fieldHeight = 48;
+constexpr int buttonWidth = 44;
+constexpr int smallestTarget = 40;  // pixels, at any
+constexpr int iconSide = 22;
+constexpr int textMargin = 8;
+constexpr int rim = 2;  // pixels
+
+constexpr int partLength = 3;  // of HH:mm:ss, with its colon
+constexpr int longestTyped = 40;
+
+/// The button's place; its field paints it, rim and all.
+class DropButton : public QAbstractButton {
+public:
+    explicit DropButton(QWidget* field) : QAbstractButton(field) { setFocusPolicy(Qt::NoFocus); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {}
+    /// A thumb that presses twice means it once.
+    void mouseDoubleClickEvent(QMouseEvent* event) override { event->accept(); }
+};
+
+bool isDropKey(const QKeyEvent& event) {
+    const bool alt = event.modifiers().testFlag(Qt::AltModifier);
+    return event.key() == Qt::Key_F4 || event.key() == Qt::Key_Space || (alt && event.key() == Qt::Key_Down);
+}
+
+QTime toTheSecond(QTime time) {
+    return {time.hour(), time.minute(), time.second()};
+}
+
+int around(int number, int count) {
+    return (number + count) % count;
+}
+
+}  // namespace
+
+DTPicker::DTPicker(QWidget* parent)
+    : QWidget(parent), m_edit(new QLineEdit(this)), m_button(new DropButton(this)) {
+    installPickerAccessibility();
+    const QDateTime start = Clock::now();
+    m_date = start.date();
+    m_time = toTheSecond(start.time());
+
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // The keyboard is the picker's own: it hands on what is typed.
+    m_edit->setFocusPolicy(Qt::NoFocus);
+    m_edit->setFocusProxy(this);
+    m_edit->setFrame(false);
+    m_edit->setMaxLength(longestTyped);
+    QPalette clear = m_edit->palette();
+    clear.setColor(QPalette::Base, Qt::transparent);
+    m_edit->setPalette(clear);
+    connect(m_button, &QAbstractButton::clicked, this, [this] { toggle(false); });
+    connect(m_button, &QAbstractButton::pressed, this, [this] { update(buttonRect()); });
+    connect(m_button, &QAbstractButton::released, this, [this] { update(buttonRect()); });
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget* /*former*/, QWidget* now) { followFocus(now); });
+    m_format = Format::time;
+    setFormat(Format::date);
+}
+
+DTPicker::~DTPicker() {
+    delete m_panel;
+}
 
 void DTPicker::setFormat(Format format) {
+    if (format == m_format)
+        return;
+    discardPanel();
     m_format = format;
+    const bool isDate = format == Format::date;
+    m_icon = QIcon(isDate ? u":/icons/calendar.svg"_s : u":/icons/down.svg"_s);
+    m_button->setAccessibleName(isDate ? u"Takvim"_s : u"Saatler"_s);
+    showValue();
+    updateGeometry();
+    update();
 }
 
 void DTPicker::setDate(QDate date) {
-    if (date.isValid())
-        m_value.setDate(date);
+    if (!canBeChosen(date))
+        return;
+    take(date, m_time);
+    if (auto* calendar = qobject_cast<CalendarPanel*>(m_panel))
+        calendar->setChosen(m_date);
 }
 
 void DTPicker::setTime(QTime time) {
     if (time.isValid())
-        m_value.setTime(time);
+        take(m_date, toTheSecond(time));
 }
 
 QString DTPicker::text() const {
-    return m_format == Format::date ? dateText(date()) : timeText(time());
+    return m_format == Format::date ? dateText(m_date) : timeText(m_time);
+}
+
+bool DTPicker::isDropped() const {
+    return m_panel;
+}
+
+void DTPicker::showValue() {
+    const int caret = m_edit->cursorPosition();
+    m_edit->setText(text());
+    m_edit->setCursorPosition(hasFocus() ? caret : 0);
+}
+
+/// @return whether the value is another one now
+bool DTPicker::take(QDate date, QTime time) {
+    const bool changes = date != m_date || time != m_time;
+    m_date = date;
+    m_time = time;
+    showValue();
+    if (changes && QAccessible::isActive()) {
+        QAccessibleValueChangeEvent told(this, text());
+        QAccessible::updateAccessibility(&told);
+    }
+    return changes;
+}
+
+/// Takes what the user wants, and tells it.
+/// @return whether the picker is still there
+bool DTPicker::changeTo(QDate date, QTime time) {
+    const QPointer<DTPicker> self(this);
+    if (take(date, time))
+        Q_EMIT change();
+    return self;
+}
+
+/// Takes what was typed; what is no moment gives way to the one of before.
+/// @return whether the picker is still there
+bool DTPicker::takeTyped() {
+    if (!m_edit->isModified())
+        return true;
+    const QString typed = m_edit->text();
+    if (m_format == Format::date)
+        return changeTo(typedDate(typed, m_date.year()).value_or(m_date), m_time);
+    return changeTo(m_date, typedTime(typed).value_or(m_time));
+}
+
+void DTPicker::confirm() {
+    const QString typed = m_edit->text();
+    const bool isMoment =
+        m_format == Format::date ? typedDate(typed, m_date.year()).has_value() : typedTime(typed).has_value();
+    if (!takeTyped())
+        return;
+    m_edit->selectAll();
+    if (isMoment)
+        Q_EMIT closeUp();
+}
+
+void DTPicker::step(int by) {
+    const int part = std::min(m_edit->cursorPosition(), partLength * 2) / partLength;
+    QDate date = m_date;
+    QTime time = m_time;
+    const QString typed = m_edit->text();
+    if (m_format == Format::date) {
+        date = typedDate(typed, m_date.year()).value_or(m_date);
+        if (canBeChosen(date.addDays(by)))
+            date = date.addDays(by);
+    } else {
+        time = typedTime(typed).value_or(m_time);
+        time = QTime(around(time.hour() + (part == 0 ? by : 0), 24),
+                     around(time.minute() + (part == 1 ? by : 0), 60),
+                     around(time.second() + (part == 2 ? by : 0), 60));
+    }
+    if (!changeTo(date, time))
+        return;
+    if (m_format == Format::time)
+        m_edit->setSelection(part * partLength, partLength - 1);
+    else
+        m_edit->selectAll();
+}
+
+void DTPicker::toggle(bool byKeyboard) {
+    if (m_panel) {
+        panelLeft();
+        return;
+    }
+    if (!takeTyped() || !isVisible() || !isEnabled())
+        return;
+    if (m_format == Format::date)
+        dropCalendar(byKeyboard);
+    else
+        dropTime(false, byKeyboard);
+}
+
+void DTPicker::dropCalendar(bool byKeyboard) {
+    auto* calendar = new CalendarPanel(*this, m_date);
+    connect(calendar, &CalendarPanel::dayChosen, this, &DTPicker::chooseDay);
+    drop(*calendar, byKeyboard);
+}
+
+void DTPicker::dropTime(bool minutes, bool byKeyboard) {
+    auto* panel = minutes ? new TimePanel(*this, TimePanel::Part::minute, m_time.minute())
+                          : new TimePanel(*this, TimePanel::Part::hour, m_time.hour());
+    connect(panel, &TimePanel::chosen, this, minutes ? &DTPicker::chooseMinute : &DTPicker::chooseHour);
+    drop(*panel, byKeyboard);
+}
+
+void DTPicker::drop(DropPanel& panel, bool byKeyboard) {
+    m_entered = true;  // a press on the button alone gives it no keyboard
+    connect(&panel, &DropPanel::left, this, &DTPicker::panelLeft);
+    m_panel = &panel;
+    panel.drop(byKeyboard);
+    update();
+}
+
+void DTPicker::discardPanel() {
+    if (DropPanel* panel = m_panel) {
+        m_panel.clear();
+        panel->discard();
+        update();
+    }
+}
+
+void DTPicker::panelLeft() {
+    discardPanel();
+    Q_EMIT closeUp();
+}
+
+void DTPicker::chooseDay(QDate day) {
+    discardPanel();
+    if (changeTo(day, m_time))
+        Q_EMIT closeUp();
+}
+
+void DTPicker::chooseHour(int hour) {
+    const DropPanel* hours = m_panel;
+    if (!changeTo(m_date, QTime(hour, m_time.minute(), m_time.second())) || m_panel != hours)
+        return;
+    discardPanel();
+    dropTime(true, false);
+}
+
+void DTPicker::chooseMinute(int minute) {
+    discardPanel();
+    if (changeTo(m_date, QTime(m_time.hour(), minute, m_time.second())))
+        Q_EMIT closeUp();
+}
+
+bool DTPicker::isOwn(const QWidget* widget) const {
+    return widget == this || isAncestorOf(widget) ||
+           (m_panel && (widget == m_panel || m_panel->isAncestorOf(widget)));
+}
+
+void DTPicker::followFocus(const QWidget* now) {
+    if (!now)
+        return;  // another program's window, or one of ours that is on its way
+    if (isOwn(now)) {
+        m_entered = true;
+        return;
+    }
+    if (!m_entered)
+        return;
+    const QPointer<DTPicker> self(this);
+    const bool leaves = now->window() == window() && isVisible() && isEnabled();
+    m_entered = !leaves && isVisible() && isEnabled();
+    if (m_panel)
+        panelLeft();
+    if (!leaves || !self || !takeTyped())
+        return;
+    Q_EMIT lostFocus();
+}
+
+bool DTPicker::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::InputMethod:
+            return m_edit->event(event);
+        case QEvent::ShortcutOverride: {
+            const auto& key = static_cast<const QKeyEvent&>(*event);
+            if (isDropKey(key)) {
+                event->accept();
+                return true;
+            }
+            return m_edit->event(event);
+        }
+        default:
+            return QWidget::event(event);
+    }
+}
+
+void DTPicker::keyPressEvent(QKeyEvent* event) {
+    event->accept();
+    if (isDropKey(*event)) {
+        if (!event->isAutoRepeat())
+            toggle(true);
+        return;
+    }
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (!event->isAutoRepeat())
+                confirm();
+            return;
+        case Qt::Key_Up:
+            return step(1);
+        case Qt::Key_Down:
+            return step(-1);
+        case Qt::Key_Escape:
+            if (m_edit->isModified())
+                showValue();
+            else
+                event->ignore();
+            return;
+        default:
+            m_edit->event(event);
+    }
+}
+
+QVariant DTPicker::inputMethodQuery(Qt::InputMethodQuery query) const {
+    return m_edit->inputMethodQuery(query);
+}
+
+void DTPicker::focusInEvent(QFocusEvent* event) {
+    m_edit->event(event);
+    update();
+}
+
+void DTPicker::focusOutEvent(QFocusEvent* event) {
+    m_edit->event(event);
+    update();
+}
+
+void DTPicker::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+void DTPicker::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    discardPanel();
+}
+
+void DTPicker::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        discardPanel();
+    if (event->type() == QEvent::FontChange) {
+        layOut();
+        updateGeometry();
+    }
+}
+
+QRect DTPicker::buttonRect() const {
+    const int wide =
+        std::max(smallestTarget, static_cast<int>(std::lround(buttonWidth * designScale(*this))));
+    return {width() - wide, 0, wide, height()};
+}
+
+void DTPicker::layOut() {
+    const int margin = static_cast<int>(std::lround(textMargin * designScale(*this)));
+    const QRect button = buttonRect();
+    m_button->setGeometry(button);
+    m_edit->setGeometry(QRect(rim, rim, button.left() - rim, height() - 2 * rim));
+    m_edit->setTextMargins(margin, 0, 0, 0);
+}
+
+QSize DTPicker::sizeHint() const {
+    const int spare = fontMetrics().horizontalAdvance(u'0') * 2;
+    return minimumSizeHint() + QSize(spare, 0);
+}
+
+QSize DTPicker::minimumSizeHint() const {
+    constexpr int editMargins = 2 * (rim + 2);
+    const double scale = designScale(*this);
+    const QString widest = m_format == Format::date ? u"00.00.0000"_s : u"00:00:00"_s;
+    const int text = fontMetrics().horizontalAdvance(widest) + 1;  // the caret
+    return {text + editMargins + static_cast<int>(std::lround(textMargin * scale)) + buttonRect().width(),
+            std::max(smallestTarget, static_cast<int>(std::lround(fieldHeight * scale)))};
+}
+
+void DTPicker::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const Tone tone = toneOf(*this);
+    const double scale = designScale(*this);
+    const bool focused = hasFocus() || m_panel;
+    const QRectF bounds(rect());
+    paintField(painter, bounds, *this, isEnabled(), false, palette().base());
+
+    const QRectF button(buttonRect());
+    const FaceColors face = faceColors(FaceRole::light, tone);
+    const bool pressed = m_button->isDown();
+    QLinearGradient shade(button.topLeft(), button.bottomLeft());
+    shade.setColorAt(0, !isEnabled() ? roleColor(ColorRole::disabledTop, tone)
+                        : pressed    ? face.pressedTop
+                                     : face.top);
+    shade.setColorAt(1, !isEnabled() ? roleColor(ColorRole::disabledBottom, tone)
+                        : pressed    ? face.pressedBottom
+                                     : face.bottom);
+    QPainterPath inside;
+    inside.addRoundedRect(bounds.adjusted(1, 1, -1, -1), 4 * scale - 0.5, 4 * scale - 0.5);
+    painter.save();
+    painter.setClipPath(inside);
+    painter.fillRect(button, shade);
+    painter.fillRect(QRectF(button.left(), 0, 1, height()), roleColor(ColorRole::edge, tone));
+    painter.restore();
+
+    const double side = iconSide * scale;
+    const QPixmap shape = m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF());
+    const QSizeF real = shape.deviceIndependentSize();
+    const QColor ink =
+        isEnabled() ? faceColors(FaceRole::navy).bottom : roleColor(ColorRole::disabledInk, tone);
+    if (!shape.isNull())
+        painter.drawPixmap(button.center() - QPointF(real.width() / 2, real.height() / 2),
+                           inColor(shape, ink));
+    paintField(painter, bounds, *this, true, focused, Qt::NoBrush);
 }
 
 }  // namespace kovanix

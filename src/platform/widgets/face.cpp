@@ -187,6 +187,19 @@ void paintFace(QPainter& painter, const QRectF& bounds, double radius, const QCo
     painter.drawRoundedRect(face.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
 }
 
+void paintField(QPainter& painter, const QRectF& bounds, const QWidget& control, bool enabled, bool focused,
+                const QBrush& ground) {
+    constexpr double designRadius = 4;
+    const double radius = designRadius * designScale(control);
+    const Tone tone = toneOf(control);
+    const bool ringed = enabled && focused;
+    const double width = ringed ? 2 : 1;
+    painter.setPen(QPen(roleColor(ringed ? ColorRole::focus : ColorRole::fieldLine, tone), width));
+    painter.setBrush(enabled ? ground : QBrush(roleColor(ColorRole::fieldOff, tone)));
+    const double inset = width / 2;
+    painter.drawRoundedRect(bounds.adjusted(inset, inset, -inset, -inset), radius, radius);
+}
+
 void paintPressedShade(QPainter& painter, const QRectF& bounds, double radius) {
     painter.setBrush(Qt::NoBrush);
     for (int depth = 0; depth < 3; ++depth) {

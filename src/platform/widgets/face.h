@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBrush>
 #include <QColor>
 #include <QPixmap>
 #include <QRectF>
@@ -70,6 +71,12 @@ double designScale(const QWidget& control);
 /// edge.
 void paintFace(QPainter& painter, const QRectF& bounds, double radius, const QColor& top,
                const QColor& bottom, const QColor& border, bool lit);
+
+/// The ground and the rim of a field: one pixel, two in the colour of the focus while it has that.
+/// @param control  whose scale, tone and state they are painted in
+/// @param ground  of a field that can be used
+void paintField(QPainter& painter, const QRectF& bounds, const QWidget& control, bool enabled, bool focused,
+                const QBrush& ground);
 
 /// The border that suits a face of these two colours: darker than a light one, lighter than a black one.
 QColor borderFor(const QColor& top, const QColor& bottom);

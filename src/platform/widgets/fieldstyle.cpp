@@ -25,19 +25,10 @@ void FieldStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
     }
-    constexpr double radius = 4;
-    const double scale = designScale(*widget);
-    const Tone tone = toneOf(*widget);
-    const bool enabled = (option->state & State_Enabled) != 0;
-    const bool focused = enabled && (option->state & State_HasFocus) != 0;
-    const double width = focused ? 2 : 1;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(roleColor(focused ? ColorRole::focus : ColorRole::fieldLine, tone), width));
-    painter->setBrush(enabled ? option->palette.base() : QBrush(roleColor(ColorRole::fieldOff, tone)));
-    const double inset = width / 2;
-    painter->drawRoundedRect(QRectF(option->rect).adjusted(inset, inset, -inset, -inset), radius * scale,
-                             radius * scale);
+    paintField(*painter, QRectF(option->rect), *widget, (option->state & State_Enabled) != 0,
+               (option->state & State_HasFocus) != 0, option->palette.base());
     painter->restore();
 }
 
