@@ -7,7 +7,6 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "widgets/activeresize.h"
@@ -125,8 +124,8 @@ bool DropPanel::dropsPress(const QWidget& hit, const QPoint& place) {
     }
     if (onDisplay(*this).contains(place))
         return false;
-    // A window that pops up gets the presses beside it, too. The one behind it gets them again, but not the
-    // field: its button would drop the panel anew.
+    // A window that pops up gets the presses beside it, too. Some desktops give them to the window behind it
+    // then: not where that is the field, whose button would drop the panel anew.
     setAttribute(Qt::WA_NoMouseReplay, onDisplay(m_field).contains(place));
     Q_EMIT left();
     return true;
@@ -155,6 +154,10 @@ void DropPanel::keyPressEvent(QKeyEvent* event) {
     const bool up = key == Qt::Key_Up && (event->modifiers() & Qt::AltModifier);
     if (key == Qt::Key_Escape || key == Qt::Key_F4 || up)
         Q_EMIT left();
+}
+
+void DropPanel::mousePressEvent(QMouseEvent* event) {
+    event->accept();  // else it would be one on the window behind
 }
 
 bool DropPanel::focusNextPrevChild(bool next) {

@@ -42,6 +42,7 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
     /// What Tab goes to, the first one at first.

@@ -5,17 +5,13 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPainterPath>
 #include <QPalette>
 #include <algorithm>
-#include <cmath>
 
 #include "runtime/clock.h"
 #include "values/dates.h"
 #include "widgets/calendarpanel.h"
 #include "widgets/dtpickeraccessible.h"
-#include "widgets/face.h"
 #include "widgets/timepanel.h"
 #include "widgets/typedmoment.h"
 
@@ -24,14 +20,6 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// At the design size.
-constexpr int fieldHeight = 48;
-constexpr int buttonWidth = 44;
-constexpr int smallestTarget = 40;  // pixels, at any
-constexpr int iconSide = 22;
-constexpr int textMargin = 8;
-constexpr int rim = 2;  // pixels
 
 constexpr int partLength = 3;  // of HH:mm:ss, with its colon
 constexpr int longestTyped = 40;
@@ -358,6 +346,9 @@ void DTPicker::resizeEvent(QResizeEvent* event) {
 void DTPicker::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     discardPanel();
+    // What is being typed stays in a window that is only minimised.
+    if (!event->spontaneous())
+        showValue();
 }
 
 void DTPicker::changeEvent(QEvent* event) {
@@ -368,72 +359,6 @@ void DTPicker::changeEvent(QEvent* event) {
         layOut();
         updateGeometry();
     }
-}
-
-QRect DTPicker::buttonRect() const {
-    const int wide =
-        std::max(smallestTarget, static_cast<int>(std::lround(buttonWidth * designScale(*this))));
-    return {width() - wide, 0, wide, height()};
-}
-
-void DTPicker::layOut() {
-    const int margin = static_cast<int>(std::lround(textMargin * designScale(*this)));
-    const QRect button = buttonRect();
-    m_button->setGeometry(button);
-    m_edit->setGeometry(QRect(rim, rim, button.left() - rim, height() - 2 * rim));
-    m_edit->setTextMargins(margin, 0, 0, 0);
-}
-
-QSize DTPicker::sizeHint() const {
-    const int spare = fontMetrics().horizontalAdvance(u'0') * 2;
-    return minimumSizeHint() + QSize(spare, 0);
-}
-
-QSize DTPicker::minimumSizeHint() const {
-    constexpr int editMargins = 2 * (rim + 2);
-    const double scale = designScale(*this);
-    const QString widest = m_format == Format::date ? u"00.00.0000"_s : u"00:00:00"_s;
-    const int text = fontMetrics().horizontalAdvance(widest) + 1;  // the caret
-    return {text + editMargins + static_cast<int>(std::lround(textMargin * scale)) + buttonRect().width(),
-            std::max(smallestTarget, static_cast<int>(std::lround(fieldHeight * scale)))};
-}
-
-void DTPicker::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const Tone tone = toneOf(*this);
-    const double scale = designScale(*this);
-    const bool focused = hasFocus() || m_panel;
-    const QRectF bounds(rect());
-    paintField(painter, bounds, *this, isEnabled(), false, palette().base());
-
-    const QRectF button(buttonRect());
-    const FaceColors face = faceColors(FaceRole::light, tone);
-    const bool pressed = m_button->isDown();
-    QLinearGradient shade(button.topLeft(), button.bottomLeft());
-    shade.setColorAt(0, !isEnabled() ? roleColor(ColorRole::disabledTop, tone)
-                        : pressed    ? face.pressedTop
-                                     : face.top);
-    shade.setColorAt(1, !isEnabled() ? roleColor(ColorRole::disabledBottom, tone)
-                        : pressed    ? face.pressedBottom
-                                     : face.bottom);
-    QPainterPath inside;
-    inside.addRoundedRect(bounds.adjusted(1, 1, -1, -1), 4 * scale - 0.5, 4 * scale - 0.5);
-    painter.save();
-    painter.setClipPath(inside);
-    painter.fillRect(button, shade);
-    painter.fillRect(QRectF(button.left(), 0, 1, height()), roleColor(ColorRole::edge, tone));
-    painter.restore();
-
-    const double side = iconSide * scale;
-    const QPixmap shape = m_icon.pixmap(QSizeF(side, side).toSize(), devicePixelRatioF());
-    const QSizeF real = shape.deviceIndependentSize();
-    const QColor ink =
-        isEnabled() ? faceColors(FaceRole::navy).bottom : roleColor(ColorRole::disabledInk, tone);
-    if (!shape.isNull())
-        painter.drawPixmap(button.center() - QPointF(real.width() / 2, real.height() / 2),
-                           inColor(shape, ink));
-    paintField(painter, bounds, *this, true, focused, Qt::NoBrush);
 }
 
 }  // namespace kovanix

@@ -75,6 +75,7 @@ protected:
 
 private:
     QRect buttonRect() const;
+    void paintButton(QPainter& painter) const;
     void layOut();
     void showValue();
 

@@ -49,7 +49,7 @@ TimePanel::TimePanel(QWidget& field, Part part, int current)
         key->setLook(number == current ? FaceRole::accent : FaceRole::light);
         key->setFont(textFont(20, QFont::Medium));
         key->setCaption(QString::number(number));
-        key->setAccessibleName(u"%1 %2"_s.arg(QString::number(number), hours ? u"saat"_s : u"dakika"_s));
+        key->setAccessibleName((hours ? u"saat "_s : u"dakika "_s) + QString::number(number));
         key->setFixedSize(target(keyWidth), target(keyHeight));
         connect(key, &QAbstractButton::clicked, this, [this, number] { Q_EMIT chosen(number); });
         keys->addWidget(key, number / m_columns, number % m_columns);
