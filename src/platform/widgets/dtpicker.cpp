@@ -215,7 +215,6 @@ void DTPicker::dropTime(bool minutes, bool byKeyboard) {
 }
 
 void DTPicker::drop(DropPanel& panel, bool byKeyboard) {
-    m_entered = true;  // a press on the button alone gives it no keyboard
     connect(&panel, &DropPanel::left, this, &DTPicker::panelLeft);
     m_panel = &panel;
     panel.drop(byKeyboard);

@@ -79,8 +79,10 @@ void TestDates::writesTimes() {
 void TestDates::everyMonthAndDay() {
     const QStringList months = {u"Ocak"_s,   u"Şubat"_s,   u"Mart"_s,  u"Nisan"_s, u"Mayıs"_s, u"Haziran"_s,
                                 u"Temmuz"_s, u"Ağustos"_s, u"Eylül"_s, u"Ekim"_s,  u"Kasım"_s, u"Aralık"_s};
-    for (int month = 1; month <= 12; ++month)
+    for (int month = 1; month <= 12; ++month) {
         QCOMPARE(longDateText(QDate(2023, month, 1)).section(u' ', 1, 1), months[month - 1]);
+        QCOMPARE(monthText(QDate(2023, month, 28)), months[month - 1] + u" 2023");
+    }
     const QStringList days = {u"Pazartesi"_s, u"Salı"_s,      u"Çarşamba"_s, u"Perşembe"_s,
                               u"Cuma"_s,      u"Cumartesi"_s, u"Pazar"_s};
     for (int day = 0; day < 7; ++day)

@@ -306,6 +306,31 @@ private Q_SLOTS:
         QCOMPARE(frame.forecolor(), QColor(Qt::white));
     }
 
+    void titleStandsWhereItIsTold() {
+        vkFrame frame;
+        frame.setLook(FrameRole::window);
+        frame.setCaption(u"Mayıs 2026"_s);
+        frame.resize(400, 100);
+        // The first and the last column that the caption's white is in.
+        const auto ends = [&] {
+            const QImage image = frame.grab().toImage();
+            std::pair found(image.width(), -1);
+            for (int x = 0; x < image.width(); ++x) {
+                for (int y = 8; y < 40; ++y) {
+                    if (qGray(image.pixel(x, y)) > 220)
+                        found = {std::min(found.first, x), x};
+                }
+            }
+            return found;
+        };
+        const auto [left, right] = ends();
+        QVERIFY(left < 40);
+        frame.setTitleAlignment(Qt::AlignHCenter);
+        const auto [centredLeft, centredRight] = ends();
+        QCOMPARE(centredRight - centredLeft, right - left);
+        QVERIFY(std::abs(centredLeft + centredRight - 400) <= 4);
+    }
+
     // Nothing lets events through while a list is read.
     void progressIsPaintedAtOnce() {
         QWidget window;
