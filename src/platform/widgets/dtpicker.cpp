@@ -73,8 +73,7 @@ DTPicker::DTPicker(QWidget* parent)
     connect(m_button, &QAbstractButton::released, this, [this] { update(buttonRect()); });
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* /*former*/, QWidget* now) { followFocus(now); });
-    m_format = Format::time;
-    setFormat(Format::date);
+    showFormat();
 }
 
 DTPicker::~DTPicker() {
@@ -86,7 +85,11 @@ void DTPicker::setFormat(Format format) {
         return;
     discardPanel();
     m_format = format;
-    const bool isDate = format == Format::date;
+    showFormat();
+}
+
+void DTPicker::showFormat() {
+    const bool isDate = m_format == Format::date;
     m_icon = QIcon(isDate ? u":/icons/calendar.svg"_s : u":/icons/down.svg"_s);
     m_button->setAccessibleName(isDate ? u"Takvim"_s : u"Saatler"_s);
     showValue();
@@ -143,21 +146,28 @@ bool DTPicker::changeTo(QDate date, QTime time) {
     return self;
 }
 
+/// What stands in the field; nothing where that is no moment.
+std::optional<DTPicker::Moment> DTPicker::typed() const {
+    const QString text = m_edit->text();
+    if (m_format == Format::date) {
+        const auto day = typedDate(text, m_date.year());
+        return day ? std::optional(Moment{*day, m_time}) : std::nullopt;
+    }
+    const auto time = typedTime(text);
+    return time ? std::optional(Moment{m_date, *time}) : std::nullopt;
+}
+
 /// Takes what was typed; what is no moment gives way to the one of before.
 /// @return whether the picker is still there
 bool DTPicker::takeTyped() {
     if (!m_edit->isModified())
         return true;
-    const QString typed = m_edit->text();
-    if (m_format == Format::date)
-        return changeTo(typedDate(typed, m_date.year()).value_or(m_date), m_time);
-    return changeTo(m_date, typedTime(typed).value_or(m_time));
+    const Moment moment = typed().value_or(Moment{m_date, m_time});
+    return changeTo(moment.date, moment.time);
 }
 
 void DTPicker::confirm() {
-    const QString typed = m_edit->text();
-    const bool isMoment =
-        m_format == Format::date ? typedDate(typed, m_date.year()).has_value() : typedTime(typed).has_value();
+    const bool isMoment = typed().has_value();
     if (!takeTyped())
         return;
     m_edit->selectAll();
@@ -167,18 +177,13 @@ void DTPicker::confirm() {
 
 void DTPicker::step(int by) {
     const int part = std::min(m_edit->cursorPosition(), partLength * 2) / partLength;
-    QDate date = m_date;
-    QTime time = m_time;
-    const QString typed = m_edit->text();
-    if (m_format == Format::date) {
-        date = typedDate(typed, m_date.year()).value_or(m_date);
-        if (canBeChosen(date.addDays(by)))
-            date = date.addDays(by);
-    } else {
-        time = typedTime(typed).value_or(m_time);
+    auto [date, time] = typed().value_or(Moment{m_date, m_time});
+    if (m_format == Format::time) {
         time = QTime(around(time.hour() + (part == 0 ? by : 0), 24),
                      around(time.minute() + (part == 1 ? by : 0), 60),
                      around(time.second() + (part == 2 ? by : 0), 60));
+    } else if (canBeChosen(date.addDays(by))) {
+        date = date.addDays(by);
     }
     if (!changeTo(date, time))
         return;

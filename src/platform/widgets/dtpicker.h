@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QTime>
 #include <QWidget>
+#include <optional>
 
 class QAbstractButton;
 class QLineEdit;
@@ -77,8 +78,14 @@ private:
     QRect buttonRect() const;
     void paintButton(QPainter& painter) const;
     void layOut();
+    void showFormat();
     void showValue();
 
+    struct Moment {
+        QDate date;
+        QTime time;
+    };
+    std::optional<Moment> typed() const;
     bool take(QDate date, QTime time);
     bool changeTo(QDate date, QTime time);
     bool takeTyped();
