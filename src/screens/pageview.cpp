@@ -103,20 +103,20 @@ void PageView::scroll(int pixels) {
     update();
 }
 
+void PageView::setUsable(DrawnButton& arrow, bool usable) {
+    // The toolkit would give the focus to the next control, which prints.
+    if (arrow.hasFocus() && (!usable || m_wide))
+        setFocus();
+    arrow.setEnabled(usable);
+    arrow.setVisible(!m_wide);
+}
+
 /// After any change of the page or of its size.
 void PageView::arrange() {
     m_image = {};
     m_top = 0;
-    // The focus of an arrow that goes dead stays in sight.
-    DrawnButton* const dying = m_page == 0 ? m_previous : m_next;
-    const bool first = m_page == 0;
-    const bool last = m_page == m_pages.pageCount() - 1;
-    if (dying->hasFocus() && (first || last))
-        (first && !last ? m_next : static_cast<QWidget*>(this))->setFocus();
-    m_previous->setEnabled(!first);
-    m_next->setEnabled(!last);
-    m_previous->setVisible(!m_wide);
-    m_next->setVisible(!m_wide);
+    setUsable(*m_previous, m_page > 0);
+    setUsable(*m_next, m_page < m_pages.pageCount() - 1);
 
     const QRect page = pageRect();
     const double scale = designScale(*this);

@@ -53,6 +53,7 @@ protected:
 
 private:
     DrawnButton* addArrow(const QString& name, const QString& icon, const QString& tip, int step);
+    void setUsable(DrawnButton& arrow, bool usable);
     void arrange();
     const QPixmap& image();
 

@@ -161,8 +161,9 @@ void GridPages::paintBand(QPainter& painter, const QRect& band, const QString& t
         shown[i] = withNumbers(parts.value(static_cast<qsizetype>(i)), page);
         widths[i] = metrics.horizontalAdvance(shown[i]);
     }
-    const double needed =
-        widths[1] > 0 ? widths[1] + 2 * std::max(widths[0], widths[2]) : widths[0] + widths[2];
+    const double sides = widths[1] > 0 ? 2 * std::max(widths[0], widths[2]) : widths[0] + widths[2];
+    const double gaps = sides > 0 ? (widths[1] > 0 ? 2 : 1) * bandGap : 0;
+    const double needed = widths[1] + sides + gaps;
     if (needed > band.width())
         font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * band.width() / needed)));
     painter.setFont(font);

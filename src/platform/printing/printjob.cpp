@@ -55,8 +55,10 @@ PrintJob::~PrintJob() {
         m_painter.end();
     m_device.reset();
     // Half a receipt is worse than none.
-    if (m_file && m_file->isOpen())
-        m_file->remove();
+    if (m_file && m_file->isOpen()) {
+        m_file->close();  // fails on a full disk, and remove() of an open file gives up then
+        QFile::remove(m_file->fileName());
+    }
 }
 
 /// Opens the file of the next free number; two programs that print into one folder never share one.
