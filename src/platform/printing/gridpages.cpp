@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "widgets/gridcell.h"
@@ -33,6 +34,10 @@ constexpr int bandGap = dots(6);  // between header and headings, and between ro
 constexpr int thinLine = dots(0.4);
 constexpr int strongLine = dots(1);
 constexpr int smallestNumber = dots(3);
+// What a text may come out wider than it was measured.
+constexpr int roundingSlack = dots(1);
+// How much of the page headings and sums may ask for.
+constexpr double mostFixed = 0.9;
 constexpr int leastWidth = dots(72);
 constexpr QRgb lineColor = 0xFF8894A2;
 
@@ -78,6 +83,36 @@ QRect roomOn(QSizeF paper, const QMarginsF& margins) {
     return usable ? inside : whole;
 }
 
+/// The columns' widths, which fill the room in proportion to those of the grid. Where a heading or a sum
+/// needs more, the other columns give way.
+std::vector<double> columnWidths(const PrintTable& table, double room) {
+    const QFontMetricsF bold(printedFont({.size = rowText, .bold = true}));
+    std::vector<double> widths;
+    std::vector<double> needed;
+    for (std::size_t index = 0; index < table.columns.size(); ++index) {
+        const PrintColumn& column = table.columns[index];
+        const QString sum = column.number ? table.footers.value(static_cast<qsizetype>(index)) : QString();
+        widths.push_back(column.width);
+        needed.push_back(std::max(bold.horizontalAdvance(column.heading), bold.horizontalAdvance(sum)) +
+                         2 * cellPadding + roundingSlack);
+    }
+    const bool fits = std::accumulate(needed.begin(), needed.end(), 0.0) < room * mostFixed;
+    std::vector<bool> fixed(widths.size(), false);
+    for (bool changed = true; changed;) {
+        changed = false;
+        double shared = 0;
+        double left = room;
+        for (std::size_t index = 0; index < widths.size(); ++index)
+            (fixed[index] ? left : shared) += fixed[index] ? -needed[index] : table.columns[index].width;
+        for (std::size_t index = 0; index < widths.size(); ++index) {
+            widths[index] = fixed[index] ? needed[index] : left * table.columns[index].width / shared;
+            if (fits && !fixed[index] && widths[index] < needed[index])
+                fixed[index] = changed = true;
+        }
+    }
+    return widths;
+}
+
 }  // namespace
 
 GridPages::GridPages(PrintTable table, PrintInfo info, QSizeF paper)
@@ -94,15 +129,11 @@ GridPages::GridPages(PrintTable table, PrintInfo info, QSizeF paper)
         m_footer.setTop(m_room.bottom() + 1 - bandHeight(m_info.pageFooterFont));
         m_body.setBottom(m_footer.top() - 1 - bandGap);
     }
-    double sum = 0;
-    for (const PrintColumn& column : m_table.columns)
-        sum += column.width;
-    double before = 0;
+    const std::vector<double> widths = columnWidths(m_table, m_room.width());
+    double edge = m_room.left();
     m_edges.push_back(m_room.left());
-    for (const PrintColumn& column : m_table.columns) {
-        before += column.width;
-        m_edges.push_back(m_room.left() + static_cast<int>(std::lround(m_room.width() * before / sum)));
-    }
+    for (const double width : widths)
+        m_edges.push_back(static_cast<int>(std::lround(edge += width)));
 }
 
 bool GridPages::hasHeadings(int page) const {
@@ -181,7 +212,7 @@ void GridPages::paintCells(QPainter& painter, int top, const Text& text, bool he
         const PrintColumn& column = m_table.columns[index];
         const QString shown = text(index);
         const QRect cell(m_edges[index] + cellPadding, top,
-                         m_edges[index + 1] - m_edges[index] - 2 * cellPadding, rowHeight);
+                         m_edges[index + 1] - m_edges[index] - 2 * cellPadding, rowHeight - strongLine);
         const CellText kind = headings        ? CellText::name
                               : column.number ? CellText::number
                               : column.code   ? CellText::code

@@ -224,6 +224,16 @@ private Q_SLOTS:
         QVERIFY(std::abs(placeOf(u"1,50"_s, file).right() - (a4.width() - 39)) < 1);
     }
 
+    void aSumKeepsItsSize() {
+        PrintTable printed = table(1);
+        printed.columns[0].width = 900;
+        printed.footers = {u"TOPLAM"_s, u"1.234.567.890,00"_s};
+        const QString file = write(GridPages(printed, info(), a4));
+        QCOMPARE(placeOf(u"1.234.567.890,00"_s, file).height(), placeOf(u"TOPLAM"_s, file).height());
+        printed.footers[1] = QString(200, u'7');  // more than there is
+        QCOMPARE(pagesOf(write(GridPages(printed, info(), a4))).size(), 1);
+    }
+
     void margins_data() {
         addRows<MarginsRow>({
             {"none", {{}, 3}},
