@@ -200,17 +200,11 @@ void PrintPreview::print() {
     const GridPages& pages = ui.sayfalar->pages();
     const int count = pages.pageCount();
     const int step = std::max(1, count / progressSteps);
-    PrintJob job;
-    job.setWholePages(QPageSize(pages.paper(), QPageSize::Point));
-    QPainter& painter = job.begin();
-    for (int page = 0; page < count; ++page) {
-        if (page > 0)
-            job.nextPage();
-        pages.paint(painter, page, job.device().logicalDpiX());
-        if (page % step == 0)
-            ui.vkFrame1->setProgress(progressShown(page, count, std::chrono::milliseconds(timer.elapsed())));
-    }
-    job.finish();
+    printPages(pages, [&](int printed) {
+        if (printed % step == 0)
+            ui.vkFrame1->setProgress(
+                progressShown(printed, count, std::chrono::milliseconds(timer.elapsed())));
+    });
 }
 
 void PrintPreview::yazdir_click() {

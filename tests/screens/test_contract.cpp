@@ -97,7 +97,7 @@ Screen& usersFields() {
     return screen<kullanicilar>();
 }
 
-/// Of a list's first two pages, opened from the sales screen.
+/// Of the one page of a short list, opened from the sales screen.
 Screen& preview() {
     urunler& list = screen<urunler>();
     list.ui.TDBGrid1->printInfo().previewCaption = "Rapor";

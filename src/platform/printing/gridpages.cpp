@@ -10,6 +10,7 @@
 #include <numeric>
 #include <utility>
 
+#include "printing/printjob.h"
 #include "widgets/gridcell.h"
 
 namespace kovanix {
@@ -250,6 +251,21 @@ void GridPages::paintRows(QPainter& painter, int top, int page) const {
             painter, top,
             [&](std::size_t column) { return m_table.footers.value(static_cast<qsizetype>(column)); }, false);
     }
+}
+
+void printPages(const GridPages& pages, const std::function<void(int count)>& printed) {
+    PrintJob job;
+    job.setWholePages(QPageSize(pages.paper(), QPageSize::Point));
+    QPainter& painter = job.begin();
+    const int count = pages.pageCount();
+    for (int page = 0; page < count; ++page) {
+        if (page > 0)
+            job.nextPage();
+        pages.paint(painter, page, job.device().logicalDpiX());
+        if (printed)
+            printed(page + 1);
+    }
+    job.finish();
 }
 
 }  // namespace kovanix

@@ -3,6 +3,7 @@
 #include <QRect>
 #include <QSizeF>
 #include <QString>
+#include <functional>
 #include <vector>
 
 #include "widgets/printinfo.h"
@@ -57,5 +58,11 @@ private:
     QRect m_body;              ///< what headings and rows share
     std::vector<int> m_edges;  ///< the columns' left edges, and the right edge of the last
 };
+
+/// Prints all pages as one job.
+/// @param printed  told how many pages are painted, after each of them; it may paint, but must let no events
+/// through
+/// @throws RuntimeError (printerError) as PrintJob
+void printPages(const GridPages& pages, const std::function<void(int count)>& printed = {});
 
 }  // namespace kovanix
