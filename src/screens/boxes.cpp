@@ -21,4 +21,9 @@ void tellDatabaseFailure(const RuntimeError& error) {
     mesaj(metin(u"DB_HATA"_s) + u": " + error.description(), MessageBoxStyle::critical, metin(u"HATA"_s));
 }
 
+void tellPrinterFailure(const RuntimeError& error) {
+    mesaj(u"Yazd|r|lamad|. Yaz|c|y| denetleyip yeniden deneyin.\n"_s + error.description(),
+          MessageBoxStyle::critical, metin(u"HATA"_s));
+}
+
 }  // namespace kovanix

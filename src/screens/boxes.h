@@ -14,4 +14,7 @@ void tellNoDatabase();
 /// The same with what the database said.
 void tellDatabaseFailure(const RuntimeError& error);
 
+/// Tells that nothing was printed, with what the printer said.
+void tellPrinterFailure(const RuntimeError& error);
+
 }  // namespace kovanix

@@ -23,6 +23,7 @@
 #include "desktop/screensize.h"
 #include "salestest.h"
 #include "screencontract.h"
+#include "screens/printpreview.h"
 #include "widgets/activeresize.h"
 
 using namespace kovanix;
@@ -94,6 +95,15 @@ Screen& usersFields() {
     users();
     screen<kullanicilar>().add();
     return screen<kullanicilar>();
+}
+
+/// Of the one page of a short list, opened from the sales screen.
+Screen& preview() {
+    urunler& list = screen<urunler>();
+    list.ui.TDBGrid1->printInfo().previewCaption = "Rapor";
+    printPreview(*list.ui.TDBGrid1, sales());
+    unload<urunler>();
+    return screen<PrintPreview>();
 }
 
 template <class S>
@@ -178,6 +188,8 @@ QList<ScreenRow> screens() {
                          "yazilan", {}, keyboard<klavyeyeni2>),
         row<klavyesayi>("klavyesayi", "SAYILAR", {}, closes, closes, "yazilan vkCommand1_39 kapat", "yazilan",
                         {}, keyboard<klavyesayi>),
+        row<PrintPreview>("PrintPreview", "Rapor", {}, closes, closes, "yazdir kapat sayfalar", {}, {},
+                          preview),
         row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }

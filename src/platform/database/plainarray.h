@@ -18,6 +18,8 @@ class PlainArray {
 
 public:
     PlainArray() = default;
+    PlainArray(const PlainArray& other) { append(other.data(), other.size()); }
+    PlainArray& operator=(const PlainArray& other) { return *this = PlainArray(other); }
     PlainArray(PlainArray&& other) noexcept
         : m_values(std::move(other.m_values)),
           m_size(std::exchange(other.m_size, 0)),

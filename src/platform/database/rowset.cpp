@@ -46,7 +46,7 @@ struct RowSet::Private {
     // What was read.
     QString sql;
     ChangeMark mark;  ///< of the database's content just ahead of the read
-    RowTable table;
+    std::shared_ptr<RowTable> table = std::make_shared<RowTable>();
     std::map<int, RowOrder> orders;  ///< by field, each worked out once
 
     // What was asked for.
@@ -60,13 +60,13 @@ struct RowSet::Private {
     std::vector<std::uint32_t> shown;  ///< the row at each place
     qsizetype currentPlace = -1;
 
-    const RowColumn& column(int field) const { return table.columns[static_cast<std::size_t>(field)]; }
+    const RowColumn& column(int field) const { return table->columns[static_cast<std::size_t>(field)]; }
     std::size_t row(qsizetype place) const { return shown[static_cast<std::size_t>(place)]; }
 
     std::vector<std::uint32_t> orderFor(const Sort& wanted) {
         if (wanted.field.isEmpty())
             return {};
-        const int field = table.indexOf(wanted.field);
+        const int field = table->indexOf(wanted.field);
         if (field < 0)
             failUnknownField(wanted.field);
         auto found = orders.find(field);
@@ -88,7 +88,7 @@ struct RowSet::Private {
     }
 
     qsizetype placeOf(qint64 identity) const {
-        const std::optional<std::size_t> row = table.rowOf(identity);
+        const std::optional<std::size_t> row = table->rowOf(identity);
         if (!row || !hits.test(*row))
             return -1;
         const auto found =
@@ -97,17 +97,17 @@ struct RowSet::Private {
     }
 
     void choose(const RowFilter& wanted) {
-        const RowMatcher matcher(table, wanted);
-        hits = matcher.hits(narrows(wanted, filter) ? hits : RowBits(table.count(), true));
+        const RowMatcher matcher(*table, wanted);
+        hits = matcher.hits(narrows(wanted, filter) ? hits : RowBits(table->count(), true));
         filter = wanted;
     }
 
     /// Other rows under the sort, the filter and the current row in force, as far as they still have theirs.
     Private over(RowTable&& fresh) const {
         Private next;
-        next.table = std::move(fresh);
-        next.hits = RowBits(next.table.count(), true);
-        if (next.table.indexOf(sort.field) >= 0)
+        *next.table = std::move(fresh);
+        next.hits = RowBits(next.table->count(), true);
+        if (next.table->indexOf(sort.field) >= 0)
             next.sort = sort;
         next.order = next.orderFor(next.sort);
         try {
@@ -115,8 +115,8 @@ struct RowSet::Private {
         } catch (const RuntimeError&) {
             // A field has gone, or is of another type now.
         }
-        const bool sameTable = next.table.name.compare(table.name, Qt::CaseInsensitive) == 0;
-        if (sameTable && currentIdentity && next.table.rowOf(*currentIdentity))
+        const bool sameTable = next.table->name.compare(table->name, Qt::CaseInsensitive) == 0;
+        if (sameTable && currentIdentity && next.table->rowOf(*currentIdentity))
             next.currentIdentity = currentIdentity;
         next.show();
         return next;
@@ -143,15 +143,19 @@ bool RowSet::read(Connection& connection, const QString& sql, const ReadProgress
 }
 
 bool RowSet::readRow(Connection& connection, qint64 identity) {
-    const std::optional<std::size_t> row = d->table.rowOf(identity);
+    const std::optional<std::size_t> row = d->table->rowOf(identity);
     if (!row)
         return false;
     ConnectionCore& core = *connection.d;
     core.requireOpen();
-    if (!rereadRow(core, d->sql, d->table, *row))
+    // A snapshot keeps its rows as they were.
+    const bool kept = d->table.use_count() > 1;
+    const std::shared_ptr<RowTable> table = kept ? std::make_shared<RowTable>(*d->table) : d->table;
+    if (!rereadRow(core, d->sql, *table, *row))
         return false;
+    d->table = table;
     d->orders.clear();
-    if (!d->hits.test(*row) && RowMatcher(d->table, d->filter).matches(*row)) {
+    if (!d->hits.test(*row) && RowMatcher(*d->table, d->filter).matches(*row)) {
         d->hits.set(*row);
         d->show();
     }
@@ -163,7 +167,7 @@ void RowSet::clear() {
 }
 
 int RowSet::fieldCount() const {
-    return static_cast<int>(d->table.columns.size());
+    return static_cast<int>(d->table->columns.size());
 }
 
 const QString& RowSet::fieldName(int field) const {
@@ -171,7 +175,7 @@ const QString& RowSet::fieldName(int field) const {
 }
 
 int RowSet::fieldIndex(QStringView name) const {
-    return d->table.indexOf(name);
+    return d->table->indexOf(name);
 }
 
 ColumnType RowSet::fieldType(int field) const {
@@ -183,7 +187,7 @@ qsizetype RowSet::recordCount() const {
 }
 
 qsizetype RowSet::totalCount() const {
-    return static_cast<qsizetype>(d->table.count());
+    return static_cast<qsizetype>(d->table->count());
 }
 
 QVariant RowSet::value(qsizetype place, int field) const {
@@ -192,6 +196,10 @@ QVariant RowSet::value(qsizetype place, int field) const {
 
 QString RowSet::text(qsizetype place, int field) const {
     return d->column(field).text(d->row(place));
+}
+
+RowSnapshot RowSet::snapshot() const {
+    return {d->table, d->shown};
 }
 
 qsizetype RowSet::current() const {
@@ -208,7 +216,7 @@ qsizetype RowSet::placeOf(qint64 identity) const {
 }
 
 qint64 RowSet::identity(qsizetype place) const {
-    return (*d->table.identities)[d->row(place)];
+    return (*d->table->identities)[d->row(place)];
 }
 
 void RowSet::setSort(const QString& sort) {
@@ -232,12 +240,23 @@ bool RowSet::isFiltered() const {
 }
 
 qsizetype RowSet::find(const RowFilter& criterion, qsizetype from) const {
-    const RowMatcher matcher(d->table, criterion);
+    const RowMatcher matcher(*d->table, criterion);
     for (qsizetype place = std::max<qsizetype>(from, 0); place < recordCount(); ++place) {
         if (matcher.matches(d->row(place)))
             return place;
     }
     return -1;
+}
+
+RowSnapshot::RowSnapshot(std::shared_ptr<const RowTable> table, std::vector<std::uint32_t> shown)
+    : m_table(std::move(table)), m_shown(std::move(shown)) {}
+
+QVariant RowSnapshot::value(qsizetype place, int field) const {
+    return m_table->columns[static_cast<std::size_t>(field)].value(m_shown[static_cast<std::size_t>(place)]);
+}
+
+QString RowSnapshot::text(qsizetype place, int field) const {
+    return m_table->columns[static_cast<std::size_t>(field)].text(m_shown[static_cast<std::size_t>(place)]);
 }
 
 }  // namespace kovanix

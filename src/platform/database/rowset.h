@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <QVariant>
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "database/readprogress.h"
 #include "database/rowfilter.h"
@@ -11,6 +13,25 @@
 namespace kovanix {
 
 class Connection;
+struct RowTable;
+
+/// The rows of a list as they were shown at one moment: what is read, sorted or filtered later changes
+/// nothing of it. The rows themselves are held in common with the RowSet for as long as that keeps them.
+class RowSnapshot {
+public:
+    /// How many rows were shown.
+    qsizetype recordCount() const { return static_cast<qsizetype>(m_shown.size()); }
+    /// As those of RowSet.
+    QVariant value(qsizetype place, int field) const;
+    QString text(qsizetype place, int field) const;
+
+private:
+    friend class RowSet;
+    RowSnapshot(std::shared_ptr<const RowTable> table, std::vector<std::uint32_t> shown);
+
+    std::shared_ptr<const RowTable> m_table;
+    std::vector<std::uint32_t> m_shown;  ///< the row at each place
+};
 
 /// The rows of a list, read once and kept: sorting, filtering and finding work on them in memory and never
 /// ask the database again.
@@ -69,6 +90,8 @@ public:
     /// shown
     /// ("03.05.2026 10:15:00"), null as the empty text.
     QString text(qsizetype place, int field) const;
+    /// The rows as they are shown now, to be kept.
+    RowSnapshot snapshot() const;
 
     // --- current row
     /// Its place; -1 where no row is current or the filter hides it.

@@ -43,6 +43,17 @@ RowColumn::RowColumn(QString name, std::shared_ptr<PlainArray<qint64>> identitie
       m_isIdentity(true),
       m_counters(std::move(identities)) {}
 
+// Identities never change, so that all copies have them in common. What is searched in is prepared anew.
+RowColumn::RowColumn(const RowColumn& other)
+    : m_name(other.m_name),
+      m_type(other.m_type),
+      m_isIdentity(other.m_isIdentity),
+      m_texts(other.m_texts),
+      m_nulls(other.m_nulls),
+      m_numbers(other.m_numbers),
+      m_counters(m_isIdentity ? other.m_counters : std::make_shared<PlainArray<qint64>>(*other.m_counters)),
+      m_oddCells(other.m_oddCells) {}
+
 void RowColumn::append(const Cell& cell) {
     if (!m_type && cell.type != Cell::Type::null)
         decideType(cell);

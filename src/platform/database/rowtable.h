@@ -24,6 +24,11 @@ public:
     RowColumn(QString name, std::optional<ColumnType> type);
     /// The column that holds the rows' identities.
     RowColumn(QString name, std::shared_ptr<PlainArray<qint64>> identities);
+    RowColumn(const RowColumn& other);
+    RowColumn& operator=(const RowColumn& other) = delete;
+    RowColumn(RowColumn&& other) = default;
+    RowColumn& operator=(RowColumn&& other) = default;
+    ~RowColumn() = default;
 
     const QString& name() const { return m_name; }
     ColumnType type() const { return m_type.value_or(ColumnType::text); }

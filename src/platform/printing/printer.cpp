@@ -1,29 +1,18 @@
 #include "printing/printer.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QFont>
 #include <QFontMetricsF>
-#include <QLibrary>
 #include <QPageSize>
-#include <QPagedPaintDevice>
-#include <QPainter>
-#include <QPdfWriter>
-#include <QPrinter>
-#include <QPrinterInfo>
-#include <QScopeGuard>
 #include <QStringList>
 #include <QTextLayout>
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
-#include "runtime/runtimeerror.h"
+#include "printing/printjob.h"
 
 namespace kovanix {
 
@@ -34,19 +23,15 @@ namespace {
 constexpr double fontSize = 10.0;  // points
 constexpr int charactersPerTab = 8;
 
+constexpr double twipsPerInch = 1440;
+constexpr double pixelsPerInch = 600;  // of a printer, whichever there is
+
 // The slip of the PDF folder: a receipt roll, cut where the text ends.
 constexpr double rollWidth = 80.0;  // millimetres, as all below
 constexpr double rollMargin = 4.0;
 constexpr double shortestSlip = 80.0;
 constexpr double longestSlip = 297.0;
-constexpr int rollResolution = 600;  // dots an inch
 constexpr double millimetresPerInch = 25.4;
-
-constexpr int highestJobNumber = 9999;
-
-[[noreturn]] void fail(const QString& description) {
-    throw RuntimeError(RuntimeError::printerError, description, u"Printer"_s);
-}
 
 QFont printingFont() {
     QFont font;
@@ -102,14 +87,13 @@ public:
     }
 
     /// Paints line after line, turning the page where the next one has no room.
-    void paint(QPainter& painter, QPagedPaintDevice& device) const {
-        const double pageHeight = device.height();
+    void paint(QPainter& painter, PrintJob& job) const {
+        const double pageHeight = job.device().height();
         double top = 0;
         for (const auto& paragraph : m_paragraphs) {
             for (int i = 0; i < std::max(1, paragraph->lineCount()); ++i) {
                 if (top > 0 && top + m_lineHeight > pageHeight) {
-                    if (!device.newPage())
-                        fail(u"The printer gives no further page."_s);
+                    job.nextPage();
                     top = 0;
                 }
                 if (i < paragraph->lineCount())
@@ -136,87 +120,18 @@ private:
     double m_lineHeight{};
 };
 
-void paintOn(QPagedPaintDevice& device, const SetText& text) {
-    QPainter painter;
-    if (!painter.begin(&device))
-        fail(u"The printer takes no job."_s);
-    text.paint(painter, device);
-    if (!painter.end())
-        fail(u"The printer did not finish the job."_s);
-}
-
-void setRollPage(QPdfWriter& writer, double length) {
-    writer.setPageLayout(QPageLayout(
+void setRollPage(QPagedPaintDevice& device, double length) {
+    device.setPageLayout(QPageLayout(
         QPageSize(QSizeF(rollWidth, length), QPageSize::Millimeter, u"Receipt"_s, QPageSize::ExactMatch),
         QPageLayout::Portrait, QMarginsF(rollMargin, rollMargin, rollMargin, rollMargin),
         QPageLayout::Millimeter));
 }
 
-/// Opens the file of the next free number; two programs that print into one folder never share one.
-void openNextJob(QFile& file, const QString& folder) {
-    const QDir dir(folder);
-    if (!dir.mkpath(u"."_s))
-        fail(u"The folder %1 can't be made."_s.arg(folder));
-    int number = 1;
-    const QStringList present = dir.entryList({u"????.pdf"_s}, QDir::Files | QDir::System | QDir::Hidden);
-    for (const QString& name : present)
-        number = std::max(number, name.left(4).toInt() + 1);
-    for (; number <= highestJobNumber; ++number) {
-        file.setFileName(dir.filePath(u"%1.pdf"_s.arg(number, 4, 10, QLatin1Char('0'))));
-        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-            return;
-        if (!file.exists())
-            fail(file.errorString());
-    }
-    fail(u"The folder %1 is full."_s.arg(folder));
-}
-
-void writePdf(const QStringList& lines, const QString& folder) {
-    QFile file;
-    openNextJob(file, folder);
-    // Half a receipt is worse than none.
-    auto discard = qScopeGuard([&file] { file.remove(); });
-    {
-        QPdfWriter writer(&file);
-        writer.setTitle(QCoreApplication::applicationName());
-        writer.setCreator(QCoreApplication::applicationName());
-        writer.setResolution(rollResolution);
-        setRollPage(writer, longestSlip);
-        const SetText text(lines, writer);
-        const double needed =
-            std::ceil(text.height() / rollResolution * millimetresPerInch) + 2 * rollMargin + 1;
-        setRollPage(writer, std::clamp(needed, shortestSlip, longestSlip));
-        paintOn(writer, text);
-    }
-    if (!file.flush() || file.error() != QFileDevice::NoError)
-        fail(file.errorString());
-    discard.dismiss();
-}
-
-/// What the print server said to the last request of this thread, when it was a refusal. The toolkit doesn't
-/// pass that on, so its own client library is asked (status codes of RFC 8011; 0x400 and above are errors).
-std::optional<QString> refusal() {
-    constexpr int firstError = 0x400;
-    QLibrary client(u"cups"_s, 2);
-    const auto lastError = reinterpret_cast<int (*)()>(client.resolve("cupsLastError"));
-    const auto lastErrorString = reinterpret_cast<const char* (*)()>(client.resolve("cupsLastErrorString"));
-    if (!lastError || !lastErrorString || lastError() < firstError)
-        return std::nullopt;
-    return QString::fromUtf8(lastErrorString());
-}
-
-void sendToDefaultPrinter(const QStringList& lines) {
-    const QPrinterInfo info = QPrinterInfo::defaultPrinter();
-    if (info.isNull())
-        fail(u"There is no default printer."_s);
-    QPrinter printer(info, QPrinter::HighResolution);
-    if (!printer.isValid())
-        fail(u"The printer %1 can't be used."_s.arg(info.printerName()));
-    printer.setDocName(QCoreApplication::applicationName());
-    printer.setCreator(QCoreApplication::applicationName());
-    paintOn(printer, SetText(lines, printer));
-    if (const auto reason = refusal())
-        fail(*reason);
+/// Makes the roll as long as the text.
+void cutRoll(QPagedPaintDevice& device, const SetText& text) {
+    const double needed =
+        std::ceil(text.height() / device.logicalDpiY() * millimetresPerInch) + 2 * rollMargin + 1;
+    setRollPage(device, std::clamp(needed, shortestSlip, longestSlip));
 }
 
 }  // namespace
@@ -228,17 +143,27 @@ void Printer::print(const QString& text) {
     m_pending += text + QLatin1Char('\n');
 }
 
+double Printer::twipsPerPixelX() {
+    return twipsPerInch / pixelsPerInch;
+}
+
+double Printer::twipsPerPixelY() {
+    return twipsPerInch / pixelsPerInch;
+}
+
 void Printer::endDocument() {
     const QString pending = std::exchange(m_pending, {});
     if (pending.isEmpty())
         return;
     const QStringList lines = linesOf(pending);
-    const QString target = qEnvironmentVariable("KOVANIX_PRINTER");
-    const QLatin1String pdf("pdf:");
-    if (target.startsWith(pdf))
-        writePdf(lines, target.mid(pdf.size()));
-    else
-        sendToDefaultPrinter(lines);
+    PrintJob job;
+    if (job.isFile())
+        setRollPage(job.device(), longestSlip);
+    const SetText text(lines, job.device());
+    if (job.isFile())
+        cutRoll(job.device(), text);
+    text.paint(job.begin(), job);
+    job.finish();
 }
 
 }  // namespace kovanix

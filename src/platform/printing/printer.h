@@ -8,8 +8,7 @@ namespace kovanix {
 /// The default printer as a run of plain text: what is printed piles up until the document is ended, then
 /// goes to the printer as one job.
 ///
-/// Goes to the system's default printer through CUPS. The variable KOVANIX_PRINTER=pdf:DIR writes each job as
-/// a numbered PDF into DIR instead ("0001.pdf", "0002.pdf", …).
+/// Where a job goes, see PrintJob.
 class Printer {
 public:
     Printer();
@@ -25,6 +24,10 @@ public:
     /// them. Nothing was printed: no job. The pending text is gone in any case.
     /// @throws RuntimeError (printerError) when there is no printer or it takes no job.
     void endDocument();
+
+    /// The twips (1440 to the inch) in a pixel of the printer, across and down.
+    static double twipsPerPixelX();
+    static double twipsPerPixelY();
 
 private:
     QString m_pending;

@@ -4,7 +4,6 @@
 #include <limits>
 #include <utility>
 
-#include "values/numbers.h"
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
@@ -38,13 +37,7 @@ QString GridModel::text(int place, int column) const {
     // The rows may have changed a moment ago, and a grid on the same source is told before this one.
     if (place < 0 || place >= rows.recordCount() || shown >= rows.fieldCount())
         return {};
-    const QString& pattern = m_grid.column(column).format();
-    if (!pattern.isEmpty()) {
-        const QVariant value = rows.value(place, shown);
-        if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong)
-            return format(value.toDouble(), pattern);
-    }
-    return rows.text(place, shown);
+    return shownText(rows, place, shown, m_grid.column(column).format());
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const {

@@ -3,11 +3,24 @@
 #include <QAbstractTableModel>
 #include <vector>
 
+#include "values/numbers.h"
 #include "widgets/adodc.h"
 
 namespace kovanix {
 
 class TDBGrid;
+
+/// A cell as a grid shows it: a number in the column's pattern, where there is one, all else as bare text.
+/// @param rows  a RowSet or a snapshot of one
+template <class Rows>
+QString shownText(const Rows& rows, qsizetype place, int field, const QString& pattern) {
+    if (!pattern.isEmpty()) {
+        const QVariant value = rows.value(place, field);
+        if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong)
+            return format(value.toDouble(), pattern);
+    }
+    return rows.text(place, field);
+}
 
 /// The shown texts and the headings of a list grid. Nothing of the rows is copied: a text is made when it is
 /// asked for. A sort, a filter and other rows are one reset each.

@@ -68,6 +68,7 @@ constexpr std::array table{
     RoleColors{ColorRole::disabledTop, 0xE9EDF2, 0x454B53},
     RoleColors{ColorRole::disabledBottom, 0xDFE4EB, 0x3E444B},
     RoleColors{ColorRole::disabledInk, 0x66727F, 0xB4BEC9},
+    RoleColors{ColorRole::previewGround, 0x5F6B7A, 0x5F6B7A},
     RoleColors{ColorRole::backdropTop, 0x35496A, 0x35496A},
     RoleColors{ColorRole::backdropBottom, 0x1B2839, 0x1B2839},
 };

@@ -59,6 +59,7 @@ enum class ColorRole {
     disabledTop,
     disabledBottom,
     disabledInk,
+    previewGround,   ///< around the page of a print preview
     backdropTop,     ///< the dark ground behind the login, from top …
     backdropBottom,  ///< … to bottom
 };

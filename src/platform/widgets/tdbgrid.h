@@ -138,6 +138,8 @@ public:
 
     /// The first print-information entry.
     PrintInfo& printInfo() { return m_printInfo; }
+    /// What is shown now, to be printed: later changes of the grid and of its rows change nothing of it.
+    PrintTable printTable() const;
 
     // --- what the toolkit asks of a view
     QRect visualRect(const QModelIndex& index) const override;

@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include "cupsserver.h"
+#include "pdfpages.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -20,7 +21,8 @@ struct Outcome {
 };
 
 /// Prints a text as a process of its own.
-Outcome printed(const QString& text, const QString& server, const QString& defaultQueue = {}) {
+Outcome printed(const QString& text, const QString& server, const QString& defaultQueue = {},
+                const QStringList& arguments = {}) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* variable : {"KOVANIX_PRINTER", "PRINTER", "LPDEST"})
         environment.remove(QString::fromLatin1(variable));
@@ -30,7 +32,7 @@ Outcome printed(const QString& text, const QString& server, const QString& defau
         environment.insert(u"PRINTER"_s, defaultQueue);
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PRINT_HELPER), QStringList());
+    process.start(QStringLiteral(PRINT_HELPER), arguments);
     process.write(text.toUtf8());
     process.closeWriteChannel();
     if (!process.waitForFinished(patience) || process.exitStatus() != QProcess::NormalExit)
@@ -76,6 +78,25 @@ private Q_SLOTS:
         QFile title(QString(job).replace(u".pdf"_s, u".title"_s));
         QVERIFY(title.open(QIODevice::ReadOnly));
         QCOMPARE(title.readAll(), QByteArray("Kovanix"));
+    }
+
+    void pagesOfAGridReachTheQueue() {
+        const qsizetype before = m_server->jobs().size();
+        QStringList lines;
+        for (int row = 1; row <= 60; ++row)
+            lines << u"kalem %1"_s.arg(row);
+        const Outcome outcome = printed(lines.join(u'\n'), m_server->socket(), {}, {u"pages"_s});
+        QVERIFY2(outcome.status == 0, qPrintable(outcome.errors));
+        QTRY_VERIFY2_WITH_TIMEOUT(m_server->jobs().size() == before + 1, m_server->log().constData(),
+                                  patience);
+        const QList<QStringList> pages = pagesOf(m_server->jobs().last());
+        QCOMPARE(pages.size(), 2);
+        QCOMPARE(pages[0].first(), u"KALEM"_s);
+        QCOMPARE(pages[0].last(), u"Page 1 of 2"_s);
+        QCOMPARE(pages[1].last(), u"Page 2 of 2"_s);
+        QCOMPARE(pages[0].mid(1, pages[0].size() - 2) + pages[1].mid(1, pages[1].size() - 2), lines);
+        // Half an inch from the paper's edge, and not from the printer's own margin.
+        QVERIFY(std::abs(placeOf(u"KALEM"_s, m_server->jobs().last()).left() - 39) < 1);
     }
 
     void aQueueThatTakesNoJobs() {
