@@ -12,6 +12,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/sharedicon.h"
 
 namespace kovanix {
 namespace {
@@ -309,7 +310,7 @@ void DrawnButton::arrange() {
         else if (!alone)
             room.setWidth(room.width() * 0.45);
         const QSizeF allowed = given.scaled(given.boundedTo(room), Qt::KeepAspectRatio);
-        parts.iconPixmap = icon().pixmap(allowed.toSize(), ratio);
+        parts.iconPixmap = sharedIcon(icon()).pixmap(allowed.toSize(), ratio);
         const QSizeF real = parts.iconPixmap.deviceIndependentSize();
         parts.icon = QRectF(QPointF(0, 0), real);
         if (alone) {
