@@ -37,7 +37,7 @@ constexpr int betweenWholeChecks = 100;  // actions
 constexpr double allowedGrowth = 0.05;
 // The heap is a fifth of what is resident: two kilobytes that a keyboard loses each time show here first.
 // Some growth is none of the till's: the toolkit keeps a name for the icon of each message box and letters in
-// more sizes, and the ledger what is sold by now.
+// more sizes, and the ledger the products that were made.
 constexpr double allowedHeapGrowth = 0.07;
 constexpr std::size_t mostAtEachEnd = 10;  // measurements of memory
 
