@@ -1,12 +1,12 @@
 #include "access/userrows.h"
 
-#include <QIcon>
 #include <QPainter>
 #include <array>
 
 #include "values/lettercase.h"
 #include "widgets/face.h"
 #include "widgets/look.h"
+#include "widgets/sharedicon.h"
 
 namespace kovanix {
 
@@ -119,7 +119,7 @@ void RoleRows::paint(QPainter* painter, const QStyleOptionViewItem& option, cons
     QRectF text = row.adjusted(designGap * scale, 0, -designGap * scale, 0);
     if (chosen) {
         const double side = designCheck * scale;
-        const QPixmap mark = QIcon(QStringLiteral(":/icons/check.svg"))
+        const QPixmap mark = sharedIcon(QStringLiteral(":/icons/check.svg"))
                                  .pixmap(QSizeF(side, side).toSize(), painter->device()->devicePixelRatioF());
         painter->drawPixmap(QPointF(text.right() - side, row.center().y() - side / 2), inColor(mark, ink));
         text.setRight(text.right() - side - designGap * scale);

@@ -2,7 +2,6 @@
 
 #include <QBoxLayout>
 #include <QGridLayout>
-#include <QIcon>
 
 #include "app/modTurkce.h"
 #include "appearance/keyboardfield.h"
@@ -15,6 +14,7 @@
 #include "widgets/drawnframe.h"
 #include "widgets/image.h"
 #include "widgets/look.h"
+#include "widgets/sharedicon.h"
 
 namespace kovanix {
 
@@ -87,7 +87,7 @@ KeyboardScreen::KeyboardScreen(KeyboardKind kind, Make make) : m_kind(kind), m_m
     addKeys();
     ui.kapat = addButton(u"kapat"_s, u"KAPAT"_s, kind == KeyboardKind::full ? "tile" : "wide");
     ui.kapat->setLook(FaceRole::slate);
-    ui.kapat->setIcon(QIcon(u":/icons/x.svg"_s));
+    ui.kapat->setIcon(sharedIcon(u":/icons/x.svg"_s));
     ui.kapat->setIconSize({22, 22});
     ui.kapat->setIconPlace(DrawnButton::IconPlace::beside);
     applyTextRoles(*this);

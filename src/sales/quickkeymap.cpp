@@ -7,6 +7,7 @@
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 #include "widgets/look.h"
+#include "widgets/sharedicon.h"
 
 namespace kovanix {
 
@@ -30,7 +31,7 @@ const QColor rimGrey(0x88, 0x94, 0xA2);
 }  // namespace
 
 QuickKeyMap::QuickKeyMap(std::vector<const CommandButton*> keys, QWidget* parent)
-    : QWidget(parent), m_keys(std::move(keys)), m_pencil(u":/icons/pencil.svg"_s) {
+    : QWidget(parent), m_keys(std::move(keys)), m_pencil(sharedIcon(u":/icons/pencil.svg"_s)) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

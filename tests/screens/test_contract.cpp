@@ -1,6 +1,11 @@
+#include <malloc.h>
+
 #include <QClipboard>
+#include <QFont>
+#include <QPixmapCache>
 #include <QPointer>
 #include <algorithm>
+#include <utility>
 
 #include "access/firstscreen.h"
 #include "access/frmLogin.h"
@@ -22,11 +27,13 @@
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
 #include "salestest.h"
+#include "sanitized.h"
 #include "screencontract.h"
 #include "screens/printpreview.h"
 #include "widgets/activeresize.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,7 +44,7 @@ Screen& inFront() {
 }
 
 Screen& sales() {
-    return screen<satisekrani>();
+    return inFront<satisekrani>();
 }
 
 Screen& login() {
@@ -304,6 +311,37 @@ private Q_SLOTS:
         if (!QApplication::activeWindow())
             m_shop->sales().activateWindow();  // as a window manager does
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+    }
+
+    void opensAgainWithoutGrowing_data() { addScreens(); }
+    void opensAgainWithoutGrowing() {
+        if (sanitized)
+            QSKIP("the sanitizer's allocator doesn't tell what is in use");
+        QFETCH(const ScreenRow, row);
+        constexpr int times = 10;
+        constexpr int rounds = 20;
+        constexpr qint64 mostBytes = 50;
+        const auto inUse = [&] {
+            for (int i = 0; i < times; ++i) {
+                Screen& opened = open(row);
+                opened.grab();
+                ScreenRegistry::unload(opened);
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            }
+            // Drawn icons and letters are kept, up to a limit.
+            QPixmapCache::clear();
+            QFont::cleanup();
+            const struct mallinfo2 heap = mallinfo2();
+            return qint64(heap.uordblks + heap.hblkhd);
+        };
+        // The first rounds fill reserves; what each opening leaves behind shows in every round.
+        qint64 bytes = mostBytes + 1;
+        qint64 before = inUse();
+        for (int round = 0; round < rounds && bytes > mostBytes; ++round) {
+            const qint64 now = inUse();
+            bytes = (now - std::exchange(before, now)) / times;
+        }
+        QVERIFY2(bytes <= mostBytes, qPrintable(u"%1 bytes an opening"_s.arg(bytes)));
     }
 
     void fieldsAreKnown_data() { addScreens(); }

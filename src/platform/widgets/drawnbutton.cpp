@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetricsF>
+#include <QIcon>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -12,6 +13,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/sharedicon.h"
 
 namespace kovanix {
 namespace {
@@ -32,6 +34,8 @@ struct DrawnButton::Arrangement {
 
     Key key;
     QRectF icon;
+    QIcon shared;
+    qint64 sharedOf = 0;  // the key of the icon that it was looked up for
     QPixmap iconPixmap;
     QPixmap iconOutline;  // made when first painted
     QColor iconOutlineTone;
@@ -309,7 +313,11 @@ void DrawnButton::arrange() {
         else if (!alone)
             room.setWidth(room.width() * 0.45);
         const QSizeF allowed = given.scaled(given.boundedTo(room), Qt::KeepAspectRatio);
-        parts.iconPixmap = icon().pixmap(allowed.toSize(), ratio);
+        if (parts.sharedOf != icon().cacheKey()) {
+            parts.sharedOf = icon().cacheKey();
+            parts.shared = sharedIcon(icon());
+        }
+        parts.iconPixmap = parts.shared.pixmap(allowed.toSize(), ratio);
         const QSizeF real = parts.iconPixmap.deviceIndependentSize();
         parts.icon = QRectF(QPointF(0, 0), real);
         if (alone) {

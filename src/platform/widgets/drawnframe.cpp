@@ -11,6 +11,7 @@
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 #include "widgets/look.h"
+#include "widgets/sharedicon.h"
 
 namespace kovanix {
 namespace {
@@ -157,7 +158,7 @@ void vkFrame::setTitleAlignment(Qt::Alignment alignment) {
 }
 
 void vkFrame::setTitleIcon(const QIcon& icon) {
-    m_titleIcon = icon;
+    m_titleIcon = sharedIcon(icon);
     update();
 }
 

@@ -1,10 +1,10 @@
-#include <QIcon>
 #include <QPaintEvent>
 #include <QPainter>
 
 #include "widgets/adodc.h"
 #include "widgets/gridcell.h"
 #include "widgets/gridmodel.h"
+#include "widgets/sharedicon.h"
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
@@ -28,7 +28,7 @@ bool isCounter(const QString& field) {
 
 /// A picture's shape in one colour.
 QPixmap tinted(const QString& path, int side, double ratio, const QColor& color) {
-    QPixmap picture = QIcon(path).pixmap(QSize(side, side), ratio);
+    QPixmap picture = sharedIcon(path).pixmap(QSize(side, side), ratio);
     if (picture.isNull())
         return picture;
     QPainter painter(&picture);
