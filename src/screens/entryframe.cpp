@@ -4,6 +4,7 @@
 #include <QLineEdit>
 
 #include "desktop/focus.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 
@@ -59,7 +60,7 @@ void EntryFrame::setFields(const QList<Field>& fields) {
 void EntryFrame::setMode(const QString& caption, const QString& record) {
     setCaption(caption);
     setLook(adds() ? FrameRole::adds : FrameRole::edits);
-    setTitleIcon(QIcon(adds() ? u":/icons/plus.svg"_s : u":/icons/pencil.svg"_s));
+    setTitleIcon(sharedIcon(adds() ? u":/icons/plus.svg"_s : u":/icons/pencil.svg"_s));
     setTitleNote(record);
 }
 

@@ -11,6 +11,7 @@
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 #include "widgets/look.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 namespace {
@@ -154,6 +155,11 @@ void vkFrame::setTitleHeight(int height) {
 void vkFrame::setTitleIcon(const QIcon& icon) {
     m_titleIcon = icon;
     update();
+}
+
+void vkFrame::setTitleIconFile(const QString& path) {
+    setTitleIcon(sharedIcon(path));
+    m_titleIconFile = path;
 }
 
 void vkFrame::setTitleNote(const QString& text) {

@@ -5,6 +5,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 
@@ -35,7 +36,7 @@ void EmptyPlace::paintEvent(QPaintEvent* /*event*/) {
     const double top = (height() - side - gap * scale - lines) / 2;
     painter.drawPixmap(
         QPointF((width() - side) / 2, top),
-        inColor(QIcon(m_picture).pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
+        inColor(sharedIcon(m_picture).pixmap(QSizeF(side, side).toSize(), devicePixelRatioF()), ink));
     QFont plain = font();
     plain.setWeight(QFont::Normal);
     FittedText line;

@@ -4,6 +4,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 
@@ -15,7 +16,7 @@ constexpr int gap = 10;
 }  // namespace
 
 PaintedHint::PaintedHint(const QString& iconPath, const QString& text, QWidget* parent)
-    : QWidget(parent), m_icon(iconPath), m_text(text) {
+    : QWidget(parent), m_icon(sharedIcon(iconPath)), m_text(text) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     setAccessibleDescription(text);
 }

@@ -5,6 +5,7 @@
 #include "widgets/adodc.h"
 #include "widgets/gridcell.h"
 #include "widgets/gridmodel.h"
+#include "widgets/pictures.h"
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {
@@ -28,7 +29,7 @@ bool isCounter(const QString& field) {
 
 /// A picture's shape in one colour.
 QPixmap tinted(const QString& path, int side, double ratio, const QColor& color) {
-    QPixmap picture = QIcon(path).pixmap(QSize(side, side), ratio);
+    QPixmap picture = sharedIcon(path).pixmap(QSize(side, side), ratio);
     if (picture.isNull())
         return picture;
     QPainter painter(&picture);
