@@ -167,8 +167,8 @@ bool Result::step() {
 
 Cell Result::cell(int field) const {
     using Type = Cell::Type;
-    // The library locks and looks the cell up anew in every question about a column; about a value it doesn't.
-    // That is allowed on a handle that one thread has for itself, as this one.
+    // The library locks and looks the cell up anew in every question about a column; about a value it
+    // doesn't. That is allowed on a handle that one thread has for itself, as this one.
     sqlite3_value* const value = sqlite3_column_value(m_statement, field);
     const auto bytes = [value](const void* first) {
         return std::string_view(static_cast<const char*>(first),
