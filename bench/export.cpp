@@ -9,6 +9,7 @@
 #include "child.h"
 #include "data/baglanmamodulu.h"
 #include "figures.h"
+#include "runtime/process.h"
 #include "runtime/runtimeerror.h"
 #include "widgets/adodc.h"
 #include "widgets/tdbgrid.h"
@@ -86,6 +87,7 @@ void measure(Figures& figures, const std::string& folder) {
 
 int main(int argc, char** argv) {
     Figures figures(argc, argv);
+    hashInNarrowRegisters();
     int none = 1;
     const QApplication application(none, argv);
     try {

@@ -2,22 +2,21 @@
 // byte: what that export is measured against. Takes what stands around the rows from a file of the till's,
 // and writes the milliseconds.
 
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <memory>
 #include <sstream>
 #include <string>
 
 #include "figures.h"
+#include "rawshop.h"
 
 namespace {
 
-using kovanix::bench::giveUp;
+using namespace kovanix::bench;
 
 const std::string beforeRows = "<tbody>\n";
 const std::string behindRows = "</tbody>\n";
@@ -64,8 +63,9 @@ const char* entity(char letter) {
 
 void writeText(std::FILE* file, sqlite3_stmt* row, int column) {
     std::fputs("<td class=\"t\" sdnum=\"1055;0;@\">", file);
-    const auto* begin = static_cast<const char*>(static_cast<const void*>(sqlite3_column_text(row, column)));
-    const char* const end = begin + sqlite3_column_bytes(row, column);
+    const std::string_view text = rawText(row, column);
+    const char* begin = text.data();
+    const char* const end = begin + text.size();
     for (const char* letter = begin; letter != end; ++letter) {
         if (const char* const written = entity(*letter)) {
             std::fwrite(begin, 1, static_cast<std::size_t>(letter - begin), file);
@@ -88,42 +88,33 @@ void writeNumber(std::FILE* file, sqlite3_stmt* row, int column) {
 void writeAll(sqlite3* database, const Around& around, const std::string& path) {
     const std::string unfinished = path + ".new";
     std::FILE* const file = std::fopen(unfinished.c_str(), "wb");
-    sqlite3_stmt* row = nullptr;
-    if (!file ||
-        sqlite3_prepare_v2(database, "SELECT no, barkod, urun, alis, satis, stok FROM urunler ORDER BY rowid",
-                           -1, &row, nullptr) != SQLITE_OK)
+    if (!file)
         giveUp("can't begin with " + path);
     std::fputs(around.head.c_str(), file);
-    int result = sqlite3_step(row);
-    for (; result == SQLITE_ROW; result = sqlite3_step(row)) {
+    const char* const products = "SELECT no, barkod, urun, alis, satis, stok FROM urunler ORDER BY rowid";
+    takeRawRows(database, products, [file](sqlite3_stmt* row) {
         std::fputs("<tr>", file);
         for (int column = 0; column < 3; ++column)
             writeText(file, row, column);
         for (int column = 3; column < 6; ++column)
             writeNumber(file, row, column);
         std::fputs("</tr>\n", file);
-    }
+    });
     std::fputs(around.foot.c_str(), file);
-    sqlite3_finalize(row);
     // The till's file is whole and safe when its export is over, too.
-    if (result != SQLITE_DONE || std::fflush(file) != 0 || fsync(fileno(file)) != 0 ||
-        std::fclose(file) != 0 || std::rename(unfinished.c_str(), path.c_str()) != 0)
+    if (std::fflush(file) != 0 || fsync(fileno(file)) != 0 || std::fclose(file) != 0 ||
+        std::rename(unfinished.c_str(), path.c_str()) != 0)
         giveUp("can't write " + path);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const kovanix::bench::Figures figures(argc, argv);
-    sqlite3* database = nullptr;
-    const std::string file = "file://" + figures.option("folder") + "/kovanix.data?mode=rw";
-    if (sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr) !=
-        SQLITE_OK)
-        giveUp("can't open " + file);
-    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closing(database, &sqlite3_close);
+    const Figures figures(argc, argv);
+    const RawShop shop = openRawShop(figures);
     const Around around = aroundTheRows(figures.option("like"));
     const auto start = std::chrono::steady_clock::now();
-    writeAll(database, around, figures.option("output"));
+    writeAll(shop.get(), around, figures.option("output"));
     const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
     std::printf("%.4f\n", taken.count());
 }

@@ -11,6 +11,7 @@
 #include "database/connection.h"
 #include "database/rowset.h"
 #include "figures.h"
+#include "runtime/process.h"
 #include "runtime/runtimeerror.h"
 #include "values/sortkey.h"
 
@@ -173,6 +174,7 @@ private:
 
 int main(int argc, char** argv) {
     Figures figures(argc, argv);
+    hashInNarrowRegisters();
     int none = 1;
     const QCoreApplication application(none, argv);
     try {

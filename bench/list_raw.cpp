@@ -1,20 +1,18 @@
 // Reading the product list through the engine's C interface into plain structs: what the till's own reading
 // is measured against. Writes the milliseconds of each read, a line each.
 
-#include <sqlite3.h>
-
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "figures.h"
+#include "rawshop.h"
 
 namespace {
 
-using kovanix::bench::giveUp;
+using namespace kovanix::bench;
 
 struct Product {
     std::int64_t number = 0;
@@ -25,45 +23,28 @@ struct Product {
     double stock = 0;
 };
 
-std::string text(sqlite3_stmt* row, int column) {
-    const void* const bytes = sqlite3_column_text(row, column);
-    return {static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_column_bytes(row, column))};
-}
-
 std::vector<Product> readAll(sqlite3* database) {
-    sqlite3_stmt* row = nullptr;
-    if (sqlite3_prepare_v2(database, "SELECT * FROM urunler ORDER BY rowid", -1, &row, nullptr) != SQLITE_OK)
-        giveUp(sqlite3_errmsg(database));
     std::vector<Product> products;
-    int result = sqlite3_step(row);
-    for (; result == SQLITE_ROW; result = sqlite3_step(row)) {
-        products.push_back({sqlite3_column_int64(row, 0), text(row, 1), text(row, 2),
-                            sqlite3_column_double(row, 3), sqlite3_column_double(row, 4),
-                            sqlite3_column_double(row, 5)});
-    }
-    if (result != SQLITE_DONE)
-        giveUp(sqlite3_errmsg(database));
-    sqlite3_finalize(row);
+    takeRawRows(database, "SELECT * FROM urunler ORDER BY rowid", [&products](sqlite3_stmt* row) {
+        products.push_back({sqlite3_column_int64(row, 0), std::string(rawText(row, 1)),
+                            std::string(rawText(row, 2)), sqlite3_column_double(row, 3),
+                            sqlite3_column_double(row, 4), sqlite3_column_double(row, 5)});
+    });
     return products;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const kovanix::bench::Figures figures(argc, argv);
-    sqlite3* database = nullptr;
-    const std::string file = "file://" + figures.option("folder") + "/kovanix.data?mode=rw";
-    if (sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr) !=
-        SQLITE_OK)
-        giveUp("can't open " + file);
-    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closing(database, &sqlite3_close);
+    const Figures figures(argc, argv);
+    const RawShop shop = openRawShop(figures);
     const int runs = std::stoi(figures.option("runs"));
     for (int i = 0; i < runs; ++i) {
         const auto start = std::chrono::steady_clock::now();
-        const std::vector<Product> products = readAll(database);
+        const std::vector<Product> products = readAll(shop.get());
         const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
         if (products.empty())
-            giveUp("no products in " + file);
+            giveUp("no products");
         std::printf("%.4f\n", taken.count());
     }
 }

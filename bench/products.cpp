@@ -7,7 +7,6 @@
 
 #include "app/frame.h"
 #include "catalogue/urunler.h"
-#include "child.h"
 #include "desktop/application.h"
 #include "figures.h"
 #include "runtime/screenregistry.h"
@@ -23,25 +22,19 @@ using namespace kovanix::bench;
 
 /// What was measured in one shop, in milliseconds.
 struct Times {
-    std::vector<double> open;
-    std::vector<double> openRatio;  ///< against the engine's own interface
-    std::vector<double> check;      ///< of a barcode, when its field is left
-    std::vector<double> edit;       ///< from the press to the filled frame
+    OpeningTimes open;
+    std::vector<double> check;  ///< of a barcode, when its field is left
+    std::vector<double> edit;   ///< from the press to the filled frame
     std::vector<double> saveStored;
     std::vector<double> saveShown;
     std::vector<double> deleteStored;
     std::vector<double> deleteShown;
 };
 
-/// Sees when the rows are painted, and answers every message box with its first button.
-class Watch : public QObject {
+/// Answers every message box with its first button, too.
+class Watch : public ListWatch {
 public:
-    Watch() { qApp->installEventFilter(this); }
-
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint && watched->parent() &&
-            watched->parent()->objectName() == u"TDBGrid1")
-            painted = true;
         auto* box = qobject_cast<QMessageBox*>(watched);
         if (box && event->type() == QEvent::Show) {
             boxes.push_back(milliseconds());
@@ -50,7 +43,7 @@ public:
                 box->buttons().constFirst()->click();
             });
         }
-        return false;
+        return ListWatch::eventFilter(watched, event);
     }
 
     void restart() {
@@ -60,7 +53,6 @@ public:
     }
     double milliseconds() const { return static_cast<double>(m_timer.nsecsElapsed()) / 1e6; }
 
-    bool painted = false;
     std::vector<double> boxes;    ///< when each box was shown, since the restart
     std::vector<double> answers;  ///< and answered
 
@@ -68,26 +60,8 @@ private:
     QElapsedTimer m_timer;
 };
 
-template <class Condition>
-void await(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 60'000)
-            giveUp("a screen doesn't come");
-        QCoreApplication::processEvents();
-    }
-}
-
 void measure(Watch& watch, const QString& folder, Times& times) {
-    satisekrani& sales = openShop(folder);
-    await([&] { return takesScans(sales); });
-    watch.painted = false;
-    watch.restart();
-    sales.ui.vkCommand3->click();
-    await([&] { return watch.painted; });
-    times.open.push_back(watch.milliseconds());
-    times.openRatio.push_back(times.open.back() / rawListRead(folder.toStdString()));
+    openList(watch, folder, &Ui::satisekrani::vkCommand3, times.open);
 
     urunler& screen = kovanix::screen<urunler>();
     Ui::urunler& ui = screen.ui;
@@ -125,7 +99,6 @@ void measure(Watch& watch, const QString& folder, Times& times) {
     times.deleteShown.push_back(watch.milliseconds() - watch.answers.at(1));
     if (rows.totalCount() != before)
         giveUp("the product wasn't deleted");
-    closeShop();
 }
 
 }  // namespace
@@ -139,13 +112,8 @@ int main(int argc, char** argv) {
     prepareApplication();
     Watch watch;
     std::vector<Times> all(2);
-    QTimer::singleShot(0, [&] {
-        // In turns, so that whatever else the machine does falls on both shops alike.
-        for (int round = 0; round < (figures.quick() ? 2 : 7); ++round) {
-            for (qsizetype shop = 0; shop < folders.size(); ++shop)
-                measure(watch, folders[shop], all[static_cast<std::size_t>(shop)]);
-        }
-        QCoreApplication::exit(0);
+    measureInTurns(folders.size(), figures.quick() ? 2 : 7, [&](qsizetype shop) {
+        measure(watch, folders[shop], all[static_cast<std::size_t>(shop)]);
     });
     if (const int status = application.run([] {}); status != 0)
         return status;
@@ -155,9 +123,7 @@ int main(int argc, char** argv) {
         const Times& times = all[i];
         const auto what = [&](const char* action) { return std::string(action) + ", " + names[i]; };
         const auto median = [](const std::vector<double>& sample) { return percentile(sample, 0.5); };
-        figures.tell(what("Products, press to first paint"), median(times.open), "ms");
-        figures.atMost(2.5, what("Products, against reading through the C interface"),
-                       median(times.openRatio), "×");
+        times.open.tell(figures, "Products", names[i]);
         figures.atMost(5, what("Check of a typed barcode"), median(times.check), "ms");
         figures.atMost(20, what("Change of a product, press to filled frame"), median(times.edit), "ms");
         figures.tell(what("Save of a product, press to notice"), median(times.saveStored), "ms");

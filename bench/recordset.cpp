@@ -9,6 +9,7 @@
 #include "database/connection.h"
 #include "database/recordset.h"
 #include "figures.h"
+#include "runtime/process.h"
 #include "runtime/runtimeerror.h"
 
 namespace {
@@ -66,6 +67,7 @@ int main(int argc, char** argv) {
     const auto file = [&figures](const char* shop) {
         return baglantimetniyap(QString::fromStdString(figures.option(shop) + "/kovanix.data"));
     };
+    hashInNarrowRegisters();
     int none = 1;
     const QCoreApplication application(none, argv);
     Connection empty;

@@ -1,14 +1,17 @@
 #include "till.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QRandomGenerator>
 #include <QSet>
+#include <QTimer>
 #include <QWindow>
 
 #include "app/session.h"
 #include "app/shopfolder.h"
+#include "child.h"
 #include "data/baglanmamodulu.h"
 #include "figures.h"
 #include "runtime/screenregistry.h"
@@ -96,6 +99,56 @@ void scan(QWidget& window, const QString& barcode) {
 
 void finishPosted() {
     QCoreApplication::sendPostedEvents();
+}
+
+void await(const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > 60'000)
+            giveUp("a screen doesn't come");
+        QCoreApplication::processEvents();
+    }
+}
+
+ListWatch::ListWatch() {
+    qApp->installEventFilter(this);
+}
+
+bool ListWatch::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Paint && watched->parent() && watched->parent()->objectName() == u"TDBGrid1")
+        painted = true;
+    return false;
+}
+
+void OpeningTimes::tell(Figures& figures, const std::string& screen, const std::string& shop) const {
+    figures.tell(screen + ", press to first paint, " + shop, percentile(times, 0.5), "ms");
+    figures.atMost(2.5, screen + ", against reading through the C interface, " + shop,
+                   percentile(ratios, 0.5), "×");
+}
+
+void openList(ListWatch& watch, const QString& folder, vkCommand* Ui::satisekrani::*button,
+              OpeningTimes& taken) {
+    satisekrani& sales = openShop(folder);
+    await([&] { return takesScans(sales); });
+    watch.painted = false;
+    QElapsedTimer timer;
+    timer.start();
+    (sales.ui.*button)->click();
+    await([&] { return watch.painted; });
+    taken.times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    taken.ratios.push_back(taken.times.back() / rawListRead(folder.toStdString()));
+}
+
+void measureInTurns(qsizetype shops, int rounds, const std::function<void(qsizetype)>& measure) {
+    QTimer::singleShot(0, qApp, [=] {
+        for (int round = 0; round < rounds; ++round) {
+            for (qsizetype shop = 0; shop < shops; ++shop)
+                measure(shop);
+        }
+        closeShop();
+        QCoreApplication::exit(0);
+    });
 }
 
 }  // namespace kovanix::bench

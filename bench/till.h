@@ -2,7 +2,11 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <string>
+#include <vector>
 
+#include "figures.h"
 #include "sales/satisekrani.h"
 
 namespace kovanix::bench {
@@ -29,5 +33,33 @@ void pressOn(QWidget& control);
 
 /// Does everything that is posted, painting into the window included.
 void finishPosted();
+
+/// Lets events through until something has come to pass. Gives up after a minute.
+void await(const std::function<bool()>& condition);
+
+/// Sees the rows of a screen's list being painted.
+class ListWatch : public QObject {
+public:
+    ListWatch();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    bool painted = false;
+};
+
+/// What it took to open a screen with a list, press to first paint.
+struct OpeningTimes {
+    std::vector<double> times;   ///< in milliseconds
+    std::vector<double> ratios;  ///< against reading the list through the engine's own interface
+
+    void tell(Figures& figures, const std::string& screen, const std::string& shop) const;
+};
+
+/// Opens a shop and, by that button of its sales screen, a screen with a list.
+void openList(ListWatch& watch, const QString& folder, vkCommand* Ui::satisekrani::*button,
+              OpeningTimes& taken);
+
+/// Measures shops in turns, so that whatever else the machine does falls on all alike, and ends the event
+/// loop. @param measure  takes the number of a shop
+void measureInTurns(qsizetype shops, int rounds, const std::function<void(qsizetype)>& measure);
 
 }  // namespace kovanix::bench

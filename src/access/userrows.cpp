@@ -6,7 +6,7 @@
 #include "values/lettercase.h"
 #include "widgets/face.h"
 #include "widgets/look.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 

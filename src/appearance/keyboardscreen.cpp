@@ -14,7 +14,7 @@
 #include "widgets/drawnframe.h"
 #include "widgets/image.h"
 #include "widgets/look.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 

@@ -7,7 +7,7 @@
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 #include "widgets/look.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 

@@ -4,7 +4,7 @@
 #include <QLineEdit>
 
 #include "desktop/focus.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 

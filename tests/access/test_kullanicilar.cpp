@@ -75,6 +75,15 @@ class KullanicilarTest : public QObject {
     std::unique_ptr<UsersFixture> m_shop;
 
     Ui::kullanicilar& ui() const { return m_shop->ui(); }
+    /// Opens the screen with its actions behind no password.
+    void openUnguarded() {
+        ayarla(u"sifresor1k"_s, u"1"_s);
+        m_shop->open();
+    }
+    void openToAdd() {
+        openUnguarded();
+        press(ui().kisiekleme3);
+    }
     static void press(QWidget* control) { QTest::mouseClick(control, Qt::LeftButton); }
     QWidget* control(const QString& name) const { return m_shop->users().findChild<QWidget*>(name); }
     static QString focused() {
@@ -336,8 +345,7 @@ private Q_SLOTS:
     }
 
     void theDeletionAsksAsAWarning() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         m_shop->pick(2);
         QMessageBox::Icon icon = QMessageBox::NoIcon;
         connect(&m_shop->boxes, &BoxAnswers::opened, this,
@@ -363,8 +371,7 @@ private Q_SLOTS:
     // --- the fields
 
     void fieldsOfANewUser() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         m_shop->pick(1);
         press(ui().duzenle3);
         m_shop->fill(u"a"_s, u"b"_s, u"c"_s);
@@ -380,8 +387,7 @@ private Q_SLOTS:
     }
 
     void fieldsOfAUser() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         m_shop->pick(1);
         press(ui().duzenle3);
         QCOMPARE(ui().id->text(), u"1"_s);
@@ -394,8 +400,7 @@ private Q_SLOTS:
     }
 
     void theRowIsReadAnewForAChange() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         m_shop->pick(2);
         m_shop->run(u"UPDATE kullanici SET personeladi='Bekir Can' WHERE id=2"_s);
         press(ui().duzenle3);
@@ -403,8 +408,7 @@ private Q_SLOTS:
     }
 
     void nothingToChangeInAnEmptyList() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         m_shop->pick(1);
         m_shop->run(u"DELETE FROM kullanici"_s);
         m_shop->users().form_load();
@@ -436,9 +440,7 @@ private Q_SLOTS:
     }
     void refusals() {
         QFETCH(const RefusalRow, row);
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
-        press(ui().kisiekleme3);
+        openToAdd();
         m_shop->fill(row.name, row.password, row.repetition);
         m_shop->expect({row.box});
         press(ui().kaydet);
@@ -450,8 +452,7 @@ private Q_SLOTS:
     }
 
     void cancelling() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         m_shop->pick(1);
         press(ui().duzenle3);
         m_shop->fill(u"a"_s, u"b"_s, u"b"_s);
@@ -468,8 +469,7 @@ private Q_SLOTS:
     }
 
     void escapeCancelsTheFieldsFirst() {
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
+        openUnguarded();
         for (const QString& name : {u"personeladi"_s, u"sifre1"_s, u"acilisi"_s, u"kaydet"_s}) {
             press(ui().kisiekleme3);
             control(name)->setFocus();
@@ -488,9 +488,7 @@ private Q_SLOTS:
     }
     void walk() {
         QFETCH(const WalkRow, row);
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
-        press(ui().kisiekleme3);
+        openToAdd();
         control(row.from)->setFocus();
         QTest::keyClick(control(row.from), Qt::Key_Return);
         QCOMPARE(focused(), row.to);
@@ -568,9 +566,7 @@ private Q_SLOTS:
     void keyboardPictures() {
         QFETCH(const PictureRow, row);
         monitorlerioku();
-        ayarla(u"sifresor1k"_s, u"1"_s);
-        m_shop->open();
-        press(ui().kisiekleme3);
+        openToAdd();
         press(control(row.picture));
         QVERIFY(loaded<klavyeyeni>() != loaded<klavyeyeni2>());
         const KeyboardScreen& keyboard =

@@ -1,6 +1,7 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHashSeed>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -207,6 +208,8 @@ class TestDressing : public QObject {
     };
 
 private Q_SLOTS:
+    void hashesInNarrowRegisters() { QCOMPARE(std::size_t(QHashSeed::globalSeed()), std::size_t(0)); }
+
     void titles_data() {
         QTest::addColumn<TitlesRow>("row");
         for (size_t index = 0; index < namedScreens.size(); ++index)

@@ -23,9 +23,15 @@ namespace {
     abandonProcess(1);
 }
 
+/// What has to be done ahead of the toolkit's first hash table.
+int& prepared(int& argc) {
+    hashInNarrowRegisters();
+    return argc;
+}
+
 }  // namespace
 
-Application::Application(int& argc, char** argv) : QApplication(argc, argv) {}
+Application::Application(int& argc, char** argv) : QApplication(prepared(argc), argv) {}
 
 Application::~Application() {
     ScreenRegistry::clear();

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <QCoreApplication>
+#include <QHashSeed>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
@@ -38,6 +39,11 @@ void forbidCoreDumps() {
     ::setrlimit(RLIMIT_CORE, &none);
     // A crash reporter that the system pipes images into isn't held back by the limit.
     ::prctl(PR_SET_DUMPABLE, 0);
+}
+
+void hashInNarrowRegisters() {
+    // Without a seed the toolkit takes its plain hash.
+    QHashSeed::setDeterministicGlobalSeed();
 }
 
 void setProcessEnd(std::function<void(int)> end) {

@@ -17,6 +17,13 @@ void endProcess(int status);
 /// memory image.
 void forbidCoreDumps();
 
+/// Has the toolkit hash texts without the processor's wide registers. Where the processor has instructions
+/// for it, its hash leaves their upper halves in use, and everything that was built for the narrow ones (the
+/// engine, most of the toolkit) runs at half its speed from then on. The price is the random seed, which
+/// guards servers against keys that a stranger has chosen. A hash table keeps the way that it was made with:
+/// to be called ahead of the application object.
+void hashInNarrowRegisters();
+
 /// Replaces what endProcess does; an empty function brings the real one back. The program itself never calls
 /// it.
 void setProcessEnd(std::function<void(int)> end);

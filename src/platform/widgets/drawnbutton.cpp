@@ -13,7 +13,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 namespace {
@@ -140,6 +140,11 @@ void DrawnButton::setFontsize(int points) {
         return;
     m_fontsize = points;
     update();
+}
+
+void DrawnButton::setIconFile(const QString& path) {
+    m_iconFile = path;
+    setIcon(sharedIcon(path));
 }
 
 void DrawnButton::setIconPlace(IconPlace place) {

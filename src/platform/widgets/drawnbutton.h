@@ -30,6 +30,7 @@ class DrawnButton : public Pressable<QAbstractButton> {
     Q_PROPERTY(QColor forecolor READ forecolor WRITE setForecolor)
     Q_PROPERTY(QString keyHint READ keyHint WRITE setKeyHint)
     Q_PROPERTY(int fontsize READ fontsize WRITE setFontsize)
+    Q_PROPERTY(QString iconFile READ iconFile WRITE setIconFile)
     Q_PROPERTY(IconPlace iconPlace READ iconPlace WRITE setIconPlace)
     Q_PROPERTY(bool iconAtEdge READ isIconAtEdge WRITE setIconAtEdge)
     Q_PROPERTY(bool captionIsName READ isCaptionName WRITE setCaptionIsName)
@@ -83,6 +84,10 @@ public:
     /// touched by the resizing container.
     int fontsize() const { return m_fontsize; }
     void setFontsize(int points);
+
+    /// Takes the icon from a file, as sharedIcon does.
+    const QString& iconFile() const { return m_iconFile; }
+    void setIconFile(const QString& path);
 
     IconPlace iconPlace() const { return m_iconPlace; }
     void setIconPlace(IconPlace place);
@@ -148,6 +153,7 @@ private:
     QColor m_backcolorpushed2;
     QColor m_forecolor;
     int m_fontsize = 0;
+    QString m_iconFile;
     IconPlace m_iconPlace = IconPlace::byHeight;
     bool m_iconAtEdge = false;
     bool m_captionIsName = false;

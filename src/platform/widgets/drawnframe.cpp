@@ -11,7 +11,7 @@
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 #include "widgets/look.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 namespace {
@@ -160,6 +160,11 @@ void vkFrame::setTitleAlignment(Qt::Alignment alignment) {
 void vkFrame::setTitleIcon(const QIcon& icon) {
     m_titleIcon = sharedIcon(icon);
     update();
+}
+
+void vkFrame::setTitleIconFile(const QString& path) {
+    setTitleIcon(sharedIcon(path));
+    m_titleIconFile = path;
 }
 
 void vkFrame::setTitleNote(const QString& text) {

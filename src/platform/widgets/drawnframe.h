@@ -32,6 +32,7 @@ class vkFrame : public QWidget {
     Q_PROPERTY(int cornerRadius READ cornerRadius WRITE setCornerRadius)
     Q_PROPERTY(int titleHeight READ titleHeight WRITE setTitleHeight)
     Q_PROPERTY(QIcon titleIcon READ titleIcon WRITE setTitleIcon)
+    Q_PROPERTY(QString titleIconFile READ titleIconFile WRITE setTitleIconFile)
     Q_PROPERTY(QString titleNote READ titleNote WRITE setTitleNote)
 
 public:
@@ -70,6 +71,9 @@ public:
     /// Painted in forecolor, as a shape.
     const QIcon& titleIcon() const { return m_titleIcon; }
     void setTitleIcon(const QIcon& icon);
+    /// Takes the icon from a file, as sharedIcon does.
+    const QString& titleIconFile() const { return m_titleIconFile; }
+    void setTitleIconFile(const QString& path);
     /// What a list says of itself ("14 / 18.420"), in three quarters of the caption's size. Told to assistive
     /// tools as the frame's description.
     const QString& titleNote() const { return m_titleNote; }
@@ -103,6 +107,7 @@ private:
     std::unique_ptr<FittedText> m_title;
     Qt::Alignment m_titleAlignment = Qt::AlignLeft;
     QIcon m_titleIcon;
+    QString m_titleIconFile;
     QString m_titleNote;
     std::unique_ptr<FittedText> m_note;
     std::optional<double> m_progress;

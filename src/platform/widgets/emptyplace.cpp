@@ -4,7 +4,7 @@
 
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 

@@ -7,6 +7,7 @@
 #include <QSvgRenderer>
 
 #include "widgets/face.h"
+#include "widgets/pictures.h"
 
 namespace kovanix {
 
@@ -33,7 +34,7 @@ Image::~Image() = default;
 
 QSvgRenderer& Image::drawing() const {
     if (!m_drawing)
-        m_drawing = std::make_unique<QSvgRenderer>(m_source);
+        m_drawing = sharedDrawing(m_source);
     return *m_drawing;
 }
 

@@ -46,7 +46,7 @@ private:
 
     QString m_source;
     FaceRole m_look = FaceRole::none;
-    mutable std::unique_ptr<QSvgRenderer> m_drawing;  // read once, for the size and for every painting
+    mutable std::shared_ptr<QSvgRenderer> m_drawing;  // read once, for the size and for every painting
     QPixmap m_rendered;     // the picture at the size and scale of the last painting
     QString m_givenName;    // the accessible name that follows the tip
     bool m_failed = false;  // the source can't be read; not tried again at each painting

@@ -4,7 +4,7 @@
 #include "widgets/adodc.h"
 #include "widgets/gridcell.h"
 #include "widgets/gridmodel.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 #include "widgets/tdbgrid.h"
 
 namespace kovanix {

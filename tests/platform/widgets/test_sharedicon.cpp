@@ -15,7 +15,7 @@
 #include "widgets/drawnframe.h"
 #include "widgets/emptyplace.h"
 #include "widgets/paintedhint.h"
-#include "widgets/sharedicon.h"
+#include "widgets/pictures.h"
 #include "widgets/tdbgrid.h"
 
 using namespace kovanix;

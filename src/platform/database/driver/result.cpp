@@ -167,19 +167,22 @@ bool Result::step() {
 
 Cell Result::cell(int field) const {
     using Type = Cell::Type;
-    const auto bytes = [&](const void* first) {
+    // The library locks and looks the cell up anew in every question about a column; about a value it
+    // doesn't. That is allowed on a handle that one thread has for itself, as this one.
+    sqlite3_value* const value = sqlite3_column_value(m_statement, field);
+    const auto bytes = [value](const void* first) {
         return std::string_view(static_cast<const char*>(first),
-                                static_cast<std::size_t>(sqlite3_column_bytes(m_statement, field)));
+                                static_cast<std::size_t>(sqlite3_value_bytes(value)));
     };
-    switch (sqlite3_column_type(m_statement, field)) {
+    switch (sqlite3_value_type(value)) {
         case SQLITE_INTEGER:
-            return {.type = Type::whole, .whole = sqlite3_column_int64(m_statement, field), .bytes = {}};
+            return {.type = Type::whole, .whole = sqlite3_value_int64(value), .bytes = {}};
         case SQLITE_FLOAT:
-            return {.type = Type::real, .real = sqlite3_column_double(m_statement, field), .bytes = {}};
+            return {.type = Type::real, .real = sqlite3_value_double(value), .bytes = {}};
         case SQLITE_TEXT:
-            return {.type = Type::text, .bytes = bytes(sqlite3_column_text(m_statement, field))};
+            return {.type = Type::text, .bytes = bytes(sqlite3_value_text(value))};
         case SQLITE_BLOB:
-            return {.type = Type::bytes, .bytes = bytes(sqlite3_column_blob(m_statement, field))};
+            return {.type = Type::bytes, .bytes = bytes(sqlite3_value_blob(value))};
         default:
             return {};
     }
