@@ -17,8 +17,9 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 }
 
 void OpenedScreen::leave() {
-    ScreenRegistry::unload(*this);
+    // In this order: a window manager that sees the active window go makes the next one active by itself.
     giveFocusBack();
+    ScreenRegistry::unload(*this);
 }
 
 void OpenedScreen::giveFocusBack() {
