@@ -319,6 +319,7 @@ void KeyboardScreen::kapat_click() {
     leave();
 }
 
+// The keyboard may be unloaded by now: its screen's name would load another one.
 void KeyboardScreen::giveFocusBack() {
     const KeyboardTarget* target = keyboardTarget(m_kind, ui.nereye->text());
     QWidget* box = target ? visibleBox(*target) : nullptr;

@@ -17,9 +17,8 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
 }
 
 void OpenedScreen::leave() {
-    // In this order: a window manager that sees the active window go makes the next one active by itself.
-    giveFocusBack();
     ScreenRegistry::unload(*this);
+    giveFocusBack();
 }
 
 void OpenedScreen::giveFocusBack() {

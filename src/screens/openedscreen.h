@@ -20,10 +20,10 @@ protected:
     /// here then does nothing worse than close the screen. Without such a button, Escape closes the window.
     void setCloseButton(QAbstractButton& button);
 
-    /// Gives the keyboard back and unloads the screen.
+    /// Unloads the screen and gives the keyboard back.
     void leave();
 
-    /// What leave() does first: gives the keyboard to where focusreturn.h says, unless a screen knows better.
+    /// What leave() does last: gives the keyboard to where focusreturn.h says, unless a screen knows better.
     virtual void giveFocusBack();
 
     void closeEvent(QCloseEvent* event) override;
