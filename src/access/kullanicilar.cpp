@@ -72,10 +72,6 @@ bool isTableEmpty() {
     return empty;
 }
 
-void tell(const QString& key) {
-    uyarimesaj(key, MessageBoxStyle::ok);
-}
-
 }  // namespace
 
 kullanicilar::kullanicilar() : ListScreen(traits()) {
@@ -127,6 +123,7 @@ void kullanicilar::connectControls() {
     connect(&yenile, &Timer::tick, this, &kullanicilar::yenile_tick);
     ui.kisiekle->setFields({{ui.personeladi, ui.sifre}, {ui.sifre, ui.sifre1}, {ui.sifre1, ui.kaydet}});
     ui.kisiekle->setCancelButton(*ui.vazgec);
+    connect(ui.kisiekle, &EntryFrame::recordChanged, this, [this] { closeKeyboards(*this); });
 }
 
 void kullanicilar::form_load() {
@@ -154,6 +151,12 @@ void kullanicilar::yenile_tick() {
 
 void kullanicilar::Check1_click() {
     ayarla(u"sifresor1k"_s, QString::number(ui.Check1->isChecked() ? 1 : 0));
+}
+
+/// Shows a notice, by its key; an Enter too many must not press the button again.
+void kullanicilar::tell(const QString& key) const {
+    uyarimesaj(key, MessageBoxStyle::ok);
+    giveFocus(grid());
 }
 
 /// Notes an action, and finds out how it goes on.
@@ -246,7 +249,6 @@ void kullanicilar::edit(const QString& caption) {
 }
 
 void kullanicilar::openFields(const QString& caption, const QString& record) {
-    closeKeyboards(*this);
     ui.kisiekle->setMode(caption, record);
     ui.kisiekle->clearFields();
     ui.id->setText({});

@@ -52,6 +52,7 @@ private:
     void Check1_click();
     void yenile_tick();
 
+    void tell(const QString& key) const;
     Passage passGate(int action);
     bool isNothingPickedToDelete() const;
     bool isLastManager() const;

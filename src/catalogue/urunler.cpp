@@ -103,6 +103,7 @@ void urunler::connectControls() {
                              {ui.fiyat, ui.stok, number},
                              {ui.stok, ui.kayit, number}});
     ui.kisiekle2->setCancelButton(*ui.vazgec2);
+    connect(ui.kisiekle2, &EntryFrame::recordChanged, this, [this] { closeKeyboards(*this); });
     new LeaveCheck(*ui.barkod2, [this] { return barkod2_lostfocus(); });
     const std::initializer_list<std::pair<Image*, int>> pads{
         {ui.barkod2k, 1}, {ui.alisk, 2}, {ui.fiyatk, 3}, {ui.stokk, 4}};
@@ -156,16 +157,16 @@ void urunler::kisisil2_click() {
 }
 
 void urunler::add() {
-    closeKeyboards(*this);
     enableBarcode(true);
     openToAdd();
 }
 
 void urunler::edit() {
-    closeKeyboards(*this);
     enableBarcode(false);
-    if (!takeSelectedRow())
+    if (!takeSelectedRow()) {
+        enableBarcode(ui.kisiekle2->adds());
         return;
+    }
     ui.barkod2->setText(cell(1));
     ui.urun2->setText(cell(2));
     ui.alis->setText(cell(3));

@@ -150,6 +150,7 @@ private:
     void storeQuickKey(const QString& edited);
     void headQuickPanel(const QString& stored, int points);
     void showQuickPanel();
+    void closeQuickPanel();
     void quickPanelChanges(QEvent::Type change);
     void markEditedKey();
 

@@ -155,7 +155,7 @@ void satisekrani::kisayolkaydet_click() {
     }
     storeQuickKey(edited);
     kisayolyukle();
-    ui.Frame2->hide();
+    closeQuickPanel();
     ui.hizliurunadi->setText({});
     giveFocus(*ui.barkod);
 }
@@ -176,12 +176,12 @@ void satisekrani::kisayolsil_click() {
     kisayolkapat_click();
     storeQuickKey(edited);
     kisayolyukle();
-    ui.Frame2->hide();
+    closeQuickPanel();
     giveFocus(*ui.barkod);
 }
 
 void satisekrani::kisayolkapat_click() {
-    ui.Frame2->hide();
+    closeQuickPanel();
     ui.kisayolklavye->hide();
     ui.kisayolurunbul->show();
     giveFocus(*ui.barkod);
@@ -208,6 +208,12 @@ void satisekrani::headQuickPanel(const QString& stored, int points) {
 void satisekrani::showQuickPanel() {
     markEditedKey();
     showPanel(*ui.Frame2);
+}
+
+/// With its keyboard, which would type into a panel that nobody sees, or into that of another key.
+void satisekrani::closeQuickPanel() {
+    ui.Frame2->hide();
+    closeKeyboards(*this);
 }
 
 /// The panel covers the whole ticket: behind its round corners the page is to be seen and not the list's own.

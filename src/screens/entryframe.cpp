@@ -62,6 +62,7 @@ void EntryFrame::setMode(const QString& caption, const QString& record) {
     setLook(adds() ? FrameRole::adds : FrameRole::edits);
     setTitleIcon(sharedIcon(adds() ? u":/icons/plus.svg"_s : u":/icons/pencil.svg"_s));
     setTitleNote(record);
+    Q_EMIT recordChanged();
 }
 
 bool EntryFrame::adds() const {

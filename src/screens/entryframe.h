@@ -42,6 +42,10 @@ public:
     /// Empties all fields, in a way that can't be undone.
     void clearFields();
 
+Q_SIGNALS:
+    /// What is typed from now on belongs to another record, or to none.
+    void recordChanged();
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 

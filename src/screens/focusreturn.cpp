@@ -22,7 +22,7 @@ void setFocusReturn(QWidget& control) {
 
 void returnFocus() {
     if (target() && target()->window()->isVisible())
-        giveFocus(*target());
+        giveFocusForGood(*target());
 }
 
 }  // namespace kovanix

@@ -41,18 +41,16 @@ void RecordScreen::openToAdd() {
 }
 
 bool RecordScreen::takeSelectedRow() {
-    m_controls.frame->setMode(u"D!ZENLE"_s);
-    const QString number = selected().text();
-    if (number.isEmpty()) {
-        tell(m_records.nothingToEdit);
-        return false;
-    }
     const RowSet& rows = data().recordset();
-    if (rows.recordCount() == 0) {
-        tell(m_records.emptyList);
+    const bool nothingSelected = selected().text().isEmpty();
+    const bool nothingToSelect = rows.recordCount() == 0;
+    if (nothingSelected || nothingToSelect) {
+        // An open frame is turned all the same, as required.
+        m_controls.frame->setMode(u"D!ZENLE"_s);
+        tell(nothingSelected ? m_records.nothingToEdit : m_records.emptyList);
         return false;
     }
-    if (cell(0) != number) {
+    if (!isSelectedRowCurrent()) {
         tell(m_records.nothingToEdit);
         return false;
     }
@@ -64,7 +62,13 @@ bool RecordScreen::takeSelectedRow() {
         tellDatabaseFailure(*failure);
         return false;
     }
+    m_controls.frame->setMode(u"D!ZENLE"_s);
     return true;
+}
+
+/// A filter may hide the selected row and have another one marked, or none.
+bool RecordScreen::isSelectedRowCurrent() const {
+    return data().recordset().recordCount() > 0 && cell(0) == selected().text();
 }
 
 void RecordScreen::tell(const QString& notice) {
@@ -112,7 +116,7 @@ void RecordScreen::closeFrame() {
 
 void RecordScreen::deleteSelected() {
     const QString number = selected().text();
-    if (number.isEmpty()) {
+    if (number.isEmpty() || !isSelectedRowCurrent()) {
         tell(m_records.nothingToDelete);
         return;
     }

@@ -44,7 +44,7 @@ protected:
     void openToAdd();
 
     /// Turns the frame to changing a record, and reads the list's current row anew: a list that is hours old
-    /// would bring old values back. Without a selected row, or any, it says so.
+    /// would bring old values back. Without a selected row that can be seen it says so.
     /// @return whether there is a row, whose cells can be taken now
     bool takeSelectedRow();
     /// A cell of the current row as bare text.
@@ -66,7 +66,7 @@ protected:
     /// press the button again.
     void tell(const QString& notice);
 
-    /// Asks, then deletes the row whose number the hidden box holds.
+    /// Asks, then deletes the row whose number the hidden box holds. One that can't be seen isn't deleted.
     void deleteSelected();
 
     /// Writes the list as it is shown. A path that can't be written to gives no error, as required: the
@@ -74,6 +74,7 @@ protected:
     void exportList();
 
 private:
+    bool isSelectedRowCurrent() const;
     bool deleteRow(const QString& number);
 
     const RecordTraits& m_records;

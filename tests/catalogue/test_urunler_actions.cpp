@@ -191,17 +191,29 @@ private Q_SLOTS:
         m_shop->boxes.expect(u"Hata"_s, noDatabase, MessageBoxAnswer::ok);
         press(*form().duzenle2);
         QVERIFY(form().kisiekle2->isHidden());
+        // What is being added stays a new product.
+        press(*form().kisiekleme2);
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);
+        m_shop->boxes.expect(u"Hata"_s, noDatabase, MessageBoxAnswer::ok);
+        press(*form().duzenle2);
+        QVERIFY(form().kisiekle2->adds());
+        QVERIFY(form().barkod2->isEnabled());
     }
 
     // What was opened for one product must not be written into another.
-    void keyboardsCloseWhenTheFrameOpens() {
+    void keyboardsCloseWithTheirRecord() {
         open();
         press(*form().kisiekleme2);
-        press(*form().fiyatk);
-        QVERIFY(loaded<klavyesayi>());
-        choose(1);
+        for (QWidget* next : std::initializer_list<QWidget*>{form().duzenle2, form().kayit, form().vazgec2}) {
+            press(*form().fiyatk);
+            QVERIFY(loaded<klavyesayi>());
+            choose(1);
+            if (next == form().kayit)
+                expectNotice(u"MSG_DUZENLENDI"_s);
+            press(*next);
+            QVERIFY(!loaded<klavyesayi>());
+        }
         press(*form().duzenle2);
-        QVERIFY(!loaded<klavyesayi>());
         openNumberPad(1, catalogue());
         screen<klavyesayi>().ui.yazilan->setText(u"1"_s);
         QTest::mouseClick(screen<klavyesayi>().findChild<QWidget*>(u"vkCommand1_39"_s), Qt::LeftButton);

@@ -152,6 +152,16 @@ private Q_SLOTS:
         QCOMPARE(category(3).caption(), "MAN");
     }
 
+    void theKeyboardGoesWithThePanel() {
+        for (QWidget* leaving : {ui().kisayolkapat, ui().kisayolkaydet, ui().kisayolsil}) {
+            rightPressCategory(3);
+            press(*ui().kisayolklavye);
+            QVERIFY(loaded<klavyeyeni2>());
+            press(*leaving);
+            QVERIFY(!loaded<klavyeyeni2>());
+        }
+    }
+
     void aKeyPressedWhileItStandsOnAPage() {
         fillPages();
         rightPressCategory(2);

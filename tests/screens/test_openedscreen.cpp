@@ -109,6 +109,27 @@ private Q_SLOTS:
         QVERIFY(workplace.isActiveWindow());
     }
 
+    // A window manager makes one active by itself when the active one goes; a user does so by a press.
+    void anotherWindowBecomesActive_data() {
+        QTest::addColumn<bool>("pressed");
+        QTest::newRow("by itself") << false;
+        QTest::newRow("by the user") << true;
+    }
+    void anotherWindowBecomesActive() {
+        QFETCH(const bool, pressed);
+        Workplace& workplace = openInFront<Workplace>();
+        QLineEdit beside;
+        showInFront(beside);
+        openInFront<Opened>().close();
+        QTRY_VERIFY(workplace.entry.hasFocus());
+        if (pressed)
+            QTest::mouseClick(&beside, Qt::LeftButton);
+        beside.activateWindow();
+        QCoreApplication::processEvents();
+        QTRY_COMPARE(workplace.isActiveWindow(), !pressed);
+        QCOMPARE(beside.isActiveWindow(), pressed);
+    }
+
     void aDisabledCloseButtonStaysDead() {
         Opened& opened = openInFront<Opened>();
         opened.button.setEnabled(false);

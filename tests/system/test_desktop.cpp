@@ -5,6 +5,9 @@
 #include <QMessageBox>
 #include <functional>
 
+#include "access/kullanicilar.h"
+#include "app/session.h"
+#include "appearance/menu.h"
 #include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
 #include "desktop/focus.h"
@@ -237,6 +240,24 @@ private Q_SLOTS:
         pressKeys({u"Escape"_s});
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         QVERIFY(!loaded<liste>());
+    }
+
+    // Also where the screen was opened from another one, which the window manager would make active next.
+    void aScreenOfTheMenusGivesTheKeyboardBack() {
+        constexpr int closings = 8;
+        for (int closing = 0; closing < closings; ++closing) {
+            girisyetki = 1;
+            ui().vkCommand1->click();
+            screen<menu>().ui.vkCommand3->click();
+            QTRY_VERIFY_WITH_TIMEOUT(
+                loaded<kullanicilar>() && hasKeyboard(*screen<kullanicilar>().ui.TDBGrid1), soon);
+            pressKeys({u"Escape"_s});
+            QTRY_VERIFY_WITH_TIMEOUT(!loaded<kullanicilar>(), soon);
+            QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
+            // Whatever is still to come from the window manager comes before the next letter.
+            typeKeys(QString::number(closing));
+            QTRY_VERIFY_WITH_TIMEOUT(ui().barkod->text().endsWith(QString::number(closing)), soon);
+        }
     }
 
     void fTenHidesAndTheNextStartBringsBack() {

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QStyle>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
@@ -40,8 +41,50 @@ void followActivation() {
     });
 }
 
+/// Makes a window active again that a window manager passes over: the one that was active before goes at that
+/// very moment, and it picks the next by itself. For a second, and until somebody presses a key or a button
+/// or another window is brought to the front.
+class Insistence : public QObject {
+public:
+    explicit Insistence(QWidget& window) : m_window(&window) {
+        current() = this;
+        qApp->installEventFilter(this);
+        connect(qApp, &QGuiApplication::focusWindowChanged, this, &Insistence::follow);
+        QTimer::singleShot(1000, this, &QObject::deleteLater);
+    }
+
+    static QPointer<Insistence>& current() {
+        static QPointer<Insistence> insistence;
+        return insistence;
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        switch (event->type()) {
+            case QEvent::KeyPress:
+            case QEvent::MouseButtonPress:
+            case QEvent::TouchBegin:
+                m_window.clear();
+                break;
+            default:
+                break;
+        }
+        return false;
+    }
+
+private:
+    void follow(const QWindow* active) const {
+        QWidget* window = m_window.data();
+        if (active && window && window->isVisible() && window->windowHandle() != active &&
+            !QApplication::activeModalWidget())
+            window->activateWindow();
+    }
+
+    QPointer<QWidget> m_window;
+};
+
 void bringForward(QWidget& window) {
     followActivation();
+    delete Insistence::current();
     window.show();
     window.raise();
     window.activateWindow();
@@ -212,6 +255,12 @@ void restore(QWidget& window) {
     const Qt::WindowStates states =
         window.windowHandle() ? window.windowHandle()->windowStates() : window.windowState();
     window.setWindowState(states & ~Qt::WindowMinimized);
+}
+
+void giveFocusForGood(QWidget& control) {
+    giveFocus(control);
+    delete Insistence::current();
+    new Insistence(*control.window());
 }
 
 void giveFocus(QWidget& control) {

@@ -10,6 +10,10 @@ namespace kovanix {
 /// focuses the control. Costs nothing when the control has the focus in the active window already.
 void giveFocus(QWidget& control);
 
+/// The same, for when the active window goes: a window manager that makes another one active in its place is
+/// overruled, unless the user has pressed something since or it was brought to the front by the program.
+void giveFocusForGood(QWidget& control);
+
 /// The window that was brought to the front last and is visible still, whether or not it is active yet; no
 /// message box. Nothing where there is none.
 QWidget* frontWindow();

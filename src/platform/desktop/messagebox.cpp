@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -109,6 +110,16 @@ QWidget* windowBelow() {
     return visible == windows.rend() ? nullptr : *visible;
 }
 
+/// Keeps a key that is held down from answering: it was pressed for something else.
+class HeldKeys : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        return event->type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(*event).isAutoRepeat();
+    }
+};
+
 QString withoutMnemonic(QString caption) {
     return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
@@ -136,12 +147,15 @@ int messageBox(const QString& text, int style, const QString& title) {
     const QVector<int> answers = answersOf(style);
     const int escapeAnswer = escapeAnswerOf(answers);
     const int defaultAnswer = defaultAnswerOf(answers, style);
+    auto* held = new HeldKeys(box);
+    box->installEventFilter(held);
     QVector<std::pair<const QAbstractButton*, int>> offered;
     for (const int answer : answers) {
         // The action role is the only one that every desktop's button layout leaves in the order given.
         QPushButton* button = box->addButton(withoutMnemonic(captionOf(answer)), QMessageBox::ActionRole);
         button->setFont(font);
         button->setMinimumSize(smallestButton);
+        button->installEventFilter(held);
         if (answer == defaultAnswer)
             box->setDefaultButton(button);
         if (answer == escapeAnswer)

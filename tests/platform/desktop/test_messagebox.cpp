@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QProxyStyle>
 #include <QPushButton>
@@ -183,6 +184,23 @@ private Q_SLOTS:
         QApplication::setStyle(u"fusion"_s);
         QCOMPARE(yesNo, QStringList({evet, hayir}));
         QCOMPARE(three, QStringList({iptal, tekrarDene, devam}));
+    }
+
+    // It was pressed for what has opened the box.
+    void aKeyThatIsHeldDownAnswersNothing() {
+        bool open = false;
+        const int answer = answered(MessageBoxStyle::yesNo, [&](QMessageBox& box) {
+            for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape}) {
+                for (QWidget* receiver : {static_cast<QWidget*>(&box), box.focusWidget()}) {
+                    QKeyEvent held(QEvent::KeyPress, key, {}, {}, true);
+                    QApplication::sendEvent(receiver, &held);
+                }
+            }
+            open = box.isVisible();
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        QVERIFY(open);
+        QCOMPARE(answer, MessageBoxAnswer::yes);
     }
 
     void theTextStandsAsItIs() {
