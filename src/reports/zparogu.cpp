@@ -132,7 +132,7 @@ void zparogu::sumUp() {
                 if (!std::exchange(any, true))
                     ui.ilk->setText(momentText(last));
                 // Rounded at each row: required.
-                total = roundedToCents(total + sayicevir(sale.value(1)));
+                total = roundedToCents(total + sayicevir(sale, 1));
             },
             [&](qsizetype rows, qsizetype count) {
                 ui.vkFrame1->setProgress(

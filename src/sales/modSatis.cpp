@@ -3,7 +3,6 @@
 #include "app/modTurkce.h"
 #include "data/baglanmamodulu.h"
 #include "database/recordset.h"
-#include "database/rowwalk.h"
 #include "widgets/vsflexgrid.h"
 
 namespace kovanix {
@@ -32,9 +31,9 @@ void stokdegeri(double& purchaseTotal, double& saleTotal, int& count) {
     if (!baglantihazir())
         return;
     RowWalk(baglanti(), u"SELECT alis, satis, stok FROM urunler"_s).forEach([&](const RowWalk::Row& product) {
-        const double stock = sayicevir(product.value(2));
-        purchaseTotal += sayicevir(product.value(0)) * stock;
-        saleTotal += sayicevir(product.value(1)) * stock;
+        const double stock = sayicevir(product, 2);
+        purchaseTotal += sayicevir(product, 0) * stock;
+        saleTotal += sayicevir(product, 1) * stock;
         ++count;
     });
 }

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QVariant>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 #include "database/readprogress.h"
@@ -26,6 +27,8 @@ public:
     public:
         /// A cell: text, number (double or qint64), bytes or null as stored.
         QVariant value(int field) const;
+        /// The number in a cell; nothing for a cell that is none.
+        std::optional<double> number(int field) const;
         /// The text of a cell as stored, in UTF-8; empty for a cell that is none. It is gone with the next
         /// row.
         std::string_view text(int field) const;
@@ -45,6 +48,17 @@ public:
     void forEach(const std::function<void(const Row& row)>& each, const ReadProgress& progress = {});
 
 private:
+    /// Where the rows of a select stand in their table, and how many they are.
+    struct Span {
+        qint64 first = 0;
+        qint64 last = 0;
+        qint64 count = 0;
+    };
+
+    void readAtOnce(const std::function<void(const Row& row)>& each);
+    void readChunks(const QString& identity, const std::optional<Span>& span,
+                    const std::function<void(const Row& row)>& each, const ReadProgress& progress);
+
     ConnectionCore& m_core;
     QString m_sql;
 };
