@@ -8,6 +8,7 @@
 
 #include "database/connection.h"
 #include "database/recordset.h"
+#include "database/rowwalk.h"
 
 namespace kovanix {
 
@@ -109,6 +110,7 @@ QString sqlsayi(double value);
 /// the empty text.
 double sayicevir(const QString& text);
 double sayicevir(const QVariant& value);
+double sayicevir(const RowWalk::Row& row, int field);
 
 /// The trimmed text of a field value; empty for null.
 QString nullmetin(const QVariant& value);

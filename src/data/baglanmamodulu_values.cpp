@@ -101,6 +101,13 @@ double sayicevir(const QVariant& value) {
     }
 }
 
+double sayicevir(const RowWalk::Row& row, int field) {
+    // As the rule in a table: no value has to be made of a cell.
+    if (const std::optional<double> number = row.number(field))
+        return *number;
+    return sayicevir(row.value(field));
+}
+
 QString nullmetin(const QVariant& value) {
     if (value.isNull())
         return {};

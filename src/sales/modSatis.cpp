@@ -30,14 +30,12 @@ void stokdegeri(double& purchaseTotal, double& saleTotal, int& count) {
     count = 0;
     if (!baglantihazir())
         return;
-    Recordset products;
-    products.open(u"SELECT alis, satis, stok FROM urunler"_s, baglanti());
-    for (; !products.atEnd(); products.moveNext()) {
-        const double stock = sayicevir(products.field(u"stok"_s));
-        purchaseTotal += sayicevir(products.field(u"alis"_s)) * stock;
-        saleTotal += sayicevir(products.field(u"satis"_s)) * stock;
+    RowWalk(baglanti(), u"SELECT alis, satis, stok FROM urunler"_s).forEach([&](const RowWalk::Row& product) {
+        const double stock = sayicevir(product, 2);
+        purchaseTotal += sayicevir(product, 0) * stock;
+        saleTotal += sayicevir(product, 1) * stock;
         ++count;
-    }
+    });
 }
 
 }  // namespace kovanix

@@ -16,7 +16,7 @@ double alisfiyati(const QString& barcode);
 /// The value of the stock: adds purchase price times stock and sale price times stock of every product to the
 /// two totals (lira) and counts the products into count, from 0. Changes nothing but the count when the
 /// database isn't ready.
-/// @throws RuntimeError when the products can't be read
+/// @throws RuntimeError when the products can't be read to their end; those that could be are in the totals
 void stokdegeri(double& purchaseTotal, double& saleTotal, int& count);
 
 }  // namespace kovanix

@@ -21,6 +21,7 @@
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/messagebox.h"
+#include "reports/raporlarmenu.h"
 #include "runtime/attempt.h"
 #include "runtime/clock.h"
 #include "runtime/process.h"
@@ -87,6 +88,7 @@ void satisekrani::connectControls() {
                   {ui.satisiptal, &satisekrani::satisiptal_click},
                   {ui.kapat, &satisekrani::kapat_click},
                   {ui.vkCommand1, &satisekrani::vkCommand1_click},
+                  {ui.vkCommand2, &satisekrani::vkCommand2_click},
                   {ui.vkCommand3, &satisekrani::vkCommand3_click},
                   {ui.vkCommand4, &satisekrani::vkCommand4_click},
                   {ui.vkCommand6, &satisekrani::vkCommand6_click},
@@ -310,6 +312,11 @@ void satisekrani::closeEvent(QCloseEvent* event) {
 void satisekrani::vkCommand1_click() {
     eksiltme = 0;
     showInFront(screen<menu>());
+}
+
+void satisekrani::vkCommand2_click() {
+    eksiltme = 0;
+    showInFront(screen<raporlarmenu>());
 }
 
 void satisekrani::vkCommand3_click() {

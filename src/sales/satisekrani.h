@@ -109,6 +109,7 @@ private:
     void toplam_click();
     void kapat_click();
     void vkCommand1_click();
+    void vkCommand2_click();
     void vkCommand3_click();
     void vkCommand4_click();
     void vkCommand6_click();

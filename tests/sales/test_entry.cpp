@@ -234,10 +234,9 @@ private Q_SLOTS:
         QCOMPARE(m_shop->lines(), 1);
     }
 
-    void buttonsOfScreensToComeAreDisabled() {
-        QVERIFY(!m_shop->sales().findChild<QWidget*>("vkCommand2")->isEnabled());
+    void buttonsOfScreensAreEnabled() {
         for (const char* name :
-             {"fiyatgor", "vkCommand3", "urunbulmak", "vkCommand1", "vkCommand4", "vkCommand6"})
+             {"fiyatgor", "vkCommand2", "vkCommand3", "urunbulmak", "vkCommand1", "vkCommand4", "vkCommand6"})
             QVERIFY2(m_shop->sales().findChild<QWidget*>(name)->isEnabled(), name);
     }
 

@@ -26,6 +26,9 @@
 #include "catalogue/urunler.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
+#include "reports/raporlarmenu.h"
+#include "reports/stokraporu.h"
+#include "reports/zparogu.h"
 #include "salestest.h"
 #include "sanitized.h"
 #include "screencontract.h"
@@ -127,12 +130,12 @@ QList<ScreenRow> screens() {
         row<frmLogin>("frmLogin", "Kovanix", {}, stays, closes,
                       "sifre vkCommand1 cmdOK cmdCancel destekprograminiac yazilimguncelle kullanici",
                       "sifre", {}, login),
-        row<satisekrani>(
-            "satisekrani", "Kovanix Satis", {}, stays, asks,
-            "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
-            "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor vkCommand3 urunbulmak "
-            "vkCommand6 vkCommand1 vkCommand4 kapat",
-            "barkod adet ver2", {"^r^n listesi"}, sales),
+        row<satisekrani>("satisekrani", "Kovanix Satis", {}, stays, asks,
+                         "barkod adet satisekrani1 ver2 vsil vkCommand5 ver3 resim2 resim3 resim4 resim1 "
+                         "Resim5 Resim6 Image1 Image2 Image3 kaydet nakit satisiptal fiyatgor vkCommand2 "
+                         "vkCommand3 urunbulmak "
+                         "vkCommand6 vkCommand1 vkCommand4 kapat",
+                         "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand3 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
         row<tema>("tema", "TEMA", {880, 620}, stays, closes,
@@ -197,6 +200,11 @@ QList<ScreenRow> screens() {
                         {}, keyboard<klavyesayi>),
         row<PrintPreview>("PrintPreview", "Rapor", {}, closes, closes, "yazdir kapat sayfalar", {}, {},
                           preview),
+        row<raporlarmenu>("raporlarmenu", "RAPORLAR", {520, 404}, closes, closes,
+                          "vkCommand3 fiyatgor vkCommand1 vkCommand2"),
+        row<stokraporu>("stokraporu", "STOK RAPORU", {720, 462}, closes, closes, "vkCommand3"),
+        row<zparogu>("zparogu", "Z RAPORU", {720, 552}, closes, closes,
+                     "cmdClose Image2 Image1 Command3 Command1"),
         row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }

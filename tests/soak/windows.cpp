@@ -108,6 +108,14 @@ const std::vector<WindowRow>& knownWindows() {
          "TDBGrid1"},
         // A customer is typed, but never stored.
         {"liste", {{sales, "vkCommand6"}}, {"vkCommand2", "X"}, {"kisiekleme2", "vazgec2", "vkCommand1"}},
+        // The sales report isn't opened from here: nothing is deleted by chance.
+        {"raporlarmenu", {{sales, "vkCommand2"}, {sales, "F5", key}}, {"vkCommand3", "Escape", "X"}},
+        {"stokraporu", {{"raporlarmenu", "vkCommand1"}}, {"vkCommand3", "Escape", "X"}},
+        // Nothing is printed: the receipts in the printer's folder are counted.
+        {"zparogu",
+         {{"raporlarmenu", "vkCommand2"}},
+         {"cmdClose", "Escape", "X"},
+         {"Command3", "Image1", "Image2"}},
         {"urunler", {{sales, "vkCommand3"}, {sales, "F6", key}}, {"vkCommand4", "X"}},
         {.name = "klavyeyeni2",
          .ways = {{sales, "kisayolklavye"}, {"kullanicilar", "Image1"}},

@@ -98,6 +98,7 @@ private:
     friend class Press;
     friend class Recordset;
     friend class RowSet;
+    friend class RowWalk;
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -371,6 +371,22 @@ void addCondition(SqlTokens& tokens, const PlainSelect& select, const QString& c
     }
 }
 
+/// The engine's SQL for something over all rows of a select from a single table, in place of their fields.
+std::optional<QString> translateResult(const QString& sql, const QString& result, const QString& condition) {
+    SqlTokens tokens(sql);
+    const std::optional<PlainSelect> select = plainSelect(tokens);
+    if (!select || select->limited)
+        return std::nullopt;
+    translateTokens(tokens);
+    addCondition(tokens, *select, condition);
+    tokens[0].text = u"SELECT "_s + result;
+    for (qsizetype i = 1; i < select->from; ++i)
+        tokens[i].text.clear();
+    for (qsizetype i = select->last + 1; i < tokens.count(); ++i)
+        tokens[i].text.clear();  // an order
+    return tokens.text();
+}
+
 }  // namespace
 
 QString translate(const QString& sql, const QString& identity) {
@@ -403,6 +419,8 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     translateTokens(tokens);
     if (!identity.isEmpty())
         tokens[select->from - 1].text += u", "_s + identity;
+    if (range.byIdentity)
+        tokens[select->source].text += u" NOT INDEXED"_s;
     QStringList conditions;
     if (!range.condition.isEmpty())
         conditions.append(range.condition);
@@ -417,18 +435,11 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
 }
 
 std::optional<QString> translateCount(const QString& sql, const QString& condition) {
-    SqlTokens tokens(sql);
-    const std::optional<PlainSelect> select = plainSelect(tokens);
-    if (!select || select->limited)
-        return std::nullopt;
-    translateTokens(tokens);
-    addCondition(tokens, *select, condition);
-    tokens[0].text = u"SELECT count(*)"_s;
-    for (qsizetype i = 1; i < select->from; ++i)
-        tokens[i].text.clear();
-    for (qsizetype i = select->last + 1; i < tokens.count(); ++i)
-        tokens[i].text.clear();  // an order
-    return tokens.text();
+    return translateResult(sql, u"count(*)"_s, condition);
+}
+
+std::optional<QString> translateExtent(const QString& sql, const QString& identity) {
+    return translateResult(sql, u"min(%1), max(%1), count(*)"_s.arg(identity), {});
 }
 
 bool changesTables(const QString& sql) {

@@ -1,8 +1,6 @@
 #include "database/rowreader.h"
 
-#include <QSqlError>
 #include <QSqlRecord>
-#include <QSqlResult>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -11,7 +9,7 @@
 
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
-#include "database/driver/rowcursor.h"
+#include "database/queryrows.h"
 #include "database/sqltokens.h"
 
 namespace kovanix {
@@ -22,31 +20,6 @@ using namespace Qt::StringLiterals;
 
 // Some milliseconds each: a writer on a shared drive waits no longer.
 constexpr qsizetype chunkRows = 20000;
-
-/// The rows of a query, without a QVariant for each cell.
-class Rows {
-public:
-    explicit Rows(QSqlQuery query)
-        : m_query(std::move(query)), m_cursor(*m_query.result()->handle().value<engine::RowCursor*>()) {}
-
-    bool next() { return m_cursor.nextRow(); }
-    QSqlError error() const { return m_query.lastError(); }
-    QSqlRecord record() const { return m_query.record(); }
-    /// A cell of the current row; its bytes are gone with the next row.
-    engine::Cell cell(int field) const { return m_cursor.cell(field); }
-
-private:
-    QSqlQuery m_query;
-    engine::RowCursor& m_cursor;
-};
-
-/// @throws RuntimeError the engine's failure
-bool next(const ConnectionCore& core, Rows& rows) {
-    const bool row = rows.next();
-    if (!row && rows.error().isValid())
-        throw core.failure(rows.error());
-    return row;
-}
 
 class Reader {
 public:
@@ -107,12 +80,12 @@ private:
 
     /// @return how many rows there were
     qsizetype readChunk(std::optional<qint64> afterRow) {
-        Rows rows(m_core.run(*chunkSql(afterRow)));
+        QueryRows rows(m_core.run(*chunkSql(afterRow)));
         const QSqlRecord record = rows.record();
         const int identity = record.count() - 1;
         takeColumns(record, identity, true);
         qsizetype count = 0;
-        for (; next(m_core, rows); ++count) {
+        for (; rows.next(m_core); ++count) {
             appendCells(rows);
             m_table.identities->append(rows.cell(identity).whole);
         }
@@ -136,16 +109,16 @@ private:
     }
 
     void readAtOnce() {
-        Rows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
+        QueryRows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
         const QSqlRecord record = rows.record();
         takeColumns(record, record.count(), false);
-        while (next(m_core, rows)) {
+        while (rows.next(m_core)) {
             appendCells(rows);
             m_table.identities->append(static_cast<qint64>(m_table.identities->size()) + 1);
         }
     }
 
-    void appendCells(Rows& rows) {
+    void appendCells(QueryRows& rows) {
         int field = 0;
         for (RowColumn& column : m_table.columns) {
             if (!column.isIdentity())
@@ -186,11 +159,11 @@ bool rereadRow(ConnectionCore& core, const QString& sql, RowTable& table, std::s
         const auto select = dialect::translateAfterRow(sql, shape.identity, {before, {}, 1});
         if (shape.identity.isEmpty() || !select)
             return false;
-        Rows rows(core.run(*select));
+        QueryRows rows(core.run(*select));
         const QSqlRecord record = rows.record();
         const int identityField = record.count() - 1;
         // Another table may stand under the name by now.
-        if (!isOf(table, record, identityField) || !next(core, rows) ||
+        if (!isOf(table, record, identityField) || !rows.next(core) ||
             rows.cell(identityField).whole != identity)
             return false;
         bool changed = false;

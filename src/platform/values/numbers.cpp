@@ -78,6 +78,19 @@ void roundTo(Decimal& decimal, int places) {
     decimal.dropTrailingZeros();
 }
 
+// The number that a decimal text is read as.
+double valueOf(const Decimal& decimal) {
+    if (decimal.count == 0)
+        return 0;
+    std::array<char, significantDigits + 16> text;
+    char* next = std::copy_n(decimal.digits.begin(), decimal.count, text.begin());
+    *next++ = 'e';
+    next = std::to_chars(next, text.data() + text.size(), decimal.point - decimal.count).ptr;
+    double size = 0;
+    std::from_chars(text.data(), next, size);
+    return decimal.negative ? -size : size;
+}
+
 struct Pattern {
     int wholeAtLeast = 0;
     int decimals = 0;
@@ -303,6 +316,20 @@ QString format(double value, QStringView patternText) {
     }
     std::copy(pattern.tail.begin(), pattern.tail.end(), next);
     return text;
+}
+
+double roundedToCents(double value) {
+    // Of a smaller number, 15 digits are exact to less than a thousandth of a cent. Only so near to half a
+    // cent can they make a difference; there the digits themselves are asked.
+    constexpr double largest = 1e9;
+    constexpr double doubtful = 1e-3;
+    const double cents = value * 100;
+    const double whole = std::nearbyint(cents);
+    if (std::fabs(value) < largest && std::fabs(cents - whole) < 0.5 - doubtful)
+        return whole == 0 ? 0 : whole / 100;
+    Decimal decimal = decimalOf(value);
+    roundTo(decimal, 2);
+    return valueOf(decimal);
 }
 
 QString numberText(double value) {

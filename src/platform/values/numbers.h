@@ -19,6 +19,11 @@ namespace kovanix {
 /// zeros; what is no finite number prints as zero; an empty pattern gives the plain number text.
 QString format(double value, QStringView pattern);
 
+/// The number that comes back when a text with two decimals ("#,##0.00") of a number is read again, digit for
+/// digit, at a fraction of the price: what a sum becomes that is kept in a text. What is no finite number
+/// gives 0.
+double roundedToCents(double value);
+
 /// A number as plain text: at most 15 significant digits, comma, no grouping, no trailing zeros. In exponent
 /// form from 1E+15 upward ("1,5E+20") and where more than 15 decimals would be needed ("2E-16",
 /// "6,66666666666667E-02"; but "0,0000002"), with at least two digits of exponent. What is no finite number

@@ -176,6 +176,11 @@ void vkFrame::setTitleNote(const QString& text) {
     update(titleBar());
 }
 
+void vkFrame::setTitleNoteRange(bool range) {
+    m_titleNoteIsRange = range;
+    update();
+}
+
 void vkFrame::setProgress(std::optional<double> share) {
     if (share == m_progress)
         return;
@@ -274,11 +279,12 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
         room = paintTitleIcon(painter, room);
     if (!m_titleNote.isEmpty()) {
         QFont small = font();
-        small.setWeight(QFont::Normal);
-        m_note->fit(m_titleNote, small, pixels * 3 / 4, room.adjusted(room.width() / 2, 0, 0, 0),
-                    Qt::AlignRight | Qt::AlignVCenter, 1);
+        small.setWeight(m_titleNoteIsRange ? QFont::Medium : QFont::Normal);
+        m_note->fit(m_titleNote, small, m_titleNoteIsRange ? pixels * 9 / 10 : pixels * 3 / 4,
+                    room.adjusted(room.width() / 2, 0, 0, 0), Qt::AlignRight | Qt::AlignVCenter, 1);
         const bool onStrip = m_forecolor == roleColor(ColorRole::stripInk);
-        m_note->paint(painter, onStrip ? roleColor(ColorRole::stripNote) : m_forecolor);
+        const ColorRole ink = m_titleNoteIsRange ? ColorRole::stripRange : ColorRole::stripNote;
+        m_note->paint(painter, onStrip ? roleColor(ink) : m_forecolor);
         room.setRight(m_note->bounds().left() - padding);
     }
     m_title->fit(m_caption, font(), pixels, room, m_titleAlignment | Qt::AlignVCenter, 1);

@@ -34,6 +34,7 @@ class vkFrame : public QWidget {
     Q_PROPERTY(QIcon titleIcon READ titleIcon WRITE setTitleIcon)
     Q_PROPERTY(QString titleIconFile READ titleIconFile WRITE setTitleIconFile)
     Q_PROPERTY(QString titleNote READ titleNote WRITE setTitleNote)
+    Q_PROPERTY(bool titleNoteRange READ isTitleNoteRange WRITE setTitleNoteRange)
 
 public:
     explicit vkFrame(QWidget* parent = nullptr);
@@ -78,6 +79,9 @@ public:
     /// tools as the frame's description.
     const QString& titleNote() const { return m_titleNote; }
     void setTitleNote(const QString& text);
+    /// Whether the note is a range in words, which a report's title bar tells larger and in its own colour.
+    bool isTitleNoteRange() const { return m_titleNoteIsRange; }
+    void setTitleNoteRange(bool range);
     /// A line along the title bar's lower edge that tells how much of a reading is done: 0 to 1, nothing for
     /// no line. It is painted before the call returns, since whoever reads lets no events through.
     std::optional<double> progress() const { return m_progress; }
@@ -109,6 +113,7 @@ private:
     QIcon m_titleIcon;
     QString m_titleIconFile;
     QString m_titleNote;
+    bool m_titleNoteIsRange = false;
     std::unique_ptr<FittedText> m_note;
     std::optional<double> m_progress;
     int m_titleHeight = 0;

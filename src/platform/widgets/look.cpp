@@ -140,6 +140,11 @@ constexpr std::array texts{
     TextRole{u"footer", 28, QFont::Bold},
     TextRole{u"turnover", 34, QFont::Bold},
     TextRole{u"figure", 64, QFont::Bold},
+    TextRole{u"sum", 28, QFont::Medium},
+    TextRole{u"profit", 32, QFont::Bold},
+    TextRole{u"moment", 22, QFont::Medium},
+    TextRole{u"figureLabel", 17, QFont::Medium},
+    TextRole{u"figureTotal", 18, QFont::Bold},
     // What a cashier types and reads while selling.
     TextRole{u"entry", 24, QFont::Medium, {6, 0, 6, 0}},
     TextRole{u"entryLabel", 16, QFont::DemiBold},

@@ -80,6 +80,7 @@ private Q_SLOTS:
     void leavesOutAnIdentityThatIsNotThere();
     void counts_data();
     void counts();
+    void asksWhereRowsStand();
     void rendersFilters_data();
     void rendersFilters();
     void addsAColumn_data();
@@ -315,6 +316,11 @@ void TestDialect::asksForRowsAfterAnother_data() {
     row("limit, condition", {u"select a from t limit 3"_s, {std::nullopt, u"c = ?"_s}, {}});
     row("limit, cut", {u"select a from t limit 3"_s, {std::nullopt, {}, 2}, {}});
     row("aggregate", {u"select count(*) from t"_s, {}, {}});
+    row("by identity",
+        {u"select a from t x where b between 1 and 2"_s,
+         {3, u"id <= 9"_s, 5, true},
+         u"select a, id from t x NOT INDEXED where ( b between 1 and 2) AND id <= 9 AND id > 3 "
+         u"ORDER BY id LIMIT 5"_s});
 }
 
 void TestDialect::asksForRowsAfterAnother() {
@@ -345,6 +351,14 @@ void TestDialect::counts_data() {
 void TestDialect::counts() {
     QFETCH(const CountRow, row);
     QCOMPARE(dialect::translateCount(row.sql, row.condition).value_or(QString()).simplified(), row.engine);
+}
+
+void TestDialect::asksWhereRowsStand() {
+    QCOMPARE(dialect::translateExtent(u"select a from t where b = 1 order by a"_s, u"id"_s)
+                 .value_or(QString())
+                 .simplified(),
+             u"SELECT min(id), max(id), count(*) from t where b = 1"_s);
+    QVERIFY(!dialect::translateExtent(u"select a from t limit 2"_s, u"id"_s));
 }
 
 void TestDialect::rendersFilters_data() {

@@ -1,0 +1,125 @@
+#include "database/rowwalk.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "database/connectionprivate.h"
+#include "database/dialect.h"
+#include "database/queryrows.h"
+#include "database/sqltokens.h"
+
+namespace kovanix {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using engine::Cell;
+
+// Some milliseconds each: a writer on a shared drive waits no longer.
+constexpr qint64 chunkRows = 20000;
+
+}  // namespace
+
+QVariant RowWalk::Row::value(int field) const {
+    const Cell cell = m_rows.cell(field);
+    const auto size = static_cast<qsizetype>(cell.bytes.size());
+    switch (cell.type) {
+        case Cell::Type::whole:
+            return cell.whole;
+        case Cell::Type::real:
+            return cell.real;
+        case Cell::Type::text:
+            return QString::fromUtf8(cell.bytes.data(), size);
+        case Cell::Type::bytes:
+            return QByteArray(cell.bytes.data(), size);
+        default:
+            return {};
+    }
+}
+
+std::optional<double> RowWalk::Row::number(int field) const {
+    const Cell cell = m_rows.cell(field);
+    if (cell.type == Cell::Type::real)
+        return cell.real;
+    return cell.type == Cell::Type::whole ? std::optional(static_cast<double>(cell.whole)) : std::nullopt;
+}
+
+std::string_view RowWalk::Row::text(int field) const {
+    const Cell cell = m_rows.cell(field);
+    return cell.type == Cell::Type::text ? cell.bytes : std::string_view();
+}
+
+RowWalk::RowWalk(Connection& connection, const QString& sql) : m_core(*connection.d), m_sql(sql) {}
+
+void RowWalk::forEach(const std::function<void(const Row& row)>& each, const ReadProgress& progress) {
+    m_core.requireOpen();
+    m_core.inEnginesName([&] {
+        const std::optional<dialect::TableSelect> select = dialect::tableSelect(m_sql);
+        const QString identity = select ? m_core.schema.shape(m_core, select->table).identity : QString();
+        if (identity.isEmpty() || !dialect::translateAfterRow(m_sql, identity, {{}, {}, chunkRows})) {
+            readAtOnce(each);
+            return;
+        }
+        if (!select->conditional) {
+            readChunks(identity, {}, each, {});
+            return;
+        }
+        const qint64 count = m_core.number(*dialect::translateCount(m_sql));
+        // A few rows out of many are found by an index and sorted.
+        if (count <= chunkRows) {
+            readAtOnce(each);
+            return;
+        }
+        // Many are next to one another as a rule. Where in the table they stand is worth a look at each only
+        // where they aren't a good part of it.
+        constexpr qint64 goodPart = 4;
+        const QString table = quotedSqlName(select->table);
+        QueryRows bounds(
+            m_core.run(u"SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)"_s.arg(identity, table)));
+        bounds.next(m_core);
+        Span span{bounds.cell(0).whole, bounds.cell(1).whole, count};
+        if (span.last / goodPart - span.first / goodPart > count) {
+            QueryRows extent(m_core.run(*dialect::translateExtent(m_sql, identity)));
+            extent.next(m_core);
+            span = {extent.cell(0).whole, extent.cell(1).whole, count};
+        }
+        readChunks(identity, span, each, progress);
+    });
+}
+
+void RowWalk::readAtOnce(const std::function<void(const Row& row)>& each) {
+    const std::optional<dialect::TableSelect> select = dialect::tableSelect(m_sql);
+    QueryRows rows(m_core.run(
+        dialect::translate(m_sql, select ? m_core.schema.shape(m_core, select->table).identity : QString())));
+    for (const Row row(rows); rows.next(m_core);)
+        each(row);
+}
+
+void RowWalk::readChunks(const QString& identity, const std::optional<Span>& span,
+                         const std::function<void(const Row& row)>& each, const ReadProgress& progress) {
+    dialect::RowRange range{{}, {}, chunkRows, true};
+    if (span) {
+        // One lower bound only: of two, the engine would start at either.
+        if (span->first > std::numeric_limits<qint64>::min())
+            range.afterRow = span->first - 1;
+        range.condition = identity + u" <= " + QString::number(span->last);
+    }
+    for (qint64 done = 0; !span || done < span->count;) {
+        QueryRows rows(m_core.run(*dialect::translateAfterRow(m_sql, identity, range)));
+        const int last = rows.record().count() - 1;
+        qint64 count = 0;
+        for (const Row row(rows); rows.next(m_core);) {
+            each(row);
+            if (++count == chunkRows)
+                range.afterRow = rows.cell(last).whole;
+        }
+        if (count < chunkRows)
+            return;
+        done += count;
+        if (progress && span)
+            progress(done, std::max(done, span->count));
+    }
+}
+
+}  // namespace kovanix

@@ -1,0 +1,53 @@
+#include "reports/stokraporu.h"
+
+#include <QGuiApplication>
+#include <QScopeGuard>
+
+#include "app/modTurkce.h"
+#include "reports/rule.h"
+#include "runtime/attempt.h"
+#include "runtime/clock.h"
+#include "sales/modSatis.h"
+#include "screens/clicks.h"
+#include "values/dates.h"
+#include "values/numbers.h"
+#include "widgets/look.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+stokraporu::stokraporu() {
+    ui.setupUi(this);
+    ui.cizgiLayout->addWidget(new Rule);
+    applyTextRoles(*this);
+    ui.stokkar->setInk(ColorRole::success);
+    clicks(this, {{ui.vkCommand3, &stokraporu::vkCommand3_click}});
+    setCloseButton(*ui.vkCommand3);
+}
+
+stokraporu::~stokraporu() = default;
+
+void stokraporu::form_load() {
+    ekrandonat(*this);
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a moment
+    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    const QDateTime counted = Clock::now();
+    double cost = 0;
+    double sale = 0;
+    int count = 0;
+    // Where it breaks off, what has been added so far is shown.
+    attempt([&] { stokdegeri(cost, sale, count); });
+    const auto lira = [](double value) { return format(value, u"#,##0.00"); };
+    ui.urunsayisi->setText(format(count, u"0"));
+    ui.stokgelis->setText(lira(cost));
+    ui.stoksatis->setText(lira(sale));
+    ui.stokkar->setText(lira(sale - cost));
+    ui.vkFrame1->setTitleNote(dateText(counted.date()) + u' ' + timeText(counted.time()).first(5));
+}
+
+void stokraporu::vkCommand3_click() {
+    leave();
+}
+
+}  // namespace kovanix
