@@ -395,7 +395,7 @@ std::optional<TableSelect> tableSelect(const QString& sql) {
 std::optional<QString> translateAfterRow(const QString& sql, const QString& identity, const RowRange& range) {
     SqlTokens tokens(sql);
     const std::optional<PlainSelect> select = plainSelect(tokens);
-    const bool cut = range.afterRow || range.limit > 0;
+    const bool cut = range.afterRow || range.upToRow || range.limit > 0;
     if (!select || (select->limited && (cut || !range.condition.isEmpty())) ||
         (cut && (select->ordered || identity.isEmpty()))) {
         return std::nullopt;
@@ -408,6 +408,8 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
         conditions.append(range.condition);
     if (range.afterRow)
         conditions.append(identity + u" > "_s + QString::number(*range.afterRow));
+    if (range.upToRow)
+        conditions.append(identity + u" <= "_s + QString::number(*range.upToRow));
     addCondition(tokens, *select, conditions.join(u" AND "));
     if (!select->ordered && !identity.isEmpty())
         tokens[select->last].text += u" ORDER BY "_s + identity;
@@ -416,19 +418,32 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     return tokens.text();
 }
 
-std::optional<QString> translateCount(const QString& sql, const QString& condition) {
+namespace {
+
+/// A select from a single table with something else in place of its columns and without its order.
+std::optional<QString> selecting(const QString& what, const QString& sql, const QString& condition) {
     SqlTokens tokens(sql);
     const std::optional<PlainSelect> select = plainSelect(tokens);
     if (!select || select->limited)
         return std::nullopt;
     translateTokens(tokens);
     addCondition(tokens, *select, condition);
-    tokens[0].text = u"SELECT count(*)"_s;
+    tokens[0].text = u"SELECT "_s + what;
     for (qsizetype i = 1; i < select->from; ++i)
         tokens[i].text.clear();
     for (qsizetype i = select->last + 1; i < tokens.count(); ++i)
         tokens[i].text.clear();  // an order
     return tokens.text();
+}
+
+}  // namespace
+
+std::optional<QString> translateCount(const QString& sql, const QString& condition) {
+    return selecting(u"count(*)"_s, sql, condition);
+}
+
+std::optional<QString> translateBounds(const QString& sql, const QString& identity) {
+    return selecting(u"count(*), min(%1), max(%1)"_s.arg(identity), sql, {});
 }
 
 bool changesTables(const QString& sql) {
