@@ -67,10 +67,13 @@ public:
     /// Painted in forecolor, as a shape.
     const QIcon& titleIcon() const { return m_titleIcon; }
     void setTitleIcon(const QIcon& icon);
-    /// What a list says of itself ("14 / 18.420"), in three quarters of the caption's size. Told to assistive
-    /// tools as the frame's description.
+    /// How the title bar's note stands beside the caption: what a list counts, in three quarters of its size,
+    /// or the range that a report covers, hardly smaller and in an ink of its own.
+    enum class Note { count, range };
+    /// What a list says of itself ("14 / 18.420"). Told to assistive tools as the frame's description.
     const QString& titleNote() const { return m_titleNote; }
-    void setTitleNote(const QString& text);
+    void setTitleNote(const QString& text) { setTitleNote(text, Note::count); }
+    void setTitleNote(const QString& text, Note kind);
     /// A line along the title bar's lower edge that tells how much of a reading is done: 0 to 1, nothing for
     /// no line. It is painted before the call returns, since whoever reads lets no events through.
     std::optional<double> progress() const { return m_progress; }
@@ -100,6 +103,7 @@ private:
     std::unique_ptr<FittedText> m_title;
     QIcon m_titleIcon;
     QString m_titleNote;
+    Note m_noteKind = Note::count;
     std::unique_ptr<FittedText> m_note;
     std::optional<double> m_progress;
     int m_titleHeight = 0;
