@@ -21,6 +21,7 @@
 #include "catalogue/urunler.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
+#include "reports/satisraporlar.h"
 #include "salestest.h"
 #include "screencontract.h"
 #include "widgets/activeresize.h"
@@ -178,6 +179,16 @@ QList<ScreenRow> screens() {
                          "yazilan", {}, keyboard<klavyeyeni2>),
         row<klavyesayi>("klavyesayi", "SAYILAR", {}, closes, closes, "yazilan vkCommand1_39 kapat", "yazilan",
                         {}, keyboard<klavyesayi>),
+        row<satisraporlar>(
+            "satisraporlar", "SATIS RAPORLARI", {}, closes, closes,
+            "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+            "TDBGrid1_filter_4 TDBGrid1_filter_5 TDBGrid1_filter_6 TDBGrid1_filter_7 urunsil tarihlerarasi "
+            "excelekaydet vkCommand1 htmlkaydet yazdir vkCommand4 saat1 Button_XP12 saat Button_XP15 Text2 "
+            "Text3 saat2 Button_XP14 Text6 vkToggleButton1 Text5 Text4 bugunkusatis dunkusatis haftaliksatis "
+            "ayliksatis",
+            "saat1 saat Text2 Text3 saat2 Text6 Text5 Text4 TDBGrid1_filter_0 TDBGrid1_filter_1 "
+            "TDBGrid1_filter_2 TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5 TDBGrid1_filter_6 "
+            "TDBGrid1_filter_7"),
         row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }
