@@ -314,7 +314,7 @@ void satisraporlar::satisgetir() {
     setOrder(u"tarih DESC "_s);
     // A range that can't be read leaves rows, sums and words as they are: they belong together.
     if (showRows() && showSums(range))
-        ui.Label10->setTitleNote(rangeWords(momentOf(start), momentOf(end)), vkFrame::Note::range);
+        ui.Label10->setTitleNote(rangeWords(momentOf(start), momentOf(end)));
     // A filter cell that is being typed in is a part of the list.
     if (!ui.TDBGrid1->isAncestorOf(focusWidget()))
         ui.TDBGrid1->setFocus();

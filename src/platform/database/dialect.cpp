@@ -371,6 +371,22 @@ void addCondition(SqlTokens& tokens, const PlainSelect& select, const QString& c
     }
 }
 
+/// The engine's SQL for something over all rows of a select from a single table, in place of their fields.
+std::optional<QString> translateResult(const QString& sql, const QString& result, const QString& condition) {
+    SqlTokens tokens(sql);
+    const std::optional<PlainSelect> select = plainSelect(tokens);
+    if (!select || select->limited)
+        return std::nullopt;
+    translateTokens(tokens);
+    addCondition(tokens, *select, condition);
+    tokens[0].text = u"SELECT "_s + result;
+    for (qsizetype i = 1; i < select->from; ++i)
+        tokens[i].text.clear();
+    for (qsizetype i = select->last + 1; i < tokens.count(); ++i)
+        tokens[i].text.clear();  // an order
+    return tokens.text();
+}
+
 }  // namespace
 
 QString translate(const QString& sql, const QString& identity) {
@@ -395,7 +411,7 @@ std::optional<TableSelect> tableSelect(const QString& sql) {
 std::optional<QString> translateAfterRow(const QString& sql, const QString& identity, const RowRange& range) {
     SqlTokens tokens(sql);
     const std::optional<PlainSelect> select = plainSelect(tokens);
-    const bool cut = range.afterRow || range.upToRow || range.limit > 0;
+    const bool cut = range.afterRow || range.limit > 0;
     if (!select || (select->limited && (cut || !range.condition.isEmpty())) ||
         (cut && (select->ordered || identity.isEmpty()))) {
         return std::nullopt;
@@ -403,13 +419,13 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     translateTokens(tokens);
     if (!identity.isEmpty())
         tokens[select->from - 1].text += u", "_s + identity;
+    if (range.byIdentity)
+        tokens[select->source].text += u" NOT INDEXED"_s;
     QStringList conditions;
     if (!range.condition.isEmpty())
         conditions.append(range.condition);
     if (range.afterRow)
         conditions.append(identity + u" > "_s + QString::number(*range.afterRow));
-    if (range.upToRow)
-        conditions.append(identity + u" <= "_s + QString::number(*range.upToRow));
     addCondition(tokens, *select, conditions.join(u" AND "));
     if (!select->ordered && !identity.isEmpty())
         tokens[select->last].text += u" ORDER BY "_s + identity;
@@ -418,32 +434,12 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     return tokens.text();
 }
 
-namespace {
-
-/// A select from a single table with something else in place of its columns and without its order.
-std::optional<QString> selecting(const QString& what, const QString& sql, const QString& condition) {
-    SqlTokens tokens(sql);
-    const std::optional<PlainSelect> select = plainSelect(tokens);
-    if (!select || select->limited)
-        return std::nullopt;
-    translateTokens(tokens);
-    addCondition(tokens, *select, condition);
-    tokens[0].text = u"SELECT "_s + what;
-    for (qsizetype i = 1; i < select->from; ++i)
-        tokens[i].text.clear();
-    for (qsizetype i = select->last + 1; i < tokens.count(); ++i)
-        tokens[i].text.clear();  // an order
-    return tokens.text();
-}
-
-}  // namespace
-
 std::optional<QString> translateCount(const QString& sql, const QString& condition) {
-    return selecting(u"count(*)"_s, sql, condition);
+    return translateResult(sql, u"count(*)"_s, condition);
 }
 
-std::optional<QString> translateBounds(const QString& sql, const QString& identity) {
-    return selecting(u"count(*), min(%1), max(%1)"_s.arg(identity), sql, {});
+std::optional<QString> translateExtent(const QString& sql, const QString& identity) {
+    return translateResult(sql, u"min(%1), max(%1), count(*)"_s.arg(identity), {});
 }
 
 bool changesTables(const QString& sql) {

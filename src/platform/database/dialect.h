@@ -44,7 +44,9 @@ struct RowRange {
     std::optional<qint64> afterRow = {};  ///< only rows entered after the one of that identity
     QString condition = {};               ///< in the engine's SQL, beside the select's own; empty for none
     qint64 limit = 0;                     ///< no more than that many; 0 for all
-    std::optional<qint64> upToRow = {};   ///< none entered after the one of that identity
+    /// Has the engine look for them by their identity, whatever index there is for a condition: one over many
+    /// rows would be walked, and its rows be sorted, for each range anew.
+    bool byIdentity = false;
 };
 
 /// The engine's SQL for a select from a single table, with the identity of each row as an additional last
@@ -57,9 +59,9 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
 /// any other statement.
 std::optional<QString> translateCount(const QString& sql, const QString& condition = {});
 
-/// The engine's SQL that gives how many rows a select from a single table reads, and the smallest and the
-/// largest of their identities; nothing for a limited select and any other statement.
-std::optional<QString> translateBounds(const QString& sql, const QString& identity);
+/// The engine's SQL that gives the first and the last identity and the count of the rows of a select from a
+/// single table whose rows have identities; nothing for a limited select and any other statement.
+std::optional<QString> translateExtent(const QString& sql, const QString& identity);
 
 /// A condition with positional values.
 struct Condition {

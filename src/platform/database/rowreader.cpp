@@ -1,8 +1,6 @@
 #include "database/rowreader.h"
 
-#include <QSqlError>
 #include <QSqlRecord>
-#include <QSqlResult>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -11,7 +9,7 @@
 
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
-#include "database/driver/rowcursor.h"
+#include "database/queryrows.h"
 #include "database/sqltokens.h"
 
 namespace kovanix {
@@ -22,31 +20,6 @@ using namespace Qt::StringLiterals;
 
 // Some milliseconds each: a writer on a shared drive waits no longer.
 constexpr qsizetype chunkRows = 20000;
-
-/// The rows of a query, without a QVariant for each cell.
-class Rows {
-public:
-    explicit Rows(QSqlQuery query)
-        : m_query(std::move(query)), m_cursor(*m_query.result()->handle().value<engine::RowCursor*>()) {}
-
-    bool next() { return m_cursor.nextRow(); }
-    QSqlError error() const { return m_query.lastError(); }
-    QSqlRecord record() const { return m_query.record(); }
-    /// A cell of the current row; its bytes are gone with the next row.
-    engine::Cell cell(int field) const { return m_cursor.cell(field); }
-
-private:
-    QSqlQuery m_query;
-    engine::RowCursor& m_cursor;
-};
-
-/// @throws RuntimeError the engine's failure
-bool next(const ConnectionCore& core, Rows& rows) {
-    const bool row = rows.next();
-    if (!row && rows.error().isValid())
-        throw core.failure(rows.error());
-    return row;
-}
 
 class Reader {
 public:
@@ -76,23 +49,23 @@ public:
 private:
     /// Of the rows behind those that were read.
     std::optional<QString> chunkSql() const {
-        return dialect::translateAfterRow(m_sql, m_shape.identity, {m_afterRow, {}, chunkRows, m_lastRow});
+        return dialect::translateAfterRow(m_sql, m_shape.identity, m_range);
     }
 
-    /// Rows that are looked for by a condition lie together as a rule: sales of a range of time. In the order
-    /// of entry the engine goes from the first of them to the last; left to itself it would sort all of them
+    /// Rows that are looked for by a condition lie together as a rule: sales of a range of time. The engine
+    /// goes through the table from the first of them to the last; left to itself it would sort all of them
     /// for the first chunk, and look for one more behind the last to the end of the table.
-    void findBounds() {
-        QSqlQuery bounds = m_core.run(*dialect::translateBounds(m_sql, m_shape.identity));
-        if (!bounds.next())
-            throw m_core.failure(bounds.lastError());
-        m_rowsToCome = bounds.value(0).toLongLong();
+    void findExtent() {
+        QueryRows extent(m_core.run(*dialect::translateExtent(m_sql, m_shape.identity)));
+        extent.next(m_core);
+        m_rowsToCome = extent.cell(2).whole;
         if (*m_rowsToCome <= chunkRows)
-            return;  // those few are quickly sorted
-        const qint64 first = bounds.value(1).toLongLong();
-        if (first > std::numeric_limits<qint64>::min())
-            m_afterRow = first - 1;
-        m_lastRow = bounds.value(2).toLongLong();
+            return;  // those few are found by an index and quickly sorted
+        m_range.byIdentity = true;
+        // One lower bound only: of two, the engine would start at either.
+        if (const qint64 first = extent.cell(0).whole; first > std::numeric_limits<qint64>::min())
+            m_range.afterRow = first - 1;
+        m_range.condition = m_shape.identity + u" <= " + QString::number(extent.cell(1).whole);
     }
 
     /// @param identified  whether the rows come with their identities
@@ -114,11 +87,11 @@ private:
 
     void readChunks() {
         if (m_conditional)
-            findBounds();
+            findExtent();
         for (bool more = true; more;) {
             more = readChunk() == chunkRows;
             if (more) {
-                m_afterRow = m_table.identities->back();
+                m_range.afterRow = m_table.identities->back();
                 tellProgress();
             }
         }
@@ -126,12 +99,12 @@ private:
 
     /// @return how many rows there were
     qsizetype readChunk() {
-        Rows rows(m_core.run(*chunkSql()));
+        QueryRows rows(m_core.run(*chunkSql()));
         const QSqlRecord record = rows.record();
         const int identity = record.count() - 1;
         takeColumns(record, identity, true);
         qsizetype count = 0;
-        for (; next(m_core, rows); ++count) {
+        for (; rows.next(m_core); ++count) {
             appendCells(rows);
             m_table.identities->append(rows.cell(identity).whole);
         }
@@ -160,16 +133,16 @@ private:
     }
 
     void readAtOnce() {
-        Rows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
+        QueryRows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
         const QSqlRecord record = rows.record();
         takeColumns(record, record.count(), false);
-        while (next(m_core, rows)) {
+        while (rows.next(m_core)) {
             appendCells(rows);
             m_table.identities->append(static_cast<qint64>(m_table.identities->size()) + 1);
         }
     }
 
-    void appendCells(Rows& rows) {
+    void appendCells(QueryRows& rows) {
         int field = 0;
         for (RowColumn& column : m_table.columns) {
             if (!column.isIdentity())
@@ -181,10 +154,9 @@ private:
     ConnectionCore& m_core;
     QString m_sql;
     const ReadProgress& m_progress;
-    std::optional<qint64> m_lastIdentity;  ///< of the table
-    std::optional<qint64> m_afterRow;      ///< where the next chunk begins
-    std::optional<qint64> m_lastRow;       ///< where the last one ends
-    std::optional<qint64> m_rowsToCome;    ///< all of them, where they were counted
+    dialect::RowRange m_range{{}, {}, chunkRows};  ///< of the next chunk
+    std::optional<qint64> m_lastIdentity;          ///< of the table
+    std::optional<qint64> m_rowsToCome;            ///< all of them, where they were counted
     bool m_conditional = false;
     TableShape m_shape;
     bool m_allColumns = false;
@@ -214,11 +186,11 @@ bool rereadRow(ConnectionCore& core, const QString& sql, RowTable& table, std::s
         const auto select = dialect::translateAfterRow(sql, shape.identity, {before, {}, 1});
         if (shape.identity.isEmpty() || !select)
             return false;
-        Rows rows(core.run(*select));
+        QueryRows rows(core.run(*select));
         const QSqlRecord record = rows.record();
         const int identityField = record.count() - 1;
         // Another table may stand under the name by now.
-        if (!isOf(table, record, identityField) || !next(core, rows) ||
+        if (!isOf(table, record, identityField) || !rows.next(core) ||
             rows.cell(identityField).whole != identity)
             return false;
         bool changed = false;

@@ -156,14 +156,18 @@ void vkFrame::setTitleIcon(const QIcon& icon) {
     update();
 }
 
-void vkFrame::setTitleNote(const QString& text, Note kind) {
-    if (m_titleNote == text && m_noteKind == kind)
+void vkFrame::setTitleNote(const QString& text) {
+    if (m_titleNote == text)
         return;
     m_titleNote = text;
-    m_noteKind = kind;
     setAccessibleDescription(text);
     // The strip alone: what stands on the frame needn't be painted anew for it.
     update(titleBar());
+}
+
+void vkFrame::setTitleNoteRange(bool range) {
+    m_titleNoteIsRange = range;
+    update();
 }
 
 void vkFrame::setProgress(std::optional<double> share) {
@@ -265,14 +269,13 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
     if (!m_titleIcon.isNull())
         room = paintTitleIcon(painter, room);
     if (!m_titleNote.isEmpty()) {
-        const bool range = m_noteKind == Note::range;
-        QFont letters = font();
-        letters.setWeight(range ? QFont::Medium : QFont::Normal);
-        m_note->fit(m_titleNote, letters, range ? pixels * 9 / 10 : pixels * 3 / 4,
+        QFont small = font();
+        small.setWeight(m_titleNoteIsRange ? QFont::Medium : QFont::Normal);
+        m_note->fit(m_titleNote, small, m_titleNoteIsRange ? pixels * 9 / 10 : pixels * 3 / 4,
                     room.adjusted(room.width() / 2, 0, 0, 0), Qt::AlignRight | Qt::AlignVCenter, 1);
         const bool onStrip = m_forecolor == roleColor(ColorRole::stripInk);
-        m_note->paint(
-            painter, onStrip ? roleColor(range ? ColorRole::stripRange : ColorRole::stripNote) : m_forecolor);
+        const ColorRole ink = m_titleNoteIsRange ? ColorRole::stripRange : ColorRole::stripNote;
+        m_note->paint(painter, onStrip ? roleColor(ink) : m_forecolor);
         room.setRight(m_note->bounds().left() - padding);
     }
     m_title->fit(m_caption, font(), pixels, room, Qt::AlignLeft | Qt::AlignVCenter, 1);

@@ -33,6 +33,7 @@ class vkFrame : public QWidget {
     Q_PROPERTY(int titleHeight READ titleHeight WRITE setTitleHeight)
     Q_PROPERTY(QIcon titleIcon READ titleIcon WRITE setTitleIcon)
     Q_PROPERTY(QString titleNote READ titleNote WRITE setTitleNote)
+    Q_PROPERTY(bool titleNoteRange READ isTitleNoteRange WRITE setTitleNoteRange)
 
 public:
     explicit vkFrame(QWidget* parent = nullptr);
@@ -67,13 +68,13 @@ public:
     /// Painted in forecolor, as a shape.
     const QIcon& titleIcon() const { return m_titleIcon; }
     void setTitleIcon(const QIcon& icon);
-    /// How the title bar's note stands beside the caption: what a list counts, in three quarters of its size,
-    /// or the range that a report covers, hardly smaller and in an ink of its own.
-    enum class Note { count, range };
-    /// What a list says of itself ("14 / 18.420"). Told to assistive tools as the frame's description.
+    /// What a list says of itself ("14 / 18.420"), in three quarters of the caption's size. Told to assistive
+    /// tools as the frame's description.
     const QString& titleNote() const { return m_titleNote; }
-    void setTitleNote(const QString& text) { setTitleNote(text, Note::count); }
-    void setTitleNote(const QString& text, Note kind);
+    void setTitleNote(const QString& text);
+    /// Whether the note is a range in words, which a report's title bar tells larger and in its own colour.
+    bool isTitleNoteRange() const { return m_titleNoteIsRange; }
+    void setTitleNoteRange(bool range);
     /// A line along the title bar's lower edge that tells how much of a reading is done: 0 to 1, nothing for
     /// no line. It is painted before the call returns, since whoever reads lets no events through.
     std::optional<double> progress() const { return m_progress; }
@@ -103,7 +104,7 @@ private:
     std::unique_ptr<FittedText> m_title;
     QIcon m_titleIcon;
     QString m_titleNote;
-    Note m_noteKind = Note::count;
+    bool m_titleNoteIsRange = false;
     std::unique_ptr<FittedText> m_note;
     std::optional<double> m_progress;
     int m_titleHeight = 0;

@@ -80,7 +80,6 @@ private Q_SLOTS:
     void leavesOutAnIdentityThatIsNotThere();
     void counts_data();
     void counts();
-    void findsBounds();
     void rendersFilters_data();
     void rendersFilters();
     void addsAColumn_data();
@@ -307,10 +306,6 @@ void TestDialect::asksForRowsAfterAnother_data() {
         {u"select a from t u where a=1 or b=2 ;"_s,
          {7, u"c = ?"_s},
          u"select a, id from t u where ( a=1 or b=2) AND c = ? AND id > 7 ORDER BY id ;"_s});
-    row("up to a row", {u"select * from t where a=1"_s,
-                        {7, {}, 5, 9},
-                        u"select *, id from t where ( a=1) AND id > 7 AND id <= 9 ORDER BY id LIMIT 5"_s});
-    row("own order, up to a row", {u"select a from t order by a"_s, {{}, {}, 0, 9}, {}});
     row("own order", {u"select a from t order by a"_s, {}, u"select a, id from t order by a"_s});
     row("own order, condition", {u"select a from t order by a"_s,
                                  {std::nullopt, u"c = ?"_s},
@@ -350,18 +345,6 @@ void TestDialect::counts_data() {
 void TestDialect::counts() {
     QFETCH(const CountRow, row);
     QCOMPARE(dialect::translateCount(row.sql, row.condition).value_or(QString()).simplified(), row.engine);
-}
-
-void TestDialect::findsBounds() {
-    const auto bounds = [](const QString& sql) {
-        return dialect::translateBounds(sql, u"id"_s).value_or(QString()).simplified();
-    };
-    QCOMPARE(
-        bounds(u"select * from t where a between #5/4/2026 10:00:00# and #5/4/2026 12:30:00# order by b"_s),
-        u"SELECT count(*), min(id), max(id) from t where a between '2026-05-04 10:00:00' and "
-        u"'2026-05-04 12:30:00'"_s);
-    QCOMPARE(bounds(u"select * from t limit 2"_s), QString());
-    QCOMPARE(bounds(u"select max(a) from t"_s), QString());
 }
 
 void TestDialect::rendersFilters_data() {
