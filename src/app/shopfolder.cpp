@@ -25,7 +25,6 @@ void deliver(const QString& folder) {
     if (database.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         database.close();
     ayaryaz(u"ayar"_s, u"ensonkikisayol"_s, u"1"_s, QDir(folder).filePath(configurationName()));
-    QDir().mkpath(drivePath(u"C:\\kovanix"_s));
 }
 
 }  // namespace
@@ -36,6 +35,8 @@ void prepareShopFolder(const QString& commandLine) {
     setApplicationFolder(folder);
     if (!QDir(folder).exists())
         deliver(folder);
+    // Exports never make a folder, and a newcomer's machine has neither drive nor folder.
+    QDir().mkpath(drivePath(u"C:\\kovanix"_s));
 }
 
 }  // namespace kovanix

@@ -5,9 +5,9 @@
 namespace kovanix {
 
 /// Chooses the application folder for this process and sets it. A folder that doesn't exist yet is delivered:
-/// made with an empty database file, a configuration file that holds the first quick-sale page, and the
-/// export folder (C:\kovanix, see drivePath). A folder that can't be made is left absent: the first database
-/// action then tells.
+/// made with an empty database file and a configuration file that holds the first quick-sale page. The export
+/// folder (C:\kovanix, see drivePath) is made wherever it is missing. A folder that can't be made is left
+/// absent: the first database action then tells.
 ///
 /// @param commandLine  the folder given on the command line; empty when none was
 void prepareShopFolder(const QString& commandLine);

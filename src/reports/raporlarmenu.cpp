@@ -2,6 +2,7 @@
 
 #include "app/modTurkce.h"
 #include "desktop/focus.h"
+#include "reports/satisraporlar.h"
 #include "reports/stokraporu.h"
 #include "reports/zparogu.h"
 #include "runtime/screenregistry.h"
@@ -28,6 +29,7 @@ void raporlarmenu::form_load() {
 
 /// The sales report alone takes the menu's place; the others open above it.
 void raporlarmenu::fiyatgor_click() {
+    showInFront(screen<satisraporlar>());
     unload<raporlarmenu>();
 }
 

@@ -71,13 +71,13 @@ void ListScreen::setUpList(const Controls& controls) {
         holder->layout()->setGeometry(holder->contentsRect());  // a hidden window gets no resize events
 }
 
-void ListScreen::connectData() {
+void ListScreen::connectData(const QString& recordSource) {
     m_controls.data->setConnectionString(baglantiyazisi());
     m_controls.data->setCommandType(Adodc::CommandType::table);
-    m_controls.data->setRecordSource(m_traits.source);
+    m_controls.data->setRecordSource(recordSource);
 }
 
-void ListScreen::showRows() {
+bool ListScreen::showRows() {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a second
     const auto restore = qScopeGuard([this] {
         m_controls.frame->setProgress({});
@@ -102,6 +102,7 @@ void ListScreen::showRows() {
     if (filterTexts() != m_textsInForce)
         filter();
     tellCount();
+    return readable;
 }
 
 std::chrono::milliseconds ListScreen::readingTime() const {
@@ -148,7 +149,7 @@ void ListScreen::sort(const QString& order) {
 /// Marks the column of the order in force, which is the former one where another was refused.
 void ListScreen::tellSort() {
     TDBGrid& grid = *m_controls.grid;
-    const QString inForce = m_controls.data->recordset().sort();
+    const QString inForce = m_controls.data->recordset().sort().trimmed();
     int marked = -1;
     for (int i = 0; i < grid.columnCount(); ++i) {
         if (inForce.section(u' ', 0, 0) == grid.column(i).dataField())

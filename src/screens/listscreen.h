@@ -71,7 +71,7 @@ protected:
     struct Controls {
         TDBGrid* grid = nullptr;
         Adodc* data = nullptr;
-        QLineEdit* selected = nullptr;  ///< `sutun2`, the number of the selected row
+        QLineEdit* selected = nullptr;  ///< `sutun2`, the number of the selected row; none where nothing asks
         ActiveResize* resizing = nullptr;
         vkFrame* frame = nullptr;  ///< whose title strip bears the count
     };
@@ -85,9 +85,14 @@ protected:
     void setUpList(const Controls& controls);
 
     /// Points the data control at the shop's file and the screen's table.
-    void connectData();
+    void connectData() { connectData(m_traits.source); }
+    /// The same with a condition behind the table ("satislar where …").
+    void connectData(const QString& recordSource);
     /// Binds the grid, reads the rows and shows them; nothing is read that is known to be unchanged.
-    void showRows();
+    /// @return whether they could be read; else those of before stand
+    bool showRows();
+    /// The order that the rows get at the next reading, in place of what a heading asked for.
+    void setOrder(const QString& order) { m_sort = order; }
     /// Keeps the widths of grid and columns as they are at the design size.
     void storeWidths();
     /// Sets what the filter cells ask for. A filter that is refused leaves the former one in force, and its
@@ -97,6 +102,8 @@ protected:
     virtual std::chrono::milliseconds readingTime() const;
     /// Copies the number of the current row into the hidden box.
     void copySelection();
+    /// Tells in the title strip how many rows there are.
+    virtual void tellCount();
 
     /// The screen's procedures for the grid's own events.
     virtual void TDBGrid1_dblclick();
@@ -107,7 +114,6 @@ protected:
 private:
     void sort(const QString& order);
     void tellSort();
-    void tellCount();
     void tellEmpty(bool readable);
     QStringList filterTexts() const;
 

@@ -40,6 +40,13 @@ class TestShopFolder : public QObject {
         QString from, name;
     };
 
+    struct ExportFolderRow {
+        QString shop;     ///< below the fixture's folder
+        QString drive;    ///< the same
+        QString present;  ///< folder that is there already
+        bool made;
+    };
+
     QTemporaryDir m_driveC;
 
 private Q_SLOTS:
@@ -110,6 +117,25 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(fixture.folder()), present);
         for (const QString& name : present)
             QCOMPARE(bytesOf(fixture.file(name)), "what the shop has: " + name.toUtf8());
+    }
+
+    void makesTheExportFolder_data() {
+        addRows<ExportFolderRow>({{"new shop, no drive", {u"shop"_s, u"a/drive"_s, {}, true}},
+                                  {"old shop, no drive", {{}, u"a/drive"_s, {}, true}},
+                                  {"old shop, empty drive", {{}, u"drive"_s, u"drive"_s, true}},
+                                  {"there already", {{}, u"drive"_s, u"drive/kovanix"_s, true}},
+                                  {"where it can't be made", {{}, u"file/drive"_s, {}, false}}});
+    }
+    void makesTheExportFolder() {
+        QFETCH(const ExportFolderRow, row);
+        const ShopFixture fixture;
+        write(fixture.file(u"file"_s), "x");
+        if (!row.present.isEmpty())
+            QVERIFY(QDir().mkpath(fixture.file(row.present)));
+        qputenv("KOVANIX_DRIVE_C", QFile::encodeName(fixture.file(row.drive)));
+        prepareShopFolder(fixture.file(row.shop));
+        QCOMPARE(QFileInfo(fixture.file(row.drive + u"/kovanix")).isDir(), row.made);
+        QVERIFY(QFileInfo(applicationFolder()).isDir());
     }
 
     void whereNoFolderCanBeMade() {

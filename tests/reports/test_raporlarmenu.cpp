@@ -3,14 +3,12 @@
 #include "app/session.h"
 #include "desktop/focus.h"
 #include "reports/raporlarmenu.h"
+#include "reports/satisraporlar.h"
 #include "reports/stokraporu.h"
 #include "reports/zparogu.h"
 #include "rows.h"
 #include "runtime/screenregistry.h"
 #include "salestest.h"
-#if __has_include("reports/satisraporlar.h")
-#include "reports/satisraporlar.h"
-#endif
 
 using namespace kovanix;
 
@@ -81,11 +79,9 @@ private Q_SLOTS:
 
     void opens_data() {
         addRows<OpensRow>({
-#if __has_include("reports/satisraporlar.h")
             {"sales", {"fiyatgor", loaded<satisraporlar>, theScreen<satisraporlar>, false}},
-#endif
-                {"stock", {"vkCommand1", loaded<stokraporu>, theScreen<stokraporu>, true}},
-                {"Z", {"vkCommand2", loaded<zparogu>, theScreen<zparogu>, true}},
+            {"stock", {"vkCommand1", loaded<stokraporu>, theScreen<stokraporu>, true}},
+            {"Z", {"vkCommand2", loaded<zparogu>, theScreen<zparogu>, true}},
         });
     }
     /// Only the sales report takes the menu's place. Whoever is logged in may open them all.

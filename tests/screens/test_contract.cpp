@@ -27,6 +27,7 @@
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
 #include "reports/raporlarmenu.h"
+#include "reports/satisraporlar.h"
 #include "reports/stokraporu.h"
 #include "reports/zparogu.h"
 #include "salestest.h"
@@ -204,7 +205,19 @@ QList<ScreenRow> screens() {
                           "vkCommand3 fiyatgor vkCommand1 vkCommand2"),
         row<stokraporu>("stokraporu", "STOK RAPORU", {720, 462}, closes, closes, "vkCommand3"),
         row<zparogu>("zparogu", "Z RAPORU", {720, 552}, closes, closes,
-                     "cmdClose Image2 Image1 Command3 Command1"),
+                     "cmdClose Image2 tarih1 saat1 Tarih2 saat2 Image1 Command3 Command1", "   "),
+        row<satisraporlar>(
+            "satisraporlar", "SATIS RAPORLARI", {}, closes, closes,
+            "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
+            "TDBGrid1_filter_4 TDBGrid1_filter_5 TDBGrid1_filter_6 TDBGrid1_filter_7 urunsil tarihlerarasi "
+            "excelekaydet vkCommand1 htmlkaydet yazdir vkCommand4 ilktarih1 saat1 Button_XP12 saat "
+            "Button_XP15 Text2 "
+            "Text3 ilktarih2 saat2 Button_XP14 Text6 vkToggleButton1 Text5 Text4 bugunkusatis dunkusatis "
+            "haftaliksatis "
+            "ayliksatis",
+            " saat1 saat Text2 Text3  saat2 Text6 Text5 Text4 TDBGrid1_filter_0 TDBGrid1_filter_1 "
+            "TDBGrid1_filter_2 TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5 TDBGrid1_filter_6 "
+            "TDBGrid1_filter_7"),
         row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
     };
 }

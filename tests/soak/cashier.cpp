@@ -56,6 +56,9 @@ const std::vector<Box>& boxes() {
         {"MSG_URUN_SIL_SEC", "UYARI", {ok, escape}},
         {"MSG_URUN_SECIN", "UYARI", {ok, escape}},
         {"MSG_URUN_ADI_BOS", "UYARI", {ok, escape}},
+        {"MSG_SATIS_SIL_SEC", "UYARI", {ok, escape}},
+        {"MSG_SIL_ONAY", "MSG_SILME_ONAY_BASLIK", {no, escape}},  // what was sold stays in the books
+        {"MSG_SATIS_EXPORT", "UYARI", {ok, escape}},
     };
     return table;
 }

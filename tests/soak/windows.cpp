@@ -108,7 +108,6 @@ const std::vector<WindowRow>& knownWindows() {
          "TDBGrid1"},
         // A customer is typed, but never stored.
         {"liste", {{sales, "vkCommand6"}}, {"vkCommand2", "X"}, {"kisiekleme2", "vazgec2", "vkCommand1"}},
-        // The sales report isn't opened from here: nothing is deleted by chance.
         {"raporlarmenu", {{sales, "vkCommand2"}, {sales, "F5", key}}, {"vkCommand3", "Escape", "X"}},
         {"stokraporu", {{"raporlarmenu", "vkCommand1"}}, {"vkCommand3", "Escape", "X"}},
         // Nothing is printed: the receipts in the printer's folder are counted.
@@ -117,6 +116,14 @@ const std::vector<WindowRow>& knownWindows() {
          {"cmdClose", "Escape", "X"},
          {"Command3", "Image1", "Image2"}},
         {"urunler", {{sales, "vkCommand3"}, {sales, "F6", key}}, {"vkCommand4", "X"}},
+        // Its presets and panels read anew; its files and its deletion are left alone. Escape only empties a
+        // filter cell that holds a text, and closes a panel.
+        {"satisraporlar",
+         {{"raporlarmenu", "fiyatgor"}},
+         {"vkCommand4", "X"},
+         {"bugunkusatis", "dunkusatis", "haftaliksatis", "ayliksatis", "tarihlerarasi", "Button_XP12",
+          "Button_XP14", "Button_XP15", "vkToggleButton1", "Label1_0", "Label1_23", "Label1_27", "Label1_50",
+          "Label1_51", "Label1_110"}},
         {.name = "klavyeyeni2",
          .ways = {{sales, "kisayolklavye"}, {"kullanicilar", "Image1"}},
          .exits = {"vkCommand1_100", "kapat", "Escape", "X"},

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QLocalSocket>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include "data/baglanmamodulu.h"
@@ -40,9 +41,12 @@ QString demoShopProgram() {
 
 QProcessEnvironment tillEnvironment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* variable : {"KOVANIX_FOLDER", "KOVANIX_PRINTER", "KOVANIX_DRIVE_C", "PRINTER", "LPDEST",
-                                 "CUPS_SERVER", "DISPLAY", "WAYLAND_DISPLAY", "XDG_ACTIVATION_TOKEN"})
+    for (const char* variable : {"KOVANIX_FOLDER", "KOVANIX_PRINTER", "PRINTER", "LPDEST", "CUPS_SERVER",
+                                 "DISPLAY", "WAYLAND_DISPLAY", "XDG_ACTIVATION_TOKEN"})
         environment.remove(QString::fromLatin1(variable));
+    // Every start makes the export folder: not among the documents of whoever runs the tests.
+    static const QTemporaryDir drive;
+    environment.insert(u"KOVANIX_DRIVE_C"_s, drive.path());
     environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
     // No server: a test that prints names its own.
     environment.insert(u"CUPS_SERVER"_s, u"/nonexistent/cups.sock"_s);

@@ -48,6 +48,8 @@ public:
     Sorting(const RowColumn& column, RowBits& groupStarts) : m_column(column), m_groupStarts(groupStarts) {}
 
     std::vector<std::uint32_t> run() {
+        if (standsInOrder())
+            return asEntered();
         m_entries.resize(m_column.count());
         for (std::size_t row = 0; row < m_entries.size(); ++row)
             m_entries[row].row = static_cast<std::uint32_t>(row);
@@ -85,6 +87,38 @@ private:
         std::size_t end;
         std::size_t depth;
     };
+
+    /// A moment as the till stores it. Among such, the order of the bytes is that of the keys.
+    static bool isPlainMoment(std::string_view text) {
+        constexpr std::string_view form = "0000-00-00 00:00:00";
+        return std::ranges::equal(text, form, [](char sign, char wanted) {
+            return wanted == '0' ? sign >= '0' && sign <= '9' : sign == wanted;
+        });
+    }
+
+    /// Whether the rows were entered in the order of their moments, as sales are.
+    bool standsInOrder() const {
+        if (m_column.type() != ColumnType::moment || !m_column.oddCells().empty())
+            return false;
+        std::string_view before;
+        for (std::size_t row = 0; row < m_column.count(); ++row) {
+            const std::string_view text = m_column.storedText(row);
+            if (!isPlainMoment(text) || text < before)
+                return false;
+            before = text;
+        }
+        return true;
+    }
+
+    std::vector<std::uint32_t> asEntered() {
+        std::vector<std::uint32_t> rows(m_column.count());
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            rows[row] = static_cast<std::uint32_t>(row);
+            if (row == 0 || m_column.storedText(row) != m_column.storedText(row - 1))
+                m_groupStarts.set(row);
+        }
+        return rows;
+    }
 
     bool isText() const {
         return m_column.type() == ColumnType::text || m_column.type() == ColumnType::moment;

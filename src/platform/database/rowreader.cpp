@@ -32,8 +32,9 @@ public:
                 m_table.name = select->table;
                 m_shape = m_core.schema.shape(m_core, select->table);
                 m_allColumns = select->allColumns;
+                m_conditional = select->conditional;
             }
-            if (!m_shape.identity.isEmpty() && chunkSql(std::nullopt)) {
+            if (!m_shape.identity.isEmpty() && chunkSql()) {
                 readChunks();
             } else {
                 readAtOnce();
@@ -46,8 +47,25 @@ public:
     }
 
 private:
-    std::optional<QString> chunkSql(std::optional<qint64> afterRow) const {
-        return dialect::translateAfterRow(m_sql, m_shape.identity, {afterRow, {}, chunkRows});
+    /// Of the rows behind those that were read.
+    std::optional<QString> chunkSql() const {
+        return dialect::translateAfterRow(m_sql, m_shape.identity, m_range);
+    }
+
+    /// Rows that are looked for by a condition lie together as a rule: sales of a range of time. The engine
+    /// goes through the table from the first of them to the last; left to itself it would sort all of them
+    /// for the first chunk, and look for one more behind the last to the end of the table.
+    void findExtent() {
+        QueryRows extent(m_core.run(*dialect::translateExtent(m_sql, m_shape.identity)));
+        extent.next(m_core);
+        m_rowsToCome = extent.cell(2).whole;
+        if (*m_rowsToCome <= chunkRows)
+            return;  // those few are found by an index and quickly sorted
+        m_range.byIdentity = true;
+        // One lower bound only: of two, the engine would start at either.
+        if (const qint64 first = extent.cell(0).whole; first > std::numeric_limits<qint64>::min())
+            m_range.afterRow = first - 1;
+        m_range.condition = m_shape.identity + u" <= " + QString::number(extent.cell(1).whole);
     }
 
     /// @param identified  whether the rows come with their identities
@@ -68,19 +86,20 @@ private:
     }
 
     void readChunks() {
-        std::optional<qint64> afterRow;
+        if (m_conditional)
+            findExtent();
         for (bool more = true; more;) {
-            more = readChunk(afterRow) == chunkRows;
+            more = readChunk() == chunkRows;
             if (more) {
-                afterRow = m_table.identities->back();
+                m_range.afterRow = m_table.identities->back();
                 tellProgress();
             }
         }
     }
 
     /// @return how many rows there were
-    qsizetype readChunk(std::optional<qint64> afterRow) {
-        QueryRows rows(m_core.run(*chunkSql(afterRow)));
+    qsizetype readChunk() {
+        QueryRows rows(m_core.run(*chunkSql()));
         const QSqlRecord record = rows.record();
         const int identity = record.count() - 1;
         takeColumns(record, identity, true);
@@ -92,11 +111,16 @@ private:
         return count;
     }
 
-    /// What is to come is estimated from the identities. Their largest is found at once, whereas counting
-    /// would read the whole table one more time.
+    /// What is to come of a whole table is estimated from the identities. Their largest is found at once,
+    /// whereas counting would read the whole table one more time.
     void tellProgress() {
         if (!m_progress)
             return;
+        if (m_rowsToCome) {
+            const auto read = static_cast<qsizetype>(m_table.count());
+            m_progress(read, std::max(read, static_cast<qsizetype>(*m_rowsToCome)));
+            return;
+        }
         if (!m_lastIdentity)
             m_lastIdentity =
                 m_core.number(u"SELECT max(%1) FROM %2"_s.arg(m_shape.identity, quotedSqlName(m_table.name)));
@@ -130,7 +154,10 @@ private:
     ConnectionCore& m_core;
     QString m_sql;
     const ReadProgress& m_progress;
-    std::optional<qint64> m_lastIdentity;  ///< of the table
+    dialect::RowRange m_range{{}, {}, chunkRows};  ///< of the next chunk
+    std::optional<qint64> m_lastIdentity;          ///< of the table
+    std::optional<qint64> m_rowsToCome;            ///< all of them, where they were counted
+    bool m_conditional = false;
     TableShape m_shape;
     bool m_allColumns = false;
     RowTable m_table;

@@ -249,6 +249,8 @@ void vkFrame::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(bounds.adjusted(inset, inset, -inset, -inset), radius - inset,
                                 radius - inset);
     }
+    if (hasFocus())
+        paintFocusRing(painter, bounds, radius);
 }
 
 void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius) {

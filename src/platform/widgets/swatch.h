@@ -17,7 +17,6 @@ Q_SIGNALS:
     void mousedown();
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void pressedByKey() override { Q_EMIT mousedown(); }
 };

@@ -52,12 +52,22 @@ void TestReadProgress::tellsItsProgress_data() {
               {},
               u"select * from urunler where no > 20000"_s,
               {{20000, 40000}, {40000, 40000}}},
-             // The rows end before the table does: known only at their end.
              {"with a condition on its end",
               60000,
               {},
               u"select * from urunler where no <= 30000"_s,
-              {{20000, 60000}}},
+              {{20000, 30000}}},
+             {"with a condition that rows at both ends meet",
+              60000,
+              {},
+              u"select * from urunler where no <= 10000 or no > 45000"_s,
+              {{20000, 25000}}},
+             {"with a condition that a chunk meets exactly",
+              60000,
+              {},
+              u"select * from urunler where no between 101 and 20100"_s,
+              {{20000, 20000}}},
+             {"with a condition that no row meets", 60000, {}, u"select * from urunler where no < 0"_s, {}},
              {"in an order of its own", 40001, {}, u"select * from urunler order by urun"_s, {}},
          })
         QTest::newRow(row.name) << row;
@@ -82,6 +92,8 @@ void TestReadProgress::tellsItsProgress() {
     };
     QVERIFY(rows.read(connection, row.select, tell));
     QCOMPARE(told, row.told);
+    QCOMPARE(QStringList(QString::number(rows.totalCount())),
+             raw.rows(u"SELECT count(*) FROM ("_s + row.select + u')'));
     // Nothing is read that is known.
     told.clear();
     QVERIFY(!rows.read(connection, row.select, tell));

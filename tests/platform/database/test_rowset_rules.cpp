@@ -22,6 +22,12 @@ struct Order {
     QList<int> numbers;
 };
 
+struct MomentsRow {
+    QStringList moments;  ///< as stored, in order of entry; a null one is null there
+    QList<int> ascending;
+    QList<int> descending;
+};
+
 struct Search {
     QString criterion;
     qsizetype from;
@@ -45,6 +51,7 @@ QList<int> sorted(QList<int> rows) {
 
 Q_DECLARE_METATYPE(Choice)
 Q_DECLARE_METATYPE(Order)
+Q_DECLARE_METATYPE(MomentsRow)
 Q_DECLARE_METATYPE(Search)
 
 /// What filter, sort, search and current row make of rows once read.
@@ -66,6 +73,8 @@ private Q_SLOTS:
     void sorts();
     void sortsMixedCells_data();
     void sortsMixedCells();
+    void sortsMoments_data();
+    void sortsMoments();
     void sortsTextsByTheirKeys();
     void refusesSorts_data();
     void refusesSorts();
@@ -333,6 +342,36 @@ void TestRowSetRules::sortsMixedCells() {
          u"INSERT INTO urunler (satis, tarih) VALUES ('b', 7), ('a', 3), (5, 7.0), ('A', NULL), (NULL, 'x'), ('ç', 'X')"_s});
     m_rows.setSort(row.sort);
     QCOMPARE(numbers(m_rows), row.numbers);
+}
+
+void TestRowSetRules::sortsMoments_data() {
+    QTest::addColumn<MomentsRow>("row");
+    const QString early = u"2026-05-04 09:59:59"_s;
+    const QString ten = u"2026-05-04 10:00:00"_s;
+    const QString late = u"2026-05-04 10:00:01"_s;
+    const auto row = [](const char* name, const MomentsRow& moments) { QTest::newRow(name) << moments; };
+    row("as they came", {{early, ten, late}, {1, 2, 3}, {3, 2, 1}});
+    row("as they came, in one second", {{early, ten, ten, late}, {1, 2, 3, 4}, {4, 2, 3, 1}});
+    row("all in one second", {{ten, ten, ten}, {1, 2, 3}, {1, 2, 3}});
+    row("the last one early", {{ten, late, early}, {3, 1, 2}, {2, 1, 3}});
+    row("the first one late", {{late, early, ten}, {2, 3, 1}, {1, 3, 2}});
+    row("over a year's end", {{u"2025-12-31 23:59:59"_s, u"2026-01-01 00:00:00"_s}, {1, 2}, {2, 1}});
+    row("one that is null", {{early, {}, late}, {2, 1, 3}, {3, 1, 2}});
+    row("one that is no moment", {{u"2026-05-04"_s, u"2026-05-04-x"_s, ten}, {1, 3, 2}, {2, 3, 1}});
+    row("no line", {{}, {}, {}});
+}
+
+void TestRowSetRules::sortsMoments() {
+    QFETCH(const MomentsRow, row);
+    QStringList statements{u"CREATE TABLE urunler (no COUNTER, tarih DATETIME)"_s};
+    for (const QString& moment : row.moments)
+        statements << u"INSERT INTO urunler (tarih) VALUES ("_s +
+                          (moment.isNull() ? u"NULL"_s : u'\'' + moment + u'\'') + u')';
+    read(statements);
+    m_rows.setSort(u"tarih ASC"_s);
+    QCOMPARE(numbers(m_rows), row.ascending);
+    m_rows.setSort(u"tarih DESC "_s);
+    QCOMPARE(numbers(m_rows), row.descending);
 }
 
 /// Ties, texts that begin alike, long ones and ones kept as numbers look.

@@ -1,0 +1,48 @@
+#include "reports/rangewords.h"
+
+#include "values/dates.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The day without its weekday, as much of it as the words behind it don't tell already.
+QString dayText(QDate day, QDate toldBehind) {
+    const QString words = longDateText(day);  // "4 Mayıs 2026 Pazartesi"
+    if (day.year() != toldBehind.year())
+        return words.section(u' ', 0, 2);
+    return words.section(u' ', 0, day.month() == toldBehind.month() ? 0 : 1);
+}
+
+QString fullDayText(QDate day) {
+    return longDateText(day).section(u' ', 0, 2);
+}
+
+}  // namespace
+
+QString rangeWords(const QDateTime& from, const QDateTime& to) {
+    if (!from.isValid() || !to.isValid())
+        return {};
+    if (from > to)
+        return u"Başlangıç bitişten sonra"_s;
+    const QDate first = from.date();
+    const QDate last = to.date();
+    const bool wholeDays = from.time() == QTime(0, 0, 0) && to.time() == QTime(23, 59, 59);
+    const bool wholeMinutes = from.time().second() == 0 && to.time().second() == 59;
+    const auto clock = [wholeMinutes](QTime time) { return timeText(time).left(wholeMinutes ? 5 : 8); };
+    if (first == last) {
+        const QString times = clock(from.time()) + u" – " + clock(to.time());
+        return longDateText(first) + u", " + (wholeDays ? u"bütün gün"_s : times);
+    }
+    if (wholeDays)
+        return dayText(first, last) + u" – " + fullDayText(last) + u", " +
+               QString::number(first.daysTo(last) + 1) + u" gün";
+    // With a time behind it, a bare day of the month would read badly.
+    const QString begin =
+        first.year() == last.year() ? fullDayText(first).section(u' ', 0, 1) : fullDayText(first);
+    return begin + u' ' + clock(from.time()) + u" – " + fullDayText(last) + u' ' + clock(to.time());
+}
+
+}  // namespace kovanix
