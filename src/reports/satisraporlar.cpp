@@ -134,7 +134,7 @@ void satisraporlar::addCells(vkFrame& panel, const Cells& cells) {
         places->addWidget(add(cells.first + i, QString::number(i), u"wide"_s, FaceRole::light),
                           i / cells.columns, i % cells.columns);
     DrawnButton* close = add(cells.closes, u"KAPAT"_s, u"choice"_s, FaceRole::slate);
-    close->setIcon(QIcon(u":/icons/x.svg"_s));
+    close->setIconFile(u":/icons/x.svg"_s);
     close->setIconSize({22, 22});
     close->setIconPlace(DrawnButton::IconPlace::beside);
     places->addWidget(close, cells.count / cells.columns, 0, 1, cells.columns);

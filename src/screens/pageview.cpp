@@ -50,7 +50,7 @@ DrawnButton* PageView::addArrow(const QString& name, const QString& icon, const 
     arrow->setObjectName(name);
     arrow->setToolTip(tip);
     arrow->setLook(FaceRole::navy);
-    arrow->setIcon(QIcon(icon));
+    arrow->setIconFile(icon);
     arrow->setIconSize(arrowIcon);
     connect(arrow, &QAbstractButton::clicked, this, [this, step] { turnTo(m_page + step); });
     return arrow;

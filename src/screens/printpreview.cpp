@@ -46,7 +46,7 @@ DrawnButton* addButton(QWidget* frame, const QString& name, const QString& capti
     button->setCaption(caption);
     button->setLook(look);
     button->setProperty("textRole", u"command"_s);
-    button->setIcon(QIcon(icon));
+    button->setIconFile(icon);
     button->setIconSize({26, 26});
     button->setIconPlace(DrawnButton::IconPlace::above);
     button->setMinimumSize(printSize);
@@ -77,7 +77,7 @@ PrintPreview::PrintPreview() {
     ui.vkFrame1 = new vkFrame(ui.ActiveResize1);
     ui.vkFrame1->setProperty("textRole", u"title"_s);
     ui.vkFrame1->setLook(FrameRole::page);
-    ui.vkFrame1->setTitleIcon(QIcon(u":/icons/print.svg"_s));
+    ui.vkFrame1->setTitleIconFile(u":/icons/print.svg"_s);
     ui.sayfalar = new PageView(ui.vkFrame1);
     ui.sayfalar->setObjectName(u"sayfalar"_s);
     ui.sayfa = new vkLabel(ui.vkFrame1);

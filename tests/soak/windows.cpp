@@ -8,6 +8,7 @@
 
 #include "app/session.h"
 #include "cashier.h"
+#include "desktop/focus.h"
 #include "hands.h"
 #include "player.h"
 #include "runtime/screen.h"
@@ -158,7 +159,7 @@ void Cashier::addWindows(const std::vector<WindowRow>& rows) {
         [this] {
             m_announce(u"goes back to " + controlKind(*openBehind(m_till)));
             m_deed.until = [this] { return !atCounter(); };
-            openBehind(m_till)->activateWindow();
+            showInFront(*openBehind(m_till));  // nothing tells the till that a person chose it
         });
 }
 

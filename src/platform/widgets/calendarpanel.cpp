@@ -66,7 +66,7 @@ CalendarPanel::~CalendarPanel() = default;
 DrawnButton* CalendarPanel::addArrow(const QString& icon, const QString& name, int months) {
     auto* arrow = new vkCommand(this);
     arrow->setLook(FaceRole::navy);
-    arrow->setIcon(QIcon(icon));
+    arrow->setIconFile(icon);
     arrow->setIconSize({24, 24});
     arrow->setAccessibleName(name);
     arrow->setFocusPolicy(Qt::TabFocus);  // a press leaves the keyboard with the days

@@ -12,6 +12,7 @@
 #include "values/dates.h"
 #include "widgets/calendarpanel.h"
 #include "widgets/dtpickeraccessible.h"
+#include "widgets/pictures.h"
 #include "widgets/timepanel.h"
 #include "widgets/typedmoment.h"
 
@@ -90,7 +91,7 @@ void DTPicker::setFormat(Format format) {
 
 void DTPicker::showFormat() {
     const bool isDate = m_format == Format::date;
-    m_icon = QIcon(isDate ? u":/icons/calendar.svg"_s : u":/icons/down.svg"_s);
+    m_icon = sharedIcon(isDate ? u":/icons/calendar.svg"_s : u":/icons/down.svg"_s);
     m_button->setAccessibleName(isDate ? u"Takvim"_s : u"Saatler"_s);
     showValue();
     updateGeometry();

@@ -32,7 +32,7 @@ bool isBuiltIn(const QString& path) {
 
 QIcon sharedIcon(const QString& path) {
     if (!isBuiltIn(path))
-        return QIcon(path);
+        return sharedIcon(QIcon(path));
     QIcon& icon = pictures().icons[path];
     if (icon.isNull())
         icon = sharedIcon(QIcon(path));

@@ -9,7 +9,8 @@ class QSvgRenderer;
 namespace kovanix {
 
 /// The icon of a file. One that is built into the program is read and drawn once for all windows: a screen
-/// that is opened again has its buttons' icons at hand. Any other file, which may change, is read anew.
+/// that is opened again has its buttons' icons at hand. Any other file, which may change, is read anew,
+/// and shared with those of the same content.
 QIcon sharedIcon(const QString& path);
 
 /// The process's one copy of an icon that comes from an SVG file, whoever loaded it. Any other icon is given

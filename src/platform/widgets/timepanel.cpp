@@ -58,7 +58,7 @@ TimePanel::TimePanel(QWidget& field, Part part, int current)
     m_close = new TimeKey(this);
     m_close->setLook(FaceRole::slate);
     m_close->setFont(textFont(16, QFont::Medium));
-    m_close->setIcon(QIcon(u":/icons/x.svg"_s));
+    m_close->setIconFile(u":/icons/x.svg"_s);
     m_close->setIconSize({24, 24});
     m_close->setIconPlace(DrawnButton::IconPlace::beside);
     m_close->setCaption(u"KAPAT"_s);
