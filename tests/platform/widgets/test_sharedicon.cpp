@@ -111,7 +111,7 @@ private Q_SLOTS:
         if (sanitized)
             QSKIP("the sanitizer's allocator doesn't tell what is in use");
         QFETCH(const PaintedControlRow, row);
-        const QString path = file(u"bar.svg"_s, 12);
+        const QString path = u":/icons/bin.svg"_s;
         constexpr int times = 300;
         constexpr qint64 mostBytes = 50;  // a name takes some 200
         const auto inUse = [&](int count) {
