@@ -40,6 +40,8 @@ constexpr int roundingSlack = dots(1);
 // How much of the page headings and sums may ask for.
 constexpr double mostFixed = 0.9;
 constexpr int leastWidth = dots(72);
+// How many rows tell how wide the columns have to be.
+constexpr qsizetype sampledRows = 50;
 constexpr QRgb lineColor = 0xFF8894A2;
 
 QFont printedFont(const PrintFont& wanted) {
@@ -84,34 +86,48 @@ QRect roomOn(QSizeF paper, const QMarginsF& margins) {
     return usable ? inside : whole;
 }
 
-/// The columns' widths, which fill the room in proportion to those of the grid. Where a heading or a sum
-/// needs more, the other columns give way.
+/// The columns' widths, which fill the room. Each is as wide as what stands in its first rows, its heading
+/// and its sum; where that is too much for the paper, the widest give way first, which are the names, and
+/// break into two lines. Where even headings and sums don't fit, the widths are in proportion to those of the
+/// grid.
 std::vector<double> columnWidths(const PrintTable& table, double room) {
     const QFontMetricsF bold(printedFont({.size = rowText, .bold = true}));
-    std::vector<double> widths;
-    std::vector<double> needed;
+    const QFontMetricsF regular(printedFont({.size = rowText}));
+    std::vector<double> own;
+    std::vector<double> least;
+    std::vector<double> wanted;
     for (std::size_t index = 0; index < table.columns.size(); ++index) {
         const PrintColumn& column = table.columns[index];
         const QString sum = column.number ? table.footers.value(static_cast<qsizetype>(index)) : QString();
-        widths.push_back(column.width);
-        needed.push_back(std::max(bold.horizontalAdvance(column.heading), bold.horizontalAdvance(sum)) +
-                         2 * cellPadding + roundingSlack);
+        double widest = std::max(bold.horizontalAdvance(column.heading), bold.horizontalAdvance(sum));
+        own.push_back(column.width);
+        least.push_back(widest + 2 * cellPadding + roundingSlack);
+        for (qsizetype row = 0; row < std::min(table.rowCount, sampledRows); ++row)
+            widest = std::max(widest, regular.horizontalAdvance(table.text(row, index)));
+        wanted.push_back(widest + 2 * cellPadding + roundingSlack);
     }
-    const bool fits = std::accumulate(needed.begin(), needed.end(), 0.0) < room * mostFixed;
-    std::vector<bool> fixed(widths.size(), false);
-    for (bool changed = true; changed;) {
-        changed = false;
-        double shared = 0;
-        double left = room;
-        for (std::size_t index = 0; index < widths.size(); ++index)
-            (fixed[index] ? left : shared) += fixed[index] ? -needed[index] : table.columns[index].width;
-        for (std::size_t index = 0; index < widths.size(); ++index) {
-            widths[index] = fixed[index] ? needed[index] : left * table.columns[index].width / shared;
-            if (fits && !fixed[index] && widths[index] < needed[index])
-                fixed[index] = changed = true;
-        }
+    const auto filling = [room](std::vector<double> widths) {
+        const double sum = std::accumulate(widths.begin(), widths.end(), 0.0);
+        for (double& width : widths)
+            width *= room / sum;
+        return widths;
+    };
+    if (std::accumulate(least.begin(), least.end(), 0.0) >= room * mostFixed)
+        return filling(own);
+    const auto cutTo = [&](double most) {
+        std::vector<double> widths;
+        for (std::size_t index = 0; index < wanted.size(); ++index)
+            widths.push_back(std::max(least[index], std::min(wanted[index], most)));
+        return widths;
+    };
+    double tooNarrow = 0;
+    double enough = room;
+    for (int halving = 0; halving < 30; ++halving) {
+        const double most = (tooNarrow + enough) / 2;
+        const std::vector<double> widths = cutTo(most);
+        (std::accumulate(widths.begin(), widths.end(), 0.0) < room ? tooNarrow : enough) = most;
     }
-    return widths;
+    return filling(cutTo(tooNarrow));
 }
 
 }  // namespace

@@ -13,8 +13,8 @@ class QPainter;
 namespace kovanix {
 
 /// The pages of a printed grid: a header, the columns' headings, rows of one height, the footers of the grid
-/// as the last row, and a page footer. The columns share the page's width by their own widths,
-/// none less wide than its heading and its sum where there is room.
+/// as the last row, and a page footer. The columns share the page's width by what their first rows, headings
+/// and sums need.
 ///
 /// How many pages there are follows from the number of rows; a page is worked out when it is painted, so that
 /// a million rows cost no more than one page of them.

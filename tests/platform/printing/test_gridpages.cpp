@@ -96,8 +96,10 @@ private Q_SLOTS:
     void pageCounts() {
         QFETCH(const CountRow, row);
         PrintTable counted = table(row.rows);
-        counted.text = [](qsizetype, std::size_t) -> QString {
-            qFatal("no row is needed to count the pages");
+        counted.text = [](qsizetype number, std::size_t) -> QString {
+            if (number >= 50)  // the first ones tell how wide the columns have to be
+                qFatal("no row is needed to count the pages");
+            return {};
         };
         if (row.footers)
             counted.footers = {u"TOPLAM"_s, u"1,00"_s};
@@ -181,10 +183,10 @@ private Q_SLOTS:
         addRows<CellRow>({
             {"a name", {u"Çay & Şeker <1 kg>"_s, false, {u"Çay & Şeker <1 kg>"_s}}},
             {"letters that fonts join", {u"ofis fiyat"_s, false, {u"ofis fiyat"_s}}},
-            {"a long name breaks",
+            {"a long name that has room",
              {u"Rize Bardak Poşet Çay 100'lü Ekonomik"_s,
               false,
-              {u"Rize Bardak Poşet Çay 100'lü"_s, u"Ekonomik"_s}}},
+              {u"Rize Bardak Poşet Çay 100'lü Ekonomik"_s}}},
             {"a line end", {u"bir\niki"_s, false, {u"bir iki"_s}}},
             {"a long number is whole",
              {u"123.456.789.012.345,67 TL."_s, true, {u"123.456.789.012.345,67 TL."_s}}},
@@ -222,6 +224,32 @@ private Q_SLOTS:
         const QString file = write(GridPages(table(1), info(), a4));
         QVERIFY(std::abs(placeOf(u"Ürün"_s, file).left() - 39) < 1);
         QVERIFY(std::abs(placeOf(u"1,50"_s, file).right() - (a4.width() - 39)) < 1);
+    }
+
+    // Where there is room for all, nothing shrinks and no name breaks, whatever the grid's widths.
+    void columnsFollowWhatStandsInThem() {
+        PrintTable printed = table(2);
+        printed.columns[1].number = false;
+        printed.columns[1].width = 1;
+        printed.text = [](qsizetype, std::size_t column) {
+            return column == 0 ? u"Renkli Plastik Bardak 250 cc 50'li"_s : u"05.05.2026"_s;
+        };
+        const QString file = write(GridPages(printed, info(), a4));
+        QCOMPARE(placeOf(u"05.05.2026"_s, file).height(), placeOf(u"Renkli"_s, file).height());
+        QCOMPARE(placeOf(u"250"_s, file).top(), placeOf(u"Renkli"_s, file).top());
+    }
+
+    // Else the widest gives way, which is a name's.
+    void aLongNameGivesWay() {
+        PrintTable printed = table(1);
+        printed.columns[1].number = false;
+        printed.text = [](qsizetype, std::size_t column) {
+            return column == 0 ? u"Birinci "_s + u"Renkli Plastik Bardak "_s.repeated(6) + u"Sonuncu"_s
+                               : u"05.05.2026 09:22:24"_s;
+        };
+        const QString file = write(GridPages(printed, info(), a4));
+        QCOMPARE(placeOf(u"05.05.2026"_s, file).top(), placeOf(u"09:22:24"_s, file).top());
+        QVERIFY(placeOf(u"Sonuncu"_s, file).top() > placeOf(u"Birinci"_s, file).bottom() - 1);
     }
 
     void aSumKeepsItsSize() {
