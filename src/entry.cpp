@@ -8,6 +8,7 @@
 #include "app/tekornek.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/application.h"
+#include "desktop/keyguard.h"
 #include "desktop/tapguard.h"
 
 namespace kovanix {
@@ -34,6 +35,7 @@ int runTill(int argc, char** argv) {
     Application application(argc, argv);
     prepareApplication();
     const TapGuard taps;
+    const RepeatedKeys repeated;
 
     QCommandLineParser commandLine;
     commandLine.setApplicationDescription(u"Kovanix: küçük dükkânlar için satış kasası"_s);

@@ -39,6 +39,8 @@ constexpr int closesMinutes = 50;
 constexpr int firstMinute = 51;
 constexpr int minutes = 60;
 
+constexpr QStringView newestFirst = u"tarih DESC ";
+
 constexpr int quantityColumn = 5;
 constexpr int turnoverColumn = 6;
 constexpr int profitColumn = 7;
@@ -101,6 +103,11 @@ satisraporlar::satisraporlar() : ListScreen(traits()) {
     setUpList({.grid = ui.TDBGrid1, .data = ui.Adodc1, .resizing = ui.boyutlandirma, .frame = ui.Label10});
     ui.TDBGrid1->setFooterTotal(turnoverColumn);
     ui.TDBGrid1->setFooterNote(u"seçilen aralığın tümü"_s);
+    // No longer than what can be meant: a scan fits into none of them.
+    for (QLineEdit* time : {ui.saat1, ui.saat2})
+        time->setMaxLength(12);
+    for (QLineEdit* part : {ui.saat, ui.Text2, ui.Text3, ui.Text6, ui.Text5, ui.Text4})
+        part->setMaxLength(2);
     connectControls();
     setCloseButton(*ui.vkCommand4);
 }
@@ -143,7 +150,7 @@ void satisraporlar::addCells(vkFrame& panel, const Cells& cells) {
 void satisraporlar::connectControls() {
     connect(&acilis, &Timer::tick, this, &satisraporlar::acilis_tick);
     for (DTPicker* picker : {ui.ilktarih1, ui.ilktarih2})
-        connect(picker, &DTPicker::closeUp, this, [this] { satisgetir(); });
+        connect(picker, &DTPicker::closeUp, this, &satisraporlar::showRange);
     connect(ui.boyutlandirma, &ActiveResize::resized, this, [this] {
         for (vkFrame* panel : {ui.Picture1, ui.Picture2})
             placePanel(*panel);
@@ -182,7 +189,9 @@ void satisraporlar::form_load() {
 }
 
 void satisraporlar::acilis_tick() {
-    satisgetir();
+    // Who is typing a day or a time already goes on.
+    const bool typing = qobject_cast<QLineEdit*>(focusWidget()) || qobject_cast<DTPicker*>(focusWidget());
+    satisgetir(!typing);
     acilis.setInterval(0);
 }
 
@@ -216,7 +225,7 @@ void satisraporlar::preset(int daysBack, int daysLong) {
     for (QLineEdit* part : {ui.Text5, ui.Text4})
         part->setText(u"59"_s);
     joinTimes();
-    satisgetir();
+    showRange();
     ui.satislarim->setFocus();
 }
 
@@ -298,12 +307,19 @@ void satisraporlar::Label1_click(int index, const QString& caption) {
         (minute ? ui.Picture2 : ui.Picture1)->hide();
     }
     joinTimes();
-    satisgetir();
+    showRange();
 }
 
 // --- the report
 
-void satisraporlar::satisgetir() {
+/// Shows a range that was just chosen, from its newest line on.
+void satisraporlar::showRange() {
+    satisgetir();
+    if (data().recordset().recordCount() > 0)
+        data().setCurrent(0);
+}
+
+void satisraporlar::satisgetir(bool takesFocus) {
     if (!baglantihazir())
         return;  // which has said so
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
@@ -312,13 +328,19 @@ void satisraporlar::satisgetir() {
     const QString end = sqltarihsaat(ui.ilktarih2->date(), ui.saat2->text());
     const QString range = start + u" and " + end;
     attempt([&] { connectData(u"satislar where tarih between "_s + range); });
-    setOrder(u"tarih DESC "_s);
+    setOrder(newestFirst.toString());
     // A range that can't be read leaves rows, sums and words as they are: they belong together.
     if (showRows() && showSums(range))
         ui.Label10->setTitleNote(rangeWords(momentOf(start), momentOf(end)));
     // A filter cell that is being typed in is a part of the list.
-    if (!ui.TDBGrid1->isAncestorOf(focusWidget()))
+    if (takesFocus && !ui.TDBGrid1->isAncestorOf(focusWidget()))
         ui.TDBGrid1->setFocus();
+}
+
+void satisraporlar::tellEmpty(bool readable) {
+    if (readable || !m_wasRead)
+        ListScreen::tellEmpty(readable);
+    m_wasRead = m_wasRead || readable;
 }
 
 /// @return whether the sums could be read
@@ -370,9 +392,10 @@ void satisraporlar::urunsil_click() {
     }
     attempt([&] { deleteSale(number); });
     uyarimesaj(u"MSG_SILINDI"_s, MessageBoxStyle::ok);  // whatever became of it, as required
-    const qsizetype place = data().recordset().current();
+    // The list stays where it was, unless its order goes: the same place then holds any line.
+    const bool staysInOrder = data().recordset().sort().trimmed() == newestFirst.trimmed();
+    const qsizetype place = staysInOrder ? data().recordset().current() : 0;
     satisgetir();
-    // The list stays where it was.
     if (const qsizetype rows = data().recordset().recordCount(); rows > 0 && place >= 0)
         data().setCurrent(std::min(place, rows - 1));
     giveFocus(grid());
@@ -411,6 +434,7 @@ void satisraporlar::htmlkaydet_click() {
     const QString path = joinStored(applicationFolder(), u"\\satis raporu.html"_s);
     if (!attempt([&] { grid().exportToFile(path, false, u"100%"_s); }))
         openDocument(path);
+    giveFocus(grid());
 }
 
 void satisraporlar::yazdir_click() {
@@ -430,6 +454,7 @@ void satisraporlar::yazdir_click() {
     page.repeatColumnHeaders = true;
     page.margins = {across, down, across, down};
     page.previewCaption = u"Rapor"_s;
+    giveFocus(grid());  // a scan that comes when the preview is closed must not open it again
     attempt([this] { printPreview(grid(), *this); });
 }
 

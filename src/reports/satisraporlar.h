@@ -28,6 +28,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     /// The strip tells the range in words, not a count.
     void tellCount() override {}
+    /// A range that is refused, by a time that is none, leaves the words of the one before.
+    void tellEmpty(bool readable) override;
 
 private:
     /// What the lines of a range come to, as last read.
@@ -73,12 +75,14 @@ private:
 
     void preset(int daysBack, int daysLong);
     void joinTimes();
-    void satisgetir();
+    void showRange();
+    void satisgetir(bool takesFocus = true);
     bool showSums(const QString& range);
     void deleteSale(const QString& number);
     void exportTo(const QString& path);
 
     Sums m_sums;
+    bool m_wasRead = false;  ///< rows stand, or there were none
 };
 
 }  // namespace kovanix

@@ -21,7 +21,6 @@ stokraporu::stokraporu() {
     ui.setupUi(this);
     ui.cizgiLayout->addWidget(new Rule);
     applyTextRoles(*this);
-    ui.stokkar->setInk(ColorRole::success);
     clicks(this, {{ui.vkCommand3, &stokraporu::vkCommand3_click}});
     setCloseButton(*ui.vkCommand3);
 }
@@ -43,6 +42,7 @@ void stokraporu::form_load() {
     ui.stokgelis->setText(lira(cost));
     ui.stoksatis->setText(lira(sale));
     ui.stokkar->setText(lira(sale - cost));
+    ui.stokkar->setInk(sale < cost ? ColorRole::danger : ColorRole::success);
     ui.vkFrame1->setTitleNote(dateText(counted.date()) + u' ' + timeText(counted.time()).first(5));
 }
 

@@ -50,7 +50,7 @@ zparogu::zparogu() {
     for (auto [layout, text] :
          {std::pair(ui.baslangicLayout, u"Başlangıç"_s), {ui.bitisLayout, u"Bitiş"_s}}) {
         constexpr int width = 78;
-        auto* hint = new PaintedHint({}, text);
+        auto* hint = new PaintedHint({}, text, Qt::AlignRight);
         hint->setFixedWidth(width);
         layout->addWidget(hint);
     }
@@ -73,8 +73,10 @@ zparogu::zparogu() {
                   {ui.cmdClose, &zparogu::cmdClose_click}});
     for (const DTPicker* day : {ui.tarih1, ui.Tarih2})
         connect(day, &DTPicker::change, this, &zparogu::Command3_click);
-    for (const DTPicker* time : {ui.saat1, ui.saat2})
+    for (const DTPicker* time : {ui.saat1, ui.saat2}) {
         connect(time, &DTPicker::lostFocus, this, &zparogu::saat_lostfocus);
+        connect(time, &DTPicker::closeUp, this, &zparogu::Command3_click);
+    }
     setCloseButton(*ui.cmdClose);
 }
 
@@ -163,11 +165,26 @@ void zparogu::Command1_click() {
     attempt([&] { printer.print(ui.Text33->text()); });
     showPressed();
     attempt([&] { printer.endDocument(); });
+    ui.cmdClose->setFocus();  // the Enter of a scan must not print once more
 }
 
+/// Moves both, or at the calendar's ends none; what is being typed counts.
 void zparogu::moveDays(int days) {
-    for (DTPicker* day : {ui.tarih1, ui.Tarih2})
-        day->setDate(day->date().addDays(days));
+    if (m_busy)
+        return;
+    {
+        const QScopedValueRollback once(m_busy, true);  // the range is read below
+        for (DTPicker* picker : {ui.tarih1, ui.saat1, ui.Tarih2, ui.saat2})
+            picker->takeTyped();
+    }
+    const QDate before = ui.tarih1->date();
+    const QDate first = before.addDays(days);
+    const QDate last = ui.Tarih2->date().addDays(days);
+    ui.tarih1->setDate(first);
+    if (ui.tarih1->date() == first)
+        ui.Tarih2->setDate(last);
+    if (ui.Tarih2->date() != last)
+        ui.tarih1->setDate(before);
     Command3_click();
 }
 

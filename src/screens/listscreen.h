@@ -104,6 +104,9 @@ protected:
     void copySelection();
     /// Tells in the title strip how many rows there are.
     virtual void tellCount();
+    /// Says in the empty list why there are no rows.
+    /// @param readable  whether they could be read
+    virtual void tellEmpty(bool readable);
 
     /// The screen's procedures for the grid's own events.
     virtual void TDBGrid1_dblclick();
@@ -114,7 +117,6 @@ protected:
 private:
     void sort(const QString& order);
     void tellSort();
-    void tellEmpty(bool readable);
     QStringList filterTexts() const;
 
     const ListTraits& m_traits;

@@ -147,15 +147,8 @@ bool PrintPreview::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress)
         return OpenedScreen::eventFilter(watched, event);
     const auto& pressed = static_cast<const QKeyEvent&>(*event);
-    const bool enter = pressed.key() == Qt::Key_Return || pressed.key() == Qt::Key_Enter;
-    // A scan that arrives here must not print: its Enter follows a character.
-    if (enter && m_scanned) {
-        m_scanned = false;
-        return true;
-    }
-    m_scanned =
-        !pressed.text().isEmpty() && pressed.text().front().isPrint() && pressed.key() != Qt::Key_Space;
-    return turnByKey(pressed.key());
+    // A scan that arrives here must not print.
+    return m_scanned.isEndOfScan(pressed) || turnByKey(pressed.key());
 }
 
 /// The keys turn the pages whichever control has the focus. @return whether the key is one of them
@@ -208,8 +201,12 @@ void PrintPreview::print() {
 }
 
 void PrintPreview::yazdir_click() {
+    constexpr int onePress = 1000;  // milliseconds: nothing shows that a job is on its way
+    if (m_sinceJob.isValid() && !m_sinceJob.hasExpired(onePress))
+        return;
     try {
         print();
+        m_sinceJob.start();
     } catch (const RuntimeError& error) {
         tellPrinterFailure(error);
     }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QString>
 
+#include "desktop/keyguard.h"
 #include "screens/openedscreen.h"
 #include "widgets/printinfo.h"
 
@@ -58,7 +60,8 @@ private:
 
     PrintInfo m_info;
     QPointer<Screen> m_opener;
-    bool m_scanned = false;  ///< the key before this one was a character
+    ScannedKeys m_scanned;
+    QElapsedTimer m_sinceJob;
 };
 
 }  // namespace kovanix

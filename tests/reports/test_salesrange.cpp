@@ -123,6 +123,18 @@ private Q_SLOTS:
         QCOMPARE(footers().constFirst(), "2 Adet");
     }
 
+    void secondReadLeavesADayThatIsTypedAlone() {
+        open();
+        report().ilktarih1->setFocus();
+        QTest::keyClick(report().ilktarih1, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(report().ilktarih1, "01.05.2026");
+        Q_EMIT form().acilis.tick();
+        QVERIFY(report().ilktarih1->hasFocus());
+        QCOMPARE(report().ilktarih1->date(), today);
+        QTest::keyClick(report().ilktarih1, Qt::Key_Return);
+        QCOMPARE(report().ilktarih1->date(), QDate(2026, 5, 1));
+    }
+
     void secondReadLeavesAFilterCellAlone() {
         sell();
         open();
@@ -274,6 +286,29 @@ private Q_SLOTS:
         stands();
         press(*report().dunkusatis);
         QCOMPARE(footers(), noSums);
+        typeTime(*report().saat1, row.start);
+        typeTime(*report().saat2, row.end);
+        setDays(today, today);  // the words of the empty list stay, too
+        QVERIFY(rows().accessibleDescription().startsWith("Bu aralıkta satış yok"));
+    }
+
+    void timesTakeNoScan() {
+        open();
+        for (QLineEdit* field : form().findChildren<QLineEdit*>()) {
+            if (times().contains(field->text()))
+                QVERIFY(field->maxLength() < 13);
+        }
+    }
+
+    /// Whichever line was current before.
+    void aChosenRangeBeginsAtItsNewestLine() {
+        for (const char* hour : {"08", "09", "10"})
+            sell({.moment = QString("2026-05-04 ") + hour + ":00:00", .name = hour});
+        open();
+        report().Adodc1->setCurrent(2);
+        press(*report().dunkusatis);
+        press(*report().haftaliksatis);
+        QCOMPARE(rows().column(3).value(), "10");
     }
 
     void startAfterEnd() {

@@ -245,6 +245,7 @@ private Q_SLOTS:
         row("end date", [] { choose(ui().Tarih2, {2026, 5, 4}); });
         row("start time left", [] { leave(ui().saat1, {1, 0, 0}); });
         row("end time left", [] { leave(ui().saat2, {22, 0, 0}); });
+        row("start time confirmed or chosen", [] { Q_EMIT ui().saat1->closeUp(); });
         row("time left as it was", [] { leave(ui().saat2, ui().saat2->time()); });
         row("button", [] { run(); });
         row("activated", [] {
@@ -270,7 +271,6 @@ private Q_SLOTS:
         open();
         m_shop->run(sale(day + "10:00:00", "5"));
         Q_EMIT ui().saat1->change();
-        Q_EMIT ui().saat1->closeUp();
         Q_EMIT ui().tarih1->lostFocus();
         ui().tarih1->setDate({2026, 5, 1});
         QCOMPARE(ui().toplam->text(), "0");
@@ -293,6 +293,36 @@ private Q_SLOTS:
         QCOMPARE(ui().Tarih2->date(), QDate(2026, 5, 3).addDays(row));
         QCOMPARE(ui().toplam->text(), row > 0 ? "4,00 " : "2,00 ");
         QCOMPARE(runs, 1);
+    }
+
+    /// What is being typed counts, also where an arrow is touched.
+    void arrowsTakeWhatIsTyped() {
+        m_shop->run(sale("2026-05-02 10:00:00", "4"));
+        m_shop->run(sale("2026-05-02 12:00:00", "2"));
+        open();
+        ui().saat2->setFocus();
+        QTest::keyClick(ui().saat2, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(ui().saat2, "11:00");
+        press(*ui().Image2);
+        QCOMPARE(ui().saat2->text(), "11:00:00");
+        QCOMPARE(ui().toplam->text(), "4,00 ");
+        ui().tarih1->setFocus();
+        QTest::keyClick(ui().tarih1, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(ui().tarih1, "01.05.2026");
+        press(*ui().Image1);
+        QCOMPARE(ui().tarih1->text(), "02.05.2026");
+        QCOMPARE(ui().toplam->text(), "6,00 ");
+    }
+
+    void arrowsKeepTheDistanceAtTheCalendarsEnds() {
+        open();
+        ui().tarih1->setDate({100, 1, 1});
+        press(*ui().Image2);
+        QCOMPARE(ui().tarih1->date(), QDate(100, 1, 1));
+        QCOMPARE(ui().Tarih2->date(), QDate(2026, 5, 3));
+        ui().Tarih2->setDate({9999, 12, 31});
+        press(*ui().Image1);
+        QCOMPARE(ui().tarih1->date(), QDate(100, 1, 1));
     }
 
     void aDeletedLineIsGone() {
@@ -385,6 +415,7 @@ private Q_SLOTS:
             QVERIFY2(page.simplified().contains(QString::fromUtf8(piece)), qPrintable(page));
         press(*ui().Command1);
         QCOMPARE(printed(), 2);
+        QVERIFY(ui().cmdClose->hasFocus());  // a scan that follows prints no other
     }
 
     void aFailingPrinterSaysNothing() {

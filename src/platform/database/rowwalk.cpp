@@ -66,24 +66,39 @@ void RowWalk::forEach(const std::function<void(const Row& row)>& each, const Rea
             return;
         }
         const qint64 count = m_core.number(*dialect::translateCount(m_sql));
-        // A few rows out of many are found by an index and sorted.
+        // A few rows out of many are found by an index and sorted. Sorting fails before it gives any where
+        // one of them can't be read; one by one, those ahead of it are given.
+        bool any = false;
+        const auto noted = [&](const Row& row) {
+            any = true;
+            each(row);
+        };
         if (count <= chunkRows) {
-            readAtOnce(each);
+            try {
+                readAtOnce(noted);
+                return;
+            } catch (const RuntimeError&) {
+                if (any)
+                    throw;
+            }
+        }
+        const auto spanOf = [&](const QString& sql) {
+            QueryRows ends(m_core.run(sql));
+            ends.next(m_core);
+            return Span{ends.cell(0).whole, ends.cell(1).whole, count};
+        };
+        const auto extent = [&] { return spanOf(*dialect::translateExtent(m_sql, identity)); };
+        if (count <= chunkRows) {
+            readChunks(identity, extent(), each, progress);
             return;
         }
         // Many are next to one another as a rule. Where in the table they stand is worth a look at each only
         // where they aren't a good part of it.
         constexpr qint64 goodPart = 4;
-        const QString table = quotedSqlName(select->table);
-        QueryRows bounds(
-            m_core.run(u"SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)"_s.arg(identity, table)));
-        bounds.next(m_core);
-        Span span{bounds.cell(0).whole, bounds.cell(1).whole, count};
-        if (span.last / goodPart - span.first / goodPart > count) {
-            QueryRows extent(m_core.run(*dialect::translateExtent(m_sql, identity)));
-            extent.next(m_core);
-            span = {extent.cell(0).whole, extent.cell(1).whole, count};
-        }
+        Span span = spanOf(u"SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)"_s.arg(
+            identity, quotedSqlName(select->table)));
+        if (span.last / goodPart - span.first / goodPart > count)
+            span = extent();
         readChunks(identity, span, each, progress);
     });
 }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "desktop/focus.h"
+#include "desktop/keyguard.h"
 
 namespace kovanix {
 
@@ -110,14 +111,20 @@ QWidget* windowBelow() {
     return visible == windows.rend() ? nullptr : *visible;
 }
 
-/// Keeps a key that is held down from answering: it was pressed for something else.
-class HeldKeys : public QObject {
+/// Keeps from answering what wasn't pressed for the box: a key that is held down, and a scan.
+class UnmeantKeys : public QObject {
 public:
     using QObject::QObject;
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        return event->type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(*event).isAutoRepeat();
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        return key.isAutoRepeat() || m_scanned.isEndOfScan(key);
     }
+
+private:
+    ScannedKeys m_scanned;
 };
 
 QString withoutMnemonic(QString caption) {
@@ -147,15 +154,15 @@ int messageBox(const QString& text, int style, const QString& title) {
     const QVector<int> answers = answersOf(style);
     const int escapeAnswer = escapeAnswerOf(answers);
     const int defaultAnswer = defaultAnswerOf(answers, style);
-    auto* held = new HeldKeys(box);
-    box->installEventFilter(held);
+    auto* unmeant = new UnmeantKeys(box);
+    box->installEventFilter(unmeant);
     QVector<std::pair<const QAbstractButton*, int>> offered;
     for (const int answer : answers) {
         // The action role is the only one that every desktop's button layout leaves in the order given.
         QPushButton* button = box->addButton(withoutMnemonic(captionOf(answer)), QMessageBox::ActionRole);
         button->setFont(font);
         button->setMinimumSize(smallestButton);
-        button->installEventFilter(held);
+        button->installEventFilter(unmeant);
         if (answer == defaultAnswer)
             box->setDefaultButton(button);
         if (answer == escapeAnswer)

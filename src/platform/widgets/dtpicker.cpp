@@ -78,6 +78,7 @@ DTPicker::DTPicker(QWidget* parent)
 }
 
 DTPicker::~DTPicker() {
+    disconnect(qApp, nullptr, this, nullptr);  // the focus goes on while the base is taken down
     delete m_panel;
 }
 
@@ -158,8 +159,6 @@ std::optional<DTPicker::Moment> DTPicker::typed() const {
     return time ? std::optional(Moment{m_date, *time}) : std::nullopt;
 }
 
-/// Takes what was typed; what is no moment gives way to the one of before.
-/// @return whether the picker is still there
 bool DTPicker::takeTyped() {
     if (!m_edit->isModified())
         return true;

@@ -48,6 +48,10 @@ public:
     /// What the field shows when nothing is being typed: dd.MM.yyyy or HH:mm:ss.
     QString text() const;
 
+    /// Takes what was typed, as leaving the field does, and tells change(); what is no moment gives way to
+    /// the one of before. @return whether the picker is still there
+    bool takeTyped();
+
     /// Whether the calendar, or a panel, is open.
     bool isDropped() const;
 
@@ -88,7 +92,6 @@ private:
     std::optional<Moment> typed() const;
     bool take(QDate date, QTime time);
     bool changeTo(QDate date, QTime time);
-    bool takeTyped();
     void confirm();
     void step(int by);
 

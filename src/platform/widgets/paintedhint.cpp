@@ -15,8 +15,8 @@ constexpr int textPixels = 15;
 constexpr int gap = 10;
 }  // namespace
 
-PaintedHint::PaintedHint(const QString& iconPath, const QString& text, QWidget* parent)
-    : QWidget(parent), m_icon(sharedIcon(iconPath)), m_text(text) {
+PaintedHint::PaintedHint(const QString& iconPath, const QString& text, Qt::Alignment alignment)
+    : m_icon(sharedIcon(iconPath)), m_text(text), m_alignment(alignment) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     setAccessibleDescription(text);
 }
@@ -40,7 +40,7 @@ void PaintedHint::paintEvent(QPaintEvent* /*event*/) {
     plain.setWeight(QFont::Normal);
     FittedText line;
     line.fit(m_text, plain, std::max(11, static_cast<int>(textPixels * scale)),
-             QRectF(rect()).adjusted(left, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, 2);
+             QRectF(rect()).adjusted(left, 0, 0, 0), m_alignment | Qt::AlignVCenter, 2);
     line.paint(painter, ink);
 }
 

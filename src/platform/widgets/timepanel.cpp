@@ -39,7 +39,7 @@ protected:
 TimePanel::TimePanel(QWidget& field, Part part, int current)
     : DropPanel(field), m_columns(part == Part::hour ? 6 : 10), m_current(current) {
     const bool hours = part == Part::hour;
-    setCaption(hours ? u"SAAT SEÇİN"_s : u"DAKİKA SEÇİN"_s);
+    setCaption(hours ? u"SAAT SEİŞİN"_s : u"DAKİKA SEİŞİN"_s);
     setTitleNote(field.accessibleName());
 
     auto* keys = new QGridLayout;

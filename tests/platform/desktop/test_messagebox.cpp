@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QFontInfo>
 #include <QKeyEvent>
 #include <QMessageBox>
@@ -198,6 +199,22 @@ private Q_SLOTS:
             }
             open = box.isVisible();
             QTest::keyClick(&box, Qt::Key_Return);
+        });
+        QVERIFY(open);
+        QCOMPARE(answer, MessageBoxAnswer::yes);
+    }
+
+    void aScanAnswersNothing() {
+        bool open = false;
+        const int answer = answered(MessageBoxStyle::yesNo, [&](QMessageBox& box) {
+            QTest::keyClicks(box.focusWidget(), u"8690000000012"_s);
+            QTest::keyClick(box.focusWidget(), Qt::Key_Return);
+            QTest::keyClick(box.focusWidget(), Qt::Key_Return);
+            open = box.isVisible();
+            QElapsedTimer behind;
+            behind.start();
+            QTRY_VERIFY(behind.hasExpired(350));
+            QTest::keyClick(box.focusWidget(), Qt::Key_Return);
         });
         QVERIFY(open);
         QCOMPARE(answer, MessageBoxAnswer::yes);

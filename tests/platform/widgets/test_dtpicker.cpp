@@ -369,7 +369,7 @@ private Q_SLOTS:
              {[hour](Form& form) {
                   form.drop();
                   hour(form, 18);
-                  QCOMPARE(form.times()->caption(), u"DAKİKA SEÇİN"_s);
+                  QCOMPARE(form.times()->caption(), u"DAKİKA SEİŞİN"_s);
                   QCOMPARE(form.picker.text(), u"18:05:09"_s);
                   hour(form, 59);
               },

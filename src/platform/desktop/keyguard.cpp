@@ -1,0 +1,52 @@
+#include "desktop/keyguard.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+namespace kovanix {
+
+namespace {
+
+constexpr int scannersPause = 300;  // milliseconds, at most
+
+bool isCharacter(const QKeyEvent& key) {
+    return !key.text().isEmpty() && key.text().front().isPrint() && key.key() != Qt::Key_Space;
+}
+
+}  // namespace
+
+RepeatedKeys::RepeatedKeys(QObject* parent) : QObject(parent) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool RepeatedKeys::eventFilter(QObject* watched, QEvent* event) {
+    if (!watched->isWindowType() ||
+        (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.isAutoRepeat() || isCharacter(key))
+        return false;
+    if (key.type() == QEvent::KeyRelease) {
+        m_key = key.key();
+        m_released = key.timestamp();
+        return false;
+    }
+    if (key.key() != m_key || key.timestamp() == 0 || key.timestamp() != m_released)
+        return false;
+    QKeyEvent repeated(QEvent::KeyPress, key.key(), key.modifiers(), key.nativeScanCode(),
+                       key.nativeVirtualKey(), key.nativeModifiers(), key.text(), true);
+    repeated.setTimestamp(key.timestamp());
+    QCoreApplication::sendEvent(watched, &repeated);
+    return true;
+}
+
+bool ScannedKeys::isEndOfScan(const QKeyEvent& press) {
+    const bool ends = press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter ||
+                      press.key() == Qt::Key_Tab || press.key() == Qt::Key_Space;
+    const bool soon = m_sinceCharacter.isValid() && !m_sinceCharacter.hasExpired(scannersPause);
+    if (isCharacter(press) || (ends && soon))
+        m_sinceCharacter.start();
+    return ends && soon;
+}
+
+}  // namespace kovanix

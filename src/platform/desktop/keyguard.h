@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+class QKeyEvent;
+
+namespace kovanix {
+
+/// Marks the presses of a key that is held down as repeated where the toolkit doesn't: some displays send a
+/// release and a press of the same moment for each, and the toolkit misses the pair where it arrives in two
+/// parts. Keys that write a letter are left alone.
+///
+/// One watches the whole program.
+class RepeatedKeys : public QObject {
+    Q_OBJECT
+
+public:
+    /// Watches from now on; needs the application object.
+    explicit RepeatedKeys(QObject* parent = nullptr);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    int m_key = 0;  ///< released last
+    quint64 m_released = 0;
+};
+
+/// Tells what a scanner types at the end of a code (Enter, Tab, a blank, also twice) from what a person
+/// presses: it comes right behind a character.
+class ScannedKeys {
+public:
+    /// To be asked about every press of a key, in their order. @return whether a scanner has sent it
+    bool isEndOfScan(const QKeyEvent& press);
+
+private:
+    QElapsedTimer m_sinceCharacter;  ///< or since what followed it as quickly
+};
+
+}  // namespace kovanix
