@@ -205,10 +205,13 @@ private Q_SLOTS:
         m_shop->boxes.expect(closeTitle, closeText, BoxAnswers::byHand);
         bool stayedOpen = false;
         answerByKeys(m_shop->boxes, *this, [&] {
-            // A scan while the question stands: its digits go nowhere, its Enter answers with the default,
-            // No.
-            typeKeys(goods::bread);
-            stayedOpen = QApplication::activeModalWidget() != nullptr;
+            // A scan while the question stands goes nowhere; a person's Enter, later, answers with the
+            // default, No.
+            typeKeys(goods::bread + u'\n');
+            QElapsedTimer pause;
+            pause.start();
+            stayedOpen = QTest::qWaitFor([&pause] { return pause.hasExpired(350); }) &&
+                         QApplication::activeModalWidget();
             pressKeys({u"Return"_s});
         });
         pressKeys({u"F9"_s});
