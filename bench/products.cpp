@@ -91,7 +91,8 @@ void measure(Watch& watch, const QString& folder, Times& times) {
     const RowSet& rows = ui.Adodc2->recordset();
     if (rows.totalCount() != before + 1)
         giveUp("the product wasn't added");
-    ui.sutun2->setText(rows.text(before, 0));
+    ui.Adodc2->setCurrent(before);
+    ui.sutun2->setText(ui.TDBGrid1->column(0).value());
     watch.restart();
     ui.kisisil2->click();
     finishPosted();

@@ -212,4 +212,9 @@ QString ShopLedger::fault(const Deed& deed) {
     return written ? wholeFault() : m_trouble;
 }
 
+void dropCachedPages() {
+    for (const QString& connection : QSqlDatabase::connectionNames())
+        QSqlQuery(QSqlDatabase::database(connection, false)).exec(u"PRAGMA shrink_memory"_s);
+}
+
 }  // namespace kovanix

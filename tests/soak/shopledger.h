@@ -66,4 +66,7 @@ private:
     int m_productsMade = 0;
 };
 
+/// Has the engine give back what it keeps of the shop's file in memory, on all connections of the process.
+void dropCachedPages();
+
 }  // namespace kovanix

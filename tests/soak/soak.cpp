@@ -8,8 +8,6 @@
 #include <QFile>
 #include <QFont>
 #include <QPixmapCache>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTimer>
 #include <algorithm>
 #include <iterator>
@@ -192,8 +190,7 @@ QString Soak::endFault() {
 /// size so far, the engine's copy of the shop's file, two megabytes at most, which grows as that file does,
 /// and the heap's free pieces.
 Soak::Memory Soak::memory() {
-    for (const QString& connection : QSqlDatabase::connectionNames())
-        QSqlQuery(QSqlDatabase::database(connection, false)).exec(u"PRAGMA shrink_memory"_s);
+    dropCachedPages();
     QPixmapCache::clear();
     QFont::cleanup();
     malloc_trim(0);

@@ -25,7 +25,7 @@ constexpr double pointsPerInch = 72;
 constexpr double twipsPerInch = 1440;
 
 constexpr int dots(double points) {
-    return static_cast<int>(points * dotsPerInch / pointsPerInch + 0.5);
+    return qRound(points * dotsPerInch / pointsPerInch);
 }
 
 constexpr double rowText = 8.5;  // points
