@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <utility>
 
+#include "../vectorstate.h"
 #include "driver.h"
 
 namespace kovanix::engine {
@@ -149,6 +150,7 @@ bool Result::exec() {
 
 /// Steps to the next row or to the end; false on an error.
 bool Result::step() {
+    emptyVectorRegisters();
     switch (sqlite3_step(m_statement)) {
         case SQLITE_ROW:
             return true;
