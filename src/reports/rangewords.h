@@ -11,4 +11,8 @@ namespace kovanix {
 /// A range that ends before it begins is called that; without two valid moments there are no words.
 QString rangeWords(const QDateTime& from, const QDateTime& to);
 
+/// A range of whole days: "4 Mayıs 2026 Pazartesi", "1 – 4 Mayıs 2026, 4 gün"; one that ends before it begins
+/// is called that.
+QString dayRangeWords(QDate from, QDate to);
+
 }  // namespace kovanix

@@ -9,6 +9,7 @@
 #include "data/baglanmamodulu.h"
 #include "database/rowwalk.h"
 #include "printing/printer.h"
+#include "reports/rangewords.h"
 #include "reports/rule.h"
 #include "reports/zpage.h"
 #include "runtime/attempt.h"
@@ -26,17 +27,6 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// "4 Mayıs 2026 Pazartesi", "1 – 4 Mayıs 2026, 4 gün", "27 Nisan – 4 Mayıs 2026, 8 gün".
-QString daysInWords(QDate from, QDate to) {
-    if (from == to)
-        return longDateText(from);
-    const auto words = [](QDate day, int parts) { return longDateText(day).section(u' ', 0, parts - 1); };
-    const bool sameYear = from.year() == to.year();
-    const int parts = !sameYear ? 3 : from.month() != to.month() ? 2 : 1;
-    const QString days = words(from, parts) + u" – " + words(to, 3);
-    return from < to ? days + u", " + QString::number(from.daysTo(to) + 1) + u" gün" : days;
-}
 
 QString momentText(std::string_view stored) {
     const QString text = QString::fromUtf8(stored.data(), static_cast<qsizetype>(stored.size()));
@@ -148,7 +138,7 @@ void zparogu::sumUp() {
 }
 
 void zparogu::tellRange() {
-    ui.vkFrame1->setTitleNote(daysInWords(ui.tarih1->date(), ui.Tarih2->date()));
+    ui.vkFrame1->setTitleNote(dayRangeWords(ui.tarih1->date(), ui.Tarih2->date()));
 }
 
 void zparogu::Command1_click() {

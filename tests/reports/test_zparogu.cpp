@@ -224,7 +224,7 @@ private Q_SLOTS:
              {"days of a month", {{2026, 5, 1}, {2026, 5, 4}, "1 – 4 Mayıs 2026, 4 gün"}},
              {"days of two months", {{2026, 4, 27}, {2026, 5, 4}, "27 Nisan – 4 Mayıs 2026, 8 gün"}},
              {"days of two years", {{2025, 12, 31}, {2026, 1, 1}, "31 Aralık 2025 – 1 Ocak 2026, 2 gün"}},
-             {"backwards", {{2026, 5, 4}, {2026, 5, 1}, "4 – 1 Mayıs 2026"}}});
+             {"backwards", {{2026, 5, 4}, {2026, 5, 1}, "Başlangıç bitişten sonra"}}});
     }
     void rangeInWords() {
         QFETCH(const WordsRow, row);
