@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "figures.h"
+#include "rawshop.h"
 
 namespace {
 
@@ -88,12 +89,8 @@ double milliseconds(sqlite3* database, const std::string& sql, Row (*take)(sqlit
 
 int main(int argc, char** argv) {
     const kovanix::bench::Figures figures(argc, argv);
-    sqlite3* database = nullptr;
-    const std::string file = "file://" + figures.option("folder") + "/kovanix.data?mode=rw";
-    if (sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr) !=
-        SQLITE_OK)
-        giveUp("can't open " + file);
-    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closing(database, &sqlite3_close);
+    const kovanix::bench::RawShop shop = kovanix::bench::openRawShop(figures);
+    sqlite3* const database = shop.get();
     const bool sums = figures.option("what") == "sums";
     const std::string columns = sums ? "sum(adet), sum(toplam), sum(kar)" : "*";
     const std::string range = " BETWEEN '" + figures.option("from") + "' AND '" + figures.option("to") + "'";

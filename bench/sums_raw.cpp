@@ -9,6 +9,7 @@
 #include <string>
 
 #include "figures.h"
+#include "rawshop.h"
 #include "values/numbers.h"
 
 namespace {
@@ -62,12 +63,8 @@ double stockProfit(sqlite3* database) {
 
 int main(int argc, char** argv) {
     const kovanix::bench::Figures figures(argc, argv);
-    sqlite3* database = nullptr;
-    const std::string file = "file://" + figures.option("folder") + "/kovanix.data?mode=rw";
-    if (sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr) !=
-        SQLITE_OK)
-        giveUp("can't open " + file);
-    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closing(database, &sqlite3_close);
+    const kovanix::bench::RawShop shop = kovanix::bench::openRawShop(figures);
+    sqlite3* const database = shop.get();
     const int runs = std::stoi(figures.option("runs"));
     const bool ofSales = figures.option("of") == "sales";
     for (int i = 0; i < runs; ++i) {

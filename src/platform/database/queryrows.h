@@ -8,7 +8,6 @@
 
 #include "database/connectionprivate.h"
 #include "database/driver/rowcursor.h"
-#include "database/vectorstate.h"
 
 namespace kovanix {
 
@@ -16,9 +15,7 @@ namespace kovanix {
 class QueryRows {
 public:
     explicit QueryRows(QSqlQuery query)
-        : m_query(std::move(query)), m_cursor(*m_query.result()->handle().value<engine::RowCursor*>()) {
-        emptyVectorRegisters();
-    }
+        : m_query(std::move(query)), m_cursor(*m_query.result()->handle().value<engine::RowCursor*>()) {}
 
     /// Goes to the next row. @return false at the end
     /// @throws RuntimeError the engine's failure

@@ -2,7 +2,7 @@
 
 namespace kovanix {
 
-/// To be called ahead of a loop through the engine. The toolkit's text functions leave the upper halves of
+/// To be called ahead of a step of the engine. The toolkit's text functions leave the upper halves of
 /// the processor's vector registers filled; the engine is compiled for every machine, and some processors
 /// carry those halves along through each of its instructions, at half the speed. Does nothing where there is
 /// nothing to empty.
