@@ -420,6 +420,16 @@ private Q_SLOTS:
         QCOMPARE(fieldsCaption(), u""_s);
     }
 
+    void nobodyElseIsChangedInPlaceOfAUserWhoIsGone() {
+        openUnguarded();
+        m_shop->pick(2);
+        m_shop->run(u"DELETE FROM kullanici WHERE id=2"_s);
+        m_shop->users().form_load();
+        m_shop->expect({notice(words::pickToEdit)});
+        press(ui().duzenle3);
+        QCOMPARE(fieldsCaption(), u""_s);
+    }
+
     void refusals_data() {
         addRows<RefusalRow>(
             {{"no name", {u""_s, u"x"_s, u"y"_s, notice(words::noName), u"personeladi"_s}},
