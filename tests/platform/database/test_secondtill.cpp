@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "database/connection.h"
-#include "database/recordset.h"
 #include "database/rowset.h"
 #include "database/rowwalk.h"
 #include "databasefile.h"
@@ -22,10 +21,6 @@ const QString year = u"satislar where tarih between #1/1/2026 00:00:00# and #12/
 void salesReport(Connection& connection) {
     RowSet rows;
     rows.read(connection, u"select * from "_s + year);
-    Recordset sums;
-    sums.open(u"select sum(adet) as adet, sum(toplam) as toplam  , sum(kar) as kar  from "_s + year,
-              connection);
-    sums.field(u"adet"_s);
 }
 
 void zReport(Connection& connection) {
@@ -90,9 +85,8 @@ private Q_SLOTS:
     void sellsMeanwhile_data() {
         QTest::addColumn<ReportRow>("row");
         for (const ReportRow& row : {ReportRow{"sales report", false, salesReport},
-                                     {"Z report", false, zReport},
-                                     {"sales report over the network", true, salesReport},
-                                     {"Z report over the network", true, zReport}})
+                                     ReportRow{"sales report over the network", true, salesReport},
+                                     ReportRow{"Z report over the network", true, zReport}})
             QTest::newRow(row.name) << row;
     }
 
@@ -115,7 +109,10 @@ private Q_SLOTS:
         row.read(connection);
         const qint64 taken = timer.elapsed();
         till.waitForReadyRead(0);
-        const QByteArrayList sales = till.readAllStandardOutput().trimmed().split('\n');
+        QByteArray told = till.readAllStandardOutput();
+        QVERIFY(till.waitForReadyRead());  // the sale that was waiting as the read ended
+        told += till.readAllStandardOutput();
+        const QByteArrayList sales = told.trimmed().split('\n');
 
         QFile closing(closingTime(m_file.path()));
         QVERIFY(closing.open(QIODevice::WriteOnly));
@@ -127,9 +124,9 @@ private Q_SLOTS:
             longest = std::max(longest, sale.toLongLong(&stored));
             QVERIFY2(stored, sale.constData());
         }
-        const QByteArray told = QByteArray::number(sales.size()) + " sales in " + QByteArray::number(taken) +
-                                " ms, the longest took " + QByteArray::number(longest);
-        QVERIFY2(sales.size() >= 3 && longest < taken / 2, told.constData());
+        const QByteArray sum = QByteArray::number(sales.size()) + " sales in " + QByteArray::number(taken) +
+                               " ms, the longest took " + QByteArray::number(longest);
+        QVERIFY2(sales.size() >= 3 && longest < taken / 4, sum.constData());
     }
 };
 
