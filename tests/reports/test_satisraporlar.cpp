@@ -217,6 +217,18 @@ private Q_SLOTS:
                  numberText(sayicevir(m_shop->rows("SELECT sum(adet) FROM satislar")[0][0])));
     }
 
+    /// What tells the lines of a sale apart is their number.
+    void deletesOneOfASecond() {
+        for (const char* name : {"ilk", "orta", "son"})
+            sell({.name = name});
+        open();
+        pressRow(1);
+        question(MessageBoxAnswer::yes);
+        notice(deleted);
+        press(*report().urunsil);
+        QCOMPARE(stored(), (QStringList{"ilk", "son"}));
+    }
+
     void theLineIsSeenThatIsAskedAbout() {
         for (int line = 0; line < 100; ++line)
             sell({.name = QString::number(line)});
