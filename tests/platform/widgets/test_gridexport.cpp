@@ -1,6 +1,8 @@
 #include <sys/resource.h>
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <csignal>
 
 #include "gridfixture.h"
@@ -109,6 +111,31 @@ private Q_SLOTS:
         QVERIFY(html.contains(u"td.t, th { mso-number-format:\"\\@\""_s));
         QVERIFY(html.contains(u"<td class=\"t\" sdnum=\"1055;0;@\">1</td>"_s));
         QVERIFY(html.contains(u"<td class=\"n\" sdnum=\"1055;\">1,00</td>"_s));
+    }
+
+    void aSpreadsheetReadsIt() {
+        const QString office = QStandardPaths::findExecutable(u"soffice"_s);
+        if (office.isEmpty())
+            QSKIP("no spreadsheet program is installed (libreoffice-calc)");
+        ProductList list;
+        list.add(u"0008690000000001"_s, u"=1+1"_s, 1234.5);
+        list.add(u"8690000000012"_s, u"<b>Çay, \"demli\" 3-5"_s, -2.5);
+        list.source.refresh();
+        list.grid.column(2).setFooterText(u"TOPLAM"_s);
+        list.grid.column(4).setFooterText(u"5,25 Adet"_s);
+        const QString folder = list.file.folder();
+        list.grid.exportToFile(folder + u"/urun raporu.xls"_s, false);
+        QProcess conversion;
+        conversion.setWorkingDirectory(folder);
+        conversion.start(
+            office, {u"-env:UserInstallation=file://"_s + folder + u"/office", u"--headless"_s,
+                     u"--convert-to"_s, u"csv:Text - txt - csv (StarCalc):44,34,76"_s, u"urun raporu.xls"_s});
+        QVERIFY(conversion.waitForFinished(90'000));
+        QCOMPARE(QString::fromUtf8(contents(folder + u"/urun raporu.csv"_s)),
+                 u"NO,BARKOD,ÜRÜN ADI,ALIŞ FİYAT,SATIŞ FİYATI,STOK\n"
+                 "1,0008690000000001,=1+1,1,1234.5,1\n"
+                 "2,8690000000012,\"<b>Çay, \"\"demli\"\" 3-5\",1,-2.5,1\n"
+                 ",,TOPLAM,,\"5,25 Adet\",\n"_s);
     }
 
     void encodingIsStated() {
