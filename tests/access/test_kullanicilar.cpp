@@ -480,19 +480,6 @@ private Q_SLOTS:
         QCOMPARE(ui().sutun->text(), u"1"_s);
     }
 
-    void escapeCancelsTheFieldsFirst() {
-        openUnguarded();
-        for (const QString& name : {u"personeladi"_s, u"sifre1"_s, u"acilisi"_s, u"kaydet"_s}) {
-            press(ui().kisiekleme3);
-            control(name)->setFocus();
-            QTest::keyClick(control(name), Qt::Key_Escape);
-            QVERIFY2(!ui().kisiekle->isVisible(), qPrintable(name));
-            QVERIFY(loaded<kullanicilar>());
-        }
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-        QVERIFY(!loaded<kullanicilar>());
-    }
-
     void walk_data() {
         addRows<WalkRow>({{"name", {u"personeladi"_s, u"sifre"_s}},
                           {"password", {u"sifre"_s, u"sifre1"_s}},
@@ -584,14 +571,6 @@ private Q_SLOTS:
         const KeyboardScreen& keyboard =
             loaded<klavyeyeni>() ? static_cast<KeyboardScreen&>(screen<klavyeyeni>()) : screen<klavyeyeni2>();
         QCOMPARE(keyboard.ui.nereye->text(), row.code);
-    }
-
-    void leavingGivesTheKeyboardToTheSalesScreen() {
-        screen<satisekrani>().show();
-        m_shop->open();
-        press(ui().kapat);
-        QVERIFY(!loaded<kullanicilar>());
-        QTRY_VERIFY(screen<satisekrani>().ui.barkod->hasFocus());
     }
 };
 
