@@ -53,7 +53,6 @@ private Q_SLOTS:
     void activationKeepsEverything();
     void neverChangesTheProducts();
     void withoutADatabase();
-    void passwordFile();
 
 private:
     urunbul& open();
@@ -293,13 +292,6 @@ void TestUrunbul::withoutADatabase() {
     finder().ui.vkCommand4->click();
     QVERIFY(!loaded<urunbul>());
     m_shop->run(u"ALTER TABLE gone RENAME TO urunler"_s);
-}
-
-void TestUrunbul::passwordFile() {
-    m_shop.reset();
-    m_shop = std::make_unique<SalesFixture>(u"gizli"_s);
-    open();
-    QCOMPARE(names().size(), 5);
 }
 
 int main(int argc, char** argv) {
