@@ -231,6 +231,10 @@ void kullanicilar::edit(const QString& caption) {
         tell(u"MSG_KULLANICI_YOK"_s);
         return;
     }
+    if (!isSelectedRowCurrent()) {
+        tell(u"MSG_KULLANICI_SEC"_s);
+        return;
+    }
     const qint64 identity = rows.identity(rows.current());
     attempt([&] { data().refreshRow(identity); });  // the list may be hours old
     const auto cell = [this](Column column) { return grid().column(column).value(); };

@@ -80,7 +80,10 @@ QString cellName(int index) {
 
 /// The moment of a literal as sqltarihsaat writes it; an invalid one for what is no time.
 QDateTime momentOf(const QString& literal) {
-    return QDateTime::fromString(literal, u"#M/d/yyyy HH:mm:ss#"_s);
+    const QDate day = QDate::fromString(literal.section(u' ', 0, 0), u"#M/d/yyyy"_s);
+    const QTime time = QTime::fromString(literal.section(u' ', 1), u"HH:mm:ss#"_s);
+    // Of no zone: an hour that the clock skips in spring can be asked for, too.
+    return time.isValid() ? QDateTime(day, time, Qt::UTC) : QDateTime();
 }
 
 }  // namespace
@@ -189,9 +192,11 @@ void satisraporlar::form_load() {
 }
 
 void satisraporlar::acilis_tick() {
-    // Who is typing a day or a time already goes on.
+    // Who is typing or choosing a day or a time already goes on.
     const bool typing = qobject_cast<QLineEdit*>(focusWidget()) || qobject_cast<DTPicker*>(focusWidget());
-    satisgetir(!typing);
+    const bool choosing = ui.ilktarih1->isDropped() || ui.ilktarih2->isDropped() ||
+                          ui.Picture1->isVisible() || ui.Picture2->isVisible();
+    satisgetir(!typing && !choosing);
     acilis.setInterval(0);
 }
 
@@ -381,6 +386,7 @@ void satisraporlar::urunsil_click() {
         giveFocus(grid());
         return;
     }
+    showCurrentRow();
     const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
     const int answer = mesajsor(u"MSG_SIL_ONAY"_s, style, metin(u"MSG_SILME_ONAY_BASLIK"_s));
     giveFocus(grid());  // the Enter of the next scan must not press the button again

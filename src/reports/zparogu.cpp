@@ -142,7 +142,8 @@ void zparogu::tellRange() {
 }
 
 void zparogu::Command1_click() {
-    if (m_busy)
+    constexpr int onePress = 1000;  // milliseconds: nothing shows that a job is on its way
+    if (m_busy || (m_sinceJob.isValid() && !m_sinceJob.hasExpired(onePress)))
         return;
     const QScopedValueRollback busy(m_busy, true);
     // A hidden line edit keeps CR LF as they are, which the toolkit's multi-line editors don't.
@@ -152,9 +153,10 @@ void zparogu::Command1_click() {
     showPressed();
     // A printer that fails says nothing here; the figures stay.
     Printer printer;
-    attempt([&] { printer.print(ui.Text33->text()); });
+    const bool printed = !attempt([&] { printer.print(ui.Text33->text()); });
     showPressed();
-    attempt([&] { printer.endDocument(); });
+    if (!attempt([&] { printer.endDocument(); }) && printed)
+        m_sinceJob.start();
     ui.cmdClose->setFocus();  // the Enter of a scan must not print once more
 }
 

@@ -34,6 +34,7 @@ private:
     void sumUp();
 
     bool m_busy = false;  ///< running or printing
+    QElapsedTimer m_sinceJob;
 };
 
 }  // namespace kovanix

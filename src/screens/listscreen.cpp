@@ -126,6 +126,14 @@ void ListScreen::copySelection() {
     m_controls.selected->setText(m_controls.grid->column(0).value());
 }
 
+bool ListScreen::isSelectedRowCurrent() const {
+    return data().recordset().recordCount() > 0 && grid().column(0).value() == selected().text();
+}
+
+void ListScreen::showCurrentRow() const {
+    grid().scrollTo(grid().currentIndex());
+}
+
 void ListScreen::TDBGrid1_dblclick() {}
 
 void ListScreen::TDBGrid1_headclick(int column) {

@@ -102,6 +102,11 @@ protected:
     virtual std::chrono::milliseconds readingTime() const;
     /// Copies the number of the current row into the hidden box.
     void copySelection();
+    /// Whether the row whose number the hidden box holds is the current one: a filter may hide it, and
+    /// another till may have deleted it.
+    bool isSelectedRowCurrent() const;
+    /// Brings the current row into sight, so that it is known what a question is about.
+    void showCurrentRow() const;
     /// Tells in the title strip how many rows there are.
     virtual void tellCount();
     /// Says in the empty list why there are no rows.

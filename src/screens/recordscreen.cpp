@@ -66,11 +66,6 @@ bool RecordScreen::takeSelectedRow() {
     return true;
 }
 
-/// A filter may hide the selected row and have another one marked, or none.
-bool RecordScreen::isSelectedRowCurrent() const {
-    return data().recordset().recordCount() > 0 && cell(0) == selected().text();
-}
-
 void RecordScreen::tell(const QString& notice) {
     uyarimesaj(notice, MessageBoxStyle::ok);
     giveFocus(grid());
@@ -120,6 +115,7 @@ void RecordScreen::deleteSelected() {
         tell(m_records.nothingToDelete);
         return;
     }
+    showCurrentRow();
     const int style = MessageBoxStyle::yesNo | MessageBoxStyle::warning;
     const int answer = mesajsor(m_records.deleteQuestion, style, metin(u"MSG_SILME_ONAY_BASLIK"_s));
     giveFocus(grid());  // the Enter of the next scan must not press the button again

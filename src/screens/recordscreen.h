@@ -74,7 +74,6 @@ protected:
     void exportList();
 
 private:
-    bool isSelectedRowCurrent() const;
     bool deleteRow(const QString& number);
 
     const RecordTraits& m_records;

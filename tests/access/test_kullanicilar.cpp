@@ -420,6 +420,16 @@ private Q_SLOTS:
         QCOMPARE(fieldsCaption(), u""_s);
     }
 
+    void nobodyElseIsChangedInPlaceOfAUserWhoIsGone() {
+        openUnguarded();
+        m_shop->pick(2);
+        m_shop->run(u"DELETE FROM kullanici WHERE id=2"_s);
+        m_shop->users().form_load();
+        m_shop->expect({notice(words::pickToEdit)});
+        press(ui().duzenle3);
+        QCOMPARE(fieldsCaption(), u""_s);
+    }
+
     void refusals_data() {
         addRows<RefusalRow>(
             {{"no name", {u""_s, u"x"_s, u"y"_s, notice(words::noName), u"personeladi"_s}},
@@ -468,19 +478,6 @@ private Q_SLOTS:
             QVERIFY(!field->isUndoAvailable());
         QCOMPARE(focused(), u"TDBGrid1"_s);
         QCOMPARE(ui().sutun->text(), u"1"_s);
-    }
-
-    void escapeCancelsTheFieldsFirst() {
-        openUnguarded();
-        for (const QString& name : {u"personeladi"_s, u"sifre1"_s, u"acilisi"_s, u"kaydet"_s}) {
-            press(ui().kisiekleme3);
-            control(name)->setFocus();
-            QTest::keyClick(control(name), Qt::Key_Escape);
-            QVERIFY2(!ui().kisiekle->isVisible(), qPrintable(name));
-            QVERIFY(loaded<kullanicilar>());
-        }
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-        QVERIFY(!loaded<kullanicilar>());
     }
 
     void walk_data() {
@@ -574,14 +571,6 @@ private Q_SLOTS:
         const KeyboardScreen& keyboard =
             loaded<klavyeyeni>() ? static_cast<KeyboardScreen&>(screen<klavyeyeni>()) : screen<klavyeyeni2>();
         QCOMPARE(keyboard.ui.nereye->text(), row.code);
-    }
-
-    void leavingGivesTheKeyboardToTheSalesScreen() {
-        screen<satisekrani>().show();
-        m_shop->open();
-        press(ui().kapat);
-        QVERIFY(!loaded<kullanicilar>());
-        QTRY_VERIFY(screen<satisekrani>().ui.barkod->hasFocus());
     }
 };
 

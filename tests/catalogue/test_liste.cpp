@@ -7,6 +7,7 @@
 #include "app/session.h"
 #include "appearance/menu.h"
 #include "desktop/focus.h"
+#include "htmltable.h"
 #include "rows.h"
 #include "screencontract.h"
 
@@ -29,10 +30,6 @@ struct PasteRow {
     const char* field;
     QString pasted;
     QString text;
-};
-
-struct LeavingRow {
-    void (*leave)(liste&);
 };
 
 struct CaptionRow {
@@ -192,10 +189,7 @@ private Q_SLOTS:
 
     void pastes_data() {
         addRows<PasteRow>({{"telephone takes letters", {"telefon", "0532 abc.", "0532 abc."}},
-                           {"address keeps small letters", {"adres", "gül sk. ı", "gül sk. ı"}},
-                           {"line ends in the name", {"txtMusteri", "a\nb\tc", "a b c"}},
-                           {"line ends in the telephone", {"telefon", "1\r2\n3", "1 2 3"}},
-                           {"line ends in the address", {"adres", "a\u2028b\u2029c", "a b c"}}});
+                           {"address keeps small letters", {"adres", "gül sk. ı", "gül sk. ı"}}});
     }
     void pastes() {
         QFETCH(const PasteRow, row);
@@ -233,12 +227,9 @@ private Q_SLOTS:
         for (int times = 0; times < 2; ++times) {
             notice(told);
             press(*book().excelekaydet);
-            QFile file(drive.filePath("kovanix/adres raporu.xls"));
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString html = QString::fromUtf8(file.readAll());
-            QCOMPARE(html.count("<tr>"), 2);  // the captions and the one row that is shown
-            QVERIFY(html.contains("<th>MüşTERİ ADI</th>"));
-            QVERIFY(html.contains(">05449021175</td>"));
+            QCOMPARE(htmlTable(drive.filePath("kovanix/adres raporu.xls")),
+                     (QList<QStringList>{{"NO", "MüşTERİ ADI", "TELEFON", "ADRES"},
+                                         {"2", "Berna Aksoy", "05449021175", "YENİ MAH. 118"}}));
         }
     }
 
@@ -251,36 +242,6 @@ private Q_SLOTS:
         QVERIFY(loaded<liste>());
         QVERIFY(screen<liste>().isVisible());
         QCOMPARE(tables(), before);
-    }
-
-    void leaving_data() {
-        addRows<LeavingRow>({{"its button", {[](liste& list) { list.ui.vkCommand2->click(); }}},
-                             {"the button, with the frame open", {[](liste& list) {
-                                  beginToAdd(list);
-                                  list.ui.vkCommand2->click();
-                              }}},
-                             {"the window's X, with the frame open", {[](liste& list) {
-                                  beginToEdit(list);
-                                  list.close();
-                              }}},
-                             {"Escape once for the frame and once for the screen", {[](liste& list) {
-                                  beginToAdd(list);
-                                  QTest::keyClick(list.ui.adres, Qt::Key_Escape);
-                                  QVERIFY(!list.ui.kisiekle2->isVisible());
-                                  QVERIFY(loaded<liste>());
-                                  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-                              }}}});
-    }
-    void leaving() {
-        QFETCH(const LeavingRow, row);
-        const auto before = tables();
-        row.leave(open());
-        QVERIFY(!loaded<liste>());
-        QTRY_VERIFY(ui().barkod->hasFocus());
-        QCOMPARE(tables(), before);
-        open();  // a fresh one
-        isClosed();
-        QCOMPARE(book().sutun2->text(), "");
     }
 
     void theFrameLeavesRoomForRows_data() {

@@ -25,15 +25,9 @@ struct ChoiceRow {
     int interval;  ///< of kontorsat, in milliseconds
 };
 
-struct LeavingRow {
-    const char* name;
-    void (*leave)(urunbul&);
-};
-
 }  // namespace
 
 Q_DECLARE_METATYPE(ChoiceRow)
-Q_DECLARE_METATYPE(LeavingRow)
 
 class TestUrunbul : public QObject {
     Q_OBJECT
@@ -54,16 +48,11 @@ private Q_SLOTS:
     void enterChooses();
     void scanIntoTheOpenList();
     void enterChoosesNothingWhileACellIsRefused();
-    void leaving_data();
-    void leaving();
-    void escapeClearsAFilterCellFirst();
     void activationShowsChanges();
     void openingReadsOnce();
     void activationKeepsEverything();
     void neverChangesTheProducts();
-    void anotherTillSellsMeanwhile();
     void withoutADatabase();
-    void passwordFile();
 
 private:
     urunbul& open();
@@ -251,35 +240,6 @@ void TestUrunbul::enterChoosesNothingWhileACellIsRefused() {
     QCOMPARE(sales().barkod->text(), QString());
 }
 
-void TestUrunbul::leaving_data() {
-    QTest::addColumn<LeavingRow>("row");
-    for (const LeavingRow& row : QList<LeavingRow>{
-             {"its button", [](urunbul& screen) { screen.ui.vkCommand4->click(); }},
-             {"Escape", [](urunbul& screen) { QTest::keyClick(screen.ui.TDBGrid1, Qt::Key_Escape); }},
-             {"the window's X", [](urunbul& screen) { screen.close(); }},
-         })
-        QTest::newRow(row.name) << row;
-}
-
-void TestUrunbul::leaving() {
-    QFETCH(const LeavingRow, row);
-    open();
-    row.leave(finder());
-    QVERIFY(!loaded<urunbul>());
-    QTRY_VERIFY(sales().barkod->hasFocus());
-    QCOMPARE(m_shop->lines(), 0);
-}
-
-void TestUrunbul::escapeClearsAFilterCellFirst() {
-    open();
-    type(2, u"süt"_s);
-    m_shop->key(Qt::Key_Escape);
-    QVERIFY(loaded<urunbul>());
-    QCOMPARE(names().size(), 5);
-    m_shop->key(Qt::Key_Escape);
-    QVERIFY(!loaded<urunbul>());
-}
-
 void TestUrunbul::activationShowsChanges() {
     open();
     m_shop->addProduct(u"42"_s, u"Yeni gelen"_s, 1, 2);
@@ -325,17 +285,6 @@ void TestUrunbul::neverChangesTheProducts() {
     QCOMPARE(m_shop->rows(u"SELECT * FROM urunler"_s), before);
 }
 
-void TestUrunbul::anotherTillSellsMeanwhile() {
-    open();
-    // Nothing of the list holds the file: a writer of another connection doesn't wait.
-    m_shop->run(u"UPDATE urunler SET stok = stok - 1"_s);
-    finder().form_activate();
-    m_shop->run(u"DELETE FROM urunler WHERE no = 1"_s);
-    choose(0);
-    QCOMPARE(sales().barkod->text(), goods::bread);  // what the list still shows
-    m_shop->sales().kontorsat.setInterval(0);
-}
-
 void TestUrunbul::withoutADatabase() {
     m_shop->run(u"ALTER TABLE urunler RENAME TO gone"_s);
     open();  // says nothing
@@ -343,13 +292,6 @@ void TestUrunbul::withoutADatabase() {
     finder().ui.vkCommand4->click();
     QVERIFY(!loaded<urunbul>());
     m_shop->run(u"ALTER TABLE gone RENAME TO urunler"_s);
-}
-
-void TestUrunbul::passwordFile() {
-    m_shop.reset();
-    m_shop = std::make_unique<SalesFixture>(u"gizli"_s);
-    open();
-    QCOMPARE(names().size(), 5);
 }
 
 int main(int argc, char** argv) {

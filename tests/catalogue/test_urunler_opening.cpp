@@ -98,19 +98,6 @@ private Q_SLOTS:
         QCOMPARE(names(), QStringList{u"Tam Yağlı Süt 1 L"_s});
     }
 
-    void withoutADatabase() {
-        m_shop->run(u"ALTER TABLE urunler RENAME TO gone"_s);
-        open();
-        QCOMPARE(names(), QStringList());
-        m_shop->run(u"ALTER TABLE gone RENAME TO urunler"_s);
-    }
-
-    void passwordFile() {
-        openShop(u"gizli"_s);
-        open();
-        QCOMPARE(names().size(), 5);
-    }
-
     // --- Check1
     void check1_data() {
         addRows<SettingRow>({

@@ -1,5 +1,3 @@
-#include <QPointer>
-
 #include "app/session.h"
 #include "desktop/focus.h"
 #include "reports/raporlarmenu.h"
@@ -111,15 +109,6 @@ private Q_SLOTS:
         QVERIFY(loaded<raporlarmenu>());
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
         QVERIFY(open().isVisible());
-    }
-
-    void leaves() {
-        const QPointer<raporlarmenu> menu(&open());
-        QVERIFY(menu->ui.vkCommand3->hasFocus());
-        press(*menu->ui.vkCommand3);
-        QTRY_VERIFY(!menu);
-        QVERIFY(!loaded<raporlarmenu>());
-        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
     }
 
 private:

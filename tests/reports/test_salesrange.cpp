@@ -135,6 +135,17 @@ private Q_SLOTS:
         QCOMPARE(report().ilktarih1->date(), QDate(2026, 5, 1));
     }
 
+    void secondReadLeavesAChoiceAlone() {
+        open();
+        press(*report().ilktarih1->findChild<QAbstractButton*>());
+        Q_EMIT form().acilis.tick();
+        QVERIFY(report().ilktarih1->isDropped());
+        m_shop->key(Qt::Key_Escape);
+        press(*report().Button_XP12);
+        Q_EMIT form().acilis.tick();
+        QCOMPARE(QApplication::focusWidget()->objectName(), "Label1_0");
+    }
+
     void secondReadLeavesAFilterCellAlone() {
         sell();
         open();
@@ -267,6 +278,14 @@ private Q_SLOTS:
         QCOMPARE(words(), row.words);
     }
 
+    /// In Turkey, too, the clock once went from three to four in the night.
+    void anHourThatTheClockSkips() {
+        open();
+        typeTime(*report().saat1, "03:30:00");
+        setDays(QDate(2016, 3, 27), QDate(2016, 3, 27));
+        QCOMPARE(words(), "27 Mart 2016 Pazar, 03:30 – 23:59");
+    }
+
     void refusedTimes_data() {
         addRows<TimeRow>({{"beyond the day", {"25:99:99", "23:59:59"}},
                           {"at the end", {"00:00:00", "25:99:99"}},
@@ -333,6 +352,7 @@ private Q_SLOTS:
         activate();
         press(*report().dunkusatis);  // says nothing
         stands();
+        QVERIFY(!QGuiApplication::overrideCursor());
         m_shop->run("ALTER TABLE gone RENAME TO satislar");
         press(*report().dunkusatis);
         QCOMPARE(footers(), noSums);

@@ -413,9 +413,9 @@ private Q_SLOTS:
         for (const char* piece : {"03.05.2026 ile 03.05.2026 TARİH ARASINDA", "GENEL RAPOR",
                                   "ÖZET :", "03.05.2026 10:00:00", "KASA BİLGİLERİ :", "18.764,25 TL."})
             QVERIFY2(page.simplified().contains(QString::fromUtf8(piece)), qPrintable(page));
-        press(*ui().Command1);
-        QCOMPARE(printed(), 2);
         QVERIFY(ui().cmdClose->hasFocus());  // a scan that follows prints no other
+        press(*ui().Command1);               // nor does a finger that taps twice
+        QCOMPARE(printed(), 1);
     }
 
     void aFailingPrinterSaysNothing() {

@@ -12,10 +12,13 @@
 #include "catalogue/urunbul.h"
 #include "desktop/focus.h"
 #include "desktop/singleinstance.h"
+#include "reports/raporlarmenu.h"
+#include "reports/satisraporlar.h"
 #include "rows.h"
 #include "runtests.h"
 #include "runtime/screenregistry.h"
 #include "salesfixture.h"
+#include "screens/printpreview.h"
 #include "virtualdisplay.h"
 
 using namespace kovanix;
@@ -262,6 +265,24 @@ private Q_SLOTS:
             typeKeys(QString::number(closing));
             QTRY_VERIFY_WITH_TIMEOUT(ui().barkod->text().endsWith(QString::number(closing)), soon);
         }
+    }
+
+    void thePreviewGivesTheKeyboardBackToItsReport() {
+        girisyetki = 1;
+        pressKeys({u"F5"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(loaded<raporlarmenu>() && hasKeyboard(*screen<raporlarmenu>().ui.vkCommand3),
+                                 soon);
+        screen<raporlarmenu>().ui.fiyatgor->click();
+        const Ui::satisraporlar& report = screen<satisraporlar>().ui;
+        for (int closing = 0; closing < 5; ++closing) {
+            QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*report.TDBGrid1), soon);
+            report.yazdir->click();
+            QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*screen<PrintPreview>().ui.yazdir), soon);
+            pressKeys({u"Escape"_s});
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*report.TDBGrid1), soon);
+        pressKeys({u"Escape"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
     }
 
     void fTenHidesAndTheNextStartBringsBack() {

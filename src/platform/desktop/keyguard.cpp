@@ -7,7 +7,12 @@ namespace kovanix {
 
 namespace {
 
-constexpr int scannersPause = 300;  // milliseconds, at most
+constexpr int scannersPause = 300;      // milliseconds, at most
+constexpr quint64 quickestFinger = 50;  // milliseconds between two presses, no person is quicker
+
+bool isEnter(const QKeyEvent& key) {
+    return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+}
 
 bool isCharacter(const QKeyEvent& key) {
     return !key.text().isEmpty() && key.text().front().isPrint() && key.key() != Qt::Key_Space;
@@ -24,13 +29,21 @@ bool RepeatedKeys::eventFilter(QObject* watched, QEvent* event) {
         (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
         return false;
     const auto& key = static_cast<const QKeyEvent&>(*event);
-    if (key.isAutoRepeat() || isCharacter(key))
+    if (key.isAutoRepeat())
         return false;
+    if (isCharacter(key)) {
+        m_entered = 0;
+        return false;
+    }
     if (key.type() == QEvent::KeyRelease) {
         m_key = key.key();
         m_released = key.timestamp();
         return false;
     }
+    if (isEnter(key) && m_entered != 0 && key.timestamp() - m_entered <= quickestFinger)
+        return true;
+    if (isEnter(key))
+        m_entered = key.timestamp();
     if (key.key() != m_key || key.timestamp() == 0 || key.timestamp() != m_released)
         return false;
     QKeyEvent repeated(QEvent::KeyPress, key.key(), key.modifiers(), key.nativeScanCode(),
@@ -41,8 +54,7 @@ bool RepeatedKeys::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool ScannedKeys::isEndOfScan(const QKeyEvent& press) {
-    const bool ends = press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter ||
-                      press.key() == Qt::Key_Tab || press.key() == Qt::Key_Space;
+    const bool ends = isEnter(press) || press.key() == Qt::Key_Tab || press.key() == Qt::Key_Space;
     const bool soon = m_sinceCharacter.isValid() && !m_sinceCharacter.hasExpired(scannersPause);
     if (isCharacter(press) || (ends && soon))
         m_sinceCharacter.start();

@@ -11,6 +11,9 @@ namespace kovanix {
 /// release and a press of the same moment for each, and the toolkit misses the pair where it arrives in two
 /// parts. Keys that write a letter are left alone.
 ///
+/// Of two Enters right behind one another, as some scanners end a code with them, the second is dropped: it
+/// would go on to the next field, or press what the first one has opened.
+///
 /// One watches the whole program.
 class RepeatedKeys : public QObject {
     Q_OBJECT
@@ -24,6 +27,7 @@ public:
 private:
     int m_key = 0;  ///< released last
     quint64 m_released = 0;
+    quint64 m_entered = 0;  ///< the moment of the last Enter; 0 where a character came behind it
 };
 
 /// Tells what a scanner types at the end of a code (Enter, Tab, a blank, also twice) from what a person

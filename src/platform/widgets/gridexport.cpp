@@ -55,7 +55,7 @@ void TDBGrid::exportToFile(const QString& path, bool append, const QString& widt
         "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\n"
         "<style>\n"
         // A spreadsheet takes a text cell as it stands: no barcode loses digits, no "=…" becomes a formula.
-        "td.t, th { mso-number-format:\"\\@\"; text-align:left; }\n"
+        "td.t, th { mso-number-format:\"\\@\"; text-align:left; white-space:pre-wrap; }\n"
         "td.n { text-align:right; white-space:nowrap; }\n"
         "</style>\n</head>\n<body>\n");
     const auto flush = [&] {

@@ -62,8 +62,12 @@ TDBGrid::TDBGrid(QWidget* parent)
     connect(m_filterBar, &FilterBar::entered, this, &TDBGrid::enteredIn);
     connect(m_filterBar, &FilterBar::leftForRows, this, [this] {
         setFocus(Qt::OtherFocusReason);
-        if (currentIndex().isValid())
-            moveTo(currentIndex().row(), m_col);
+        if (!currentIndex().isValid())
+            return;
+        const bool chosen = dataSource()->isCurrentChosen();
+        moveTo(currentIndex().row(), m_col);
+        if (!chosen)
+            Q_EMIT rowKeyed();
     });
     connect(this, &QObject::objectNameChanged, this, &TDBGrid::nameParts);
     m_layout.tone = toneOf(*this);  // nobody is told of the palette that a new widget takes from its page

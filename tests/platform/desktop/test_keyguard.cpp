@@ -20,6 +20,14 @@ struct PairRow {
     bool repeated;
 };
 
+struct EnterRow {
+    Qt::Key first;
+    QString between;  ///< characters
+    Qt::Key second;
+    quint64 pause;  ///< milliseconds between the two presses
+    int presses;    ///< that arrive
+};
+
 struct ScanRow {
     QString typed;  ///< ahead of the last key
     Qt::Key last;
@@ -49,6 +57,7 @@ void send(QWindow& window, QEvent::Type type, const PairRow& row, quint64 moment
 }  // namespace
 
 Q_DECLARE_METATYPE(PairRow)
+Q_DECLARE_METATYPE(EnterRow)
 Q_DECLARE_METATYPE(ScanRow)
 
 class TestKeyGuard : public QObject {
@@ -70,12 +79,40 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&listener));
         listener.setFocus();
         QWindow& window = *listener.windowHandle();
-        send(window, QEvent::KeyPress, row, row.released);
+        send(window, QEvent::KeyPress, row, row.released / 2);
         QVERIFY(!listener.repeated);
         send(window, QEvent::KeyRelease, row, row.released);
         send(window, QEvent::KeyPress, row, row.pressed);
         QCOMPARE(listener.presses, 2);
         QCOMPARE(listener.repeated, row.repeated);
+    }
+
+    /// Scanners that end a code with two Enters mean one.
+    void secondEnters_data() {
+        addRows<EnterRow>({{"a scanner's", {Qt::Key_Return, {}, Qt::Key_Return, 20, 1}},
+                           {"at once", {Qt::Key_Return, {}, Qt::Key_Return, 0, 1}},
+                           {"of the other Enter key", {Qt::Key_Return, {}, Qt::Key_Enter, 20, 1}},
+                           {"a person's", {Qt::Key_Return, {}, Qt::Key_Return, 90, 2}},
+                           {"of the next scan", {Qt::Key_Return, u"869"_s, Qt::Key_Return, 20, 5}},
+                           {"Space", {Qt::Key_Space, {}, Qt::Key_Space, 20, 2}}});
+    }
+    void secondEnters() {
+        QFETCH(const EnterRow, row);
+        const RepeatedKeys guard;
+        Listener listener;
+        listener.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&listener));
+        listener.setFocus();
+        const auto press = [&](Qt::Key key, const QString& text, quint64 moment) {
+            const PairRow pair{key, text, 0, 0, false};
+            send(*listener.windowHandle(), QEvent::KeyPress, pair, moment);
+            send(*listener.windowHandle(), QEvent::KeyRelease, pair, moment);
+        };
+        press(row.first, u"\r"_s, 1000);
+        for (const QChar letter : row.between)
+            press(Qt::Key(letter.unicode()), letter, 1000);
+        press(row.second, u"\r"_s, 1000 + row.pause);
+        QCOMPARE(listener.presses, row.presses);
     }
 
     void anotherKeyAtOnce() {

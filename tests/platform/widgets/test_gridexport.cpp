@@ -1,11 +1,12 @@
 #include <sys/resource.h>
 #include <QDir>
 #include <QFileInfo>
-#include <QTextDocument>
-#include <QTextTable>
+#include <QProcess>
+#include <QStandardPaths>
 #include <csignal>
 
 #include "gridfixture.h"
+#include "htmltable.h"
 #include "runtime/runtimeerror.h"
 
 using namespace kovanix;
@@ -28,27 +29,6 @@ QByteArray contents(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
-/// The cells of the only table of a file, as the toolkit's reader of HTML finds them.
-QList<QStringList> table(const QString& path) {
-    QTextDocument document;
-    document.setHtml(QString::fromUtf8(contents(path)));
-    QList<QStringList> rows;
-    for (QTextFrame* frame : document.rootFrame()->childFrames()) {
-        const auto* found = qobject_cast<QTextTable*>(frame);
-        for (int row = 0; found && row < found->rows(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < found->columns(); ++column) {
-                QTextCursor cursor = found->cellAt(row, column).firstCursorPosition();
-                cursor.setPosition(found->cellAt(row, column).lastPosition(), QTextCursor::KeepAnchor);
-                // Cells that break no lines come with blanks that can't be broken.
-                cells << cursor.selectedText().replace(QChar::Nbsp, u' ');
-            }
-            rows << cells;
-        }
-    }
-    return rows;
-}
-
 }  // namespace
 
 Q_DECLARE_METATYPE(PathRow)
@@ -64,7 +44,7 @@ private Q_SLOTS:
         list.grid.column(4).setFooterText(u"7,50 TL."_s);
         const QString path = list.file.folder() + u"/urun raporu.xls"_s;
         list.grid.exportToFile(path, false);
-        QCOMPARE(table(path),
+        QCOMPARE(htmlTable(path),
                  (QList<QStringList>{
                      {u"NO"_s, u"BARKOD"_s, u"ÜRÜN ADI"_s, u"ALIŞ FİYAT"_s, u"SATIŞ FİYATI"_s, u"STOK"_s},
                      {u"1"_s, u"8690000000001"_s, u"Ürün 1"_s, u"1,25"_s, u"1,50"_s, u"1"_s},
@@ -92,7 +72,7 @@ private Q_SLOTS:
         list.grid.column(0).setWidth(0);
         const QString path = list.file.folder() + u"/a.html"_s;
         list.grid.exportToFile(path, false);
-        const QList<QStringList> rows = table(path);
+        const QList<QStringList> rows = htmlTable(path);
         QStringList names;
         for (const QStringList& row : rows) {
             QCOMPARE(row.size(), 5);
@@ -114,6 +94,8 @@ private Q_SLOTS:
         row("Turkish letters", u"İıŞşĞğÇçÖöÜü"_s);
         row("emoji", u"\U0001F600"_s);
         row("control characters", u"a\u0001b"_s, u"ab"_s);
+        row("blanks", u"  iki  boşluk "_s);
+        row("only digits", u"0008690000000001"_s);
     }
     void hostileNames() {
         QFETCH(const NameRow, row);
@@ -122,13 +104,38 @@ private Q_SLOTS:
         list.source.refresh();
         const QString path = list.file.folder() + u"/a.html"_s;
         list.grid.exportToFile(path, false);
-        QCOMPARE(table(path).size(), 2);
-        QCOMPARE(table(path)[1][2], row.cell);
+        QCOMPARE(htmlTable(path).size(), 2);
+        QCOMPARE(htmlTable(path)[1][2], row.cell);
         // Text cells are told to be text, numbers aren't.
         const QString html = QString::fromUtf8(contents(path));
         QVERIFY(html.contains(u"td.t, th { mso-number-format:\"\\@\""_s));
         QVERIFY(html.contains(u"<td class=\"t\" sdnum=\"1055;0;@\">1</td>"_s));
         QVERIFY(html.contains(u"<td class=\"n\" sdnum=\"1055;\">1,00</td>"_s));
+    }
+
+    void aSpreadsheetReadsIt() {
+        const QString office = QStandardPaths::findExecutable(u"soffice"_s);
+        if (office.isEmpty())
+            QSKIP("no spreadsheet program is installed (libreoffice-calc)");
+        ProductList list;
+        list.add(u"0008690000000001"_s, u"=1+1"_s, 1234.5);
+        list.add(u"8690000000012"_s, u"<b>Çay, \"demli\" 3-5"_s, -2.5);
+        list.source.refresh();
+        list.grid.column(2).setFooterText(u"TOPLAM"_s);
+        list.grid.column(4).setFooterText(u"5,25 Adet"_s);
+        const QString folder = list.file.folder();
+        list.grid.exportToFile(folder + u"/urun raporu.xls"_s, false);
+        QProcess conversion;
+        conversion.setWorkingDirectory(folder);
+        conversion.start(
+            office, {u"-env:UserInstallation=file://"_s + folder + u"/office", u"--headless"_s,
+                     u"--convert-to"_s, u"csv:Text - txt - csv (StarCalc):44,34,76"_s, u"urun raporu.xls"_s});
+        QVERIFY(conversion.waitForFinished(90'000));
+        QCOMPARE(QString::fromUtf8(contents(folder + u"/urun raporu.csv"_s)),
+                 u"NO,BARKOD,ÜRÜN ADI,ALIŞ FİYAT,SATIŞ FİYATI,STOK\n"
+                 "1,0008690000000001,=1+1,1,1234.5,1\n"
+                 "2,8690000000012,\"<b>Çay, \"\"demli\"\" 3-5\",1,-2.5,1\n"
+                 ",,TOPLAM,,\"5,25 Adet\",\n"_s);
     }
 
     void encodingIsStated() {
@@ -148,7 +155,7 @@ private Q_SLOTS:
         ProductList list;
         const QString path = list.file.folder() + u"/a.html"_s;
         list.grid.exportToFile(path, false);
-        QCOMPARE(table(path).size(), 1);
+        QCOMPARE(htmlTable(path).size(), 1);
     }
 
     void replacesTheFileOfBefore() {
@@ -157,7 +164,7 @@ private Q_SLOTS:
         list.grid.exportToFile(path, false);
         list.source.setFilter(u"urun LIKE 'Ürün 2'"_s);
         list.grid.exportToFile(path, false);
-        QCOMPARE(table(path).size(), 2);
+        QCOMPARE(htmlTable(path).size(), 2);
     }
 
     void appendsToTheFileOfBefore() {
