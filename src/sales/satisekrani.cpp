@@ -32,6 +32,7 @@
 #include "screens/focusreturn.h"
 #include "values/dates.h"
 #include "widgets/controlarray.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 #include "widgets/look.h"
 
@@ -145,6 +146,9 @@ void satisekrani::connectControls() {
                 giveFocus(*ui.barkod);
         },
         onlyCharacters(u"0123456789,"));
+    for (QLineEdit* number : {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi})
+        keepGroups(*number);
+    keepOnOneLine(*ui.urunadi);
 }
 
 /// Connects the keys of a control array, each by its index.

@@ -8,6 +8,7 @@
 #include "screens/boxes.h"
 #include "values/numbers.h"
 #include "widgets/controlarray.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
@@ -25,7 +26,7 @@ void satisekrani::tus_click(int index) {
     } else {
         const auto keys = controlArrayOf<vkCommand>(*this, u"tus"_s);
         giveFocus(*ui.adet);
-        ui.adet->setText(ui.adet->text() + keys.at(static_cast<std::size_t>(index))->caption());
+        ui.adet->setText(withKey(ui.adet->text(), keys.at(static_cast<std::size_t>(index))->caption()));
     }
     giveFocus(*ui.barkod);
 }

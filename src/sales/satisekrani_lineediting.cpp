@@ -5,6 +5,7 @@
 #include "sales/satisekrani.h"
 #include "screens/clicks.h"
 #include "values/numbers.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 
 // Every failure in here is passed over, and the next step runs: a row that is gone by the time it is changed
@@ -97,7 +98,7 @@ void satisekrani::duzenlemetusu_click(int index) {
     if (index == clearKey) {
         field->clear();
     } else {
-        field->setText(field->text() + panelKey(u"duzenlemetusu"_s, index));
+        field->setText(withKey(field->text(), panelKey(u"duzenlemetusu"_s, index)));
         field->end(false);
     }
     giveFocus(*field);

@@ -122,6 +122,30 @@ private Q_SLOTS:
         QCOMPARE(m_shop->toplam(), row.total);
     }
 
+    void aShortenedPriceCountsAsItIsShown() {
+        m_shop->scan(goods::tea);
+        pressCell(1, 4);  // 1.234,50
+        for (int letter = 0; letter < 4; ++letter)
+            m_shop->key(Qt::Key_Backspace);
+        QCOMPARE(ui().fiyatdegis->text(), "123");
+        pressKeys("duzenlemetusu", {18});
+        QCOMPARE(ui().fiyatdegis->text(), "1235");
+        press(*ui().urunislemlerikapat);
+        QCOMPARE(m_shop->line(1).at(3), "1.235,00");
+    }
+
+    void keysBreakNoGroups() {
+        m_shop->scan(goods::tea);
+        pressCell(1, 3);
+        paste(*ui().adetdegis, "1.234");
+        pressKeys("duzenlemetusu", {18});
+        QCOMPARE(ui().adetdegis->text(), "12345");
+        m_shop->key(Qt::Key_Backspace);
+        paste(*ui().adetdegis, "1.234");
+        m_shop->key(Qt::Key_Backspace);
+        QCOMPARE(ui().adetdegis->text(), "123");
+    }
+
     void anUntouchedPanelChangesNothing() {
         scanThree();
         const QStringList line = m_shop->line(3);
