@@ -198,9 +198,10 @@ void satisekrani::form_load() {
         gridbasliklari(*screen<satisekrani>().ui.satisekrani1);
         goToEntryRow();
         eksiltme = 0;
-        for (DrawnButton* amount : {ui.toplam, ui.verilen, ui.kalan})
-            amount->setCaption(u"0,00"_s);
-        ui.ver2->setText(u"0,00"_s);
+        ui.toplam->setCaption(u"0,00"_s);
+        ui.ver2->setText(u"0,00"_s);  // its change writes plain numbers into the two that follow
+        ui.verilen->setCaption(u"0,00"_s);
+        ui.kalan->setCaption(u"0,00"_s);
         toplamyazisi(-1);
         izyaz(u"SAT04 Form_Load bitti"_s);
     } catch (const RuntimeError& error) {
