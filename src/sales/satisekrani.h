@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "database/connection.h"
 #include "database/recordset.h"
 #include "runtime/runtimeerror.h"
@@ -121,6 +123,8 @@ private:
     QLineEdit* editedField() const;
     void lineField_mousedown(QLineEdit& field);
     void duzenlemetusu_click(int index);
+    bool isEditedLine(int row) const;
+    void writeEditedLine(int row);
     void urunislemlerikapat_click();
     void vazgecc_click();
     void urunsil_click();
@@ -178,6 +182,7 @@ private:
 
     Recordset urunkayit;
     Connection satisbaglanti;
+    std::optional<QString> m_editedLine;  // the barcode of the panel's line; none once its ticket is gone
     QuickKeyMap* m_quickKeyMap = nullptr;
     bool m_printing = false;
     bool m_quietCash = false;
