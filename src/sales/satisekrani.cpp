@@ -112,6 +112,8 @@ void satisekrani::connectControls() {
     connectPriceCheck();
     connectQuickKeys();
     connect(ui.ActiveResize1, &ActiveResize::resized, this, &satisekrani::placePanels);
+    for (vkFrame* panel : panels())
+        panel->installEventFilter(this);
 
     const std::initializer_list<std::pair<Image*, double>> money{
         {ui.resim2, 200}, {ui.resim3, 100}, {ui.resim4, 50},  {ui.resim1, 20},  {ui.Resim5, 10},
@@ -228,8 +230,9 @@ bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
                          static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
     if (pressed && (watched == ui.adetdegis || watched == ui.fiyatdegis))
         lineField_mousedown(static_cast<QLineEdit&>(*watched));
-    if (watched == ui.Frame2)
-        quickPanelChanges(event->type());
+    const auto open = panels();
+    if (std::find(open.begin(), open.end(), watched) != open.end())
+        panelChanges(*watched, event->type());
     if (watched == ui.saat && event->type() == QEvent::MouseButtonDblClick)
         showInFront(screen<saatt>());
     return Screen::eventFilter(watched, event);
@@ -361,25 +364,32 @@ void satisekrani::satisiptal_click() {
     giveFocus(*ui.barkod);
 }
 
+std::array<vkFrame*, 4> satisekrani::panels() const {
+    return {ui.urunislemleri, ui.urunbulunamadiframesi, ui.fiyatgorframe, ui.Frame2};
+}
+
+/// The panels cover the whole ticket.
 void satisekrani::placePanels() {
-    constexpr QSize large(560, 530);
-    for (QWidget* panel : {ui.urunislemleri, ui.urunbulunamadiframesi, ui.fiyatgorframe})
-        placePanel(*panel, large);
-    ui.Frame2->setGeometry(ticketPlace());
+    const QRect ticket(ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size());
+    for (vkFrame* panel : panels())
+        panel->setGeometry(ticket);
 }
 
-/// Where the ticket stands.
-QRect satisekrani::ticketPlace() const {
-    return {ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size()};
+void satisekrani::panelChanges(const QObject& panel, QEvent::Type change) {
+    if (change == QEvent::Show || change == QEvent::Hide)
+        maskTicket();
+    if (&panel == ui.Frame2 && (change == QEvent::Show || change == QEvent::PaletteChange))
+        colorQuickPanel();
 }
 
-/// Puts a panel of that design size above the ticket.
-void satisekrani::placePanel(QWidget& panel, QSize size) {
-    QRect place(QPoint(0, 0),
-                (QSizeF(size) * ui.ActiveResize1->scale()).toSize().expandedTo(panel.minimumSizeHint()));
-    place.moveCenter(ticketPlace().center());
-    place.moveTopLeft(QPoint(std::max(place.left(), 0), std::max(place.top(), 0)));
-    panel.setGeometry(place);
+/// Behind a panel's round corners the page is to be seen and not the ticket's own.
+void satisekrani::maskTicket() {
+    VSFlexGrid& grid = *ui.satisekrani1;
+    const auto open = panels();
+    if (std::any_of(open.begin(), open.end(), [](const vkFrame* panel) { return !panel->isHidden(); }))
+        grid.setMask(QRect(grid.rect().center(), QSize(1, 1)));
+    else
+        grid.clearMask();
 }
 
 }  // namespace kovanix

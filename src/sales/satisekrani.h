@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 
 #include "database/connection.h"
@@ -99,8 +100,9 @@ private:
     QString panelKey(const QString& array, int index) const;
     void showPanel(QWidget& panel);
     void placePanels();
-    void placePanel(QWidget& panel, QSize size);
-    QRect ticketPlace() const;
+    void panelChanges(const QObject& panel, QEvent::Type change);
+    void maskTicket();
+    std::array<vkFrame*, 4> panels() const;
 
     void barkod_keydown(int key);
     void adet_keydown(int key);
@@ -156,7 +158,7 @@ private:
     void headQuickPanel(const QString& stored, int points);
     void showQuickPanel();
     void closeQuickPanel();
-    void quickPanelChanges(QEvent::Type change);
+    void colorQuickPanel();
     void markEditedKey();
 
     void setCashQuietly(const QString& text);

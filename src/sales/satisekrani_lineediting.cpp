@@ -68,12 +68,12 @@ void satisekrani::openLineEditing(int row, int column) {
     if (grid.textMatrix(row, 1).isEmpty())
         return;
     m_editedLine = grid.textMatrix(row, 1);
-    showPanel(*ui.urunislemleri);
     ui.urununadi->setText(grid.textMatrix(row, 2));
     ui.urununadi->setAccessibleName({});  // from now on it is named by its text
     ui.adetdegis->setText(grid.textMatrix(row, 3));
     ui.fiyatdegis->setText(grid.textMatrix(row, 4));
     ui.nereye->setText(column == 3 ? quantityField() : priceField());
+    showPanel(*ui.urunislemleri);
     giveFocus(column == 3 ? *ui.adetdegis : *ui.fiyatdegis);
 }
 
