@@ -114,6 +114,7 @@ void satisekrani::connectControls() {
     connect(ui.ActiveResize1, &ActiveResize::resized, this, &satisekrani::placePanels);
     for (vkFrame* panel : panels())
         panel->installEventFilter(this);
+    ui.satisekrani1->installEventFilter(this);
 
     const std::initializer_list<std::pair<Image*, double>> money{
         {ui.resim2, 200}, {ui.resim3, 100}, {ui.resim4, 50},  {ui.resim1, 20},  {ui.Resim5, 10},
@@ -233,6 +234,8 @@ bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
     const auto open = panels();
     if (std::find(open.begin(), open.end(), watched) != open.end())
         panelChanges(*watched, event->type());
+    if (watched == ui.satisekrani1 && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        placePanels();
     if (watched == ui.saat && event->type() == QEvent::MouseButtonDblClick)
         showInFront(screen<saatt>());
     return Screen::eventFilter(watched, event);

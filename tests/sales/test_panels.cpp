@@ -70,6 +70,14 @@ private Q_SLOTS:
         QCOMPARE(placeOf(panel), placeOf(grid()));
     }
 
+    void theyFollowTheTicket() {
+        const QWidget& panel = open("fiyatgorframe");
+        const QRect before = placeOf(grid());
+        ui().tarih->setMinimumHeight(ui().tarih->height() + 40);
+        QTRY_VERIFY(placeOf(grid()) != before);
+        QCOMPARE(placeOf(panel), placeOf(grid()));
+    }
+
     void nothingOfTheTicketShowsAround() {
         m_shop->scan(goods::bread);
         for (const char* panel : {"urunislemleri", "urunbulunamadiframesi", "fiyatgorframe"}) {
