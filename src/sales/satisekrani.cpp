@@ -32,6 +32,7 @@
 #include "screens/focusreturn.h"
 #include "values/dates.h"
 #include "widgets/controlarray.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 #include "widgets/look.h"
 
@@ -111,6 +112,9 @@ void satisekrani::connectControls() {
     connectPriceCheck();
     connectQuickKeys();
     connect(ui.ActiveResize1, &ActiveResize::resized, this, &satisekrani::placePanels);
+    for (vkFrame* panel : panels())
+        panel->installEventFilter(this);
+    ui.satisekrani1->installEventFilter(this);
 
     const std::initializer_list<std::pair<Image*, double>> money{
         {ui.resim2, 200}, {ui.resim3, 100}, {ui.resim4, 50},  {ui.resim1, 20},  {ui.Resim5, 10},
@@ -145,6 +149,9 @@ void satisekrani::connectControls() {
                 giveFocus(*ui.barkod);
         },
         onlyCharacters(u"0123456789,"));
+    for (QLineEdit* number : {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi})
+        keepGroups(*number);
+    keepOnOneLine(*ui.urunadi);
 }
 
 /// Connects the keys of a control array, each by its index.
@@ -194,9 +201,10 @@ void satisekrani::form_load() {
         gridbasliklari(*screen<satisekrani>().ui.satisekrani1);
         goToEntryRow();
         eksiltme = 0;
-        for (DrawnButton* amount : {ui.toplam, ui.verilen, ui.kalan})
-            amount->setCaption(u"0,00"_s);
-        ui.ver2->setText(u"0,00"_s);
+        ui.toplam->setCaption(u"0,00"_s);
+        ui.ver2->setText(u"0,00"_s);  // its change writes plain numbers into the two that follow
+        ui.verilen->setCaption(u"0,00"_s);
+        ui.kalan->setCaption(u"0,00"_s);
         toplamyazisi(-1);
         izyaz(u"SAT04 Form_Load bitti"_s);
     } catch (const RuntimeError& error) {
@@ -223,8 +231,11 @@ bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
                          static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
     if (pressed && (watched == ui.adetdegis || watched == ui.fiyatdegis))
         lineField_mousedown(static_cast<QLineEdit&>(*watched));
-    if (watched == ui.Frame2)
-        quickPanelChanges(event->type());
+    const auto open = panels();
+    if (std::find(open.begin(), open.end(), watched) != open.end())
+        panelChanges(*watched, event->type());
+    if (watched == ui.satisekrani1 && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        placePanels();
     if (watched == ui.saat && event->type() == QEvent::MouseButtonDblClick)
         showInFront(screen<saatt>());
     return Screen::eventFilter(watched, event);
@@ -356,25 +367,32 @@ void satisekrani::satisiptal_click() {
     giveFocus(*ui.barkod);
 }
 
+std::array<vkFrame*, 4> satisekrani::panels() const {
+    return {ui.urunislemleri, ui.urunbulunamadiframesi, ui.fiyatgorframe, ui.Frame2};
+}
+
+/// The panels cover the whole ticket.
 void satisekrani::placePanels() {
-    constexpr QSize large(560, 530);
-    for (QWidget* panel : {ui.urunislemleri, ui.urunbulunamadiframesi, ui.fiyatgorframe})
-        placePanel(*panel, large);
-    ui.Frame2->setGeometry(ticketPlace());
+    const QRect ticket(ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size());
+    for (vkFrame* panel : panels())
+        panel->setGeometry(ticket);
 }
 
-/// Where the ticket stands.
-QRect satisekrani::ticketPlace() const {
-    return {ui.satisekrani1->mapTo(ui.ActiveResize1, QPoint(0, 0)), ui.satisekrani1->size()};
+void satisekrani::panelChanges(const QObject& panel, QEvent::Type change) {
+    if (change == QEvent::Show || change == QEvent::Hide)
+        maskTicket();
+    if (&panel == ui.Frame2 && (change == QEvent::Show || change == QEvent::PaletteChange))
+        colorQuickPanel();
 }
 
-/// Puts a panel of that design size above the ticket.
-void satisekrani::placePanel(QWidget& panel, QSize size) {
-    QRect place(QPoint(0, 0),
-                (QSizeF(size) * ui.ActiveResize1->scale()).toSize().expandedTo(panel.minimumSizeHint()));
-    place.moveCenter(ticketPlace().center());
-    place.moveTopLeft(QPoint(std::max(place.left(), 0), std::max(place.top(), 0)));
-    panel.setGeometry(place);
+/// Behind a panel's round corners the page is to be seen and not the ticket's own.
+void satisekrani::maskTicket() {
+    VSFlexGrid& grid = *ui.satisekrani1;
+    const auto open = panels();
+    if (std::any_of(open.begin(), open.end(), [](const vkFrame* panel) { return !panel->isHidden(); }))
+        grid.setMask(QRect(grid.rect().center(), QSize(1, 1)));
+    else
+        grid.clearMask();
 }
 
 }  // namespace kovanix

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <optional>
+
 #include "database/connection.h"
 #include "database/recordset.h"
 #include "runtime/runtimeerror.h"
@@ -97,8 +100,9 @@ private:
     QString panelKey(const QString& array, int index) const;
     void showPanel(QWidget& panel);
     void placePanels();
-    void placePanel(QWidget& panel, QSize size);
-    QRect ticketPlace() const;
+    void panelChanges(const QObject& panel, QEvent::Type change);
+    void maskTicket();
+    std::array<vkFrame*, 4> panels() const;
 
     void barkod_keydown(int key);
     void adet_keydown(int key);
@@ -121,6 +125,8 @@ private:
     QLineEdit* editedField() const;
     void lineField_mousedown(QLineEdit& field);
     void duzenlemetusu_click(int index);
+    bool isEditedLine(int row) const;
+    void writeEditedLine(int row);
     void urunislemlerikapat_click();
     void vazgecc_click();
     void urunsil_click();
@@ -152,7 +158,7 @@ private:
     void headQuickPanel(const QString& stored, int points);
     void showQuickPanel();
     void closeQuickPanel();
-    void quickPanelChanges(QEvent::Type change);
+    void colorQuickPanel();
     void markEditedKey();
 
     void setCashQuietly(const QString& text);
@@ -178,6 +184,7 @@ private:
 
     Recordset urunkayit;
     Connection satisbaglanti;
+    std::optional<QString> m_editedLine;  // the barcode of the panel's line; none once its ticket is gone
     QuickKeyMap* m_quickKeyMap = nullptr;
     bool m_printing = false;
     bool m_quietCash = false;

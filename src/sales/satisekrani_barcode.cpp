@@ -8,6 +8,7 @@
 #include "screens/boxes.h"
 #include "values/numbers.h"
 #include "widgets/controlarray.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
@@ -25,7 +26,7 @@ void satisekrani::tus_click(int index) {
     } else {
         const auto keys = controlArrayOf<vkCommand>(*this, u"tus"_s);
         giveFocus(*ui.adet);
-        ui.adet->setText(ui.adet->text() + keys.at(static_cast<std::size_t>(index))->caption());
+        ui.adet->setText(withKey(ui.adet->text(), keys.at(static_cast<std::size_t>(index))->caption()));
     }
     giveFocus(*ui.barkod);
 }
@@ -122,11 +123,15 @@ void satisekrani::sellBarcode() {
     if (mergeIntoLine(ui.barkod->text()))
         return;
 
+    // All is read before anything is written: half a product would stay in the entry row.
+    const QString barcode = nullmetin(urunkayit.field(u"barkod"_s));
+    const QString name = nullmetin(urunkayit.field(u"urun"_s));
+    const double price = sayicevir(urunkayit.field(u"satis"_s));
     const int row = grid.row();
-    grid.setTextMatrix(row, 1, nullmetin(urunkayit.field(u"barkod"_s)));
-    grid.setTextMatrix(row, 2, nullmetin(urunkayit.field(u"urun"_s)));
+    grid.setTextMatrix(row, 1, barcode);
+    grid.setTextMatrix(row, 2, name);
     grid.setTextMatrix(row, 3, ui.adet->text());
-    grid.setTextMatrix(row, 4, format(sayicevir(urunkayit.field(u"satis"_s)), u"###,###,##0.00"));
+    grid.setTextMatrix(row, 4, format(price, u"###,###,##0.00"));
     grid.setTextMatrix(
         row, 5,
         format(sayicevir(grid.textMatrix(row, 3)) * sayicevir(grid.textMatrix(row, 4)), u"###,###,##0.00"));

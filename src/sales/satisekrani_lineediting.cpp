@@ -5,10 +5,10 @@
 #include "sales/satisekrani.h"
 #include "screens/clicks.h"
 #include "values/numbers.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 
-// Every failure in here is passed over, and the next step runs: a row that is gone by the time it is changed
-// stays gone. One that is the entry row by then is written like any other; the next scan writes over it.
+// Every failure in here is passed over, and the next step runs.
 
 namespace kovanix {
 
@@ -67,12 +67,13 @@ void satisekrani::openLineEditing(int row, int column) {
     const VSFlexGrid& grid = *ui.satisekrani1;
     if (grid.textMatrix(row, 1).isEmpty())
         return;
-    showPanel(*ui.urunislemleri);
+    m_editedLine = grid.textMatrix(row, 1);
     ui.urununadi->setText(grid.textMatrix(row, 2));
     ui.urununadi->setAccessibleName({});  // from now on it is named by its text
     ui.adetdegis->setText(grid.textMatrix(row, 3));
     ui.fiyatdegis->setText(grid.textMatrix(row, 4));
     ui.nereye->setText(column == 3 ? quantityField() : priceField());
+    showPanel(*ui.urunislemleri);
     giveFocus(column == 3 ? *ui.adetdegis : *ui.fiyatdegis);
 }
 
@@ -97,15 +98,22 @@ void satisekrani::duzenlemetusu_click(int index) {
     if (index == clearKey) {
         field->clear();
     } else {
-        field->setText(field->text() + panelKey(u"duzenlemetusu"_s, index));
+        field->setText(withKey(field->text(), panelKey(u"duzenlemetusu"_s, index)));
         field->end(false);
     }
     giveFocus(*field);
 }
 
-void satisekrani::urunislemlerikapat_click() {
+/// Whether a row still holds the line that the panel was opened on: its ticket may be sold or cancelled by
+/// now, and the row be the entry row or a line of the next customer's.
+bool satisekrani::isEditedLine(int row) const {
+    const VSFlexGrid& grid = *ui.satisekrani1;
+    return m_editedLine && row > 0 && row < grid.rows() - 1 && grid.textMatrix(row, 1) == *m_editedLine;
+}
+
+/// Writes what the panel's fields hold into that row.
+void satisekrani::writeEditedLine(int row) {
     VSFlexGrid& grid = *ui.satisekrani1;
-    const int row = ui.satir->text().toInt();
     attempt([&] { grid.setTextMatrix(row, 2, ui.urununadi->text()); });
     if (isNumeric(ui.adetdegis->text()))
         attempt([&] { grid.setTextMatrix(row, 3, ui.adetdegis->text()); });
@@ -115,6 +123,12 @@ void satisekrani::urunislemlerikapat_click() {
         grid.setTextMatrix(
             row, 5, format(sayicevir(grid.textMatrix(row, 3)) * sayicevir(grid.textMatrix(row, 4)), money));
     });
+}
+
+void satisekrani::urunislemlerikapat_click() {
+    const int row = ui.satir->text().toInt();
+    if (isEditedLine(row))
+        writeEditedLine(row);
     attempt([this] { toplamhesapla(); });
     ui.urunislemleri->hide();
     ui.barkod->setText({});

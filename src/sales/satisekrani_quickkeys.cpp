@@ -64,7 +64,6 @@ void satisekrani::connectQuickKeys() {
                   {ui.kisayolkaydet, &satisekrani::kisayolkaydet_click},
                   {ui.kisayolsil, &satisekrani::kisayolsil_click},
                   {ui.kisayolkapat, &satisekrani::kisayolkapat_click}});
-    ui.Frame2->installEventFilter(this);
     m_quickKeyMap = new QuickKeyMap(std::move(mapped), ui.Frame2);
     ui.hizliLayout->insertWidget(ui.hizliLayout->indexOf(ui.hizliAltLayout), m_quickKeyMap, 1);
 }
@@ -216,16 +215,8 @@ void satisekrani::closeQuickPanel() {
     closeKeyboards(*this);
 }
 
-/// The panel covers the whole ticket: behind its round corners the page is to be seen and not the list's own.
-/// What no palette names in it goes by the panel's tone.
-void satisekrani::quickPanelChanges(QEvent::Type change) {
-    VSFlexGrid& grid = *ui.satisekrani1;
-    if (change == QEvent::Show)
-        grid.setMask(QRect(grid.rect().center(), QSize(1, 1)));
-    else if (change == QEvent::Hide)
-        grid.clearMask();
-    else if (change != QEvent::PaletteChange)
-        return;
+/// What no palette names in the panel goes by its tone.
+void satisekrani::colorQuickPanel() {
     const Tone tone = standsOnDark(*ui.Frame2) ? Tone::dark : Tone::light;
     setBackColor(*ui.kisayolbarkod, roleColor(ColorRole::field, tone));
     setForeColor(*ui.kisayolbarkod, roleColor(ColorRole::ink, tone));

@@ -72,6 +72,7 @@ void satisekrani::satistemizle() {
     setCashQuietly(ui.verilen->caption());  // its change would leave a bare "0" in verilen
     ui.kalan->setCaption(nothing());
     gridhazirla(*ui.satisekrani1);
+    m_editedLine.reset();
     goToEntryRow();
     eksiltme = 0;
     toplamyazisi(-1);

@@ -7,6 +7,7 @@
 #include "screens/capitals.h"
 #include "screens/clicks.h"
 #include "values/numbers.h"
+#include "widgets/fieldedits.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
@@ -53,7 +54,7 @@ void satisekrani::urunsatisi_change() {
 
 void satisekrani::bununamayanurunfiyat_click(int index) {
     // The clearing key too writes its caption: that is no number, so that the field empties itself.
-    ui.urunsatisi->setText(ui.urunsatisi->text() + panelKey(u"bununamayanurunfiyat"_s, index));
+    ui.urunsatisi->setText(withKey(ui.urunsatisi->text(), panelKey(u"bununamayanurunfiyat"_s, index)));
 }
 
 void satisekrani::urunbuunamadikaydet_click() {

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 
 #include "desktop/focus.h"
+#include "widgets/fieldedits.h"
 #include "widgets/pictures.h"
 
 namespace kovanix {
@@ -14,22 +15,6 @@ namespace {
 
 constexpr int stripHeight = 40;
 constexpr int escape = 27;  // the code of its character
-
-/// Turns pasted line ends and tabs into blanks, the caret where it was.
-void keepOnOneLine(QLineEdit& box) {
-    QString text = box.text();
-    for (QChar& sign : text) {
-        const bool endsLine = (sign >= u'\n' && sign <= u'\r') || sign == u'\u0085' ||
-                              sign == QChar::LineSeparator || sign == QChar::ParagraphSeparator;
-        if (endsLine || sign == u'\t')
-            sign = u' ';
-    }
-    if (text == box.text())
-        return;
-    const int caret = box.cursorPosition();
-    box.setText(text);
-    box.setCursorPosition(caret);
-}
 
 }  // namespace
 
@@ -42,7 +27,7 @@ EntryFrame::EntryFrame(QWidget* parent) : vkFrame(parent) {
 void EntryFrame::setFields(const QList<Field>& fields) {
     for (const Field& field : fields) {
         m_boxes.append(field.box);
-        connect(field.box, &QLineEdit::textEdited, this, [box = field.box] { keepOnOneLine(*box); });
+        keepOnOneLine(*field.box);
         new KeyFilter(
             *field.box,
             [next = field.next](int key) {

@@ -181,6 +181,17 @@ private Q_SLOTS:
         QCOMPARE(form().fiyat->text(), u"12,5"_s);
     }
 
+    void groupsThatAnEditBreaks() {
+        open();
+        press(*form().kisiekleme2);
+        for (QLineEdit* field : {form().alis, form().fiyat, form().stok}) {
+            field->setText(u"1.234"_s);
+            field->setFocus();
+            key(Qt::Key_Backspace);
+            QCOMPARE(field->text(), u"123"_s);
+        }
+    }
+
     // --- the check of the barcode
     void takenBarcodeByEnter() {
         typeTaken();

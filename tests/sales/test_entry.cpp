@@ -138,6 +138,17 @@ private Q_SLOTS:
         QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
     }
 
+    void groupsThatAnEditOfTheQuantityBreaks() {
+        QLineEdit& adet = *m_shop->ui().adet;
+        paste(adet, "1.234");
+        adet.setFocus();
+        m_shop->key(Qt::Key_Backspace);
+        QCOMPARE(adet.text(), "123");
+        paste(adet, "1.234");
+        pressKeys("tus", {6});
+        QCOMPARE(adet.text(), "12345");
+    }
+
     void aScanIntoTheQuantityIsABarcode() {
         m_shop->addProduct("3", "Üç", 1, 5);
         m_shop->ui().adet->setFocus();

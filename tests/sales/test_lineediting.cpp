@@ -16,10 +16,10 @@ class LineEditingTest : public SalesTest {
     struct PastedNumbersRow {
         QString text, quantity, price, total;
     };
-    struct TamamOnATicketEmptiedMeanwhileRow {
+    struct TamamOnALineThatIsGoneRow {
         int line;
-        QStringList entryRow;
-        QString toplam;
+        QString way;        ///< what empties the ticket: a key, or a barcode whose price is too long for it
+        QStringList scans;  ///< of the next customer
     };
     struct RemovalRow {
         QStringList scans;
@@ -122,6 +122,30 @@ private Q_SLOTS:
         QCOMPARE(m_shop->toplam(), row.total);
     }
 
+    void aShortenedPriceCountsAsItIsShown() {
+        m_shop->scan(goods::tea);
+        pressCell(1, 4);  // 1.234,50
+        for (int letter = 0; letter < 4; ++letter)
+            m_shop->key(Qt::Key_Backspace);
+        QCOMPARE(ui().fiyatdegis->text(), "123");
+        pressKeys("duzenlemetusu", {18});
+        QCOMPARE(ui().fiyatdegis->text(), "1235");
+        press(*ui().urunislemlerikapat);
+        QCOMPARE(m_shop->line(1).at(3), "1.235,00");
+    }
+
+    void keysBreakNoGroups() {
+        m_shop->scan(goods::tea);
+        pressCell(1, 3);
+        paste(*ui().adetdegis, "1.234");
+        pressKeys("duzenlemetusu", {18});
+        QCOMPARE(ui().adetdegis->text(), "12345");
+        m_shop->key(Qt::Key_Backspace);
+        paste(*ui().adetdegis, "1.234");
+        m_shop->key(Qt::Key_Backspace);
+        QCOMPARE(ui().adetdegis->text(), "123");
+    }
+
     void anUntouchedPanelChangesNothing() {
         scanThree();
         const QStringList line = m_shop->line(3);
@@ -189,37 +213,43 @@ private Q_SLOTS:
         QCOMPARE(m_shop->toplam(), "72,50");
     }
 
-    void tamamOnATicketEmptiedMeanwhile_data() {
-        QTest::addColumn<TamamOnATicketEmptiedMeanwhileRow>("row");
-        // The row is written as it stands, and the first one is the entry row now. It has no barcode, so that
-        // it can't be sold, and the next scan writes over it.
-        QTest::newRow("the first line") << TamamOnATicketEmptiedMeanwhileRow{
-            1, QStringList{"", "Köy Ekmeği", "3", "10,00", "30,00"}, "30,00"};
-        QTest::newRow("a line that isn't there any more")
-            << TamamOnATicketEmptiedMeanwhileRow{2, QStringList{"", "", "", "", "0,00"}, "0,00"};
+    void tamamOnALineThatIsGone_data() {
+        addRows<TamamOnALineThatIsGoneRow>(
+            {{"sold, nothing since", {1, "F1", {}}},
+             {"sold, its row is the entry row", {2, "F1", {goods::bread}}},
+             {"sold, its row holds another line", {2, "F1", {goods::bread, goods::tea}}},
+             {"sold, its row holds the same product", {2, "F1", {goods::bread, goods::milk}}},
+             {"sold with a receipt", {2, "F2", {goods::bread}}},
+             {"cancelled", {1, "F3", {}}},
+             {"cancelled, its row is beyond the ticket", {3, "F3", {goods::bread}}},
+             {"wiped by its total", {1, "99", {goods::milk}}}});
     }
-    void tamamOnATicketEmptiedMeanwhile() {
-        QFETCH(const TamamOnATicketEmptiedMeanwhileRow, row);
+    void tamamOnALineThatIsGone() {
+        QFETCH(const TamamOnALineThatIsGoneRow, row);
+        m_shop->addProduct("99", "Altın", 0, 1e24);
         scanThree();
-        pressCell(row.line, 3);
+        pressCell(row.line, 4);
         retype(*ui().adetdegis, "3");
-        m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", MessageBoxAnswer::yes);
-        press(*ui().satisiptal);
+        m_shop->press(*ui().korumaresmi);
+        if (row.way == "F3")
+            m_shop->boxes.expect("UYARI", "SATIŞ İPTAL EDİLSİN Mİ?", MessageBoxAnswer::yes);
+        if (row.way == "99") {
+            m_shop->boxes.expect("Bilgi", "LüTFEN DAHA AZ BASAMAKLI SAYI GÖRüNüZ", MessageBoxAnswer::ok);
+            m_shop->scan(row.way);
+        } else {
+            m_shop->key(row.way == "F1" ? Qt::Key_F1 : row.way == "F2" ? Qt::Key_F2 : Qt::Key_F3);
+        }
+        QCOMPARE(m_shop->lines(), 0);
+        for (const QString& code : row.scans)
+            m_shop->scan(code);
+        m_shop->sales().toplamhesapla();  // 0,00 for the entry row, which TAMAM brings as well
+        const auto before = texts(ui().urunislemleri);
         QVERIFY(panelIsOpen());
         press(*ui().urunislemlerikapat);
         QVERIFY(!panelIsOpen());
-        QCOMPARE(grid().rows(), 2);
-        QCOMPARE(m_shop->line(0), (QStringList{"BARKOD", "ÜRÜN ADI", "MİKT.", "FİY.", "TOP."}));
-        QCOMPARE(m_shop->line(1), row.entryRow);
-        QCOMPARE(m_shop->toplam(), row.toplam);
-        m_shop->boxes.expect("Bilgi", "önce satış yapın", MessageBoxAnswer::ok);
-        m_shop->key(Qt::Key_F1);
-        QCOMPARE(soldLines().size(), 0);
-        m_shop->scan(goods::milk);
-        QCOMPARE(m_shop->lines(), 1);
-        QCOMPARE(m_shop->line(1), (QStringList{goods::milk, "Tam Yağlı Süt 1 L", "1", "32,50", "32,50"}));
-        QCOMPARE(m_shop->line(2), (QStringList{"", "", "", "", "0,00"}));
-        QCOMPARE(m_shop->toplam(), "32,50");
+        QCOMPARE(texts(ui().urunislemleri), before);
+        QCOMPARE(m_shop->line(grid().rows() - 1), (QStringList{"", "", "", "", "0,00"}));
+        QTRY_VERIFY(ui().barkod->hasFocus());
     }
 
     void anOverflowingPriceWipesTheTicket() {

@@ -1,5 +1,7 @@
+#include "data/baglanmamodulu.h"
 #include "rows.h"
 #include "salestest.h"
+#include "values/numbers.h"
 
 using namespace kovanix;
 
@@ -12,6 +14,11 @@ class PaymentTest : public SalesTest {
     };
     struct QuantityAsCashRow {
         QString typed, verilen, kalan;
+    };
+    struct EditedCashRow {
+        int caret;
+        QList<Qt::Key> keys;
+        QString text, verilen;
     };
 
     void compareAmounts(const QString& verilen, const QString& kalan, const QString& ver2) const {
@@ -168,6 +175,37 @@ private Q_SLOTS:
         m_shop->scan(goods::bread);
         m_shop->typeInto(*m_shop->ui().ver2, row.typed);  // replaces the 0,00 that stands there
         compareAmounts(row.verilen, row.kalan, row.typed);
+    }
+
+    void editedCash_data() {
+        const Qt::Key back = Qt::Key_Backspace;
+        addRows<EditedCashRow>(
+            {{"a cent less", {8, {back}, "1.200,0", "1200"}},
+             {"the zero of a group", {8, {back, back, back, back}, "120", "120"}},
+             {"and a digit behind", {8, {back, back, back, back, Qt::Key_7}, "1207", "1207"}},
+             {"a digit into a group", {3, {Qt::Key_5}, "12500,00", "12500"}}});
+    }
+    void editedCash() {
+        // What is shown is what counts, also where the dots of 1.200,00 no longer fit.
+        QFETCH(const EditedCashRow, row);
+        m_shop->ui().adet->setText("1200");
+        m_shop->ui().ver3->click();
+        QLineEdit& cash = *m_shop->ui().ver2;
+        QCOMPARE(cash.text(), "1.200,00");
+        cash.setFocus();
+        cash.setCursorPosition(row.caret);
+        for (const Qt::Key key : row.keys)
+            m_shop->key(key);
+        compareAmounts(row.verilen, row.verilen, row.text);
+        QTest::keyClick(&cash, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(m_shop->verilen(), numberText(sayicevir(cash.text())));
+    }
+
+    void pastedCashStays() {
+        m_shop->ui().adet->setText("1200");
+        m_shop->ui().ver3->click();
+        paste(*m_shop->ui().ver2, "1.20");
+        compareAmounts("1.200,00", "1.200,00", "1.20");
     }
 
     void emptiedCashBecomesZero() {

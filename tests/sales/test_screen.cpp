@@ -114,6 +114,15 @@ private Q_SLOTS:
         openShop();
     }
 
+    void loadingLeavesFormattedAmounts() {
+        // The typed cash first: its change writes plain numbers into the displays.
+        m_shop->ui().ver2->setText("5");
+        m_shop->sales().form_load();
+        QCOMPARE(m_shop->ver2(), "0,00");
+        QCOMPARE(m_shop->verilen(), "0,00");
+        QCOMPARE(m_shop->kalan(), "0,00");
+    }
+
     void sizeOfTheTotal_data() {
         const QList<int> from1500{68, 68, 120, 110, 100, 90, 80, 80, 70, 70, 60, 60, 50, 50};
         const QList<int> from1280{64, 64, 100, 90, 80, 70, 60, 60, 50, 50, 40, 40, 40, 40};

@@ -283,6 +283,18 @@ private Q_SLOTS:
         m_shop->run("ALTER TABLE gitti RENAME TO urunler");
     }
 
+    void aProductThatCannotBeReadWholeLeavesTheEntryRowEmpty() {
+        m_shop->run("ALTER TABLE urunler RENAME COLUMN satis TO gitti");
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);
+        m_shop->scan(goods::bread);
+        QCOMPARE(m_shop->lines(), 0);
+        QCOMPARE(m_shop->line(1), (QStringList{"", "", "", "", ""}));
+        m_shop->run("ALTER TABLE urunler RENAME COLUMN gitti TO satis");
+        m_shop->ui().barkod->setText("");
+        m_shop->scan(goods::milk);
+        QCOMPARE(m_shop->toplam(), "32,50");
+    }
+
     void withAPasswordFile() {
         openShop("gizli şifre");
         m_shop->scan(goods::bread);

@@ -188,6 +188,14 @@ private Q_SLOTS:
         QCOMPARE(m_shop->line(1).at(1), row.stored);
     }
 
+    void aPastedNameStandsOnOneLine() {
+        fillInUnknown("", "5");
+        paste(*ui().urunadi, "A\r\nB\tC");
+        QCOMPARE(ui().urunadi->text(), "A  B C");
+        press(*ui().urunbuunamadikaydet);
+        QCOMPARE(products(unknown).value(0).value(1).toString(), "A  B C");
+    }
+
     void aTypedNameOfSixtyCharacters() {
         fillInUnknown(QString(60, u'i'), "5");
         QCOMPARE(ui().urunadi->text(), QString(60, u'İ'));
@@ -226,6 +234,19 @@ private Q_SLOTS:
         fillInUnknown("", "7");
         paste(*ui().urunsatisi, row.pasted);
         QCOMPARE(ui().urunsatisi->text(), row.text);
+    }
+
+    void groupsThatAnEditBreaks() {
+        fillInUnknown("", "7");
+        paste(*ui().urunsatisi, "1.234");
+        m_shop->key(Qt::Key_Backspace);
+        QCOMPARE(ui().urunsatisi->text(), "123");
+        paste(*ui().urunsatisi, "1.234");
+        pressKeys("bununamayanurunfiyat", {18});
+        QCOMPARE(ui().urunsatisi->text(), "12345");
+        paste(*ui().urunsatisi, "1.234");
+        pressKeys("bununamayanurunfiyat", {23});
+        QCOMPARE(ui().urunsatisi->text(), "");
     }
 
     void priceKeys() {

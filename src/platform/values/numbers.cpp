@@ -244,6 +244,23 @@ void skipBlanks(QStringView text, qsizetype& place) {
         ++place;
 }
 
+// The place of the first digit, or of what stands in its place.
+qsizetype wholeStart(QStringView text) {
+    qsizetype place = 0;
+    skipBlanks(text, place);
+    if (place < text.size() && isSign(text[place]))
+        ++place;
+    skipBlanks(text, place);
+    return place;
+}
+
+// Whether every dot of a text groups threes.
+bool groupsThrees(QStringView text) {
+    qsizetype place = wholeStart(text);
+    Reading reading;
+    return readGroupedWhole(text, place, reading) && !text.sliced(place).contains(u'.');
+}
+
 std::optional<double> convert(QStringView text, QChar decimalSign, bool groups) {
     qsizetype place = 0;
     skipBlanks(text, place);
@@ -369,6 +386,38 @@ bool isNumeric(QStringView text) {
 
 std::optional<double> toNumber(QStringView text) {
     return convert(text, u',', true);
+}
+
+QString keptGroups(QStringView before, const QString& after, qsizetype* caret) {
+    if (!before.contains(u'.') || !groupsThrees(before) || groupsThrees(after))
+        return after;
+    const qsizetype start = wholeStart(after);
+    qsizetype end = start;
+    while (end < after.size() && (isDigit(after[end]) || after[end] == u'.'))
+        ++end;
+    QString text = after;
+    const auto drop = [&](qsizetype place) {
+        text.remove(place, 1);
+        if (caret && place < *caret)
+            --*caret;
+    };
+    int digits = 0;  // of the group behind the place
+    for (qsizetype place = text.size() - 1; place >= start; --place) {
+        if (text[place] != u'.')
+            digits += place < end ? 1 : 0;
+        else if (place > start && digits == 3)
+            digits = 0;
+        else
+            drop(place);
+    }
+    if (groupsThrees(text))
+        return text;
+    // Too many digits in front: then none of them groups anything.
+    for (qsizetype place = text.size() - 1; place >= start; --place) {
+        if (text[place] == u'.')
+            drop(place);
+    }
+    return text;
 }
 
 std::optional<double> toNumberWithDot(QStringView text) {

@@ -43,6 +43,12 @@ bool isNumeric(QStringView text);
 /// Converts a text that passes the regional test; nothing for any other.
 std::optional<double> toNumber(QStringView text);
 
+/// A number's text after an edit: where the dots before it all grouped threes and now don't, those that no
+/// longer do go. "1.200,00" shortened to "1.20" gives "120", "1.234.567" without its 4 gives "123.567". Any
+/// other text, and dots that never grouped anything, stay.
+/// @param caret  a place in the text; stays at its letter
+QString keptGroups(QStringView before, const QString& after, qsizetype* caret = nullptr);
+
 /// Converts a text that uses the dot as its decimal sign and no groups; nothing for any other. Blanks, sign
 /// and exponent as in the regional test.
 std::optional<double> toNumberWithDot(QStringView text);

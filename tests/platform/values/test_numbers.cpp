@@ -27,12 +27,46 @@ class TestNumbers : public QObject {
         double value;
         QString text;
     };
+    struct KeepsGroupsRow {
+        QString before, after, kept;  ///< "|" is the caret
+    };
     struct ReadsRegionalRow {
         QString text;
         double value;
     };
 
 private Q_SLOTS:
+    void keepsGroups_data() {
+        addRows<KeepsGroupsRow>({{"decimals", {"1.200,00", "1.200,0|", "1.200,0|"}},
+                                 {"a group one short", {"1.200", "1.20|", "120|"}},
+                                 {"a group one short, caret inside", {"1.200,00", "1.2|0,00", "12|0,00"}},
+                                 {"a group one long", {"1.200,00", "1.25|00,00", "125|00,00"}},
+                                 {"the first group one long", {"123.456,00", "1239|.456,00", "1239|456,00"}},
+                                 {"the first of two groups", {"123.456.789", "1239|.456.789", "1239|456789"}},
+                                 {"a group in the middle", {"1.234.567", "1.23|.567", "123|.567"}},
+                                 {"the last of two groups", {"1.234.567,5", "1.234.56|,5", "123456|,5"}},
+                                 {"a whole group", {"1.234.567", "1.|.567", "1|.567"}},
+                                 {"all before a dot", {"1.234,50", "|.234,50", "|234,50"}},
+                                 {"the dot itself", {"1.234,50", "1|234,50", "1|234,50"}},
+                                 {"one dot of two", {"1.234.567", "1|234.567", "1|234567"}},
+                                 {"the comma", {"1.234,50", "1.234|50", "1234|50"}},
+                                 {"a comma before a dot", {"1.234.567", "1,|.234.567", "1,|234567"}},
+                                 {"a second comma", {"1.234,50", "1.234,50,|", "1.234,50,|"}},
+                                 {"a digit in front", {"1.234", "9|1.234", "9|1.234"}},
+                                 {"behind a sign", {"-1.234", "-1.23|", "-123|"}},
+                                 {"everything", {"1.234", "|", "|"}},
+                                 {"letters behind", {"1.234", "1.234abc|", "1.234abc|"}},
+                                 {"a dot that never grouped", {"12.5", "12.55|", "12.55|"}},
+                                 {"a dot behind the comma", {"1,234.5", "1,234.|", "1,234.|"}},
+                                 {"no dot before", {"1234", "12.34|", "12.34|"}}});
+    }
+    void keepsGroups() {
+        QFETCH(const KeepsGroupsRow, row);
+        qsizetype caret = row.after.indexOf(u'|');
+        QString kept = keptGroups(row.before, QString(row.after).remove(u'|'), &caret);
+        QCOMPARE(kept.insert(caret, u'|'), row.kept);
+    }
+
     void formats_data() {
         const QString money = u"###,###,##0.00"_s;
         const QString plain = u"##0.00"_s;
