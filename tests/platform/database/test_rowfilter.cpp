@@ -2,6 +2,7 @@
 
 #include <QRandomGenerator>
 #include <QTest>
+#include <ctime>
 
 #include "databasefile.h"
 #include "sanitized.h"
@@ -246,15 +247,15 @@ void TestRowFilter::matchesAsANaiveMatcherDoes() {
 void TestRowFilter::longPatternsAreQuick() {
     constexpr int length = 1000000;
     const QString many = u"%a_"_s.repeated(length / 3);
-    QElapsedTimer timer;
-    timer.start();
+    const std::clock_t start = std::clock();  // of the processor: the machine may be busy with something else
     QVERIFY(!RowFilter::matches(QString(100, u'a'), many));
     QVERIFY(RowFilter::matches(u"ab"_s.repeated(length / 3), many));
     QVERIFY(RowFilter::matches(QString(length, u'a'), QString(length, u'%')));
     QVERIFY(RowFilter::matches(QString(length, u'a'), QString(length, u'_')));
     const QString filter = u"urun LIKE '"_s + many + u'\'';
     QCOMPARE(RowFilter::parse(filter).terms().first().pattern, many);
-    QVERIFY2(timer.elapsed() < (sanitized ? 20000 : 2000), qPrintable(QString::number(timer.elapsed())));
+    const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    QVERIFY2(seconds < (sanitized ? 20 : 2), qPrintable(QString::number(seconds)));
 }
 
 QTEST_GUILESS_MAIN(TestRowFilter)
