@@ -7,7 +7,7 @@ namespace kovanix {
 
 namespace {
 
-constexpr int scannersPause = 300;  // milliseconds, at most
+constexpr quint64 scannersPause = 300;  // milliseconds, at most
 
 bool isCharacter(const QKeyEvent& key) {
     return !key.text().isEmpty() && key.text().front().isPrint() && key.key() != Qt::Key_Space;
@@ -43,9 +43,15 @@ bool RepeatedKeys::eventFilter(QObject* watched, QEvent* event) {
 bool ScannedKeys::isEndOfScan(const QKeyEvent& press) {
     const bool ends = press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter ||
                       press.key() == Qt::Key_Tab || press.key() == Qt::Key_Space;
-    const bool soon = m_sinceCharacter.isValid() && !m_sinceCharacter.hasExpired(scannersPause);
-    if (isCharacter(press) || (ends && soon))
+    // By the keyboard's clock, too: a program that is busy meanwhile gets both late, and far apart.
+    const bool soon =
+        m_sinceCharacter.isValid() && (!m_sinceCharacter.hasExpired(qint64{scannersPause}) ||
+                                       (m_characterAt != 0 && press.timestamp() >= m_characterAt &&
+                                        press.timestamp() - m_characterAt <= scannersPause));
+    if (isCharacter(press) || (ends && soon)) {
         m_sinceCharacter.start();
+        m_characterAt = press.timestamp();
+    }
     return ends && soon;
 }
 
