@@ -311,11 +311,8 @@ void DressedBox::arrange() {
 }
 
 void DressedBox::setVisible(bool visible) {
-    if (visible && !m_view) {
+    if (visible && !m_view)
         dress();
-        // The buttons' way into the frame took the keyboard from it.
-        setDefaultButton(defaultButton());
-    }
     QMessageBox::setVisible(visible);
 }
 
@@ -328,14 +325,6 @@ void DressedBox::showEvent(QShowEvent* event) {
 bool DressedBox::event(QEvent* event) {
     // The toolkit would go back to its own size.
     return event->type() == QEvent::LayoutRequest ? QDialog::event(event) : QMessageBox::event(event);
-}
-
-void DressedBox::changeEvent(QEvent* event) {
-    // The toolkit would put the label and the picture back to where they were.
-    if (event->type() == QEvent::StyleChange)
-        QDialog::changeEvent(event);
-    else
-        QMessageBox::changeEvent(event);
 }
 
 void DressedBox::keyPressEvent(QKeyEvent* event) {

@@ -9,6 +9,7 @@
 #include <QPainterPath>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "widgets/activeresize.h"
 #include "widgets/dialogframe.h"
@@ -97,9 +98,6 @@ public:
     QSize sizeHint() const override { return minimumSize(); }
 
 protected:
-    /// A press chooses it, and what is chosen is checked then: pressed twice it stays so.
-    void nextCheckState() override {}
-
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
@@ -159,7 +157,10 @@ protected:
         below.addRect(face.adjusted(0, face.height() * 2 / 3, 0, 0));
         painter.fillPath(shape, m_color);
         painter.fillPath(shape.intersected(below), m_former);
-        painter.strokePath(shape, QPen(roleColor(ColorRole::edge), 1));
+        painter.setPen(QPen(roleColor(ColorRole::edge), 1));
+        const double border = std::floor(below.boundingRect().top()) + 0.5;
+        painter.drawLine(QPointF(face.left(), border), QPointF(face.right(), border));
+        painter.drawPath(shape);
     }
 
 private:

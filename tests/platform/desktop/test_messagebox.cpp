@@ -477,6 +477,23 @@ private Q_SLOTS:
         QCOMPARE(places.at(3), 0);
     }
 
+    void keepsItsDressWhenTheStyleChanges() {
+        QSize before;
+        QSize after;
+        QRect text;
+        answered(48, [&](QMessageBox& box) {
+            before = box.size();
+            QApplication::setStyle(u"windows"_s);
+            QApplication::setStyle(u"fusion"_s);
+            QCoreApplication::sendPostedEvents();
+            after = box.size();
+            text = placeIn(box, label(box));
+        });
+        QCOMPARE(after, before);
+        QVERIFY(QRect(QPoint(0, 0), before).contains(text));
+        QVERIFY(text.left() > before.width() / 6);
+    }
+
     void standsInTheMiddleOfItsWindow_data() {
         QTest::addColumn<PlaceRow>("row");
         QTest::newRow("in the middle") << PlaceRow{QRect(200, 100, 700, 500), true};
