@@ -192,7 +192,8 @@ QFont DressedBox::textFont(QFont::Weight weight) const {
     return own;
 }
 
-/// Puts the toolkit's own label, picture and buttons into the frame.
+/// Puts the toolkit's own label and picture, which go by the names that it gives them, and the buttons into
+/// the frame.
 void DressedBox::dress() {
     m_text = findChild<QLabel*>(u"qt_msgbox_label"_s);
     m_icon = findChild<QLabel*>(u"qt_msgboxex_icon_label"_s);
