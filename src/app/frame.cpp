@@ -38,8 +38,8 @@ QPalette shopPalette() {
     return palette;
 }
 
-// The words of the toolkit's own dialogs. A machine without them shows English there; ours are never looked
-// up.
+// The words of the toolkit's own menus, a field's for one. A machine without them shows English there; ours
+// are never looked up.
 void installToolkitWords() {
     auto* words = new QTranslator(qApp);
     if (words->load(u"qtbase_tr"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

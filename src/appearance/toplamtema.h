@@ -3,9 +3,9 @@
 #include <array>
 
 #include "appearance/totalcolors.h"
+#include "desktop/commondialog.h"
 #include "runtime/screen.h"
 #include "ui_toplamtema.h"
-#include "widgets/commondialog.h"
 
 namespace kovanix {
 

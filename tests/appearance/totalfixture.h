@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColorDialog>
 #include <QFile>
 #include <array>
 
@@ -9,6 +8,7 @@
 #include "appearance/toplamtema.h"
 #include "desktop/focus.h"
 #include "salesfixture.h"
+#include "widgets/colordialog.h"
 #include "widgets/colorvalue.h"
 #include "widgets/controlcolor.h"
 
@@ -131,10 +131,10 @@ public:
         QDir(folder()).mkdir(QStringLiteral("Kovanix.config"));
     }
 
-    /// The toolkit's colour dialog that stands open, if any.
-    static QColorDialog* dialog() {
+    /// The colour dialog that stands open, if any.
+    static ColorDialog* dialog() {
         for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* found = qobject_cast<QColorDialog*>(window);
+            auto* found = qobject_cast<ColorDialog*>(window);
             if (found && found->isVisible())
                 return found;
         }

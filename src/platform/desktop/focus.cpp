@@ -5,20 +5,16 @@
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QPointer>
-#include <QScreen>
-#include <QStyle>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
 
-#include "desktop/screensize.h"
+#include "desktop/windowplace.h"
 
 namespace kovanix {
 
 namespace {
-
-constexpr QSizeF designScreen(1024, 768);
 
 QPointer<QWidget>& lastFront() {
     static QPointer<QWidget> front;
@@ -117,39 +113,18 @@ QWindow* firstOwner(const QWidget& opened) {
     return owner;
 }
 
-/// Where windows may stand: the screen of that window, as large as the one source of the screen's size says.
-QRect screenArea(const QWindow* owner) {
-    const QScreen* screen = owner ? owner->screen() : QGuiApplication::primaryScreen();
-    const QSize size = screenMetrics().pixels;
-    if (!screen)
-        return {QPoint(0, 0), size};
-    // A panel of the desktop takes its part off.
-    return screen->geometry().size() == size ? screen->availableGeometry()
-                                             : QRect(screen->geometry().topLeft(), size);
-}
-
 /// Size and place for a window that opens.
 void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
-    const QSizeF screen = screenMetrics().pixels;
     const QRect area = screenArea(owner);
     // Its own frame isn't known before it is shown; the owner's is of the same make.
     const QMargins border = owner ? owner->frameMargins() : QMargins();
-    const double scale =
-        std::min(screen.width() / designScreen.width(), screen.height() / designScreen.height());
     const QSize hint = window.sizeHint();
     const Qt::WindowStates states = window.windowState();
     if (states & Qt::WindowMaximized)
         window.resize(area.size().shrunkBy(border));
     else if (hint.isValid())
-        window.resize((QSizeF(hint) * scale).toSize().boundedTo(area.size().shrunkBy(border)));
-    QRect frame(QPoint(0, 0), window.size().grownBy(border));
-    frame.moveCenter(owner ? owner->frameGeometry().center() : area.center());
-    if (alignment != Qt::AlignCenter)
-        frame = QStyle::alignedRect(Qt::LeftToRight, alignment, frame.size(), area);
-    // The upper left corner last: where a window can't be whole, its title stays within reach.
-    frame.moveBottomRight({std::min(frame.right(), area.right()), std::min(frame.bottom(), area.bottom())});
-    frame.moveTopLeft({std::max(frame.left(), area.left()), std::max(frame.top(), area.top())});
-    window.move(frame.topLeft());
+        window.resize((QSizeF(hint) * screenScale()).toSize().boundedTo(area.size().shrunkBy(border)));
+    window.move(placeFor(window.size().grownBy(border), owner, alignment).topLeft());
     // A window that has been shown before is no longer maximised once it is given a size.
     window.setWindowState(states);
 }

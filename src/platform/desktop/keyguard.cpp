@@ -7,7 +7,7 @@ namespace kovanix {
 
 namespace {
 
-constexpr int scannersPause = 300;      // milliseconds, at most
+constexpr quint64 scannersPause = 300;  // milliseconds, at most
 constexpr quint64 quickestFinger = 50;  // milliseconds between two presses, no person is quicker
 
 bool isEnter(const QKeyEvent& key) {
@@ -55,9 +55,15 @@ bool RepeatedKeys::eventFilter(QObject* watched, QEvent* event) {
 
 bool ScannedKeys::isEndOfScan(const QKeyEvent& press) {
     const bool ends = isEnter(press) || press.key() == Qt::Key_Tab || press.key() == Qt::Key_Space;
-    const bool soon = m_sinceCharacter.isValid() && !m_sinceCharacter.hasExpired(scannersPause);
-    if (isCharacter(press) || (ends && soon))
+    // By the keyboard's clock, too: a program that is busy meanwhile gets both late, and far apart.
+    const bool soon =
+        m_sinceCharacter.isValid() && (!m_sinceCharacter.hasExpired(qint64{scannersPause}) ||
+                                       (m_characterAt != 0 && press.timestamp() >= m_characterAt &&
+                                        press.timestamp() - m_characterAt <= scannersPause));
+    if (isCharacter(press) || (ends && soon)) {
         m_sinceCharacter.start();
+        m_characterAt = press.timestamp();
+    }
     return ends && soon;
 }
 

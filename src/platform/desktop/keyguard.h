@@ -39,6 +39,7 @@ public:
 
 private:
     QElapsedTimer m_sinceCharacter;  ///< or since what followed it as quickly
+    quint64 m_characterAt = 0;       ///< the same moment by the keyboard's clock, where it has one
 };
 
 }  // namespace kovanix

@@ -1,9 +1,7 @@
 #include "desktop/messagebox.h"
 
 #include <QApplication>
-#include <QFontInfo>
 #include <QKeyEvent>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -11,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/dressedbox.h"
 #include "desktop/focus.h"
 #include "desktop/keyguard.h"
 
@@ -19,10 +18,6 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Answered standing, with a thumb.
-constexpr QSize smallestButton(110, 44);
-constexpr double smallestFont = 12.0;  // points
 
 MessageBoxCaptions& captions() {
     static MessageBoxCaptions current{u"OK"_s, u"Cancel"_s,    u"Retry"_s,   u"Yes"_s,
@@ -94,12 +89,6 @@ QMessageBox::Icon iconOf(int style) {
     }
 }
 
-QFont readableFont(QFont font) {
-    if (QFontInfo(font).pointSizeF() < smallestFont)
-        font.setPointSizeF(smallestFont);
-    return font;
-}
-
 /// The window that a box belongs to and stands in the middle of: the one in front, else any that is shown.
 QWidget* windowBelow() {
     if (QWidget* front = frontWindow())
@@ -127,10 +116,6 @@ private:
     ScannedKeys m_scanned;
 };
 
-QString withoutMnemonic(QString caption) {
-    return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
-
 }  // namespace
 
 void setMessageBoxCaptions(const MessageBoxCaptions& newCaptions) {
@@ -140,16 +125,11 @@ void setMessageBoxCaptions(const MessageBoxCaptions& newCaptions) {
 int messageBox(const QString& text, int style, const QString& title) {
     // The window below may be unloaded while the box stands open, and takes the box with it: hence the guard
     // instead of a box on the stack.
-    QPointer<QMessageBox> box = new QMessageBox(windowBelow());
+    QPointer<DressedBox> box = new DressedBox(windowBelow());
     const auto drop = qScopeGuard([&box] { delete box.data(); });
-    box->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                        Qt::WindowCloseButtonHint);
-    box->setTextFormat(Qt::PlainText);
     box->setText(text);
     box->setWindowTitle(title);
     box->setIcon(iconOf(style));
-    const QFont font = readableFont(box->font());
-    box->setFont(font);
 
     const QVector<int> answers = answersOf(style);
     const int escapeAnswer = escapeAnswerOf(answers);
@@ -158,13 +138,8 @@ int messageBox(const QString& text, int style, const QString& title) {
     box->installEventFilter(unmeant);
     QVector<std::pair<const QAbstractButton*, int>> offered;
     for (const int answer : answers) {
-        // The action role is the only one that every desktop's button layout leaves in the order given.
-        QPushButton* button = box->addButton(withoutMnemonic(captionOf(answer)), QMessageBox::ActionRole);
-        button->setFont(font);
-        button->setMinimumSize(smallestButton);
+        QPushButton* button = box->addAnswer(captionOf(answer), answer == defaultAnswer);
         button->installEventFilter(unmeant);
-        if (answer == defaultAnswer)
-            box->setDefaultButton(button);
         if (answer == escapeAnswer)
             box->setEscapeButton(button);
         offered.append({button, answer});

@@ -146,6 +146,16 @@ void vkFrame::setCornerRadius(int radius) {
     update();
 }
 
+void vkFrame::setBorderWidth(int width) {
+    m_borderWidth = width;
+    update();
+}
+
+void vkFrame::setTitleLines(int lines) {
+    m_titleLines = lines;
+    update(titleBar());
+}
+
 void vkFrame::setTitleHeight(int height) {
     m_titleHeight = height;
     layOutTitle();
@@ -289,7 +299,7 @@ void vkFrame::paintTitle(QPainter& painter, const QRectF& bounds, double radius)
         m_note->paint(painter, onStrip ? roleColor(ink) : m_forecolor);
         room.setRight(m_note->bounds().left() - padding);
     }
-    m_title->fit(m_caption, font(), pixels, room, m_titleAlignment | Qt::AlignVCenter, 1);
+    m_title->fit(m_caption, font(), pixels, room, m_titleAlignment | Qt::AlignVCenter, m_titleLines);
     if (!isEnabled()) {
         m_title->paint(painter, mutedText(m_forecolor, from));
         return;

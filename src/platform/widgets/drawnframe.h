@@ -61,9 +61,13 @@ public:
     /// In design pixels; 0 makes a ground that fills its window to the edges, without a border.
     int cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(int radius);
+    /// In design pixels.
+    void setBorderWidth(int width);
     /// The title bar's height in design pixels; 0 (the start value) takes it from the font's.
     int titleHeight() const { return m_titleHeight; }
     void setTitleHeight(int height);
+    /// How many lines the caption may break into; 1 unless told otherwise.
+    void setTitleLines(int lines);
     /// Gives the title bar its height at the scale in use: the resizing container calls it when that changes.
     void layOutTitle();
     /// Where the caption stands in the title bar: at its left unless told otherwise.
@@ -91,9 +95,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
+    QRect titleBar() const;
+
 private:
     int titlePixels() const;
-    QRect titleBar() const;
     QRect progressLine() const;
     void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
     QRectF paintTitleIcon(QPainter& painter, QRectF room) const;
@@ -117,6 +122,7 @@ private:
     std::unique_ptr<FittedText> m_note;
     std::optional<double> m_progress;
     int m_titleHeight = 0;
+    int m_titleLines = 1;
     int m_cornerRadius = 9;
     int m_borderWidth = 1;
     int m_titleMargin = 0;  // what the title bar takes of the contents' upper margin

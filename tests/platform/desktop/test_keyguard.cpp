@@ -33,6 +33,7 @@ struct ScanRow {
     Qt::Key last;
     int pause;  ///< milliseconds between them
     bool scanned;
+    quint64 by = 0;  ///< milliseconds between them by the keyboard's clock; 0 for a keyboard without one
 };
 
 /// Notes whether the last key that it was given is a repeated one.
@@ -135,6 +136,8 @@ private Q_SLOTS:
                           {"blank inside", {u"AB"_s, Qt::Key_Space, 0, true}},
                           {"Enter alone", {QString(), Qt::Key_Return, 0, false}},
                           {"Enter later", {u"869"_s, Qt::Key_Return, 350, false}},
+                          {"got late, sent at once", {u"869"_s, Qt::Key_Return, 350, true, 2}},
+                          {"sent later", {u"869"_s, Qt::Key_Return, 350, false, 350}},
                           {"an arrow", {u"869"_s, Qt::Key_Left, 0, false}},
                           {"a digit", {u"869"_s, Qt::Key_4, 0, false}}});
     }
@@ -143,12 +146,16 @@ private Q_SLOTS:
         ScannedKeys keys;
         for (const QChar letter : row.typed) {
             const int key = letter == u'\r' ? int(Qt::Key_Return) : letter.toUpper().unicode();
-            keys.isEndOfScan(QKeyEvent(QEvent::KeyPress, key, {}, letter));
+            QKeyEvent typed(QEvent::KeyPress, key, {}, letter);
+            typed.setTimestamp(row.by == 0 ? 0 : 1000);
+            keys.isEndOfScan(typed);
         }
         QElapsedTimer pause;
         pause.start();
         QTRY_VERIFY(pause.hasExpired(row.pause));
-        QCOMPARE(keys.isEndOfScan(QKeyEvent(QEvent::KeyPress, row.last, {})), row.scanned);
+        QKeyEvent last(QEvent::KeyPress, row.last, {});
+        last.setTimestamp(row.by == 0 ? 0 : 1000 + row.by);
+        QCOMPARE(keys.isEndOfScan(last), row.scanned);
     }
 };
 

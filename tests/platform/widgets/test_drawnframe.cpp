@@ -95,6 +95,16 @@ private Q_SLOTS:
         QCOMPARE(image.pixelColor(100, 90), roleColor(ColorRole::card));
     }
 
+    void aRimAsWideAsTold() {
+        vkFrame frame;
+        frame.setLook(FrameRole::window);
+        frame.setBorderWidth(4);
+        frame.resize(200, 120);
+        const QImage image = frame.grab().toImage();
+        QCOMPARE(image.pixelColor(3, 60), roleColor(ColorRole::windowRim));
+        QCOMPARE(image.pixelColor(5, 60), roleColor(ColorRole::card));
+    }
+
     void titleGrowsWithTheFont() {
         vkFrame frame;
         frame.setCaption(u"T"_s);
@@ -329,6 +339,29 @@ private Q_SLOTS:
         const auto [centredLeft, centredRight] = ends();
         QCOMPARE(centredRight - centredLeft, right - left);
         QVERIFY(std::abs(centredLeft + centredRight - 400) <= 4);
+    }
+
+    void titleBreaksIntoTheLinesThatItMayTake() {
+        vkFrame frame;
+        frame.setLook(FrameRole::window);
+        frame.setCaption(u"ürün listesinden silinsin mi diye soran bir kutu"_s);
+        frame.setTitleHeight(100);
+        frame.resize(200, 200);
+        // The height that the caption's white takes.
+        const auto height = [&] {
+            const QImage image = frame.grab().toImage();
+            std::pair found(image.height(), -1);
+            for (int y = 4; y < 96; ++y) {
+                for (int x = 8; x < 192; ++x) {
+                    if (qGray(image.pixel(x, y)) > 220)
+                        found = {std::min(found.first, y), y};
+                }
+            }
+            return found.second - found.first;
+        };
+        QVERIFY(height() < frame.fontMetrics().height());
+        frame.setTitleLines(2);
+        QVERIFY(height() > frame.fontMetrics().height());
     }
 
     // Nothing lets events through while a list is read.

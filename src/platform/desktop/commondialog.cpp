@@ -1,35 +1,29 @@
-#include "widgets/commondialog.h"
+#include "desktop/commondialog.h"
 
-#include <QColorDialog>
-#include <QPushButton>
 #include <QWidget>
 #include <utility>
 
+#include "desktop/windowplace.h"
+#include "widgets/colordialog.h"
+
 namespace kovanix {
-
-namespace {
-
-constexpr int touchHeight = 44;
-
-}  // namespace
 
 CommonDialog::CommonDialog(QObject* parent) : QObject(parent) {}
 
 void CommonDialog::showColor(QWidget& above, std::function<void()> done) {
-    auto* dialog = new QColorDialog(m_color, above.window());
+    QWidget& window = *above.window();
+    auto* dialog = new ColorDialog(m_color, &window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    // The toolkit's own: its words follow the program's language, not the desktop's.
-    dialog->setOption(QColorDialog::DontUseNativeDialog);
     // Only the window above would be blocked otherwise, and the sale behind it could go on with half a
     // colour.
     dialog->setWindowModality(Qt::ApplicationModal);
-    const auto buttons = dialog->findChildren<QPushButton*>();
-    for (QPushButton* button : buttons)
-        button->setMinimumHeight(touchHeight);
+    const QRect area = screenArea(window.windowHandle());
+    dialog->resize((QSizeF(dialog->sizeHint()) * screenScale()).toSize().boundedTo(area.size()));
+    dialog->move(placeFor(dialog->size(), window.windowHandle()).topLeft());
 
     connect(dialog, &QDialog::finished, this, [this, dialog, done = std::move(done)](int result) {
         if (result == QDialog::Accepted)
-            m_color = dialog->selectedColor();
+            m_color = dialog->currentColor();
         done();
     });
     // Without this control no one waits for an answer: gone without the signal that a close would send.

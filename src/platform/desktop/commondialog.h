@@ -8,8 +8,8 @@ class QWidget;
 
 namespace kovanix {
 
-/// The colour dialog of a screen, as a control that remembers its last colour: the toolkit's own dialog
-/// opens, and whichever way it is closed, the screen goes on with the colour that the control then holds.
+/// The colour dialog of a screen, as a control that remembers its last colour: a ColorDialog opens, and
+/// whichever way it is closed, the screen goes on with the colour that the control then holds.
 class CommonDialog : public QObject {
     Q_OBJECT
 
