@@ -95,9 +95,13 @@ private:
 std::optional<QByteArrayView> headingOf(QByteArrayView content) {
     if (content.isEmpty() || content.front() != '[')
         return std::nullopt;
-    const qsizetype end = content.indexOf(']');
-    if (end < 0)
-        return std::nullopt;
+    qsizetype end = content.indexOf(']');
+    if (end < 0) {
+        // A heading whose bracket got lost still heads its section. With an equals sign it is an entry.
+        if (content.contains('='))
+            return std::nullopt;
+        end = content.size();
+    }
     return trimmed(content.sliced(1, end - 1));
 }
 

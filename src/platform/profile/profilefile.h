@@ -7,9 +7,9 @@ namespace kovanix {
 /// One key at a time out of and into a profile file: `key=value` lines below `[section]` headings, in
 /// Windows-1254.
 ///
-/// Sections and keys are found without regard to case; the first of two equal ones counts. A line that starts
-/// with ";" is a comment. Everything else in the file (other lines, comments, order, line ends, the bytes of
-/// other values) stays as it is.
+/// Sections and keys are found without regard to case; the first of two equal ones counts. A heading may lack
+/// its closing bracket. A line that starts with ";" is a comment. Everything else in the file (other lines,
+/// comments, order, line ends, the bytes of other values) stays as it is.
 class ProfileFile {
 public:
     /// The longest value that is read, in characters; a longer one comes back cut.
