@@ -230,8 +230,12 @@ bool writeInPlace(const QString& path, const QByteArray& bytes, const QByteArray
 bool replaceFile(const QString& path, const QByteArray& bytes, const QByteArray& before) {
     QSaveFile file(path);  // follows links itself
     file.setDirectWriteFallback(false);
+    const bool isNew = !QFileInfo::exists(path);
     if (!file.open(QIODevice::WriteOnly))
         return writeInPlace(path, bytes, before);
+    // Passwords lie in it.
+    if (isNew && !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        return false;
     if (!keepOwner(file, path)) {
         file.cancelWriting();
         return writeInPlace(path, bytes, before);

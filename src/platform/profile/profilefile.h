@@ -24,8 +24,8 @@ public:
     /// refused.
     ///
     /// The file is replaced in one step, so that a reader sees the old one or the new one; links, owner and
-    /// permissions are kept. Where the folder takes no new file, or the owner can't be kept, the file is
-    /// written in place instead.
+    /// permissions are kept, and a new file is readable by its owner only. Where the folder takes no new
+    /// file, or the owner can't be kept, the file is written in place instead.
     /// @return whether the file now holds the value.
     static bool setValue(const QString& path, const QString& section, const QString& key,
                          const QString& value);
