@@ -17,6 +17,7 @@
 #include "database/sqltokens.h"
 #include "database/tablerebuild.h"
 #include "runtime/attempt.h"
+#include "runtime/process.h"
 
 namespace kovanix {
 
@@ -62,6 +63,22 @@ std::shared_ptr<quint64> writesTo(const QString& file) {
 std::vector<Connection*>& openConnections() {
     static std::vector<Connection*> connections;
     return connections;
+}
+
+void closeConnections() {
+    while (!openConnections().empty())
+        attempt([] { openConnections().back()->close(); });
+}
+
+/// The toolkit's own statics, its drivers and their libraries go with the process, in an order that isn't
+/// ours: connections close ahead of them all. Asked for anew with each driver's first connection, for what is
+/// loaded last goes first.
+void closeAtProcessEnd(const QString& driver) {
+    static QStringList known;
+    if (known.contains(driver))
+        return;
+    known.append(driver);
+    atProcessEnd(closeConnections);
 }
 
 quint64 openings = 0;
@@ -152,6 +169,7 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
     if (!database.open())
         throw failure(database.lastError());
+    closeAtProcessEnd(driver);
     opening = ++openings;
     writes = writesTo(file.canonicalFilePath());
     if (isOnNetwork(file.canonicalFilePath()))
