@@ -7,6 +7,8 @@
 #include <QStyleFactory>
 #include <QTranslator>
 
+#include "app/failuretext.h"
+#include "desktop/application.h"
 #include "desktop/messagebox.h"
 #include "widgets/fieldstyle.h"
 #include "widgets/look.h"
@@ -70,6 +72,7 @@ void prepareApplication() {
                            .no = u"Hayır"_s,
                            .tryAgain = u"Yeniden dene"_s,
                            .goOn = u"Devam"_s});
+    Application::setFailureText(uncaughtFailureText);
 }
 
 }  // namespace kovanix

@@ -161,7 +161,7 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     // answered here in the words that the engine has for both.
     const QFileInfo file(parts.dataSource);
     if (parts.dataSource.isEmpty() || !file.isFile())
-        throw failure(Kind::missing, u"unable to open database file"_s);
+        throw failure(Kind::missing, describeFailure(Kind::missing, u"unable to open database file"_s));
     name = nextConnectionName();
     database = QSqlDatabase::addDatabase(driver, name);
     database.setDatabaseName(fileUri(file));
@@ -193,8 +193,11 @@ void ConnectionCore::prepareNetworkFile() {
     run(catalogueProbe);
     QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
     if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
-        throw failure(Kind::busy,
-                      u"The file is in use with a write-ahead log, which can't be shared over a network."_s);
+        throw failure(
+            Kind::busy,
+            describeFailure(
+                Kind::busy,
+                u"The file is in use with a write-ahead log, which can't be shared over a network."_s));
     }
     journal.finish();
     if (!bearsNetworkMark())
