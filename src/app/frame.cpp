@@ -8,8 +8,10 @@
 #include <QTranslator>
 
 #include "app/failuretext.h"
+#include "database/waiting.h"
 #include "desktop/application.h"
 #include "desktop/messagebox.h"
+#include "desktop/waitcursor.h"
 #include "widgets/fieldstyle.h"
 #include "widgets/look.h"
 
@@ -73,6 +75,7 @@ void prepareApplication() {
                            .tryAgain = u"Yeniden dene"_s,
                            .goOn = u"Devam"_s});
     Application::setFailureText(uncaughtFailureText);
+    setWaitSign(showWaitCursor);
 }
 
 }  // namespace kovanix

@@ -126,6 +126,27 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo::exists(path), row.state != u"missing");
     }
 
+    void aLockedFileShowsTheWaitCursor() {
+        ShopFixture fixture;
+        fixture.openShop();
+        Connection connection(std::chrono::milliseconds(200));
+        connection.open(baglantiyazisi());
+        const auto insert = [&] {
+            return attempt([&] { connection.execute(u"INSERT INTO musteri (adi) VALUES ('Ali')"_s); });
+        };
+        QVERIFY(!insert());
+        QVERIFY(!QGuiApplication::overrideCursor());
+        {
+            const auto lock = fixture.lockFile();
+            // Two waits before the till listens again.
+            QVERIFY(insert());
+            QVERIFY(insert());
+        }
+        QVERIFY(QGuiApplication::overrideCursor());
+        QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        QTRY_VERIFY(!QGuiApplication::overrideCursor());
+    }
+
     void tellsTheAbsentPathOfIp() {
         ShopFixture fixture;
         const QString absent = fixture.file(u"share/shop.data"_s);

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QStorageInfo>
 #include <QUrl>
 #include <algorithm>
@@ -16,6 +17,7 @@
 #include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "database/tablerebuild.h"
+#include "database/waiting.h"
 #include "runtime/attempt.h"
 #include "runtime/process.h"
 
@@ -45,6 +47,16 @@ std::function<bool(const QString&)>& networkFileTest() {
 bool isOnNetwork(const QString& path) {
     return networkFileTest() ? networkFileTest()(path)
                              : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
+}
+
+std::function<void()>& waitSign() {
+    static std::function<void()> sign;
+    return sign;
+}
+
+void giveWaitSign() {
+    if (waitSign())
+        waitSign()();
 }
 
 /// The count of statements that may have written into a file, shared by all connections of this process to
@@ -104,6 +116,10 @@ bool findDriver(const QString& driver) {
 
 void setNetworkFileTest(std::function<bool(const QString& path)> test) {
     networkFileTest() = std::move(test);
+}
+
+void setWaitSign(std::function<void()> sign) {
+    waitSign() = std::move(sign);
 }
 
 DatabaseError ConnectionCore::failure(const QSqlError& error) const {
@@ -167,6 +183,8 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     database.setDatabaseName(fileUri(file));
     database.setPassword(parts.password);
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+    // The one notice that our drivers send.
+    QObject::connect(database.driver(), &QSqlDriver::notification, database.driver(), giveWaitSign);
     if (!database.open())
         throw failure(database.lastError());
     closeAtProcessEnd(driver);
