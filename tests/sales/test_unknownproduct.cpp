@@ -196,7 +196,8 @@ private Q_SLOTS:
         fillInUnknown("", "3");
         paste(*ui().urunadi, QString(60, u'i'));
         m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON urunler BEGIN SELECT RAISE(ABORT, 'dolu'); END");
-        m_shop->boxes.expect("Hata", noDatabase + ": dolu", MessageBoxAnswer::ok);
+        m_shop->boxes.expect("Hata", noDatabase + ": " + describeFailure(DatabaseError::Kind::value, "dolu"),
+                             MessageBoxAnswer::ok);
         press(*ui().urunbuunamadikaydet);
         QCOMPARE(ui().urunadi->text(), QString(50, u'İ'));
     }

@@ -20,7 +20,7 @@ const QString salesScreen = u"Kovanix Satis"_s;
 struct State {
     QString password;  ///< the database file's
     QStringList keys;  ///< pressed at the sales screen; "login" stands before it
-    QString title;     ///< of the window that has the keyboard then
+    QString title;     ///< of the window that has the keyboard then, as xdotool prints it
     int stored = 0;    ///< rows of sales
 };
 
@@ -49,6 +49,7 @@ private Q_SLOTS:
              {"behind a sale, password",
               {u"gizli"_s, {u"Return"_s, shelf::bread, u"Return"_s, u"F1"_s}, salesScreen, 1}},
              {"with a ticket open", {{}, {u"Return"_s, shelf::bread, u"Return"_s}, salesScreen, 0}},
+             {"over a list", {{}, {u"Return"_s, u"F6"_s}, u"URUN LISTESI"_s, 0}},
              {"under a box", {{}, {u"Return"_s, u"F9"_s}, u"Program kapatma"_s, 0}}});
     }
     void theDisplayGoesAway() {

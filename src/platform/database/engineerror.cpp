@@ -106,7 +106,8 @@ QString turkishWords(Kind kind) {
 
 QString describeFailure(Kind kind, const QString& words) {
     const QString turkish = turkishWords(kind);
-    return turkish.isEmpty() ? words : turkish + u" ("_s + words + u')';
+    // A failure without words stays one: its number is shown then.
+    return turkish.isEmpty() || words.trimmed().isEmpty() ? words : turkish + u" ("_s + words + u')';
 }
 
 DatabaseError engineError(const QSqlError& error, const QString& engine, bool withPassword) {

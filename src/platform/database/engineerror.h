@@ -8,7 +8,8 @@
 namespace kovanix {
 
 /// What a failure is shown with: what has happened in Turkish, and in brackets behind it the engine's own
-/// words, which support asks for. The kinds that only the words can tell of have the words alone.
+/// words, which support asks for. The kinds that only the words can tell of have the words alone,
+/// and blank words stay blank.
 QString describeFailure(DatabaseError::Kind kind, const QString& words);
 
 /// A failure that the toolkit's driver reports, described by its kind.

@@ -51,6 +51,7 @@ class TestFailures : public QObject {
 private Q_SLOTS:
     void describesTheKind_data();
     void describesTheKind();
+    void describesNothingWithoutWords();
     void namesTheKind_data();
     void namesTheKind();
     void namesWhatKeepsAFileFromOpening_data() { DatabaseFile::bothKinds(); }
@@ -86,6 +87,10 @@ void TestFailures::describesTheKind_data() {
 void TestFailures::describesTheKind() {
     QFETCH(const DescriptionRow, row);
     QCOMPARE(describeFailure(row.kind, u"words"_s), row.description);
+}
+
+void TestFailures::describesNothingWithoutWords() {
+    QCOMPARE(describeFailure(Kind::value, u"  "_s), u"  "_s);
 }
 
 void TestFailures::namesTheKind_data() {
