@@ -10,6 +10,7 @@
 #include "desktop/application.h"
 #include "desktop/keyguard.h"
 #include "desktop/tapguard.h"
+#include "runtime/process.h"
 
 namespace kovanix {
 
@@ -49,6 +50,7 @@ int runTill(int argc, char** argv) {
         tekornekoneal();
         return 0;
     }
+    endOnRequest();
     prepareShopFolder(commandLine.value(folder));
     const int status = application.run(entryProcedure);
     baglantikapatsessiz();

@@ -42,8 +42,9 @@ QString realText(double value) {
 }  // namespace
 
 QString sha256hex(const QString& text) {
-    return QString::fromLatin1(
-        QCryptographicHash::hash(toWindows1254(text), QCryptographicHash::Sha256).toHex());
+    // The shops' older machines hashed a letter that the code page lacks as its base letter.
+    const QByteArray bytes = toWindows1254(text, Lacking::baseLetter);
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
 }
 
 QString sifreozet(const QString& text) {

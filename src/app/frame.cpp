@@ -7,7 +7,11 @@
 #include <QStyleFactory>
 #include <QTranslator>
 
+#include "app/failuretext.h"
+#include "database/waiting.h"
+#include "desktop/application.h"
 #include "desktop/messagebox.h"
+#include "desktop/waitcursor.h"
 #include "widgets/fieldstyle.h"
 #include "widgets/look.h"
 
@@ -70,6 +74,8 @@ void prepareApplication() {
                            .no = u"Hayır"_s,
                            .tryAgain = u"Yeniden dene"_s,
                            .goOn = u"Devam"_s});
+    Application::setFailureText(uncaughtFailureText);
+    setWaitSign(showWaitCursor);
 }
 
 }  // namespace kovanix

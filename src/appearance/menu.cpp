@@ -34,11 +34,9 @@ QStringList standIns(QStringView path) {
     return {};
 }
 
-/// Starts what stands for the program; where nothing does, nothing happens.
-void shell(QStringView path) {
-    const QString program = firstInstalled(standIns(path));
-    if (!program.isEmpty())
-        startProgram(program);
+/// Starts what stands for the program. @return whether something does
+bool shell(QStringView path) {
+    return startProgram(firstInstalled(standIns(path)));
 }
 
 }  // namespace
@@ -89,7 +87,9 @@ void menu::vkCommand3_click() {
 }
 
 void menu::vkCommand4_click() {
-    shell(calculator);
+    if (!shell(calculator))
+        uyarimesaj(u"Bu bilgisayarda hesap makinesi bulunamadı. Bir hesap makinesi programı kurun."_s,
+                   MessageBoxStyle::warning);
 }
 
 void menu::vkCommand5_click() {

@@ -63,6 +63,8 @@ private Q_SLOTS:
              {"euro: 80", {u"€"_s, u"76be8b528d0075f7aae98d6fa57a6d3c83ae480a8469e668d7b0af968995ac71"_s}},
              {"lacking in the code page: ?",
               {u"語"_s, u"8a8de823d5ed3e12746a62ef169bcf372be0ca44f0a1236abc35df05d96928e1"_s}},
+             {"lacking but for its mark: the base letter",
+              {u"ýžč"_s, u"198edd662c327a0d8a89581db32a8a833951f2a4c08a93c50f2deab418619baa"_s}},
              {"apostrophe",
               {u"o'neil"_s, u"eb1aed4f494ca276a88d3161252e48e0fe703f32666fe44fe4652f660b82cda4"_s}}});
     }

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QDir>
 #include <QFile>
 
@@ -27,6 +29,11 @@ void write(const QString& path, const QByteArray& bytes) {
 
 QStringList entriesOf(const QString& folder) {
     return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name);
+}
+
+mode_t modeOf(const QString& path) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
 }
 
 const QStringList delivered{u"Kovanix.config"_s, u"kovanix.data"_s};
@@ -85,6 +92,9 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(folder.filePath(u"kovanix.data"_s)), QByteArray());
         QCOMPARE(bytesOf(folder.filePath(u"Kovanix.config"_s)).replace("\r\n", "\n"),
                  "[ayar]\nensonkikisayol=1\n"_ba);
+        QCOMPARE(modeOf(wanted), 0700U);
+        for (const QString& name : delivered)
+            QCOMPARE(modeOf(folder.filePath(name)), 0600U);
         const QDir exports(m_driveC.filePath(u"kovanix"_s));
         QVERIFY(exports.exists());
         QVERIFY(exports.isEmpty());
@@ -112,11 +122,17 @@ private Q_SLOTS:
         const ShopFixture fixture;
         for (const QString& name : present)
             write(fixture.file(name), "what the shop has: " + name.toUtf8());
+        QCOMPARE(::chmod(qPrintable(fixture.folder()), 0755), 0);
+        for (const QString& name : present)
+            QCOMPARE(::chmod(qPrintable(fixture.file(name)), 0644), 0);
         prepareShopFolder(fixture.folder());
         QCOMPARE(applicationFolder(), fixture.folder());
         QCOMPARE(entriesOf(fixture.folder()), present);
-        for (const QString& name : present)
+        QCOMPARE(modeOf(fixture.folder()), 0755U);
+        for (const QString& name : present) {
             QCOMPARE(bytesOf(fixture.file(name)), "what the shop has: " + name.toUtf8());
+            QCOMPARE(modeOf(fixture.file(name)), 0644U);
+        }
     }
 
     void makesTheExportFolder_data() {

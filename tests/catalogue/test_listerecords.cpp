@@ -2,6 +2,7 @@
 
 #include <QSignalSpy>
 
+#include "database/engineerror.h"
 #include "rows.h"
 #include "widgets/adodc.h"
 #include "widgets/look.h"
@@ -469,7 +470,7 @@ private Q_SLOTS:
         const auto before = tables();
         if (row.button == QByteArray("kisisil2"))
             question(MessageBoxAnswer::yes);
-        failure("dolu");
+        failure(describeFailure(DatabaseError::Kind::value, "dolu"));
         press(control(row.button));
         QCOMPARE(tables(), before);
     }

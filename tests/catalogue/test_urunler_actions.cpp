@@ -10,6 +10,7 @@
 #include "appearance/keyboardfield.h"
 #include "appearance/keyboardscreen.h"
 #include "data/baglanmamodulu.h"
+#include "database/engineerror.h"
 #include "htmltable.h"
 #include "productstest.h"
 #include "rows.h"
@@ -312,7 +313,7 @@ private Q_SLOTS:
         dontWaitForLocks();
         const auto lock = m_shop->lockFile();
         expectQuestion(MessageBoxAnswer::yes);
-        expectFailure(u"database is locked"_s);
+        expectFailure(describeFailure(DatabaseError::Kind::busy, u"database is locked"_s));
         press(*form().kisisil2);
         QCOMPARE(stored().size(), 5);
     }

@@ -6,6 +6,7 @@
 #include "app/modTurkce.h"
 #include "app/session.h"
 #include "data/baglanmamodulu.h"
+#include "database/engineerror.h"
 #include "productstest.h"
 #include "rows.h"
 #include "runtime/screenregistry.h"
@@ -289,7 +290,7 @@ private Q_SLOTS:
         dontWaitForLocks();
         {
             const auto lock = m_shop->lockFile();
-            expectFailure(u"database is locked"_s);
+            expectFailure(describeFailure(DatabaseError::Kind::busy, u"database is locked"_s));
             form().kayit->click();
         }
         QCOMPARE(m_boxes.last().icon, QMessageBox::Critical);

@@ -5,6 +5,7 @@
 #include "app/modTurkce.h"
 #include "data/baglanmamodulu.h"
 #include "data/schema.h"
+#include "database/engineerror.h"
 #include "desktop/messagebox.h"
 #include "rows.h"
 #include "runtests.h"
@@ -25,8 +26,10 @@ void bothKinds() {
     QTest::newRow("password file") << hidden;
 }
 
-/// What the engine says when a file is opened with a password that may be empty.
-QString enginesWords(const QString& path, const QString& password) {
+const QString unableToOpen = describeFailure(DatabaseError::Kind::missing, u"unable to open database file"_s);
+
+/// What is said when a file is opened with a password that may be empty.
+QString wordsAtOpening(const QString& path, const QString& password) {
     QString text = u"Data Source="_s + path;
     if (!password.isEmpty())
         text += u";Jet OLEDB:Database Password="_s + password;
@@ -109,7 +112,7 @@ private Q_SLOTS:
             const QByteArray noise(file.size(), 'x');
             QCOMPARE(file.write(noise), noise.size());
         }
-        const QString words = enginesWords(path, row.configured);
+        const QString words = wordsAtOpening(path, row.configured);
         QVERIFY(!words.isEmpty());
 
         baglantidurumu = 1;
@@ -123,11 +126,32 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo::exists(path), row.state != u"missing");
     }
 
+    void aLockedFileShowsTheWaitCursor() {
+        ShopFixture fixture;
+        fixture.openShop();
+        Connection connection(std::chrono::milliseconds(200));
+        connection.open(baglantiyazisi());
+        const auto insert = [&] {
+            return attempt([&] { connection.execute(u"INSERT INTO musteri (adi) VALUES ('Ali')"_s); });
+        };
+        QVERIFY(!insert());
+        QVERIFY(!QGuiApplication::overrideCursor());
+        {
+            const auto lock = fixture.lockFile();
+            // Two waits before the till listens again.
+            QVERIFY(insert());
+            QVERIFY(insert());
+        }
+        QVERIFY(QGuiApplication::overrideCursor());
+        QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        QTRY_VERIFY(!QGuiApplication::overrideCursor());
+    }
+
     void tellsTheAbsentPathOfIp() {
         ShopFixture fixture;
         const QString absent = fixture.file(u"share/shop.data"_s);
         configure(u"ip"_s, absent);
-        expectFailure(fixture, absent, u"unable to open database file"_s);
+        expectFailure(fixture, absent, unableToOpen);
         QVERIFY(!baglantihazir());
         QVERIFY(allAnswered(fixture.boxes));
         QCOMPARE(ayaroku(u"ayar"_s, u"ip"_s, ayardosyasi()), absent);
@@ -136,9 +160,8 @@ private Q_SLOTS:
     void transcribesPathAndWords() {
         ShopFixture fixture;
         configure(u"ip"_s, u"/srv/%50/ma@a#1/^.data"_s);
-        fixture.boxes.expect(
-            u"Hata"_s, u"Veritabanı açılamadı:\n/srv/Ğ50/maŞaş1/ü.data\n\nunable to open database file"_s,
-            MessageBoxAnswer::ok);
+        fixture.boxes.expect(u"Hata"_s, u"Veritabanı açılamadı:\n/srv/Ğ50/maŞaş1/ü.data\n\n"_s + unableToOpen,
+                             MessageBoxAnswer::ok);
         baglantiac();
         QVERIFY(allAnswered(fixture.boxes));
     }
@@ -181,7 +204,7 @@ private Q_SLOTS:
         ShopFixture fixture;
         fixture.openShop(password);
         QVERIFY(QFile::remove(fixture.databaseFile()));
-        expectFailure(fixture, fixture.databaseFile(), u"unable to open database file"_s);
+        expectFailure(fixture, fixture.databaseFile(), unableToOpen);
         baglantiac();
         QVERIFY(!baglanti().isOpen());
         QCOMPARE(baglantidurumu, 0);
@@ -313,7 +336,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(file.write(QByteArray(4096, 'x')) == 4096);
         file.close();
-        expectFailure(fixture, fixture.databaseFile(), enginesWords(fixture.databaseFile(), {}));
+        expectFailure(fixture, fixture.databaseFile(), wordsAtOpening(fixture.databaseFile(), {}));
         QVERIFY(!veritabaninibagla());
         QCOMPARE(baglantidurumu, 0);
         QVERIFY(allAnswered(fixture.boxes));
@@ -371,7 +394,8 @@ private Q_SLOTS:
             });
         });
         QVERIFY(failure);
-        QCOMPARE(failure->description(), u"no such table: yok"_s);
+        QCOMPARE(failure->description(),
+                 describeFailure(DatabaseError::Kind::noSuchTable, u"no such table: yok"_s));
         QCOMPARE(fixture.rows(u"SELECT count(*) FROM musteri"_s).at(0).at(0), 3);
         storeTogether([] {});
         QCOMPARE(copied().size(), 3);

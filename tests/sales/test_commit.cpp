@@ -2,6 +2,7 @@
 #include <tuple>
 
 #include "data/baglanmamodulu.h"
+#include "database/engineerror.h"
 #include "database/recordset.h"
 #include "rows.h"
 #include "runtime/runtimeerror.h"
@@ -171,7 +172,10 @@ private Q_SLOTS:
         m_shop->scan(goods::milk);
         m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON satislar WHEN NEW.barkod='" + goods::milk +
                     "' BEGIN SELECT RAISE(ABORT, 'dolu'); END");
-        m_shop->boxes.expect("Hata", "Satış kaydedilemedi: dolu - satislar", MessageBoxAnswer::ok);
+        m_shop->boxes.expect(
+            "Hata",
+            "Satış kaydedilemedi: " + describeFailure(DatabaseError::Kind::value, "dolu") + " - satislar",
+            MessageBoxAnswer::ok);
         m_shop->key(Qt::Key_F1);
         QCOMPARE(sales().size(), 1);
         QCOMPARE(stock(goods::bread), 10.0);

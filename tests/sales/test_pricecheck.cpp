@@ -1,5 +1,6 @@
 #include <QLineEdit>
 
+#include "database/engineerror.h"
 #include "rows.h"
 #include "salestest.h"
 
@@ -305,7 +306,10 @@ private Q_SLOTS:
         m_shop->scan(goods::bread);
         const auto before = ownTexts();
         m_shop->run("ALTER TABLE urunler RENAME TO gitti");
-        m_shop->boxes.expect("Hata", noDatabase + ": no such table: urunler", MessageBoxAnswer::ok);
+        m_shop->boxes.expect(
+            "Hata",
+            noDatabase + ": " + describeFailure(DatabaseError::Kind::noSuchTable, "no such table: urunler"),
+            MessageBoxAnswer::ok);
         m_shop->scan(goods::milk);
         QCOMPARE(m_boxes.value(0).icon, QMessageBox::Critical);
         QCOMPARE(results(), empty);

@@ -2,6 +2,7 @@
 #include <QKeyEvent>
 #include <QProcess>
 
+#include "database/engineerror.h"
 #include "sales/receipt.h"
 #include "salestest.h"
 
@@ -88,7 +89,10 @@ private Q_SLOTS:
     void aStoreFailureComesAfterThePrint() {
         m_shop->scan(goods::bread);
         m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON satislar BEGIN SELECT RAISE(ABORT, 'dolu'); END");
-        m_shop->boxes.expect("Hata", "Satış kaydedilemedi: dolu - satislar", MessageBoxAnswer::ok);
+        m_shop->boxes.expect(
+            "Hata",
+            "Satış kaydedilemedi: " + describeFailure(DatabaseError::Kind::value, "dolu") + " - satislar",
+            MessageBoxAnswer::ok);
         m_shop->key(Qt::Key_F2);
         QCOMPARE(QDir(receipts()).entryList({"*.pdf"}).size(), 1);
         QCOMPARE(m_shop->lines(), 1);

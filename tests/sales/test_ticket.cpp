@@ -2,6 +2,7 @@
 #include <QClipboard>
 
 #include "data/baglanmamodulu.h"
+#include "database/engineerror.h"
 #include "rows.h"
 #include "runtime/runtimeerror.h"
 #include "salestest.h"
@@ -276,7 +277,9 @@ private Q_SLOTS:
 
     void aLookUpThatFailsIsTold() {
         m_shop->run("ALTER TABLE urunler RENAME TO gitti");
-        m_shop->boxes.expect("Hata", "Veritabanı baılantısı kurulamadı: no such table: urunler",
+        m_shop->boxes.expect("Hata",
+                             "Veritabanı baılantısı kurulamadı: " +
+                                 describeFailure(DatabaseError::Kind::noSuchTable, "no such table: urunler"),
                              MessageBoxAnswer::ok);
         m_shop->scan(goods::bread);
         QCOMPARE(m_shop->lines(), 0);

@@ -6,6 +6,7 @@
 #include <QScopeGuard>
 #include <functional>
 
+#include "database/engineerror.h"
 #include "databasefile.h"
 #include "programs.h"
 #include "runtests.h"
@@ -25,7 +26,18 @@ QString scanOf(const QString& barcode) {
     return u"scan "_s + barcode;
 }
 
-/// The box of a file that doesn't open, with the engine's words.
+using Kind = DatabaseError::Kind;
+
+// What the engine's commonest failures are told with.
+const QString locked = describeFailure(Kind::busy, u"database is locked"_s);
+const QString readOnly = describeFailure(Kind::readOnly, u"attempt to write a readonly database"_s);
+const QString full = describeFailure(Kind::full, u"database or disk is full"_s);
+const QString damaged = describeFailure(Kind::damaged, u"database disk image is malformed"_s);
+const QString noDatabase = describeFailure(Kind::notADatabase, u"file is not a database"_s);
+const QString wrongPassword =
+    describeFailure(Kind::wrongPassword, u"file is encrypted or is not a database"_s);
+
+/// The box of a file that doesn't open, with what is said of the failure.
 QString openBox(const QString& path, const QString& words) {
     return u"critical box Hata: Veritabanı açılamadı:\\n" + path + u"\\n\\n" + words;
 }
@@ -135,21 +147,20 @@ private Q_SLOTS:
         QTest::newRow("a wrong password") << AFileThatDoesNotOpenRow{
             u"gizli"_s, Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=baska\r\n"); }),
             Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); }),
-            u"file is encrypted or is not a database"_s, true};
+            wrongPassword, true};
         QTest::newRow("a password that is missing") << AFileThatDoesNotOpenRow{
             u"gizli"_s, Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
             Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\nmdbparola=gizli\r\n"); }),
-            u"file is not a database"_s, true};
+            noDatabase, true};
         QTest::newRow("a password for a plain file") << AFileThatDoesNotOpenRow{
             QString(), Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\ndbpass=gizli\r\n"); }),
-            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }),
-            u"file is encrypted or is not a database"_s, true};
+            Step([](const ClosedShop& shop) { shop.writeConfig("[ayar]\r\n"); }), wrongPassword, true};
         QTest::newRow("a damaged file")
             << AFileThatDoesNotOpenRow{QString(), Step([database](const ClosedShop& shop) {
                                            good = readFile(database(shop));
                                            writeFile(database(shop), QByteArray(good.size(), '#'));
                                        }),
-                                       restore, u"file is not a database"_s, true};
+                                       restore, noDatabase, true};
         QTest::newRow("a damaged file with a password")
             << AFileThatDoesNotOpenRow{u"gizli"_s, Step([database](const ClosedShop& shop) {
                                            good = readFile(database(shop));
@@ -157,7 +168,7 @@ private Q_SLOTS:
                                            bad.replace(100, 50, QByteArray(50, '#'));
                                            writeFile(database(shop), bad);
                                        }),
-                                       restore, u"file is encrypted or is not a database"_s, true};
+                                       restore, wrongPassword, true};
         QTest::newRow("a damaged catalogue") << AFileThatDoesNotOpenRow{
             QString(), Step([database](const ClosedShop& shop) {
                 good = readFile(database(shop));
@@ -165,16 +176,16 @@ private Q_SLOTS:
                 bad.replace(100, 3000, QByteArray(3000, '#'));  // the first page behind the file's header
                 writeFile(database(shop), bad);
             }),
-            restore, u"database disk image is malformed"_s, true};
-        QTest::newRow("a missing file")
-            << AFileThatDoesNotOpenRow{QString(), Step([database](const ClosedShop& shop) {
-                                           QFile::rename(database(shop), shop.file(u"elsewhere"_s));
-                                       }),
-                                       Step([database](const ClosedShop& shop) {
-                                           QVERIFY2(QFile::rename(shop.file(u"elsewhere"_s), database(shop)),
-                                                    "the till has made a file of its own");
-                                       }),
-                                       u"unable to open database file"_s, false};
+            restore, damaged, true};
+        QTest::newRow("a missing file") << AFileThatDoesNotOpenRow{
+            QString(), Step([database](const ClosedShop& shop) {
+                QFile::rename(database(shop), shop.file(u"elsewhere"_s));
+            }),
+            Step([database](const ClosedShop& shop) {
+                QVERIFY2(QFile::rename(shop.file(u"elsewhere"_s), database(shop)),
+                         "the till has made a file of its own");
+            }),
+            describeFailure(Kind::missing, u"unable to open database file"_s), false};
     }
 
     void aFileThatDoesNotOpen() {
@@ -227,7 +238,7 @@ private Q_SLOTS:
         Program till(
             shop.replay({ok, scanOf(shelf::bread), sayWaiting, waitForMending, scanOf(shelf::bread), sell}));
         QVERIFY(till.waitForLine(waiting));
-        QCOMPARE(till.lines(), (QStringList{notReadyBox + u": database disk image is malformed", waiting}));
+        QCOMPARE(till.lines(), (QStringList{notReadyBox + u": " + damaged, waiting}));
         till.killHard();
 
         // Nothing was written over what is left.
@@ -246,7 +257,7 @@ private Q_SLOTS:
             QVERIFY(till.waitForLine(waiting));
             boxes = till.lines();
         }
-        const QString open = openBox(shop.databaseFile(), u"database is locked"_s);
+        const QString open = openBox(shop.databaseFile(), locked);
         QCOMPARE(boxes, (QStringList{open, open, screenBox, waiting}));
         QVERIFY2(clock.elapsed() >= 2 * 4500, "the till didn't wait for the lock");
         QCOMPARE(storedRows(shop), 1);
@@ -266,7 +277,7 @@ private Q_SLOTS:
             QVERIFY(till.waitForLine(waiting, 2));
             QVERIFY2(clock.elapsed() >= 4500, "the till didn't wait for the lock");
         }
-        QCOMPARE(till.lines(), (QStringList{waiting, commitBox(u"database is locked"_s), waiting}));
+        QCOMPARE(till.lines(), (QStringList{waiting, commitBox(locked), waiting}));
         QCOMPARE(storedRows(shop), 0);
         till.goOn();
         const Outcome outcome = till.finish();
@@ -306,8 +317,8 @@ private Q_SLOTS:
         sellOnce(shop);
         shop.run(u"PRAGMA journal_mode=" + journal);
         const bool opens = journal == u"DELETE";
-        const QString open = openBox(shop.databaseFile(), u"attempt to write a readonly database"_s);
-        const QString failure = commitBox(u"attempt to write a readonly database"_s);
+        const QString open = openBox(shop.databaseFile(), readOnly);
+        const QString failure = commitBox(readOnly);
         const QStringList steps =
             opens ? QStringList{scanOf(shelf::bread),     ok,        sell, u"expect toplam 10,00"_s, ok, sell,
                                 u"expect toplam 10,00"_s, sayWaiting}
@@ -362,7 +373,7 @@ private Q_SLOTS:
         disk.fill();
         till.goOn();
         QVERIFY(till.waitForLine(waiting, 2));
-        const QString failure = commitBox(u"database or disk is full"_s);
+        const QString failure = commitBox(full);
         QCOMPARE(till.lines(), (QStringList{waiting, failure, failure, waiting}));
         disk.clear();
         till.goOn();
@@ -397,9 +408,10 @@ private Q_SLOTS:
             shop.replay({ok, ok, ok, sayWaiting, waitForMending, scanOf(shelf::bread), sell}, folder));
         QVERIFY(till.waitForLine(waiting));
         // Which of its two words the engine has depends on what it finds no room for first.
-        const QString full = openBox(folder + u"/kovanix.data", u"database or disk is full"_s);
-        const QString failed = openBox(folder + u"/kovanix.data", u"disk I/O error"_s);
-        const QString open = till.lines().value(0) == full ? full : failed;
+        const QString noRoom = openBox(folder + u"/kovanix.data", full);
+        const QString failed =
+            openBox(folder + u"/kovanix.data", describeFailure(Kind::lost, u"disk I/O error"_s));
+        const QString open = till.lines().value(0) == noRoom ? noRoom : failed;
         QCOMPARE(till.lines(), (QStringList{open, open, screenBox, waiting}));
         QCOMPARE(readFile(config), settings);
         QCOMPARE(readFile(folder + u"/kovanix.data"), before);

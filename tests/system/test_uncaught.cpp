@@ -40,8 +40,13 @@ private Q_SLOTS:
             runProgram(shop.replay(QStringList{u"answer Tamam"_s} + steps + QStringList{u"say alive"_s}));
         QVERIFY(outcome.ended);
         QCOMPARE(outcome.status, 1);
-        QCOMPARE(outcome.output, u"critical box Kovanix: 13\\nType mismatch\n"_s);
+        QCOMPARE(
+            outcome.output,
+            u"critical box Kovanix: Beklenmeyen bir hata oldu, program kapanacak. Sayı beklenen bir yerde "
+            "sayı yok.\\n\\nKaydedilen satışlar güvende. Kaydedilmemiş fiş varsa yeniden girin.\\n\\n"
+            "Destek için: 13: Type mismatch\n"_s);
         QCOMPARE(outcome.errors, u"13: Type mismatch\n"_s);
+        QVERIFY(!QFile::exists(shop.databaseFile() + u"-wal"));
         QCOMPARE(shop.value(u"SELECT count(*) FROM satislar"_s).toInt(), 0);
         QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
     }

@@ -48,53 +48,72 @@ bool isOnVirtualDisplay() {
     return qEnvironmentVariableIsSet(qPrintable(mark));
 }
 
-int runOnVirtualDisplay(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    const QTemporaryDir home;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* variable : {"WAYLAND_DISPLAY", "XDG_CONFIG_HOME", "XAUTHORITY", "QT_SCALE_FACTOR"})
-        environment.remove(QString::fromLatin1(variable));
-    environment.insert(u"HOME"_s, home.path());
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-    environment.insert(u"QT_XCB_GL_INTEGRATION"_s, u"none"_s);
-    environment.insert(mark, u"1"_s);
-
+VirtualDisplay::VirtualDisplay() {
     const auto dieWithUs = [] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); };
-    QProcess server;
-    server.setChildProcessModifier(dieWithUs);
+    m_server.setChildProcessModifier(dieWithUs);
     // A number of this process's own: servers that look for a free one by themselves take each other's names
     // when one ends while another starts. Without auto-repeat: on a busy machine a key pressed for a moment
     // could count as held down.
-    const QString display = u':' + QString::number(1000 + application.applicationPid() % 50000);
-    server.start(u"Xvfb"_s, {display, u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s,
-                             u"-nolisten"_s, u"tcp"_s, u"-r"_s, u"-noreset"_s});
-    const bool ready = QTest::qWaitFor([&] { return server.canReadLine(); }, patience);
+    m_name = u':' + QString::number(1000 + QCoreApplication::applicationPid() % 50000);
+    m_server.start(u"Xvfb"_s, {m_name, u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s,
+                               u"-nolisten"_s, u"tcp"_s, u"-r"_s, u"-noreset"_s});
+    const bool ready = QTest::qWaitFor([&] { return m_server.canReadLine(); }, patience);
     if (!ready)
-        qFatal("no display: %s", server.readAllStandardError().constData());
-    environment.insert(u"DISPLAY"_s, display);
+        qFatal("no display: %s", m_server.readAllStandardError().constData());
 
-    QProcess manager;
-    manager.setChildProcessModifier(dieWithUs);
-    manager.setProcessEnvironment(environment);
-    manager.start(u"openbox"_s, {u"--sm-disable"_s});
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    enter(environment);
+    m_manager.setChildProcessModifier(dieWithUs);
+    m_manager.setProcessEnvironment(environment);
+    m_manager.start(u"openbox"_s, {u"--sm-disable"_s});
     if (!QTest::qWaitFor([&] { return isManaged(environment); }, patience))
-        qFatal("no window manager: %s %s", qPrintable(manager.errorString()),
-               manager.readAllStandardError().constData());
+        qFatal("no window manager: %s %s", qPrintable(m_manager.errorString()),
+               m_manager.readAllStandardError().constData());
+}
+
+VirtualDisplay::~VirtualDisplay() {
+    stop(m_manager);
+    stop(m_server);
+}
+
+void VirtualDisplay::enter(QProcessEnvironment& environment) const {
+    for (const char* variable : {"WAYLAND_DISPLAY", "XAUTHORITY", "QT_SCALE_FACTOR"})
+        environment.remove(QString::fromLatin1(variable));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"QT_XCB_GL_INTEGRATION"_s, u"none"_s);
+    environment.insert(u"DISPLAY"_s, m_name);
+}
+
+void VirtualDisplay::vanish() {
+    m_server.kill();
+    m_server.waitForFinished(patience);
+}
+
+int runOnVirtualDisplay(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const QTemporaryDir home;
+    const VirtualDisplay display;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(u"XDG_CONFIG_HOME"_s);
+    environment.insert(u"HOME"_s, home.path());
+    environment.insert(mark, u"1"_s);
+    display.enter(environment);
 
     QProcess tests;
-    tests.setChildProcessModifier(dieWithUs);
+    tests.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     tests.setProcessEnvironment(environment);
     tests.setProcessChannelMode(QProcess::ForwardedChannels);
     tests.start(QCoreApplication::applicationFilePath(), QCoreApplication::arguments().mid(1));
     tests.waitForFinished(-1);
-    stop(manager);
-    stop(server);
     return tests.exitStatus() == QProcess::NormalExit ? tests.exitCode() : 1;
 }
 
 QString xdotool(const QStringList& arguments) {
-    const Outcome outcome =
-        runProgram(QStringList{u"xdotool"_s} + arguments, QProcessEnvironment::systemEnvironment());
+    return xdotool(arguments, QProcessEnvironment::systemEnvironment());
+}
+
+QString xdotool(const QStringList& arguments, const QProcessEnvironment& environment) {
+    const Outcome outcome = runProgram(QStringList{u"xdotool"_s} + arguments, environment);
     return outcome.status == 0 ? outcome.output.trimmed() : QString();
 }
 

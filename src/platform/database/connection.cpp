@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QStorageInfo>
 #include <QUrl>
 #include <algorithm>
@@ -16,7 +17,9 @@
 #include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "database/tablerebuild.h"
+#include "database/waiting.h"
 #include "runtime/attempt.h"
+#include "runtime/process.h"
 
 namespace kovanix {
 
@@ -46,6 +49,16 @@ bool isOnNetwork(const QString& path) {
                              : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
 }
 
+std::function<void()>& waitSign() {
+    static std::function<void()> sign;
+    return sign;
+}
+
+void giveWaitSign() {
+    if (waitSign())
+        waitSign()();
+}
+
 /// The count of statements that may have written into a file, shared by all connections of this process to
 /// it.
 std::shared_ptr<quint64> writesTo(const QString& file) {
@@ -62,6 +75,22 @@ std::shared_ptr<quint64> writesTo(const QString& file) {
 std::vector<Connection*>& openConnections() {
     static std::vector<Connection*> connections;
     return connections;
+}
+
+void closeConnections() {
+    while (!openConnections().empty())
+        attempt([] { openConnections().back()->close(); });
+}
+
+/// The toolkit's own statics, its drivers and their libraries go with the process, in an order that isn't
+/// ours: connections close ahead of them all. Asked for anew with each driver's first connection, for what is
+/// loaded last goes first.
+void closeAtProcessEnd(const QString& driver) {
+    static QStringList known;
+    if (known.contains(driver))
+        return;
+    known.append(driver);
+    atProcessEnd(closeConnections);
 }
 
 quint64 openings = 0;
@@ -87,6 +116,10 @@ bool findDriver(const QString& driver) {
 
 void setNetworkFileTest(std::function<bool(const QString& path)> test) {
     networkFileTest() = std::move(test);
+}
+
+void setWaitSign(std::function<void()> sign) {
+    waitSign() = std::move(sign);
 }
 
 DatabaseError ConnectionCore::failure(const QSqlError& error) const {
@@ -144,14 +177,17 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     // answered here in the words that the engine has for both.
     const QFileInfo file(parts.dataSource);
     if (parts.dataSource.isEmpty() || !file.isFile())
-        throw failure(Kind::missing, u"unable to open database file"_s);
+        throw failure(Kind::missing, describeFailure(Kind::missing, u"unable to open database file"_s));
     name = nextConnectionName();
     database = QSqlDatabase::addDatabase(driver, name);
     database.setDatabaseName(fileUri(file));
     database.setPassword(parts.password);
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+    // The one notice that our drivers send.
+    QObject::connect(database.driver(), &QSqlDriver::notification, database.driver(), giveWaitSign);
     if (!database.open())
         throw failure(database.lastError());
+    closeAtProcessEnd(driver);
     opening = ++openings;
     writes = writesTo(file.canonicalFilePath());
     if (isOnNetwork(file.canonicalFilePath()))
@@ -175,8 +211,11 @@ void ConnectionCore::prepareNetworkFile() {
     run(catalogueProbe);
     QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
     if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
-        throw failure(Kind::busy,
-                      u"The file is in use with a write-ahead log, which can't be shared over a network."_s);
+        throw failure(
+            Kind::busy,
+            describeFailure(
+                Kind::busy,
+                u"The file is in use with a write-ahead log, which can't be shared over a network."_s));
     }
     journal.finish();
     if (!bearsNetworkMark())

@@ -32,9 +32,9 @@ struct TableInfo {
 /// One connection to a database file: plain files through the driver KOVANIXSQLITE, files with a password
 /// through QSQLCIPHER.
 ///
-/// Every operation but close and isOpen throws a DatabaseError (databaseFailure, the engine's own words, the
-/// engine's name as source) when it fails. Statements are in the modules' SQL (see dialect.h). No operation
-/// leaves a lock or a half-read statement behind.
+/// Every operation but close and isOpen throws a DatabaseError (databaseFailure, a description as of
+/// describeFailure, the engine's name as source) when it fails. Statements are in the modules' SQL (see
+/// dialect.h). No operation leaves a lock or a half-read statement behind.
 class Connection {
 public:
     /// How long a statement waits for a file that another connection has locked, before it fails.

@@ -14,10 +14,12 @@ public:
         busy,           ///< somebody else held the file or the rows for longer than the busy time-out
         readOnly,       ///< may be read but not written
         full,           ///< no room left where the data lie
-        damaged,        ///< the data can't be read for what they are; a file without a password that is none
+        damaged,        ///< the data can't be read for what they are
+        notADatabase,   ///< no database file, or one that has a password and is opened without
         wrongPassword,  ///< the password doesn't fit; a damaged first page of a password file looks the same
         missing,        ///< the file isn't there, or can't be opened
         noSuchTable,
+        noSuchColumn,
         value,      ///< a value, a field or a literal that the table can't take
         noRow,      ///< no current row, or somebody else has deleted it
         lost,       ///< the connection is closed, or what carries it has failed

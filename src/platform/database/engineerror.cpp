@@ -28,6 +28,15 @@ enum Code {
 
 constexpr int codeMask = 0xFF;
 
+/// One code for all that is wrong with a statement, and no other sign of what is missing.
+Kind kindOfStatement(const QString& words) {
+    if (words.startsWith("no such table:"_L1))
+        return Kind::noSuchTable;
+    if (words.startsWith("no such column:"_L1) || words.contains(" has no column named "_L1))
+        return Kind::noSuchColumn;
+    return Kind::statement;
+}
+
 Kind kindOf(int code, const QString& words, bool withPassword) {
     switch (code & codeMask) {
         case busy:
@@ -42,7 +51,7 @@ Kind kindOf(int code, const QString& words, bool withPassword) {
         case format:
             return Kind::damaged;
         case notADatabase:
-            return withPassword ? Kind::wrongPassword : Kind::damaged;
+            return withPassword ? Kind::wrongPassword : Kind::notADatabase;
         case cantOpen:
             return Kind::missing;
         case tooBig:
@@ -53,19 +62,59 @@ Kind kindOf(int code, const QString& words, bool withPassword) {
         case ioError:
             return Kind::lost;
         case error:
-            // One code for all that is wrong with a statement, and no other sign of a missing table.
-            return words.startsWith("no such table:"_L1) ? Kind::noSuchTable : Kind::statement;
+            return kindOfStatement(words);
         default:
             return Kind::other;
     }
 }
 
+/// What a shopkeeper is told of a kind, and where there is a remedy, that too; empty where only the engine's
+/// words say it. None of the signs that stand for Turkish letters in stored texts.
+QString turkishWords(Kind kind) {
+    switch (kind) {
+        case Kind::busy:
+            return u"Veritabanı şu anda başka bir kasa ya da program tarafından kullanılıyor"_s;
+        case Kind::readOnly:
+            return u"Veritabanına yazılamıyor: dosyaya ve bulunduğu klasöre yazma izni verin"_s;
+        case Kind::full:
+            return u"Diskte yer kalmadı: yer açın"_s;
+        case Kind::damaged:
+            return u"Veritabanı dosyası bozuk"_s;
+        case Kind::notADatabase:
+            return u"Dosya bir veritabanı değil ya da parolalı"_s;
+        case Kind::wrongPassword:
+            return u"Veritabanı parolası yanlış ya da dosya bozuk"_s;
+        case Kind::missing:
+            return u"Veritabanı dosyası bulunamadı ya da açılamıyor: yerini, dosyaya ve klasöre yazma iznini denetleyin"_s;
+        case Kind::noSuchTable:
+            return u"Veritabanında gereken bir tablo yok"_s;
+        case Kind::noSuchColumn:
+            return u"Veritabanında gereken bir sütun yok"_s;
+        case Kind::value:
+            return u"Veritabanı bu kaydı kabul etmiyor"_s;
+        case Kind::lost:
+            return u"Veritabanı dosyası okunamıyor ya da yazılamıyor: diski ve ağ bağlantısını denetleyin"_s;
+        case Kind::noRow:
+        case Kind::statement:
+        case Kind::other:
+            break;
+    }
+    return {};
+}
+
 }  // namespace
+
+QString describeFailure(Kind kind, const QString& words) {
+    const QString turkish = turkishWords(kind);
+    // A failure without words stays one: its number is shown then.
+    return turkish.isEmpty() || words.trimmed().isEmpty() ? words : turkish + u" ("_s + words + u')';
+}
 
 DatabaseError engineError(const QSqlError& error, const QString& engine, bool withPassword) {
     const bool silent = error.databaseText().isEmpty() || error.databaseText() == u"not an error"_s;
     const QString words = silent ? error.driverText() : error.databaseText();
-    return {kindOf(error.nativeErrorCode().toInt(), words, withPassword), words, engine};
+    const Kind kind = kindOf(error.nativeErrorCode().toInt(), words, withPassword);
+    return {kind, describeFailure(kind, words), engine};
 }
 
 }  // namespace kovanix

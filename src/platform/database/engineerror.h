@@ -7,7 +7,12 @@
 
 namespace kovanix {
 
-/// A failure that the toolkit's driver reports, in the engine's own words.
+/// What a failure is shown with: what has happened in Turkish, and in brackets behind it the engine's own
+/// words, which support asks for. The kinds that only the words can tell of have the words alone,
+/// and blank words stay blank.
+QString describeFailure(DatabaseError::Kind kind, const QString& words);
+
+/// A failure that the toolkit's driver reports, described by its kind.
 /// @param engine  the name that the error carries as its source
 /// @param withPassword  whether the file was opened with a password
 DatabaseError engineError(const QSqlError& error, const QString& engine, bool withPassword);

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include "database/engineerror.h"
 #include "database/sqltokens.h"
 
 namespace kovanix {
@@ -43,7 +44,7 @@ public:
 
 private:
     [[noreturn]] void fail(Kind kind, const QString& description) const {
-        throw m_connection.failure(kind, description);
+        throw m_connection.failure(kind, describeFailure(kind, description));
     }
 
     void readTable() {

@@ -11,14 +11,19 @@ namespace kovanix {
 
 namespace {
 
+QString plainText(const RuntimeError& error) {
+    return QString::fromUtf8(error.what());
+}
+
+QString (*failureText)(const RuntimeError& error) = plainText;
+
 [[noreturn]] void endByFailure(const RuntimeError& error) {
     std::fprintf(stderr, "%s\n", error.what());
     std::fflush(stderr);
     static bool showing = false;
     if (!showing) {
         showing = true;
-        const QString text = QString::number(error.number()) + u'\n' + error.description();
-        messageBox(text, MessageBoxStyle::critical, QCoreApplication::applicationName());
+        messageBox(failureText(error), MessageBoxStyle::critical, QCoreApplication::applicationName());
     }
     abandonProcess(1);
 }
@@ -54,6 +59,10 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     } catch (const RuntimeError& error) {
         endByFailure(error);
     }
+}
+
+void Application::setFailureText(QString (*text)(const RuntimeError& error)) {
+    failureText = text;
 }
 
 }  // namespace kovanix

@@ -5,6 +5,8 @@
 
 namespace kovanix {
 
+class RuntimeError;
+
 /// The application object: ends the process in one orderly way when a failure reaches the event loop
 /// uncaught.
 class Application : public QApplication {
@@ -23,6 +25,9 @@ public:
     /// Delivers an event. A RuntimeError that no procedure caught is written to standard error (number and
     /// description), shown in one critical box, and ends the process with status 1.
     bool notify(QObject* receiver, QEvent* event) override;
+
+    /// Sets the words of that box for the rest of the process; until then number and description stand in it.
+    static void setFailureText(QString (*text)(const RuntimeError& error));
 };
 
 }  // namespace kovanix

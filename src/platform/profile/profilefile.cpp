@@ -95,9 +95,13 @@ private:
 std::optional<QByteArrayView> headingOf(QByteArrayView content) {
     if (content.isEmpty() || content.front() != '[')
         return std::nullopt;
-    const qsizetype end = content.indexOf(']');
-    if (end < 0)
-        return std::nullopt;
+    qsizetype end = content.indexOf(']');
+    if (end < 0) {
+        // A heading whose bracket got lost still heads its section. With an equals sign it is an entry.
+        if (content.contains('='))
+            return std::nullopt;
+        end = content.size();
+    }
     return trimmed(content.sliced(1, end - 1));
 }
 
@@ -226,8 +230,12 @@ bool writeInPlace(const QString& path, const QByteArray& bytes, const QByteArray
 bool replaceFile(const QString& path, const QByteArray& bytes, const QByteArray& before) {
     QSaveFile file(path);  // follows links itself
     file.setDirectWriteFallback(false);
+    const bool isNew = !QFileInfo::exists(path);
     if (!file.open(QIODevice::WriteOnly))
         return writeInPlace(path, bytes, before);
+    // Passwords lie in it.
+    if (isNew && !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        return false;
     if (!keepOwner(file, path)) {
         file.cancelWriting();
         return writeInPlace(path, bytes, before);

@@ -9,8 +9,17 @@ namespace kovanix {
 void endProcess(int status);
 
 /// Ends the process on the spot, from wherever it stands: for failures after which nothing of its state can
-/// be relied on. Standard streams are flushed, nothing else is run.
+/// be relied on. The steps of atProcessEnd are run and standard streams flushed, nothing else.
 [[noreturn]] void abandonProcess(int status);
+
+/// Has a step run when the process ends, the latest one first: ahead of the destruction of every static
+/// object that is there by now, and in abandonProcess. The toolkit calls exit() by itself, when its display
+/// is gone for one. A process that is killed runs none.
+void atProcessEnd(void (*step)());
+
+/// Has a request from outside to end (the session's or the machine's end, Ctrl+C in a terminal) end the event
+/// loop with status 0, as endProcess does. A second request kills.
+void endOnRequest();
 
 /// Keeps this process's memory, in which passwords lie, off the disk: no core file, no image for a crash
 /// reporter, no debugger of the same user. What the process starts later has no core file either, but its own

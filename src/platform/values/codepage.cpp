@@ -60,14 +60,27 @@ char byteOf(char16_t character) {
     return lackingCharacter;
 }
 
+/// The byte of the letter that is left when marks are taken off one by one: of ǘ that is ü, not u.
+char baseByteOf(char16_t character) {
+    for (QChar letter(character); letter.decompositionTag() == QChar::Canonical;) {
+        letter = letter.decomposition().front();
+        if (const char byte = byteOf(letter.unicode()); byte != lackingCharacter)
+            return byte;
+    }
+    return lackingCharacter;
+}
+
 }  // namespace
 
-QByteArray toWindows1254(QStringView text) {
+QByteArray toWindows1254(QStringView text, Lacking lacking) {
     QByteArray bytes(text.size(), Qt::Uninitialized);
     char* const begin = bytes.data();
     char* next = begin;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        *next++ = byteOf(text[i].unicode());
+        char byte = byteOf(text[i].unicode());
+        if (byte == lackingCharacter && lacking == Lacking::baseLetter && text[i] != u'?')
+            byte = baseByteOf(text[i].unicode());
+        *next++ = byte;
         // The two halves of a character beyond the BMP are one character, so one "?".
         if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
             ++i;

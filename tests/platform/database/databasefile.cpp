@@ -1,6 +1,7 @@
 #include "databasefile.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QUrl>
@@ -132,9 +133,15 @@ std::optional<RuntimeError> errorOf(const std::function<void()>& step) {
     return std::nullopt;
 }
 
+QString enginesWords(const QString& description) {
+    static const QRegularExpression described(u"^(?:Veritaban|Dosya |Disk).*? \\((.*)\\)$"_s);
+    const QRegularExpressionMatch match = described.match(description);
+    return match.hasMatch() ? match.captured(1) : description;
+}
+
 QString wordsOf(const std::function<void()>& step) {
     const std::optional<RuntimeError> error = errorOf(step);
-    return error ? error->description() : u"no error"_s;
+    return error ? enginesWords(error->description()) : u"no error"_s;
 }
 
 }  // namespace kovanix

@@ -82,7 +82,10 @@ private:
 /// The error that a step throws; nothing when it doesn't.
 std::optional<RuntimeError> errorOf(const std::function<void()>& step);
 
-/// The description of the error that a step throws; "no error" when it doesn't.
+/// The engine's own words in an error's description: what stands in brackets behind the Turkish ones.
+QString enginesWords(const QString& description);
+
+/// The engine's own words in the error that a step throws; "no error" when it doesn't.
 QString wordsOf(const std::function<void()>& step);
 
 }  // namespace kovanix

@@ -1,8 +1,10 @@
 #include <QFile>
 
 #include "database/databaseerror.h"
+#include "database/engineerror.h"
 #include "database/recordset.h"
 #include "databasefile.h"
+#include "rows.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -15,6 +17,11 @@ namespace {
 struct FailureRow {
     Kind kind;
     std::function<void(Connection&, const DatabaseFile&)> step;
+};
+
+struct DescriptionRow {
+    Kind kind;
+    QString description;
 };
 
 /// The kind of the error that a step throws; nothing when it doesn't, or throws another error.
@@ -36,11 +43,15 @@ void executeStatement(Connection& connection, const QString& sql) {
 }  // namespace
 
 Q_DECLARE_METATYPE(FailureRow)
+Q_DECLARE_METATYPE(DescriptionRow)
 
 class TestFailures : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void describesTheKind_data();
+    void describesTheKind();
+    void describesNothingWithoutWords();
     void namesTheKind_data();
     void namesTheKind();
     void namesWhatKeepsAFileFromOpening_data() { DatabaseFile::bothKinds(); }
@@ -48,6 +59,39 @@ private Q_SLOTS:
     void tellsDamageWhileReading_data() { DatabaseFile::bothKinds(); }
     void tellsDamageWhileReading();
 };
+
+void TestFailures::describesTheKind_data() {
+    addRows<DescriptionRow>(
+        {{"locked",
+          {Kind::busy, u"Veritabanı şu anda başka bir kasa ya da program tarafından kullanılıyor (words)"_s}},
+         {"read-only",
+          {Kind::readOnly,
+           u"Veritabanına yazılamıyor: dosyaya ve bulunduğu klasöre yazma izni verin (words)"_s}},
+         {"full", {Kind::full, u"Diskte yer kalmadı: yer açın (words)"_s}},
+         {"damaged", {Kind::damaged, u"Veritabanı dosyası bozuk (words)"_s}},
+         {"not a database", {Kind::notADatabase, u"Dosya bir veritabanı değil ya da parolalı (words)"_s}},
+         {"password", {Kind::wrongPassword, u"Veritabanı parolası yanlış ya da dosya bozuk (words)"_s}},
+         {"missing",
+          {Kind::missing,
+           u"Veritabanı dosyası bulunamadı ya da açılamıyor: yerini, dosyaya ve klasöre yazma iznini denetleyin (words)"_s}},
+         {"table", {Kind::noSuchTable, u"Veritabanında gereken bir tablo yok (words)"_s}},
+         {"column", {Kind::noSuchColumn, u"Veritabanında gereken bir sütun yok (words)"_s}},
+         {"value", {Kind::value, u"Veritabanı bu kaydı kabul etmiyor (words)"_s}},
+         {"disk or network",
+          {Kind::lost,
+           u"Veritabanı dosyası okunamıyor ya da yazılamıyor: diski ve ağ bağlantısını denetleyin (words)"_s}},
+         {"statement", {Kind::statement, u"words"_s}},
+         {"other", {Kind::other, u"words"_s}}});
+}
+
+void TestFailures::describesTheKind() {
+    QFETCH(const DescriptionRow, row);
+    QCOMPARE(describeFailure(row.kind, u"words"_s), row.description);
+}
+
+void TestFailures::describesNothingWithoutWords() {
+    QCOMPARE(describeFailure(Kind::value, u"  "_s), u"  "_s);
+}
 
 void TestFailures::namesTheKind_data() {
     QTest::addColumn<QString>("password");
@@ -98,8 +142,9 @@ void TestFailures::namesTheKind_data() {
            [](Recordset& set) { set.setField(u"a"_s, u"y"_s); });
     select("no row to delete", Kind::noRow, u"select * from t where no = 2"_s,
            [](Recordset& set) { set.deleteCurrent(); });
+    statement("no column to add to", Kind::noSuchColumn, u"INSERT INTO t (yok) VALUES (1)"_s);
     statement("syntax", Kind::statement, u"DELETE t"_s);
-    statement("no column", Kind::statement, u"UPDATE t SET yok = 1"_s);
+    statement("no column", Kind::noSuchColumn, u"UPDATE t SET yok = 1"_s);
     select("not to be changed", Kind::statement, u"select count(*) as n from t"_s,
            [](Recordset& set) { set.setField(u"n"_s, 1); });
     row("closed", Kind::lost, [](Connection& connection, const DatabaseFile&) {
@@ -129,7 +174,7 @@ void TestFailures::namesWhatKeepsAFileFromOpening() {
     QVERIFY(opening(file.path() + u"x"_s, file.password()) == Kind::missing);
     QVERIFY(opening(file.folder(), file.password()) == Kind::missing);
     // Nothing tells a file with a password from one that is none.
-    const Kind unreadable = file.password().isEmpty() ? Kind::damaged : Kind::wrongPassword;
+    const Kind unreadable = file.password().isEmpty() ? Kind::notADatabase : Kind::wrongPassword;
     QVERIFY(opening(file.path(), u"yanlış"_s) == Kind::wrongPassword);
     const QString noise = file.folder() + u"/noise.data"_s;
     QFile made(noise);

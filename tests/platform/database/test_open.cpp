@@ -1,5 +1,4 @@
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -7,8 +6,10 @@
 #include <QSqlDatabase>
 #include <QStorageInfo>
 
+#include "database/engineerror.h"
 #include "database/recordset.h"
 #include "databasefile.h"
+#include "ordinaryuser.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -27,21 +28,10 @@ struct PathRow {
     QString password;
 };
 
-/// Runs on as an ordinary user while it lives: the superuser may write anywhere.
-class OrdinaryUser {
-public:
-    OrdinaryUser() : m_changed(geteuid() == 0 && seteuid(nobody) == 0) {}
-    ~OrdinaryUser() {
-        if (m_changed && seteuid(0) != 0) {
-            qFatal("the superuser's rights didn't come back");
-        }
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
-private:
-    static constexpr uid_t nobody = 65534;
-    bool m_changed;
+struct JournalRow {
+    QString journal;
+    bool opens;
+    QString description;
 };
 
 void overwrite(const QString& path, qint64 place, const QByteArray& bytes) {
@@ -58,6 +48,7 @@ QString value(Connection& connection, const QString& sql) {
 }  // namespace
 
 Q_DECLARE_METATYPE(FailureRow)
+Q_DECLARE_METATYPE(JournalRow)
 Q_DECLARE_METATYPE(PathRow)
 
 class TestOpen : public QObject {
@@ -74,8 +65,8 @@ private Q_SLOTS:
     void anEmptyFileBecomesADatabase();
     void waitsForALockedFile_data() { DatabaseFile::bothKinds(); }
     void waitsForALockedFile();
-    void readsInAReadOnlyFolder_data() { DatabaseFile::bothKinds(); }
-    void readsInAReadOnlyFolder();
+    void aFolderThatCanOnlyBeRead_data();
+    void aFolderThatCanOnlyBeRead();
     void findsDamageBehindTheCatalogue_data() { DatabaseFile::bothKinds(); }
     void findsDamageBehindTheCatalogue();
     void opensAndClosesAgain_data() { DatabaseFile::bothKinds(); }
@@ -139,7 +130,7 @@ void TestOpen::failsInTheEnginesWords() {
     const auto error =
         errorOf([&] { connection.open(DatabaseFile::connectionString(path, row.openedWith)); });
     QVERIFY(error);
-    QVERIFY2(QRegularExpression(row.words).match(error->description()).hasMatch(),
+    QVERIFY2(QRegularExpression(row.words).match(enginesWords(error->description())).hasMatch(),
              qPrintable(error->description()));
     QCOMPARE(error->number(), RuntimeError::databaseFailure);
     QCOMPARE(error->source(), row.openedWith.isEmpty() ? u"SQLite"_s : u"SQLCipher"_s);
@@ -184,9 +175,6 @@ void TestOpen::setsDurability() {
     const bool network = isNetworkFileSystem(QStorageInfo(file.folder()).fileSystemType());
     QCOMPARE(value(connection, u"PRAGMA journal_mode"_s), network ? u"delete"_s : u"wal"_s);
     QCOMPARE(value(connection, u"PRAGMA synchronous"_s), u"2"_s);
-    Recordset timeout;
-    timeout.open(u"PRAGMA busy_timeout"_s, connection);
-    QCOMPARE(timeout.field(u"timeout"_s).toInt(), 5000);
 }
 
 void TestOpen::anEmptyFileBecomesADatabase() {
@@ -213,7 +201,7 @@ void TestOpen::waitsForALockedFile() {
     const auto error = errorOf([&] { connection.open(file.connectionString()); });
     const qint64 waited = timer.elapsed();
     QVERIFY(error);
-    QCOMPARE(error->description(), u"database is locked"_s);
+    QCOMPARE(enginesWords(error->description()), u"database is locked"_s);
     QCOMPARE(error->source(), file.source());
     QVERIFY(!connection.isOpen());
     QVERIFY2(waited >= 290, qPrintable(QString::number(waited)));
@@ -222,25 +210,52 @@ void TestOpen::waitsForALockedFile() {
     QVERIFY(connection.isOpen());
 }
 
-void TestOpen::readsInAReadOnlyFolder() {
+void TestOpen::aFolderThatCanOnlyBeRead_data() {
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<JournalRow>("row");
+    const QString noWriting =
+        describeFailure(DatabaseError::Kind::readOnly, u"attempt to write a readonly database"_s);
+    // The older engine's words for the same. Both say that the folder is to be written.
+    const QString noOpening =
+        describeFailure(DatabaseError::Kind::missing, u"unable to open database file"_s);
+    QTest::newRow("a file that no till has opened, plain")
+        << QString() << JournalRow{u"DELETE"_s, true, noWriting};
+    QTest::newRow("a file that no till has opened, password")
+        << u"gizli"_s << JournalRow{u"DELETE"_s, true, noWriting};
+    QTest::newRow("a till's file, plain") << QString() << JournalRow{u"WAL"_s, false, noWriting};
+    QTest::newRow("a till's file, password") << u"gizli"_s << JournalRow{u"WAL"_s, false, noOpening};
+}
+
+void TestOpen::aFolderThatCanOnlyBeRead() {
+    QFETCH(const JournalRow, row);
     const DatabaseFile file;
     {
         RawDatabase maker(file.path(), file.password());
+        QVERIFY(maker.run(u"PRAGMA journal_mode = "_s + row.journal));
         QVERIFY(maker.run(u"CREATE TABLE t (a)"_s) && maker.run(u"INSERT INTO t VALUES ('x')"_s));
     }
+    // With its last user a write-ahead log goes, and with it the memory that its readers share.
+    QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{u"shop.data"_s});
     QVERIFY(chmod(qPrintable(file.path()), 0444) == 0);
     QVERIFY(chmod(qPrintable(file.folder()), 0555) == 0);
     {
         const OrdinaryUser user;
+        if (user.failed() || !QFileInfo::exists(file.path()))
+            QSKIP("an ordinary user can't be had here");
         Connection connection;
-        connection.open(file.connectionString());
         Recordset set;
-        set.open(u"select * from t"_s, connection);
-        QCOMPARE(set.field(u"a"_s), u"x"_s);
-        const auto error = errorOf([&] { connection.execute(u"INSERT INTO t VALUES ('y')"_s); });
+        const auto read = [&] {
+            connection.open(file.connectionString());
+            set.open(u"select * from t"_s, connection);
+        };
+        const auto write = [&] { connection.execute(u"INSERT INTO t VALUES ('y')"_s); };
+        const std::optional<RuntimeError> opening = errorOf(read);
+        QCOMPARE(!opening, row.opens);
+        const std::optional<RuntimeError> error = opening ? opening : errorOf(write);
         QVERIFY(error);
-        QCOMPARE(error->description(), u"attempt to write a readonly database"_s);
-        QCOMPARE(set.field(u"a"_s), u"x"_s);
+        QCOMPARE(error->description(), row.description);
+        if (row.opens)
+            QCOMPARE(set.field(u"a"_s), u"x"_s);
     }
     QVERIFY(chmod(qPrintable(file.folder()), 0755) == 0);
     QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{u"shop.data"_s});
@@ -264,7 +279,7 @@ void TestOpen::findsDamageBehindTheCatalogue() {
         }
     });
     QVERIFY(error);
-    QCOMPARE(error->description(), u"database disk image is malformed"_s);
+    QCOMPARE(enginesWords(error->description()), u"database disk image is malformed"_s);
     QCOMPARE(error->source(), file.source());
 }
 

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void missingFileIsMade() {
         QVERIFY(ProfileFile::setValue(m_path, u"ayar"_s, u"tema"_s, u"2"_s));
         QCOMPARE(readBytes(m_path), QByteArray("[ayar]\r\ntema=2\r\n"));
+        QCOMPARE(modeOf(m_path), 0600U);
     }
 
     void missingFolderFails() {

@@ -83,6 +83,24 @@ private Q_SLOTS:
         QCOMPARE(toWindows1254(row.text), row.bytes);
     }
 
+    void encodesByBaseLetters_data() {
+        addRows<EncodesRow>(
+            {{"carons", {"čžČŽ", QByteArray("czCZ")}},
+             {"Icelandic letters", {"ýÝþÞðÐ", QByteArray("yY????")}},
+             {"what the page has stays", {"ğıİşŠ?é", QByteArray("\xF0\xFD\xDD\xFE\x8A?\xE9")}},
+             {"two marks", {"ǘậ", QByteArray("\xFC\x61")}},
+             {"a base letter that is lacking", {"ѐΐ", QByteArray("??")}},
+             {"another spelling of a letter", {u"\u212A\u212B"_s, QByteArray("K\xC5")}},
+             {"no letter of two", {u"\uFB01\u2460\uFF21"_s, QByteArray("???")}},
+             {"a stroke is no mark", {"łđ", QByteArray("??")}},
+             {"combining mark", {u"c\u030C"_s, QByteArray("c?")}},
+             {"one ? beyond the BMP", {u"\U0001F35E\U0001D15E"_s, QByteArray("??")}}});
+    }
+    void encodesByBaseLetters() {
+        QFETCH(const EncodesRow, row);
+        QCOMPARE(toWindows1254(row.text, Lacking::baseLetter), row.bytes);
+    }
+
     void wholeText() {
         const QString text = u"Şişli'de çığır açan ürün – 12,50 €"_s;
         QCOMPARE(toWindows1254(text).size(), text.size());

@@ -1,5 +1,7 @@
 #include "database.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "result.h"
@@ -35,13 +37,34 @@ int Database::openOnce(const QByteArray& name, const QByteArray& password, const
         return code;
     }
     sqlite3_extended_result_codes(m_handle, 1);
-    sqlite3_busy_timeout(m_handle, static_cast<int>(options.busyTimeout.count()));
+    m_busyTimeout = options.busyTimeout;
+    sqlite3_busy_handler(m_handle, onLocked, this);
     code = unlock(m_handle, password, format);
     if (code == SQLITE_OK && encrypts) {
         // A wrong password shows at the first read only.
         code = sqlite3_exec(m_handle, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
     }
     return code;
+}
+
+/// Waits in short naps, as the engine's own handler of a time-out does.
+int Database::onLocked(void* database, int times) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::array<int, 9> naps{1, 2, 5, 10, 15, 20, 25, 50, 100};  // milliseconds
+    auto& self = *static_cast<Database*>(database);
+    if (self.m_busyTimeout <= std::chrono::milliseconds::zero())
+        return 0;
+    if (times == 0) {
+        self.m_waitEnd = Clock::now() + self.m_busyTimeout;
+        if (self.m_waitBegins)
+            self.m_waitBegins();
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(self.m_waitEnd - Clock::now());
+    if (left <= std::chrono::milliseconds::zero())
+        return 0;
+    const std::size_t nap = std::min(static_cast<std::size_t>(times), naps.size() - 1);
+    sqlite3_sleep(std::min(naps.at(nap), static_cast<int>(left.count())));
+    return 1;
 }
 
 QSqlError Database::open(const QString& name, const QString& password, const OpenOptions& options) {

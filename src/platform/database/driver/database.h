@@ -4,6 +4,8 @@
 #include <QSqlError>
 #include <QString>
 #include <chrono>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "engine.h"
@@ -39,6 +41,9 @@ public:
     bool isOpen() const { return m_handle != nullptr; }
     sqlite3* handle() const { return m_handle; }
 
+    /// Has a step run, in the middle of the statement, whenever one begins to wait for a file that is locked.
+    void setWaitBegins(std::function<void()> step) { m_waitBegins = std::move(step); }
+
     /// The library's last error on this handle.
     QSqlError error(const QString& what, QSqlError::ErrorType type) const;
 
@@ -48,8 +53,12 @@ public:
 private:
     int openOnce(const QByteArray& name, const QByteArray& password, const OpenOptions& options,
                  const QByteArray& format);
+    static int onLocked(void* database, int times);
 
     sqlite3* m_handle = nullptr;
+    std::function<void()> m_waitBegins;
+    std::chrono::milliseconds m_busyTimeout{};
+    std::chrono::steady_clock::time_point m_waitEnd;
     std::vector<Result*> m_results;
 };
 

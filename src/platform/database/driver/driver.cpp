@@ -66,9 +66,12 @@ QString plainName(const QSqlDriver& driver, const QString& table) {
 
 }  // namespace
 
-Driver::Driver(QObject* parent) : QSqlDriver(parent), m_database(std::make_shared<Database>()) {}
+Driver::Driver(QObject* parent) : QSqlDriver(parent), m_database(std::make_shared<Database>()) {
+    m_database->setWaitBegins([this] { Q_EMIT notification(u"wait"_s, SelfSource, {}); });
+}
 
 Driver::~Driver() {
+    m_database->setWaitBegins({});  // a statement of the shared handle may outlive this
     m_database->close();
 }
 

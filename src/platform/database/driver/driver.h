@@ -12,6 +12,9 @@ namespace kovanix::engine {
 /// The database name is a path, or a file: URI with the option QSQLITE_OPEN_URI. Further options are those of
 /// the toolkit's own driver: QSQLITE_BUSY_TIMEOUT (milliseconds) and QSQLITE_OPEN_READONLY. An empty password
 /// is refused where files have one (the file would be written in the clear), any other where they have none.
+///
+/// A statement that begins to wait for a locked file has the signal notification sent, named "wait", before
+/// its first nap.
 class Driver : public QSqlDriver {
     Q_OBJECT
 

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+
+namespace kovanix {
+
+/// Has a sign given as soon as a statement of any connection begins to wait for a file that somebody else has
+/// locked; an empty function ends that. It runs in the middle of the statement: it must neither touch the
+/// database nor let events through.
+void setWaitSign(std::function<void()> sign);
+
+}  // namespace kovanix

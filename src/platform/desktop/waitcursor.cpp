@@ -1,0 +1,21 @@
+#include "desktop/waitcursor.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QTimer>
+
+namespace kovanix {
+
+void showWaitCursor() {
+    static bool shown = false;
+    if (shown)
+        return;
+    shown = true;
+    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    QTimer::singleShot(0, qApp, [] {
+        shown = false;
+        QGuiApplication::restoreOverrideCursor();
+    });
+}
+
+}  // namespace kovanix
