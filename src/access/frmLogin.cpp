@@ -256,7 +256,7 @@ void frmLogin::logIn() {
     if (!sifrekontrol()) {
         izyaz(u"CMD sifre uyusmadi"_s);
         mesaj(u"SIFRE_YANLIS"_s, MessageBoxStyle::ok, QString());
-        ui.sifre->setText(QString());  // what clear() does could be undone, and the password be read
+        ui.sifre->clear();
         giveFocus(*ui.sifre);
         return;
     }

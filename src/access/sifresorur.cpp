@@ -130,7 +130,7 @@ void sifresorur::Command1_click() {
 
 void sifresorur::refuse() {
     mesaj(u"SIFRE_YANLIS"_s, MessageBoxStyle::ok, QString());
-    ui.Text1->setText({});  // what clear() does could be undone, and the password be read
+    ui.Text1->clear();
     giveFocus(*ui.Text1);
 }
 
