@@ -87,6 +87,8 @@ tema::tema() {
     clicks(this, {{ui.temaac, &tema::temaac_click},
                   {ui.vkCommand1, &tema::vkCommand1_click},
                   {ui.vkCommand2, &tema::vkCommand2_click}});
+    setCloseButton(*ui.vkCommand1);
+    keepFocusOnPress();
 }
 
 tema::~tema() = default;

@@ -68,6 +68,8 @@ toplamtema::toplamtema() {
         {TotalColor::backcolorpushed2, ui.Command5, ui.Frame5, &CommonDialog5},
     }};
     connectControls();
+    setCloseButton(*ui.vkCommand5);
+    keepFocusOnPress();
 }
 
 toplamtema::~toplamtema() = default;

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "appearance/totalcolors.h"
-#include "runtime/screen.h"
+#include "screens/openedscreen.h"
 #include "ui_toplamtema.h"
 #include "widgets/commondialog.h"
 
@@ -12,7 +12,7 @@ namespace kovanix {
 /// The colours of the total on the sales screen: five colours, four presets, two saved sets, and the switch
 /// that says whether the five are kept. Every change shows at once on the real total and on this screen's
 /// preview.
-class toplamtema : public Screen {
+class toplamtema : public OpenedScreen {
     Q_OBJECT
 
 public:

@@ -16,6 +16,14 @@ void OpenedScreen::setCloseButton(QAbstractButton& button) {
     button.setFocus();
 }
 
+void OpenedScreen::keepFocusOnPress() {
+    const QList<QWidget*> controls = findChildren<QWidget*>();
+    for (QWidget* control : controls) {
+        if (control->focusPolicy() & Qt::TabFocus)
+            control->setFocusPolicy(Qt::TabFocus);
+    }
+}
+
 void OpenedScreen::leave() {
     ScreenRegistry::unload(*this);
     giveFocusBack();

@@ -20,6 +20,10 @@ protected:
     /// here then does nothing worse than close the screen. Without such a button, Escape closes the window.
     void setCloseButton(QAbstractButton& button);
 
+    /// Leaves the keyboard where it is when something is pressed by hand, in a screen of settings: the Enter of
+    /// the next scan would press it once more. Tab reaches everything as before.
+    void keepFocusOnPress();
+
     /// Unloads the screen and gives the keyboard back.
     void leave();
 

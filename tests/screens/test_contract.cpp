@@ -139,12 +139,12 @@ QList<ScreenRow> screens() {
                          "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand3 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
-        row<tema>("tema", "TEMA", {880, 620}, stays, closes,
-                  "resim1 resim2 resim3 resim4 temaac vkCommand2 vkCommand1"),
+        row<tema>("tema", "TEMA", {880, 620}, goesBack, closes,
+                  "vkCommand1 resim1 resim2 resim3 resim4 temaac vkCommand2"),
         row<toplamtema>(
-            "toplamtema", "TOPLAM RENGI", {860, 560}, stays, closes,
-            "vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
-            "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme vkCommand5"),
+            "toplamtema", "TOPLAM RENGI", {860, 560}, goesBack, closes,
+            "vkCommand5 vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
+            "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme"),
         row<ekoz>("ekoz", "Ek *zellikler", {360, 208}, closes, closes, "vkCommand3 vkCommand1", {},
                   {"Ek *zellikler"}),
         row<hallimzda>("hallimzda", "Kovanix", {520, 424}, closes, closes,
@@ -199,7 +199,7 @@ QList<ScreenRow> screens() {
                          "yazilan", {}, keyboard<klavyeyeni2>),
         row<klavyesayi>("klavyesayi", "SAYILAR", {}, closes, closes, "yazilan vkCommand1_39 kapat", "yazilan",
                         {}, keyboard<klavyesayi>),
-        row<PrintPreview>("PrintPreview", "Rapor", {}, closes, closes, "yazdir kapat sayfalar", {}, {},
+        row<PrintPreview>("PrintPreview", "Rapor", {}, closes, closes, "kapat sayfalar yazdir", {}, {},
                           preview),
         row<raporlarmenu>("raporlarmenu", "RAPORLAR", {520, 404}, closes, closes,
                           "vkCommand3 fiyatgor vkCommand1 vkCommand2"),
@@ -323,10 +323,16 @@ private Q_SLOTS:
             QTest::keyClick(opened->focusWidget() ? opened->focusWidget() : opened.get(), Qt::Key_Escape);
         else
             opened->close();
-        QCOMPARE(row.isOpen(), leaving != Leaving::closes);
-        if (leaving != Leaving::closes)
+        const bool goes = leaving == Leaving::closes || leaving == Leaving::goesBack;
+        QCOMPARE(row.isOpen(), !goes);
+        if (!goes)
             return;
         QTRY_VERIFY(!opened);
+        if (leaving == Leaving::goesBack) {
+            QTRY_VERIFY(QApplication::activeWindow());
+            QVERIFY(!m_shop->sales().isActiveWindow());
+            return;
+        }
         if (!loaded<satisekrani>())
             return;
         if (!QApplication::activeWindow())
