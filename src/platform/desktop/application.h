@@ -5,8 +5,8 @@
 
 namespace kovanix {
 
-/// The application object: ends the process in one orderly way when a failure reaches the event loop
-/// uncaught.
+/// The application object: ends the process with its last screen, and in one orderly way when a failure
+/// reaches the event loop uncaught.
 class Application : public QApplication {
     Q_OBJECT
 
@@ -23,6 +23,9 @@ public:
     /// Delivers an event. A RuntimeError that no procedure caught is written to standard error (number and
     /// description), shown in one critical box, and ends the process with status 1.
     bool notify(QObject* receiver, QEvent* event) override;
+
+private:
+    void endWithTheLastScreen();
 };
 
 }  // namespace kovanix
