@@ -152,6 +152,7 @@ private:
     void headQuickPanel(const QString& stored, int points);
     void showQuickPanel();
     void closeQuickPanel();
+    void showClock();
     void quickPanelChanges(QEvent::Type change);
     void markEditedKey();
 

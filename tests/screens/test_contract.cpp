@@ -218,7 +218,7 @@ QList<ScreenRow> screens() {
             " saat1 saat Text2 Text3  saat2 Text6 Text5 Text4 TDBGrid1_filter_0 TDBGrid1_filter_1 "
             "TDBGrid1_filter_2 TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5 TDBGrid1_filter_6 "
             "TDBGrid1_filter_7"),
-        row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
+        row<saatt>("saatt", "Saat", {280, 280}, stays, closes, {}),
     };
 }
 
@@ -249,6 +249,8 @@ class ScreenContractTest : public SalesTest {
 
     static Screen& open(const ScreenRow& row) {
         Screen& opened = row.open();
+        if (row.tabOrder.isEmpty())
+            return opened;  // it never has the keyboard
         // The toolkit's own wait takes a window for active as soon as the one that it belongs to is.
         if (!QTest::qWaitFor([&opened] { return opened.isActiveWindow(); }))
             qFatal("%s doesn't become active", row.name);
@@ -320,7 +322,7 @@ private Q_SLOTS:
         if (leaving == Leaving::asks)
             m_shop->boxes.expectAny(MessageBoxAnswer::no);
         if (row.byEscape)
-            QTest::keyClick(opened->focusWidget() ? opened->focusWidget() : opened.get(), Qt::Key_Escape);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
         else
             opened->close();
         const bool goes = leaving == Leaving::closes || leaving == Leaving::goesBack;

@@ -129,11 +129,12 @@ QRect screenArea(const QWindow* owner) {
 }
 
 /// Size and place for a window that opens.
-void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
+void place(QWidget& window, const QWindow* owner, const Opening& opening) {
     const QSizeF screen = screenMetrics().pixels;
     const QRect area = screenArea(owner);
     // Its own frame isn't known before it is shown; the owner's is of the same make.
-    const QMargins border = owner ? owner->frameMargins() : QMargins();
+    const bool framed = owner && !(window.windowFlags() & Qt::FramelessWindowHint);
+    const QMargins border = framed ? owner->frameMargins() : QMargins();
     const double scale =
         std::min(screen.width() / designScreen.width(), screen.height() / designScreen.height());
     const QSize hint = window.sizeHint();
@@ -144,8 +145,9 @@ void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
         window.resize((QSizeF(hint) * scale).toSize().boundedTo(area.size().shrunkBy(border)));
     QRect frame(QPoint(0, 0), window.size().grownBy(border));
     frame.moveCenter(owner ? owner->frameGeometry().center() : area.center());
-    if (alignment != Qt::AlignCenter)
-        frame = QStyle::alignedRect(Qt::LeftToRight, alignment, frame.size(), area);
+    if (opening.place != Qt::AlignCenter)
+        frame = QStyle::alignedRect(Qt::LeftToRight, opening.place, frame.size(),
+                                    opening.within.isEmpty() ? area : opening.within);
     // The upper left corner last: where a window can't be whole, its title stays within reach.
     frame.moveBottomRight({std::min(frame.right(), area.right()), std::min(frame.bottom(), area.bottom())});
     frame.moveTopLeft({std::max(frame.left(), area.left()), std::max(frame.top(), area.top())});
@@ -235,11 +237,16 @@ void showInFront(QWidget& window, const Opening& opening) {
     if (!window.isVisible()) {
         if (!owner)
             owner = firstOwner(window);
-        place(window, owner, opening.place);
+        place(window, owner, opening);
         if (owner)
             putAbove(window, *owner);
     } else if (window.isMinimized()) {
         restore(window);
+    }
+    if (window.windowFlags() & Qt::WindowDoesNotAcceptFocus) {
+        window.show();
+        window.raise();
+        return;
     }
     bringForward(window);
 }
