@@ -90,6 +90,7 @@ sifresorur::sifresorur() {
     new KeyFilter(
         *ui.Text1, [this](int key) { Text1_keydown(key); },
         [](int code) { return code == u'\r' ? 0 : code; });
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.sifrekapat);
     ui.Text1->setAccessibleName(u"Şifre"_s);
     ui.Text1->setFocus();

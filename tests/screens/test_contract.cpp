@@ -139,17 +139,17 @@ QList<ScreenRow> screens() {
                          "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand3 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
-        row<tema>("tema", "TEMA", {880, 620}, goesBack, closes,
+        row<tema>("tema", "TEMA", {880, 668}, goesBack, closes,
                   "vkCommand1 resim1 resim2 resim3 resim4 temaac vkCommand2"),
         row<toplamtema>(
-            "toplamtema", "TOPLAM RENGI", {860, 560}, goesBack, closes,
+            "toplamtema", "TOPLAM RENGI", {860, 608}, goesBack, closes,
             "vkCommand5 vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
             "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme"),
-        row<ekoz>("ekoz", "Ek *zellikler", {360, 208}, closes, closes, "vkCommand3 vkCommand1", {},
+        row<ekoz>("ekoz", "Ek *zellikler", {360, 260}, closes, closes, "vkCommand3 vkCommand1", {},
                   {"Ek *zellikler"}),
-        row<hallimzda>("hallimzda", "Kovanix", {520, 424}, closes, closes,
+        row<hallimzda>("hallimzda", "Kovanix", {520, 464}, closes, closes,
                        "urunbulunamadikapat Image1 vkCommand1", {}, {}, about),
-        row<uyari>("uyari", "UYARI", {440, 224}, closes, closes, "Command1", {}, {}, notice),
+        row<uyari>("uyari", "UYARI", {440, 264}, closes, closes, "Command1", {}, {}, notice),
         row<urunbul>("urunbul", "URUN ARA", {}, closes, closes,
                      "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
                      "vkCommand4",

@@ -64,6 +64,8 @@ public:
     /// The title bar's height in design pixels; 0 (the start value) takes it from the font's.
     int titleHeight() const { return m_titleHeight; }
     void setTitleHeight(int height);
+    /// What the title bar takes of the frame.
+    QRect titleBar() const;
     /// Gives the title bar its height at the scale in use: the resizing container calls it when that changes.
     void layOutTitle();
     /// Where the caption stands in the title bar: at its left unless told otherwise.
@@ -93,7 +95,6 @@ protected:
 
 private:
     int titlePixels() const;
-    QRect titleBar() const;
     QRect progressLine() const;
     void paintTitle(QPainter& painter, const QRectF& bounds, double radius);
     QRectF paintTitleIcon(QPainter& painter, QRectF room) const;
