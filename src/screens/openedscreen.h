@@ -9,7 +9,8 @@ namespace kovanix {
 class vkFrame;
 
 /// A screen that another one opens and that is left again. Escape presses its close button, a request of the
-/// desktop's to close it unloads it, and whichever way it goes, the keyboard is back where focusreturn.h says.
+/// desktop's to close it unloads it, and whichever way it goes, the keyboard is back where focusreturn.h
+/// says.
 class OpenedScreen : public Screen {
     Q_OBJECT
 
@@ -22,12 +23,12 @@ protected:
     /// here then does nothing worse than close the screen. Without such a button, Escape closes the window.
     void setCloseButton(QAbstractButton& button);
 
-    /// Makes a frame that fills the screen the frame of its window: the desktop puts none around it, its corners
-    /// are round, and it is moved by its title bar.
+    /// Makes a frame that fills the screen the frame of its window: the desktop puts none around it, its
+    /// corners are round, and it is moved by its title bar.
     void standInFrame(vkFrame& frame);
 
-    /// Leaves the keyboard where it is when something is pressed by hand, in a screen of settings: the Enter of
-    /// the next scan would press it once more. Tab reaches everything as before.
+    /// Leaves the keyboard where it is when something is pressed by hand, in a screen of settings: the Enter
+    /// of the next scan would press it once more. Tab reaches everything as before.
     void keepFocusOnPress();
 
     /// Unloads the screen and gives the keyboard back.

@@ -249,8 +249,12 @@ class ScreenContractTest : public SalesTest {
 
     static Screen& open(const ScreenRow& row) {
         Screen& opened = row.open();
-        if (row.tabOrder.isEmpty())
-            return opened;  // it never has the keyboard
+        if (row.tabOrder.isEmpty()) {
+            // It never has the keyboard.
+            if (!QTest::qWaitForWindowExposed(&opened))
+                qFatal("%s doesn't show", row.name);
+            return opened;
+        }
         // The toolkit's own wait takes a window for active as soon as the one that it belongs to is.
         if (!QTest::qWaitFor([&opened] { return opened.isActiveWindow(); }))
             qFatal("%s doesn't become active", row.name);
@@ -305,7 +309,12 @@ private Q_SLOTS:
     void tabReachesEverything_data() { addScreens(); }
     void tabReachesEverything() {
         QFETCH(const ScreenRow, row);
-        QCOMPARE(tabFaults(open(row), row.tabOrder.split(u' ', Qt::SkipEmptyParts)).join(u'\n'), QString());
+        const Screen& opened = open(row);
+        if (row.tabOrder.isEmpty()) {
+            QVERIFY(opened.windowFlags() & Qt::WindowDoesNotAcceptFocus);
+            return;
+        }
+        QCOMPARE(tabFaults(opened, row.tabOrder.split(u' ', Qt::SkipEmptyParts)).join(u'\n'), QString());
     }
 
     void leaving_data() {
