@@ -2,12 +2,17 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLayout>
+#include <QPainter>
+#include <QPainterPath>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QVersionNumber>
+#include <algorithm>
 
 #include "access/kullanicilar.h"
+#include "access/loginbackdrop.h"
 #include "access/sifreleme.h"
 #include "access/userrows.h"
 #include "app/ayarmodul.h"
@@ -45,7 +50,9 @@ namespace {
 constexpr int widestSmallScreen = 800;    // pixels
 constexpr int narrowestWaitScreen = 640;  // pixels
 constexpr int waitTime = 1500;            // milliseconds
-constexpr int keyboardCode = 18;          // the on-screen keyboard's target: the password
+constexpr int cardRadius = 10;            // pixels
+constexpr QSizeF designDisplay(1024, 768);
+constexpr int keyboardCode = 18;  // the on-screen keyboard's target: the password
 
 constexpr ColorValue buttonTop = 0xFBFBFB;
 constexpr ColorValue hideBottom = 0x80FF80;
@@ -144,16 +151,46 @@ void frmLogin::readSettings() {
     kaydedilenigetir = temasayisi(u"kaydedilenigetir"_s);
 }
 
-/// Small screens are filled; on larger ones the window keeps its design size in the middle.
+/// Small screens are filled by the controls; on larger ones their card keeps its design size in the middle of
+/// the display.
 void frmLogin::fitWindow() {
-    if (Monitors.front().width <= widestSmallScreen) {
+    const QSize display(Monitors.front().width, Monitors.front().height);
+    if (display.width() <= widestSmallScreen) {
         setWindowState(Qt::WindowMaximized);
         return;
     }
-    ui.boyutlandirma->setResizing(false);
-    QRect place(QPoint(0, 0), ui.boyutlandirma->designSize());
-    place.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
-    setGeometry(place);
+    ActiveResize& card = *ui.boyutlandirma;
+    card.setResizing(false);
+    card.setFixedSize(card.designSize());
+    layout()->setAlignment(&card, Qt::AlignCenter);
+    QPainterPath outline;
+    outline.addRoundedRect(QRectF(card.rect()), cardRadius + 1, cardRadius + 1);
+    card.setMask(QRegion(outline.toFillPolygon().toPolygon()));
+    // Not maximised: the window is the display's size by itself, and has nothing around it.
+    setWindowFlag(Qt::FramelessWindowHint);
+    const QScreen& screen = *QGuiApplication::primaryScreen();
+    setGeometry(screen.size() == display ? screen.availableGeometry()
+                                         : QRect(screen.geometry().topLeft(), display));
+}
+
+void frmLogin::paintEvent(QPaintEvent* event) {
+    Screen::paintEvent(event);
+    const ActiveResize& card = *ui.boyutlandirma;
+    if (card.isResizing())
+        return;
+    const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    if (m_backdrop.size() != wanted) {
+        const double scale = std::min(width() / designDisplay.width(), height() / designDisplay.height());
+        m_backdrop = loginBackdrop(size(), scale, devicePixelRatioF());
+        // Below the card, whose own corners are cut without a smooth edge: at its light side.
+        QPainter painter(&m_backdrop);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setClipRect(card.geometry().adjusted(card.width() / 2, 0, 0, 0));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().window());
+        painter.drawRoundedRect(card.geometry(), cardRadius, cardRadius);
+    }
+    QPainter(this).drawPixmap(0, 0, m_backdrop);
 }
 
 void frmLogin::FrmloginBaglantiSonrasi() {
@@ -256,7 +293,7 @@ void frmLogin::logIn() {
     if (!sifrekontrol()) {
         izyaz(u"CMD sifre uyusmadi"_s);
         mesaj(u"SIFRE_YANLIS"_s, MessageBoxStyle::ok, QString());
-        ui.sifre->setText(QString());  // what clear() does could be undone, and the password be read
+        ui.sifre->clear();
         giveFocus(*ui.sifre);
         return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QString>
 #include <optional>
 
@@ -11,6 +12,7 @@ class QListWidget;
 namespace kovanix {
 
 /// The login screen: lists the users, takes a password, fixes the session's role and opens the sales screen.
+/// It fills the display: up to 800 pixels with its controls, else with a picture around their card.
 ///
 /// Three hidden lists go along with the list of names, entry by entry: `kullaniciid` (the ids), `sifreler`
 /// (the stored passwords) and `acilisi` (the roles).
@@ -39,6 +41,9 @@ public:
 
     Ui::frmLogin ui;
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void connectControls();
     void setCaptions();
@@ -64,6 +69,7 @@ private:
     void closeToCashiers();
 
     bool m_loggingIn = false;
+    QPixmap m_backdrop;  ///< at the size of the last painting
 };
 
 }  // namespace kovanix

@@ -5,7 +5,8 @@
 
 namespace kovanix {
 
-/// A text box that can hide what is typed into it behind a password character.
+/// A text box that can hide what is typed into it behind a password character. Shown or hidden, it keeps no
+/// history: an undo brings nothing back.
 class PasswordField : public QLineEdit {
     Q_OBJECT
     Q_PROPERTY(QString passwordchar READ passwordchar WRITE setPasswordchar)
@@ -19,6 +20,8 @@ public:
     void setPasswordchar(const QString& text);
 
 private:
+    void forgetHistory();
+
     QString m_passwordchar;
 };
 

@@ -90,6 +90,7 @@ sifresorur::sifresorur() {
     new KeyFilter(
         *ui.Text1, [this](int key) { Text1_keydown(key); },
         [](int code) { return code == u'\r' ? 0 : code; });
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.sifrekapat);
     ui.Text1->setAccessibleName(u"Şifre"_s);
     ui.Text1->setFocus();
@@ -130,7 +131,7 @@ void sifresorur::Command1_click() {
 
 void sifresorur::refuse() {
     mesaj(u"SIFRE_YANLIS"_s, MessageBoxStyle::ok, QString());
-    ui.Text1->setText({});  // what clear() does could be undone, and the password be read
+    ui.Text1->clear();
     giveFocus(*ui.Text1);
 }
 

@@ -26,16 +26,20 @@ constexpr int newSweepColor = 10;
 
 constexpr int sweepSteps = 360;
 
-// The window reaches that many dial units from the centre, so that the dial has a little air around it.
-constexpr double windowReach = 26;
-constexpr double bezelRadius = 25;
-constexpr double faceRadius = 23.5;
-constexpr double marksOuter = 22.4;
+// The window reaches that many dial units from the centre. The words stand between the reach of the hands and
+// the marks, so that no hand ever covers them.
+constexpr double windowReach = 32;
+constexpr double bezelRadius = 31.9;
+constexpr double faceRadius = 30;
+constexpr double marksOuter = 28.9;
+constexpr double wordRadius = 21.7;
 
-constexpr qreal drawWidth = 2;  // design pixels
+// Design pixels.
+constexpr qreal minuteWidth = 6;
+constexpr qreal hourWidth = 8;
+constexpr qreal sweepWidth = 4;
 constexpr int wordPixels = 18;
 
-constexpr QRgb pageColor = 0xFFF1F4F8;
 constexpr QRgb bezelTop = 0xFF4A6588;
 constexpr QRgb bezelBottom = 0xFF2C405B;
 constexpr QRgb hourMarkColor = 0xFFF1F4F8;
@@ -97,18 +101,19 @@ void ClockHands::advance() {
 }
 
 std::array<HandLine, 4> ClockHands::hands() const {
-    return {{{m_old.minute, basicColor(oldHandColor)},
-             {m_old.hour, basicColor(oldHandColor)},
-             {m_new.minute, basicColor(newHandColor)},
-             {m_new.hour, basicColor(newHandColor)}}};
+    return {{{m_old.minute, basicColor(oldHandColor), minuteWidth},
+             {m_old.hour, basicColor(oldHandColor), hourWidth},
+             {m_new.minute, basicColor(newHandColor), minuteWidth},
+             {m_new.hour, basicColor(newHandColor), hourWidth}}};
 }
 
 std::array<HandLine, 2> ClockHands::sweep() const {
-    return {{{m_oldSweep, basicColor(oldSweepColor)}, {m_newSweep, basicColor(newSweepColor)}}};
+    return {{{m_oldSweep, basicColor(oldSweepColor), sweepWidth},
+             {m_newSweep, basicColor(newSweepColor), sweepWidth}}};
 }
 
 std::array<DialWord, 2> ClockDial::words() {
-    return {{{u"Kovanix"_s, {0, 9.5}}, {u"Saat"_s, {0, -9.5}}}};
+    return {{{u"Kovanix"_s, {0, wordRadius}}, {u"Saat"_s, {0, -wordRadius}}}};
 }
 
 ClockDial::ClockDial(QSize area, qreal devicePixelRatio) : m_area(area), m_ratio(devicePixelRatio) {
@@ -125,21 +130,26 @@ QPointF ClockDial::at(QPointF point) const {
     return {m_centre.x() + point.x() * m_unit, m_centre.y() - point.y() * m_unit};
 }
 
-QRect ClockDial::reach(double length) const {
-    const double radius = length * m_unit + lineWidth();
+QRect ClockDial::reach(double length, qreal designPixels) const {
+    const double radius = length * m_unit + wholeWidth(designPixels);
     return QRectF(m_centre - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius)).toAlignedRect();
 }
 
 QRect ClockDial::handReach() const {
-    return reach(std::max(minuteLength, hourLength));
+    return reach(std::max(minuteLength, hourLength), std::max(minuteWidth, hourWidth));
 }
 
 QRect ClockDial::sweepReach() const {
-    return reach(sweepLength);
+    return reach(sweepLength, sweepWidth);
 }
 
-qreal ClockDial::lineWidth() const {
-    return wholeWidth(drawWidth);
+qreal ClockDial::lineWidth(const HandLine& line) const {
+    return wholeWidth(line.designPixels);
+}
+
+QRect ClockDial::dialRect() const {
+    const QPointF reach(bezelRadius * m_unit, bezelRadius * m_unit);
+    return QRectF(m_centre - reach, m_centre + reach).toRect();
 }
 
 // A width that grows with the dial, an even number of device pixels.
@@ -153,7 +163,8 @@ void ClockDial::makePicture() {
     if (m_picture.isNull())
         return;
     m_picture.setDevicePixelRatio(m_ratio);
-    m_picture.fill(pageColor);
+    // The window ends where the dial does: its edge is of one colour.
+    m_picture.fill(bezelBottom);
     QPainter painter(&m_picture);
     painter.setRenderHint(QPainter::Antialiasing);
     paintFace(painter);
@@ -204,7 +215,7 @@ void ClockDial::paintLines(QPainter& painter, std::span<const HandLine> lines) c
         const auto covers = [&line](const HandLine& later) { return later.end == line->end; };
         if (std::any_of(line + 1, lines.end(), covers))
             continue;
-        painter.setPen(QPen(colorOf(line->color), lineWidth(), Qt::SolidLine, Qt::RoundCap));
+        painter.setPen(QPen(colorOf(line->color), lineWidth(*line), Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(m_centre, at(line->end));
     }
 }

@@ -33,6 +33,7 @@ QPointF handEnd(double degrees, double length);
 struct HandLine {
     QPointF end;
     ColorValue color;
+    qreal designPixels;  ///< width at the design size
 };
 
 /// What stands on the dial: the stored ends of the hands and of the sweep, before and after the last tick.
@@ -82,7 +83,7 @@ public:
     ClockDial(QSize area, qreal devicePixelRatio);
 
     /// The size, in device-independent pixels, at which the dial has its design measures.
-    static constexpr QSize designSize{240, 240};
+    static constexpr QSize designSize{280, 280};
     static constexpr QRgb faceColor = 0xFF16233A;
     static constexpr QRgb wordColor = 0xFFB8C6D8;
     static std::array<DialWord, 2> words();
@@ -94,18 +95,20 @@ public:
 
     /// Where a point in dial units stands in the window.
     QPointF at(QPointF point) const;
-    /// What lines of that many dial units can cover, in any direction.
-    QRect reach(double length) const;
+    /// What the hands, and the sweep, can cover in any direction.
     QRect handReach() const;
     QRect sweepReach() const;
-    /// Width of the lines of the hands.
-    qreal lineWidth() const;
+    /// How wide a line is painted, in device-independent pixels.
+    qreal lineWidth(const HandLine& line) const;
+    /// What the dial takes of the window, its rim included.
+    QRect dialRect() const;
 
     /// Paints the dial, then the hands, then the sweep.
     void paint(QPainter& painter, const ClockHands& hands) const;
 
 private:
     qreal wholeWidth(qreal designPixels) const;
+    QRect reach(double length, qreal designPixels) const;
     void makePicture();
     void paintFace(QPainter& painter) const;
     void paintWords(QPainter& painter) const;

@@ -11,6 +11,7 @@ ekoz::ekoz() {
     applyTextRoles(*this);
     ui.vkCommand2->hide();  // it has neither a caption nor a task
     clicks(this, {{ui.vkCommand1, &ekoz::vkCommand1_click}, {ui.vkCommand3, &ekoz::vkCommand3_click}});
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand3);
 }
 

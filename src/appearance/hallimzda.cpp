@@ -30,6 +30,7 @@ hallimzda::hallimzda() {
     clicks(this, {{ui.Image1, &hallimzda::Image1_click},
                   {ui.vkCommand1, &hallimzda::vkCommand1_click},
                   {ui.urunbulunamadikapat, &hallimzda::urunbulunamadikapat_click}});
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.urunbulunamadikapat);
 }
 

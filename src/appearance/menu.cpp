@@ -45,6 +45,7 @@ menu::menu() {
     ui.setupUi(this);
     applyTextRoles(*this);
     connectControls();
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.kapat);
 }
 

@@ -1,4 +1,6 @@
 #include <QPainter>
+#include <cmath>
+#include <cstring>
 
 #include "appearance/miniature.h"
 #include "widgets/face.h"
@@ -12,14 +14,22 @@ namespace {
 
 constexpr QSizeF screenSize(1024, 768);  // what the places below are stated on
 
-// What no palette touches: the ticket.
-const QColor ticketGround(Qt::white);
-const QColor ticketBorder(0xB9, 0xC4, 0xD1);
-const QColor headings = roleColor(ColorRole::heading);
-const QColor ticketLine(0xE6, 0xEB, 0xF2);
-const QColor ticketText(0x7B, 0x88, 0x99);
+enum class Look { ground, total, amount, field, label, button, commandButton, plainButton };
 
-enum class Look { ground, display, field, groundedLabel, label, button, plainButton };
+/// A line of the ticket: how long its name is in the picture, and its figures.
+struct Line {
+    double name;
+    const char* count;
+    const char* price;
+    const char* sum;
+};
+
+constexpr std::array lines{
+    Line{86, "2", "15,00", "30,00"},    Line{116, "1", "50,90", "50,90"},
+    Line{70, "1,25", "59,90", "74,88"}, Line{126, "1", "89,00", "89,00"},
+    Line{83, "0,78", "49,90", "38,92"}, Line{130, "1", "122,90", "122,90"},
+    Line{100, "3", "260,90", "782,70"}, Line{41, "1", "20,00", "20,00"},
+};
 
 struct Part {
     Look look;
@@ -29,52 +39,52 @@ struct Part {
 
 // Back to front.
 constexpr std::array parts{
-    Part{Look::label, "Label4_3", {10, 24, 56, 14}},
-    Part{Look::field, "barkod", {71, 8, 242, 46}},
-    Part{Look::label, "Label4_6", {319, 24, 52, 14}},
-    Part{Look::field, "adet", {377, 8, 145, 46}},
+    Part{Look::label, "Label4_3", {10, 24, 54, 14}},
+    Part{Look::field, "barkod", {71, 8, 253, 46}},
+    Part{Look::label, "Label4_6", {384, 24, 50, 14}},
+    Part{Look::field, "adet", {440, 8, 134, 46}},
     Part{Look::ground, "Frame1", {8, 624, 570, 56}},
-    Part{Look::label, "tarih", {362, 644, 120, 20}},
-    Part{Look::label, "saat", {480, 644, 92, 20}},
+    Part{Look::label, "tarih", {362, 648, 112, 20}},
+    Part{Look::label, "saat", {482, 648, 86, 20}},
     Part{Look::ground, "_14", {586, 8, 430, 128}},
-    Part{Look::display, "toplam", {590, 12, 422, 120}},
-    Part{Look::groundedLabel, "Label4_4", {586, 143, 211, 20}},
-    Part{Look::groundedLabel, "Label4_5", {805, 143, 211, 20}},
-    Part{Look::display, "verilen", {586, 166, 211, 46}},
-    Part{Look::display, "kalan", {805, 166, 211, 46}},
-    Part{Look::field, "ver2", {586, 222, 102, 46}},
-    Part{Look::button, "vsil", {696, 222, 67, 46}},
-    Part{Look::button, "vkCommand5", {771, 222, 102, 46}},
-    Part{Look::button, "ver3", {881, 222, 135, 46}},
+    Part{Look::total, "toplam", {589, 11, 424, 122}},
+    Part{Look::amount, "verilen", {586, 144, 210, 70}},
+    Part{Look::amount, "kalan", {805, 144, 211, 70}},
+    Part{Look::field, "ver2", {586, 222, 136, 48}},
+    Part{Look::button, "vsil", {730, 222, 62, 48}},
+    Part{Look::button, "vkCommand5", {800, 222, 104, 48}},
+    Part{Look::button, "ver3", {912, 222, 104, 48}},
     Part{Look::plainButton, "kisayol1", {586, 513, 101, 43}},
     Part{Look::plainButton, "kisayol2", {696, 513, 101, 43}},
     Part{Look::plainButton, "kisayol3", {805, 513, 101, 43}},
     Part{Look::plainButton, "kisayol4", {915, 513, 101, 43}},
-    Part{Look::button, "kaydet", {8, 688, 84, 72}},
-    Part{Look::button, "nakit", {100, 688, 84, 72}},
-    Part{Look::button, "satisiptal", {193, 688, 84, 72}},
-    Part{Look::button, "fiyatgor", {285, 688, 84, 72}},
-    Part{Look::button, "vkCommand2", {377, 688, 84, 72}},
-    Part{Look::button, "vkCommand3", {470, 688, 84, 72}},
-    Part{Look::button, "urunbulmak", {562, 688, 84, 72}},
-    Part{Look::button, "vkCommand1", {747, 688, 84, 72}},
-    Part{Look::button, "vkCommand4", {839, 688, 84, 72}},
-    Part{Look::button, "kapat", {932, 688, 84, 72}},
+    Part{Look::commandButton, "kaydet", {8, 688, 84, 72}},
+    Part{Look::commandButton, "nakit", {100, 688, 84, 72}},
+    Part{Look::commandButton, "satisiptal", {193, 688, 84, 72}},
+    Part{Look::commandButton, "fiyatgor", {285, 688, 84, 72}},
+    Part{Look::commandButton, "vkCommand2", {377, 688, 84, 72}},
+    Part{Look::commandButton, "vkCommand3", {470, 688, 84, 72}},
+    Part{Look::commandButton, "urunbulmak", {562, 688, 84, 72}},
+    Part{Look::commandButton, "vkCommand1", {747, 688, 84, 72}},
+    Part{Look::commandButton, "vkCommand4", {839, 688, 84, 72}},
+    Part{Look::commandButton, "kapat", {932, 688, 84, 72}},
 };
 
 struct Money {
     QRgb color;
     QRectF place;
-    bool coin;
+    const char* worth;  ///< of a note; none on a coin
 };
 
 constexpr std::array money{
-    Money{0xFF7A3FA8, {594, 300, 71, 36}, false}, Money{0xFF2B6CB8, {673, 300, 71, 36}, false},
-    Money{0xFFE07B1A, {752, 300, 71, 36}, false}, Money{0xFF2F8F4E, {594, 373, 71, 36}, false},
-    Money{0xFFC23B3B, {673, 373, 71, 36}, false}, Money{0xFF8A6A52, {752, 373, 71, 36}, false},
-    Money{0xFFD6B04A, {598, 432, 62, 62}, true},  Money{0xFFC89F3C, {677, 432, 62, 62}, true},
-    Money{0xFFB4BAC2, {756, 432, 62, 62}, true},
+    Money{0xFF7A3FA8, {590, 278, 102, 51}, "200"}, Money{0xFF2B6CB8, {707, 278, 102, 51}, "100"},
+    Money{0xFFE07B1A, {590, 336, 102, 51}, "50"},  Money{0xFF2F8F4E, {707, 336, 102, 51}, "20"},
+    Money{0xFFC23B3B, {590, 394, 102, 51}, "10"},  Money{0xFF8A6A52, {707, 394, 102, 51}, "5"},
+    Money{0xFFD6B04A, {595, 453, 52, 52}, ""},     Money{0xFFC89F3C, {673, 453, 52, 52}, ""},
+    Money{0xFFB4BAC2, {751, 453, 52, 52}, ""},
 };
+
+constexpr std::array keyCaptions{"7", "8", "9", "4", "5", "6", "1", "2", "3", "0", ",", ""};
 
 class MiniaturePainter {
 public:
@@ -92,6 +102,11 @@ private:
         return {m_room.left() + place.left() * m_scaleX, m_room.top() + place.top() * m_scaleY,
                 place.width() * m_scaleX, place.height() * m_scaleY};
     }
+    /// A colour that no palette names, in the tone of this one's page.
+    QColor tinted(ColorRole role) const {
+        const QColor page = color(u"vkFrame2"_s, ColorProperty::backcolor1);
+        return roleColor(role, page.lightness() < 128 ? Tone::dark : Tone::light);
+    }
     QColor color(const QString& control, ColorProperty property) const {
         return colorOf(paletteColor(control, property, m_look));
     }
@@ -99,7 +114,9 @@ private:
     void face(const QRectF& place, const QColor& top, const QColor& bottom, const QColor& border);
     void bar(const QRectF& place, const QColor& ink);
     void words(const QRectF& place, const QColor& ink);
-    void number(const QRectF& place, const QString& text, const QColor& ink);
+    void text(const QRectF& place, const QString& text, const QColor& ink, double height,
+              Qt::Alignment alignment = Qt::AlignCenter);
+    void ticketLine(double top, const Line& line, bool shaded);
     void ground();
     void ticket();
     void cash();
@@ -131,14 +148,15 @@ void MiniaturePainter::words(const QRectF& place, const QColor& ink) {
     bar(line, ink);
 }
 
-void MiniaturePainter::number(const QRectF& place, const QString& text, const QColor& ink) {
-    const QRectF box = placed(place);
+/// @param height  of the letters, in pixels of the screen that is shown
+void MiniaturePainter::text(const QRectF& place, const QString& text, const QColor& ink, double height,
+                            Qt::Alignment alignment) {
     QFont font = m_painter.font();
     font.setWeight(QFont::DemiBold);
-    font.setPixelSize(std::max(1, static_cast<int>(box.height() * 0.7)));
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(height * m_scaleY))));
     m_painter.setFont(font);
     m_painter.setPen(ink);
-    m_painter.drawText(box.adjusted(0, 0, -10 * m_scaleX, 0), Qt::AlignRight | Qt::AlignVCenter, text);
+    m_painter.drawText(placed(place), alignment, text);
 }
 
 void MiniaturePainter::ground() {
@@ -149,63 +167,106 @@ void MiniaturePainter::ground() {
     m_painter.fillRect(m_room, gradient);
 }
 
+void MiniaturePainter::ticketLine(double top, const Line& line, bool shaded) {
+    const QColor ink = tinted(ColorRole::ink);
+    if (shaded)
+        m_painter.fillRect(placed({9, top, 568, 36}), tinted(ColorRole::zebra));
+    m_painter.fillRect(placed({9, top + 35, 568, 1}), tinted(ColorRole::rowLine));
+    bar({19, top + 14, 109, 8}, ink);
+    bar({141, top + 14, line.name, 8}, ink);
+    const auto figure = [&](double right, const char* text) {
+        const double width = 8.0 * static_cast<double>(std::strlen(text));
+        bar({right - width, top + 14, width, 8}, ink);
+    };
+    figure(371, line.count);
+    figure(469, line.price);
+    figure(571, line.sum);
+}
+
 void MiniaturePainter::ticket() {
-    face({8, 62, 570, 554}, ticketGround, ticketGround, ticketBorder);
-    m_painter.fillRect(placed({9, 63, 568, 36}), headings);
-    bar({19, 77, 52, 8}, Qt::white);
-    bar({157, 77, 60, 8}, Qt::white);
-    for (const double right : {387.0, 475.0, 567.0})
-        bar({right - 34, 77, 34, 8}, Qt::white);
-    for (int row = 0; row < 7; ++row) {
-        const double y = 112 + 36.0 * row;
-        bar({19, y, 112, 9}, ticketText);
-        bar({157, y, row % 3 == 1 ? 150.0 : 105.0, 9}, ticketText);
-        bar({375, y, 12, 9}, ticketText);
-        bar({427, y, 48, 9}, ticketText);
-        bar({519, y, 48, 9}, ticketText);
-        m_painter.fillRect(placed({9, y + 22, 568, 1.5}), ticketLine);
+    const QColor ground = tinted(ColorRole::card);
+    face({8, 62, 570, 554}, ground, ground, tinted(ColorRole::edge));
+    m_painter.fillRect(placed({9, 63, 568, 36}), tinted(ColorRole::heading));
+    const QColor headingInk = tinted(ColorRole::headingInk);
+    bar({19, 77, 57, 8}, headingInk);
+    bar({141, 77, 62, 8}, headingInk);
+    for (const double right : {371.0, 469.0, 571.0})
+        bar({right - 32, 77, 32, 8}, headingInk);
+    double top = 99;
+    for (const Line& each : lines) {
+        ticketLine(top, each, (&each - lines.data()) % 2 == 0);
+        top += 36;
     }
+    // The entry row.
+    m_painter.fillRect(placed({9, top, 5, 36}), tinted(ColorRole::selectionBar));
+    bar({541, top + 14, 30, 8}, tinted(ColorRole::edge));
 }
 
 void MiniaturePainter::cash() {
-    m_painter.setPen(Qt::NoPen);
     for (const Money& piece : money) {
+        const QRectF place = placed(piece.place);
+        m_painter.setPen(Qt::NoPen);
         m_painter.setBrush(QColor(piece.color));
-        if (piece.coin)
-            m_painter.drawEllipse(placed(piece.place).center(), 31 * m_scaleY, 31 * m_scaleY);
-        else
-            m_painter.drawRoundedRect(placed(piece.place), 3 * m_scaleY, 3 * m_scaleY);
+        if (!*piece.worth) {
+            m_painter.drawEllipse(place.center(), 26 * m_scaleY, 26 * m_scaleY);
+            m_painter.setBrush(QColor(piece.color).lighter(135));
+            m_painter.drawEllipse(place.center(), 18 * m_scaleY, 18 * m_scaleY);
+            continue;
+        }
+        m_painter.drawRoundedRect(place, 4 * m_scaleY, 4 * m_scaleY);
+        m_painter.setBrush(QColor(255, 255, 255, 190));
+        m_painter.drawEllipse(placed({piece.place.right() - 24, piece.place.center().y(), 0, 0}).topLeft(),
+                              14 * m_scaleY, 14 * m_scaleY);
+        text(piece.place.adjusted(0, 0, -34, 0), QString::fromLatin1(piece.worth), Qt::white, 30);
     }
 }
 
 void MiniaturePainter::part(Look look, const QString& control, const QRectF& place) {
     using enum ColorProperty;
     const auto own = [&](ColorProperty property) { return color(control, property); };
+    const auto buttonFace = [&] {
+        face(place, own(backcolor1), own(backcolor2), borderFor(own(backcolor1), own(backcolor2)));
+    };
+    const auto plainFace = [&] {
+        face(place, own(BackColor), own(BackColor), borderFor(own(BackColor), own(BackColor)));
+    };
     switch (look) {
         case Look::ground:
-            face(place, own(BackColor), own(BackColor), borderFor(own(BackColor), own(BackColor)));
+            plainFace();
             break;
-        case Look::display:
-            face(place, own(backcolor1), own(backcolor2), borderFor(own(backcolor1), own(backcolor2)));
-            number(place, u"125,50"_s, own(forecolor));
+        case Look::total:
+            buttonFace();
+            bar({place.left() + 12, place.top() + 12, 106, 8}, own(forecolor));
+            text(place.adjusted(0, 18, -14, 0), u"1241,80"_s, own(forecolor), 82,
+                 Qt::AlignRight | Qt::AlignVCenter);
+            break;
+        case Look::amount:
+            buttonFace();
+            bar({place.left() + 11, place.top() + 12, 52, 8}, own(forecolor));
+            text(place.adjusted(0, 24, -12, 0), u"600,00"_s, own(forecolor), 32,
+                 Qt::AlignRight | Qt::AlignVCenter);
             break;
         case Look::field:
-            face(place, own(BackColor), own(BackColor), borderFor(own(BackColor), own(BackColor)));
-            bar({place.left() + 10, place.center().y() - 5, place.width() * 0.55, 10}, own(ForeColor));
-            break;
-        case Look::groundedLabel:
-            m_painter.fillRect(placed(place), own(BackColor));
-            bar({place.left() + 8, place.center().y() - 4, place.width() * 0.3, 8}, own(ForeColor));
+            plainFace();
             break;
         case Look::label:
             words(place, own(ForeColor));
             break;
         case Look::button:
-            face(place, own(backcolor1), own(backcolor2), borderFor(own(backcolor1), own(backcolor2)));
+            buttonFace();
             words(place, own(forecolor));
             break;
+        case Look::commandButton:
+            buttonFace();
+            m_painter.setPen(QPen(own(forecolor), 2 * m_scaleY));
+            m_painter.setBrush(Qt::NoBrush);
+            m_painter.drawEllipse(placed({place.center().x(), place.top() + 22, 0, 0}).topLeft(),
+                                  8 * m_scaleY, 8 * m_scaleY);
+            words(place.translated(0, 12), own(forecolor));
+            break;
         case Look::plainButton:
-            face(place, own(BackColor), own(BackColor), borderFor(own(BackColor), own(BackColor)));
+            plainFace();
+            words(place, inkOn(Qt::black, own(BackColor), own(BackColor)));
             break;
     }
 }
@@ -218,7 +279,12 @@ void MiniaturePainter::paint() {
     cash();
     for (int key = 0; key < 12; ++key) {
         const int row = key / 3;
-        part(Look::button, u"tus_%1"_s.arg(key), {847 + 57.0 * (key % 3), 286 + 54.5 * row, 48, 47});
+        const QString control = u"tus_%1"_s.arg(key);
+        const QRectF place(822 + 67.5 * (key % 3), 278 + 59.0 * row, 59, 51);
+        face(place, color(control, ColorProperty::backcolor1), color(control, ColorProperty::backcolor2),
+             borderFor(color(control, ColorProperty::backcolor1), color(control, ColorProperty::backcolor2)));
+        text(place, QString::fromLatin1(keyCaptions[static_cast<size_t>(key)]),
+             color(control, ColorProperty::forecolor), 30);
     }
     for (int key = 0; key < 8; ++key) {
         const int row = key / 4;
@@ -229,7 +295,13 @@ void MiniaturePainter::paint() {
     const QRectF customers(655, 688, 84, 72);
     const FaceColors navy = faceColors(FaceRole::navy);
     face(customers, navy.top, navy.bottom, navy.bottom);
-    words(customers, Qt::white);
+    words(customers.translated(0, 12), Qt::white);
+    // The pad's key beside the barcode, and the mark of the brand: none of the palette's, either.
+    const FaceColors light = faceColors(FaceRole::light);
+    face({332, 9, 44, 44}, light.top, light.bottom, light.rim);
+    face({21, 635, 115, 34}, QColor(0x2A, 0x2E, 0x36), QColor(0x2A, 0x2E, 0x36), QColor(0x2A, 0x2E, 0x36));
+    bar({58, 648, 68, 9}, Qt::white);
+    bar({30, 645, 16, 15}, roleColor(ColorRole::honey));
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "appearance/saatt.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWindow>
 
 #include "app/modTurkce.h"
 #include "runtime/clock.h"
@@ -21,6 +23,9 @@ saatt::saatt() {
     setMinimumSize(smallestSize);
     resize(ClockDial::designSize);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    // A scan goes to the ticket while the clock is open.
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    setAttribute(Qt::WA_ShowWithoutActivating);
     connect(&Timer1, &Timer::tick, this, &saatt::Timer1_tick);
     connect(&Timer2, &Timer::tick, this, &saatt::Timer2_tick);
 }
@@ -31,9 +36,9 @@ void saatt::form_load() {
     ekrandonat(*this);
     Timer1.setInterval(handsInterval);
     Timer2.setInterval(sweepInterval);
-    // The bare dial: the hands come with the first tick, a second later.
-    dial();
-    tellTime(Clock::now().time());
+    const QTime time = Clock::now().time();
+    m_hands.showTime(time);
+    tellTime(time);
 }
 
 const ClockDial& saatt::dial() {
@@ -66,12 +71,26 @@ void saatt::paintEvent(QPaintEvent* /*event*/) {
     dial().paint(painter, m_hands);
 }
 
+void saatt::resizeEvent(QResizeEvent* event) {
+    OpenedScreen::resizeEvent(event);
+    setMask(QRegion(dial().dialRect(), QRegion::Ellipse));
+}
+
 void saatt::form_click() {
     close();
 }
 
 void saatt::mousePressEvent(QMouseEvent* event) {
     m_pressed = event->button() == Qt::LeftButton;
+    m_pressedAt = event->position().toPoint();
+}
+
+void saatt::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint way = event->position().toPoint() - m_pressedAt;
+    if (!m_pressed || way.manhattanLength() < QApplication::startDragDistance())
+        return;
+    m_pressed = false;
+    windowHandle()->startSystemMove();
 }
 
 void saatt::mouseReleaseEvent(QMouseEvent* event) {

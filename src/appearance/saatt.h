@@ -7,7 +7,8 @@
 namespace kovanix {
 
 /// The analog clock: a dial with two hands that move once a second, and a sweep at its centre that shows that
-/// the till is alive. A click on it closes it.
+/// the till is alive. Its window is the dial and never takes the keyboard; it is moved by dragging it, and a
+/// click on it closes it.
 class saatt : public OpenedScreen {
     Q_OBJECT
 
@@ -27,7 +28,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
@@ -40,6 +43,7 @@ private:
     ClockHands m_hands;
     ClockDial m_dial;
     bool m_pressed = false;
+    QPoint m_pressedAt;
 };
 
 }  // namespace kovanix

@@ -87,6 +87,9 @@ tema::tema() {
     clicks(this, {{ui.temaac, &tema::temaac_click},
                   {ui.vkCommand1, &tema::vkCommand1_click},
                   {ui.vkCommand2, &tema::vkCommand2_click}});
+    standInFrame(*ui.vkFrame1);
+    setCloseButton(*ui.vkCommand1);
+    keepFocusOnPress();
 }
 
 tema::~tema() = default;

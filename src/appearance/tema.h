@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "appearance/palette.h"
-#include "runtime/screen.h"
+#include "screens/openedscreen.h"
 #include "ui_tema.h"
 #include "widgets/timer.h"
 
@@ -11,7 +11,7 @@ namespace kovanix {
 
 /// The choice of the sales screen's palette: four pictures, each a look. A press repaints the sales screen at
 /// once and stores the choice; this screen stays open, so that the next look is one press away.
-class tema : public Screen {
+class tema : public OpenedScreen {
     Q_OBJECT
 
 public:

@@ -68,6 +68,9 @@ toplamtema::toplamtema() {
         {TotalColor::backcolorpushed2, ui.Command5, ui.Frame5, &CommonDialog5},
     }};
     connectControls();
+    standInFrame(*ui.vkFrame1);
+    setCloseButton(*ui.vkCommand5);
+    keepFocusOnPress();
 }
 
 toplamtema::~toplamtema() = default;

@@ -4,7 +4,7 @@
 
 #include "appearance/totalcolors.h"
 #include "desktop/commondialog.h"
-#include "runtime/screen.h"
+#include "screens/openedscreen.h"
 #include "ui_toplamtema.h"
 
 namespace kovanix {
@@ -12,7 +12,7 @@ namespace kovanix {
 /// The colours of the total on the sales screen: five colours, four presets, two saved sets, and the switch
 /// that says whether the five are kept. Every change shows at once on the real total and on this screen's
 /// preview.
-class toplamtema : public Screen {
+class toplamtema : public OpenedScreen {
     Q_OBJECT
 
 public:

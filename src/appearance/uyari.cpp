@@ -11,6 +11,7 @@ uyari::uyari() {
     applyTextRoles(*this);
     connect(&kapat, &Timer::tick, this, &uyari::kapat_tick);
     clicks(this, {{ui.Command1, &uyari::Command1_click}});
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.Command1);
 }
 

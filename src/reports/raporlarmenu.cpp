@@ -18,6 +18,7 @@ raporlarmenu::raporlarmenu() {
                   {ui.vkCommand1, &raporlarmenu::vkCommand1_click},
                   {ui.vkCommand2, &raporlarmenu::vkCommand2_click},
                   {ui.vkCommand3, &raporlarmenu::vkCommand3_click}});
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand3);
 }
 

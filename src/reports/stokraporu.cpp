@@ -22,6 +22,7 @@ stokraporu::stokraporu() {
     ui.cizgiLayout->addWidget(new Rule);
     applyTextRoles(*this);
     clicks(this, {{ui.vkCommand3, &stokraporu::vkCommand3_click}});
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand3);
 }
 

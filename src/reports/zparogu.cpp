@@ -67,6 +67,7 @@ zparogu::zparogu() {
         connect(time, &DTPicker::lostFocus, this, &zparogu::saat_lostfocus);
         connect(time, &DTPicker::closeUp, this, &zparogu::Command3_click);
     }
+    standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.cmdClose);
 }
 

@@ -44,6 +44,7 @@ namespace {
 
 constexpr int clockInterval = 100;  // milliseconds
 constexpr int padCode = 8;          // the number pad's target: the barcode
+constexpr int clockMargin = 8;      // pixels
 
 }  // namespace
 
@@ -129,7 +130,10 @@ void satisekrani::connectControls() {
         if (button == Qt::RightButton)
             showInFront(screen<toplamtema>());
     });
-    ui.saat->installEventFilter(this);
+    ui.Frame1->installEventFilter(this);
+    const QList<QWidget*> status = ui.Frame1->findChildren<QWidget*>();
+    for (QWidget* part : status)
+        part->installEventFilter(this);
     ui.ver2->installEventFilter(this);
     connect(ui.ver2, &QLineEdit::textChanged, this, &satisekrani::ver2_change);
     connect(&Timer1, &Timer::tick, this, &satisekrani::Timer1_tick);
@@ -236,9 +240,20 @@ bool satisekrani::eventFilter(QObject* watched, QEvent* event) {
         panelChanges(*watched, event->type());
     if (watched == ui.satisekrani1 && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
         placePanels();
-    if (watched == ui.saat && event->type() == QEvent::MouseButtonDblClick)
-        showInFront(screen<saatt>());
+    const auto* control = qobject_cast<const QWidget*>(watched);
+    if (event->type() == QEvent::MouseButtonDblClick && control &&
+        (control == ui.Frame1 || ui.Frame1->isAncestorOf(control))) {
+        showClock();
+        return true;
+    }
     return Screen::eventFilter(watched, event);
+}
+
+/// In the ticket's corner above the status card: there it hides the least.
+void satisekrani::showClock() {
+    const QRect ticket(ui.satisekrani1->mapToGlobal(QPoint(0, 0)), ui.satisekrani1->size());
+    showInFront(screen<saatt>(), {.place = Qt::AlignLeft | Qt::AlignBottom,
+                                  .within = ticket.adjusted(clockMargin, 0, 0, -clockMargin)});
 }
 
 void satisekrani::barkod_keydown(int key) {

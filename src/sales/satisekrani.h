@@ -159,6 +159,7 @@ private:
     void showQuickPanel();
     void closeQuickPanel();
     void colorQuickPanel();
+    void showClock();
     void markEditedKey();
 
     void setCashQuietly(const QString& text);

@@ -3,17 +3,61 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainterPath>
+#include <QWindow>
 
 #include "runtime/screenregistry.h"
 #include "screens/focusreturn.h"
+#include "widgets/drawnframe.h"
+#include "widgets/face.h"
 
 namespace kovanix {
+
+namespace {
+constexpr int windowRadius = 10;  // design pixels
+}
 
 OpenedScreen::~OpenedScreen() = default;
 
 void OpenedScreen::setCloseButton(QAbstractButton& button) {
     m_closeButton = &button;
     button.setFocus();
+}
+
+void OpenedScreen::standInFrame(vkFrame& frame) {
+    m_frame = &frame;
+    frame.setCornerRadius(windowRadius);
+    setWindowFlag(Qt::FramelessWindowHint);
+    // What is outside of the corners can be seen through where the desktop mixes windows; elsewhere the mask
+    // cuts it off.
+    setAttribute(Qt::WA_TranslucentBackground);
+}
+
+void OpenedScreen::mousePressEvent(QMouseEvent* event) {
+    const bool title = m_frame && m_frame->titleBar().contains(event->position().toPoint());
+    if (title && event->button() == Qt::LeftButton)
+        windowHandle()->startSystemMove();
+    else
+        Screen::mousePressEvent(event);
+}
+
+void OpenedScreen::resizeEvent(QResizeEvent* event) {
+    Screen::resizeEvent(event);
+    if (!m_frame)
+        return;
+    QPainterPath outline;
+    const double radius = windowRadius * designScale(*m_frame);
+    outline.addRoundedRect(QRectF(rect()), radius, radius);
+    setMask(QRegion(outline.toFillPolygon().toPolygon()));
+}
+
+void OpenedScreen::keepFocusOnPress() {
+    const QList<QWidget*> controls = findChildren<QWidget*>();
+    for (QWidget* control : controls) {
+        if (control->focusPolicy() & Qt::TabFocus)
+            control->setFocusPolicy(Qt::TabFocus);
+    }
 }
 
 void OpenedScreen::leave() {

@@ -96,7 +96,6 @@ PrintPreview::PrintPreview() {
     for (QWidget* control : controls)
         control->installEventFilter(this);
     setCloseButton(*ui.kapat);
-    ui.yazdir->setFocus();
 }
 
 PrintPreview::~PrintPreview() = default;

@@ -7,6 +7,7 @@
 #include "appearance/modTema.h"
 #include "appearance/uyari.h"
 #include "data/baglanmamodulu.h"
+#include "desktop/screensize.h"
 #include "loginfixture.h"
 #include "rows.h"
 #include "runtests.h"
@@ -162,11 +163,19 @@ private Q_SLOTS:
         QCOMPARE(login.isMaximized(), row.maximised);
         QCOMPARE(login.ui.boyutlandirma->isResizing(), row.maximised);
         if (!row.maximised) {
-            QCOMPARE(login.size(), QSize(760, 520));
-            const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-            QVERIFY((login.geometry().center() - room.center()).manhattanLength() <= 2);
+            // The card in the middle of a display that is all the brand's.
+            QCOMPARE(login.size(), screenMetrics().pixels);
+            QVERIFY(login.windowFlags() & Qt::FramelessWindowHint);
+            const ActiveResize& card = *login.ui.boyutlandirma;
+            QCOMPARE(card.size(), QSize(760, 520));
+            QVERIFY((card.geometry().center() - login.rect().center()).manhattanLength() <= 2);
+            const QImage picture = login.grab().toImage();
+            QCOMPARE(picture.pixelColor(picture.width() / 2, picture.height() / 2),
+                     login.palette().color(QPalette::Base));
+            QVERIFY(picture.pixelColor(0, 0).lightness() < 100);
+            QVERIFY(picture.pixelColor(picture.width() - 1, picture.height() - 1).lightness() < 100);
             login.resize(1200, 900);
-            QCOMPARE(login.ui.boyutlandirma->scale(), 1.0);
+            QCOMPARE(card.scale(), 1.0);
         } else {
             login.setWindowState(Qt::WindowNoState);
             login.resize(1520, 1040);

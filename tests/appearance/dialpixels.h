@@ -31,13 +31,15 @@ inline bool shows(const QImage& image, QPointF point, const QColor& color) {
     return false;
 }
 
-/// Whether a line of that colour ends there: it shows just before its end and no more behind it.
-inline bool endsAt(const QImage& image, const ClockDial& dial, QPointF end, const QColor& color) {
+/// Whether a line of its colour ends where it should: it shows just before its end and no more behind it.
+inline bool endsThere(const QImage& image, const ClockDial& dial, const HandLine& line) {
+    const QColor color = colorOf(line.color);
+    const double width = dial.lineWidth(line);
     const QPointF centre = dial.at({});
-    const QPointF tip = dial.at(end) - centre;
+    const QPointF tip = dial.at(line.end) - centre;
     const QPointF direction = tip / std::hypot(tip.x(), tip.y());
-    return shows(image, centre + tip - direction * dial.lineWidth() * 0.6, color) &&
-           !shows(image, centre + tip + direction * (dial.lineWidth() * 0.5 + 2), color);
+    return shows(image, centre + tip - direction * width * 0.6, color) &&
+           !shows(image, centre + tip + direction * (width * 0.5 + 2), color);
 }
 
 }  // namespace kovanix

@@ -173,7 +173,7 @@ private Q_SLOTS:
 
     void handsOnTheDial_data() {
         QTest::addColumn<HandsOnTheDialRow>("row");
-        const QSize sizes[] = {{120, 120}, {240, 240}, {241, 301}, {337, 337}, {480, 480}};
+        const QSize sizes[] = {{120, 120}, {280, 280}, {281, 351}, {393, 393}, {560, 560}};
         for (const QSize size : sizes)
             for (const double ratio : {1.0, 1.5, 2.0})
                 QTest::addRow("%dx%d at %g", size.width(), size.height(), ratio)
@@ -187,8 +187,8 @@ private Q_SLOTS:
             hands.showTime(time);
             hands.showTime(time);
             const QImage image = painted(dial, hands);
-            QVERIFY(endsAt(image, dial, hands.hands()[2].end, red));
-            QVERIFY(endsAt(image, dial, hands.hands()[3].end, red));
+            QVERIFY(endsThere(image, dial, hands.hands()[2]));
+            QVERIFY(endsThere(image, dial, hands.hands()[3]));
         }
     }
 
@@ -201,7 +201,7 @@ private Q_SLOTS:
         hands.showTime({8, 10});
         const QImage image = painted(dial, hands);
         for (const HandLine& line : hands.hands())
-            QVERIFY(endsAt(image, dial, line.end, colorOf(line.color)));
+            QVERIFY(endsThere(image, dial, line));
 
         // The old hour hand of 12:59 and the new minute hand of 13:00 lie on each other: the new one is on
         // top.
@@ -226,10 +226,10 @@ private Q_SLOTS:
                 continue;
             const QImage image = painted(dial, hands);
             // On top of the hands where they meet, in every direction.
-            QVERIFY(endsAt(image, dial, hands.sweep()[1].end, green));
+            QVERIFY(endsThere(image, dial, hands.sweep()[1]));
         }
         // The old one shows where the new one left it: at the wrap, in another direction.
-        QVERIFY(endsAt(painted(dial, hands), dial, hands.sweep()[0].end, gray));
+        QVERIFY(endsThere(painted(dial, hands), dial, hands.sweep()[0]));
     }
 
     void uprightHandIsSharp_data() { handsOnTheDial_data(); }
@@ -243,7 +243,8 @@ private Q_SLOTS:
         // A row across the hand: the face's colour, an even number of red pixels, the face's colour.
         const QPoint middle = (dial.at({0, 15}) * row.ratio).toPoint();
         int reds = 0;
-        for (int x = middle.x() - 8; x <= middle.x() + 8; ++x) {
+        const int room = static_cast<int>(2 * dial.lineWidth(hands.hands()[2]) * row.ratio);
+        for (int x = middle.x() - room; x <= middle.x() + room; ++x) {
             const QColor color = image.pixelColor(x, middle.y());
             const bool isRed = color.red() > 250 && color.green() < 5;
             const bool isFace = std::abs(color.red() - qRed(ClockDial::faceColor)) < 5 &&
@@ -252,10 +253,10 @@ private Q_SLOTS:
             reds += isRed;
         }
         QCOMPARE(reds % 2, 0);
-        QCOMPARE(double(reds), dial.lineWidth() * row.ratio);
-        // Two wide at the design size, and growing with the dial from there.
+        QCOMPARE(double(reds), dial.lineWidth(hands.hands()[2]) * row.ratio);
+        // Six wide at the design size, and growing with the dial from there.
         const double wanted =
-            2 * row.ratio * std::max(1.0, std::min(row.size.width(), row.size.height()) / 240.0);
+            6 * row.ratio * std::max(1.0, std::min(row.size.width(), row.size.height()) / 280.0);
         QVERIFY(std::abs(reds - wanted) <= 1);
     }
 
@@ -269,7 +270,7 @@ private Q_SLOTS:
         // Mixed with the face, red has less green and blue than the face; a cyan rim would have more.
         for (double radius = 4; radius < 17; radius += 0.25) {
             const QPoint point = dial.at(handEnd(minuteAngle(7), radius)).toPoint();
-            for (int x = point.x() - 2; x <= point.x() + 2; ++x)
+            for (int x = point.x() - 6; x <= point.x() + 6; ++x)
                 QVERIFY(image.pixelColor(x, point.y()).green() <= faceGreen);
         }
     }
@@ -277,25 +278,31 @@ private Q_SLOTS:
     void wordsOnTheDial() {
         const ClockDial dial(ClockDial::designSize, 1);
         const QImage image = dial.picture().toImage();
+        const QPointF centre = dial.at({});
         QFont font = QGuiApplication::font();
         font.setPixelSize(18);
         font.setWeight(QFont::Medium);
         for (const DialWord& word : ClockDial::words()) {
             QRect ink;
+            const QRect expected = QFontMetrics(font).tightBoundingRect(word.text);
             const QPoint place = dial.at(word.place).toPoint();
-            for (int y = place.y() - 20; y <= place.y() + 20; ++y)
-                for (int x = 40; x < 200; ++x)
+            const QRect room(place - QPoint(expected.width() / 2 + 6, 10),
+                             place + QPoint(expected.width() / 2 + 6, 10));
+            for (int y = room.top(); y <= room.bottom(); ++y)
+                for (int x = room.left(); x <= room.right(); ++x)
                     if (qRed(image.pixel(x, y)) > 120)
                         ink |= QRect(x, y, 1, 1);
-            const QRect expected = QFontMetrics(font).tightBoundingRect(word.text);
             QVERIFY(std::abs(ink.width() - expected.width()) <= 3);
             QVERIFY(std::abs(ink.height() - expected.height()) <= 3);
-            QVERIFY(std::abs(ink.center().x() - 120) <= 3);
+            QVERIFY(std::abs(ink.center().x() - centre.x()) <= 3);
             QVERIFY(std::abs(ink.center().y() - place.y()) <= 4);
+            // No hand comes near.
+            const double nearest = word.place.y() > 0 ? centre.y() - ink.bottom() : ink.top() - centre.y();
+            QVERIFY(nearest > dial.handReach().height() / 2.0);
         }
         // Nothing of them in the middle row.
-        for (int x = 40; x < 200; ++x)
-            QCOMPARE(QColor(image.pixel(x, 120)), QColor(ClockDial::faceColor));
+        for (int x = 60; x < 220; ++x)
+            QCOMPARE(QColor(image.pixel(x, 140)), QColor(ClockDial::faceColor));
     }
 };
 

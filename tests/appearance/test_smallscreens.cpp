@@ -2,12 +2,15 @@
 
 #include "appearance/ekoz.h"
 #include "appearance/hallimzda.h"
+#include "appearance/tema.h"
+#include "appearance/toplamtema.h"
 #include "appearance/uyari.h"
 #include "desktop/focus.h"
 #include "runtime/screenregistry.h"
 #include "salestest.h"
 
 using namespace kovanix;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,6 +40,14 @@ QAbstractButton& closeButton(Which which) {
                                     : static_cast<QAbstractButton&>(*screen<uyari>().ui.Command1);
 }
 
+Screen& themeScreen() {
+    return screen<tema>();
+}
+
+Screen& colorScreen() {
+    return screen<toplamtema>();
+}
+
 void rows() {
     QTest::addColumn<Which>("which");
     QTest::newRow("about") << Which::about;
@@ -55,6 +66,11 @@ class SmallScreensTest : public SalesTest {
     struct ClosingRow {
         Which which;
         QString way;
+    };
+
+    struct ScanRow {
+        Screen& (*open)();
+        QString pressed;
     };
 
 private Q_SLOTS:
@@ -295,6 +311,30 @@ private Q_SLOTS:
         Q_EMIT first.kapat.tick();  // the first one isn't deleted before the event is over
         QVERIFY(loaded<uyari>());
         QVERIFY(second.isVisible());
+    }
+
+    // The cashier has pressed a button of the screen, and the next customer's scan comes.
+    void aScanDoesNoHarm_data() {
+        QTest::addColumn<ScanRow>("row");
+        QTest::newRow("themes, at first") << ScanRow{themeScreen, {}};
+        QTest::newRow("themes, a picture pressed") << ScanRow{themeScreen, u"resim3"_s};
+        QTest::newRow("themes, the box pressed") << ScanRow{themeScreen, u"temaac"_s};
+        QTest::newRow("the total's colours, at first") << ScanRow{colorScreen, {}};
+        for (const QString& button : {u"vkCommand3"_s, u"Frame2"_s, u"vkCommand6"_s, u"temakaydetme"_s})
+            QTest::addRow("the total's colours, %s pressed", qPrintable(button))
+                << ScanRow{colorScreen, button};
+    }
+    void aScanDoesNoHarm() {
+        QFETCH(const ScanRow, row);
+        Screen& opened = row.open();
+        showInFront(opened);
+        QTRY_VERIFY(opened.isActiveWindow());
+        if (!row.pressed.isEmpty())
+            QTest::mouseClick(opened.findChild<QWidget*>(row.pressed), Qt::LeftButton);
+        const QByteArray before = m_shop->config();
+        QTest::keyClicks(QApplication::focusWidget(), goods::bread);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(m_shop->config(), before);
     }
 };
 

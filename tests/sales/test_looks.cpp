@@ -71,12 +71,27 @@ private Q_SLOTS:
         QVERIFY(!m_shop->sales().isMinimized());
     }
 
-    void doublePressOnTheTime() {
-        QTest::mouseClick(m_shop->ui().saat, Qt::LeftButton);
+    void doublePressOnTheStatusCard_data() {
+        QTest::addColumn<QString>("row");
+        for (const char* part :
+             {"saat", "tarih", "Label4_7", "Label4_8", "korumaresmi", "korumaresmi2", "Frame1"})
+            QTest::newRow(part) << QString::fromLatin1(part);
+    }
+    void doublePressOnTheStatusCard() {
+        QFETCH(const QString, row);
+        auto* part = m_shop->sales().findChild<QWidget*>(row);
+        QTest::mouseClick(part, Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(!loaded<saatt>());
-        QTest::mouseDClick(m_shop->ui().saat, Qt::LeftButton);
+        QTest::mouseDClick(part, Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(loaded<saatt>());
+        const QRect clock = screen<saatt>().geometry();
         QVERIFY(screen<saatt>().isVisible());
+        // In the ticket's corner, over nothing that is pressed.
+        const QWidget& ticket = *m_shop->ui().satisekrani1;
+        const QRect place(ticket.mapToGlobal(QPoint(0, 0)), ticket.size());
+        QVERIFY(place.contains(clock));
+        QVERIFY(clock.bottom() > place.center().y());
+        QVERIFY(clock.right() < place.center().x() + clock.width() / 2);
     }
 
     void closingTheClockDoesNotBringAClosedTillBack() {

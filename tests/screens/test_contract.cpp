@@ -139,17 +139,17 @@ QList<ScreenRow> screens() {
                          "barkod adet ver2", {"^r^n listesi"}, sales),
         row<menu>("menu", "MENU", {520, 480}, closes, closes,
                   "kapat vkCommand1 vkCommand3 vkCommand4 vkCommand5 vkCommand2 vkCommand10"),
-        row<tema>("tema", "TEMA", {880, 620}, stays, closes,
-                  "resim1 resim2 resim3 resim4 temaac vkCommand2 vkCommand1"),
+        row<tema>("tema", "TEMA", {880, 668}, goesBack, closes,
+                  "vkCommand1 resim1 resim2 resim3 resim4 temaac vkCommand2"),
         row<toplamtema>(
-            "toplamtema", "TOPLAM RENGI", {860, 560}, stays, closes,
-            "vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
-            "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme vkCommand5"),
-        row<ekoz>("ekoz", "Ek *zellikler", {360, 208}, closes, closes, "vkCommand3 vkCommand1", {},
+            "toplamtema", "TOPLAM RENGI", {860, 608}, goesBack, closes,
+            "vkCommand5 vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
+            "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme"),
+        row<ekoz>("ekoz", "Ek *zellikler", {360, 260}, closes, closes, "vkCommand3 vkCommand1", {},
                   {"Ek *zellikler"}),
-        row<hallimzda>("hallimzda", "Kovanix", {520, 424}, closes, closes,
+        row<hallimzda>("hallimzda", "Kovanix", {520, 464}, closes, closes,
                        "urunbulunamadikapat Image1 vkCommand1", {}, {}, about),
-        row<uyari>("uyari", "UYARI", {440, 224}, closes, closes, "Command1", {}, {}, notice),
+        row<uyari>("uyari", "UYARI", {440, 264}, closes, closes, "Command1", {}, {}, notice),
         row<urunbul>("urunbul", "URUN ARA", {}, closes, closes,
                      "TDBGrid1 TDBGrid1_filter_0 TDBGrid1_filter_1 TDBGrid1_filter_2 TDBGrid1_filter_3 "
                      "vkCommand4",
@@ -199,7 +199,7 @@ QList<ScreenRow> screens() {
                          "yazilan", {}, keyboard<klavyeyeni2>),
         row<klavyesayi>("klavyesayi", "SAYILAR", {}, closes, closes, "yazilan vkCommand1_39 kapat", "yazilan",
                         {}, keyboard<klavyesayi>),
-        row<PrintPreview>("PrintPreview", "Rapor", {}, closes, closes, "yazdir kapat sayfalar", {}, {},
+        row<PrintPreview>("PrintPreview", "Rapor", {}, closes, closes, "kapat sayfalar yazdir", {}, {},
                           preview),
         row<raporlarmenu>("raporlarmenu", "RAPORLAR", {520, 404}, closes, closes,
                           "vkCommand3 fiyatgor vkCommand1 vkCommand2"),
@@ -218,7 +218,7 @@ QList<ScreenRow> screens() {
             " saat1 saat Text2 Text3  saat2 Text6 Text5 Text4 TDBGrid1_filter_0 TDBGrid1_filter_1 "
             "TDBGrid1_filter_2 TDBGrid1_filter_3 TDBGrid1_filter_4 TDBGrid1_filter_5 TDBGrid1_filter_6 "
             "TDBGrid1_filter_7"),
-        row<saatt>("saatt", "Saat", {240, 240}, closes, closes, {}),
+        row<saatt>("saatt", "Saat", {280, 280}, stays, closes, {}),
     };
 }
 
@@ -249,6 +249,12 @@ class ScreenContractTest : public SalesTest {
 
     static Screen& open(const ScreenRow& row) {
         Screen& opened = row.open();
+        if (row.tabOrder.isEmpty()) {
+            // It never has the keyboard.
+            if (!QTest::qWaitForWindowExposed(&opened))
+                qFatal("%s doesn't show", row.name);
+            return opened;
+        }
         // The toolkit's own wait takes a window for active as soon as the one that it belongs to is.
         if (!QTest::qWaitFor([&opened] { return opened.isActiveWindow(); }))
             qFatal("%s doesn't become active", row.name);
@@ -303,7 +309,12 @@ private Q_SLOTS:
     void tabReachesEverything_data() { addScreens(); }
     void tabReachesEverything() {
         QFETCH(const ScreenRow, row);
-        QCOMPARE(tabFaults(open(row), row.tabOrder.split(u' ', Qt::SkipEmptyParts)).join(u'\n'), QString());
+        const Screen& opened = open(row);
+        if (row.tabOrder.isEmpty()) {
+            QVERIFY(opened.windowFlags() & Qt::WindowDoesNotAcceptFocus);
+            return;
+        }
+        QCOMPARE(tabFaults(opened, row.tabOrder.split(u' ', Qt::SkipEmptyParts)).join(u'\n'), QString());
     }
 
     void leaving_data() {
@@ -320,13 +331,19 @@ private Q_SLOTS:
         if (leaving == Leaving::asks)
             m_shop->boxes.expectAny(MessageBoxAnswer::no);
         if (row.byEscape)
-            QTest::keyClick(opened->focusWidget() ? opened->focusWidget() : opened.get(), Qt::Key_Escape);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
         else
             opened->close();
-        QCOMPARE(row.isOpen(), leaving != Leaving::closes);
-        if (leaving != Leaving::closes)
+        const bool goes = leaving == Leaving::closes || leaving == Leaving::goesBack;
+        QCOMPARE(row.isOpen(), !goes);
+        if (!goes)
             return;
         QTRY_VERIFY(!opened);
+        if (leaving == Leaving::goesBack) {
+            QTRY_VERIFY(QApplication::activeWindow());
+            QVERIFY(!m_shop->sales().isActiveWindow());
+            return;
+        }
         if (!loaded<satisekrani>())
             return;
         if (!QApplication::activeWindow())

@@ -8,6 +8,7 @@
 #include "access/kullanicilar.h"
 #include "app/session.h"
 #include "appearance/menu.h"
+#include "appearance/saatt.h"
 #include "catalogue/liste.h"
 #include "catalogue/urunbul.h"
 #include "desktop/focus.h"
@@ -247,6 +248,24 @@ private Q_SLOTS:
         pressKeys({u"Escape"_s});
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         QVERIFY(!loaded<liste>());
+    }
+
+    void theClockLeavesTheKeyboardInBarkod() {
+        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTest::mouseDClick(ui().tarih, Qt::LeftButton);
+        QTRY_VERIFY(loaded<saatt>() && screen<saatt>().isVisible());
+        typeKeys(goods::milk + u'\n');
+        QTRY_COMPARE(m_shop->lines(), 1);
+        const QPoint middle = screen<saatt>().mapToGlobal(screen<saatt>().rect().center());
+        xdotool({u"mousemove"_s, QString::number(middle.x()), QString::number(middle.y()), u"mousedown"_s,
+                 u"1"_s});
+        typeKeys(goods::milk + u'\n');
+        QTRY_COMPARE(m_shop->line(1).at(2), u"2"_s);
+        QVERIFY(loaded<saatt>());
+        xdotool({u"mouseup"_s, u"1"_s});
+        QTRY_VERIFY(!loaded<saatt>());
+        typeKeys(goods::tea + u'\n');
+        QTRY_COMPARE(m_shop->lines(), 2);
     }
 
     // Also where the screen was opened from another one, which the window manager would make active next.

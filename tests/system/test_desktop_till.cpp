@@ -162,6 +162,28 @@ private Q_SLOTS:
         QCOMPARE(storedRows(shop), 0);
     }
 
+    // Whatever stands open when the sales screen goes stays, and the process ends with the last of it.
+    void theCloseRequestAndNoUnderAnotherScreen() {
+        const ClosedShop shop;
+        ShownTill till(shop);
+        const QString sales = xdotool({u"getwindowfocus"_s, u"-f"_s});
+        pressKeys({u"F8"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(activeTitle(), u"Kovanix"_s, soon);
+        xdotool({u"windowactivate"_s, sales});
+        QTRY_COMPARE_WITH_TIMEOUT(activeTitle(), u"Kovanix Satis"_s, soon);
+        pressKeys({u"alt+F4"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(activeTitle() == question, soon);
+        pressKeys({u"Return"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(activeTitle(), u"Kovanix"_s, soon);
+        QCOMPARE(visibleWindows(till), 1);
+        QVERIFY(till.isRunning());
+        pressKeys({u"Escape"_s});
+        const Outcome outcome = till.finish();
+        QVERIFY(outcome.ended);
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(outcome.errors, QString());
+    }
+
     void anUncaughtFailure() {
         const ClosedShop shop;
         ShownTill till(shop);

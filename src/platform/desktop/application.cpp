@@ -1,5 +1,7 @@
 #include "desktop/application.h"
 
+#include <QWidget>
+#include <algorithm>
 #include <cstdio>
 
 #include "desktop/messagebox.h"
@@ -34,9 +36,23 @@ int& prepared(int& argc) {
     return argc;
 }
 
+/// Whether a screen goes by this event; one that is minimised doesn't.
+bool closesWindow(const QObject& receiver, const QEvent& event) {
+    return event.type() == QEvent::Hide && !event.spontaneous() && receiver.isWidgetType() &&
+           static_cast<const QWidget&>(receiver).isWindow();
+}
+
+bool isScreen(const QWidget* window) {
+    return window->isVisible() && (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
+}
+
 }  // namespace
 
-Application::Application(int& argc, char** argv) : QApplication(prepared(argc), argv) {}
+Application::Application(int& argc, char** argv) : QApplication(prepared(argc), argv) {
+    // The toolkit's rule knows no screen that belongs to another one, and asks when a window is closed, not
+    // when it is unloaded.
+    setQuitOnLastWindowClosed(false);
+}
 
 Application::~Application() {
     ScreenRegistry::clear();
@@ -54,6 +70,9 @@ int Application::run(const std::function<void()>& entryProcedure) {
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
+    // When all that this event leads to is done: a screen may make room for the next.
+    if (closesWindow(*receiver, *event))
+        QMetaObject::invokeMethod(this, &Application::endWithTheLastScreen, Qt::QueuedConnection);
     try {
         return QApplication::notify(receiver, event);
     } catch (const RuntimeError& error) {
@@ -63,6 +82,11 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 
 void Application::setFailureText(QString (*text)(const RuntimeError& error)) {
     failureText = text;
+}
+
+void Application::endWithTheLastScreen() {
+    if (std::ranges::none_of(topLevelWidgets(), isScreen))
+        exit(0);
 }
 
 }  // namespace kovanix

@@ -7,8 +7,8 @@ namespace kovanix {
 
 class RuntimeError;
 
-/// The application object: ends the process in one orderly way when a failure reaches the event loop
-/// uncaught.
+/// The application object: ends the process with its last screen, and in one orderly way when a failure
+/// reaches the event loop uncaught.
 class Application : public QApplication {
     Q_OBJECT
 
@@ -28,6 +28,9 @@ public:
 
     /// Sets the words of that box for the rest of the process; until then number and description stand in it.
     static void setFailureText(QString (*text)(const RuntimeError& error));
+
+private:
+    void endWithTheLastScreen();
 };
 
 }  // namespace kovanix

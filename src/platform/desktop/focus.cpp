@@ -114,17 +114,18 @@ QWindow* firstOwner(const QWidget& opened) {
 }
 
 /// Size and place for a window that opens.
-void place(QWidget& window, const QWindow* owner, Qt::Alignment alignment) {
+void place(QWidget& window, const QWindow* owner, const Opening& opening) {
     const QRect area = screenArea(owner);
     // Its own frame isn't known before it is shown; the owner's is of the same make.
-    const QMargins border = owner ? owner->frameMargins() : QMargins();
+    const bool framed = owner && !(window.windowFlags() & Qt::FramelessWindowHint);
+    const QMargins border = framed ? owner->frameMargins() : QMargins();
     const QSize hint = window.sizeHint();
     const Qt::WindowStates states = window.windowState();
     if (states & Qt::WindowMaximized)
         window.resize(area.size().shrunkBy(border));
     else if (hint.isValid())
         window.resize((QSizeF(hint) * screenScale()).toSize().boundedTo(area.size().shrunkBy(border)));
-    window.move(placeFor(window.size().grownBy(border), owner, alignment).topLeft());
+    window.move(placeFor(window.size().grownBy(border), owner, opening.place, opening.within).topLeft());
     // A window that has been shown before is no longer maximised once it is given a size.
     window.setWindowState(states);
 }
@@ -210,11 +211,16 @@ void showInFront(QWidget& window, const Opening& opening) {
     if (!window.isVisible()) {
         if (!owner)
             owner = firstOwner(window);
-        place(window, owner, opening.place);
+        place(window, owner, opening);
         if (owner)
             putAbove(window, *owner);
     } else if (window.isMinimized()) {
         restore(window);
+    }
+    if (window.windowFlags() & Qt::WindowDoesNotAcceptFocus) {
+        window.show();
+        window.raise();
+        return;
     }
     bringForward(window);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <Qt>
 
 class QWidget;
@@ -27,14 +28,16 @@ struct Opening {
     /// that is hidden or gone. None, or one that isn't shown: the window that all others were opened from,
     /// which it outlives.
     QWidget* opener = nullptr;
-    /// Centred on the window that it stands above, or along edges of the screen.
+    /// Centred on the window that it stands above, or along edges of the screen or of a part of it.
     Qt::Alignment place = Qt::AlignCenter;
+    /// That part, in the screen's coordinates; empty for all of it.
+    QRect within{};
 };
 
 /// Opens a window in front of the active one and gives it the keyboard. A window that wasn't open gets the
 /// size of its hint, scaled with the screen from the design size of 1024×768, and is whole on the screen; a
 /// maximised one that of the screen at once. An open one keeps size and place and belongs to its new opener,
-/// a minimised one comes back.
+/// a minimised one comes back. A window that doesn't accept the keyboard leaves it where it is.
 void showInFront(QWidget& window, const Opening& opening = {});
 
 }  // namespace kovanix

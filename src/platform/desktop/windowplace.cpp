@@ -31,12 +31,13 @@ QRect screenArea(const QWindow* owner) {
                                              : QRect(screen->geometry().topLeft(), size);
 }
 
-QRect placeFor(QSize frame, const QWindow* owner, Qt::Alignment alignment) {
+QRect placeFor(QSize frame, const QWindow* owner, Qt::Alignment alignment, const QRect& within) {
     const QRect area = screenArea(owner);
     QRect place(QPoint(0, 0), frame);
     place.moveCenter(owner ? owner->frameGeometry().center() : area.center());
     if (alignment != Qt::AlignCenter)
-        place = QStyle::alignedRect(Qt::LeftToRight, alignment, place.size(), area);
+        place =
+            QStyle::alignedRect(Qt::LeftToRight, alignment, place.size(), within.isEmpty() ? area : within);
     // The upper left corner last: where a window can't be whole, its title stays within reach.
     place.moveBottomRight({std::min(place.right(), area.right()), std::min(place.bottom(), area.bottom())});
     place.moveTopLeft({std::max(place.left(), area.left()), std::max(place.top(), area.top())});

@@ -16,8 +16,9 @@ double screenScale();
 QRect screenArea(const QWindow* owner);
 
 /// The place of a window of that size, its frame included: in the middle of its owner, or of the screen where
-/// it has none, or along edges of the screen; whole on the screen as far as it has room there, its upper left
-/// corner in any case.
-QRect placeFor(QSize frame, const QWindow* owner, Qt::Alignment alignment = Qt::AlignCenter);
+/// it has none, or along edges of the screen, or of a part of it that isn't empty; whole on the screen as far
+/// as it has room there, its upper left corner in any case.
+QRect placeFor(QSize frame, const QWindow* owner, Qt::Alignment alignment = Qt::AlignCenter,
+               const QRect& within = {});
 
 }  // namespace kovanix

@@ -68,6 +68,8 @@ public:
     void setTitleHeight(int height);
     /// How many lines the caption may break into; 1 unless told otherwise.
     void setTitleLines(int lines);
+    /// What the title bar takes of the frame.
+    QRect titleBar() const;
     /// Gives the title bar its height at the scale in use: the resizing container calls it when that changes.
     void layOutTitle();
     /// Where the caption stands in the title bar: at its left unless told otherwise.
