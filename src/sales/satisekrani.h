@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "database/connection.h"
 #include "database/recordset.h"
 #include "runtime/runtimeerror.h"
@@ -95,6 +97,8 @@ private:
     void connectQuickKeys();
     void pressKeys(const QString& array, void (satisekrani::*procedure)(int));
     QString panelKey(const QString& array, int index) const;
+    std::array<DrawnButton*, 11> commandRow() const;
+    void countItems(int rows);
     void showPanel(QWidget& panel);
     void placePanels();
     void placePanel(QWidget& panel, QSize size);

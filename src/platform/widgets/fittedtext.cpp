@@ -1,8 +1,11 @@
 #include "widgets/fittedtext.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
+#include <QRawFont>
 #include <algorithm>
 #include <cmath>
 
@@ -197,22 +200,35 @@ void FittedText::place() {
     }
 }
 
+/// A line along the letters' own contours, whatever they look like. Its inner half lies below the letters.
 void FittedText::paintOutline(QPainter& painter, const QColor& outline) const {
+    constexpr double margin = 2;
+    constexpr double lineWidth = 1.5;
     const double ratio = painter.device()->devicePixelRatioF();
     // On whole pixels, where the glyphs stand too.
-    const QPointF corner(std::floor(m_bounds.left()), std::floor(m_bounds.top()));
-    const QSizeF size(std::ceil(m_bounds.right()) - corner.x(), std::ceil(m_bounds.bottom()) - corner.y());
-    if (size.isEmpty())
-        return;
+    const QPointF corner(std::floor(m_bounds.left() - margin), std::floor(m_bounds.top() - margin));
+    const QSizeF size(std::ceil(m_bounds.right() + margin) - corner.x(),
+                      std::ceil(m_bounds.bottom() + margin) - corner.y());
     const QColor tone = outline.rgb();
     if (m_outline.isNull() || m_outline.devicePixelRatio() != ratio || m_outlineTone != tone.rgb()) {
-        m_outline =
-            outlinePixmap(size, ratio, tone, [&](QPainter& onPixmap) { m_layout->draw(&onPixmap, -corner); });
+        m_outline = QPixmap((size * ratio).toSize());
+        m_outline.setDevicePixelRatio(ratio);
+        m_outline.fill(Qt::transparent);
         m_outlineTone = tone.rgb();
+        QPainter strokes(&m_outline);
+        strokes.setRenderHint(QPainter::Antialiasing);
+        strokes.setPen(QPen(tone, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        strokes.translate(-corner);
+        for (const QGlyphRun& run : m_layout->glyphRuns()) {
+            const QList<quint32> glyphs = run.glyphIndexes();
+            const QList<QPointF> places = run.positions();
+            for (qsizetype i = 0; i < glyphs.size(); ++i)
+                strokes.drawPath(run.rawFont().pathForGlyph(glyphs[i]).translated(places[i]));
+        }
     }
     const double before = painter.opacity();
     painter.setOpacity(before * outline.alphaF());
-    painter.drawPixmap(corner - QPointF(outlineMargin, outlineMargin), m_outline);
+    painter.drawPixmap(corner, m_outline);
     painter.setOpacity(before);
 }
 
