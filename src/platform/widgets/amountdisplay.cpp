@@ -81,8 +81,8 @@ QFont AmountDisplay::labelFont() const {
     return letters;
 }
 
-/// Digits stand below the air that a line of letters keeps for accents: an amount that fills its room from top
-/// to bottom begins below the label all the same where that air is as high as the label.
+/// Digits stand below the air that a line of letters keeps for accents: an amount that fills its room from
+/// top to bottom begins below the label all the same where that air is as high as the label.
 QMarginsF AmountDisplay::captionMargins() const {
     const double scale = designScale(*this);
     const QFontMetricsF metrics(labelFont());

@@ -15,7 +15,7 @@ namespace {
 
 const QColor disabledGround(0xEE, 0xF1, 0xF5);
 const QColor disabledGroundOnDark(0x50, 0x54, 0x5A);
-constexpr double faintestOutline = 0.2;
+constexpr double faintestOutline = 0.5;
 constexpr double strongestOutline = 0.85;
 
 // The share of light in each of a channel's 256 values; every painting asks several times.

@@ -195,7 +195,7 @@ private Q_SLOTS:
         // seen.
         if (row.ink.hsvSaturation() > 60)
             return;
-        QVERIFY2(given.alphaF() >= 0.19F && given.alphaF() <= 0.6F,
+        QVERIFY2(given.alphaF() >= 0.49F && given.alphaF() <= 0.6F,
                  qPrintable(QString::number(given.alphaF())));
     }
 
