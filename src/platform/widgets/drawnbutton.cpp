@@ -25,7 +25,8 @@ constexpr int designTouchSize = 44;
 constexpr int smallestCommand = 7;  // pixels
 const QColor slotGrey(0x7C, 0x87, 0x94);
 const QColor slotRim(0x88, 0x94, 0xA2);
-constexpr double plusArm = 8.0;  // of a sign of 24, at the design size
+constexpr double lineShare = 1.4;  // what a line takes of the letters' size
+constexpr double plusArm = 8.0;    // of a sign of 24, at the design size
 
 }  // namespace
 
@@ -360,9 +361,12 @@ void DrawnButton::arrange() {
             parts.icon.moveCenter(box.center());
         } else if (above) {
             // Icon and caption together stand in the middle of the face.
+            QFont letters = font();
+            letters.setPixelSize(wanted);
+            const int lines =
+                QFontMetricsF(letters).horizontalAdvance(m_caption.trimmed()) > box.width() ? 2 : 1;
             const double textHeight =
-                std::min(box.height() - real.height(),
-                         low ? 1.5 * wanted : 1.4 * wanted * (width() < 8 * wanted ? 2 : 1));
+                std::min(box.height() - real.height(), low ? 1.5 * wanted : lineShare * wanted * lines);
             const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
             parts.icon.moveTopLeft(QPointF(box.center().x() - real.width() / 2, top));
             box.setTop(parts.icon.bottom());

@@ -1,12 +1,10 @@
 #include "widgets/fittedtext.h"
 
 #include <QFontMetricsF>
-#include <QGlyphRun>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPen>
-#include <QRawFont>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "widgets/face.h"
@@ -200,10 +198,10 @@ void FittedText::place() {
     }
 }
 
-/// A line along the letters' own contours, whatever they look like. Its inner half lies below the letters.
+/// The letters themselves, a pixel to each side: the line around them is as sharp as they are.
 void FittedText::paintOutline(QPainter& painter, const QColor& outline) const {
+    constexpr std::array<QPointF, 4> around{QPointF(0, -1), QPointF(-1, 0), QPointF(1, 0), QPointF(0, 1)};
     constexpr double margin = 2;
-    constexpr double lineWidth = 1.5;
     const double ratio = painter.device()->devicePixelRatioF();
     // On whole pixels, where the glyphs stand too.
     const QPointF corner(std::floor(m_bounds.left() - margin), std::floor(m_bounds.top() - margin));
@@ -215,16 +213,11 @@ void FittedText::paintOutline(QPainter& painter, const QColor& outline) const {
         m_outline.setDevicePixelRatio(ratio);
         m_outline.fill(Qt::transparent);
         m_outlineTone = tone.rgb();
-        QPainter strokes(&m_outline);
-        strokes.setRenderHint(QPainter::Antialiasing);
-        strokes.setPen(QPen(tone, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        strokes.translate(-corner);
-        for (const QGlyphRun& run : m_layout->glyphRuns()) {
-            const QList<quint32> glyphs = run.glyphIndexes();
-            const QList<QPointF> places = run.positions();
-            for (qsizetype i = 0; i < glyphs.size(); ++i)
-                strokes.drawPath(run.rawFont().pathForGlyph(glyphs[i]).translated(places[i]));
-        }
+        QPainter letters(&m_outline);
+        letters.setRenderHint(QPainter::TextAntialiasing);
+        letters.setPen(tone);
+        for (const QPointF& offset : around)
+            m_layout->draw(&letters, offset - corner);
     }
     const double before = painter.opacity();
     painter.setOpacity(before * outline.alphaF());

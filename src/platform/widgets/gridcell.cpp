@@ -118,12 +118,12 @@ void paintName(QPainter& painter, const QRect& cell, const QString& name) {
     const QFontMetrics metrics = painter.fontMetrics();
     const QStringList lines = inTwoLines(onOneLine(name), metrics, cell.width()).split(u'\n');
     const int apart = static_cast<int>(std::lround(painter.font().pixelSize() * lineShare));
-    int middle = cell.center().y() - apart * static_cast<int>(lines.size() - 1) / 2;
+    const int block = metrics.height() + apart * static_cast<int>(lines.size() - 1);
+    QRect place(cell.left(), cell.top() + (cell.height() - block + 1) / 2, cell.width(), metrics.height());
     for (const QString& line : lines) {
-        const QRect place(cell.left(), middle - metrics.height() / 2, cell.width(), metrics.height());
         painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
                          line);
-        middle += apart;
+        place.translate(0, apart);
     }
 }
 

@@ -349,7 +349,7 @@ private Q_SLOTS:
         button.setKeyHint(u"F4"_s);
         const QImage image = picture(button);
         // The pill's ground, left of its glyphs, against the strongest of its glyphs' pixels.
-        const QColor ground = image.pixelColor(9, 12);
+        const QColor ground = image.pixelColor(7, 12);
         double best = 1;
         for (int y = 6; y < 20; ++y) {
             for (int x = 8; x < 30; ++x)

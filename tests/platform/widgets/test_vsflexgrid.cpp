@@ -400,10 +400,11 @@ private Q_SLOTS:
         const QImage before = grid.viewport()->grab().toImage();
         grid.verticalScrollBar()->setValue(500);
         const QImage after = grid.viewport()->grab().toImage();
-        const QRect heading(0, 0, before.width(), rowHeight);
+        const int corner = 10;  // round, and so painted over what was there
+        const QRect heading(corner, 0, before.width() - 2 * corner, rowHeight);
         QCOMPARE(after.copy(heading), before.copy(heading));
         QVERIFY(after != before);
-        QCOMPARE(after.pixelColor(1, 1), roleColor(ColorRole::heading));
+        QCOMPARE(after.pixelColor(20, 2), roleColor(ColorRole::heading));
     }
 
     void aColumnHasOneLetterSize_data() {
@@ -427,7 +428,8 @@ private Q_SLOTS:
         QFont letters(u"Roboto"_s);
         letters.setPixelSize(15);
         grid.setFont(letters);
-        grid.resize(300, 400);
+        grid.resize(235, 400);
+        show(grid);
         grid.setCols(4);
         grid.setColWidth(0, 0);
         grid.setColWidth(1, 0);
