@@ -1,7 +1,9 @@
 #include "appearance/palette.h"
 
 #include <QHash>
+#include <QLineEdit>
 #include <QMetaProperty>
+#include <QSet>
 #include <QWidget>
 
 #include "widgets/controlcolor.h"
@@ -45,6 +47,28 @@ void paintRows(QWidget& screen, Palette palette, bool total) {
     }
 }
 
+QSet<QLatin1StringView> namedControls() {
+    QSet<QLatin1StringView> names;
+    for (const PaletteRow& row : paletteRows()) {
+        for (const char* name : row.controls)
+            names.insert(QLatin1StringView(name));
+    }
+    return names;
+}
+
+/// The fields that the table doesn't name, by their role.
+void paintOtherFields(QWidget& screen, Tone tone) {
+    static const QSet<QLatin1StringView> named = namedControls();
+    const QList<QLineEdit*> fields = screen.findChildren<QLineEdit*>();
+    for (QLineEdit* field : fields) {
+        const QByteArray name = field->objectName().toLatin1();
+        if (named.contains(QLatin1StringView(name)))
+            continue;
+        setBackColor(*field, roleColor(field->isReadOnly() ? ColorRole::quietField : ColorRole::field, tone));
+        setForeColor(*field, roleColor(ColorRole::ink, tone));
+    }
+}
+
 QMetaProperty drawnProperty(const QWidget& control, ColorProperty property) {
     const QMetaObject& kind = *control.metaObject();
     const QMetaProperty found = kind.property(kind.indexOfProperty(propertyName(property)));
@@ -84,12 +108,17 @@ QColor colorProperty(const QWidget& control, ColorProperty property) {
     }
 }
 
+Tone toneOf(Palette palette) {
+    return palette == Palette::resim3 ? Tone::dark : Tone::light;
+}
+
 void paintTotal(QWidget& screen, Palette palette) {
     paintRows(screen, palette, true);
 }
 
 void paintPalette(QWidget& screen, Palette palette) {
     paintRows(screen, palette, false);
+    paintOtherFields(screen, toneOf(palette));
 }
 
 ColorValue paletteColor(const QString& control, ColorProperty property, Palette palette) {

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "widgets/colorvalue.h"
+#include "widgets/look.h"
 
 class QWidget;
 
@@ -15,6 +16,9 @@ namespace kovanix {
 enum class Palette { resim1, resim2, resim3, resim4 };
 
 inline constexpr std::array allPalettes{Palette::resim1, Palette::resim2, Palette::resim3, Palette::resim4};
+
+/// The tone of a look: what the table doesn't name takes the roles' colours in that tone.
+Tone toneOf(Palette palette);
 
 /// What a palette sets on a control: a drawn control's property, or the two colours of a plain one.
 enum class ColorProperty {
@@ -65,7 +69,8 @@ QColor colorProperty(const QWidget& control, ColorProperty property);
 
 /// Paints the rows of `toplam` alone.
 void paintTotal(QWidget& screen, Palette palette);
-/// Paints all other rows, top to bottom. A control that the screen lacks is passed over.
+/// Paints all other rows, top to bottom, and then by their role the fields that the table doesn't name. A
+/// control that the screen lacks is passed over.
 void paintPalette(QWidget& screen, Palette palette);
 
 /// What the table holds for one control; the cell's last value. 0 where the palette leaves it alone.

@@ -43,6 +43,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int clockInterval = 100;  // milliseconds
+constexpr int emptyTicketRows = 2;  // the heading and the entry row
 constexpr int padCode = 8;          // the number pad's target: the barcode
 constexpr int clockMargin = 8;      // pixels
 
@@ -58,9 +59,10 @@ void SalesControls::setupUi(QWidget* screen) {
 
 satisekrani::satisekrani() {
     ui.setupUi(this);
-    ui.satisekrani1->setRows(2);
+    ui.satisekrani1->setRows(emptyTicketRows);
     ui.satisekrani1->setCols(6);
     sizeGrid();
+    countItems(emptyTicketRows);
     applyTextRoles(*this);
     // The total's size is a matter of its own length and of the screen, in points.
     QFont total = ui.toplam->font();
@@ -74,14 +76,17 @@ satisekrani::satisekrani() {
 satisekrani::~satisekrani() = default;
 
 void satisekrani::sizeGrid() {
-    // Barcode, quantity, price and total take what 13 digits and seven-figure amounts need; the name gets the
-    // rest.
+    // Each is as wide as the longest that is usual; the name gets the rest.
     VSFlexGrid& grid = *ui.satisekrani1;
-    grid.setColWidth(1, 138);
+    const QString amount = u"1.234.567,89"_s;
+    grid.setColSample(1, u"8888888888888"_s);
     grid.setColWidth(2, -1);
-    grid.setColWidth(3, 64);
-    grid.setColWidth(4, 88);
-    grid.setColWidth(5, 92);
+    grid.setColSample(3, u"88888888"_s);
+    grid.setColSample(4, amount);
+    grid.setColSample(5, amount);
+    grid.setEmptyState(
+        u":/icons/barcode.svg"_s, u"Satışa başlamak için barkodu okutun"_s,
+        {u"ya da barkodu yazıp ENTER’a basın, tuşa dokunun,"_s, u"ürünü ÜRÜN BUL ile arayın"_s});
 }
 
 void satisekrani::connectControls() {
@@ -112,7 +117,11 @@ void satisekrani::connectControls() {
     connectUnknownProduct();
     connectPriceCheck();
     connectQuickKeys();
-    connect(ui.ActiveResize1, &ActiveResize::resized, this, &satisekrani::placePanels);
+    connect(ui.ActiveResize1, &ActiveResize::resized, this, [this] {
+        placePanels();
+        equalizeCaptions(commandRow());
+    });
+    connect(ui.satisekrani1, &VSFlexGrid::rowsChanged, this, &satisekrani::countItems);
     for (vkFrame* panel : panels())
         panel->installEventFilter(this);
     ui.satisekrani1->installEventFilter(this);
@@ -156,6 +165,17 @@ void satisekrani::connectControls() {
     for (QLineEdit* number : {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi})
         keepGroups(*number);
     keepOnOneLine(*ui.urunadi);
+}
+
+std::array<DrawnButton*, 11> satisekrani::commandRow() const {
+    return {ui.kaydet,     ui.nakit,      ui.satisiptal, ui.fiyatgor,   ui.vkCommand2, ui.vkCommand3,
+            ui.urunbulmak, ui.vkCommand6, ui.vkCommand1, ui.vkCommand4, ui.kapat};
+}
+
+/// Tells beside the total how many lines it is the sum of.
+void satisekrani::countItems(int rows) {
+    const int items = rows - emptyTicketRows;
+    ui.toplam->setLabel(items > 0 ? u"TOPLAM · %1 kalem"_s.arg(items) : u"TOPLAM"_s);
 }
 
 /// Connects the keys of a control array, each by its index.

@@ -98,6 +98,8 @@ private:
     void connectQuickKeys();
     void pressKeys(const QString& array, void (satisekrani::*procedure)(int));
     QString panelKey(const QString& array, int index) const;
+    std::array<DrawnButton*, 11> commandRow() const;
+    void countItems(int rows);
     void showPanel(QWidget& panel);
     void placePanels();
     void panelChanges(const QObject& panel, QEvent::Type change);

@@ -7,6 +7,8 @@
 #include "rows.h"
 #include "runtime/screenregistry.h"
 #include "salestest.h"
+#include "widgets/face.h"
+#include "widgets/look.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -26,6 +28,12 @@ class LooksTest : public SalesTest {
     struct MoneyPaintsTheSubtractButtonRow {
         QByteArray tema;
         int palette;
+    };
+    struct FieldsFollowThePaletteRow {
+        Palette palette() const { return tema == "0" ? Palette::resim1 : Palette(tema.toInt() - 1); }
+
+        QByteArray tema;
+        Tone tone;
     };
 
     static QList<QColor> faceOf(const DrawnButton& button) {
@@ -149,6 +157,127 @@ private Q_SLOTS:
         m_shop->press(*m_shop->ui().Resim5);
         const QColor light(0xF0, 0xF0, 0xF0);
         QCOMPARE(faceOf(*m_shop->ui().vkCommand5), QList<QColor>({light, QColor(0xFF, 0xFF, 0), light, own}));
+    }
+
+    void theTotalTellsItsItems() {
+        vkToggleButton& total = *ui().toplam;
+        QCOMPARE(total.accessibleDescription(), u"TOPLAM"_s);
+        m_shop->scan(goods::bread);
+        m_shop->scan(goods::milk);
+        QCOMPARE(total.accessibleDescription(), u"TOPLAM · 2 kalem"_s);
+        m_shop->scan(goods::milk);  // one line more of the same is none
+        QCOMPARE(total.accessibleDescription(), u"TOPLAM · 2 kalem"_s);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(total.accessibleDescription(), u"TOPLAM"_s);
+    }
+
+    void moneyThatIsMissingIsTold() {
+        m_shop->scan(goods::bread);
+        QVERIFY(ui().kalan->isOwed());
+        m_shop->press(*ui().Resim6);
+        QVERIFY(ui().kalan->isOwed());
+        m_shop->press(*ui().Resim6);
+        QVERIFY(!ui().kalan->isOwed());
+        QVERIFY(!ui().verilen->isOwed());
+    }
+
+    void anEmptyTicketSaysHowToBegin() {
+        QVERIFY(grid().accessibleDescription().startsWith(u"Satışa başlamak için barkodu okutun"_s));
+        m_shop->scan(goods::bread);
+        QCOMPARE(grid().accessibleDescription(), QString());
+    }
+
+    void fieldsOfThePanelsFollowThePalette_data() {
+        addRows<FieldsFollowThePaletteRow>({{"resim1", {"0", Tone::light}},
+                                            {"resim2", {"2", Tone::light}},
+                                            {"resim3", {"3", Tone::dark}},
+                                            {"resim4", {"4", Tone::light}}});
+    }
+    void fieldsOfThePanelsFollowThePalette() {
+        QFETCH(const FieldsFollowThePaletteRow, row);
+        m_shop->writeConfig("[ayar]\r\ntema=" + row.tema + "\r\n");
+        unloadAllScreens();
+        for (const QLineEdit* field :
+             {ui().adetdegis, ui().fiyatdegis, ui().urunsatisi, ui().fiyargorbarkodu, ui().kisayolbarkod}) {
+            QCOMPARE(field->palette().color(QPalette::Base), roleColor(ColorRole::field, row.tone));
+            QCOMPARE(field->palette().color(QPalette::Text), roleColor(ColorRole::ink, row.tone));
+        }
+        QCOMPARE(ui().fiyargorfiyati->palette().color(QPalette::Base),
+                 roleColor(ColorRole::quietField, row.tone));
+        // The ticket and the picture of the pad go by the page.
+        QCOMPARE(toneOf(grid()), row.tone);
+        QCOMPARE(toneOf(*ui().Image4), row.tone);
+        // What the table names stays the table's.
+        QCOMPARE(ui().barkod->palette().color(QPalette::Base),
+                 colorOf(paletteColor(u"barkod"_s, ColorProperty::BackColor, row.palette())));
+    }
+
+    void theTicketHoldsWhatIsUsual_data() {
+        QTest::addColumn<QSize>("display");
+        for (const QSize size : {QSize(800, 600), QSize(1024, 768), QSize(1366, 768), QSize(1920, 1080)})
+            QTest::addRow("%dx%d", size.width(), size.height()) << size;
+    }
+    void theTicketHoldsWhatIsUsual() {
+        QFETCH(QSize, display);
+        satisekrani& sales = m_shop->sales();
+        sales.setWindowState(Qt::WindowNoState);
+        sales.resize(display);
+        QCoreApplication::processEvents();
+        QList<int> before;
+        for (int column = 1; column <= 5; ++column)
+            before.append(grid().letterSize(column));
+        // So many lines that the scroll bar takes its share.
+        grid().setRows(60);
+        const QStringList usual{u"8690504000013"_s, u"Rize Bardak Poşet Çay 100'lü"_s, u"12345678"_s,
+                                u"1.234.567,89"_s, u"1234567,89"_s};
+        for (int column = 1; column <= 5; ++column) {
+            grid().setTextMatrix(7, column, usual[column - 1]);
+            QCOMPARE(grid().letterSize(column), before[column - 1]);
+            QVERIFY(grid().letterSize(column) >= 11);
+        }
+        QVERIFY(grid().rowHeight() >= 32);
+    }
+
+    void theCommandsHaveOneCaptionSize_data() { theTicketHoldsWhatIsUsual_data(); }
+    void theCommandsHaveOneCaptionSize() {
+        QFETCH(QSize, display);
+        satisekrani& sales = m_shop->sales();
+        sales.setWindowState(Qt::WindowNoState);
+        sales.resize(display);
+        QCoreApplication::processEvents();
+        QSet<int> sizes;
+        for (DrawnButton* button : std::initializer_list<DrawnButton*>{
+                 ui().kaydet, ui().nakit, ui().satisiptal, ui().fiyatgor, ui().vkCommand2, ui().vkCommand3,
+                 ui().urunbulmak, ui().vkCommand6, ui().vkCommand1, ui().vkCommand4, ui().kapat})
+            sizes.insert(button->captionSize());
+        QCOMPARE(sizes.size(), 1);
+        QVERIFY2(*sizes.begin() >= 11, qPrintable(QString::number(*sizes.begin())));
+    }
+
+    // At the smallest of the usual displays a thumb still meets everything, and all letters can be read.
+    void nothingIsTooSmall() {
+        satisekrani& sales = m_shop->sales();
+        sales.setWindowState(Qt::WindowNoState);
+        sales.resize(800, 600);
+        QCoreApplication::processEvents();
+        QStringList small;
+        for (QWidget* control : sales.findChildren<QWidget*>()) {
+            if (!control->isVisible() || control->objectName().isEmpty() ||
+                control->objectName().startsWith(u"qt_"))
+                continue;
+            auto* button = qobject_cast<DrawnButton*>(control);
+            const bool shield = control == ui().korumaresmi || control == ui().korumaresmi2;
+            const bool target =
+                !shield && (qobject_cast<QAbstractButton*>(control) || qobject_cast<QLineEdit*>(control));
+            if (target && (control->width() < 40 || control->height() < 40))
+                small.append(
+                    u"%1 is %2x%3"_s.arg(control->objectName()).arg(control->width()).arg(control->height()));
+            if (button && !button->caption().isEmpty() && button->captionSize() < 11)
+                small.append(control->objectName() + u" is written in %1"_s.arg(button->captionSize()));
+            if (qobject_cast<QLabel*>(control) && control->font().pixelSize() < 11)
+                small.append(control->objectName() + u" is written too small");
+        }
+        QCOMPARE(small.join(u'\n'), QString());
     }
 
     void theThemeOnFileStandsAtStart_data() {

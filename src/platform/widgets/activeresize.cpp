@@ -12,6 +12,7 @@
 #include "widgets/drawnbutton.h"
 #include "widgets/drawnframe.h"
 #include "widgets/dtpicker.h"
+#include "widgets/fittedtext.h"
 #include "widgets/tdbgrid.h"
 #include "widgets/vsflexgrid.h"
 
@@ -34,6 +35,12 @@ int scaledTarget(int length, double scale) {
     return length >= target ? std::max(scaled, smallestTarget) : scaled;
 }
 
+/// A row of the ticket is pressed, too, but shows little where it gets as high as a button.
+int scaledRow(int height, double scale) {
+    constexpr int smallestRow = 32;
+    return std::max(scaledLength(height, scale), std::min(height, smallestRow));
+}
+
 bool isTarget(const QWidget& control) {
     return qobject_cast<const QAbstractButton*>(&control) || qobject_cast<const QLineEdit*>(&control) ||
            qobject_cast<const DTPicker*>(&control);
@@ -54,7 +61,9 @@ QSize scaledMaximum(QSize size, double scale) {
 }  // namespace
 
 ActiveResize::FontSize ActiveResize::FontSize::scaled(double scale) const {
-    return pixels > 0 ? FontSize{-1, std::max(1, scaledLength(pixels, scale))} : FontSize{points * scale, -1};
+    if (pixels <= 0)
+        return FontSize{points * scale, -1};
+    return FontSize{-1, std::max(scaledLength(pixels, scale), std::min(pixels, FittedText::smallestLegible))};
 }
 
 void ActiveResize::FontSize::applyTo(QFont& font) const {
@@ -249,7 +258,8 @@ void ActiveResize::scaleControl(QWidget& control, const ControlDesign& design) {
         return;
     QSize minimum = scaledMinimum(design.minimum, m_scale);
     if (isTarget(control))
-        minimum.setHeight(scaledTarget(design.minimum.height(), m_scale));
+        minimum = {scaledTarget(design.minimum.width(), m_scale),
+                   scaledTarget(design.minimum.height(), m_scale)};
     const QSize maximum = scaledMaximum(design.maximum, m_scale).expandedTo(minimum);
     if (control.minimumSize() != minimum)
         control.setMinimumSize(minimum);
@@ -258,7 +268,7 @@ void ActiveResize::scaleControl(QWidget& control, const ControlDesign& design) {
     if (auto* list = qobject_cast<TDBGrid*>(&control))
         list->setScale(m_scale);
     else if (auto* grid = qobject_cast<VSFlexGrid*>(&control))
-        grid->setRowHeight(scaledLength(design.rowHeight, m_scale));
+        grid->setRowHeight(scaledRow(design.rowHeight, m_scale));
     else if (auto* frame = qobject_cast<vkFrame*>(&control))
         frame->layOutTitle();
 }

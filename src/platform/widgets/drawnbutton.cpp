@@ -7,8 +7,10 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <tuple>
 
 #include "widgets/face.h"
@@ -23,22 +25,21 @@ constexpr int designTouchSize = 44;
 constexpr int smallestCommand = 7;  // pixels
 const QColor slotGrey(0x7C, 0x87, 0x94);
 const QColor slotRim(0x88, 0x94, 0xA2);
-constexpr double plusArm = 8.0;  // of a sign of 24, at the design size
+constexpr double lineShare = 1.4;  // what a line takes of the letters' size
+constexpr double plusArm = 8.0;    // of a sign of 24, at the design size
 
 }  // namespace
 
 // Where everything stands on the face, worked out anew only when something that it hangs on has changed.
 struct DrawnButton::Arrangement {
-    using Key =
-        std::tuple<QSizeF, QFont, int, QString, QString, Qt::Alignment, int, qint64, QSize, double, double>;
+    using Key = std::tuple<QSizeF, QFont, int, int, QString, QString, Qt::Alignment, int, qint64, QSize,
+                           double, double>;
 
     Key key;
     QRectF icon;
     QIcon shared;
     qint64 sharedOf = 0;  // the key of the icon that it was looked up for
     QPixmap iconPixmap;
-    QPixmap iconOutline;  // made when first painted
-    QColor iconOutlineTone;
     QRectF pill;
     FittedText caption;
     FittedText hint;
@@ -73,6 +74,7 @@ void DrawnButton::setCaption(const QString& text) {
         return;
     m_caption = text;
     nameAfterCaption();
+    captionChanged();
     update();
 }
 
@@ -277,8 +279,37 @@ QColor DrawnButton::ink() const {
     return m_forecolor;
 }
 
+QColor DrawnButton::rim(const QColor& top, const QColor& bottom) const {
+    return borderFor(top, bottom);
+}
+
 double DrawnButton::cornerRadius() const {
     return std::min(designRadius * designScale(*this), std::min(width(), height()) / 3.0);
+}
+
+void DrawnButton::setLargestCaption(int pixels) {
+    if (m_largestCaption == pixels)
+        return;
+    m_largestCaption = pixels;
+    update();
+}
+
+int DrawnButton::captionSize() {
+    arrange();
+    return m_arrangement->caption.pixelSize();
+}
+
+int DrawnButton::fittingCaptionSize() {
+    const QScopedValueRollback unlimited(m_largestCaption, 0);
+    return captionSize();
+}
+
+void equalizeCaptions(std::span<DrawnButton* const> row) {
+    int smallest = std::numeric_limits<int>::max();
+    for (DrawnButton* button : row)
+        smallest = std::min(smallest, button->fittingCaptionSize());
+    for (DrawnButton* button : row)
+        button->setLargestCaption(smallest);
 }
 
 void DrawnButton::fitCaption(const QRectF& box, int wanted) {
@@ -289,22 +320,23 @@ void DrawnButton::fitCaption(const QRectF& box, int wanted) {
 void DrawnButton::arrange() {
     const double scale = designScale(*this);
     const double ratio = devicePixelRatioF();
-    Arrangement::Key key(size(), font(), m_fontsize, m_caption, m_keyHint, m_captionAlignment, m_captionLines,
-                         icon().cacheKey(), iconSize(), scale, ratio);
+    Arrangement::Key key(size(), font(), m_fontsize, m_largestCaption, m_caption, m_keyHint,
+                         m_captionAlignment, m_captionLines, icon().cacheKey(), iconSize(), scale, ratio);
     if (m_arrangement->key == key)
         return;
     m_arrangement->key = std::move(key);
 
     Arrangement& parts = *m_arrangement;
-    const int wanted = m_fontsize > 0 ? std::max(1, m_fontsize * logicalDpiY() / 72)
-                                      : FittedText::pixelSizeOf(font(), logicalDpiY());
+    const int unlimited = m_fontsize > 0 ? std::max(1, m_fontsize * logicalDpiY() / 72)
+                                         : FittedText::pixelSizeOf(font(), logicalDpiY());
+    const int wanted = m_largestCaption > 0 ? std::min(unlimited, m_largestCaption) : unlimited;
     const double paddingX = std::min(8 * scale, width() / 8.0);
     const double paddingY = std::min(5 * scale, height() / 10.0);
-    QRectF box = QRectF(rect()).adjusted(paddingX, paddingY, -paddingX, -paddingY);
+    QRectF box =
+        QRectF(rect()).adjusted(paddingX, paddingY, -paddingX, -paddingY).marginsRemoved(captionMargins());
 
     parts.icon = {};
     parts.iconPixmap = {};
-    parts.iconOutline = {};
     if (!icon().isNull() && box.width() >= 1 && box.height() >= 1) {
         const bool alone = m_caption.trimmed().isEmpty();
         const QSizeF given = QSizeF(iconSize()) * scale;
@@ -329,9 +361,12 @@ void DrawnButton::arrange() {
             parts.icon.moveCenter(box.center());
         } else if (above) {
             // Icon and caption together stand in the middle of the face.
+            QFont letters = font();
+            letters.setPixelSize(wanted);
+            const int lines =
+                QFontMetricsF(letters).horizontalAdvance(m_caption.trimmed()) > box.width() ? 2 : 1;
             const double textHeight =
-                std::min(box.height() - real.height(),
-                         low ? 1.5 * wanted : 1.25 * wanted * (width() < 8 * wanted ? 2 : 1));
+                std::min(box.height() - real.height(), low ? 1.5 * wanted : lineShare * wanted * lines);
             const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
             parts.icon.moveTopLeft(QPointF(box.center().x() - real.width() / 2, top));
             box.setTop(parts.icon.bottom());
@@ -360,13 +395,13 @@ void DrawnButton::arrange() {
         }
         return;
     }
-    const int hintSize =
-        std::clamp(wanted * 6 / 10, static_cast<int>(10 * scale), static_cast<int>(16 * scale));
+    const int hintSize = std::clamp(wanted * 6 / 10, FittedText::smallestLegible,
+                                    std::max(FittedText::smallestLegible, static_cast<int>(16 * scale)));
     QFont hintFont = font();
     hintFont.setPixelSize(std::max(1, hintSize));
     const QFontMetricsF metrics(hintFont);
     const double pillHeight = metrics.height() + 1;
-    const double pillWidth = std::max(pillHeight, metrics.horizontalAdvance(m_keyHint) + 0.9 * hintSize);
+    const double pillWidth = std::max(pillHeight, metrics.horizontalAdvance(m_keyHint) + 0.7 * hintSize);
     const double inset = 5 * scale;
     const bool iconAtLeft = !parts.icon.isNull() && parts.icon.left() < inset + pillWidth;
     const bool atRight = iconAtLeft || m_captionAlignment.testFlag(Qt::AlignLeft);
@@ -397,9 +432,9 @@ DrawnButton::State DrawnButton::state() const {
     const bool onDark = standsOnDark(*this);
     const Tone tone = onDark ? Tone::dark : Tone::light;
     if (isEnabled()) {
-        const QColor rim =
-            m_look == FaceRole::none ? borderFor(top, bottom) : kovanix::faceColors(m_look, tone).rim;
-        return {top, bottom, rim, ink(), true, pressed};
+        const QColor border =
+            m_look == FaceRole::none ? rim(top, bottom) : kovanix::faceColors(m_look, tone).rim;
+        return {top, bottom, border, ink(), true, pressed};
     }
     if (m_look != FaceRole::none) {
         const QColor offTop = roleColor(ColorRole::disabledTop, tone);
@@ -433,19 +468,6 @@ void DrawnButton::paintIcon(QPainter& painter, const State& state) {
     Arrangement& parts = *m_arrangement;
     if (parts.iconPixmap.isNull())
         return;
-    const QColor outline = outlineAt(state, parts.icon, legible);
-    if (outline.isValid()) {
-        const QColor tone = outline.rgb();
-        if (parts.iconOutline.isNull() || parts.iconOutlineTone != tone) {
-            const QPixmap shape = inColor(parts.iconPixmap, tone);
-            parts.iconOutline = outlinePixmap(parts.icon.size(), shape.devicePixelRatio(), tone,
-                                              [&](QPainter& on) { on.drawPixmap(QPointF(0, 0), shape); });
-            parts.iconOutlineTone = tone;
-        }
-        painter.setOpacity(outline.alphaF());
-        painter.drawPixmap(parts.icon.topLeft() - QPointF(outlineMargin, outlineMargin), parts.iconOutline);
-        painter.setOpacity(1);
-    }
     painter.drawPixmap(parts.icon.topLeft(), inColor(parts.iconPixmap, state.ink));
 }
 
@@ -476,7 +498,8 @@ void DrawnButton::paintEvent(QPaintEvent*) {
 
     const State now = state();
     const double radius = cornerRadius();
-    paintFace(painter, QRectF(rect()), radius, now.top, now.bottom, now.border, now.enabled && !now.pressed);
+    paintFace(painter, QRectF(rect()), radius, now.top, now.bottom, now.border,
+              isLit() && now.enabled && !now.pressed);
     // Some themes give both states the same colours: the shade shows the press all the same.
     if (now.pressed && now.enabled)
         paintPressedShade(painter, QRectF(rect()), radius);

@@ -2,7 +2,9 @@
 
 #include <QBasicTimer>
 #include <QColor>
+#include <QMarginsF>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "widgets/look.h"
@@ -13,8 +15,9 @@ namespace kovanix {
 /// A button that paints itself: a rounded face with a vertical gradient from backcolor1 to backcolor2 (while
 /// pressed from backcolorpushed1 to backcolorpushed2), the caption in forecolor, an optional icon, a focus
 /// ring that can be seen from arm's length, and a disabled state that can't be taken for an enabled one.
-/// Where the face behind caption, icon or key hint comes too near to forecolor, a thin outline keeps them
-/// legible; the colours themselves are painted as they were set.
+/// Where the face behind the caption comes too near to forecolor, a thin outline keeps it legible, and a
+/// ground of its own the key hint; the colours themselves are painted as they were set. Icons have no
+/// outline: the caption says what they show.
 ///
 /// An icon stands where iconPlace says; its iconSize is in design pixels and grows with the resizing
 /// container, never beyond the face. The size hint doesn't depend on the caption, so that no change of a text
@@ -85,6 +88,13 @@ public:
     int fontsize() const { return m_fontsize; }
     void setFontsize(int points);
 
+    /// The size in pixels that the caption is painted in, where nothing but its own room limits it.
+    int fittingCaptionSize();
+    /// The largest size in pixels that the caption is painted in; 0 (the start value) for no limit.
+    void setLargestCaption(int pixels);
+    /// The size in pixels that the caption is painted in.
+    int captionSize();
+
     /// Takes the icon from a file, as sharedIcon does.
     const QString& iconFile() const { return m_iconFile; }
     void setIconFile(const QString& path);
@@ -129,6 +139,14 @@ protected:
     virtual std::pair<QColor, QColor> faceColors(bool pressed) const;
     /// What an enabled control's caption, icon and key hint are painted in.
     virtual QColor ink() const;
+    /// The rim of a face of those two colours, where it has no role.
+    virtual QColor rim(const QColor& top, const QColor& bottom) const;
+    /// Whether an enabled face that isn't pressed is lit along its upper edge.
+    virtual bool isLit() const { return true; }
+    /// What the caption leaves free at the face's edges besides the usual padding, in pixels.
+    virtual QMarginsF captionMargins() const { return {}; }
+    /// The caption is another one now.
+    virtual void captionChanged() {}
     double cornerRadius() const;
 
 private:
@@ -153,6 +171,7 @@ private:
     QColor m_backcolorpushed2;
     QColor m_forecolor;
     int m_fontsize = 0;
+    int m_largestCaption = 0;
     QString m_iconFile;
     IconPlace m_iconPlace = IconPlace::byHeight;
     bool m_iconAtEdge = false;
@@ -165,6 +184,9 @@ private:
     QString m_givenName;  // the accessible name that follows the caption or tip
     std::unique_ptr<Arrangement> m_arrangement;
 };
+
+/// Gives the captions of a row of buttons one size: the smallest of those that fit each by itself.
+void equalizeCaptions(std::span<DrawnButton* const> row);
 
 /// The command button of the drawn family.
 class vkCommand : public DrawnButton {

@@ -66,7 +66,7 @@ void vkFrame::setColor(QColor& member, const QColor& color) {
 
 void vkFrame::setLook(FrameRole role) {
     m_look = role;
-    if (role == FrameRole::none)
+    if (role == FrameRole::none || role == FrameRole::ring)
         return;
     if (role == FrameRole::backdrop) {
         setBackcolor1(roleColor(ColorRole::backdropTop));
@@ -248,7 +248,8 @@ void vkFrame::paintEvent(QPaintEvent*) {
     }
     const double radius =
         std::min(m_cornerRadius * designScale(*this), std::min(bounds.width(), bounds.height()) / 3);
-    paintFace(painter, bounds, radius, m_backcolor1, m_backcolor2, m_bordercolor, false);
+    paintFace(painter, bounds, radius, m_backcolor1, m_backcolor2,
+              m_look == FrameRole::ring ? m_backcolor1 : m_bordercolor, false);
     if (!m_caption.isEmpty())
         paintTitle(painter, bounds, radius);
     if (m_borderWidth > 1) {

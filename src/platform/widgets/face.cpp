@@ -15,7 +15,7 @@ namespace {
 
 const QColor disabledGround(0xEE, 0xF1, 0xF5);
 const QColor disabledGroundOnDark(0x50, 0x54, 0x5A);
-constexpr double faintestOutline = 0.2;
+constexpr double faintestOutline = 0.5;
 constexpr double strongestOutline = 0.85;
 
 // The share of light in each of a channel's 256 values; every painting asks several times.
@@ -45,6 +45,27 @@ double leastOver(const QColor& from, const QColor& to, const Measure& measure) {
     for (int i = 1; i <= steps && from != to; ++i)
         least = std::min(least, measure(mixed(from, to, static_cast<double>(i) / steps)));
     return least;
+}
+
+/// A shade of a coloured ink that stands out where the ink itself doesn't; invalid where none does or where
+/// it would hardly be a shade of it any more. Of greys there is none: black and white are outlined by each
+/// other.
+QColor shadeOf(const QColor& ink, const QColor& from, const QColor& to, double wanted) {
+    constexpr int leastSaturation = 60;
+    constexpr double deepest = 0.6;
+    constexpr double step = 0.05;
+    if (ink.hsvSaturation() < leastSaturation)
+        return {};
+    for (const QColor& towards : {QColor(Qt::black), QColor(Qt::white)}) {
+        for (double share = step; share <= deepest; share += step) {
+            const QColor shade = mixed(ink, towards, share);
+            if (leastOver(from, to, [&](const QColor& face) {
+                    return std::max(contrast(ink, face), contrast(shade, face));
+                }) >= wanted)
+                return shade;
+        }
+    }
+    return {};
 }
 
 }  // namespace
@@ -99,6 +120,8 @@ QColor inkOn(const QColor& wanted, const QColor& from, const QColor& to) {
 QColor outlineFor(const QColor& ink, const QColor& from, const QColor& to, double wanted) {
     if (contrastOver(ink, from, to) >= wanted)
         return {};
+    if (const QColor shade = shadeOf(ink, from, to, std::max(wanted, legible)); shade.isValid())
+        return shade;
     QColor outline = blackOrWhite(ink);
     // Glyphs are told from the outline or, where their colour lies between the two, the outline from the
     // face. It is as strong as the worst place needs it and so stays quiet on all others.
@@ -112,26 +135,6 @@ QColor outlineFor(const QColor& ink, const QColor& from, const QColor& to, doubl
     while (strength < strongestOutline && reached(strength) < wanted)
         strength += 0.05;
     outline.setAlphaF(static_cast<float>(std::min(strength, strongestOutline)));
-    return outline;
-}
-
-QPixmap outlinePixmap(const QSizeF& size, double ratio, const QColor& tone,
-                      const std::function<void(QPainter&)>& paintShape) {
-    static constexpr std::array<QPointF, 8> around{QPointF(-1, -1), QPointF(0, -1), QPointF(1, -1),
-                                                   QPointF(-1, 0),  QPointF(1, 0),  QPointF(-1, 1),
-                                                   QPointF(0, 1),   QPointF(1, 1)};
-    const QSizeF whole(size.width() + 2 * outlineMargin, size.height() + 2 * outlineMargin);
-    QPixmap outline((whole * ratio).toSize());
-    outline.setDevicePixelRatio(ratio);
-    outline.fill(Qt::transparent);
-    QPainter painter(&outline);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    painter.setPen(tone);
-    for (const QPointF& offset : around) {
-        painter.resetTransform();
-        painter.translate(QPointF(outlineMargin, outlineMargin) + offset);
-        paintShape(painter);
-    }
     return outline;
 }
 

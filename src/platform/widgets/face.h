@@ -4,7 +4,6 @@
 #include <QColor>
 #include <QPixmap>
 #include <QRectF>
-#include <functional>
 
 #include "widgets/look.h"
 
@@ -44,17 +43,10 @@ QColor blackOrWhite(const QColor& ground);
 /// The wanted ink where it is legible all over a face, else black or white.
 QColor inkOn(const QColor& wanted, const QColor& from, const QColor& to);
 
-/// What is painted around glyphs that don't stand out everywhere on the face behind them: black or white, no
-/// stronger than it takes to reach the wanted contrast. Invalid where the glyphs reach it by themselves.
+/// What is painted around glyphs that don't stand out everywhere on the face behind them: a darker or lighter
+/// shade of a coloured ink where that does, else black or white, no stronger than it takes to reach the
+/// wanted contrast. Invalid where the glyphs reach it by themselves.
 QColor outlineFor(const QColor& ink, const QColor& from, const QColor& to, double wanted);
-
-/// The outline of a shape, one pixel wide and opaque, to be kept and painted in any strength.
-/// @param size  what the shape takes, in device independent pixels; the outline reaches beyond it by
-/// outlineMargin
-/// @param paintShape  paints the shape in `tone`, its upper left corner at the origin
-QPixmap outlinePixmap(const QSizeF& size, double ratio, const QColor& tone,
-                      const std::function<void(QPainter&)>& paintShape);
-constexpr int outlineMargin = 2;
 
 /// An icon is a shape: the same one in another colour, so that it can be seen on every face.
 QPixmap inColor(QPixmap shape, const QColor& color);

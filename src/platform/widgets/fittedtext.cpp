@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPen>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "widgets/face.h"
@@ -197,22 +198,30 @@ void FittedText::place() {
     }
 }
 
+/// The letters themselves, a pixel to each side: the line around them is as sharp as they are.
 void FittedText::paintOutline(QPainter& painter, const QColor& outline) const {
+    constexpr std::array<QPointF, 4> around{QPointF(0, -1), QPointF(-1, 0), QPointF(1, 0), QPointF(0, 1)};
+    constexpr double margin = 2;
     const double ratio = painter.device()->devicePixelRatioF();
     // On whole pixels, where the glyphs stand too.
-    const QPointF corner(std::floor(m_bounds.left()), std::floor(m_bounds.top()));
-    const QSizeF size(std::ceil(m_bounds.right()) - corner.x(), std::ceil(m_bounds.bottom()) - corner.y());
-    if (size.isEmpty())
-        return;
+    const QPointF corner(std::floor(m_bounds.left() - margin), std::floor(m_bounds.top() - margin));
+    const QSizeF size(std::ceil(m_bounds.right() + margin) - corner.x(),
+                      std::ceil(m_bounds.bottom() + margin) - corner.y());
     const QColor tone = outline.rgb();
     if (m_outline.isNull() || m_outline.devicePixelRatio() != ratio || m_outlineTone != tone.rgb()) {
-        m_outline =
-            outlinePixmap(size, ratio, tone, [&](QPainter& onPixmap) { m_layout->draw(&onPixmap, -corner); });
+        m_outline = QPixmap((size * ratio).toSize());
+        m_outline.setDevicePixelRatio(ratio);
+        m_outline.fill(Qt::transparent);
         m_outlineTone = tone.rgb();
+        QPainter letters(&m_outline);
+        letters.setRenderHint(QPainter::TextAntialiasing);
+        letters.setPen(tone);
+        for (const QPointF& offset : around)
+            m_layout->draw(&letters, offset - corner);
     }
     const double before = painter.opacity();
     painter.setOpacity(before * outline.alphaF());
-    painter.drawPixmap(corner - QPointF(outlineMargin, outlineMargin), m_outline);
+    painter.drawPixmap(corner, m_outline);
     painter.setOpacity(before);
 }
 

@@ -13,8 +13,7 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 namespace {
 
-// Shares of the ordinary size: two lines of a name fit into a row, and a number can still be read.
-constexpr double nameInTwoLines = 0.84;
+// A share of the ordinary size at which a number can still be read.
 constexpr double smallestNumber = 0.6;
 constexpr int smallestGlyphs = 6;
 // A name is read, not only recognised.
@@ -30,23 +29,32 @@ QFont smallerFont(const QFont& ordinary, double share, int floor) {
     return smaller;
 }
 
-QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width) {
-    if (metrics.horizontalAdvance(text) <= width)
-        return text;
-    const QChar sign = u'#';
-    return QString(std::max(1, width / metrics.horizontalAdvance(sign)), sign);
-}
-
 /// Whether a blank stands between a number and the unit that ends the name: "400 g" stays together.
 bool holdsUnit(const QString& text, qsizetype blank) {
     return blank > 0 && text[blank - 1].isDigit() && text.indexOf(u' ', blank + 1) < 0;
+}
+
+/// The blank at which a name breaks so that both of its lines are whole: the last such, but one that parts a
+/// number from its unit only where there is no other. -1 where no blank does.
+qsizetype wholeBreak(const QString& text, const QFontMetrics& metrics, int width) {
+    qsizetype parting = -1;
+    qsizetype best = -1;
+    for (qsizetype blank = text.indexOf(u' '); blank >= 0; blank = text.indexOf(u' ', blank + 1)) {
+        if (metrics.horizontalAdvance(text.left(blank)) > width)
+            break;
+        if (metrics.horizontalAdvance(text.mid(blank + 1)) <= width)
+            (holdsUnit(text, blank) ? parting : best) = blank;
+    }
+    return best >= 0 ? best : parting;
 }
 
 /// A second line that is still too long loses its middle, since sizes stand at the end of names.
 QString inTwoLines(const QString& text, const QFontMetrics& metrics, int width) {
     if (metrics.horizontalAdvance(text) <= width)
         return text;
-    qsizetype end = -1;
+    qsizetype end = wholeBreak(text, metrics, width);
+    if (end >= 0)
+        return text.left(end) + u'\n' + text.mid(end + 1);
     for (qsizetype blank = text.indexOf(u' '); blank >= 0; blank = text.indexOf(u' ', blank + 1)) {
         if (metrics.horizontalAdvance(text.left(blank)) > width)
             break;
@@ -63,16 +71,6 @@ bool isFigures(const QString& text) {
     return std::all_of(text.begin(), text.end(), [](QChar letter) {
         return letter.isDigit() || QStringView(u" .:,-/+()").contains(letter);
     });
-}
-
-/// Line ends would break the two lines that there is room for.
-QString onOneLine(const QString& text) {
-    QString line = text.size() > mostGlyphs ? text.left(mostGlyphs) + QChar(0x2026) : text;
-    for (QChar& letter : line) {
-        if (letter.isSpace() || letter == QChar::LineSeparator || letter == QChar::ParagraphSeparator)
-            letter = u' ';
-    }
-    return line;
 }
 
 QPen signPen(const QColor& color, double width) {
@@ -92,6 +90,42 @@ void paintSign(QPainter& painter, const QRectF& box, const Paint& paint) {
 }
 
 }  // namespace
+
+QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width) {
+    if (metrics.horizontalAdvance(text) <= width)
+        return text;
+    const QChar sign = u'#';
+    return QString(std::max(1, width / metrics.horizontalAdvance(sign)), sign);
+}
+
+// Line ends would break the two lines that there is room for.
+QString onOneLine(const QString& text) {
+    QString line = text.size() > mostGlyphs ? text.left(mostGlyphs) + QChar(0x2026) : text;
+    for (QChar& letter : line) {
+        if (letter.isSpace() || letter == QChar::LineSeparator || letter == QChar::ParagraphSeparator)
+            letter = u' ';
+    }
+    return line;
+}
+
+bool fitsOnTwoLines(const QString& text, const QFontMetrics& metrics, int width) {
+    return metrics.horizontalAdvance(text) <= width || wholeBreak(text, metrics, width) >= 0;
+}
+
+void paintName(QPainter& painter, const QRect& cell, const QString& name) {
+    // The two lines belong together: closer to each other than to the rows above and below.
+    constexpr double lineShare = 1.15;
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QStringList lines = inTwoLines(onOneLine(name), metrics, cell.width()).split(u'\n');
+    const int apart = static_cast<int>(std::lround(painter.font().pixelSize() * lineShare));
+    const int block = metrics.height() + apart * static_cast<int>(lines.size() - 1);
+    QRect place(cell.left(), cell.top() + (cell.height() - block + 1) / 2, cell.width(), metrics.height());
+    for (const QString& line : lines) {
+        painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                         line);
+        place.translate(0, apart);
+    }
+}
 
 void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment horizontal,
                    CellText kind) {

@@ -5,6 +5,7 @@
 
 #include "widgets/look.h"
 
+class QFontMetrics;
 class QPainter;
 
 namespace kovanix {
@@ -15,11 +16,27 @@ namespace kovanix {
 /// not enough, since one that lost its end would be another number; a code keeps its size and loses its end.
 enum class CellText { name, number, code };
 
+/// How large the letters of a name that takes two lines are, beside those of one line.
+constexpr double nameInTwoLines = 0.84;
+
 /// Paints a text on one line of the cell, fitted to its width, in the painter's font and pen.
 /// @param cell  the room of the glyphs, padding taken off
 /// @param horizontal  Qt::AlignLeft, Qt::AlignRight or Qt::AlignHCenter
 void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment horizontal,
                    CellText kind);
+
+/// Paints a name on one line of the cell or on two, in the painter's font and pen. What two lines don't hold
+/// loses its middle.
+void paintName(QPainter& painter, const QRect& cell, const QString& name);
+
+/// Whether a name that breaks in one place, at a blank, stands whole on two lines of that width.
+bool fitsOnTwoLines(const QString& text, const QFontMetrics& metrics, int width);
+
+/// The number, or "###" where the number would lose a digit in that width.
+QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width);
+
+/// A text as a cell shows it: on one line, and no longer than any cell has room for.
+QString onOneLine(const QString& text);
 
 /// The style sheet of a vertical scroll bar that is wide enough for a thumb. A bar that is disabled, because
 /// there is nothing to scroll, shows its track and no thumb.

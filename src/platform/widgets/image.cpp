@@ -136,7 +136,10 @@ void Image::paintPicture(QPainter& painter) {
         painter.setOpacity(0.62);
     else if (underMouse())
         painter.setOpacity(0.86);
-    painter.drawPixmap(corner, m_rendered);
+    // What is drawn dark, for the light face, is hardly seen on the dark one.
+    const bool onDarkFace = m_look == FaceRole::light && standsOnDark(*this);
+    painter.drawPixmap(corner,
+                       onDarkFace ? inColor(m_rendered, faceColors(m_look, Tone::dark).ink) : m_rendered);
 }
 
 // A press of another button must not reach what lies behind the picture.

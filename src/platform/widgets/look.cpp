@@ -64,6 +64,7 @@ constexpr std::array table{
     RoleColors{ColorRole::honey, 0xF2A51F, 0xF2A51F},
     RoleColors{ColorRole::success, 0x1B673A, 0x7BD49B},
     RoleColors{ColorRole::danger, 0xA92E2E, 0xFF9A9A},
+    RoleColors{ColorRole::owed, 0xC62828, 0xC62828},
     RoleColors{ColorRole::windowRim, 0x1F2D3D, 0x5B6470},
     RoleColors{ColorRole::disabledTop, 0xE9EDF2, 0x454B53},
     RoleColors{ColorRole::disabledBottom, 0xDFE4EB, 0x3E444B},
@@ -102,6 +103,9 @@ constexpr std::array faces{
     FaceRow{FaceRole::key2, 0xD3DCE8, 0xAEBCCD, 0x9FAEC1, 0xB5C1D0, 0x8495AA, 0x8495AA, 0x1B2636},
     FaceRow{FaceRole::toggle, 0x647186, 0x515D6F, 0x2A72E5, 0x1A5CCB, 0x414B5A, 0x7D8998, 0xFFFFFF},
 };
+
+constexpr FaceRow lightOnDark{FaceRole::light, 0x555C66, 0x434950, 0x343940,
+                              0x3B4149,        0x8994A1, 0x8994A1, 0xF2F5F8};
 
 struct TextRole {
     QStringView name;
@@ -150,7 +154,7 @@ constexpr std::array texts{
     TextRole{u"entryLabel", 16, QFont::DemiBold},
     TextRole{u"digit", 24, QFont::Medium},
     TextRole{u"caption", 13, QFont::DemiBold},  // above a field or an amount
-    TextRole{u"amountCaption", 13, QFont::DemiBold, {8, 3, 8, 1}},
+    TextRole{u"ticket", 15, QFont::Normal},
     TextRole{u"corner", 11, QFont::DemiBold},
     TextRole{u"clock", 20, QFont::DemiBold},
     TextRole{u"amount", 26, QFont::DemiBold},
@@ -188,12 +192,13 @@ QColor roleColor(ColorRole role, Tone tone) {
 FaceColors faceColors(FaceRole role, Tone tone) {
     if (role == FaceRole::none)
         return {};
-    const FaceRow& row = faces[static_cast<size_t>(role) - 1];
+    const bool dark = tone == Tone::dark;
+    const FaceRow& row = dark && role == FaceRole::light ? lightOnDark : faces[static_cast<size_t>(role) - 1];
     return {QColor::fromRgb(row.top),
             QColor::fromRgb(row.bottom),
             QColor::fromRgb(row.pressedTop),
             QColor::fromRgb(row.pressedBottom),
-            QColor::fromRgb(tone == Tone::light ? row.rim : row.rimOnDark),
+            QColor::fromRgb(dark ? row.rimOnDark : row.rim),
             QColor::fromRgb(row.ink)};
 }
 

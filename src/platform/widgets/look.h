@@ -55,6 +55,7 @@ enum class ColorRole {
     honey,  ///< brand, edit mode, progress
     success,
     danger,  ///< words of danger
+    owed,    ///< rim and mark of an amount that is still owed, white ink
     windowRim,
     disabledTop,
     disabledBottom,
@@ -92,7 +93,8 @@ struct FaceColors {
     QColor ink;
 };
 
-/// The colours of a face; FaceRole::none has none. Only the rim follows the tone of the page.
+/// The colours of a face; FaceRole::none has none. On a dark page the rims are lighter and the light face is
+/// dark; all other faces stay.
 FaceColors faceColors(FaceRole role, Tone tone = Tone::light);
 
 /// What a frame is for.
@@ -104,6 +106,7 @@ enum class FrameRole {
     backdrop,  ///< a dark ground that fills its place to the edges
     adds,      ///< a card in which a record is added
     edits,     ///< a card in which a record is changed
+    ring,      ///< the rim of what it holds: its own rim has its ground's colour
     window,    ///< a small window, to its edges: a card with a title strip as high as a touch
 };
 

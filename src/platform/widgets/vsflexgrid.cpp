@@ -2,7 +2,6 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
@@ -19,10 +18,13 @@ namespace {
 
 constexpr int badIndex = 381;
 constexpr int startCount = 2;
-constexpr int cellPadding = 10;
+// At the design size.
+constexpr int cellPadding = 6;
+constexpr int firstPadding = 10;
 constexpr int firstNumberColumn = 3;
 // What is kept for the columns that take the rest, where the others ask for more than there is.
 constexpr double smallestRest = 0.2;
+constexpr double largestShareOfRow = 0.62;
 
 [[noreturn]] void throwBadIndex() {
     throw RuntimeError(badIndex, u"Invalid property array index"_s, u"VSFlexGrid"_s);
@@ -38,19 +40,9 @@ VSFlexGrid::VSFlexGrid(QWidget* parent) : QAbstractScrollArea(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setFrameStyle(static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    verticalScrollBar()->setStyleSheet(scrollBarStyle());
-    QPalette colors = palette();
-    colors.setColor(QPalette::Base, roleColor(ColorRole::card));
-    colors.setColor(QPalette::AlternateBase, roleColor(ColorRole::zebra));
-    colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
-    colors.setColor(QPalette::Button, roleColor(ColorRole::heading));
-    colors.setColor(QPalette::ButtonText, roleColor(ColorRole::headingInk));
-    colors.setColor(QPalette::Highlight, roleColor(ColorRole::focus));
-    colors.setColor(QPalette::Midlight, roleColor(ColorRole::rowLine));
-    colors.setColor(QPalette::WindowText, roleColor(ColorRole::edge));
-    setPalette(colors);
-    // Every pixel is painted by us.
-    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    // The corners are the page's, and so the page is painted behind the rows.
+    viewport()->setAutoFillBackground(false);
+    dressScrollBar();
     setCols(startCount);
     setRows(startCount);
 }
@@ -85,10 +77,12 @@ void VSFlexGrid::setRows(int count) {
     if (count == before)
         return;
     const QRect changed = bodyBelow(std::min(before, count) - 1);
+    for (int row = std::max(1, count); row < before; ++row)
+        countRow(row, false);
     m_cells.resize(static_cast<size_t>(count), std::vector<QString>(m_columns.size()));
     m_row = std::clamp(m_row, 0, std::max(0, count - 1));
-    updateScrollBar();
     viewport()->update(changed);
+    rowsCameOrWent();
 }
 
 void VSFlexGrid::setCols(int count) {
@@ -99,8 +93,12 @@ void VSFlexGrid::setCols(int count) {
     for (std::vector<QString>& line : m_cells)
         line.resize(static_cast<size_t>(count));
     for (int column = cols(); column < count; ++column)
-        m_columns.push_back({-1, startAlignment(column)});
+        m_columns.push_back({-1, startAlignment(column), {}});
     m_columns.resize(static_cast<size_t>(count));
+    m_texts.resize(static_cast<size_t>(count));
+    m_letterSizes.assign(static_cast<size_t>(count), 0);
+    for (int column = 0; column < count; ++column)
+        recountColumn(column);
     m_col = std::clamp(m_col, 0, std::max(0, count - 1));
     columnsChanged();
 }
@@ -115,13 +113,19 @@ void VSFlexGrid::setTextMatrix(int row, int column, const QString& text) {
     QString& cell = m_cells[static_cast<size_t>(row)][static_cast<size_t>(column)];
     if (cell == text)
         return;
+    if (row > 0)
+        countCell(column, cell, false);
     cell = text;
+    if (row > 0)
+        countCell(column, cell, true);
     updateRow(row);
 }
 
 void VSFlexGrid::clear() {
     for (std::vector<QString>& line : m_cells)
         std::fill(line.begin(), line.end(), QString());
+    for (int column = 0; column < cols(); ++column)
+        recountColumn(column);
     viewport()->update();
 }
 
@@ -131,10 +135,11 @@ void VSFlexGrid::removeItem(int row) {
     if (row == 0)
         throwBadIndex();
     const QRect changed = bodyBelow(row - 1);
+    countRow(row, false);
     m_cells.erase(m_cells.begin() + row);
     m_row = std::min(m_row, rows() - 1);
-    updateScrollBar();
     viewport()->update(changed);
+    rowsCameOrWent();
 }
 
 void VSFlexGrid::setRow(int row) {
@@ -179,7 +184,84 @@ void VSFlexGrid::setColAlignment(int column, Qt::Alignment alignment) {
     if (target.alignment == alignment)
         return;
     target.alignment = alignment;
+    recountColumn(column);
     viewport()->update();
+}
+
+void VSFlexGrid::setColSample(int column, const QString& widest) {
+    checkColumn(column);
+    m_columns[static_cast<size_t>(column)].sample = widest;
+    recountColumn(column);
+    columnsChanged();
+}
+
+bool VSFlexGrid::holdsNames(int column) const {
+    const Column& asked = m_columns[static_cast<size_t>(column)];
+    return asked.sample.isEmpty() && !asked.alignment.testFlag(Qt::AlignRight);
+}
+
+int VSFlexGrid::ordinarySize() const {
+    const int wanted = FittedText::pixelSizeOf(font(), logicalDpiY());
+    return std::max(1, std::min(wanted, static_cast<int>(m_rowHeight * largestShareOfRow)));
+}
+
+int VSFlexGrid::letterSize(int column) const {
+    checkColumn(column);
+    layOutColumns();
+    int& size = m_letterSizes[static_cast<size_t>(column)];
+    if (size == 0) {
+        const int ordinary = ordinarySize();
+        const int smallest = std::min(FittedText::smallestLegible, ordinary);
+        const int largest = holdsNames(column)
+                                ? std::max(smallest, static_cast<int>(std::lround(ordinary * nameInTwoLines)))
+                                : ordinary;
+        size =
+            m_texts[static_cast<size_t>(column)].letterSize(textRoom(0, column).width(), largest, smallest);
+    }
+    return size;
+}
+
+void VSFlexGrid::recountColumn(int column) {
+    ColumnTexts& texts = m_texts[static_cast<size_t>(column)];
+    texts.reset(font(), holdsNames(column) ? ColumnTexts::Lines::two : ColumnTexts::Lines::one);
+    for (int row = 1; row < rows(); ++row)
+        texts.add(onOneLine(m_cells[static_cast<size_t>(row)][static_cast<size_t>(column)]));
+    m_letterSizes[static_cast<size_t>(column)] = 0;
+}
+
+void VSFlexGrid::countCell(int column, const QString& text, bool added) {
+    if (text.isEmpty())
+        return;
+    ColumnTexts& texts = m_texts[static_cast<size_t>(column)];
+    const int before = letterSize(column);
+    if (added)
+        texts.add(onOneLine(text));
+    else
+        texts.remove(onOneLine(text));
+    m_letterSizes[static_cast<size_t>(column)] = 0;
+    if (letterSize(column) != before)
+        viewport()->update();
+}
+
+void VSFlexGrid::countRow(int row, bool added) {
+    for (int column = 0; column < cols(); ++column)
+        countCell(column, m_cells[static_cast<size_t>(row)][static_cast<size_t>(column)], added);
+}
+
+void VSFlexGrid::rowsCameOrWent() {
+    updateScrollBar();
+    const bool empty = rows() <= startCount && !m_emptyState.line.isEmpty();
+    const QString description = empty ? m_emptyState.line + u'\n' + m_emptyState.hints.join(u' ') : QString();
+    if (accessibleDescription() != description) {
+        setAccessibleDescription(description);
+        viewport()->update();  // the state stands across all rows
+    }
+    Q_EMIT rowsChanged(rows());
+}
+
+void VSFlexGrid::setEmptyState(const QString& picture, const QString& line, const QStringList& hints) {
+    m_emptyState = {picture, line, hints};
+    rowsCameOrWent();
 }
 
 void VSFlexGrid::setRowHeight(int pixels) {
@@ -187,8 +269,9 @@ void VSFlexGrid::setRowHeight(int pixels) {
     if (pixels == m_rowHeight)
         return;
     m_rowHeight = pixels;
+    dressScrollBar();
     updateScrollBar();
-    viewport()->update();
+    columnsChanged();
 }
 
 void VSFlexGrid::ensureRowVisible(int row) {
@@ -206,29 +289,43 @@ void VSFlexGrid::ensureRowVisible(int row) {
 
 void VSFlexGrid::columnsChanged() {
     m_edges.clear();
+    std::ranges::fill(m_letterSizes, 0);
     viewport()->update();
 }
 
 void VSFlexGrid::layOutColumns() const {
-    const int width = viewport()->width();
+    const int room = viewport()->width();
     const double scale = designScale(*this);
     if (m_edges.size() == m_columns.size() + 1 && m_edgesScale == scale)
         return;
+    QFont letters = font();
+    letters.setPixelSize(ordinarySize());
+    const QFontMetrics metrics(letters);
+    // What a column asks for, in pixels; less than nothing: what the others leave.
+    std::vector<double> widths;
     double asked = 0;
     int takers = 0;
+    bool first = true;
     for (const Column& column : m_columns) {
-        if (column.width < 0)
+        double width = column.width * scale;
+        if (!column.sample.isEmpty() && column.width != 0)
+            width = metrics.horizontalAdvance(column.sample) +
+                    std::ceil(((first ? firstPadding : cellPadding) + cellPadding) * scale);
+        first = first && column.width == 0;
+        widths.push_back(width);
+        if (width < 0)
             ++takers;
         else
-            asked += column.width * scale;
+            asked += width;
     }
-    const double rest = takers > 0 ? std::max(width - asked, width * smallestRest) : 0.0;
-    const double factor = asked > 0 && (takers == 0 || asked > width - rest) ? (width - rest) / asked : 1.0;
+    const double rest = takers > 0 ? std::max(room - asked, room * smallestRest) : 0.0;
+    const double factor = asked > 0 && (takers == 0 || asked > room - rest) ? (room - rest) / asked : 1.0;
     m_edgesScale = scale;
+    std::ranges::fill(m_letterSizes, 0);
     m_edges.assign(1, 0);
     double edge = 0;
-    for (const Column& column : m_columns) {
-        edge += column.width < 0 ? rest / takers : column.width * scale * factor;
+    for (const double width : widths) {
+        edge += width < 0 ? rest / takers : width * factor;
         m_edges.push_back(static_cast<int>(std::lround(edge)));
     }
 }
@@ -270,6 +367,14 @@ QRect VSFlexGrid::cellRect(int row, int column) const {
     return {left, rowTop(row), m_edges[static_cast<size_t>(column) + 1] - left, m_rowHeight};
 }
 
+QRect VSFlexGrid::textRoom(int row, int column) const {
+    const QRect cell = cellRect(row, column);
+    const double scale = designScale(*this);
+    const bool first = cell.left() == 0;
+    return cell.adjusted(static_cast<int>(std::lround((first ? firstPadding : cellPadding) * scale)), 0,
+                         -static_cast<int>(std::lround(cellPadding * scale)), 0);
+}
+
 void VSFlexGrid::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     updateScrollBar();
@@ -278,12 +383,24 @@ void VSFlexGrid::resizeEvent(QResizeEvent* event) {
 
 void VSFlexGrid::changeEvent(QEvent* event) {
     QAbstractScrollArea::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange ||
-        event->type() == QEvent::EnabledChange)
+    if (event->type() == QEvent::FontChange) {
+        for (int column = 0; column < cols(); ++column)
+            recountColumn(column);
+        columnsChanged();
+    }
+    if (event->type() == QEvent::PaletteChange)
+        dressScrollBar();
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::EnabledChange) {
+        update();
         viewport()->update();
+    }
 }
 
 bool VSFlexGrid::event(QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        paintCard();
+        return true;
+    }
     if (event->type() == QEvent::ToolTipChange &&
         (accessibleName().isEmpty() || accessibleName() == m_givenName)) {
         m_givenName = toolTip();
@@ -374,76 +491,6 @@ void VSFlexGrid::keyPressEvent(QKeyEvent* event) {
     event->accept();
     setRow(std::clamp(target, 1, rows() - 1));
     ensureRowVisible(m_row);
-}
-
-void VSFlexGrid::paintEvent(QPaintEvent* event) {
-    QPainter painter(viewport());
-    painter.setRenderHint(QPainter::TextAntialiasing);
-    layOutColumns();
-    const QRegion& dirty = event->region();
-    const QRect area = viewport()->rect();
-    const int scrolled = verticalScrollBar()->value();
-    const int first = 1 + scrolled / m_rowHeight;
-    const int last = std::min(rows() - 1, (scrolled + area.height()) / m_rowHeight);
-    const int textSize = std::min(FittedText::pixelSizeOf(font(), logicalDpiY()), m_rowHeight * 62 / 100);
-
-    QFont face = font();
-    face.setPixelSize(std::max(1, textSize));
-    painter.setFont(face);
-    for (int row = first; row <= last; ++row) {
-        const QRect line(0, rowTop(row), area.width(), m_rowHeight);
-        if (dirty.intersects(line))
-            paintLine(painter, row, line);
-    }
-    const QRect below = bodyBelow(std::max(0, rows() - 1));
-    if (!below.isEmpty() && dirty.intersects(below))
-        painter.fillRect(below, palette().color(QPalette::Base));
-
-    // Last, over whatever of a scrolled line reaches below it.
-    const QRect heading(0, 0, area.width(), m_rowHeight);
-    if (!dirty.intersects(heading))
-        return;
-    painter.fillRect(heading, palette().color(QPalette::Button));
-    if (rows() == 0)
-        return;
-    face.setPixelSize(std::max(1, textSize * 84 / 100));
-    face.setWeight(QFont::DemiBold);
-    painter.setFont(face);
-    paintTexts(painter, 0, palette().color(QPalette::ButtonText));
-}
-
-void VSFlexGrid::paintLine(QPainter& painter, int row, const QRect& line) const {
-    const QColor ground = palette().color(row % 2 == 1 ? QPalette::Base : QPalette::AlternateBase);
-    const QColor accent = palette().color(QPalette::Highlight);
-    const bool current = row == m_row;
-    // The last line is the one that waits for an entry: it is current most of the time and stays quiet.
-    const bool entry = row == rows() - 1;
-    painter.fillRect(line, current && !entry ? mixed(ground, accent, 0.1) : ground);
-    painter.fillRect(QRect(line.left(), line.bottom(), line.width(), 1), palette().color(QPalette::Midlight));
-    if (current)
-        painter.fillRect(QRect(line.left(), line.top(), 4, line.height() - 1),
-                         entry ? mixed(ground, accent, 0.45) : accent);
-    paintTexts(painter, row, palette().color(QPalette::Text));
-    if (current && hasFocus() && m_col < cols()) {
-        painter.setPen(QPen(accent, 2));
-        painter.setBrush(Qt::NoBrush);
-        const QRect cell = cellRect(row, m_col);
-        if (cell.width() > 2)
-            painter.drawRect(cell.adjusted(1, 1, -1, -2));
-    }
-}
-
-void VSFlexGrid::paintTexts(QPainter& painter, int row, const QColor& color) const {
-    painter.setPen(color);
-    const std::vector<QString>& line = m_cells[static_cast<size_t>(row)];
-    for (int column = 0; column < cols(); ++column) {
-        const QString& text = line[static_cast<size_t>(column)];
-        const QRect cell = cellRect(row, column).adjusted(cellPadding, 0, -cellPadding, 0);
-        const bool number = m_columns[static_cast<size_t>(column)].alignment.testFlag(Qt::AlignRight);
-        paintCellText(painter, cell, text,
-                      m_columns[static_cast<size_t>(column)].alignment & Qt::AlignHorizontal_Mask,
-                      number ? CellText::number : CellText::name);
-    }
 }
 
 }  // namespace kovanix

@@ -1,16 +1,22 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <QPixmap>
 #include <QString>
+#include <QStringList>
 #include <vector>
+
+#include "widgets/columntexts.h"
+#include "widgets/look.h"
 
 namespace kovanix {
 
 /// The ticket grid: cells of text in rows and columns, the first row a fixed heading, one current cell.
 ///
 /// Cells are text and nothing else. Only rows that can be seen are painted, and setting a cell to the text
-/// that it holds costs nothing. A new grid has two rows and two columns. Rows and columns count from 0; a row
-/// or column that doesn't exist throws RuntimeError 381.
+/// that it holds costs nothing. Its colours are those of the roles, in the tone of the page that it stands
+/// on. A new grid has two rows and two columns. Rows and columns count from 0; a row or column that doesn't
+/// exist throws RuntimeError 381.
 class VSFlexGrid : public QAbstractScrollArea {
     Q_OBJECT
     Q_PROPERTY(int rowHeight READ rowHeight WRITE setRowHeight)
@@ -42,15 +48,28 @@ public:
     int colWidth(int column) const;
     void setColWidth(int column, int pixels);
 
+    /// Makes a column as wide as that text, in letters of the ordinary size, instead of a share; empty for a
+    /// share.
+    void setColSample(int column, const QString& widest);
+
+    /// The letters' size in the cells of a column, in pixels: one size for all of them, the largest at which
+    /// the longest of them stands whole, and not below what can be read. A left-aligned column without a
+    /// sample holds names: they take two lines and are smaller from the start.
+    int letterSize(int column) const;
+
     /// How a column's cells stand; the start value is Qt::AlignRight | Qt::AlignVCenter for columns from 3 on
-    /// and left for the others. A name too long for its cell
-    /// takes two smaller lines; a right-aligned number shrinks, and shows as "###" where that is not enough.
+    /// and left for the others. A name too long for its two
+    /// lines loses its middle; a number shows as "###" where even the smallest letters are too large.
     Qt::Alignment colAlignment(int column) const;
     void setColAlignment(int column, Qt::Alignment alignment);
 
     /// Height of a row in pixels, the heading's too; 36 at start.
     int rowHeight() const { return m_rowHeight; }
     void setRowHeight(int pixels);
+
+    /// What stands below the entry row as long as there is no other: a picture, a line that says what to do,
+    /// and further ones. Assistive tools are told it as a description.
+    void setEmptyState(const QString& picture, const QString& line, const QStringList& hints);
 
     /// The row or column below a point of the viewport, as of the last mouse press; -1 outside of the cells.
     int mouseRow() const { return m_mouseRow; }
@@ -64,6 +83,8 @@ public:
 
 Q_SIGNALS:
     void mousedown(Qt::MouseButton button);
+    /// Rows came or went.
+    void rowsChanged(int rows);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -81,6 +102,12 @@ private:
     struct Column {
         int width = -1;
         Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+        QString sample;
+    };
+    struct EmptyState {
+        QString picture;
+        QString line;
+        QStringList hints;
     };
 
     void check(int row, int column) const;
@@ -88,6 +115,15 @@ private:
     void checkColumn(int column) const;
     void columnsChanged();
     void layOutColumns() const;
+    bool holdsNames(int column) const;
+    QRect textRoom(int row, int column) const;
+    int ordinarySize() const;
+    void recountColumn(int column);
+    void countCell(int column, const QString& text, bool added);
+    void countRow(int row, bool added);
+    void rowsCameOrWent();
+    void dressScrollBar();
+    QColor color(ColorRole role) const;
     void updateScrollBar();
     void updateRow(int row);
     int rowTop(int row) const;
@@ -95,10 +131,15 @@ private:
     QRect bodyBelow(int row) const;
     int nextShownColumn(int step) const;
     void paintLine(QPainter& painter, int row, const QRect& line) const;
+    void paintCard();
+    void paintHeading(QPainter& painter) const;
     void paintTexts(QPainter& painter, int row, const QColor& color) const;
+    void paintEmptyState(QPainter& painter);
 
     std::vector<std::vector<QString>> m_cells;
     std::vector<Column> m_columns;
+    std::vector<ColumnTexts> m_texts;  // of each column, below the heading
+    EmptyState m_emptyState;
     int m_row = 0;
     int m_col = 0;
     int m_mouseRow = -1;
@@ -109,6 +150,9 @@ private:
     // The columns' left edges in the viewport and its right one, worked out when asked for.
     mutable std::vector<int> m_edges;
     mutable double m_edgesScale = 1.0;
+    mutable std::vector<int> m_letterSizes;  // 0: not worked out yet
+    QPixmap m_emptyPicture;
+    QString m_emptyPictureKey;
 };
 
 }  // namespace kovanix

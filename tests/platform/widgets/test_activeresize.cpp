@@ -103,6 +103,12 @@ class TestActiveResize : public QObject {
         QSize size;
         double scale;
     };
+    struct NothingGetsTooSmallRow {
+        int letters;
+        QSize size;
+        int scaledLetters;
+        QSize scaledSize;
+    };
 
 private Q_SLOTS:
     void scales_data() {
@@ -125,7 +131,7 @@ private Q_SLOTS:
         QCOMPARE(screen.pixels->font().pixelSize(), qRound(25 * row.scale));
         QCOMPARE(screen.pixels->minimumHeight(), qRound(33 * row.scale));
         QCOMPARE(screen.fixed->size(), QSize(qRound(131 * row.scale), std::max(qRound(57 * row.scale), 40)));
-        QCOMPARE(screen.ticket->rowHeight(), qRound(36 * row.scale));
+        QCOMPARE(screen.ticket->rowHeight(), std::max(qRound(36 * row.scale), 32));
         QCOMPARE(screen.grid->horizontalSpacing(), qRound(5 * row.scale));
         QCOMPARE(screen.grid->verticalSpacing(), qRound(8 * row.scale));
         QCOMPARE(screen.line->spacing(), qRound(7 * row.scale));
@@ -136,6 +142,29 @@ private Q_SLOTS:
         QCOMPARE(screen.total->fontsize(), 80);
         QCOMPARE(screen.exempt->font().pointSizeF(), 11.0);
         QCOMPARE(screen.exempt->height(), 21);
+    }
+
+    void nothingGetsTooSmall_data() {
+        addRows<NothingGetsTooSmallRow>({{"letters of 13", {13, {100, 20}, 11, {78, 16}}},
+                                         {"letters of 30", {30, {100, 20}, 23, {78, 16}}},
+                                         {"letters that are smaller by design", {9, {100, 20}, 9, {78, 16}}},
+                                         {"a target", {15, {44, 44}, 12, {40, 40}}},
+                                         {"a large target", {15, {64, 60}, 12, {50, 47}}},
+                                         {"no target: low", {15, {64, 30}, 12, {50, 23}}}});
+    }
+    void nothingGetsTooSmall() {
+        QFETCH(const NothingGetsTooSmallRow, row);
+        ActiveResize container;
+        vkCommand button(&container);
+        QFont font;
+        font.setPixelSize(row.letters);
+        button.setFont(font);
+        button.setMinimumSize(row.size);
+        container.resize(800, 600);
+        container.show();
+        QCOMPARE(container.scale(), 0.78125);
+        QCOMPARE(button.font().pixelSize(), row.scaledLetters);
+        QCOMPARE(button.minimumSize(), row.scaledSize);
     }
 
     void smallestScale() {

@@ -55,10 +55,12 @@ private Q_SLOTS:
     }
     void inkReadsOnItsFace() {
         QFETCH(const FaceRole, row);
-        const FaceColors face = faceColors(row);
-        QVERIFY(contrastOver(face.ink, face.top, face.bottom) >= legible);
-        QVERIFY(contrastOver(face.ink, face.pressedTop, face.pressedBottom) >= legible);
-        QVERIFY2(face.top != face.pressedTop, "a press is seen");
+        for (const Tone tone : {Tone::light, Tone::dark}) {
+            const FaceColors face = faceColors(row, tone);
+            QVERIFY(contrastOver(face.ink, face.top, face.bottom) >= legible);
+            QVERIFY(contrastOver(face.ink, face.pressedTop, face.pressedBottom) >= legible);
+            QVERIFY2(face.top != face.pressedTop, "a press is seen");
+        }
     }
 
     void wordsReadOnTheirGround_data() {
@@ -88,6 +90,10 @@ private Q_SLOTS:
             add("total in the footers", ColorRole::footerTotal, ColorRole::footer);
             add("profit", ColorRole::success, ColorRole::card);
             add("amount owed", ColorRole::danger, ColorRole::card);
+            add("mark of an amount that is owed", ColorRole::stripInk, ColorRole::owed);
+            add("text in a field that can't be typed in", ColorRole::ink, ColorRole::quietField);
+            add("entry row of the ticket", ColorRole::disabledInk, ColorRole::card);
+            add("every second entry row of the ticket", ColorRole::disabledInk, ColorRole::zebra);
         }
     }
     void wordsReadOnTheirGround() {

@@ -9,6 +9,7 @@
 #include "paintcounter.h"
 #include "rows.h"
 #include "runtime/runtimeerror.h"
+#include "widgets/look.h"
 #include "widgets/vsflexgrid.h"
 
 using namespace kovanix;
@@ -75,6 +76,11 @@ class TestVSFlexGrid : public QObject {
     struct OnlyChangedRowsAreRepaintedRow {
         Call call;
         QList<int> rows;
+    };
+    struct AColumnHasOneLetterSizeRow {
+        int column;
+        QStringList texts;
+        int size;
     };
 
 private Q_SLOTS:
@@ -394,10 +400,91 @@ private Q_SLOTS:
         const QImage before = grid.viewport()->grab().toImage();
         grid.verticalScrollBar()->setValue(500);
         const QImage after = grid.viewport()->grab().toImage();
-        const QRect heading(0, 0, before.width(), rowHeight);
+        const int corner = 10;  // round, and so painted over what was there
+        const QRect heading(corner, 0, before.width() - 2 * corner, rowHeight);
         QCOMPARE(after.copy(heading), before.copy(heading));
         QVERIFY(after != before);
-        QCOMPARE(after.pixelColor(1, 1), grid.palette().color(QPalette::Button));
+        QCOMPARE(after.pixelColor(20, 2), roleColor(ColorRole::heading));
+    }
+
+    void aColumnHasOneLetterSize_data() {
+        const auto sized = [](const char* name, int column, const QStringList& texts, int size) {
+            QTest::newRow(name) << AColumnHasOneLetterSizeRow{column, texts, size};
+        };
+        QTest::addColumn<AColumnHasOneLetterSizeRow>("row");
+        const QString name = u"Rize Bardak Poşet Çay Demlik Süzen Poşet 100'lü"_s;
+        sized("nothing there", 3, {}, 15);
+        sized("as long as the sample", 3, {u"12345678"_s}, 15);
+        sized("one number is longer", 3, {u"1"_s, u"123456789"_s, u"2"_s}, 13);
+        sized("one that is never whole counts for nothing", 3, {u"1"_s, u"9"_s.repeated(40)}, 15);
+        sized("a short name is as large as one in two lines", 2, {u"Simit"_s}, 13);
+        sized("a name of two lines", 2, {u"Simit"_s, u"Rize Bardak Poşet Çay 100'lü"_s}, 13);
+        sized("a longer one", 2, {u"Simit"_s, name}, 11);
+        sized("a name of ten thousand letters", 2, {u"Simit"_s, u"ab "_s.repeated(3000)}, 13);
+    }
+    void aColumnHasOneLetterSize() {
+        QFETCH(const AColumnHasOneLetterSizeRow, row);
+        VSFlexGrid grid;
+        QFont letters(u"Roboto"_s);
+        letters.setPixelSize(15);
+        grid.setFont(letters);
+        grid.resize(235, 400);
+        show(grid);
+        grid.setCols(4);
+        grid.setColWidth(0, 0);
+        grid.setColWidth(1, 0);
+        grid.setColSample(3, u"88888888"_s);
+        grid.setRows(2 + static_cast<int>(row.texts.size()));
+        const int empty = grid.letterSize(row.column);
+        for (int i = 0; i < row.texts.size(); ++i)
+            grid.setTextMatrix(1 + i, row.column, row.texts[i]);
+        QCOMPARE(grid.letterSize(row.column), row.size);
+        // What goes gives its room back, whichever way it goes.
+        for (int i = 0; i < row.texts.size(); ++i) {
+            if (i % 2 == 0)
+                grid.removeItem(1);
+            else
+                grid.setTextMatrix(1, row.column, {});
+        }
+        grid.clear();
+        QCOMPARE(grid.letterSize(row.column), empty);
+    }
+
+    void emptyStateStandsWhileThereIsNoLine() {
+        VSFlexGrid grid;
+        fill(grid, 2);
+        grid.setEmptyState(u":/none.svg"_s, u"Scan"_s, {u"or type"_s});
+        const QRect body(0, 2 * rowHeight, 500, 250);
+        const auto painted = [&] {
+            const QImage image = grid.viewport()->grab(body).toImage();
+            int count = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x)
+                    count += image.pixelColor(x, y) != roleColor(ColorRole::card) ? 1 : 0;
+            }
+            return count;
+        };
+        QVERIFY(painted() > 20);
+        QCOMPARE(grid.accessibleDescription(), u"Scan\nor type"_s);
+        QSignalSpy rows(&grid, &VSFlexGrid::rowsChanged);
+        grid.setRows(3);
+        QCOMPARE(grid.accessibleDescription(), QString());
+        grid.removeItem(1);
+        QCOMPARE(grid.accessibleDescription(), u"Scan\nor type"_s);
+        QCOMPARE(rows.count(), 2);
+        QCOMPARE(rows.at(1).at(0).toInt(), 2);
+    }
+
+    void coloursFollowThePage() {
+        QWidget page;
+        VSFlexGrid grid(&page);
+        fill(grid, 3);
+        const auto body = [&] { return grid.viewport()->grab().toImage().pixelColor(300, 350); };
+        QCOMPARE(body(), roleColor(ColorRole::card));
+        QPalette dark = page.palette();
+        dark.setColor(QPalette::WindowText, Qt::white);
+        page.setPalette(dark);
+        QCOMPARE(body(), roleColor(ColorRole::card, Tone::dark));
     }
 
     void hiddenColumnShowsNothing() {
