@@ -58,18 +58,16 @@ std::shared_ptr<quint64> writesTo(const QString& file) {
     return count;
 }
 
-/// In the order in which they were opened.
-std::vector<Connection*>& openConnections() {
-    static std::vector<Connection*> connections;
-    return connections;
-}
-
 quint64 openings = 0;
 
 const QString catalogueProbe = u"SELECT count(*) FROM sqlite_master"_s;
 
 // In the file's header, where the engine leaves a number to the program: "KVX".
 constexpr int networkMark = 0x4B5658;
+
+// The log is emptied whenever the till is idle. Should it never be, or should somebody read for hours, the
+// engine empties it by itself from this length in bytes on, between two statements of a sale too.
+constexpr qint64 longestLog = qint64{16} << 20;
 
 /// Whether the toolkit has a driver, which may lie beside the program as built or as installed.
 bool findDriver(const QString& driver) {
@@ -122,6 +120,7 @@ qint64 ConnectionCore::number(const QString& engineSql) {
 void ConnectionCore::aboutToWrite() {
     // Counted ahead, so that a statement that fails half-way has been counted.
     ++*writes;
+    wroteInPress = true;
     for (ConnectionUser* user : users)
         user->rowsChanging();
 }
@@ -130,9 +129,6 @@ int ConnectionCore::write(const QString& engineSql, const QVariantList& values) 
     aboutToWrite();
     return run(engineSql, values).numRowsAffected();
 }
-
-/// Every statement has reached the disk by itself before it returned (synchronous=FULL).
-void ConnectionCore::makeDurable() {}
 
 void ConnectionCore::openDatabase(const ConnectionString& parts) {
     hasPassword = !parts.password.isEmpty();
@@ -145,6 +141,10 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     const QFileInfo file(parts.dataSource);
     if (parts.dataSource.isEmpty() || !file.isFile())
         throw failure(Kind::missing, u"unable to open database file"_s);
+    path = file.absoluteFilePath();
+    leaveReplacedFile();
+    // Ahead of the open: a file that takes its place in between shows as another one.
+    stamp = FileStamp::of(path).value_or(FileStamp());
     name = nextConnectionName();
     database = QSqlDatabase::addDatabase(driver, name);
     database.setDatabaseName(fileUri(file));
@@ -166,6 +166,7 @@ void ConnectionCore::prepareLocalFile() {
     // A file in a folder that can't be written can't change its journal, yet can be read.
     QSqlQuery(database).exec(bearsNetworkMark() ? u"PRAGMA journal_mode=DELETE"_s
                                                 : u"PRAGMA journal_mode=WAL"_s);
+    run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
 }
 
 /// A write-ahead log lives in memory that its users share, so on one machine only. Exclusive locking from the
@@ -190,6 +191,23 @@ bool ConnectionCore::bearsNetworkMark() {
     return number(u"PRAGMA user_version"_s) == networkMark;
 }
 
+void ConnectionCore::open(const QString& text) {
+    try {
+        openDatabase(ConnectionString::parse(text));
+    } catch (const RuntimeError&) {
+        closeDatabase();
+        throw;
+    }
+    connectionString = text;
+    self = std::shared_ptr<Connection>(&owner, [](Connection*) {});
+    openOnes().push_back(this);
+}
+
+void ConnectionCore::close() {
+    std::erase(openOnes(), this);
+    closeDatabase();
+}
+
 void ConnectionCore::closeDatabase() {
     self.reset();
     for (ConnectionUser* user : std::exchange(users, {})) {
@@ -197,16 +215,28 @@ void ConnectionCore::closeDatabase() {
     }
     if (name.isEmpty())
         return;
+    attempt([this] { makeDurable(); });
     schema.forget();
+    attempt([this] {
+        if (database.isOpen() && hasLeftPath())
+            emptyLog();
+    });
     opening = 0;
+    settled.reset();
     database.close();
     // The toolkit warns of a connection that is removed while a handle of it lives.
     database = QSqlDatabase();
     QSqlDatabase::removeDatabase(std::exchange(name, {}));
 }
 
-Connection::Connection(std::chrono::milliseconds busyTimeout) : d(std::make_unique<Private>(busyTimeout)) {
-    openConnections();  // must outlive a connection that lives until the process ends
+std::vector<ConnectionCore*>& ConnectionCore::openOnes() {
+    static std::vector<ConnectionCore*> connections;
+    return connections;
+}
+
+Connection::Connection(std::chrono::milliseconds busyTimeout)
+    : d(std::make_unique<Private>(*this, busyTimeout)) {
+    ConnectionCore::openOnes();  // must outlive a connection that lives until the process ends
 }
 
 Connection::~Connection() {
@@ -216,20 +246,11 @@ Connection::~Connection() {
 void Connection::open(const QString& connectionString) {
     if (isOpen())
         throw d->failure(Kind::statement, u"Operation is not allowed when the object is open."_s);
-    try {
-        d->openDatabase(ConnectionString::parse(connectionString));
-    } catch (const RuntimeError&) {
-        d->closeDatabase();
-        throw;
-    }
-    d->connectionString = connectionString;
-    d->self = std::shared_ptr<Connection>(this, [](Connection*) {});
-    openConnections().push_back(this);
+    d->open(connectionString);
 }
 
 void Connection::close() {
-    std::erase(openConnections(), this);
-    d->closeDatabase();
+    d->close();
 }
 
 bool Connection::isOpen() const {
@@ -237,9 +258,9 @@ bool Connection::isOpen() const {
 }
 
 std::weak_ptr<Connection> Connection::findOpen(const QString& connectionString) {
-    for (const Connection* connection : openConnections()) {
-        if (connection->d->connectionString == connectionString)
-            return connection->d->self;
+    for (const ConnectionCore* connection : ConnectionCore::openOnes()) {
+        if (connection->connectionString == connectionString)
+            return connection->self;
     }
     return {};
 }
@@ -292,7 +313,12 @@ ChangeMark Connection::changeMark() {
 
 void Connection::idle() {
     d->requireOpen();
-    d->run(u"PRAGMA wal_checkpoint(PASSIVE)"_s);
+    if (!d->moveLog())
+        return;
+    for (ConnectionCore* connection : ConnectionCore::openOnes()) {
+        if (connection->stamp.isSameFile(d->stamp))
+            attempt([&] { connection->settle(); });
+    }
 }
 
 }  // namespace kovanix
