@@ -111,13 +111,14 @@ void satisekrani::kaydet_click() {
         return;
     }
     urunkayitkapat();
+    restWhenIdle();  // behind a failure too
     try {
-        // Ends inside the handler's reach: a box that tells of a failure comes behind it.
+        // Inside the handler's reach: a file that has gone is told like any failure, and a box that tells of
+        // one comes behind the end of the press.
         Press press(satisbaglanti);
         satiskaydet();
         stokguncelle();
         press.finish();
-        attempt([this] { satisbaglanti.idle(); });  // a reader in the way: the next sale moves it
         satistemizle();
         giveFocus(*ui.barkod);
     } catch (const RuntimeError& error) {
