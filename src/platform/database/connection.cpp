@@ -130,6 +130,26 @@ int ConnectionCore::write(const QString& engineSql, const QVariantList& values) 
     return run(engineSql, values).numRowsAffected();
 }
 
+bool ConnectionCore::writePrepared(const QString& sql) {
+    const std::optional<StatementShape> shape = StatementShape::of(sql);
+    if (!shape)
+        return false;
+    std::optional<StatementCache::Kept> kept = statements.take(shape->text);
+    if (!kept) {
+        kept.emplace(StatementCache::Kept{QSqlQuery(database)});
+        kept->query.setForwardOnly(true);
+        if (!kept->query.prepare(dialect::translate(shape->text)))
+            return false;
+    }
+    for (qsizetype i = 0; i < shape->values.size(); ++i)
+        kept->query.bindValue(static_cast<int>(i), shape->values[i]);
+    aboutToWrite();
+    if (!kept->query.exec())
+        throw failure(kept->query.lastError());
+    statements.keep(shape->text, std::move(*kept));
+    return true;
+}
+
 void ConnectionCore::openDatabase(const ConnectionString& parts) {
     hasPassword = !parts.password.isEmpty();
     const QString driver = hasPassword ? u"QSQLCIPHER"_s : u"KOVANIXSQLITE"_s;
@@ -217,6 +237,7 @@ void ConnectionCore::closeDatabase() {
         return;
     attempt([this] { makeDurable(); });
     schema.forget();
+    statements.clear();
     attempt([this] {
         if (database.isOpen() && hasLeftPath())
             emptyLog();
@@ -268,6 +289,8 @@ std::weak_ptr<Connection> Connection::findOpen(const QString& connectionString) 
 void Connection::execute(const QString& sql) {
     d->requireOpen();
     d->inEnginesName([&] {
+        if (d->writePrepared(sql))
+            return;
         const auto counter = dialect::addCounterColumn(sql);
         const bool changesTables = dialect::changesTables(sql);
         if (counter)

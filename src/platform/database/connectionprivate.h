@@ -14,6 +14,8 @@
 #include "database/databaseerror.h"
 #include "database/filestamp.h"
 #include "database/schemacache.h"
+#include "database/statementcache.h"
+#include "database/statementshape.h"
 
 namespace kovanix {
 
@@ -56,6 +58,10 @@ struct ConnectionCore {
 
     /// Runs one statement that may change the database. @return how many rows it has changed
     int write(const QString& engineSql, const QVariantList& values = {});
+    /// Runs a statement in the modules' SQL that may change the database, through a prepared one of its
+    /// shape.
+    /// @return false where it isn't of that kind, or the engine doesn't take the shape
+    bool writePrepared(const QString& sql);
     /// What has to be known of such a statement before it runs, whoever runs it.
     void aboutToWrite();
 
@@ -113,6 +119,7 @@ struct ConnectionCore {
     bool hasPassword = false;
     QSqlDatabase database;
     SchemaCache schema;
+    StatementCache statements;
     std::vector<ConnectionUser*> users;
     int presses = 0;  ///< presses that have begun and aren't finished
     bool defersBarrier = false;
