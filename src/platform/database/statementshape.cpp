@@ -1,10 +1,12 @@
 #include "database/statementshape.h"
 
 #include <QDateTime>
-#include <QLatin1StringView>
 #include <QStringView>
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <string_view>
+#include <utility>
 
 namespace kovanix {
 
@@ -17,17 +19,25 @@ bool isDigit(QChar c) {
 }
 
 bool isWordStart(QChar c) {
-    return c.isLetter() || c == u'_' || c.unicode() >= 0x80;
+    const char16_t folded = c.unicode() | 0x20;
+    return (folded >= u'a' && folded <= u'z') || c == u'_' || c.unicode() >= 0x80;
 }
 
-bool sameWord(QStringView word, QLatin1StringView other) {
-    return word.size() == other.size() && word.compare(other, Qt::CaseInsensitive) == 0;
+/// Whether a word is a keyword, in any case.
+/// @param keyword  in lower case
+bool isKeyword(QStringView word, std::u16string_view keyword) {
+    return word.size() == static_cast<qsizetype>(keyword.size()) &&
+           std::equal(keyword.begin(), keyword.end(), word.utf16(),
+                      [](char16_t small, char16_t sign) { return small == (sign | 0x20); });
 }
 
 /// Reads a statement once, from its first sign to its last.
 class ShapeReader {
 public:
-    explicit ShapeReader(QStringView sql) : m_sql(sql) { m_shape.text.reserve(sql.size()); }
+    explicit ShapeReader(QStringView sql) : m_sql(sql) {
+        m_shape.text.reserve(sql.size());
+        m_shape.values.reserve(usualValues);
+    }
 
     std::optional<StatementShape> read() {
         while (m_place < m_sql.size()) {
@@ -36,25 +46,24 @@ public:
         }
         if (m_kind == Kind::none || m_shape.values.isEmpty())
             return std::nullopt;
+        m_shape.text += m_sql.sliced(m_copied);
         return std::move(m_shape);
     }
 
 private:
     enum class Kind { none, writes, reads };
+    static constexpr qsizetype usualValues = 10;
 
     QChar peek(qsizetype ahead = 0) const {
         return m_place + ahead < m_sql.size() ? m_sql[m_place + ahead] : QChar();
     }
 
-    void copyTo(qsizetype end) {
-        m_shape.text += m_sql.sliced(m_place, end - m_place);
-        m_place = end;
-    }
-
+    /// Takes what stands here up to an index for a value.
     void value(const QVariant& value, qsizetype end) {
         m_shape.values.append(value);
+        m_shape.text += m_sql.sliced(m_copied, m_place - m_copied);
         m_shape.text += u'?';
-        m_place = end;
+        m_place = m_copied = end;
     }
 
     /// Whether a text or a moment here is a value.
@@ -99,32 +108,30 @@ private:
             default:
                 break;
         }
-        copyTo(m_place + 1);
+        ++m_place;
         return true;
     }
 
     bool readWord() {
         // Beside these, a value says more than itself, or stands where the statement may have none.
-        static constexpr std::array others{"SELECT"_L1, "LIKE"_L1,  "LIMIT"_L1,
-                                           "ORDER"_L1,  "GROUP"_L1, "UNION"_L1};
-        qsizetype end = m_place + 1;
-        while (end < m_sql.size() && (isWordStart(m_sql[end]) || isDigit(m_sql[end]) || m_sql[end] == u'$'))
-            ++end;
-        const QStringView word = m_sql.sliced(m_place, end - m_place);
+        static constexpr std::array<std::u16string_view, 6> others{u"select", u"like",  u"limit",
+                                                                   u"order",  u"group", u"union"};
+        const qsizetype start = m_place;
+        do {
+            ++m_place;
+        } while (m_place < m_sql.size() &&
+                 (isWordStart(m_sql[m_place]) || isDigit(m_sql[m_place]) || m_sql[m_place] == u'$'));
+        const QStringView word = m_sql.sliced(start, m_place - start);
         if (m_kind == Kind::none) {
             const bool writes =
-                sameWord(word, "INSERT"_L1) || sameWord(word, "UPDATE"_L1) || sameWord(word, "DELETE"_L1);
-            if (!writes && !sameWord(word, "SELECT"_L1))
+                isKeyword(word, u"insert") || isKeyword(word, u"update") || isKeyword(word, u"delete");
+            if (!writes && !isKeyword(word, u"select"))
                 return false;
             m_kind = writes ? Kind::writes : Kind::reads;
-        } else if (std::ranges::any_of(others,
-                                       [&](QLatin1StringView each) { return sameWord(word, each); })) {
-            return false;
-        } else if (sameWord(word, "WHERE"_L1)) {
-            m_inCondition = true;
+            return true;
         }
-        copyTo(end);
-        return true;
+        m_inCondition = m_inCondition || isKeyword(word, u"where");
+        return std::ranges::none_of(others, [&](std::u16string_view each) { return isKeyword(word, each); });
     }
 
     bool readNumber() {
@@ -144,19 +151,31 @@ private:
         if (end < m_sql.size() && isWordStart(m_sql[end]))
             return false;
         if (m_kind == Kind::reads) {
-            copyTo(end);
+            m_place = end;
             return true;
         }
-        const QStringView digits = m_sql.sliced(m_place, end - m_place);
-        bool valid = false;
+        std::array<char, 32> digits{};
+        const auto size = static_cast<std::size_t>(end - m_place);
+        if (size > digits.size())
+            return false;
+        std::transform(m_sql.begin() + m_place, m_sql.begin() + end, digits.begin(),
+                       [](QChar c) { return static_cast<char>(c.unicode()); });
+        const auto read = [&](auto& number) {
+            const auto [last, error] = std::from_chars(digits.data(), digits.data() + size, number);
+            return error == std::errc() && last == digits.data() + size;
+        };
         if (whole) {
-            const qint64 number = digits.toLongLong(&valid);
+            qint64 number = 0;
+            if (!read(number))
+                return false;
             value(number, end);
         } else {
-            const double number = digits.toDouble(&valid);
+            double number = 0;
+            if (!read(number))
+                return false;
             value(number, end);
         }
-        return valid;
+        return true;
     }
 
     bool readText() {
@@ -175,7 +194,7 @@ private:
         if (takesTexts())
             value(text, end);
         else
-            copyTo(end);
+            m_place = end;
         return true;
     }
 
@@ -183,7 +202,7 @@ private:
         const qsizetype end = m_sql.indexOf(closing, m_place + 1);
         if (end < 0)
             return false;
-        copyTo(end + 1);
+        m_place = end + 1;
         return true;
     }
 
@@ -214,12 +233,20 @@ private:
         if (part != separators.size() || digits[part] == 0 || !day.isValid() || day.year() < 1000 ||
             !time.isValid())
             return false;
-        value(QString(day.toString(Qt::ISODate) + u' ' + time.toString(Qt::ISODate)), end + 1);
+        QString text = u"yyyy-MM-dd HH:mm:ss"_s;
+        constexpr std::array<std::pair<int, int>, 6> places{
+            {{5, 7}, {8, 10}, {0, 4}, {11, 13}, {14, 16}, {17, 19}}};
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            for (int place = places[i].second; place-- > places[i].first; parts[i] /= 10)
+                text[place] = QChar(u'0' + parts[i] % 10);
+        }
+        value(text, end + 1);
         return true;
     }
 
     QStringView m_sql;
     qsizetype m_place = 0;
+    qsizetype m_copied = 0;  // what stands ahead of it is in the shape's text
     Kind m_kind = Kind::none;
     bool m_inCondition = false;
     StatementShape m_shape;
