@@ -72,7 +72,7 @@ private Q_SLOTS:
     }
 
     void theKeyboardIsInBarkodAtTheStart() {
-        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         // What is typed on the keyboard arrives there.
         typeKeys(u"12a3"_s);
         QTRY_COMPARE(ui().barkod->text(), u"123"_s);
@@ -127,7 +127,7 @@ private Q_SLOTS:
         QCOMPARE(m_shop->line(1).first(), goods::tea);
         QVERIFY(!loaded<urunbul>());
         // The next customer's scan goes to the ticket.
-        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         typeKeys(goods::milk + u'\n');
         QTRY_COMPARE(m_shop->lines(), 2);
     }
@@ -139,8 +139,8 @@ private Q_SLOTS:
         QFETCH(const QString, row);
         openFinder();
         pressKeys({row});
-        QTRY_VERIFY(!loaded<urunbul>());
-        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTRY_VERIFY_WITH_TIMEOUT(!loaded<urunbul>(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         QCOMPARE(m_shop->lines(), 0);
     }
 
@@ -183,22 +183,22 @@ private Q_SLOTS:
         answerByKeys(m_shop->boxes, *this, [row] { pressKeys({row.answer}); });
         row.open(*m_shop);
         QTRY_COMPARE(m_shop->boxes.answered(), 1);
-        QTRY_VERIFY(!QApplication::activeModalWidget());
+        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), soon);
         auto* control = sales().findChild<QWidget*>(row.expected);
-        QTRY_VERIFY(hasKeyboard(*control));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*control), soon);
     }
 
     void anotherProgramsWindowLeavesTheKeyboardWhereItWas() {
         giveFocus(*ui().ver2);
-        QTRY_VERIFY(hasKeyboard(*ui().ver2));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().ver2), soon);
         {
             QWidget other;  // no screen of ours
             other.resize(300, 200);
             other.show();
             QVERIFY(QTest::qWaitForWindowActive(&other));
         }
-        QTRY_VERIFY(sales().isActiveWindow());
-        QTRY_VERIFY(hasKeyboard(*ui().ver2));
+        QTRY_VERIFY_WITH_TIMEOUT(sales().isActiveWindow(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().ver2), soon);
     }
 
     void keysGoToTheOpenBox() {
@@ -216,7 +216,7 @@ private Q_SLOTS:
         });
         pressKeys({u"F9"_s});
         QTRY_COMPARE(m_shop->boxes.answered(), 1);
-        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         QVERIFY(stayedOpen);
         QCOMPARE(ui().barkod->text(), QString());
         QCOMPARE(m_shop->lines(), 0);
@@ -227,7 +227,7 @@ private Q_SLOTS:
         const Ui::liste& list = screen<liste>().ui;
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.TDBGrid1), soon);
         list.kisiekleme2->click();
-        QTRY_VERIFY(hasKeyboard(*list.txtMusteri));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.txtMusteri), soon);
         m_shop->boxes.expect(u"UYARI"_s, u"Eklendi"_s, BoxAnswers::byHand);
         answerByKeys(m_shop->boxes, *this, [] { pressKeys({u"Return"_s}); });
         typeKeys(u"fidan\nsokak"_s);
@@ -237,9 +237,10 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.TDBGrid1), soon);
         // Escape closes the frame while the keyboard is in it, else the screen.
         list.kisiekleme2->click();
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.txtMusteri), soon);
         pressKeys({u"Escape"_s});
-        QTRY_VERIFY(!list.kisiekle2->isVisible());
-        QTRY_VERIFY(hasKeyboard(*list.TDBGrid1));
+        QTRY_VERIFY_WITH_TIMEOUT(!list.kisiekle2->isVisible(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*list.TDBGrid1), soon);
         pressKeys({u"Escape"_s});
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         QVERIFY(!loaded<liste>());
@@ -267,17 +268,17 @@ private Q_SLOTS:
         typeKeys(goods::bread + u'\n');
         QTRY_COMPARE(m_shop->lines(), 1);
         pressKeys({u"F10"_s});
-        QTRY_VERIFY(sales().isMinimized());
-        QTRY_VERIFY(!sales().isActiveWindow());
+        QTRY_VERIFY_WITH_TIMEOUT(sales().isMinimized(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(!sales().isActiveWindow(), soon);
         raiseApplication();
-        QTRY_VERIFY(!sales().isMinimized());
-        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTRY_VERIFY_WITH_TIMEOUT(!sales().isMinimized(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         QCOMPARE(m_shop->lines(), 1);
     }
 
 private:
     void openFinder() {
-        QTRY_VERIFY(hasKeyboard(*ui().barkod));
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*ui().barkod), soon);
         ui().urunbulmak->click();
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*screen<urunbul>().ui.TDBGrid1), soon);
     }
