@@ -76,13 +76,18 @@ struct RowSet::Private {
     }
 
     void show() {
-        shown.clear();
-        shown.reserve(hits.count());
+        std::size_t count = 0;
         if (order.empty()) {
-            hits.forEach([this](std::size_t row) { shown.push_back(static_cast<std::uint32_t>(row)); });
+            shown.resize(hits.count());
+            hits.forEach([&](std::size_t row) { shown[count++] = static_cast<std::uint32_t>(row); });
         } else {
-            std::ranges::copy_if(order, std::back_inserter(shown),
-                                 [this](std::uint32_t row) { return hits.test(row); });
+            // Every row is written and only a hit counts: no branch for the processor to guess.
+            shown.resize(order.size());
+            for (const std::uint32_t row : order) {
+                shown[count] = row;
+                count += hits.test(row) ? 1U : 0U;
+            }
+            shown.resize(count);
         }
         currentPlace = currentIdentity ? placeOf(*currentIdentity) : -1;
     }
