@@ -1,9 +1,9 @@
 #include "database/rowmatcher.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
+#include "database/textsearch.h"
 #include "runtime/runtimeerror.h"
 #include "values/numbers.h"
 
@@ -64,11 +64,9 @@ void RowMatcher::markContaining(RowBits& hits, const TextStore& texts, std::stri
     const std::string_view bytes = texts.bytes();
     std::size_t row = 0;
     for (std::size_t place = 0; place < bytes.size(); place = texts.start(row)) {
-        const void* const hit =
-            memmem(bytes.data() + place, bytes.size() - place, wanted.data(), wanted.size());
-        if (!hit)
+        const std::size_t found = findText(bytes, wanted, place);
+        if (found == std::string_view::npos)
             return;
-        const auto found = static_cast<std::size_t>(static_cast<const char*>(hit) - bytes.data());
         while (texts.start(row + 1) <= found)
             ++row;
         hits.set(row++);
