@@ -60,15 +60,6 @@ std::shared_ptr<quint64> writesTo(const QString& file) {
 
 quint64 openings = 0;
 
-const QString catalogueProbe = u"SELECT count(*) FROM sqlite_master"_s;
-
-// In the file's header, where the engine leaves a number to the program: "KVX".
-constexpr int networkMark = 0x4B5658;
-
-// The log is emptied whenever the till is idle. Should it never be, or should somebody read for hours, the
-// engine empties it by itself from this length in bytes on, between two statements of a sale too.
-constexpr qint64 longestLog = qint64{16} << 20;
-
 /// Whether the toolkit has a driver, which may lie beside the program as built or as installed.
 bool findDriver(const QString& driver) {
     if (QSqlDatabase::isDriverAvailable(driver))
@@ -169,46 +160,20 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     database = QSqlDatabase::addDatabase(driver, name);
     database.setDatabaseName(fileUri(file));
     database.setPassword(parts.password);
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+    target = file.canonicalFilePath();
+    writes = writesTo(target);
+    onNetwork = isOnNetwork(target);
+    if (onNetwork)
+        leaveLogOverNetwork();
+    openHandle(busyTimeout);
+    chooseJournal();
+}
+
+void ConnectionCore::openHandle(std::chrono::milliseconds timeout) {
+    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count()));
     if (!database.open())
         throw failure(database.lastError());
     opening = ++openings;
-    writes = writesTo(file.canonicalFilePath());
-    if (isOnNetwork(file.canonicalFilePath()))
-        prepareNetworkFile();
-    else
-        prepareLocalFile();
-    run(u"PRAGMA synchronous=FULL"_s);
-}
-
-void ConnectionCore::prepareLocalFile() {
-    run(catalogueProbe);
-    // A file in a folder that can't be written can't change its journal, yet can be read.
-    QSqlQuery(database).exec(bearsNetworkMark() ? u"PRAGMA journal_mode=DELETE"_s
-                                                : u"PRAGMA journal_mode=WAL"_s);
-    run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
-}
-
-/// A write-ahead log lives in memory that its users share, so on one machine only. Exclusive locking from the
-/// first read on keeps the engine from making that memory; it fails where another process has the log in use.
-void ConnectionCore::prepareNetworkFile() {
-    run(u"PRAGMA locking_mode=EXCLUSIVE"_s);
-    run(catalogueProbe);
-    QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
-    if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
-        throw failure(Kind::busy,
-                      u"The file is in use with a write-ahead log, which can't be shared over a network."_s);
-    }
-    journal.finish();
-    if (!bearsNetworkMark())
-        QSqlQuery(database).exec(
-            u"PRAGMA user_version=%1"_s.arg(networkMark));  // a read-only file goes without
-    run(u"PRAGMA locking_mode=NORMAL"_s);
-    run(catalogueProbe);  // lets the lock go
-}
-
-bool ConnectionCore::bearsNetworkMark() {
-    return number(u"PRAGMA user_version"_s) == networkMark;
 }
 
 void ConnectionCore::open(const QString& text) {

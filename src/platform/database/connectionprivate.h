@@ -46,9 +46,20 @@ struct ConnectionCore {
     /// answers with it.
     bool isOlderEngine() const { return hasPassword; }
     void openDatabase(const ConnectionString& parts);
-    void prepareLocalFile();
-    void prepareNetworkFile();
+    /// Opens the engine's handle once more, with another patience for what others hold.
+    void openHandle(std::chrono::milliseconds timeout);
+    /// Puts the open file under the journal that it is to have.
+    void chooseJournal();
+    /// Puts a file that lies on another machine under a rollback journal; asks the tills there to let go of
+    /// its log. Leaves no handle open.
+    void leaveLogOverNetwork();
+    /// The same in one attempt. @return false where another connection has the log in use
+    /// @throws DatabaseError in the last attempt, that too
+    bool leaveLog(bool lastAttempt);
     bool bearsNetworkMark();
+    /// See Connection::leaveLogIfAsked.
+    void leaveLogIfAsked();
+    void openHandleAgain();
     void closeDatabase();
 
     /// Runs one statement that changes nothing, in the engine's SQL with positional values.
@@ -116,7 +127,10 @@ struct ConnectionCore {
     QString connectionString;  ///< with which it was opened last
     QString name;              ///< the connection's name in the toolkit; empty while closed
     QString engine;            ///< the name that errors carry as their source
+    QString target;            ///< path of the file, links followed
     bool hasPassword = false;
+    bool onNetwork = false;  ///< the file lies on another machine
+    bool logsAhead = false;  ///< the file has a write-ahead log
     QSqlDatabase database;
     SchemaCache schema;
     StatementCache statements;

@@ -10,8 +10,10 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 
 Press::Press(Connection& connection) : m_core(connection.d.get()) {
-    if (m_core->presses == 0)
+    if (m_core->presses == 0) {
+        m_core->leaveLogIfAsked();
         m_core->beginPress();
+    }
     ++m_core->presses;
 }
 
