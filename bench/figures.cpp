@@ -12,7 +12,7 @@ namespace {
 constexpr double noise = 1.05;
 
 std::string written(double value, const std::string& unit) {
-    const bool counted = unit == "scans" || unit == "lines";
+    const bool counted = unit == "scans" || unit == "lines" || unit == "barriers";
     char text[64];
     std::snprintf(text, sizeof text, "%.*f", counted || std::abs(value) >= 100 ? 0 : 2, value);
     return text;

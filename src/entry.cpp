@@ -1,6 +1,8 @@
 #include "entry.h"
 
 #include <QCommandLineParser>
+#include <QTimer>
+#include <chrono>
 
 #include "access/firstscreen.h"
 #include "app/frame.h"
@@ -15,8 +17,18 @@
 namespace kovanix {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+constexpr std::chrono::milliseconds lookForOtherTills = 1s;
+
+/// A till that wants to open the file over a network waits for this one to notice, and not for long.
+void watchForOtherTills() {
+    auto* const watch = new QTimer(QCoreApplication::instance());
+    QObject::connect(watch, &QTimer::timeout, watch, [] { baglanti().leaveLogIfAsked(); });
+    watch->start(lookForOtherTills);
+}
 
 void entryProcedure() {
     startConnection();
@@ -30,6 +42,7 @@ void startConnection() {
     baglantiyukle();
     if (veritabanivarmi())
         veritabaninibagla();
+    watchForOtherTills();
 }
 
 int runTill(int argc, char** argv) {

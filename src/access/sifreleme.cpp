@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "data/baglanmamodulu.h"
-#include "database/press.h"
 #include "runtime/attempt.h"
 #include "values/codepage.h"
 #include "values/lettercase.h"
@@ -109,14 +108,14 @@ void sifreguncelle(const QString& id, const QString& entered) {
     const QString stored = entered.trimmed().isEmpty() ? QString() : sifreozet(entered);
     // The first row of that id: an older file may bear an id twice.
     attempt([&] {
-        Press press(baglanti());
-        Recordset users;
-        users.open(u"SELECT * FROM kullanici WHERE id='" + sqlmetin(user) + u'\'', baglanti());
-        if (users.atEnd())
-            return;
-        users.setField(u"sifre"_s, stored);
-        users.update();
-        press.finish();
+        storeTogether([&] {
+            Recordset users;
+            users.open(u"SELECT * FROM kullanici WHERE id='" + sqlmetin(user) + u'\'', baglanti());
+            if (users.atEnd())
+                return;
+            users.setField(u"sifre"_s, stored);
+            users.update();
+        });
     });
 }
 

@@ -1,6 +1,9 @@
 #include "data/baglanmamodulu.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
+#include <QTimer>
+#include <chrono>
 
 #include "app/ayarmodul.h"
 #include "app/modTurkce.h"
@@ -122,6 +125,7 @@ void baglantiac() {
         semakontrol(baglanti());
         keepAccessPaths(baglanti());
         baglantidurumu = 1;
+        restWhenIdle();
     } catch (const RuntimeError& error) {
         baglantidurumu = 0;
         const QString text =
@@ -159,10 +163,20 @@ void kayitkapat() {
 }
 
 void storeTogether(const std::function<void()>& statements) {
+    restWhenIdle();  // behind a failure too
     Press press(baglanti());
     statements();
     press.finish();
-    attempt([] { baglanti().idle(); });  // a reader in the way: the next press moves it
+}
+
+void restWhenIdle() {
+    // Behind the repaint: nobody waits for these barriers then.
+    constexpr std::chrono::milliseconds behindThePaint{20};
+    QTimer::singleShot(behindThePaint, QCoreApplication::instance(), [] {
+        // A reader in the way: the next press moves it.
+        if (baglanti().isOpen())
+            attempt([] { baglanti().idle(); });
+    });
 }
 
 bool veritabanivarmi() {

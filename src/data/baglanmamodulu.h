@@ -68,10 +68,13 @@ bool baglantihazir();
 /// Closes the shared recordset if it is open.
 void kayitkapat();
 
-/// Runs the statements of one press on the shared connection. When it returns they are safe from a power cut,
-/// and as far as no reader is in the way they stand in the database file itself, so that a plain copy of it
-/// holds them. @throws RuntimeError what the statements throw
+/// Runs the statements of one press on the shared connection. When it returns they are safe from a power cut.
+/// @throws RuntimeError what the statements throw, and that the database file has gone from its path
 void storeTogether(const std::function<void()>& statements);
+
+/// Has what is stored moved into the database file itself, so that a plain copy of it is whole, as soon as
+/// the till has painted and nobody waits for it.
+void restWhenIdle();
 
 /// Whether the database file exists and the connection string is plausible.
 bool veritabanivarmi();

@@ -56,6 +56,7 @@ void satisekrani::satiskaydet() {
         throw RuntimeError(noConnectionToStore, noConnection.toString(), source);
     const VSFlexGrid& grid = *ui.satisekrani1;
     try {
+        const bool hasNewestColumn = kolonvar(satisbaglanti, source, u"satis"_s);
         for (int row = 1; row <= grid.rows() - 2; ++row) {
             if (!isSaleLine(row))
                 continue;
@@ -69,7 +70,7 @@ void satisekrani::satiskaydet() {
             QString values = sqltarih(Clock::now()) + u',' + quoted(barcode) + u',' +
                              quoted(grid.textMatrix(row, 2)) + u',' + sqlsayi(adet) + u',' + sqlsayi(fiyat) +
                              u',' + sqlsayi(alis) + u',' + sqlsayi(kar) + u',' + sqlsayi(toplam);
-            if (kolonvar(satisbaglanti, source, u"satis"_s)) {
+            if (hasNewestColumn) {
                 columns += u",satis";
                 values +=
                     u',' + sqlsayi(kar);  // the profit once more, not the sale price: the reports rest on it
@@ -111,13 +112,14 @@ void satisekrani::kaydet_click() {
         return;
     }
     urunkayitkapat();
+    restWhenIdle();  // behind a failure too
     try {
-        // Ends inside the handler's reach: a box that tells of a failure comes behind it.
+        // Inside the handler's reach: a file that has gone is told like any failure, and a box that tells of
+        // one comes behind the end of the press.
         Press press(satisbaglanti);
         satiskaydet();
         stokguncelle();
         press.finish();
-        attempt([this] { satisbaglanti.idle(); });  // a reader in the way: the next sale moves it
         satistemizle();
         giveFocus(*ui.barkod);
     } catch (const RuntimeError& error) {

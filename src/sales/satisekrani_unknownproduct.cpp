@@ -84,18 +84,20 @@ void satisekrani::urunbuunamadikaydet_click() {
 void satisekrani::createProduct() {
     urunkayitkapat();
     kayitkapat();
-    urunkayit.open(u" select * from urunler"_s, baglanti());
-    urunkayit.addNew();
-    urunkayit.setField(u"barkod"_s, ui.bulunulamayaurun->text());
-    const QString name = cutToField(buyukharf(ui.urunadi->text()));
-    urunkayit.setField(u"urun"_s, name);
-    ui.urunadi->setText(name);
-    const double price = sayicevir(ui.urunsatisi->text());
-    urunkayit.setField(u"satis"_s, price);
-    urunkayit.setField(u"alis"_s, price);  // no margin until someone says what it cost
-    urunkayit.setField(u"stok"_s, u"1"_s);
-    urunkayit.update();
-    urunkayit.close();
+    storeTogether([this] {
+        urunkayit.open(u" select * from urunler"_s, baglanti());
+        urunkayit.addNew();
+        urunkayit.setField(u"barkod"_s, ui.bulunulamayaurun->text());
+        const QString name = cutToField(buyukharf(ui.urunadi->text()));
+        urunkayit.setField(u"urun"_s, name);
+        ui.urunadi->setText(name);
+        const double price = sayicevir(ui.urunsatisi->text());
+        urunkayit.setField(u"satis"_s, price);
+        urunkayit.setField(u"alis"_s, price);  // no margin until someone says what it cost
+        urunkayit.setField(u"stok"_s, u"1"_s);
+        urunkayit.update();
+        urunkayit.close();
+    });
 }
 
 void satisekrani::urunbulunamadikapat_click() {

@@ -71,15 +71,9 @@ std::shared_ptr<quint64> writesTo(const QString& file) {
     return count;
 }
 
-/// In the order in which they were opened.
-std::vector<Connection*>& openConnections() {
-    static std::vector<Connection*> connections;
-    return connections;
-}
-
 void closeConnections() {
-    while (!openConnections().empty())
-        attempt([] { openConnections().back()->close(); });
+    while (!ConnectionCore::openOnes().empty())
+        attempt([] { ConnectionCore::openOnes().back()->close(); });
 }
 
 /// The toolkit's own statics, its drivers and their libraries go with the process, in an order that isn't
@@ -94,11 +88,6 @@ void closeAtProcessEnd(const QString& driver) {
 }
 
 quint64 openings = 0;
-
-const QString catalogueProbe = u"SELECT count(*) FROM sqlite_master"_s;
-
-// In the file's header, where the engine leaves a number to the program: "KVX".
-constexpr int networkMark = 0x4B5658;
 
 /// Whether the toolkit has a driver, which may lie beside the program as built or as installed.
 bool findDriver(const QString& driver) {
@@ -155,6 +144,7 @@ qint64 ConnectionCore::number(const QString& engineSql) {
 void ConnectionCore::aboutToWrite() {
     // Counted ahead, so that a statement that fails half-way has been counted.
     ++*writes;
+    wroteInPress = true;
     for (ConnectionUser* user : users)
         user->rowsChanging();
 }
@@ -164,8 +154,25 @@ int ConnectionCore::write(const QString& engineSql, const QVariantList& values) 
     return run(engineSql, values).numRowsAffected();
 }
 
-/// Every statement has reached the disk by itself before it returned (synchronous=FULL).
-void ConnectionCore::makeDurable() {}
+bool ConnectionCore::writePrepared(const QString& sql) {
+    const std::optional<StatementShape> shape = StatementShape::of(sql);
+    if (!shape)
+        return false;
+    std::optional<StatementCache::Kept> kept = statements.take(shape->text);
+    if (!kept) {
+        kept.emplace(StatementCache::Kept{QSqlQuery(database)});
+        kept->query.setForwardOnly(true);
+        if (!kept->query.prepare(dialect::translate(shape->text)))
+            return false;
+    }
+    for (qsizetype i = 0; i < shape->values.size(); ++i)
+        kept->query.bindValue(static_cast<int>(i), shape->values[i]);
+    aboutToWrite();
+    if (!kept->query.exec())
+        throw failure(kept->query.lastError());
+    statements.keep(shape->text, std::move(*kept));
+    return true;
+}
 
 void ConnectionCore::openDatabase(const ConnectionString& parts) {
     hasPassword = !parts.password.isEmpty();
@@ -178,55 +185,48 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     const QFileInfo file(parts.dataSource);
     if (parts.dataSource.isEmpty() || !file.isFile())
         throw failure(Kind::missing, describeFailure(Kind::missing, u"unable to open database file"_s));
+    path = file.absoluteFilePath();
+    leaveReplacedFile();
+    // Ahead of the open: a file that takes its place in between shows as another one.
+    stamp = FileStamp::of(path).value_or(FileStamp());
     name = nextConnectionName();
     database = QSqlDatabase::addDatabase(driver, name);
     database.setDatabaseName(fileUri(file));
     database.setPassword(parts.password);
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
     // The one notice that our drivers send.
     QObject::connect(database.driver(), &QSqlDriver::notification, database.driver(), giveWaitSign);
+    target = file.canonicalFilePath();
+    writes = writesTo(target);
+    onNetwork = isOnNetwork(target);
+    if (onNetwork)
+        leaveLogOverNetwork();
+    openHandle(busyTimeout);
+    chooseJournal();
+}
+
+void ConnectionCore::openHandle(std::chrono::milliseconds timeout) {
+    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count()));
     if (!database.open())
         throw failure(database.lastError());
-    closeAtProcessEnd(driver);
+    closeAtProcessEnd(database.driverName());
     opening = ++openings;
-    writes = writesTo(file.canonicalFilePath());
-    if (isOnNetwork(file.canonicalFilePath()))
-        prepareNetworkFile();
-    else
-        prepareLocalFile();
-    run(u"PRAGMA synchronous=FULL"_s);
 }
 
-void ConnectionCore::prepareLocalFile() {
-    run(catalogueProbe);
-    // A file in a folder that can't be written can't change its journal, yet can be read.
-    QSqlQuery(database).exec(bearsNetworkMark() ? u"PRAGMA journal_mode=DELETE"_s
-                                                : u"PRAGMA journal_mode=WAL"_s);
-}
-
-/// A write-ahead log lives in memory that its users share, so on one machine only. Exclusive locking from the
-/// first read on keeps the engine from making that memory; it fails where another process has the log in use.
-void ConnectionCore::prepareNetworkFile() {
-    run(u"PRAGMA locking_mode=EXCLUSIVE"_s);
-    run(catalogueProbe);
-    QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
-    if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
-        throw failure(
-            Kind::busy,
-            describeFailure(
-                Kind::busy,
-                u"The file is in use with a write-ahead log, which can't be shared over a network."_s));
+void ConnectionCore::open(const QString& text) {
+    try {
+        openDatabase(ConnectionString::parse(text));
+    } catch (const RuntimeError&) {
+        closeDatabase();
+        throw;
     }
-    journal.finish();
-    if (!bearsNetworkMark())
-        QSqlQuery(database).exec(
-            u"PRAGMA user_version=%1"_s.arg(networkMark));  // a read-only file goes without
-    run(u"PRAGMA locking_mode=NORMAL"_s);
-    run(catalogueProbe);  // lets the lock go
+    connectionString = text;
+    self = std::shared_ptr<Connection>(&owner, [](Connection*) {});
+    openOnes().push_back(this);
 }
 
-bool ConnectionCore::bearsNetworkMark() {
-    return number(u"PRAGMA user_version"_s) == networkMark;
+void ConnectionCore::close() {
+    std::erase(openOnes(), this);
+    closeDatabase();
 }
 
 void ConnectionCore::closeDatabase() {
@@ -236,16 +236,29 @@ void ConnectionCore::closeDatabase() {
     }
     if (name.isEmpty())
         return;
+    attempt([this] { makeDurable(); });
     schema.forget();
+    statements.clear();
+    attempt([this] {
+        if (database.isOpen() && hasLeftPath())
+            emptyLog();
+    });
     opening = 0;
+    settled.reset();
     database.close();
     // The toolkit warns of a connection that is removed while a handle of it lives.
     database = QSqlDatabase();
     QSqlDatabase::removeDatabase(std::exchange(name, {}));
 }
 
-Connection::Connection(std::chrono::milliseconds busyTimeout) : d(std::make_unique<Private>(busyTimeout)) {
-    openConnections();  // must outlive a connection that lives until the process ends
+std::vector<ConnectionCore*>& ConnectionCore::openOnes() {
+    static std::vector<ConnectionCore*> connections;
+    return connections;
+}
+
+Connection::Connection(std::chrono::milliseconds busyTimeout)
+    : d(std::make_unique<Private>(*this, busyTimeout)) {
+    ConnectionCore::openOnes();  // must outlive a connection that lives until the process ends
 }
 
 Connection::~Connection() {
@@ -255,20 +268,11 @@ Connection::~Connection() {
 void Connection::open(const QString& connectionString) {
     if (isOpen())
         throw d->failure(Kind::statement, u"Operation is not allowed when the object is open."_s);
-    try {
-        d->openDatabase(ConnectionString::parse(connectionString));
-    } catch (const RuntimeError&) {
-        d->closeDatabase();
-        throw;
-    }
-    d->connectionString = connectionString;
-    d->self = std::shared_ptr<Connection>(this, [](Connection*) {});
-    openConnections().push_back(this);
+    d->open(connectionString);
 }
 
 void Connection::close() {
-    std::erase(openConnections(), this);
-    d->closeDatabase();
+    d->close();
 }
 
 bool Connection::isOpen() const {
@@ -276,9 +280,9 @@ bool Connection::isOpen() const {
 }
 
 std::weak_ptr<Connection> Connection::findOpen(const QString& connectionString) {
-    for (const Connection* connection : openConnections()) {
-        if (connection->d->connectionString == connectionString)
-            return connection->d->self;
+    for (const ConnectionCore* connection : ConnectionCore::openOnes()) {
+        if (connection->connectionString == connectionString)
+            return connection->self;
     }
     return {};
 }
@@ -286,6 +290,8 @@ std::weak_ptr<Connection> Connection::findOpen(const QString& connectionString) 
 void Connection::execute(const QString& sql) {
     d->requireOpen();
     d->inEnginesName([&] {
+        if (d->writePrepared(sql))
+            return;
         const auto counter = dialect::addCounterColumn(sql);
         const bool changesTables = dialect::changesTables(sql);
         if (counter)
@@ -331,7 +337,12 @@ ChangeMark Connection::changeMark() {
 
 void Connection::idle() {
     d->requireOpen();
-    d->run(u"PRAGMA wal_checkpoint(PASSIVE)"_s);
+    if (!d->moveLog())
+        return;
+    for (ConnectionCore* connection : ConnectionCore::openOnes()) {
+        if (connection->stamp.isSameFile(d->stamp))
+            attempt([&] { connection->settle(); });
+    }
 }
 
 }  // namespace kovanix

@@ -52,8 +52,9 @@ public:
     /// A file on a local file system is put into write-ahead logging, one on a network file system into a
     /// rollback journal; both with synchronous=FULL. A file that was opened over a network once bears a mark,
     /// and keeps its rollback journal on its own machine too: a write-ahead log can't be shared between
-    /// machines. Over the network a file that is in use with a write-ahead log fails to open. A file that can
-    /// only be read keeps the journal that it has.
+    /// machines. Over the network a file that is in use with a write-ahead log is asked for (leaveLogIfAsked)
+    /// and fails to open when nobody lets go of it within the busy time-out. A file that can only be read
+    /// keeps the journal that it has.
     void open(const QString& connectionString);
 
     /// Closes; recordsets that are open on it are closed with it. A closed connection stays closed.
@@ -92,6 +93,13 @@ public:
     /// database file as far as no reader stands in the way, without waiting, so that a plain copy of the file
     /// is whole. Nothing to do with a rollback journal.
     void idle();
+
+    /// What a till does from time to time, and before it sells, for tills that want to open the same file
+    /// over a network: a write-ahead log can't be shared between machines, so that this file's is left for a
+    /// rollback journal, with all connections of this process to it. Where nobody asks, this is one look at
+    /// the folder. A failure leaves the log as it was; a connection whose file can't be opened any more is
+    /// closed.
+    void leaveLogIfAsked();
 
 private:
     friend class BulkWriter;

@@ -13,6 +13,11 @@ struct ConnectionCore;
 /// A press within another one leaves the finish to the outer one. The connection must outlive the press.
 class Press {
 public:
+    /// Looks first whether the file that is open is still the one at its path. Where another has taken its
+    /// place, all connections of this process to it leave the old file and open the one that is there now;
+    /// recordsets that are open on them are closed with that.
+    /// @throws DatabaseError where no file is at that path any more (missing), or the one there can't be
+    /// opened
     explicit Press(Connection& connection);
     ~Press();
     Press(const Press&) = delete;

@@ -97,6 +97,7 @@ QList<TableInfo> readTables(ConnectionCore& core) {
 }  // namespace
 
 void SchemaCache::forget() {
+    ++m_generation;
     m_question.reset();
     m_version.reset();
     m_shapes.clear();

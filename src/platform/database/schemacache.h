@@ -27,12 +27,16 @@ public:
     /// Reads anew at the next question, and holds no statement until then.
     void forget();
 
+    /// Counts how often it has forgotten.
+    quint64 generation() const { return m_generation; }
+
 private:
     void check(ConnectionCore& core);
     qint64 version(ConnectionCore& core);
 
     std::optional<QSqlQuery> m_question;  // after the version, kept prepared: it goes ahead of every select
     std::optional<qint64> m_version;
+    quint64 m_generation = 0;
     QHash<QString, TableShape> m_shapes;
     std::optional<QList<TableInfo>> m_tables;
 };

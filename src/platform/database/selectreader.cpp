@@ -51,12 +51,37 @@ bool matchesTerm(const RowFilter::Term& term, const QVariant& value) {
 SelectReader::SelectReader(ConnectionCore& core, const QString& sql, qint64 firstLimit)
     : m_core(core), m_sql(sql), m_firstLimit(firstLimit) {
     core.inEnginesName([&] {
+        m_shared = StatementShape::of(sql);
+        if (m_shared && takePrepared(m_shared->text))
+            return;
+        m_shared.reset();
         m_select = dialect::tableSelect(sql);
         m_onlyReads = m_select || dialect::onlyReads(sql);
         if (m_select)
             m_shape = core.schema.shape(core, m_select->table);
-        m_first = prepared(engineSql({std::nullopt, readsRanges() ? firstLimit : 0}, {}));
+        m_first = prepared(engineSql(m_sql, {std::nullopt, readsRanges() ? firstLimit : 0}, {}));
     });
+}
+
+/// Takes the statement of the open from those that are kept, or prepares one that can be. @return false where
+/// that needs the values
+bool SelectReader::takePrepared(const QString& text) {
+    std::optional<StatementCache::Kept> kept = m_core.statements.take(text);
+    m_select = kept ? kept->select : dialect::tableSelect(text);
+    if (!m_select)
+        return false;
+    m_shape = m_core.schema.shape(m_core, m_select->table);
+    // Other tables may give the rows another identity.
+    if (kept && kept->generation == m_core.schema.generation()) {
+        m_first = std::move(kept->query);
+        return true;
+    }
+    QSqlQuery query(m_core.database);
+    query.setForwardOnly(true);
+    if (!query.prepare(engineSql(text, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {})))
+        return false;
+    m_first = std::move(query);
+    return true;
 }
 
 QSqlQuery SelectReader::prepared(const QString& engineSql) const {
@@ -67,10 +92,10 @@ QSqlQuery SelectReader::prepared(const QString& engineSql) const {
     return query;
 }
 
-QString SelectReader::engineSql(const Range& range, const QString& condition) const {
+QString SelectReader::engineSql(const QString& sql, const Range& range, const QString& condition) const {
     const std::optional<QString> placed =
-        dialect::translateAfterRow(m_sql, m_shape.identity, {range.afterRow, condition, range.limit});
-    return placed ? *placed : dialect::translate(m_sql);
+        dialect::translateAfterRow(sql, m_shape.identity, {range.afterRow, condition, range.limit});
+    return placed ? *placed : dialect::translate(sql);
 }
 
 qsizetype SelectReader::indexOf(const QString& name) const {
@@ -100,6 +125,7 @@ void SelectReader::setFilter(const RowFilter& filter) {
     m_filterCondition = filter.isEmpty() ? std::nullopt : condition(filter);
     m_filterInMemory = m_filterCondition ? RowFilter() : filter;
     m_first.reset();
+    m_shared.reset();
 }
 
 dialect::Condition SelectReader::withFilter(const dialect::Condition& condition) const {
@@ -114,16 +140,21 @@ std::vector<SelectReader::Row> SelectReader::read(const Range& range, const dial
     const dialect::Condition all = withFilter(condition);
     const bool first =
         m_first && !range.afterRow && all.sql.isEmpty() && (!readsRanges() || range.limit == m_firstLimit);
-    QSqlQuery query = first ? std::move(*m_first) : prepared(engineSql(range, all.sql));
+    QSqlQuery query = first ? std::move(*m_first) : prepared(engineSql(m_sql, range, all.sql));
+    const std::optional<StatementShape> shared = first ? std::exchange(m_shared, std::nullopt) : std::nullopt;
     if (first)
         m_first.reset();
-    for (const QVariant& value : all.values)
-        query.addBindValue(value);
+    const QVariantList& values = shared ? shared->values : all.values;
+    for (qsizetype i = 0; i < values.size(); ++i)
+        query.bindValue(static_cast<int>(i), values[i]);
     if (!m_onlyReads)
         m_core.aboutToWrite();
     if (!query.exec())
         throw m_core.failure(query.lastError());
-    return fetch(query);
+    std::vector<Row> rows = fetch(query);
+    if (shared)
+        m_core.statements.keep(shared->text, {std::move(query), m_select, m_core.schema.generation()});
+    return rows;
 }
 
 std::vector<SelectReader::Row> SelectReader::fetch(QSqlQuery& query) {

@@ -1,5 +1,8 @@
+#include <QDateTime>
 #include <QFile>
 
+#include "database/logrequest.h"
+#include "database/press.h"
 #include "database/recordset.h"
 #include "databasefile.h"
 
@@ -68,6 +71,94 @@ private Q_SLOTS:
         remote.execute(u"INSERT INTO t VALUES (2)"_s);
         QCOMPARE(RawDatabase(file.path(), file.password()).rows(u"SELECT count(*) FROM t"_s),
                  QStringList{u"2"_s});
+    }
+
+    void aLogIsLeftForWhoAsks_data() { DatabaseFile::bothKinds(); }
+    void aLogIsLeftForWhoAsks() {
+        const DatabaseFile file;
+        fill(file);
+        Connection local;
+        Connection beside;
+        local.open(file.connectionString());
+        beside.open(file.connectionString());
+        local.execute(u"INSERT INTO t VALUES (1)"_s);
+        Recordset rows;
+        rows.open(u"SELECT * FROM t"_s, beside);
+        {
+            LogRequest request(file.path());
+            local.leaveLogIfAsked();  // nobody has asked yet
+            QCOMPARE(journal(file), u"wal"_s);
+            request.renew();
+            local.leaveLogIfAsked();
+        }
+        QVERIFY(!LogRequest::isPending(file.path()));
+        QCOMPARE(journal(file), u"delete"_s);
+        QVERIFY(rows.isOpen());
+        QCOMPARE(rows.field(u"a"_s).toInt(), 1);
+        local.execute(u"INSERT INTO t VALUES (2)"_s);
+        beside.execute(u"INSERT INTO t VALUES (3)"_s);
+        overNetwork(true);
+        Connection remote;
+        remote.open(file.connectionString());
+        remote.execute(u"INSERT INTO t VALUES (4)"_s);
+        QCOMPARE(RawDatabase(file.path(), file.password()).rows(u"SELECT sum(a) FROM t"_s),
+                 QStringList{u"10"_s});
+    }
+
+    void aPressLeavesTheLogFirst() {
+        const DatabaseFile file(QString{});
+        fill(file);
+        Connection local;
+        local.open(file.connectionString());
+        LogRequest request(file.path());
+        request.renew();
+        Press press(local);
+        QCOMPARE(journal(file), u"delete"_s);
+        local.execute(u"INSERT INTO t VALUES (1)"_s);
+        press.finish();
+        QCOMPARE(file.rows(u"SELECT count(*) FROM t"_s), QStringList{u"1"_s});
+    }
+
+    void aRequestThatWasLeftBehindAsksNothing() {
+        const DatabaseFile file(QString{});
+        fill(file);
+        Connection local;
+        local.open(file.connectionString());
+        QFile request(file.path() + u"-network"_s);
+        QVERIFY(request.open(QIODevice::WriteOnly));
+        QVERIFY(request.setFileTime(QDateTime::currentDateTime().addSecs(-11), QFile::FileModificationTime));
+        request.close();
+        local.leaveLogIfAsked();
+        QCOMPARE(journal(file), u"wal"_s);
+        QVERIFY(!request.exists());
+    }
+
+    /// Somebody who isn't a till has the log in use and doesn't let go.
+    void aLogThatOthersHoldStaysInUse() {
+        const DatabaseFile file(QString{});
+        fill(file);
+        Connection local;
+        local.open(file.connectionString());
+        RawDatabase other(file.path(), {});
+        QCOMPARE(other.rows(u"SELECT count(*) FROM t"_s), QStringList{u"0"_s});
+        LogRequest request(file.path());
+        request.renew();
+        local.leaveLogIfAsked();
+        QCOMPARE(journal(file), u"wal"_s);
+        local.execute(u"INSERT INTO t VALUES (1)"_s);
+        QCOMPARE(other.rows(u"SELECT count(*) FROM t"_s), QStringList{u"1"_s});
+    }
+
+    void aFileThatHasGoneClosesTheConnection() {
+        const DatabaseFile file(QString{});
+        fill(file);
+        Connection local;
+        local.open(file.connectionString());
+        LogRequest request(file.path());
+        request.renew();
+        QVERIFY(QFile::remove(file.path()));
+        local.leaveLogIfAsked();
+        QVERIFY(!local.isOpen());
     }
 
     void severalOverTheNetworkWriteInTurn_data() { DatabaseFile::bothKinds(); }

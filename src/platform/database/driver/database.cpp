@@ -16,7 +16,7 @@ Database::~Database() {
 
 void Database::close() {
     // A handle with a living statement would not close.
-    for (Result* result : std::exchange(m_results, {})) {
+    for (Result* result : m_results) {
         result->finalize();
     }
     sqlite3_close(std::exchange(m_handle, nullptr));

@@ -127,6 +127,10 @@ bool Result::exec() {
     setAt(QSql::BeforeFirstRow);
     setActive(false);
     setLastError({});
+    // The handle may have been closed and opened again since.
+    if (!m_statement && !lastQuery().isEmpty() && !prepare(lastQuery())) {
+        return false;
+    }
     m_rows.clear();
     m_changes = -1;
     m_finished = false;
