@@ -104,7 +104,7 @@ private Q_SLOTS:
     void aCopyOverIt_data() { DatabaseFile::bothKinds(); }
     void aCopyOverIt() {
         Shop shop;
-        for (int i = 0; i < 200; ++i)
+        for (int i = 0; i < 20; ++i)
             shop.sell(QString(50, u'x'));
         shop.rest();
         Shop::copy(shop.backup, shop.file.path());
