@@ -83,8 +83,7 @@ void BookedTill::store() {
         const double purchase = m_purchase.value(cells.at(0));
         const double total = quantity * price;
         const double profit = total - quantity * purchase;
-        m_book.store(
-            saleText({now, cells.at(0), cells.at(1), quantity, price, purchase, profit, total, profit}));
+        m_book.store({now, cells.at(0), cells.at(1), {quantity, price, purchase, profit, total, profit}});
     }
     for (int row = 1; row <= lines && !isRefused; ++row) {
         const QStringList cells = m_shop.line(row);

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <QMap>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <functional>
-#include <optional>
 
 #include "filelayer.h"
 #include "salesfixture.h"

@@ -89,11 +89,13 @@ FolderFiles Disk::killed(const FileStep& next) const {
         if (name->now >= 0)
             files[name.key()] = m_files[name->now].now;
     }
-    if (next.kind == Kind::write && next.bytes.size() > page - next.place % page) {
-        FileStep part = next;
-        part.bytes.truncate(page - next.place % page);
-        write(files[m_trace.files[next.file].name], part);
-    }
+    if (next.kind != Kind::write || next.bytes.size() <= page - next.place % page)
+        return files;
+    FileStep part = next;
+    part.bytes.truncate(page - next.place % page);
+    const QString& name = m_trace.files[next.file].name;
+    if (m_names.value(name).now == next.file)
+        write(files[name], part);
     return files;
 }
 

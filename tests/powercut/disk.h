@@ -1,12 +1,10 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QMap>
 #include <QString>
-#include <cstdint>
-#include <map>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "filelayer.h"

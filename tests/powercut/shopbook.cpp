@@ -16,7 +16,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString columns = u"tarih, barkod, urun, adet, fiyat, alis, kar, toplam, satis"_s;
+QString describe(const SoldLine& sale) {
+    QStringList texts{sale.moment, sale.barcode, sale.name};
+    for (const double number : sale.numbers)
+        texts.append(QString::number(number, 'g', 17));
+    return texts.join(u'|');
+}
 
 /// A connection that the till doesn't know, past every layer that lies under the engine.
 class BareConnection {
@@ -65,16 +70,6 @@ private:
 
 }  // namespace
 
-QString saleText(const QVariantList& row) {
-    QStringList texts;
-    for (const QVariant& value : row) {
-        // Each bit of a number counts.
-        const bool isNumber = value.typeId() == QMetaType::Double;
-        texts.append(isNumber ? QString::number(value.toDouble(), 'g', 17) : value.toString());
-    }
-    return texts.join(u'|');
-}
-
 ShopContents readShop(const FolderFiles& files, const QString& password) {
     // In memory where the system offers that: thousands of them are read.
     static const QString place = QFileInfo(u"/dev/shm"_s).isWritable() ? u"/dev/shm"_s : QDir::tempPath();
@@ -97,11 +92,15 @@ ShopContents readShop(const QString& file, const QString& password) {
     const QList<QVariantList> check = connection.rows(u"PRAGMA integrity_check"_s);
     if (check != QList<QVariantList>{{u"ok"_s}})
         shop.trouble = u"integrity_check: "_s + check.value(0).value(0).toString();
-    qsizetype number = 0;
-    for (QVariantList& row : connection.rows(u"SELECT no, "_s + columns + u" FROM satislar ORDER BY no"_s)) {
-        if (row.takeFirst().toLongLong() != ++number)
-            shop.trouble = u"a number is missing before row %1"_s.arg(number);
-        shop.sales.append(saleText(row));
+    const QString select =
+        u"SELECT no, tarih, barkod, urun, adet, fiyat, alis, kar, toplam, satis FROM satislar ORDER BY no"_s;
+    for (const QVariantList& row : connection.rows(select)) {
+        SoldLine sale{row.at(1).toString(), row.at(2).toString(), row.at(3).toString(), {}};
+        for (std::size_t i = 0; i < sale.numbers.size(); ++i)
+            sale.numbers.at(i) = row.at(4 + static_cast<qsizetype>(i)).toDouble();
+        shop.sales.push_back(sale);
+        if (row.at(0).toULongLong() != shop.sales.size())
+            shop.trouble = u"the numbers jump to %1"_s.arg(row.at(0).toLongLong());
     }
     for (const QVariantList& row : connection.rows(u"SELECT barkod, stok FROM urunler"_s)) {
         if (shop.stock.contains(row.at(0).toString()))
@@ -119,8 +118,8 @@ ShopBook::ShopBook(const ShopContents& start) : m_sales(start.sales) {
     add(m_sales.size(), start.stock);
 }
 
-void ShopBook::store(const QString& sale) {
-    m_sales.append(sale);
+void ShopBook::store(const SoldLine& sale) {
+    m_sales.push_back(sale);
     add(m_sales.size(), m_states.back().stock);
 }
 
@@ -149,7 +148,7 @@ void ShopBook::cutBack(qsizetype statements) {
 }
 
 std::optional<qsizetype> ShopBook::find(const ShopContents& contents, qsizetype least, qsizetype most) const {
-    const qsizetype rows = contents.sales.size();
+    const std::size_t rows = contents.sales.size();
     if (!contents.trouble.isEmpty() || rows > m_sales.size() ||
         !std::equal(contents.sales.begin(), contents.sales.end(), m_sales.begin()))
         return std::nullopt;
@@ -166,17 +165,17 @@ QString ShopBook::difference(const ShopContents& contents, qsizetype least, qsiz
         return contents.trouble;
     if (find(contents, least, most))
         return {};
-    const qsizetype leastRows = m_states.at(static_cast<std::size_t>(least)).sales;
-    const qsizetype mostRows = m_states.at(static_cast<std::size_t>(most)).sales;
-    const qsizetype rows = contents.sales.size();
+    const std::size_t leastRows = m_states.at(static_cast<std::size_t>(least)).sales;
+    const std::size_t mostRows = m_states.at(static_cast<std::size_t>(most)).sales;
+    const std::size_t rows = contents.sales.size();
     if (rows < leastRows)
         return u"%1 sold lines are lost of %2 that were told"_s.arg(leastRows - rows).arg(leastRows);
     if (rows > mostRows)
         return u"%1 sold lines, and no more than %2 were pressed"_s.arg(rows).arg(mostRows);
-    for (qsizetype row = 0; row < rows; ++row) {
+    for (std::size_t row = 0; row < rows; ++row) {
         if (contents.sales.at(row) != m_sales.at(row))
-            return u"sold line %1 reads %2 and was %3"_s.arg(row + 1).arg(contents.sales.at(row),
-                                                                          m_sales.at(row));
+            return u"sold line %1 reads %2 and was %3"_s.arg(row + 1).arg(describe(contents.sales.at(row)),
+                                                                          describe(m_sales.at(row)));
     }
     const std::optional<qsizetype> other = find(contents, 0, statements());
     return other ? u"the shop as behind statement %1 of %2 that were told"_s.arg(*other).arg(least)

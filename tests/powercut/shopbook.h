@@ -2,8 +2,7 @@
 
 #include <QMap>
 #include <QString>
-#include <QStringList>
-#include <QVariantList>
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -16,16 +15,22 @@ namespace kovanix {
 inline const QString rawKey =
     QStringLiteral("x'2dd29ca851e7b56e4697b0e1f08507293d761a05ce4d1b628663f411a8086d99'");
 
+/// A sold line as it is stored; each bit of its numbers counts.
+struct SoldLine {
+    QString moment;
+    QString barcode;
+    QString name;
+    std::array<double, 6> numbers;  ///< adet, fiyat, alis, kar, toplam, satis
+
+    bool operator==(const SoldLine&) const = default;
+};
+
 /// What a shop's file holds of trade.
 struct ShopContents {
     QString trouble;              ///< why it can't be read, or what the engine finds wrong in it; empty: none
-    QStringList sales;            ///< the rows, as saleText writes them, by number
+    std::vector<SoldLine> sales;  ///< by number
     QMap<QString, double> stock;  ///< of each product, by barcode
 };
-
-/// A row of the sold lines without its number, in the columns' order: tarih, barkod, urun, adet, fiyat, alis,
-/// kar, toplam, satis.
-QString saleText(const QVariantList& row);
 
 /// Opens a shop's file with the bare engine, has the engine check it and reads it.
 /// @param files  of one folder; those of the database are written into a folder of their own
@@ -38,7 +43,7 @@ class ShopBook {
 public:
     explicit ShopBook(const ShopContents& start);
 
-    void store(const QString& sale);
+    void store(const SoldLine& sale);
     /// Takes from the stock of a product; there may be none.
     void take(const QString& barcode, double quantity);
     void setStock(const QString& barcode, double stock);
@@ -57,12 +62,12 @@ public:
 
 private:
     struct State {
-        qsizetype sales;
+        std::size_t sales;
         QMap<QString, double> stock;
     };
-    void add(qsizetype sales, const QMap<QString, double>& stock) { m_states.push_back({sales, stock}); }
+    void add(std::size_t sales, const QMap<QString, double>& stock) { m_states.push_back({sales, stock}); }
 
-    QStringList m_sales;
+    std::vector<SoldLine> m_sales;
     std::vector<State> m_states;  ///< ahead of all statements, then behind each
 };
 

@@ -8,6 +8,7 @@
 #include "rows.h"
 #include "runtests.h"
 #include "shopday.h"
+#include "wantedtimes.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -21,12 +22,7 @@ struct FileRow {
     bool rollbackJournal = false;
     int cuts = 2000;
 
-    /// The row's own number of cuts, or as the environment says.
-    int wantedCuts() const {
-        bool isNumber = false;
-        const int wanted = qEnvironmentVariableIntValue("KOVANIX_CUTS", &isNumber);
-        return isNumber ? wanted : cuts;
-    }
+    int wantedCuts() const { return wantedTimes("KOVANIX_CUTS", cuts); }
 };
 
 /// One day of each kind, traded once.
@@ -107,8 +103,8 @@ class PowerCutTest : public QObject {
         addRows<FileRow>({
             {"a plain file", {{}, false, 2000}},
             {"a file with a password", {rawKey, false, 2000}},
-            {"a plain file of a share", {{}, true, 500}},
-            {"a file of a share with a password", {rawKey, true, 500}},
+            {"a plain file of a share", {{}, true, 300}},
+            {"a file of a share with a password", {rawKey, true, 300}},
         });
     }
 

@@ -10,18 +10,12 @@
 
 #include "programs.h"
 #include "runtests.h"
+#include "wantedtimes.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// How often a till is killed: a few times, or as the environment says.
-int wantedRounds() {
-    bool isNumber = false;
-    const int wanted = qEnvironmentVariableIntValue("KOVANIX_KILLS", &isNumber);
-    return isNumber ? wanted : 20;
-}
 
 constexpr qsizetype mostSales = 25;  // reported before the kill is armed
 constexpr int longestDelay = 12000;  // microseconds from there: a few statements
@@ -81,7 +75,7 @@ private Q_SLOTS:
 
     void nothingThatWasStoredIsLost() {
         QFETCH(QString, password);
-        const int rounds = wantedRounds();
+        const int rounds = wantedTimes("KOVANIX_KILLS", 20);
         const ClosedShop shop(password);
         std::mt19937 random(20260503);
         std::uniform_int_distribution<qsizetype> sales(0, mostSales);

@@ -11,18 +11,12 @@
 
 #include "programs.h"
 #include "runtests.h"
+#include "wantedtimes.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// How many sales each till makes: a few, or as the environment says.
-int salesOfATill() {
-    bool isNumber = false;
-    const int wanted = qEnvironmentVariableIntValue("KOVANIX_TRADE", &isNumber);
-    return isNumber ? wanted : 150;
-}
 
 int killsIn(int sales) {
     return 3 + sales / 500;
@@ -165,7 +159,7 @@ private Q_SLOTS:
 
     void whatWasPressedIsThere() {
         QFETCH(QString, password);
-        const int sales = salesOfATill();
+        const int sales = wantedTimes("KOVANIX_TRADE", 150);
         const ClosedShop shop(password);
         std::mt19937 random(20260503);
         Tills tills;
