@@ -10,13 +10,13 @@
 
 #include "programs.h"
 #include "runtests.h"
+#include "wantedtimes.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int rounds = 20;
 constexpr qsizetype mostSales = 25;  // reported before the kill is armed
 constexpr int longestDelay = 12000;  // microseconds from there: a few statements
 constexpr int commitsOfSale = 4;     // two rows, two updates of the stock
@@ -75,6 +75,7 @@ private Q_SLOTS:
 
     void nothingThatWasStoredIsLost() {
         QFETCH(QString, password);
+        const int rounds = wantedTimes("KOVANIX_KILLS", 20);
         const ClosedShop shop(password);
         std::mt19937 random(20260503);
         std::uniform_int_distribution<qsizetype> sales(0, mostSales);

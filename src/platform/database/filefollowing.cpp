@@ -2,12 +2,14 @@
 #include <vector>
 
 #include "database/connectionprivate.h"
+#include "database/engineerror.h"
 #include "database/filestamp.h"
 #include "runtime/attempt.h"
 
 namespace kovanix {
 
 using namespace Qt::StringLiterals;
+using Kind = DatabaseError::Kind;
 
 std::optional<FileStamp> FileStamp::of(const QString& path) {
     struct stat found {};
@@ -42,7 +44,7 @@ bool ConnectionCore::hasLeftPath() const {
 void ConnectionCore::emptyLog() {
     QSqlQuery emptied = run(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
     if (!emptied.next() || emptied.value(0).toInt() != 0)
-        throw failure(DatabaseError::Kind::busy, u"database is locked"_s);
+        throw failure(Kind::busy, describeFailure(Kind::busy, u"database is locked"_s));
 }
 
 void ConnectionCore::followFile() {
@@ -54,7 +56,7 @@ void ConnectionCore::followFile() {
     if (!stays)
         emptyLog();
     if (!now)
-        throw failure(DatabaseError::Kind::missing, u"unable to open database file"_s);
+        throw failure(Kind::missing, describeFailure(Kind::missing, u"unable to open database file"_s));
     reopen([this](const ConnectionCore& connection) { return connection.stamp.isSameFile(stamp); });
     if (!database.isOpen())
         open(connectionString);  // fails once more, and says why
