@@ -97,8 +97,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
-    QRect titleBar() const;
-
 private:
     int titlePixels() const;
     QRect progressLine() const;
