@@ -324,8 +324,8 @@ void DressedBox::showEvent(QShowEvent* event) {
 }
 
 bool DressedBox::event(QEvent* event) {
-    // The toolkit would go back to its own size.
-    return event->type() == QEvent::LayoutRequest ? QDialog::event(event) : QMessageBox::event(event);
+    // The toolkit would go back to its own size; the layout itself has been told already.
+    return event->type() == QEvent::LayoutRequest || QMessageBox::event(event);
 }
 
 void DressedBox::keyPressEvent(QKeyEvent* event) {
