@@ -320,7 +320,8 @@ private Q_SLOTS:
     void leaving_data() {
         QTest::addColumn<LeavingRow>("row");
         for (const ScreenRow& row : screens()) {
-            QTest::addRow("%s by Escape", row.name) << LeavingRow{row, true};
+            if (!row.tabOrder.isEmpty())  // else the key goes elsewhere
+                QTest::addRow("%s by Escape", row.name) << LeavingRow{row, true};
             QTest::addRow("%s by X", row.name) << LeavingRow{row, false};
         }
     }

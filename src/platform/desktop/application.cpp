@@ -77,7 +77,7 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 
 void Application::endWithTheLastScreen() {
     if (std::ranges::none_of(topLevelWidgets(), isScreen))
-        exit(0);
+        quit();
 }
 
 }  // namespace kovanix
