@@ -185,7 +185,7 @@ void frmLogin::paintEvent(QPaintEvent* event) {
         // Below the card, whose own corners are cut without a smooth edge: at its light side.
         QPainter painter(&m_backdrop);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setClipRect(card.geometry().adjusted(card.width() / 2, 0, 0, 0));
+        painter.setClipRect(card.geometry().adjusted(2 * cardRadius, 0, 0, 0));
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette().window());
         painter.drawRoundedRect(card.geometry(), cardRadius, cardRadius);

@@ -172,6 +172,8 @@ private Q_SLOTS:
             const QImage picture = login.grab().toImage();
             QCOMPARE(picture.pixelColor(picture.width() / 2, picture.height() / 2),
                      login.palette().color(QPalette::Base));
+            QCOMPARE(picture.pixelColor(card.geometry().topLeft() + QPoint(252, 4)),
+                     login.palette().color(QPalette::Window));
             QVERIFY(picture.pixelColor(0, 0).lightness() < 100);
             QVERIFY(picture.pixelColor(picture.width() - 1, picture.height() - 1).lightness() < 100);
             login.resize(1200, 900);

@@ -276,6 +276,18 @@ private Q_SLOTS:
         QCOMPARE(symbolsLeft(opened, row.symbols).join(u'\n'), QString());
     }
 
+    // One title each, with round corners.
+    void aSmallOneIsItsOwnFrame_data() { addScreens(); }
+    void aSmallOneIsItsOwnFrame() {
+        QFETCH(const ScreenRow, row);
+        const Screen& opened = open(row);
+        if (row.design.isEmpty())
+            return;
+        QVERIFY(opened.windowFlags() & Qt::FramelessWindowHint);
+        QVERIFY(!opened.mask().contains(QPoint(0, 0)));
+        QVERIFY(opened.mask().contains(opened.rect().center()));
+    }
+
     void fits_data() {
         QTest::addColumn<SizeRow>("row");
         const auto add = [](const ScreenRow& row, QSize display) {
@@ -320,7 +332,8 @@ private Q_SLOTS:
     void leaving_data() {
         QTest::addColumn<LeavingRow>("row");
         for (const ScreenRow& row : screens()) {
-            QTest::addRow("%s by Escape", row.name) << LeavingRow{row, true};
+            if (!row.tabOrder.isEmpty())  // else the key goes elsewhere
+                QTest::addRow("%s by Escape", row.name) << LeavingRow{row, true};
             QTest::addRow("%s by X", row.name) << LeavingRow{row, false};
         }
     }

@@ -138,7 +138,7 @@ const std::vector<WindowRow>& knownWindows() {
          .clear = "vkCommand1_18",
          .enter = "vkCommand1_39",
          .weight = 45},
-        {"saatt", {{sales, "saat", doublePress}}, {"", "Escape", "X"}},
+        {"saatt", {{sales, "saat", doublePress}}, {"", "X"}},
     };
     return rows;
 }

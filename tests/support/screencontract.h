@@ -10,8 +10,8 @@ namespace kovanix {
 
 class Screen;
 
-/// What a way out of a screen does: the screen goes, it goes back to the one before it, nothing happens, or the
-/// user is asked first.
+/// What a way out of a screen does: the screen goes, it goes back to the one before it, nothing happens, or
+/// the user is asked first.
 enum class Leaving { closes, goesBack, stays, asks };
 
 /// What must hold for one screen, opened above the sales screen of a stocked shop.

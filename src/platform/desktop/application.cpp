@@ -86,7 +86,7 @@ void Application::setFailureText(QString (*text)(const RuntimeError& error)) {
 
 void Application::endWithTheLastScreen() {
     if (std::ranges::none_of(topLevelWidgets(), isScreen))
-        exit(0);
+        quit();
 }
 
 }  // namespace kovanix
