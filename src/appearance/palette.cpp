@@ -64,8 +64,15 @@ void paintOtherFields(QWidget& screen, Tone tone) {
         const QByteArray name = field->objectName().toLatin1();
         if (named.contains(QLatin1StringView(name)))
             continue;
-        setBackColor(*field, roleColor(field->isReadOnly() ? ColorRole::quietField : ColorRole::field, tone));
-        setForeColor(*field, roleColor(ColorRole::ink, tone));
+        // All at once: a field works its looks out anew at every change.
+        QPalette colors = field->palette();
+        QColor hint = roleColor(ColorRole::ink, tone);
+        colors.setColor(QPalette::Base,
+                        roleColor(field->isReadOnly() ? ColorRole::quietField : ColorRole::field, tone));
+        colors.setColor(QPalette::Text, hint);
+        hint.setAlphaF(0.5F);
+        colors.setColor(QPalette::PlaceholderText, hint);
+        field->setPalette(colors);
     }
 }
 

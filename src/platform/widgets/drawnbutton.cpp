@@ -363,8 +363,9 @@ void DrawnButton::arrange() {
             // Icon and caption together stand in the middle of the face.
             QFont letters = font();
             letters.setPixelSize(wanted);
-            const int lines =
-                QFontMetricsF(letters).horizontalAdvance(m_caption.trimmed()) > box.width() ? 2 : 1;
+            const bool breaks = m_caption.trimmed().contains(u' ') &&
+                                QFontMetricsF(letters).horizontalAdvance(m_caption.trimmed()) > box.width();
+            const int lines = breaks ? 2 : 1;
             const double textHeight =
                 std::min(box.height() - real.height(), low ? 1.5 * wanted : lineShare * wanted * lines);
             const double top = box.top() + std::max(0.0, (box.height() - real.height() - textHeight) / 2);
