@@ -50,11 +50,11 @@ public:
     /// file locked for longer than the busy time-out fail here and leave the connection closed.
     ///
     /// A file on a local file system is put into write-ahead logging, one on a network file system into a
-    /// rollback journal; both with synchronous=FULL. A file that was opened over a network once bears a mark,
-    /// and keeps its rollback journal on its own machine too: a write-ahead log can't be shared between
-    /// machines. Over the network a file that is in use with a write-ahead log is asked for (leaveLogIfAsked)
-    /// and fails to open when nobody lets go of it within the busy time-out. A file that can only be read
-    /// keeps the journal that it has.
+    /// rollback journal; both with synchronous=EXTRA (but see Press). A file that was opened over a network
+    /// once bears a mark, and keeps its rollback journal on its own machine too: a write-ahead log can't be
+    /// shared between machines. Over the network a file that is in use with a write-ahead log is asked for
+    /// (leaveLogIfAsked) and fails to open when nobody lets go of it within the busy time-out. A file that can
+    /// only be read keeps the journal that it has.
     void open(const QString& connectionString);
 
     /// Closes; recordsets that are open on it are closed with it. A closed connection stays closed.
