@@ -133,14 +133,6 @@ private Q_SLOTS:
         QFETCH(const FileRow, row);
         const ShopDay& day = dayOf(row);
         const QList<Ruin> ruins = endTheDay(day, row.password, End::powerCut, row.wantedCuts());
-        if (row.rollbackJournal)
-            QEXPECT_FAIL("", "a journal's removal isn't durable: its return takes the last statement back",
-                         Continue);
-        else
-            QEXPECT_FAIL("",
-                         "nobody syncs the folder for the log's name where it is made by one connection and "
-                         "written by another",
-                         Continue);
         QVERIFY2(ruins.isEmpty(), qPrintable(describe(ruins, day)));
     }
 

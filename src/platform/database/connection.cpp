@@ -206,6 +206,7 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
 
 void ConnectionCore::openHandle(std::chrono::milliseconds timeout) {
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count()));
+    makesLog = !QFileInfo::exists(target + u"-wal"_s);
     if (!database.open())
         throw failure(database.lastError());
     closeAtProcessEnd(database.driverName());

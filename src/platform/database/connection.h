@@ -53,8 +53,8 @@ public:
     /// rollback journal; both with synchronous=EXTRA (but see Press). A file that was opened over a network
     /// once bears a mark, and keeps its rollback journal on its own machine too: a write-ahead log can't be
     /// shared between machines. Over the network a file that is in use with a write-ahead log is asked for
-    /// (leaveLogIfAsked) and fails to open when nobody lets go of it within the busy time-out. A file that can
-    /// only be read keeps the journal that it has.
+    /// (leaveLogIfAsked) and fails to open when nobody lets go of it within the busy time-out. A file that
+    /// can only be read keeps the journal that it has.
     void open(const QString& connectionString);
 
     /// Closes; recordsets that are open on it are closed with it. A closed connection stays closed.

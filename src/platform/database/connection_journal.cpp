@@ -41,13 +41,20 @@ void ConnectionCore::chooseJournal() {
     run(catalogueProbe);
     // A file in a folder that can't be written can't change its journal, yet can be read.
     QSqlQuery journal(database);
-    logsAhead =
-        journal.exec(bearsNetworkMark() ? u"PRAGMA journal_mode=DELETE"_s : u"PRAGMA journal_mode=WAL"_s) &&
-        journal.next() && journal.value(0).toString() == u"wal"_s;
+    const bool shared = onNetwork || bearsNetworkMark();
+    logsAhead = journal.exec(shared ? u"PRAGMA journal_mode=DELETE"_s : u"PRAGMA journal_mode=WAL"_s) &&
+                journal.next() && journal.value(0).toString() == u"wal"_s;
     journal.finish();
-    if (logsAhead)
-        run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
-    run(u"PRAGMA synchronous=FULL"_s);
+    // Beyond FULL: the removal of a rollback journal is durable, too, for one that came back would take the
+    // last statement back.
+    run(u"PRAGMA synchronous=EXTRA"_s);
+    if (!logsAhead)
+        return;
+    run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
+    // The engine makes the name of a log durable only through the handle that has made it, and another
+    // connection may be the one that writes.
+    if (makesLog)
+        attempt([this] { writeBarrier(); });
 }
 
 void ConnectionCore::leaveLogOverNetwork() {

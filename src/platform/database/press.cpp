@@ -42,7 +42,7 @@ void ConnectionCore::beginPress() {
 void ConnectionCore::makeDurable() {
     if (!std::exchange(defersBarrier, false))
         return;
-    run(u"PRAGMA synchronous=FULL"_s);
+    run(u"PRAGMA synchronous=EXTRA"_s);
     if (!wroteInPress)
         return;
     try {
