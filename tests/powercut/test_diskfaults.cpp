@@ -7,6 +7,7 @@
 
 #include "bookedtill.h"
 #include "database/connection.h"
+#include "database/engineerror.h"
 #include "rows.h"
 #include "runtests.h"
 
@@ -129,8 +130,8 @@ private Q_SLOTS:
     }
 
     void eachCallOfASale_data() {
-        const QString full = u"database or disk is full"_s;
-        const QString broken = u"disk I/O error"_s;
+        const QString full = describeFailure(DatabaseError::Kind::full, u"database or disk is full"_s);
+        const QString broken = describeFailure(DatabaseError::Kind::lost, u"disk I/O error"_s);
         addRows<FaultRow>({
             {"full for one write", {FileCall::write, SQLITE_FULL, false, 20, full}},
             {"full from a write on", {FileCall::write, SQLITE_FULL, true, 20, full}},

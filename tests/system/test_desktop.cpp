@@ -296,7 +296,7 @@ private Q_SLOTS:
         for (int closing = 0; closing < 5; ++closing) {
             QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*report.TDBGrid1), soon);
             report.yazdir->click();
-            QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*screen<PrintPreview>().ui.yazdir), soon);
+            QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*screen<PrintPreview>().ui.kapat), soon);
             pressKeys({u"Escape"_s});
         }
         QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(*report.TDBGrid1), soon);
