@@ -48,6 +48,11 @@ satisekrani& openShop(const QString& folder) {
     return sales;
 }
 
+std::string rowsOf(const QString& table) {
+    const qlonglong count = firstField(u"select count(*) as lines from "_s + table, u"lines"_s).toLongLong();
+    return u"%L1"_s.arg(count).toStdString();
+}
+
 bool takesScans(const satisekrani& sales) {
     return sales.isActiveWindow() && sales.ui.barkod->hasFocus();
 }

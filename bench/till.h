@@ -15,6 +15,9 @@ namespace kovanix::bench {
 satisekrani& openShop(const QString& folder);
 void closeShop();
 
+/// How many rows a table of the open shop has, with the thousands apart: "1,000,000".
+std::string rowsOf(const QString& table);
+
 /// Whether the window is active and scans go into `barkod`.
 bool takesScans(const satisekrani& sales);
 
