@@ -338,12 +338,17 @@ ChangeMark Connection::changeMark() {
 
 void Connection::idle() {
     d->requireOpen();
+    std::vector<std::pair<ConnectionCore*, qint64>> versions;
+    for (ConnectionCore* connection : ConnectionCore::openOnes()) {
+        if (!connection->stamp.isSameFile(d->stamp))
+            continue;
+        connection->settled.reset();
+        attempt([&] { versions.emplace_back(connection, connection->number(u"PRAGMA data_version"_s)); });
+    }
     if (!d->moveLog())
         return;
-    for (ConnectionCore* connection : ConnectionCore::openOnes()) {
-        if (connection->stamp.isSameFile(d->stamp))
-            attempt([&] { connection->settle(); });
-    }
+    for (const auto& [connection, version] : versions)
+        connection->settle(version);
 }
 
 }  // namespace kovanix

@@ -92,7 +92,7 @@ struct ConnectionCore {
     void followFile();
     /// Has connections to a file that has left this path open what is there now, before this one does.
     void leaveReplacedFile();
-    void settle();
+    void settle(qint64 version);
     bool isWrittenOver(const FileStamp& now);
     bool hasLeftPath() const;
     void emptyLog();
