@@ -204,8 +204,11 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     chooseJournal();
 }
 
-void ConnectionCore::openHandle(std::chrono::milliseconds timeout) {
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count()));
+void ConnectionCore::openHandle(std::chrono::milliseconds timeout, Locking locking) {
+    QString options = u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count());
+    if (locking == Locking::exclusive)
+        options += u";KOVANIX_EXCLUSIVE";
+    database.setConnectOptions(options);
     makesLog = !QFileInfo::exists(target + u"-wal"_s);
     if (!database.open())
         throw failure(database.lastError());

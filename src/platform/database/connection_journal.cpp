@@ -70,8 +70,7 @@ void ConnectionCore::leaveLogOverNetwork() {
 /// share; it fails where another connection has the log in use.
 bool ConnectionCore::leaveLog(bool lastAttempt) {
     try {
-        openHandle(attemptTime);
-        run(u"PRAGMA locking_mode=EXCLUSIVE"_s);
+        openHandle(attemptTime, Locking::exclusive);
         run(catalogueProbe);
         QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
         if (!journal.next() || journal.value(0).toString() != u"delete"_s) {

@@ -46,8 +46,10 @@ struct ConnectionCore {
     /// answers with it.
     bool isOlderEngine() const { return hasPassword; }
     void openDatabase(const ConnectionString& parts);
+    enum class Locking { shared, exclusive };
     /// Opens the engine's handle once more, with another patience for what others hold.
-    void openHandle(std::chrono::milliseconds timeout);
+    /// @param locking  exclusive from the first read on, which the open of a file with a password makes
+    void openHandle(std::chrono::milliseconds timeout, Locking locking = Locking::shared);
     /// Puts the open file under the journal that it is to have.
     void chooseJournal();
     /// Puts a file that lies on another machine under a rollback journal; asks the tills there to let go of
