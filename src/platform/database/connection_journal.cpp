@@ -102,6 +102,9 @@ bool ConnectionCore::bearsNetworkMark() {
 void ConnectionCore::leaveLogIfAsked() {
     if (!logsAhead || !database.isOpen() || !LogRequest::isPending(target))
         return;
+    // The log would be read as that of whatever file is there now. The next press sees to that first.
+    if (hasLeftPath())
+        return;
     std::vector<ConnectionCore*> sharing;
     std::ranges::copy_if(openOnes(), std::back_inserter(sharing), [this](const ConnectionCore* connection) {
         return connection->stamp.isSameFile(stamp);
