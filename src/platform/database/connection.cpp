@@ -209,7 +209,6 @@ void ConnectionCore::openHandle(std::chrono::milliseconds timeout, Locking locki
     if (locking == Locking::exclusive)
         options += u";KOVANIX_EXCLUSIVE";
     database.setConnectOptions(options);
-    makesLog = !QFileInfo::exists(target + u"-wal"_s);
     if (!database.open())
         throw failure(database.lastError());
     closeAtProcessEnd(database.driverName());

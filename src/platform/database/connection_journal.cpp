@@ -51,10 +51,6 @@ void ConnectionCore::chooseJournal() {
     if (!logsAhead)
         return;
     run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
-    // The engine makes the name of a log durable only through the handle that has made it, and another
-    // connection may be the one that writes.
-    if (makesLog)
-        attempt([this] { writeBarrier(); });
 }
 
 void ConnectionCore::leaveLogOverNetwork() {

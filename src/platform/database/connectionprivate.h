@@ -132,7 +132,6 @@ struct ConnectionCore {
     QString target;            ///< path of the file, links followed
     bool hasPassword = false;
     bool onNetwork = false;  ///< the file lies on another machine
-    bool makesLog = false;   ///< there was none when the handle was opened
     bool logsAhead = false;  ///< the file has a write-ahead log
     QSqlDatabase database;
     SchemaCache schema;
