@@ -117,7 +117,9 @@ DatabaseError ConnectionCore::failure(const QSqlError& error) const {
 
 void ConnectionCore::requireOpen() const {
     if (!database.isOpen())
-        throw failure(Kind::lost, u"Operation is not allowed when the object is closed."_s);
+        throw failure(
+            Kind::closed,
+            describeFailure(Kind::closed, u"Operation is not allowed when the object is closed."_s));
 }
 
 QSqlQuery ConnectionCore::run(const QString& engineSql, const QVariantList& values) {

@@ -174,7 +174,7 @@ void TestOpen::setsDurability() {
     connection.open(file.connectionString());
     const bool network = isNetworkFileSystem(QStorageInfo(file.folder()).fileSystemType());
     QCOMPARE(value(connection, u"PRAGMA journal_mode"_s), network ? u"delete"_s : u"wal"_s);
-    QCOMPARE(value(connection, u"PRAGMA synchronous"_s), u"2"_s);
+    QCOMPARE(value(connection, u"PRAGMA synchronous"_s), u"3"_s);
 }
 
 void TestOpen::anEmptyFileBecomesADatabase() {
