@@ -7,6 +7,7 @@
 
 #include "bookedtill.h"
 #include "database/connection.h"
+#include "database/engineerror.h"
 #include "rows.h"
 #include "runtests.h"
 
@@ -14,6 +15,8 @@ using namespace kovanix;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+using Kind = DatabaseError::Kind;
 
 constexpr int mostCalls = 400;  // no sale takes as many
 
@@ -27,7 +30,7 @@ struct FaultRow {
     int code;
     bool lasting;
     int leastCalls;  ///< that a sale takes of the kind: fewer prove too little
-    QString words;   ///< of the engine, as the box shows them
+    QString words;   ///< as the box shows them
 };
 
 }  // namespace
@@ -129,8 +132,8 @@ private Q_SLOTS:
     }
 
     void eachCallOfASale_data() {
-        const QString full = u"database or disk is full"_s;
-        const QString broken = u"disk I/O error"_s;
+        const QString full = describeFailure(Kind::full, u"database or disk is full"_s);
+        const QString broken = describeFailure(Kind::lost, u"disk I/O error"_s);
         addRows<FaultRow>({
             {"full for one write", {FileCall::write, SQLITE_FULL, false, 20, full}},
             {"full from a write on", {FileCall::write, SQLITE_FULL, true, 20, full}},

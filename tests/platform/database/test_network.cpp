@@ -6,6 +6,7 @@
 #include "database/logrequest.h"
 #include "database/press.h"
 #include "database/recordset.h"
+#include "database/waiting.h"
 #include "databasefile.h"
 
 using namespace kovanix;
@@ -65,7 +66,11 @@ private Q_SLOTS:
         local.open(file.connectionString());
         overNetwork(true);
         Connection remote(100ms);
+        bool waits = false;
+        setWaitSign([&waits] { waits = true; });
         QVERIFY_THROWS_EXCEPTION(RuntimeError, remote.open(file.connectionString()));
+        setWaitSign({});
+        QVERIFY(waits);
         QVERIFY(!remote.isOpen());
         local.execute(u"INSERT INTO t VALUES (1)"_s);  // goes on undisturbed
         local.close();
