@@ -225,7 +225,8 @@ private Q_SLOTS:
         open();
         edit(0);
         fillIn({"Ayhan Yılmaz", "1", "A"});
-        failure("Either BOF or EOF is True, or the current record has been deleted.");
+        failure(describeFailure(DatabaseError::Kind::noRow,
+                                "Either BOF or EOF is True, or the current record has been deleted."));
         press(*book().kaydet2);
         QCOMPARE(tables(), before);
         isClosed();  // whatever became of the save
@@ -289,7 +290,8 @@ private Q_SLOTS:
         m_shop->run("DELETE FROM musteri WHERE no=1");
         edit(0);
         QCOMPARE(fields(), (QStringList{"Ayhan Yıldız", "ÇINARLI MAH. 3", "05324176028"}));
-        failure("Either BOF or EOF is True, or the current record has been deleted.");
+        failure(describeFailure(DatabaseError::Kind::noRow,
+                                "Either BOF or EOF is True, or the current record has been deleted."));
         press(*book().kaydet2);
         QCOMPARE(stored().size(), 2);
         isClosed();

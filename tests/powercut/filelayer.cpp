@@ -100,11 +100,12 @@ struct FileLayer::Calls {
         if (isNew && layer.recorded(name)) {
             handle.file = layer.addFile(QFile::decodeName(name), false);
             layer.note(Kind::create, handle.file);
-            // As the layer below does it, which leaves the name of a new database to its first journal.
-            handle.makesEntry = (flags & (SQLITE_OPEN_WAL | SQLITE_OPEN_MAIN_JOURNAL)) != 0;
         } else {
             handle.file = layer.recorded(name);
         }
+        // As the layer below does it: for a log by whichever handle may make one, whoever has. The name of a
+        // new database is left to its first journal.
+        handle.makesEntry = (flags & (SQLITE_OPEN_WAL | SQLITE_OPEN_MAIN_JOURNAL)) != 0;
         return code;
     }
 

@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Kind = DatabaseError::Kind;
+
 constexpr int mostCalls = 400;  // no sale takes as many
 
 struct FileRow {
@@ -28,7 +30,7 @@ struct FaultRow {
     int code;
     bool lasting;
     int leastCalls;  ///< that a sale takes of the kind: fewer prove too little
-    QString words;   ///< of the engine, as the box shows them
+    QString words;   ///< as the box shows them
 };
 
 }  // namespace
@@ -130,8 +132,8 @@ private Q_SLOTS:
     }
 
     void eachCallOfASale_data() {
-        const QString full = describeFailure(DatabaseError::Kind::full, u"database or disk is full"_s);
-        const QString broken = describeFailure(DatabaseError::Kind::lost, u"disk I/O error"_s);
+        const QString full = describeFailure(Kind::full, u"database or disk is full"_s);
+        const QString broken = describeFailure(Kind::lost, u"disk I/O error"_s);
         addRows<FaultRow>({
             {"full for one write", {FileCall::write, SQLITE_FULL, false, 20, full}},
             {"full from a write on", {FileCall::write, SQLITE_FULL, true, 20, full}},

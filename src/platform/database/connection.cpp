@@ -117,7 +117,9 @@ DatabaseError ConnectionCore::failure(const QSqlError& error) const {
 
 void ConnectionCore::requireOpen() const {
     if (!database.isOpen())
-        throw failure(Kind::lost, u"Operation is not allowed when the object is closed."_s);
+        throw failure(
+            Kind::closed,
+            describeFailure(Kind::closed, u"Operation is not allowed when the object is closed."_s));
 }
 
 QSqlQuery ConnectionCore::run(const QString& engineSql, const QVariantList& values) {
@@ -204,9 +206,11 @@ void ConnectionCore::openDatabase(const ConnectionString& parts) {
     chooseJournal();
 }
 
-void ConnectionCore::openHandle(std::chrono::milliseconds timeout) {
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count()));
-    makesLog = !QFileInfo::exists(target + u"-wal"_s);
+void ConnectionCore::openHandle(std::chrono::milliseconds timeout, Locking locking) {
+    QString options = u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(timeout.count());
+    if (locking == Locking::exclusive)
+        options += u";KOVANIX_EXCLUSIVE";
+    database.setConnectOptions(options);
     if (!database.open())
         throw failure(database.lastError());
     closeAtProcessEnd(database.driverName());
@@ -338,12 +342,17 @@ ChangeMark Connection::changeMark() {
 
 void Connection::idle() {
     d->requireOpen();
+    std::vector<std::pair<ConnectionCore*, qint64>> versions;
+    for (ConnectionCore* connection : ConnectionCore::openOnes()) {
+        if (!connection->stamp.isSameFile(d->stamp))
+            continue;
+        connection->settled.reset();
+        attempt([&] { versions.emplace_back(connection, connection->number(u"PRAGMA data_version"_s)); });
+    }
     if (!d->moveLog())
         return;
-    for (ConnectionCore* connection : ConnectionCore::openOnes()) {
-        if (connection->stamp.isSameFile(d->stamp))
-            attempt([&] { connection->settle(); });
-    }
+    for (const auto& [connection, version] : versions)
+        connection->settle(version);
 }
 
 }  // namespace kovanix

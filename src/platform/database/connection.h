@@ -98,7 +98,7 @@ public:
     /// over a network: a write-ahead log can't be shared between machines, so that this file's is left for a
     /// rollback journal, with all connections of this process to it. Where nobody asks, this is one look at
     /// the folder. A failure leaves the log as it was; a connection whose file can't be opened any more is
-    /// closed.
+    /// closed. Nothing happens while the file isn't the one at its path: that is the next Press's business.
     void leaveLogIfAsked();
 
 private:

@@ -51,10 +51,6 @@ void ConnectionCore::chooseJournal() {
     if (!logsAhead)
         return;
     run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
-    // The engine makes the name of a log durable only through the handle that has made it, and another
-    // connection may be the one that writes.
-    if (makesLog)
-        attempt([this] { writeBarrier(); });
 }
 
 void ConnectionCore::leaveLogOverNetwork() {
@@ -70,8 +66,7 @@ void ConnectionCore::leaveLogOverNetwork() {
 /// share; it fails where another connection has the log in use.
 bool ConnectionCore::leaveLog(bool lastAttempt) {
     try {
-        openHandle(attemptTime);
-        run(u"PRAGMA locking_mode=EXCLUSIVE"_s);
+        openHandle(attemptTime, Locking::exclusive);
         run(catalogueProbe);
         QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
         if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
@@ -102,6 +97,9 @@ bool ConnectionCore::bearsNetworkMark() {
 
 void ConnectionCore::leaveLogIfAsked() {
     if (!logsAhead || !database.isOpen() || !LogRequest::isPending(target))
+        return;
+    // The log would be read as that of whatever file is there now. The next press sees to that first.
+    if (hasLeftPath())
         return;
     std::vector<ConnectionCore*> sharing;
     std::ranges::copy_if(openOnes(), std::back_inserter(sharing), [this](const ConnectionCore* connection) {

@@ -46,8 +46,10 @@ struct ConnectionCore {
     /// answers with it.
     bool isOlderEngine() const { return hasPassword; }
     void openDatabase(const ConnectionString& parts);
+    enum class Locking { shared, exclusive };
     /// Opens the engine's handle once more, with another patience for what others hold.
-    void openHandle(std::chrono::milliseconds timeout);
+    /// @param locking  exclusive from the first read on, which the open of a file with a password makes
+    void openHandle(std::chrono::milliseconds timeout, Locking locking = Locking::shared);
     /// Puts the open file under the journal that it is to have.
     void chooseJournal();
     /// Puts a file that lies on another machine under a rollback journal; asks the tills there to let go of
@@ -92,7 +94,7 @@ struct ConnectionCore {
     void followFile();
     /// Has connections to a file that has left this path open what is there now, before this one does.
     void leaveReplacedFile();
-    void settle();
+    void settle(qint64 version);
     bool isWrittenOver(const FileStamp& now);
     bool hasLeftPath() const;
     void emptyLog();
@@ -130,7 +132,6 @@ struct ConnectionCore {
     QString target;            ///< path of the file, links followed
     bool hasPassword = false;
     bool onNetwork = false;  ///< the file lies on another machine
-    bool makesLog = false;   ///< there was none when the handle was opened
     bool logsAhead = false;  ///< the file has a write-ahead log
     QSqlDatabase database;
     SchemaCache schema;

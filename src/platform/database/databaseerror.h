@@ -22,7 +22,8 @@ public:
         noSuchColumn,
         value,      ///< a value, a field or a literal that the table can't take
         noRow,      ///< no current row, or somebody else has deleted it
-        lost,       ///< the connection is closed, or what carries it has failed
+        closed,     ///< the connection or the recordset is, as where another file has taken this one's place
+        lost,       ///< what carries the connection has failed
         statement,  ///< not allowed here, or no statement that the engine understands
         other,
     };

@@ -95,6 +95,9 @@ QString turkishWords(Kind kind) {
         case Kind::lost:
             return u"Veritabanı dosyası okunamıyor ya da yazılamıyor: diski ve ağ bağlantısını denetleyin"_s;
         case Kind::noRow:
+            return u"Kayıt bulunamadı: başka bir kasa ya da program silmiş olabilir"_s;
+        case Kind::closed:
+            return u"Veritabanı dosyası değişti ya da bağlantısı kapandı: pencereyi kapatıp yeniden açın"_s;
         case Kind::statement:
         case Kind::other:
             break;

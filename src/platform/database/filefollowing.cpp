@@ -20,11 +20,12 @@ std::optional<FileStamp> FileStamp::of(const QString& path) {
 
 /// Keeps in mind how the file looks while its log is empty: only what goes into the log first may change it
 /// from now on.
-void ConnectionCore::settle() {
-    settled.reset();
+/// @param version  from ahead of the look at the log: what another till has written since then may still be
+/// in it, and gets into the file later
+void ConnectionCore::settle(qint64 version) {
     const std::optional<FileStamp> now = FileStamp::of(path);
     if (now && now->isSameFile(stamp))
-        settled = Settled{*now, *writes, number(u"PRAGMA data_version"_s)};
+        settled = Settled{*now, *writes, version};
 }
 
 /// Whether somebody has written into the file past the engine, as a copy over it does. The engine doesn't see

@@ -8,6 +8,7 @@
 #include "database/cell.h"
 #include "database/connection.h"
 #include "database/connectionprivate.h"
+#include "database/engineerror.h"
 #include "database/selectreader.h"
 #include "database/sqltokens.h"
 
@@ -58,7 +59,7 @@ struct Recordset::Private final : ConnectionUser {
     void connectionClosing() override;
 
     [[noreturn]] void fail(Kind kind, const QString& description) const {
-        throw DatabaseError(kind, description, core ? core->engine : QString());
+        throw DatabaseError(kind, describeFailure(kind, description), core ? core->engine : QString());
     }
     void requireOpen() const;
     void requireRow();
@@ -113,7 +114,7 @@ void Recordset::Private::connectionClosing() {
 
 void Recordset::Private::requireOpen() const {
     if (!reader)
-        fail(Kind::lost, u"Operation is not allowed when the object is closed."_s);
+        fail(Kind::closed, u"Operation is not allowed when the object is closed."_s);
 }
 
 void Recordset::Private::requireRow() {

@@ -134,7 +134,7 @@ std::optional<RuntimeError> errorOf(const std::function<void()>& step) {
 }
 
 QString enginesWords(const QString& description) {
-    static const QRegularExpression described(u"^(?:Veritaban|Dosya |Disk).*? \\((.*)\\)$"_s);
+    static const QRegularExpression described(u"^(?:Veritaban|Dosya |Disk|Kayıt ).*? \\((.*)\\)$"_s);
     const QRegularExpressionMatch match = described.match(description);
     return match.hasMatch() ? match.captured(1) : description;
 }

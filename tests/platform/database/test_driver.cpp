@@ -115,7 +115,8 @@ void TestDriver::refusesToOpen_data() {
          {"wrong password", {u"Gizli"_s, {}, u"file is encrypted or is not a database"_s}},
          {"unknown option", {password, u"QSQLITE_NO_SUCH"_s, u"QSQLITE_NO_SUCH"_s}},
          {"time-out that is no number", {password, u"QSQLITE_BUSY_TIMEOUT=x"_s, u"QSQLITE_BUSY_TIMEOUT=x"_s}},
-         {"right", {password, u" QSQLITE_OPEN_READONLY; QSQLITE_BUSY_TIMEOUT = 100 ;"_s, {}}}});
+         {"right",
+          {password, u" QSQLITE_OPEN_READONLY; KOVANIX_EXCLUSIVE; QSQLITE_BUSY_TIMEOUT = 100 ;"_s, {}}}});
 }
 
 void TestDriver::refusesToOpen() {

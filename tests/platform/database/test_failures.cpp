@@ -80,6 +80,10 @@ void TestFailures::describesTheKind_data() {
          {"disk or network",
           {Kind::lost,
            u"Veritabanı dosyası okunamıyor ya da yazılamıyor: diski ve ağ bağlantısını denetleyin (words)"_s}},
+         {"row", {Kind::noRow, u"Kayıt bulunamadı: başka bir kasa ya da program silmiş olabilir (words)"_s}},
+         {"closed",
+          {Kind::closed,
+           u"Veritabanı dosyası değişti ya da bağlantısı kapandı: pencereyi kapatıp yeniden açın (words)"_s}},
          {"statement", {Kind::statement, u"words"_s}},
          {"other", {Kind::other, u"words"_s}}});
 }
@@ -147,7 +151,7 @@ void TestFailures::namesTheKind_data() {
     statement("no column", Kind::noSuchColumn, u"UPDATE t SET yok = 1"_s);
     select("not to be changed", Kind::statement, u"select count(*) as n from t"_s,
            [](Recordset& set) { set.setField(u"n"_s, 1); });
-    row("closed", Kind::lost, [](Connection& connection, const DatabaseFile&) {
+    row("closed", Kind::closed, [](Connection& connection, const DatabaseFile&) {
         connection.close();
         connection.execute(u"DELETE FROM t"_s);
     });

@@ -1,9 +1,12 @@
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <cstdio>
 
 #include "database/logrequest.h"
 #include "database/press.h"
 #include "database/recordset.h"
+#include "database/waiting.h"
 #include "databasefile.h"
 
 using namespace kovanix;
@@ -63,7 +66,11 @@ private Q_SLOTS:
         local.open(file.connectionString());
         overNetwork(true);
         Connection remote(100ms);
+        bool waits = false;
+        setWaitSign([&waits] { waits = true; });
         QVERIFY_THROWS_EXCEPTION(RuntimeError, remote.open(file.connectionString()));
+        setWaitSign({});
+        QVERIFY(waits);
         QVERIFY(!remote.isOpen());
         local.execute(u"INSERT INTO t VALUES (1)"_s);  // goes on undisturbed
         local.close();
@@ -149,16 +156,62 @@ private Q_SLOTS:
         QCOMPARE(other.rows(u"SELECT count(*) FROM t"_s), QStringList{u"1"_s});
     }
 
-    void aFileThatHasGoneClosesTheConnection() {
-        const DatabaseFile file(QString{});
+    /// Its log lies beside the path still, and whoever opened another file there would read it as that
+    /// file's.
+    void aFileThatHasGoneIsLeftToTheNextPress_data() { DatabaseFile::bothKinds(); }
+    void aFileThatHasGoneIsLeftToTheNextPress() {
+        const DatabaseFile file;
         fill(file);
+        const QString elsewhere = file.folder() + u"/elsewhere.data"_s;
         Connection local;
         local.open(file.connectionString());
+        local.execute(u"INSERT INTO t VALUES (1)"_s);
         LogRequest request(file.path());
         request.renew();
-        QVERIFY(QFile::remove(file.path()));
+        QVERIFY(QFile::rename(file.path(), elsewhere));
         local.leaveLogIfAsked();
-        QVERIFY(!local.isOpen());
+        QVERIFY(local.isOpen());
+        QCOMPARE(wordsOf([&] { const Press press(local); }), u"unable to open database file"_s);
+    }
+
+    void anotherFileInItsPlaceGetsNoForeignLog_data() { DatabaseFile::bothKinds(); }
+    void anotherFileInItsPlaceGetsNoForeignLog() {
+        const DatabaseFile file;
+        fill(file);
+        const QString backup = file.folder() + u"/backup.data"_s;
+        QVERIFY(QFile::copy(file.path(), backup));
+        Connection local;
+        local.open(file.connectionString());
+        local.execute(u"INSERT INTO t VALUES (1)"_s);  // is in the log only
+        LogRequest request(file.path());
+        request.renew();
+        QCOMPARE(
+            std::rename(QFile::encodeName(backup).constData(), QFile::encodeName(file.path()).constData()),
+            0);
+        local.leaveLogIfAsked();
+        {
+            Press press(local);
+            local.execute(u"INSERT INTO t VALUES (2)"_s);
+            press.finish();
+        }
+        // The press has opened the file that is there now; its log is left at the next look.
+        local.leaveLogIfAsked();
+        QCOMPARE(journal(file), u"delete"_s);
+        QCOMPARE(file.rows(u"SELECT count(*), sum(a) = 2 FROM t"_s), QStringList{u"1|1"_s});
+        QCOMPARE(file.rows(u"PRAGMA integrity_check"_s), QStringList{u"ok"_s});
+    }
+
+    /// A log's shared memory is of one machine: over a network nobody makes it, not for a first look either.
+    void noSharedMemoryOverTheNetwork_data() { DatabaseFile::bothKinds(); }
+    void noSharedMemoryOverTheNetwork() {
+        const DatabaseFile file;
+        fill(file);
+        QVERIFY(QDir().mkdir(file.path() + u"-shm"_s));
+        overNetwork(true);
+        Connection remote(100ms);
+        remote.open(file.connectionString());
+        remote.execute(u"INSERT INTO t VALUES (1)"_s);
+        QCOMPARE(journal(file), u"delete"_s);
     }
 
     void severalOverTheNetworkWriteInTurn_data() { DatabaseFile::bothKinds(); }

@@ -123,6 +123,34 @@ private Q_SLOTS:
         QCOMPARE(barriersOf([&] { press.finish(); }), 0);
     }
 
+    /// The log's name in the folder outlasts a power cut by whichever connection writes first.
+    void theFirstBarrierOfEachSyncsTheFolder_data() { DatabaseFile::bothKinds(); }
+    void theFirstBarrierOfEachSyncsTheFolder() {
+        const DatabaseFile file;
+        Connection maker;
+        begin(maker, file);
+        Connection other;
+        other.open(file.connectionString());
+        QCOMPARE(barriersOf([&] { other.execute(insert(1)); }), 2);
+        QCOMPARE(barriersOf([&] { other.execute(insert(2)); }), 1);
+    }
+
+    /// Whoever only looks at a file leaves it as it is.
+    void openingWritesNothing_data() { DatabaseFile::bothKinds(); }
+    void openingWritesNothing() {
+        const DatabaseFile file;
+        {
+            Connection connection;
+            begin(connection, file);
+        }
+        QCOMPARE(barriersOf([&] {
+                     Connection connection;
+                     connection.open(file.connectionString());
+                     QCOMPARE(connection.tables().size(), 2);
+                 }),
+                 0);
+    }
+
     void othersMayWriteMeanwhile_data() { DatabaseFile::bothKinds(); }
     void othersMayWriteMeanwhile() {
         const DatabaseFile file;

@@ -40,6 +40,8 @@ int Database::openOnce(const QByteArray& name, const QByteArray& password, const
     m_busyTimeout = options.busyTimeout;
     sqlite3_busy_handler(m_handle, onLocked, this);
     code = unlock(m_handle, password, format);
+    if (code == SQLITE_OK && options.exclusive)
+        code = sqlite3_exec(m_handle, "PRAGMA locking_mode = EXCLUSIVE", nullptr, nullptr, nullptr);
     if (code == SQLITE_OK && encrypts) {
         // A wrong password shows at the first read only.
         code = sqlite3_exec(m_handle, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);

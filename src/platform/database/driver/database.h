@@ -17,6 +17,7 @@ class Result;
 struct OpenOptions {
     bool uri = false;
     bool readOnly = false;
+    bool exclusive = false;  ///< from the first read on: a log is read without memory that others share
     std::chrono::milliseconds busyTimeout{5000};
 };
 

@@ -26,6 +26,8 @@ std::optional<OpenOptions> readOptions(const QString& text) {
             options.uri = true;
         } else if (key == u"QSQLITE_OPEN_READONLY"_s) {
             options.readOnly = true;
+        } else if (key == u"KOVANIX_EXCLUSIVE"_s) {
+            options.exclusive = true;
         } else if (key == u"QSQLITE_BUSY_TIMEOUT"_s && sign >= 0) {
             options.busyTimeout = std::chrono::milliseconds(option.mid(sign + 1).trimmed().toInt(&valid));
         } else {
