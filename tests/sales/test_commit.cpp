@@ -254,8 +254,11 @@ private Q_SLOTS:
         // An older file that a start would take instead.
         QVERIFY(QFile::copy(m_shop->databaseFile(), m_shop->file("kovanix.mdb")));
         QVERIFY(QFile::rename(m_shop->databaseFile(), m_shop->file("elsewhere")));
-        const QString text = QString("Satış kaydedilemedi: unable to open database file - ") +
-                             (password.isEmpty() ? "SQLite" : "SQLCipher");
+        const QString text =
+            QString(
+                "Satış kaydedilemedi: Veritabanı dosyası bulunamadı ya da açılamıyor: yerini, "
+                "dosyaya ve klasöre yazma iznini denetleyin (unable to open database file) - ") +
+            (password.isEmpty() ? "SQLite" : "SQLCipher");
         for (int again = 0; again < 2; ++again) {
             m_shop->boxes.expect("Hata", text, MessageBoxAnswer::ok);
             m_shop->key(Qt::Key_F1);
