@@ -93,6 +93,8 @@ frmLogin::frmLogin() {
     applyTextRoles(*this);
     setForeColor(*ui.ver, roleColor(ColorRole::mutedInk, Tone::dark));
     connectControls();
+    // With the users too out of reach: an Enter must not start one of the programs.
+    ui.sifre->setFocus();
 }
 
 frmLogin::~frmLogin() = default;

@@ -208,6 +208,16 @@ private Q_SLOTS:
         QVERIFY(login.ui.kullanici->viewport()->height() >= 2 * 44 * scale);
     }
 
+    // The focus that a listed user brings along stays away where the list can't be read.
+    void theFirstFocusWithoutAList() {
+        const LoginFixture shop;
+        auto& login = screen<frmLogin>();
+        login.show();
+        login.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&login));
+        QVERIFY(login.ui.sifre->hasFocus());
+    }
+
     void showAndHide() {
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, u""_s);

@@ -60,6 +60,15 @@ private Q_SLOTS:
         QCOMPARE(shop.value(u"SELECT adet FROM satislar"_s).toDouble(), 0.008);
     }
 
+    void aScriptThatTheProgramsEndCutsShort() {
+        const ClosedShop shop;
+        const Outcome outcome = runProgram(shop.replay({u"answer Evet"_s, u"press kapat"_s, u"say alive"_s}));
+        QVERIFY(outcome.ended);
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(outcome.errors.contains(u"the program has ended before this step"),
+                 qPrintable(outcome.errors));
+    }
+
     void theDoors_data() {
         addRows<TheDoorsRow>({{"Yes at the kapat button", {u"Evet"_s, u"press kapat"_s, true}},
                               {"Yes after F9", {u"Evet"_s, u"key F9"_s, true}},

@@ -70,8 +70,7 @@ int playScript(Application& application, const Wishes& wishes) {
 
     prepareShopFolder(wishes.folder);
     Player player(steps, wishes.output);
-    QObject::connect(&player, &Player::finished, &application,
-                     [&player] { QCoreApplication::exit(player.failures().isEmpty() ? 0 : 1); });
+    QObject::connect(&player, &Player::finished, &application, [] { QCoreApplication::exit(); });
     if (wishes.tellBoxes)
         tellBoxes(player.boxes());
     const int status = application.run([&player, &wishes] {
@@ -84,8 +83,9 @@ int playScript(Application& application, const Wishes& wishes) {
         player.start();
     });
     baglantikapatsessiz();
+    player.noteEnd();
     say(stderr, player.failures());
-    return status;
+    return status == 0 && !player.failures().isEmpty() ? 1 : status;
 }
 
 /// Reads the command line; ends the process where it can't be meant.

@@ -127,6 +127,11 @@ void Player::playNext() {
     QTimer::singleShot(0, this, &Player::playNext);
 }
 
+void Player::noteEnd() {
+    if (m_next < m_steps.size() && m_steps.at(m_next).command != u"stay")
+        fail(m_steps.at(m_next), u"the program has ended before this step"_s);
+}
+
 /// Whether a step that sends keys must wait: without a window manager the screen isn't active at once, nor by
 /// itself again when a box has closed over it.
 bool Player::waitForFocus(const ScriptStep& step) {

@@ -27,6 +27,9 @@ public:
     /// Starts; finished is emitted behind the last step.
     void start();
 
+    /// Notes the step that the program's end has forestalled, unless the script waits for that end.
+    void noteEnd();
+
     /// What didn't hold, a line each; empty when the script went through.
     const QStringList& failures() const { return m_failures; }
 

@@ -146,14 +146,15 @@ qint64 ConnectionCore::number(const QString& engineSql) {
 void ConnectionCore::aboutToWrite() {
     // Counted ahead, so that a statement that fails half-way has been counted.
     ++*writes;
-    wroteInPress = true;
     for (ConnectionUser* user : users)
         user->rowsChanging();
 }
 
 int ConnectionCore::write(const QString& engineSql, const QVariantList& values) {
     aboutToWrite();
-    return run(engineSql, values).numRowsAffected();
+    const int rows = run(engineSql, values).numRowsAffected();
+    wroteInPress = true;
+    return rows;
 }
 
 bool ConnectionCore::writePrepared(const QString& sql) {
@@ -172,6 +173,7 @@ bool ConnectionCore::writePrepared(const QString& sql) {
     aboutToWrite();
     if (!kept->query.exec())
         throw failure(kept->query.lastError());
+    wroteInPress = true;
     statements.keep(shape->text, std::move(*kept));
     return true;
 }

@@ -139,9 +139,9 @@ struct ConnectionCore {
     std::vector<ConnectionUser*> users;
     int presses = 0;  ///< presses that have begun and aren't finished
     bool defersBarrier = false;
-    bool wroteInPress = false;
-    QString path;     ///< of the file that was opened
-    FileStamp stamp;  ///< of that file, as it was found there
+    bool wroteInPress = false;  ///< by a statement that went through: one that fails leaves nothing to sync
+    QString path;               ///< of the file that was opened
+    FileStamp stamp;            ///< of that file, as it was found there
     std::optional<Settled> settled;
     quint64 opening = 0;
     std::shared_ptr<quint64> writes;   ///< counted over all connections of this process to the file

@@ -151,6 +151,7 @@ std::vector<SelectReader::Row> SelectReader::read(const Range& range, const dial
         m_core.aboutToWrite();
     if (!query.exec())
         throw m_core.failure(query.lastError());
+    m_core.wroteInPress = m_core.wroteInPress || !m_onlyReads;
     std::vector<Row> rows = fetch(query);
     if (shared)
         m_core.statements.keep(shared->text, {std::move(query), m_select, m_core.schema.generation()});

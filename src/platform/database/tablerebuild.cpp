@@ -101,6 +101,7 @@ void rebuildWithCounter(ConnectionCore& connection, const dialect::AddCounterCol
     try {
         Rebuild(connection, counter).run();
         connection.run(u"COMMIT"_s);
+        connection.wroteInPress = true;
     } catch (const RuntimeError&) {
         // The engine may have rolled back by itself (a full disk); the first failure is the one to report.
         QSqlQuery(connection.database).exec(u"ROLLBACK"_s);

@@ -1,8 +1,9 @@
 #include "desktop/commondialog.h"
 
-#include <QWidget>
+#include <QAbstractButton>
 #include <utility>
 
+#include "desktop/keyguard.h"
 #include "desktop/windowplace.h"
 #include "widgets/colordialog.h"
 
@@ -17,6 +18,10 @@ void CommonDialog::showColor(QWidget& above, std::function<void()> done) {
     // Only the window above would be blocked otherwise, and the sale behind it could go on with half a
     // colour.
     dialog->setWindowModality(Qt::ApplicationModal);
+    auto* unmeant = new UnmeantKeys(dialog);
+    const auto buttons = dialog->findChildren<QAbstractButton*>();
+    for (QAbstractButton* button : buttons)
+        button->installEventFilter(unmeant);
     const QRect area = screenArea(window.windowHandle());
     dialog->resize((QSizeF(dialog->sizeHint()) * screenScale()).toSize().boundedTo(area.size()));
     dialog->move(placeFor(dialog->size(), window.windowHandle()).topLeft());

@@ -67,4 +67,11 @@ bool ScannedKeys::isEndOfScan(const QKeyEvent& press) {
     return ends && soon;
 }
 
+bool UnmeantKeys::eventFilter(QObject* /*watched*/, QEvent* event) {
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    return key.isAutoRepeat() || m_scanned.isEndOfScan(key);
+}
+
 }  // namespace kovanix

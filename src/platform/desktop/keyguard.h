@@ -42,4 +42,18 @@ private:
     quint64 m_characterAt = 0;       ///< the same moment by the keyboard's clock, where it has one
 };
 
+/// Keeps from the buttons of a window that asks something what wasn't pressed for it: a key that is held
+/// down, and a scan. To be installed as their event filter.
+class UnmeantKeys : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    ScannedKeys m_scanned;
+};
+
 }  // namespace kovanix

@@ -1,7 +1,6 @@
 #include "desktop/messagebox.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -99,22 +98,6 @@ QWidget* windowBelow() {
     });
     return visible == windows.rend() ? nullptr : *visible;
 }
-
-/// Keeps from answering what wasn't pressed for the box: a key that is held down, and a scan.
-class UnmeantKeys : public QObject {
-public:
-    using QObject::QObject;
-
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() != QEvent::KeyPress)
-            return false;
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        return key.isAutoRepeat() || m_scanned.isEndOfScan(key);
-    }
-
-private:
-    ScannedKeys m_scanned;
-};
 
 }  // namespace
 

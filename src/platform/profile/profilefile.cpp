@@ -112,7 +112,9 @@ struct Place {
     qsizetype valueEnd = -1;
 };
 
-Place findPlace(QByteArrayView bytes, QByteArrayView section, QByteArrayView key) {
+enum class Heading { closed, any };
+
+Place findBelow(Heading wanted, QByteArrayView bytes, QByteArrayView section, QByteArrayView key) {
     Place place;
     Lines lines(bytes);
     Line line;
@@ -125,7 +127,7 @@ Place findPlace(QByteArrayView bytes, QByteArrayView section, QByteArrayView key
             // Only the first section of a name counts.
             if (inside)
                 break;
-            inside = sameName(*heading, section);
+            inside = sameName(*heading, section) && (wanted == Heading::any || content.contains(']'));
             if (inside)
                 place.sectionEnd = line.end;
             continue;
@@ -143,6 +145,13 @@ Place findPlace(QByteArrayView bytes, QByteArrayView section, QByteArrayView key
         }
     }
     return place;
+}
+
+Place findPlace(QByteArrayView bytes, QByteArrayView section, QByteArrayView key) {
+    // A till that took a heading without its bracket for none has put a second one behind it, and kept the
+    // shop's settings there since.
+    const Place place = findBelow(Heading::closed, bytes, section, key);
+    return place.sectionEnd >= 0 ? place : findBelow(Heading::any, bytes, section, key);
 }
 
 QByteArrayView withoutQuotes(QByteArrayView value) {

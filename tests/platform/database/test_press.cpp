@@ -1,6 +1,8 @@
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include "database/press.h"
+#include "database/waiting.h"
 #include "databasefile.h"
 #include "diskbarriers.h"
 
@@ -182,6 +184,25 @@ private Q_SLOTS:
         QCOMPARE(barriersOf([&] { press.finish(); }), 2);
         Press second(connection);
         QCOMPARE(wordsOf([&] { connection.execute(insert(2)); }), u"database is locked"_s);
+        QVERIFY(other.run(u"ROLLBACK"_s));
+    }
+
+    // Whoever has waited for the file once need not wait for it again, with nothing to sync.
+    void whatFoundTheFileLockedWaitsOnce_data() { DatabaseFile::bothKinds(); }
+    void whatFoundTheFileLockedWaitsOnce() {
+        const DatabaseFile file;
+        Connection connection(50ms);
+        begin(connection, file);
+        RawDatabase other(file.path(), file.password());
+        QVERIFY(other.run(u"BEGIN IMMEDIATE"_s));
+        int waits = 0;
+        setWaitSign([&waits] { ++waits; });
+        const auto silent = qScopeGuard([] { setWaitSign({}); });
+        QVERIFY(errorOf([&] {
+            const Press press(connection);
+            connection.execute(insert(1));
+        }));
+        QCOMPARE(waits, 1);
         QVERIFY(other.run(u"ROLLBACK"_s));
     }
 

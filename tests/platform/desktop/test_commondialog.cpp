@@ -131,6 +131,29 @@ private Q_SLOTS:
         QCOMPARE(m_runs, 1);
     }
 
+    void aScanAnswersNothing() {
+        CommonDialog control;
+        control.showColor(*m_window, count());
+        const QPointer<ColorDialog> dialog = openDialog();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        auto* ok = dialog->findChild<QAbstractButton*>(u"ok"_s);
+        QCOMPARE(dialog->focusWidget(), ok);
+        QTest::keyClicks(ok, u"8695463115280"_s);
+        QTest::keyClick(ok, Qt::Key_Return);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(m_runs, 0);
+    }
+
+    void aPersonsEnterAnswers() {
+        CommonDialog control;
+        control.showColor(*m_window, count());
+        const QPointer<ColorDialog> dialog = openDialog();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QTest::keyClick(dialog->findChild<QAbstractButton*>(u"ok"_s), Qt::Key_Return);
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(m_runs, 1);
+    }
+
     void theNextOneStartsOnTheChosenColour() {
         CommonDialog control;
         control.showColor(*m_window, count());

@@ -61,6 +61,8 @@ private Q_SLOTS:
              {"comment behind the heading", {QByteArray("[ayar] ; x\nip=a\n"), "ip", "a"}},
              {"heading that isn't closed", {QByteArray("[ayar\nip=a\n"), "ip", "a"}},
              {"blanks behind a heading that isn't closed", {QByteArray("[ AYAR \r\nip=a\r\n"), "ip", "a"}},
+             {"heading that isn't closed, a closed one behind it",
+              {QByteArray("[ayar\nip=a\n[ayar]\nip=b\n"), "ip", "b"}},
              {"another section's heading that isn't closed", {QByteArray("[ayar]\n[x\nip=a\n"), "ip", ""}},
              {"bracket before an entry", {QByteArray("[ayar]\n[x=1\nip=a\n"), "ip", "a"}},
              {"blanks around the key", {QByteArray("[ayar]\n \tip\t =a\n"), "ip", "a"}},
