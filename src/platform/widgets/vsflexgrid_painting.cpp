@@ -186,7 +186,10 @@ const VSFlexGrid::Shaped& VSFlexGrid::shaped(int column, const QString& text, co
     else if (m_columns[static_cast<size_t>(column)].alignment.testFlag(Qt::AlignRight))
         lines = {wholeNumber(onOneLine(text), metrics, width)};
     else
-        lines = {metrics.elidedText(onOneLine(text), Qt::ElideRight, width)};
+        // Eliding goes by parts of pixels, letter sizes by whole ones.
+        lines = {metrics.horizontalAdvance(onOneLine(text)) <= width
+                     ? onOneLine(text)
+                     : metrics.elidedText(onOneLine(text), Qt::ElideRight, width)};
     for (const QString& line : std::as_const(lines)) {
         QStaticText prepared(line);
         prepared.setTextFormat(Qt::PlainText);

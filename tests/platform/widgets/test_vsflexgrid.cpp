@@ -396,6 +396,28 @@ private Q_SLOTS:
                  before.copy(0, 4 * rowHeight, width, 5 * rowHeight));
     }
 
+    void aTextAsWideAsTheSampleIsWhole_data() {
+        QTest::addColumn<int>("row");
+        for (const int pixels : {11, 12, 13, 15, 16, 18, 21, 22})
+            QTest::addRow("%d pixels", pixels) << pixels;
+    }
+    void aTextAsWideAsTheSampleIsWhole() {
+        QFETCH(const int, row);
+        VSFlexGrid grid;
+        fill(grid, 4);
+        QFont letters(u"Roboto"_s);
+        letters.setPixelSize(row);
+        grid.setFont(letters);
+        grid.setColSample(1, u"8888888888888"_s);
+        show(grid);
+        const auto cell = [&](const QString& barcode) {
+            grid.setTextMatrix(2, 1, barcode);
+            return grid.viewport()->grab(grid.cellRect(2, 1)).toImage();
+        };
+        // The last digit is seen.
+        QVERIFY(cell(u"8695463115280"_s) != cell(u"8695463115281"_s));
+    }
+
     void textsFollowTheirRoom_data() {
         QTest::addColumn<AnotherRoomRow>("row");
         const auto row = [](const char* name, Call change) {
