@@ -15,7 +15,7 @@ namespace {
 // At the design size.
 constexpr double cellRadius = 92;
 constexpr double cellShare = 0.93;  // of its place; the rest is the gap to the next one
-constexpr double rimWidth = 2;
+constexpr double rimWidth = 3;
 
 constexpr QRgb rimColor = 0x5A7BA8;
 constexpr double rimStrength = 0.22;
@@ -27,9 +27,9 @@ QColor faint(QColor color, double strength) {
     return color;
 }
 
-/// Scattered, the same ones at every start.
+/// Few, none of them behind the card, the same ones at every start.
 bool hasHoney(int row, int column) {
-    return (5 * row + 3 * column) % 13 == 4;
+    return (row == 1 && column % 8 == 0) || (row == 4 && column % 8 == 2);
 }
 
 /// A cell that stands on a corner.

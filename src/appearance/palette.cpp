@@ -64,11 +64,14 @@ void paintOtherFields(QWidget& screen, Tone tone) {
         const QByteArray name = field->objectName().toLatin1();
         if (named.contains(QLatin1StringView(name)))
             continue;
-        // All at once: a field works its looks out anew at every change.
+        // All at once, and only where they differ: a field works its looks out anew at every change.
         QPalette colors = field->palette();
+        const QColor ground = roleColor(field->isReadOnly() ? ColorRole::quietField : ColorRole::field, tone);
         QColor hint = roleColor(ColorRole::ink, tone);
-        colors.setColor(QPalette::Base,
-                        roleColor(field->isReadOnly() ? ColorRole::quietField : ColorRole::field, tone));
+        if (colors.color(QPalette::Active, QPalette::Base) == ground &&
+            colors.color(QPalette::Active, QPalette::Text) == hint)
+            continue;
+        colors.setColor(QPalette::Base, ground);
         colors.setColor(QPalette::Text, hint);
         hint.setAlphaF(0.5F);
         colors.setColor(QPalette::PlaceholderText, hint);

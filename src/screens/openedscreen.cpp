@@ -2,8 +2,11 @@
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QPainterPath>
 #include <QWindow>
 
@@ -29,9 +32,15 @@ void OpenedScreen::standInFrame(vkFrame& frame) {
     m_frame = &frame;
     frame.setCornerRadius(windowRadius);
     setWindowFlag(Qt::FramelessWindowHint);
-    // What is outside of the corners can be seen through where the desktop mixes windows; elsewhere the mask
-    // cuts it off.
-    setAttribute(Qt::WA_TranslucentBackground);
+    // A mask cuts the corners on X, where without a compositor what is transparent would be black; elsewhere
+    // they are transparent.
+    setAttribute(Qt::WA_TranslucentBackground, QGuiApplication::platformName() != u"xcb");
+}
+
+void OpenedScreen::paintEvent(QPaintEvent* event) {
+    // What shows through the smooth edge of the corners.
+    if (m_frame && !testAttribute(Qt::WA_TranslucentBackground))
+        QPainter(this).fillRect(event->rect(), m_frame->bordercolor());
 }
 
 void OpenedScreen::mousePressEvent(QMouseEvent* event) {

@@ -247,8 +247,8 @@ private Q_SLOTS:
         const QPoint barcode(300, 30);
         const QPoint total(620, 60);
         const QPoint totalGround(587, 72);
-        const QPoint quickKey(594, 591);
-        const QPoint category(594, 535);
+        const QPoint quickKey(600, 612);
+        const QPoint category(600, 552);
         const QPoint cash(676, 228);
         addRows<MiniatureShowsTheTableRow>(
             {{"resim1: barcode", {Palette::resim1, barcode, u"#ff0000"_s}},

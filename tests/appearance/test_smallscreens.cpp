@@ -313,6 +313,13 @@ private Q_SLOTS:
         QVERIFY(second.isVisible());
     }
 
+    void theTotalsColoursHideTheThemes() {
+        showInFront(themeScreen());
+        screen<tema>().ui.vkCommand2->click();
+        QVERIFY(colorScreen().isVisible());
+        QVERIFY(colorScreen().geometry().contains(themeScreen().geometry()));
+    }
+
     // The cashier has pressed a button of the screen, and the next customer's scan comes.
     void aScanDoesNoHarm_data() {
         QTest::addColumn<ScanRow>("row");

@@ -142,7 +142,7 @@ QList<ScreenRow> screens() {
         row<tema>("tema", "TEMA", {880, 668}, goesBack, closes,
                   "vkCommand1 resim1 resim2 resim3 resim4 temaac vkCommand2"),
         row<toplamtema>(
-            "toplamtema", "TOPLAM RENGI", {860, 608}, goesBack, closes,
+            "toplamtema", "TOPLAM RENGI", {880, 668}, goesBack, closes,
             "vkCommand5 vkCommand1 vkCommand2 vkCommand3 vkCommand4 Command1 Command2 Frame2 Command3 Frame3 "
             "Command4 Command5 vkCommand7 vkCommand6 vkCommand8 vkCommand9 temakaydetme"),
         row<ekoz>("ekoz", "Ek *zellikler", {360, 260}, closes, closes, "vkCommand3 vkCommand1", {},

@@ -396,8 +396,9 @@ void DrawnButton::arrange() {
         }
         return;
     }
-    const int hintSize = std::clamp(wanted * 6 / 10, FittedText::smallestLegible,
-                                    std::max(FittedText::smallestLegible, static_cast<int>(16 * scale)));
+    const int smallestHint = static_cast<int>(FittedText::smallestLegible * std::max(1.0, scale));
+    const int hintSize =
+        std::clamp(wanted * 6 / 10, smallestHint, std::max(smallestHint, static_cast<int>(16 * scale)));
     QFont hintFont = font();
     hintFont.setPixelSize(std::max(1, hintSize));
     const QFontMetricsF metrics(hintFont);

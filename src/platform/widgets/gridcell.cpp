@@ -112,19 +112,8 @@ bool fitsOnTwoLines(const QString& text, const QFontMetrics& metrics, int width)
     return metrics.horizontalAdvance(text) <= width || wholeBreak(text, metrics, width) >= 0;
 }
 
-void paintName(QPainter& painter, const QRect& cell, const QString& name) {
-    // The two lines belong together: closer to each other than to the rows above and below.
-    constexpr double lineShare = 1.15;
-    const QFontMetrics metrics = painter.fontMetrics();
-    const QStringList lines = inTwoLines(onOneLine(name), metrics, cell.width()).split(u'\n');
-    const int apart = static_cast<int>(std::lround(painter.font().pixelSize() * lineShare));
-    const int block = metrics.height() + apart * static_cast<int>(lines.size() - 1);
-    QRect place(cell.left(), cell.top() + (cell.height() - block + 1) / 2, cell.width(), metrics.height());
-    for (const QString& line : lines) {
-        painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
-                         line);
-        place.translate(0, apart);
-    }
+QStringList nameLines(const QString& name, const QFontMetrics& metrics, int width) {
+    return inTwoLines(onOneLine(name), metrics, width).split(u'\n');
 }
 
 void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment horizontal,

@@ -2,6 +2,7 @@
 
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 
 #include "widgets/look.h"
 
@@ -25,9 +26,9 @@ constexpr double nameInTwoLines = 0.84;
 void paintCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment horizontal,
                    CellText kind);
 
-/// Paints a name on one line of the cell or on two, in the painter's font and pen. What two lines don't hold
-/// loses its middle.
-void paintName(QPainter& painter, const QRect& cell, const QString& name);
+/// The lines of a name in that width: one, or two where it is too long. What two lines don't hold loses its
+/// middle.
+QStringList nameLines(const QString& name, const QFontMetrics& metrics, int width);
 
 /// Whether a name that breaks in one place, at a blank, stands whole on two lines of that width.
 bool fitsOnTwoLines(const QString& text, const QFontMetrics& metrics, int width);

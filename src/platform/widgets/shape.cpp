@@ -6,7 +6,7 @@
 namespace kovanix {
 
 namespace {
-constexpr qreal lineWidth = 5;
+constexpr qreal lineWidth = 3;
 constexpr qreal radius = 8;
 }  // namespace
 

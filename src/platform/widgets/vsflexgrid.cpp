@@ -185,6 +185,7 @@ void VSFlexGrid::setColAlignment(int column, Qt::Alignment alignment) {
         return;
     target.alignment = alignment;
     recountColumn(column);
+    m_shaped.clear();
     viewport()->update();
 }
 
@@ -289,6 +290,7 @@ void VSFlexGrid::ensureRowVisible(int row) {
 
 void VSFlexGrid::columnsChanged() {
     m_edges.clear();
+    m_shaped.clear();
     std::ranges::fill(m_letterSizes, 0);
     viewport()->update();
 }

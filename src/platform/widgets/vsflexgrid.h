@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <QHash>
 #include <QPixmap>
+#include <QStaticText>
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -104,6 +106,12 @@ private:
         Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
         QString sample;
     };
+    /// A cell's text as it was last painted: its lines, broken and shaped for that room.
+    struct Shaped {
+        int letterSize = 0;
+        int width = 0;
+        std::vector<QStaticText> lines;
+    };
     struct EmptyState {
         QString picture;
         QString line;
@@ -134,6 +142,8 @@ private:
     void paintCard();
     void paintHeading(QPainter& painter) const;
     void paintTexts(QPainter& painter, int row, const QColor& color) const;
+    void paintText(QPainter& painter, int column, const QRect& cell, const QString& text) const;
+    const Shaped& shaped(int column, const QString& text, const QFont& letters, int width) const;
     void paintEmptyState(QPainter& painter);
 
     std::vector<std::vector<QString>> m_cells;
@@ -150,7 +160,8 @@ private:
     // The columns' left edges in the viewport and its right one, worked out when asked for.
     mutable std::vector<int> m_edges;
     mutable double m_edgesScale = 1.0;
-    mutable std::vector<int> m_letterSizes;  // 0: not worked out yet
+    mutable std::vector<int> m_letterSizes;                // 0: not worked out yet
+    mutable std::vector<QHash<QString, Shaped>> m_shaped;  // of each column
     QPixmap m_emptyPicture;
     QString m_emptyPictureKey;
 };

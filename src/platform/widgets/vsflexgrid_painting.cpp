@@ -26,6 +26,9 @@ constexpr double emptyGap = 12;
 constexpr double emptyMargin = 12;
 constexpr double headingShare = 0.87;  // of the cells' letters
 constexpr double entryBarShare = 0.45;
+// The two lines of a name belong together: closer to each other than to the rows above and below.
+constexpr double linesApart = 1.15;  // of the letters
+constexpr qsizetype mostShaped = 200;
 
 }  // namespace
 
@@ -145,16 +148,55 @@ void VSFlexGrid::paintTexts(QPainter& painter, int row, const QColor& ink) const
             continue;
         letters.setPixelSize(letterSize(column));
         painter.setFont(letters);
-        const Qt::Alignment side =
-            m_columns[static_cast<size_t>(column)].alignment & Qt::AlignHorizontal_Mask;
-        if (holdsNames(column))
-            paintName(painter, cell, text);
-        else if (side.testFlag(Qt::AlignRight))
-            paintCellText(painter, cell, wholeNumber(text, painter.fontMetrics(), cell.width()), side,
-                          CellText::number);
-        else
-            paintCellText(painter, cell, text, side, CellText::code);
+        paintText(painter, column, cell, text);
     }
+}
+
+/// In the painter's font and pen.
+void VSFlexGrid::paintText(QPainter& painter, int column, const QRect& cell, const QString& text) const {
+    const Shaped& drawn = shaped(column, text, painter.font(), cell.width());
+    const int apart = static_cast<int>(std::lround(drawn.letterSize * linesApart));
+    const int lineHeight = painter.fontMetrics().height();
+    const int block = lineHeight + apart * static_cast<int>(drawn.lines.size() - 1);
+    const bool right = m_columns[static_cast<size_t>(column)].alignment.testFlag(Qt::AlignRight);
+    double top = cell.top() + (cell.height() - block + 1) / 2;
+    for (const QStaticText& line : drawn.lines) {
+        painter.drawStaticText(
+            QPointF(right ? cell.left() + cell.width() - line.size().width() : cell.left(), top), line);
+        top += apart;
+    }
+}
+
+/// Breaking and shaping a text takes most of the time of its painting, and the ticket is painted again
+/// whenever the page behind its corners is.
+const VSFlexGrid::Shaped& VSFlexGrid::shaped(int column, const QString& text, const QFont& letters,
+                                             int width) const {
+    m_shaped.resize(m_columns.size());
+    QHash<QString, Shaped>& known = m_shaped[static_cast<size_t>(column)];
+    if (known.size() >= mostShaped && !known.contains(text))
+        known.clear();
+    Shaped& entry = known[text];
+    if (entry.letterSize == letters.pixelSize() && entry.width == width)
+        return entry;
+    entry = {letters.pixelSize(), width, {}};
+    const QFontMetrics metrics(letters);
+    QStringList lines;
+    if (holdsNames(column))
+        lines = nameLines(text, metrics, width);
+    else if (m_columns[static_cast<size_t>(column)].alignment.testFlag(Qt::AlignRight))
+        lines = {wholeNumber(onOneLine(text), metrics, width)};
+    else
+        // Eliding goes by parts of pixels, letter sizes by whole ones.
+        lines = {metrics.horizontalAdvance(onOneLine(text)) <= width
+                     ? onOneLine(text)
+                     : metrics.elidedText(onOneLine(text), Qt::ElideRight, width)};
+    for (const QString& line : std::as_const(lines)) {
+        QStaticText prepared(line);
+        prepared.setTextFormat(Qt::PlainText);
+        prepared.prepare({}, letters);
+        entry.lines.push_back(prepared);
+    }
+    return entry;
 }
 
 void VSFlexGrid::paintEmptyState(QPainter& painter) {

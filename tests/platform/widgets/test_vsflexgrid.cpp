@@ -77,6 +77,9 @@ class TestVSFlexGrid : public QObject {
         Call call;
         QList<int> rows;
     };
+    struct AnotherRoomRow {
+        Call change;
+    };
     struct AColumnHasOneLetterSizeRow {
         int column;
         QStringList texts;
@@ -391,6 +394,65 @@ private Q_SLOTS:
         QCOMPARE(after.copy(0, 0, width, 3 * rowHeight), before.copy(0, 0, width, 3 * rowHeight));
         QCOMPARE(after.copy(0, 4 * rowHeight, width, 5 * rowHeight),
                  before.copy(0, 4 * rowHeight, width, 5 * rowHeight));
+    }
+
+    void aTextAsWideAsTheSampleIsWhole_data() {
+        QTest::addColumn<int>("row");
+        for (const int pixels : {11, 12, 13, 15, 16, 18, 21, 22})
+            QTest::addRow("%d pixels", pixels) << pixels;
+    }
+    void aTextAsWideAsTheSampleIsWhole() {
+        QFETCH(const int, row);
+        VSFlexGrid grid;
+        fill(grid, 4);
+        QFont letters(u"Roboto"_s);
+        letters.setPixelSize(row);
+        grid.setFont(letters);
+        grid.setColSample(1, u"8888888888888"_s);
+        show(grid);
+        const auto cell = [&](const QString& barcode) {
+            grid.setTextMatrix(2, 1, barcode);
+            return grid.viewport()->grab(grid.cellRect(2, 1)).toImage();
+        };
+        // The last digit is seen.
+        QVERIFY(cell(u"8695463115280"_s) != cell(u"8695463115281"_s));
+    }
+
+    void textsFollowTheirRoom_data() {
+        QTest::addColumn<AnotherRoomRow>("row");
+        const auto row = [](const char* name, Call change) {
+            QTest::newRow(name) << AnotherRoomRow{std::move(change)};
+        };
+        row("narrower", [](VSFlexGrid& grid) { grid.resize(260, 400); });
+        row("wider", [](VSFlexGrid& grid) { grid.resize(700, 400); });
+        row("column narrower", [](VSFlexGrid& grid) { grid.setColWidth(2, 60); });
+        row("other side", [](VSFlexGrid& grid) { grid.setColAlignment(2, Qt::AlignRight); });
+        row("other letters", [](VSFlexGrid& grid) {
+            QFont letters = grid.font();
+            letters.setBold(true);
+            grid.setFont(letters);
+        });
+    }
+    void textsFollowTheirRoom() {
+        QFETCH(const AnotherRoomRow, row);
+        const auto fillWithNames = [](VSFlexGrid& grid) {
+            fill(grid, 4);
+            grid.setTextMatrix(1, 2, u"Rize Bardak Poşet Çay Demlik 100'lü"_s);
+            grid.setTextMatrix(2, 3, u"1.234.567,89"_s);
+        };
+        VSFlexGrid painted;
+        fillWithNames(painted);
+        show(painted);
+        const QImage before = painted.viewport()->grab().toImage();
+        row.change(painted);
+        VSFlexGrid fresh;
+        fillWithNames(fresh);
+        row.change(fresh);
+        fresh.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&fresh));
+        const QImage after = painted.viewport()->grab().toImage();
+        QVERIFY(after != before);
+        QCOMPARE(after, fresh.viewport()->grab().toImage());
     }
 
     void headingStaysWhileScrolling() {
