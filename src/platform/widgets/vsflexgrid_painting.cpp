@@ -159,7 +159,7 @@ void VSFlexGrid::paintText(QPainter& painter, int column, const QRect& cell, con
     const int lineHeight = painter.fontMetrics().height();
     const int block = lineHeight + apart * static_cast<int>(drawn.lines.size() - 1);
     const bool right = m_columns[static_cast<size_t>(column)].alignment.testFlag(Qt::AlignRight);
-    double top = cell.top() + (cell.height() - block + 1) / 2;
+    int top = cell.top() + (cell.height() - block + 1) / 2;  // a whole pixel, so that the letters stay sharp
     for (const QStaticText& line : drawn.lines) {
         painter.drawStaticText(
             QPointF(right ? cell.left() + cell.width() - line.size().width() : cell.left(), top), line);
