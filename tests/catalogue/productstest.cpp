@@ -1,6 +1,8 @@
 #include "productstest.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include "app/modTurkce.h"
 #include "app/session.h"
@@ -98,6 +100,18 @@ void ProductsTest::expectFailure(const QString& words) const {
 
 void ProductsTest::expectQuestion(int answer) const {
     m_shop->boxes.expect(metin(u"MSG_SILME_ONAY_BASLIK"_s), metin(u"MSG_URUN_SIL_SOR"_s), answer);
+}
+
+qsizetype ProductsTest::rowsInCopy(const QString& sql) const {
+    const QTemporaryDir folder;
+    const QString copy = folder.filePath(u"copy"_s);
+    if (!QFile::copy(m_shop->databaseFile(), copy))
+        qFatal("no copy");
+    Connection connection;
+    connection.open(u"Data Source="_s + copy);
+    Recordset rows;
+    rows.open(sql, connection);
+    return rows.recordCount();
 }
 
 QList<QVariantList> ProductsTest::stored() const {

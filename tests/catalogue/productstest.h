@@ -41,6 +41,8 @@ protected:
 
     /// The columns barkod, urun, alis, satis, stok of all products, in order of entry.
     QList<QVariantList> stored() const;
+    /// How many rows a select gives in a plain copy of the file, without its log.
+    qsizetype rowsInCopy(const QString& sql) const;
 
     /// From now on the shop's own connection doesn't wait for a locked file.
     void dontWaitForLocks() const;
