@@ -2,10 +2,13 @@
 
 #include <QCommandLineParser>
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
+#include <string_view>
 
 #include "access/firstscreen.h"
 #include "app/frame.h"
+#include "app/manual.h"
 #include "app/shopfolder.h"
 #include "app/tekornek.h"
 #include "data/baglanmamodulu.h"
@@ -30,6 +33,25 @@ void watchForOtherTills() {
     watch->start(lookForOtherTills);
 }
 
+struct CommandLine : QCommandLineParser {
+    CommandLine() {
+        setApplicationDescription(u"Kovanix: küçük dükkânlar için satış kasası"_s);
+        addHelpOption();
+        addVersionOption();
+        addOptions({folder, manual});
+    }
+
+    const QCommandLineOption folder{u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s};
+    const QCommandLineOption manual{u"yardim"_s, u"Kullanım kılavuzunu açar"_s};
+};
+
+/// Whether the command line asks for what a machine without a display can tell as well.
+bool asksForWords(int argc, char** argv) {
+    return std::any_of(argv + 1, argv + argc, [](const std::string_view argument) {
+        return argument == "--version" || argument == "-v" || argument == "--help" || argument == "-h";
+    });
+}
+
 void entryProcedure() {
     startConnection();
     showFirstScreen();
@@ -46,25 +68,26 @@ void startConnection() {
 }
 
 int runTill(int argc, char** argv) {
+    CommandLine commandLine;
+    if (asksForWords(argc, argv)) {
+        QCoreApplication application(argc, argv);
+        nameApplication();
+        commandLine.process(application);  // answers and ends
+    }
     Application application(argc, argv);
     prepareApplication();
     const TapGuard taps;
     const RepeatedKeys repeated;
-
-    QCommandLineParser commandLine;
-    commandLine.setApplicationDescription(u"Kovanix: küçük dükkânlar için satış kasası"_s);
-    commandLine.addHelpOption();
-    commandLine.addVersionOption();
-    const QCommandLineOption folder(u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s);
-    commandLine.addOption(folder);
     commandLine.process(application);
+    if (commandLine.isSet(commandLine.manual))
+        return openManual() ? 0 : 1;
 
     if (!tekorneksorgu()) {
         tekornekoneal();
         return 0;
     }
     endOnRequest();
-    prepareShopFolder(commandLine.value(folder));
+    prepareShopFolder(commandLine.value(commandLine.folder));
     const int status = application.run(entryProcedure);
     baglantikapatsessiz();
     return status;

@@ -54,11 +54,15 @@ void installToolkitWords() {
 
 }  // namespace
 
+void nameApplication() {
+    QCoreApplication::setApplicationName(u"Kovanix"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
+}
+
 void prepareApplication() {
-    QApplication::setApplicationName(u"Kovanix"_s);
+    nameApplication();
     // No display name: the toolkit would append it to every window title.
     QApplication::setDesktopFileName(u"kovanix"_s);
-    QApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
     QApplication::setStyle(new FieldStyle(QStyleFactory::create(u"Fusion"_s)));
     QApplication::setPalette(shopPalette());
     QFont font;

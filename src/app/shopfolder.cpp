@@ -38,12 +38,15 @@ void deliver(const QString& folder) {
 
 }  // namespace
 
+void findShopFolder(const QString& commandLine) {
+    setApplicationFolder(
+        chooseApplicationFolder(commandLine, {configurationName(), u"kovanix.data"_s, u"kovanix.mdb"_s}));
+}
+
 void prepareShopFolder(const QString& commandLine) {
-    const QString folder =
-        chooseApplicationFolder(commandLine, {configurationName(), u"kovanix.data"_s, u"kovanix.mdb"_s});
-    setApplicationFolder(folder);
-    if (!QDir(folder).exists())
-        deliver(folder);
+    findShopFolder(commandLine);
+    if (!QDir(applicationFolder()).exists())
+        deliver(applicationFolder());
     // Exports never make a folder, and a newcomer's machine has neither drive nor folder.
     QDir().mkpath(drivePath(u"C:\\kovanix"_s));
 }

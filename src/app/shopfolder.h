@@ -13,4 +13,7 @@ namespace kovanix {
 /// @param commandLine  the folder given on the command line; empty when none was
 void prepareShopFolder(const QString& commandLine);
 
+/// The same choice for a program that only looks at a shop: nothing is made.
+void findShopFolder(const QString& commandLine);
+
 }  // namespace kovanix

@@ -2,11 +2,11 @@
 
 #include "access/firstscreen.h"
 #include "access/kullanicilar.h"
+#include "app/manual.h"
 #include "app/modTurkce.h"
 #include "app/session.h"
 #include "appearance/tema.h"
 #include "desktop/focus.h"
-#include "desktop/folders.h"
 #include "desktop/messagebox.h"
 #include "desktop/shell.h"
 #include "runtime/process.h"
@@ -94,7 +94,7 @@ void menu::vkCommand4_click() {
 }
 
 void menu::vkCommand5_click() {
-    openDocument(sharedFile(u"kullanim/index.html"_s));
+    openManual();
 }
 
 void menu::vkCommand10_click() {

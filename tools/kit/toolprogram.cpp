@@ -1,0 +1,77 @@
+#include "kit/toolprogram.h"
+
+#include <unistd.h>
+
+#include <QFileInfo>
+#include <QTextStream>
+#include <QWidget>
+#include <cstdio>
+
+#include "app/frame.h"
+#include "app/shopfolder.h"
+#include "data/baglanmamodulu.h"
+#include "desktop/application.h"
+#include "runtime/runtimeerror.h"
+
+namespace kovanix {
+
+using namespace Qt::StringLiterals;
+
+ToolCommandLine::ToolCommandLine(const QString& name, const QString& description)
+    : folder(u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s) {
+    nameApplication();
+    QCoreApplication::setApplicationName(name);
+    setApplicationDescription(description);
+    addHelpOption();
+    addVersionOption();
+    addOption(folder);
+}
+
+bool ToolCommandLine::findShop() const {
+    findShopFolder(value(folder));
+    return QFileInfo(veritabaniyolu()).isFile();
+}
+
+int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::function<bool()>& wantsWindow,
+            const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run) {
+    const QString name = QCoreApplication::applicationName();
+    {
+        QCoreApplication console(argc, argv);
+        commandLine.process(console);
+        if (!wantsWindow()) {
+            try {
+                return run();
+            } catch (const RuntimeError& error) {
+                tellError(error.description());
+                return ToolExit::failed;
+            }
+        }
+    }
+    Application application(argc, argv);
+    prepareApplication();
+    QCoreApplication::setApplicationName(name);
+    const std::unique_ptr<QWidget> shown = window();
+    shown->show();
+    return QCoreApplication::exec();
+}
+
+void tellLine(const QString& text) {
+    QTextStream(stdout) << text << '\n';
+}
+
+void tellError(const QString& text) {
+    QTextStream(stderr) << text << '\n';
+}
+
+void tellProgress(const QString& what, qint64 done, qint64 total) {
+    if (::isatty(STDOUT_FILENO) == 0)
+        return;
+    constexpr int percent = 100;
+    QTextStream out(stdout);
+    out << '\r' << what;
+    if (total > 0)
+        out << u" %1 %"_s.arg(done * percent / total);
+    out << u"\x1b[K"_s << (total > 0 && done >= total ? u"\n"_s : QString());
+}
+
+}  // namespace kovanix

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QString>
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace kovanix {
+
+/// How a program beside the till ends, the same for all of them.
+namespace ToolExit {
+inline constexpr int done = 0;
+inline constexpr int failed = 1;      ///< something went wrong: said on standard error
+inline constexpr int wrongUsage = 2;  ///< an option that isn't known, or that doesn't go with another
+inline constexpr int refused = 3;     ///< nothing was changed, because it would have done harm
+inline constexpr int cancelled = 4;
+}  // namespace ToolExit
+
+/// What the programs beside the till have in common on the command line: --folder, --help, --version, and
+/// that they show a window when they are told nothing to do.
+class ToolCommandLine : public QCommandLineParser {
+public:
+    /// @param name  the program's, as it is called
+    ToolCommandLine(const QString& name, const QString& description);
+
+    /// Sets the application folder to the shop's: that of --folder, else where the till looks. It is never
+    /// made. @return whether there is a shop in it
+    bool findShop() const;
+
+    const QCommandLineOption folder;
+};
+
+/// Runs a program beside the till: with a display and the till's look when it shows a window, without either
+/// when the command line gives it something to do.
+///
+/// @param wantsWindow  whether the command line, which has been read by then, asks for the window
+/// @param window  makes the window
+/// @param run  does what the command line asks for. @return the exit status; a RuntimeError is said on
+/// standard error
+int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::function<bool()>& wantsWindow,
+            const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run);
+
+/// A line on standard output or error, in UTF-8.
+void tellLine(const QString& text);
+void tellError(const QString& text);
+
+/// Shows how far a piece of work is on a terminal, in one line that is written over; nothing where standard
+/// output is no terminal.
+void tellProgress(const QString& what, qint64 done, qint64 total);
+
+}  // namespace kovanix
