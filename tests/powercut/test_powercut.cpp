@@ -177,8 +177,8 @@ private Q_SLOTS:
 
     void aLogThatIsLeftLosesNothing_data() {
         addRows<FileRow>({
-            {"a plain file", {{}, false, 10, true}},
-            {"a file with a password", {rawKey, false, 10, true}},
+            {"a plain file", {{}, false, 4, true}},
+            {"a file with a password", {rawKey, false, 4, true}},
         });
     }
     void aLogThatIsLeftLosesNothing() {
