@@ -36,6 +36,9 @@ private:
     double m_targetScale = 1;
 };
 
+/// How often the sums of a range are measured behind one another, by the till and through the C interface.
+inline constexpr int timesAddedUp = 5;
+
 /// The value below which that share of the sample lies (0.5: the median). The sample isn't empty.
 double percentile(std::vector<double> sample, double share);
 

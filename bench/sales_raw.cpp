@@ -1,6 +1,7 @@
 // Reading and adding up the sold lines of a range of time through the engine's C interface: what the till's
-// own reading is measured against. Writes the milliseconds of each run, a line each. The range's rows are
-// looked for by the index on their moments, or through the whole table, whichever was faster.
+// own reading is measured against. Writes the milliseconds of each run, a line each: those of reading the
+// lines, by the index on their moments or through the whole table, whichever was faster; then those of adding
+// them up, several times over.
 
 #include <sqlite3.h>
 
@@ -76,7 +77,9 @@ Sums takeSums(sqlite3_stmt* row) {
 }
 
 template <class Row>
-double milliseconds(sqlite3* database, const std::string& sql, Row (*take)(sqlite3_stmt*)) {
+double milliseconds(sqlite3* database, const std::string& columns, const std::string& condition,
+                    Row (*take)(sqlite3_stmt*)) {
+    const std::string sql = "SELECT " + columns + " FROM satislar WHERE " + condition;
     const auto start = std::chrono::steady_clock::now();
     const std::vector<Row> rows = readAll(database, sql, take);
     const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
@@ -91,19 +94,16 @@ int main(int argc, char** argv) {
     const kovanix::bench::Figures figures(argc, argv);
     const kovanix::bench::RawShop shop = kovanix::bench::openRawShop(figures);
     sqlite3* const database = shop.get();
-    const bool sums = figures.option("what") == "sums";
-    const std::string columns = sums ? "sum(adet), sum(toplam), sum(kar)" : "*";
     const std::string range = " BETWEEN '" + figures.option("from") + "' AND '" + figures.option("to") + "'";
     const int runs = std::stoi(figures.option("runs"));
     for (int i = 0; i < runs; ++i) {
-        std::vector<double> ways;
-        for (const std::string moment : {"tarih", "+tarih"}) {
-            const std::string sql = "SELECT " + columns + " FROM satislar WHERE " + moment + range;
-            ways.push_back(sums ? milliseconds(database, sql, takeSums)
-                                : milliseconds(database, sql, takeLine));
-            if (sums)
-                break;  // the very statement that the till runs
+        std::printf("%.4f", std::min(milliseconds(database, "*", "+tarih" + range, takeLine),
+                                     milliseconds(database, "*", "tarih" + range, takeLine)));
+        for (int times = kovanix::bench::timesAddedUp; times > 0; --times) {
+            // The very statement that the till runs.
+            const std::string sums = "sum(adet) as adet, sum(toplam) as toplam, sum(kar) as kar";
+            std::printf(" %.4f", milliseconds(database, sums, "tarih" + range, takeSums));
         }
-        std::printf("%.4f\n", *std::ranges::min_element(ways));
+        std::printf("\n");
     }
 }

@@ -1,4 +1,5 @@
-// The sales report over 100,000 and over a million sold lines: a day, 31 days and a year of them.
+// The sales report over two shops' sold lines: a day, 31 days and, unless "--years no" is given, a year of
+// them.
 
 #include <malloc.h>
 
@@ -6,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
+#include <sstream>
 
 #include "app/frame.h"
 #include "child.h"
@@ -54,7 +56,7 @@ struct RangeTimes {
 struct Times {
     std::string shop;  ///< "100,000 sold lines"
     std::vector<double> open;
-    std::vector<RangeTimes> ranges{3};
+    std::vector<RangeTimes> ranges;  ///< the first ones of ranges()
 };
 
 /// Sees when the rows are painted.
@@ -84,25 +86,23 @@ double milliseconds(const std::function<void()>& step) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-template <class Condition>
-void await(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 60'000)
-            giveUp("a screen doesn't come");
-        QCoreApplication::processEvents();
-    }
-}
-
-double raw(const QString& folder, const Range& range, const char* what) {
+/// Takes the second run of bench_sales_raw: the first one reads from the disk what the till holds already.
+void measureRaw(const QString& folder, const Range& range, RangeTimes& times) {
     const auto text = [](QDate day, const char* time) {
         return day.toString(Qt::ISODate).toStdString() + time;
     };
     const std::string output =
-        outputOf({neighbour("bench_sales_raw"), "--folder", folder.toStdString(), "--what", what, "--from",
+        outputOf({neighbour("bench_sales_raw"), "--folder", folder.toStdString(), "--from",
                   text(range.from, " 00:00:00"), "--to", text(range.to, " 23:59:59"), "--runs", "2"});
-    return std::stod(output.substr(output.find('\n') + 1));
+    std::istringstream second(output.substr(output.find('\n') + 1));
+    double lines = 0;
+    second >> lines;
+    times.raw.push_back(lines);
+    std::size_t sums = 0;
+    for (double taken = 0; second >> taken; ++sums)
+        times.rawSums.push_back(taken);
+    if (sums != timesAddedUp)
+        giveUp("bench_sales_raw hasn't added up");
 }
 
 void measureRange(Watch& watch, const QString& folder, const Range& range, RangeTimes& times) {
@@ -126,28 +126,28 @@ void measureRange(Watch& watch, const QString& folder, const Range& range, Range
         giveUp("the rows were not painted");
     times.lines = static_cast<double>(ui.Adodc1->recordset().totalCount());
     times.memory = heapInUse() - empty;
+    for (int i = 0; i < timesAddedUp; ++i) {
+        times.sums.push_back(milliseconds([&] {
+            Recordset sums;
+            sums.open(
+                u"select sum(adet) as adet, sum(toplam) as toplam  , sum(kar) as kar  from satislar where "
+                u"tarih between "_s +
+                    sqltarihbetween(range.from, u"00:00:00"_s, range.to, u"23:59:59"_s),
+                baglanti());
+            if (sayicevir(sums.field(u"adet"_s)) <= 0)
+                giveUp("nothing was sold");
+        }));
+    }
     for (int i = 0; i < 5; ++i) {
         times.again.push_back(milliseconds([&] {
             Q_EMIT report.acilis.tick();
             finishPosted();
         }));
     }
-    times.raw.push_back(raw(folder, range, "lines"));
-
-    times.sums.push_back(milliseconds([&] {
-        Recordset sums;
-        sums.open(
-            u"select sum(adet) as adet, sum(toplam) as toplam  , sum(kar) as kar  from satislar where "
-            u"tarih between "_s +
-                sqltarihbetween(range.from, u"00:00:00"_s, range.to, u"23:59:59"_s),
-            baglanti());
-        if (sayicevir(sums.field(u"adet"_s)) <= 0)
-            giveUp("nothing was sold");
-    }));
-    times.rawSums.push_back(raw(folder, range, "sums"));
+    measureRaw(folder, range, times);
 }
 
-void measure(Watch& watch, const QString& folder, Times& times) {
+void measure(Watch& watch, const QString& folder, std::size_t kinds, Times& times) {
     satisekrani& sales = openShop(folder);
     await([&] { return takesScans(sales); });
     times.shop = rowsOf(u"satislar"_s) + " sold lines";
@@ -158,7 +158,8 @@ void measure(Watch& watch, const QString& folder, Times& times) {
     }));
     screen<satisraporlar>().acilis.setInterval(0);
     await([] { return screen<satisraporlar>().isActiveWindow(); });
-    for (std::size_t i = 0; i < ranges().size(); ++i)
+    times.ranges.resize(kinds);
+    for (std::size_t i = 0; i < kinds; ++i)
         measureRange(watch, folder, ranges()[i], times.ranges[i]);
     closeShop();
 }
@@ -166,8 +167,9 @@ void measure(Watch& watch, const QString& folder, Times& times) {
 void tell(Figures& figures, const Times& times) {
     const std::string& shop = times.shop;
     const auto median = [](const std::vector<double>& sample) { return percentile(sample, 0.5); };
+    const auto best = [](const std::vector<double>& sample) { return percentile(sample, 0); };
     figures.tell("Sales report, opening to first paint, " + shop, median(times.open), "ms");
-    for (std::size_t i = 0; i < ranges().size(); ++i) {
+    for (std::size_t i = 0; i < times.ranges.size(); ++i) {
         const RangeTimes& range = times.ranges[i];
         const std::string what = ", " + ranges()[i].name + " of " + shop;
         constexpr double paint = 20;
@@ -178,10 +180,12 @@ void tell(Figures& figures, const Times& times) {
         figures.atMost(i == year ? 2.5 : 2,
                        "Sales report without 20 ms for painting, against the C interface" + what,
                        std::max(0.0, median(range.shown) - paint) / median(range.raw), "×");
-        figures.tell("Sums of the report" + what, median(range.sums), "ms");
-        if (i > 0)  // those of a day take less than preparing to ask for them
-            figures.atMost(1.2, "Sums of the report, against the C interface" + what,
-                           median(range.sums) / median(range.rawSums), "×");
+        // They take so little that whatever else the machine does shows in every other run.
+        figures.tell("Sums of the report, best run" + what, best(range.sums), "ms");
+        constexpr double worthMeasuring = 0.5;  // less is mostly what it takes to ask for them
+        if (best(range.rawSums) >= worthMeasuring)
+            figures.atMost(1.2, "Sums of the report, against the C interface, best runs" + what,
+                           best(range.sums) / best(range.rawSums), "×");
         figures.atMost(5, "Second read of the report, nothing changed" + what, median(range.again), "ms");
         if (i == year)
             figures.atMost(450, "Memory of a sold line" + what, range.memory / range.lines, "bytes");
@@ -194,6 +198,7 @@ int main(int argc, char** argv) {
     Figures figures(argc, argv);
     const QStringList folders{QString::fromStdString(figures.option("medium")),
                               QString::fromStdString(figures.option("large"))};
+    const std::size_t kinds = figures.option("years", "yes") == "no" ? 2 : ranges().size();
     int none = 1;
     Application application(none, argv);
     prepareApplication();
@@ -204,7 +209,7 @@ int main(int argc, char** argv) {
         // In turns, so that whatever else the machine does falls on both shops alike.
         for (int round = 0; round < (figures.quick() ? 2 : 5); ++round) {
             for (qsizetype shop = 0; shop < folders.size(); ++shop)
-                measure(watch, folders[shop], all[static_cast<std::size_t>(shop)]);
+                measure(watch, folders[shop], kinds, all[static_cast<std::size_t>(shop)]);
         }
         QCoreApplication::exit(0);
     });

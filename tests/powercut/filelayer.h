@@ -67,6 +67,8 @@ public:
     void record(const QString& folder);
     /// Puts a mark into the record, if one is made.
     void mark(FileStep::Kind kind, qint64 number);
+    /// How many steps the record has by now.
+    std::size_t steps() const { return m_trace.steps.size(); }
     /// Ends the record. @return what was written down
     FileTrace takeTrace();
 

@@ -7,6 +7,8 @@
 #include <random>
 
 #include "bookedtill.h"
+#include "data/baglanmamodulu.h"
+#include "database/logrequest.h"
 
 namespace kovanix {
 
@@ -49,14 +51,17 @@ public:
             comeAndGo(sale);
             if (chance(8))
                 workInTheOffice();
-            sell();
+            if (m_plan.leavesLog && sale == m_plan.sales / 2)
+                beAskedAndSell();
+            else
+                sell();
             // The next customer waits already, or the till has a moment.
             if (chance(25))
                 QTest::qWait(25);
         }
         m_reader.reset();
         m_till.end();
-        return {m_till.layer().takeTrace(), m_till.book()};
+        return {m_till.layer().takeTrace(), m_till.book(), m_leaving};
     }
 
 private:
@@ -64,16 +69,28 @@ private:
     int upTo(int most) { return 1 + static_cast<int>(m_random() % static_cast<unsigned>(most)); }
 
     void comeAndGo(int sale) {
-        if (m_plan.rollbackJournal)
-            return;  // its readers keep everybody from writing
-        if (sale % 60 == 20)
+        const bool hasLog = !m_plan.rollbackJournal && m_leaving.second == 0;
+        if (hasLog && sale % 60 == 20)  // with a rollback journal, readers keep everybody from writing
             m_reader = std::make_unique<Reader>(m_till.shop().databaseFile(), m_plan.password);
         if (sale % 60 == 55)
             m_reader.reset();
-        if (sale % 45 == 44) {
+        if (!m_plan.rollbackJournal && sale % 45 == 44) {
             m_till.end();
             m_till.start();
         }
+    }
+
+    /// A till over the network asks for the file: in vain while somebody reads, then just ahead of a sale.
+    void beAskedAndSell() {
+        LogRequest request(m_till.shop().databaseFile());
+        request.renew();
+        m_leaving.first = m_till.layer().steps();
+        if (m_reader)
+            baglanti().leaveLogIfAsked();
+        m_reader.reset();
+        request.renew();
+        sell();
+        m_leaving.second = m_till.layer().steps();
     }
 
     void workInTheOffice() {
@@ -134,6 +151,7 @@ private:
     BookedTill m_till;
     QStringList m_products;  ///< the office's own
     std::unique_ptr<Reader> m_reader;
+    std::pair<std::size_t, std::size_t> m_leaving{};
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <utility>
 
 #include "filelayer.h"
 #include "shopbook.h"
@@ -11,6 +12,7 @@ namespace kovanix {
 struct DayPlan {
     QString password;              ///< of the shop's file; empty for a plain one
     bool rollbackJournal = false;  ///< as the file of a share is kept
+    bool leavesLog = false;        ///< in the middle of the day a till over the network asks for the file
     int sales = 0;
     unsigned seed = 1;
 };
@@ -19,6 +21,9 @@ struct DayPlan {
 struct ShopDay {
     FileTrace trace;
     ShopBook book;
+    /// Where the log is left for a rollback journal, and the first sale is stored by that: the number of the
+    /// first step of it, and of the first behind it.
+    std::pair<std::size_t, std::size_t> leaving{};
 };
 
 /// Trades for a day on the till's own screen: sales of one line to many, merged lines, weighed goods,

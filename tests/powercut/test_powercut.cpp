@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <tuple>
 
 #include "disk.h"
 #include "rows.h"
@@ -21,18 +22,21 @@ struct FileRow {
     QString password;
     bool rollbackJournal = false;
     int cuts = 2000;
+    bool leavesLog = false;
 
     int wantedCuts() const { return wantedTimes("KOVANIX_CUTS", cuts); }
 };
 
 /// One day of each kind, traded once.
 const ShopDay& dayOf(const FileRow& row) {
-    static std::map<std::pair<QString, bool>, ShopDay> days;
-    const auto found = days.find({row.password, row.rollbackJournal});
+    using Kind = std::tuple<QString, bool, bool>;
+    static std::map<Kind, ShopDay> days;
+    const Kind kind(row.password, row.rollbackJournal, row.leavesLog);
+    const auto found = days.find(kind);
     if (found != days.end())
         return found->second;
-    const DayPlan plan{row.password, row.rollbackJournal, salesOfTheDay, 20260503};
-    return days.emplace(std::pair(row.password, row.rollbackJournal), tradeForADay(plan)).first->second;
+    const DayPlan plan{row.password, row.rollbackJournal, row.leavesLog, salesOfTheDay, 20260503};
+    return days.emplace(kind, tradeForADay(plan)).first->second;
 }
 
 /// What a moment of the day was left with.
@@ -45,16 +49,22 @@ struct Ruin {
 
 enum class End { powerCut, kill };
 
-/// Ends the day at random moments, in order, and looks at what is left each time.
-/// @return the moments whose files aren't as they must be
-QList<Ruin> endTheDay(const ShopDay& day, const QString& password, End end, int times) {
+/// So many random moments of a day, in order.
+std::vector<std::size_t> momentsOf(const ShopDay& day, int times) {
     Disk::Random random(6);
-    const std::vector<FileStep>& steps = day.trace.steps;
     std::vector<std::size_t> moments;
     for (int i = 0; i < times; ++i)
-        moments.push_back(random() % steps.size());
+        moments.push_back(random() % day.trace.steps.size());
     std::sort(moments.begin(), moments.end());
+    return moments;
+}
 
+/// Ends the day at moments, which come in order, and looks at what is left each time.
+/// @return the moments whose files aren't as they must be
+QList<Ruin> endTheDay(const ShopDay& day, const QString& password, End end,
+                      const std::vector<std::size_t>& moments) {
+    Disk::Random random(7);
+    const std::vector<FileStep>& steps = day.trace.steps;
     QList<Ruin> ruins;
     Disk disk(day.trace);
     qsizetype begun = 0;
@@ -81,6 +91,21 @@ QList<Ruin> endTheDay(const ShopDay& day, const QString& password, End end, int 
     return ruins;
 }
 
+/// Whether the log goes for good, and a rollback journal is written, in the steps that are to leave it.
+bool logIsLeft(const ShopDay& day) {
+    const auto [first, last] = day.leaving;
+    bool hasLog = true;
+    bool hasJournal = false;
+    for (std::size_t i = first; i < day.trace.steps.size(); ++i) {
+        const FileStep& step = day.trace.steps[i];
+        const QString name = step.file < 0 ? QString() : day.trace.files[step.file].name;
+        if (name.endsWith(u"-wal"_s))
+            hasLog = step.kind != FileStep::Kind::remove && step.kind != FileStep::Kind::syncFolder;
+        hasJournal = hasJournal || (i < last && name.endsWith(u"-journal"_s));
+    }
+    return !hasLog && hasJournal;
+}
+
 QString describe(const QList<Ruin>& ruins, const ShopDay& day) {
     QString text = u"%1 moments:"_s.arg(ruins.size());
     for (const Ruin& ruin : ruins.first(std::min<qsizetype>(ruins.size(), 10)))
@@ -105,6 +130,8 @@ class PowerCutTest : public QObject {
             {"a file with a password", {rawKey, false, 2000}},
             {"a plain file of a share", {{}, true, 300}},
             {"a file of a share with a password", {rawKey, true, 300}},
+            {"a plain file whose log is left at noon", {{}, false, 300, true}},
+            {"a file with a password whose log is left at noon", {rawKey, false, 300, true}},
         });
     }
 
@@ -121,6 +148,8 @@ private Q_SLOTS:
               counts[FileStep::Kind::sync], counts[FileStep::Kind::truncate], counts[FileStep::Kind::create],
               counts[FileStep::Kind::remove]);
         QVERIFY(day.book.statements() > 4 * salesOfTheDay);
+        if (row.leavesLog)
+            QVERIFY(logIsLeft(day));
         Disk disk(day.trace);
         for (const FileStep& step : day.trace.steps)
             disk.take(step);
@@ -132,7 +161,8 @@ private Q_SLOTS:
     void nothingThatWasToldIsLost() {
         QFETCH(const FileRow, row);
         const ShopDay& day = dayOf(row);
-        const QList<Ruin> ruins = endTheDay(day, row.password, End::powerCut, row.wantedCuts());
+        const QList<Ruin> ruins =
+            endTheDay(day, row.password, End::powerCut, momentsOf(day, row.wantedCuts()));
         QVERIFY2(ruins.isEmpty(), qPrintable(describe(ruins, day)));
     }
 
@@ -140,8 +170,29 @@ private Q_SLOTS:
     void aKilledTillLosesNothing() {
         QFETCH(const FileRow, row);
         const ShopDay& day = dayOf(row);
-        const QList<Ruin> ruins = endTheDay(day, row.password, End::kill, row.wantedCuts() / 2);
+        const QList<Ruin> ruins =
+            endTheDay(day, row.password, End::kill, momentsOf(day, row.wantedCuts() / 2));
         QVERIFY2(ruins.isEmpty(), qPrintable(describe(ruins, day)));
+    }
+
+    void aLogThatIsLeftLosesNothing_data() {
+        addRows<FileRow>({
+            {"a plain file", {{}, false, 4, true}},
+            {"a file with a password", {rawKey, false, 4, true}},
+        });
+    }
+    void aLogThatIsLeftLosesNothing() {
+        QFETCH(const FileRow, row);
+        const ShopDay& day = dayOf(row);
+        const auto [first, last] = day.leaving;
+        std::vector<std::size_t> moments;
+        for (std::size_t step = first; step < last; ++step)
+            moments.insert(moments.end(), wantedTimes("KOVANIX_CUTS_A_STEP", row.cuts), step);
+        qInfo("%d steps, %d cuts", static_cast<int>(last - first), static_cast<int>(moments.size()));
+        for (const End end : {End::powerCut, End::kill}) {
+            const QList<Ruin> ruins = endTheDay(day, row.password, end, moments);
+            QVERIFY2(ruins.isEmpty(), qPrintable(describe(ruins, day)));
+        }
     }
 
     /// The check itself: nobody keeps anything on a disk that says it has synced and hasn't.
@@ -151,7 +202,7 @@ private Q_SLOTS:
         ShopDay day = dayOf(row);
         std::erase_if(day.trace.steps,
                       [](const FileStep& step) { return step.kind == FileStep::Kind::sync; });
-        QVERIFY(endTheDay(day, row.password, End::powerCut, 50).size() > 40);
+        QVERIFY(endTheDay(day, row.password, End::powerCut, momentsOf(day, 50)).size() > 40);
     }
 };
 
