@@ -33,6 +33,7 @@ PageView::PageView(QWidget* parent)
       m_previous(addArrow(u"onceki"_s, u":/icons/previous.svg"_s, u"&nceki sayfa"_s, -1)),
       m_next(addArrow(u"sonraki"_s, u":/icons/next.svg"_s, u"sonraki sayfa"_s, 1)) {
     setFocusPolicy(Qt::TabFocus);
+    tellAsButton(*this);
     setAccessibleName(u"Sayfa"_s);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -26,6 +26,7 @@
 #include "catalogue/urunler.h"
 #include "desktop/focus.h"
 #include "desktop/screensize.h"
+#include "focuslog.h"
 #include "reports/raporlarmenu.h"
 #include "reports/satisraporlar.h"
 #include "reports/stokraporu.h"
@@ -274,6 +275,21 @@ private Q_SLOTS:
         const Screen& opened = open(row);
         QCOMPARE(opened.windowTitle(), row.title);
         QCOMPARE(symbolsLeft(opened, row.symbols).join(u'\n'), QString());
+    }
+
+    void assistiveToolsAreToldOfEverything_data() { addScreens(); }
+    void assistiveToolsAreToldOfEverything() {
+        QFETCH(const ScreenRow, row);
+        Screen& opened = open(row);
+        QCOMPARE(untoldControls(opened).join(u'\n'), QString());
+        if (row.tabOrder.isEmpty())
+            return;
+        FocusLog log;
+        for (qsizetype step = row.tabOrder.split(u' ', Qt::SkipEmptyParts).size(); step > 1; --step) {
+            log.clear();
+            QTest::keyClick(&opened, Qt::Key_Tab);
+            QVERIFY2(!log.names().isEmpty(), qPrintable(QApplication::focusWidget()->objectName()));
+        }
     }
 
     // One title each, with round corners.

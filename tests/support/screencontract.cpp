@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
+#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -147,6 +148,29 @@ QList<QLineEdit*> writableFields(const Screen& screen) {
             fields.append(field);
     }
     return fields;
+}
+
+QStringList untoldControls(const Screen& screen) {
+    static const QList<QAccessible::Role> told{
+        QAccessible::PushButton, QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::EditableText,
+        QAccessible::Table,      QAccessible::ComboBox, QAccessible::List,        QAccessible::SpinBox,
+        QAccessible::ScrollBar,  QAccessible::Graphic,  QAccessible::Grouping};
+    QStringList faults;
+    for (QWidget* control : screen.findChildren<QWidget*>()) {
+        const bool used = control->focusPolicy() != Qt::NoFocus || qobject_cast<QAbstractButton*>(control);
+        if (!control->isVisible() || isPart(*control) || !used)
+            continue;
+        QAccessibleInterface* tool = QAccessible::queryAccessibleInterface(control);
+        const QString name = control->objectName();
+        if (!tool || !told.contains(tool->role()))
+            faults << u"%1 has no role (%2)"_s.arg(name, QString::number(tool ? tool->role() : -1));
+        if (tool && tool->text(QAccessible::Name).trimmed().isEmpty() &&
+            tool->text(QAccessible::Description).trimmed().isEmpty())
+            faults << name + u" has no name";
+        if (tool && tool->role() == QAccessible::Table && !tool->tableInterface())
+            faults << name + u" has no cells";
+    }
+    return faults;
 }
 
 }  // namespace kovanix

@@ -42,6 +42,10 @@ QStringList symbolsLeft(const Screen& screen, const QStringList& required);
 /// Controls that take the keyboard and are not in that order, and those that Tab reaches otherwise.
 QStringList tabFaults(const Screen& screen, QStringList order);
 
+/// Controls that an assistive tool can't tell: that take a press or the keyboard and have no role or no name,
+/// and grids without rows and cells.
+QStringList untoldControls(const Screen& screen);
+
 /// The fields of a screen that can be written in now.
 QList<QLineEdit*> writableFields(const Screen& screen);
 

@@ -34,4 +34,8 @@ protected:
     }
 };
 
+/// Has assistive tools know a control that isn't one of the toolkit's buttons as a button that they can
+/// press.
+void tellAsButton(QWidget& control);
+
 }  // namespace kovanix

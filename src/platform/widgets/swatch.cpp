@@ -8,6 +8,7 @@ namespace kovanix {
 
 Swatch::Swatch(QWidget* parent) : Pressable(parent) {
     setBordercolor(roleColor(ColorRole::fieldLine));
+    tellAsButton(*this);
 }
 
 void Swatch::mousePressEvent(QMouseEvent* event) {

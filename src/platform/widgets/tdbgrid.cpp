@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "runtime/runtimeerror.h"
+#include "widgets/accessibletable.h"
 #include "widgets/adodc.h"
 #include "widgets/face.h"
 #include "widgets/filterbar.h"
@@ -211,6 +212,7 @@ void TDBGrid::currentChanged(const QModelIndex& current, const QModelIndex& prev
         return;
     viewport()->update(rowRect(current.row()));
     m_col = current.column();
+    tellCurrentCell(*this);  // the view's own word counts its cells otherwise
     if (!m_following && dataSource() && dataSource()->recordset().current() != current.row())
         dataSource()->setCurrent(current.row());
 }

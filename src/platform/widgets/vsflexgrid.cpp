@@ -7,8 +7,10 @@
 #include <cmath>
 
 #include "runtime/runtimeerror.h"
+#include "widgets/accessibletable.h"
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
+#include "widgets/gridaccessible.h"
 #include "widgets/gridcell.h"
 
 namespace kovanix {
@@ -45,6 +47,7 @@ VSFlexGrid::VSFlexGrid(QWidget* parent) : QAbstractScrollArea(parent) {
     dressScrollBar();
     setCols(startCount);
     setRows(startCount);
+    installGridAccessibility();
 }
 
 int VSFlexGrid::rows() const {
@@ -149,6 +152,7 @@ void VSFlexGrid::setRow(int row) {
     updateRow(m_row);
     m_row = row;
     updateRow(m_row);
+    tellCurrentCell(*this);
 }
 
 void VSFlexGrid::setCol(int column) {
@@ -157,6 +161,7 @@ void VSFlexGrid::setCol(int column) {
         return;
     m_col = column;
     updateRow(m_row);
+    tellCurrentCell(*this);
 }
 
 int VSFlexGrid::colWidth(int column) const {
@@ -414,6 +419,7 @@ bool VSFlexGrid::event(QEvent* event) {
 void VSFlexGrid::focusInEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusInEvent(event);
     updateRow(m_row);
+    tellCurrentCell(*this);
 }
 
 void VSFlexGrid::focusOutEvent(QFocusEvent* event) {

@@ -1,12 +1,14 @@
 #include <QAccessible>
 
+#include "focuslog.h"
 #include "gridfixture.h"
 #include "widgets/drawnframe.h"
+#include "widgets/vsflexgrid.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 
-// What assistive tools are told of a list grid.
+// What assistive tools are told of a list grid and of the ticket.
 class TestGridAccessible : public QObject {
     Q_OBJECT
 
@@ -98,6 +100,65 @@ private Q_SLOTS:
         list.source.setFilter(u"urun LIKE 'yok'"_s);
         QCOMPARE(grid->childCount(), 6 + 2);
         QCOMPARE(table->selectedRowCount(), 0);
+    }
+
+    void theTicketIsATable() {
+        VSFlexGrid ticket;
+        ticket.setCols(3);
+        ticket.setRows(40);
+        for (int row = 0; row < 40; ++row) {
+            ticket.setTextMatrix(row, 1, row == 0 ? u"ÜRÜN ADI"_s : u"Ürün %1"_s.arg(row));
+        }
+        ticket.resize(400, 36 * 11);
+        ticket.show();
+        QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&ticket);
+        QCOMPARE(grid->role(), QAccessible::Table);
+        QAccessibleTableInterface* table = grid->tableInterface();
+        QVERIFY(table);
+        QCOMPARE(table->rowCount(), 39);
+        QCOMPARE(table->columnDescription(1), u"ÜRÜN ADI"_s);
+        QCOMPARE(table->cellAt(0, 1)->text(QAccessible::Name), u"Ürün 1"_s);
+        QCOMPARE(table->cellAt(0, 1)->text(QAccessible::Description), u"ÜRÜN ADI"_s);
+        QVERIFY(!table->cellAt(0, 1)->state().offscreen);
+        QVERIFY(table->cellAt(38, 1)->state().offscreen);
+        QCOMPARE(table->selectedRowCount(), 0);  // the heading is the current row of a new ticket
+        QVERIFY(table->selectRow(38));
+        QCOMPARE(ticket.row(), 39);
+        QVERIFY(!table->cellAt(38, 1)->state().offscreen);
+        QVERIFY(grid->childCount() < 3 * 13);
+        for (int index = 0; index < grid->childCount(); ++index)
+            QCOMPARE(grid->indexOfChild(grid->child(index)), index);
+        const QRect cell = ticket.cellRect(39, 1);
+        QCOMPARE(table->cellAt(38, 1)->rect(),
+                 QRect(ticket.viewport()->mapToGlobal(cell.topLeft()), cell.size()));
+        ticket.setRows(2);
+        QCOMPARE(table->rowCount(), 1);
+        QVERIFY(!table->cellAt(38, 1));
+    }
+
+    // --- moves of the focus
+
+    void aMoveInTheTicketIsTold() {
+        VSFlexGrid ticket;
+        ticket.setRows(5);
+        ticket.setTextMatrix(2, 0, u"Süt"_s);
+        ticket.show();
+        ticket.setFocus();
+        QVERIFY(QTest::qWaitForWindowActive(&ticket));
+        const FocusLog log;
+        ticket.setRow(2);
+        QCOMPARE(log.names(), QStringList{u"Süt"_s});
+    }
+
+    void aMoveInAListIsTold() {
+        ProductList list(5);
+        list.show();
+        list.grid.setFocus();
+        QTRY_VERIFY(list.grid.hasFocus());
+        list.grid.setCurrentIndex(list.grid.model()->index(0, 2));
+        const FocusLog log;
+        QTest::keyClick(&list.grid, Qt::Key_Down);
+        QCOMPARE(log.last(), u"Ürün 2"_s);
     }
 };
 

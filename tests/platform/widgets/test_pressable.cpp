@@ -127,9 +127,15 @@ private Q_SLOTS:
         QVERIFY(control.grab().toImage() != without);
     }
 
-    void assistiveToolsPressAPicture() {
+    void assistiveToolsPress_data() {
+        QTest::addColumn<Maker>("row");
+        QTest::newRow("picture") << Maker(make<Image>);
+        QTest::newRow("swatch") << Maker(make<Swatch>);
+    }
+    void assistiveToolsPress() {
+        QFETCH(const Maker, row);
         Pressed pressed;
-        make<Image>(pressed);
+        row(pressed);
         QAccessibleInterface* told = QAccessible::queryAccessibleInterface(pressed.control.get());
         QCOMPARE(told->role(), QAccessible::Button);
         told->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
