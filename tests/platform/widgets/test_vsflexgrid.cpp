@@ -9,6 +9,7 @@
 #include "paintcounter.h"
 #include "rows.h"
 #include "runtime/runtimeerror.h"
+#include "widgets/activeresize.h"
 #include "widgets/look.h"
 #include "widgets/vsflexgrid.h"
 
@@ -510,6 +511,36 @@ private Q_SLOTS:
         }
         grid.clear();
         QCOMPARE(grid.letterSize(row.column), empty);
+    }
+
+    // One name of a single word, too long for any display, leaves the others alone.
+    void oneWordLeavesTheOtherNamesTheirSize_data() {
+        addRows<QSize>({{"800x600", {800, 600}},
+                        {"1024x768", {1024, 768}},
+                        {"1366x768", {1366, 768}},
+                        {"1920x1080", {1920, 1080}}});
+    }
+    void oneWordLeavesTheOtherNamesTheirSize() {
+        QFETCH(const QSize, row);
+        ActiveResize page;
+        page.setDesignSize({1024, 768});
+        auto* grid = new VSFlexGrid(&page);
+        QFont letters(u"Roboto"_s);
+        letters.setPixelSize(15);
+        grid->setFont(letters);
+        page.resize(row);
+        page.show();
+        // As wide as the sales screen leaves for names on that display.
+        grid->resize(page.width() * 235 / 1024, 400);
+        grid->setCols(3);
+        grid->setColWidth(0, 0);
+        grid->setColWidth(1, 0);
+        grid->setColWidth(2, -1);
+        grid->setRows(4);
+        grid->setTextMatrix(1, 2, u"Rize Bardak Poşet Çay 100'lü"_s);
+        const int before = grid->letterSize(2);
+        grid->setTextMatrix(2, 2, u"W"_s.repeated(12) + u"ı"_s.repeated(38));
+        QCOMPARE(grid->letterSize(2), before);
     }
 
     void emptyStateStandsWhileThereIsNoLine() {
