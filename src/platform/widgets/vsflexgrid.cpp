@@ -212,11 +212,7 @@ int VSFlexGrid::letterSize(int column) const {
     int& size = m_letterSizes[static_cast<size_t>(column)];
     if (size == 0) {
         const int ordinary = ordinarySize();
-        // One long name of a single word must not make the others smaller on a large display than it may on
-        // one of the design's size.
-        const double scale = holdsNames(column) ? std::max(1.0, designScale(*this)) : 1.0;
-        const int smallest =
-            std::min(static_cast<int>(std::lround(FittedText::smallestLegible * scale)), ordinary);
+        const int smallest = std::min(FittedText::smallestLegible, ordinary);
         const int largest = holdsNames(column)
                                 ? std::max(smallest, static_cast<int>(std::lround(ordinary * nameInTwoLines)))
                                 : ordinary;
