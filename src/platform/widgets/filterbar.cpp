@@ -18,6 +18,7 @@ namespace {
 constexpr int outerRing = 3;
 constexpr int innerRing = 2;
 constexpr int ring = outerRing + innerRing;
+constexpr double warningSide = 20;  // at the design size
 
 }  // namespace
 
@@ -60,6 +61,11 @@ QRectF FilterCell::well() const {
     return QRectF(rect()).adjusted(3 * m_scale, 4 * m_scale, -3 * m_scale, -4 * m_scale);
 }
 
+/// How far within the well a sign stands: clear of the ring.
+double FilterCell::signInset() const {
+    return std::max(5 * m_scale, ring + 1.0);
+}
+
 QColor FilterCell::color(ColorRole role) const {
     return roleColor(role, m_tone);
 }
@@ -92,7 +98,8 @@ void FilterCell::dress() {
     const auto inset = [this](double length) { return static_cast<int>(std::lround(length * m_scale)); };
     const int sign = inset(30);
     const int clear = static_cast<int>(std::ceil(well().left())) + ring;
-    setTextMargins(m_refused ? sign : std::max(inset(8), clear), 0,
+    const int warned = static_cast<int>(std::ceil(well().left() + signInset() + warningSide * m_scale)) + 1;
+    setTextMargins(m_refused ? std::max(sign, warned) : std::max(inset(8), clear), 0,
                    showsCross() ? sign : std::max(inset(5), clear), 0);
     update();
 }
@@ -124,7 +131,7 @@ void FilterCell::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     QPainter painter(this);
     const double size = 18 * m_scale;
-    const double clear = std::max(5 * m_scale, ring + 1.0);
+    const double clear = signInset();
     const auto at = [&](bool right, double side) {
         const double left = right ? box.right() - clear - side : box.left() + clear;
         return QRectF(left, box.center().y() - side / 2, side, side);
@@ -135,7 +142,7 @@ void FilterCell::paintEvent(QPaintEvent* event) {
         return;
     }
     if (m_refused)
-        paintWarning(painter, at(false, 20 * m_scale), color(ColorRole::refusedInk));
+        paintWarning(painter, at(false, warningSide * m_scale), color(ColorRole::refusedInk));
     if (showsCross())
         paintCross(painter, at(true, size), color(ColorRole::filterInk));
 }
