@@ -79,11 +79,12 @@ satisekrani::~satisekrani() = default;
 void satisekrani::sizeGrid() {
     // Each is as wide as the longest that is usual; the name gets the rest.
     VSFlexGrid& grid = *ui.satisekrani1;
+    const QString amount = u"1.234.567,89"_s;
     grid.setColSample(1, u"8888888888888"_s);
     grid.setColWidth(2, -1);
     grid.setColSample(3, u"88888888"_s);
-    grid.setColSample(4, u"1.234.567,89"_s);
-    grid.setColSample(5, u"888888888,88"_s);  // eight digits of quantity at a usual price
+    grid.setColSample(4, amount);
+    grid.setColSample(5, amount, u"888888888,88"_s);  // eight digits of quantity at a usual price
     grid.setEmptyState(
         u":/icons/barcode.svg"_s, u"Satışa başlamak için barkodu okutun"_s,
         {u"ya da barkodu yazıp ENTER’a basın, tuşa dokunun,"_s, u"ürünü ÜRÜN BUL ile arayın"_s});

@@ -517,6 +517,33 @@ private Q_SLOTS:
         QCOMPARE(grid.letterSize(row.column), empty);
     }
 
+    void theLongestStandsWholeInTheSmallestLetters_data() {
+        addRows<int>({{"ordinary letters of 11 pixels", 11}, {"of 12", 12}, {"of 15", 15}, {"of 21", 21}});
+    }
+    void theLongestStandsWholeInTheSmallestLetters() {
+        QFETCH(const int, row);
+        VSFlexGrid grid;
+        QFont letters(u"Roboto"_s);
+        letters.setPixelSize(row);
+        grid.setFont(letters);
+        grid.resize(400, 400);
+        show(grid);
+        grid.setCols(2);
+        grid.setColWidth(0, -1);
+        grid.setColAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+        grid.setRows(3);
+        const auto width = [&] { return grid.cellRect(1, 1).width(); };
+        grid.setColSample(1, u"1.234.567,89"_s);
+        const int usual = width();
+        grid.setColSample(1, u"1.234.567,89"_s, u"888888888,88"_s);
+        grid.setTextMatrix(1, 1, u"185185170,00"_s);
+        letters.setPixelSize(grid.letterSize(1));
+        constexpr int padding = 12;
+        QVERIFY(QFontMetrics(letters).horizontalAdvance(u"185185170,00"_s) <= width() - padding);
+        // No wider than it has to be: the names need the room.
+        QCOMPARE(width() > usual, row <= 12);
+    }
+
     // One name of a single word, too long for any display, leaves the others alone.
     void oneWordLeavesTheOtherNamesTheirSize_data() {
         addRows<WidthRow>({{"800x600", {{800, 600}, 140}},
