@@ -13,6 +13,7 @@ ekoz::ekoz() {
     clicks(this, {{ui.vkCommand1, &ekoz::vkCommand1_click}, {ui.vkCommand3, &ekoz::vkCommand3_click}});
     standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand3);
+    restOnCloseButton();
 }
 
 ekoz::~ekoz() = default;

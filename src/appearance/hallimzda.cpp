@@ -32,6 +32,7 @@ hallimzda::hallimzda() {
                   {ui.urunbulunamadikapat, &hallimzda::urunbulunamadikapat_click}});
     standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.urunbulunamadikapat);
+    restOnCloseButton();
 }
 
 hallimzda::~hallimzda() = default;

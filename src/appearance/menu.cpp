@@ -47,6 +47,7 @@ menu::menu() {
     connectControls();
     standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.kapat);
+    restOnCloseButton();
 }
 
 menu::~menu() = default;

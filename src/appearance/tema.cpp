@@ -89,7 +89,7 @@ tema::tema() {
                   {ui.vkCommand2, &tema::vkCommand2_click}});
     standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand1);
-    keepFocusOnPress();
+    restOnCloseButton();
 }
 
 tema::~tema() = default;

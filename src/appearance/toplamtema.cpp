@@ -70,7 +70,7 @@ toplamtema::toplamtema() {
     connectControls();
     standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand5);
-    keepFocusOnPress();
+    restOnCloseButton();
 }
 
 toplamtema::~toplamtema() = default;

@@ -18,6 +18,7 @@
 #include "values/numbers.h"
 #include "widgets/controlcolor.h"
 #include "widgets/fieldedits.h"
+#include "widgets/fieldletters.h"
 
 namespace kovanix {
 
@@ -103,8 +104,10 @@ void urunler::connectControls() {
                              {ui.alis, ui.fiyat, number},
                              {ui.fiyat, ui.stok, number},
                              {ui.stok, ui.kayit, number}});
-    for (QLineEdit* field : {ui.alis, ui.fiyat, ui.stok})
+    for (QLineEdit* field : {ui.alis, ui.fiyat, ui.stok}) {
         keepGroups(*field);
+        keepWhole(*field);
+    }
     ui.kisiekle2->setCancelButton(*ui.vazgec2);
     connect(ui.kisiekle2, &EntryFrame::recordChanged, this, [this] { closeKeyboards(*this); });
     new LeaveCheck(*ui.barkod2, [this] { return barkod2_lostfocus(); });

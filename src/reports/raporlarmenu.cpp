@@ -20,6 +20,7 @@ raporlarmenu::raporlarmenu() {
                   {ui.vkCommand3, &raporlarmenu::vkCommand3_click}});
     standInFrame(*ui.vkFrame1);
     setCloseButton(*ui.vkCommand3);
+    restOnCloseButton();
 }
 
 raporlarmenu::~raporlarmenu() = default;

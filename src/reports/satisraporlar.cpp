@@ -278,13 +278,16 @@ void satisraporlar::openPanel(vkFrame& panel, const QString& end) {
     placePanel(panel);
     const QLineEdit* part = setsHours ? (start ? ui.saat : ui.Text6) : (start ? ui.Text2 : ui.Text5);
     const int index = (setsHours ? firstHour : firstMinute) + part->text().toInt();
-    auto* cell = panel.findChild<QWidget*>(cellName(index));
-    if (!cell)
-        cell = panel.findChild<QWidget*>();
-    cell->setFocus();
+    auto* current = panel.findChild<vkCommand*>(cellName(index));
+    const QList<vkCommand*> cells = panel.findChildren<vkCommand*>();
+    for (vkCommand* cell : cells) {
+        if (cell->look() != FaceRole::slate)
+            cell->setLook(cell == current ? FaceRole::accent : FaceRole::light);
+    }
+    (current ? current : cells.front())->setFocus();
 }
 
-/// Over the list, from the card's lower edge to the footers, or as far beyond as the cells need.
+/// Over the list, from the card's lower edge to the footers, or as far above the edge as the cells need.
 void satisraporlar::placePanel(vkFrame& panel) {
     if (!panel.isVisible())
         return;
@@ -293,7 +296,8 @@ void satisraporlar::placePanel(vkFrame& panel) {
     const QWidget& page = *ui.boyutlandirma;
     const QPoint card = ui.tarihKarti->mapTo(&page, QPoint(0, ui.tarihKarti->height() - 2));
     const int left = ui.saat1->mapTo(&page, QPoint(0, 0)).x();
-    panel.setGeometry(QRect(QPoint(left, card.y()), size));
+    const int footers = ui.TDBGrid1->mapTo(&page, QPoint(0, ui.TDBGrid1->footerTop())).y();
+    panel.setGeometry(QRect(QPoint(left, std::min(card.y(), footers - size.height())), size));
 }
 
 void satisraporlar::Label1_click(int index, const QString& caption) {

@@ -33,6 +33,7 @@
 #include "values/dates.h"
 #include "widgets/controlarray.h"
 #include "widgets/fieldedits.h"
+#include "widgets/fieldletters.h"
 #include "widgets/keyfilter.h"
 #include "widgets/look.h"
 
@@ -83,7 +84,7 @@ void satisekrani::sizeGrid() {
     grid.setColWidth(2, -1);
     grid.setColSample(3, u"88888888"_s);
     grid.setColSample(4, amount);
-    grid.setColSample(5, amount);
+    grid.setColSample(5, amount, u"888888888,88"_s);  // eight digits of quantity at a usual price
     grid.setEmptyState(
         u":/icons/barcode.svg"_s, u"Satışa başlamak için barkodu okutun"_s,
         {u"ya da barkodu yazıp ENTER’a basın, tuşa dokunun,"_s, u"ürünü ÜRÜN BUL ile arayın"_s});
@@ -164,6 +165,9 @@ void satisekrani::connectControls() {
         onlyCharacters(u"0123456789,"));
     for (QLineEdit* number : {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi})
         keepGroups(*number);
+    for (QLineEdit* number :
+         {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi, ui.fiyargorfiyati})
+        keepWhole(*number);
     keepOnOneLine(*ui.urunadi);
 }
 

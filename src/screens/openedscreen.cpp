@@ -61,12 +61,20 @@ void OpenedScreen::resizeEvent(QResizeEvent* event) {
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
 }
 
-void OpenedScreen::keepFocusOnPress() {
+void OpenedScreen::restOnCloseButton() {
+    m_restsOnCloseButton = true;
     const QList<QWidget*> controls = findChildren<QWidget*>();
     for (QWidget* control : controls) {
         if (control->focusPolicy() & Qt::TabFocus)
             control->setFocusPolicy(Qt::TabFocus);
     }
+}
+
+bool OpenedScreen::event(QEvent* event) {
+    // Ahead of the toolkit, which gives the focus back to what had it last.
+    if (event->type() == QEvent::WindowActivate && m_restsOnCloseButton && m_closeButton)
+        m_closeButton->setFocus(Qt::ActiveWindowFocusReason);
+    return Screen::event(event);
 }
 
 void OpenedScreen::leave() {

@@ -27,9 +27,10 @@ protected:
     /// corners are round, and it is moved by its title bar.
     void standInFrame(vkFrame& frame);
 
-    /// Leaves the keyboard where it is when something is pressed by hand, in a screen of settings: the Enter
-    /// of the next scan would press it once more. Tab reaches everything as before.
-    void keepFocusOnPress();
+    /// For a screen without an entry field or a list: the keyboard rests on its close button. What is pressed
+    /// by hand doesn't take it away, or the Enter of the next scan would press that once more, and it is back
+    /// there whenever the screen becomes active again. Tab reaches everything as before.
+    void restOnCloseButton();
 
     /// Unloads the screen and gives the keyboard back.
     void leave();
@@ -38,6 +39,7 @@ protected:
     virtual void giveFocusBack();
 
     void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -45,6 +47,7 @@ protected:
 
 private:
     QAbstractButton* m_closeButton = nullptr;
+    bool m_restsOnCloseButton = false;
     vkFrame* m_frame = nullptr;
 };
 

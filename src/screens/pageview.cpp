@@ -198,11 +198,14 @@ void PageView::mouseReleaseEvent(QMouseEvent* event) {
         setWide(false);
         return;
     }
-    // What was touched stays below the finger, as far as the page goes.
+    // What was touched stays below the finger, as far as the page goes, and where nothing is printed the last
+    // rows come into sight.
     const QRect before = pageRect();
     const double share = static_cast<double>(event->pos().y() - before.top()) / before.height();
     setWide(true);
-    scroll(static_cast<int>(share * pageRect().height()) - event->pos().y());
+    const double height = pageRect().height();
+    const double lowest = m_pages.rowsEnd(m_page) * height - this->height() / 2.0;
+    scroll(static_cast<int>(std::min(share * height - event->pos().y(), lowest)));
 }
 
 void PageView::wheelEvent(QWheelEvent* event) {

@@ -321,6 +321,21 @@ private Q_SLOTS:
         QCOMPARE(m_shop->lines(), 0);
     }
 
+    // The themes were looked at, and the next customer's goods come.
+    void scansAfterTheThemesReachTheTicket() {
+        open(1);
+        press(ui().vkCommand1);
+        QTRY_VERIFY(screen<tema>().isActiveWindow());
+        press(screen<tema>().ui.vkCommand1);
+        QTRY_VERIFY(screen<menu>().isActiveWindow());
+        m_shop->scan(goods::bread);
+        QVERIFY(!loaded<menu>());
+        QVERIFY(!loaded<tema>());
+        QTRY_VERIFY(m_shop->ui().barkod->hasFocus());
+        m_shop->scan(goods::milk);
+        QCOMPARE(m_shop->lines(), 1);
+    }
+
     void tabOrder_data() {
         addRows<TabOrderRow>(
             {{"manager",
@@ -347,14 +362,15 @@ private Q_SLOTS:
         unload<tema>();
         screen<menu>().activateWindow();
         QTRY_VERIFY(screen<menu>().isActiveWindow());
-        QCOMPARE(QApplication::focusWidget(), ui().vkCommand1);
-        for (int tab = 0; tab < 4; ++tab)
+        QTRY_COMPARE(QApplication::focusWidget(), ui().kapat);
+        for (int tab = 0; tab < 5; ++tab)
             m_shop->key(Qt::Key_Tab);
         m_shop->boxes.expect("UYARI", loginQuestion, MessageBoxAnswer::no);
         m_shop->key(Qt::Key_Return);
         screen<menu>().activateWindow();
-        QTRY_COMPARE(QApplication::focusWidget(), ui().vkCommand2);
-        m_shop->key(Qt::Key_Tab);
+        QTRY_COMPARE(QApplication::focusWidget(), ui().kapat);
+        for (int tab = 0; tab < 6; ++tab)
+            m_shop->key(Qt::Key_Tab);
         m_shop->boxes.expect("Program kapatma", closeQuestion, MessageBoxAnswer::yes);
         m_shop->key(Qt::Key_Return);
         QCOMPARE(m_ended, 0);

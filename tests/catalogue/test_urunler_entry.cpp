@@ -128,7 +128,7 @@ private Q_SLOTS:
             {"a point passes", {sale, u"12.5"_s, u"12.5"_s}},
             {"letters in a barcode pass", {barcode, u"ab12"_s, u"ab12"_s}},
             {"small letters stay", {name, u"küçük"_s, u"küçük"_s}},
-            {"line ends become blanks", {name, u"a\r\nb\nc\u2028d\u2029e"_s, u"a  b c d e"_s}},
+            {"line ends become blanks", {name, u"a\r\nb\nc\u2028d\u2029e"_s, u"a b c d e"_s}},
             {"tabs become blanks", {barcode, u"12\t34"_s, u"12 34"_s}},
             {"right to left", {name, u"\u202Eשלום\u200F"_s, u"\u202Eשלום\u200F"_s}},
             {"10,000 characters", {name, u"ab'%["_s.repeated(2000), u"ab'%["_s.repeated(2000)}},

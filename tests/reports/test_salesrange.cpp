@@ -453,6 +453,54 @@ private Q_SLOTS:
         QCOMPARE(report().sec1->text(), "2");
     }
 
+    /// The sums stay in sight, whatever the panel covers of the range card.
+    void panelsLeaveTheSums_data() {
+        addRows<QSize>({{"800x600", {800, 600}},
+                        {"1024x768", {1024, 768}},
+                        {"1366x768", {1366, 768}},
+                        {"1920x1080", {1920, 1080}}});
+    }
+    void panelsLeaveTheSums() {
+        QFETCH(const QSize, row);
+        sell();
+        open();
+        form().resize(row);
+        QCoreApplication::processEvents();
+        const int sums = rows().mapTo(&form(), QPoint(0, rows().footerTop())).y();
+        QVERIFY(rows().footerTop() < rows().height());
+        for (const char* button : {"Button_XP12", "vkToggleButton1"}) {
+            press(control(button));
+            const vkFrame& panel = report().Picture1->isVisible() ? *report().Picture1 : *report().Picture2;
+            QVERIFY(panel.mapTo(&form(), QPoint(0, panel.height())).y() <= sums);
+            for (const QAbstractButton* key : panel.findChildren<QAbstractButton*>()) {
+                QVERIFY(key->height() >= 40);
+                QVERIFY(panel.rect().contains(QRect(key->mapTo(&panel, QPoint(0, 0)), key->size())));
+            }
+        }
+    }
+
+    void theTimeThatStandsIsMarked() {
+        open();
+        const auto marked = [](const vkFrame& panel) {
+            QStringList captions;
+            for (const vkCommand* key : panel.findChildren<vkCommand*>()) {
+                if (key->look() == FaceRole::accent)
+                    captions.append(key->caption());
+            }
+            return captions;
+        };
+        press(*report().Button_XP14);
+        QCOMPARE(marked(*report().Picture1), QStringList{"23"});
+        press(cell(8));
+        press(*report().Button_XP14);
+        QCOMPARE(marked(*report().Picture1), QStringList{"8"});
+        press(*report().vkToggleButton1);
+        QCOMPARE(marked(*report().Picture2), QStringList{"59"});
+        report().saat->setText("otuz");
+        press(*report().Button_XP12);
+        QCOMPARE(marked(*report().Picture1), QStringList{"0"});
+    }
+
     void panelsByKeys_data() {
         const QStringList before = wholeDay;
         addRows<FocusRow>(

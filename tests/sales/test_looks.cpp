@@ -238,6 +238,24 @@ private Q_SLOTS:
         QVERIFY(grid().rowHeight() >= 32);
     }
 
+    void amountsStandWhole_data() { theTicketHoldsWhatIsUsual_data(); }
+    void amountsStandWhole() {
+        QFETCH(QSize, display);
+        satisekrani& sales = m_shop->sales();
+        sales.setWindowState(Qt::WindowNoState);
+        sales.resize(display);
+        for (QWidget* panel : {ui().urunislemleri, ui().fiyatgorframe, ui().urunbulunamadiframesi})
+            panel->show();
+        QCoreApplication::processEvents();
+        for (QLineEdit* field : {ui().ver2, ui().fiyatdegis, ui().fiyargorfiyati, ui().urunsatisi}) {
+            field->setText(u"1.234.567,89"_s);
+            field->end(false);
+            field->grab();
+            QVERIFY2(field->cursorPositionAt({0, field->height() / 2}) == 0, qPrintable(field->objectName()));
+            QVERIFY(field->font().pixelSize() >= 11);
+        }
+    }
+
     void theCommandsHaveOneCaptionSize_data() { theTicketHoldsWhatIsUsual_data(); }
     void theCommandsHaveOneCaptionSize() {
         QFETCH(QSize, display);

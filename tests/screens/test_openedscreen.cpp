@@ -30,6 +30,21 @@ public:
     int closings = 0;
 };
 
+/// One of buttons alone.
+class Buttons : public OpenedScreen {
+public:
+    Buttons() {
+        other.move(0, 40);
+        for (QPushButton* each : {&other, &button})
+            each->setFocusPolicy(Qt::StrongFocus);
+        setCloseButton(button);
+        restOnCloseButton();
+    }
+
+    QPushButton other{this};
+    QPushButton button{this};
+};
+
 /// One that has none.
 class Bare : public OpenedScreen {};
 
@@ -69,6 +84,7 @@ struct Place {
 
 }  // namespace
 
+Q_DECLARE_METATYPE(Way)
 Q_DECLARE_METATYPE(Closing)
 Q_DECLARE_METATYPE(Place)
 
@@ -128,6 +144,30 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QTRY_COMPARE(workplace.isActiveWindow(), !pressed);
         QCOMPARE(beside.isActiveWindow(), pressed);
+    }
+
+    void aScreenOfButtonsRestsOnItsCloseButton_data() {
+        QTest::addColumn<Way>("press");
+        QTest::newRow("by hand") << Way(
+            [](Screen& opened) { QTest::mouseClick(&static_cast<Buttons&>(opened).other, Qt::LeftButton); });
+        QTest::newRow("by the keyboard")
+            << Way([](Screen& opened) { static_cast<Buttons&>(opened).other.setFocus(); });
+    }
+    void aScreenOfButtonsRestsOnItsCloseButton() {
+        QFETCH(const Way, press);
+        Buttons& opened = openInFront<Buttons>();
+        press(opened);
+        Opened& above = openInFront<Opened>();
+        QTRY_VERIFY(above.before.isVisible());
+        opened.activateWindow();
+        QTRY_VERIFY(opened.isActiveWindow());
+        QCOMPARE(QApplication::focusWidget(), &opened.button);
+    }
+
+    void aPressByHandDoesntTakeTheKeyboard() {
+        Buttons& opened = openInFront<Buttons>();
+        QTest::mouseClick(&opened.other, Qt::LeftButton);
+        QCOMPARE(QApplication::focusWidget(), &opened.button);
     }
 
     void aDisabledCloseButtonStaysDead() {

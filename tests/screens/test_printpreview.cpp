@@ -124,6 +124,8 @@ private Q_SLOTS:
     void ends();
     void oneAndOnlyPage();
     void wideAndWhole();
+    void wideShowsWhatIsPrinted_data();
+    void wideShowsWhatIsPrinted();
     void wideByKey();
     void keysOfAWidePage();
     void leaving_data();
@@ -284,6 +286,35 @@ void TestPrintPreview::wideAndWhole() {
     QVERIFY(button("sonraki").isVisible());
     QTest::mouseClick(&view(), Qt::LeftButton, {}, {5, 5});  // beside the page
     QVERIFY(!view().isWide());
+}
+
+void TestPrintPreview::wideShowsWhatIsPrinted_data() {
+    QTest::addColumn<QSize>("display");
+    for (const QSize size : {QSize(800, 600), QSize(1024, 768), QSize(1366, 768), QSize(1920, 1080)})
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+}
+
+/// Of two rows, wherever an empty part of the page is touched.
+void TestPrintPreview::wideShowsWhatIsPrinted() {
+    QFETCH(const QSize, display);
+    open(2);
+    view().window()->setWindowState(Qt::WindowNoState);
+    view().window()->resize(display);
+    QCoreApplication::processEvents();
+    const QRect whole = view().pageRect();
+    for (const double share : {0.3, 0.5, 0.9}) {
+        const int touched = whole.top() + static_cast<int>(share * whole.height());
+        QTest::mouseClick(&view(), Qt::LeftButton, {}, QPoint(whole.center().x(), touched));
+        QVERIFY(view().isWide());
+        const QImage shown = view().grab().toImage().convertToFormat(QImage::Format_Grayscale8);
+        int ink = 0;
+        for (int y = 20; y < shown.height() / 2; ++y) {
+            for (int x = 20; x < shown.width() - 20; ++x)
+                ink += qGray(shown.pixel(x, y)) < 100;
+        }
+        QVERIFY2(ink > 500, qPrintable(QString::number(ink)));
+        QTest::mouseClick(&view(), Qt::LeftButton, {}, {500, 300});
+    }
 }
 
 void TestPrintPreview::wideByKey() {

@@ -34,7 +34,9 @@ QRect screenArea(const QWindow* owner) {
 QRect placeFor(QSize frame, const QWindow* owner, Qt::Alignment alignment, const QRect& within) {
     const QRect area = screenArea(owner);
     QRect place(QPoint(0, 0), frame);
-    place.moveCenter(owner ? owner->frameGeometry().center() : area.center());
+    // A window manager may still be on its way to give a maximised owner its place.
+    const bool beside = owner && !(owner->windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen));
+    place.moveCenter(beside ? owner->frameGeometry().center() : area.center());
     if (alignment != Qt::AlignCenter)
         place =
             QStyle::alignedRect(Qt::LeftToRight, alignment, place.size(), within.isEmpty() ? area : within);

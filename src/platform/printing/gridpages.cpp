@@ -162,6 +162,16 @@ int GridPages::rowsOn(int page) const {
     return std::max(1, m_body.height() / rowHeight - (hasHeadings(page) ? 1 : 0));
 }
 
+qsizetype GridPages::firstLine(int page) const {
+    return page == 0 ? 0 : rowsOn(0) + qsizetype{page - 1} * rowsOn(1);
+}
+
+double GridPages::rowsEnd(int page) const {
+    const qsizetype shown = std::min<qsizetype>(lines() - firstLine(page), rowsOn(page));
+    const qsizetype bands = shown + (hasHeadings(page) ? 1 : 0);
+    return static_cast<double>(m_body.top() + bands * rowHeight) / dots(m_paper.height());
+}
+
 /// The rows and the line of footers.
 qsizetype GridPages::lines() const {
     return m_table.rowCount + (m_table.footers.isEmpty() ? 0 : 1);
@@ -250,7 +260,7 @@ void GridPages::paintHeadings(QPainter& painter, int top) const {
 }
 
 void GridPages::paintRows(QPainter& painter, int top, int page) const {
-    const qsizetype first = page == 0 ? 0 : rowsOn(0) + qsizetype{page - 1} * rowsOn(1);
+    const qsizetype first = firstLine(page);
     const qsizetype end = std::min(lines(), first + rowsOn(page));
     painter.setFont(printedFont({.size = rowText}));
     for (qsizetype line = first; line < end; ++line, top += rowHeight) {

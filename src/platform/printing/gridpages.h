@@ -29,6 +29,9 @@ public:
     /// In points.
     QSizeF paper() const { return m_paper; }
 
+    /// How far down the page its rows reach, as a share of the paper's height.
+    double rowsEnd(int page) const;
+
     /// Paints a page, counted from 0, without the paper's own white.
     /// @param painter  with the paper's upper left corner at its origin
     /// @param dotsPerInch  of what is painted on
@@ -39,6 +42,7 @@ public:
 
 private:
     int rowsOn(int page) const;
+    qsizetype firstLine(int page) const;
     qsizetype lines() const;
     bool hasHeadings(int page) const;
     void paintBand(QPainter& painter, const QRect& band, const QString& text, const PrintFont& font,

@@ -67,7 +67,9 @@ int ColumnTexts::letterSize(int width, int largest, int smallest) const {
     auto text = m_texts.upper_bound({static_cast<int>(std::min<double>(most, boundless - 1)), {}});
     while (text != m_texts.begin()) {
         --text;
-        for (int size = largest; size >= smallest; --size) {
+        const bool breaks = m_lines == Lines::one || text->first.second.contains(u' ');
+        const int least = breaks ? smallest : largest;
+        for (int size = largest; size >= least; --size) {
             if (fits(text->first.second, size, width))
                 return size;
         }

@@ -22,7 +22,8 @@ public:
 
     /// The largest letter size, in pixels from `largest` down to `smallest`, at which every text stands whole
     /// in that width. Texts that don't even at the smallest don't count: they would make all others small for
-    /// nothing.
+    /// nothing. Nor does a text that may break but has no blank to break at, where it doesn't at the largest:
+    /// on a wide display a single word of fifty letters would make all others as small as may be.
     int letterSize(int width, int largest, int smallest) const;
 
 private:

@@ -19,12 +19,22 @@ namespace {
 constexpr int radius = 10;
 constexpr int rim = 2;
 
-/// Transparent corners would be black without a compositor, so the window is cut out; only X does that.
-bool canBeRound() {
+}  // namespace
+
+bool canCutWindows() {
     return QGuiApplication::platformName() == u"xcb"_s;
 }
 
-}  // namespace
+void cutCorners(QWidget& window, double radius) {
+    QBitmap shape(window.size());
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(window.rect(), radius, radius);
+    painter.end();
+    window.setMask(shape);
+}
 
 DialogFrame::DialogFrame(QWidget* parent) : vkFrame(parent) {
     setLook(FrameRole::window);
@@ -32,7 +42,7 @@ DialogFrame::DialogFrame(QWidget* parent) : vkFrame(parent) {
 }
 
 void DialogFrame::setScale(double scale) {
-    setCornerRadius(canBeRound() ? static_cast<int>(std::lround(radius * scale)) : 1);
+    setCornerRadius(canCutWindows() ? static_cast<int>(std::lround(radius * scale)) : 1);
     setBorderWidth(static_cast<int>(std::lround(rim * scale)));
 }
 
@@ -44,17 +54,8 @@ void DialogFrame::paintEvent(QPaintEvent* event) {
 
 void DialogFrame::resizeEvent(QResizeEvent* event) {
     vkFrame::resizeEvent(event);
-    if (!canBeRound())
-        return;
-    const double corner = cornerRadius() * designScale(*this);
-    QBitmap shape(size());
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(rect(), corner, corner);
-    painter.end();
-    window()->setMask(shape);
+    if (canCutWindows())
+        cutCorners(*window(), cornerRadius() * designScale(*this));
 }
 
 void DialogFrame::mousePressEvent(QMouseEvent* event) {

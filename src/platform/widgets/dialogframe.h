@@ -4,6 +4,13 @@
 
 namespace kovanix {
 
+/// Whether a window without a frame of the desktop's can be cut out. Transparent corners would be black where
+/// there is no compositor, and only X cuts windows out.
+bool canCutWindows();
+
+/// Cuts the corners of a window round. @param radius in pixels
+void cutCorners(QWidget& window, double radius);
+
 /// The frame of a dialog that gets none from the desktop: a rim, and a title bar by which the dialog can be
 /// moved. Its corners are round, and with them the dialog's, where a window can have such. Fills the dialog.
 class DialogFrame : public vkFrame {

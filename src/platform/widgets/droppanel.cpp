@@ -5,11 +5,13 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScreen>
 #include <algorithm>
 #include <cmath>
 
 #include "widgets/activeresize.h"
+#include "widgets/dialogframe.h"
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 
@@ -93,14 +95,23 @@ void DropPanel::drop(bool byKeyboard) {
     if (place.inside) {
         move(container.mapFromGlobal(place.corner));
     } else {
-        setCornerRadius(1);  // the desktop's windows are square
+        setAttribute(Qt::WA_TranslucentBackground, !canCutWindows());
         setWindowFlags(Qt::Popup);
         move(place.corner);
+        if (canCutWindows())
+            cutCorners(*this, designRadius * designScale(*this));
     }
     show();
     raise();
     stops().front()->setFocus(Qt::PopupFocusReason);
     qApp->installEventFilter(this);
+}
+
+void DropPanel::paintEvent(QPaintEvent* event) {
+    // What shows through the smooth edge of a window's corners.
+    if (isWindow() && canCutWindows())
+        QPainter(this).fillRect(rect(), bordercolor());
+    vkFrame::paintEvent(event);
 }
 
 void DropPanel::discard() {

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "values/numbers.h"
 
@@ -13,6 +14,11 @@ namespace {
 void replaceText(QLineEdit& field, const QString& text, qsizetype caret) {
     field.setText(text);
     field.setCursorPosition(static_cast<int>(caret));
+}
+
+bool partsLines(QChar sign) {
+    return (sign >= u'\t' && sign <= u'\r') || sign == u'\u0085' || sign == QChar::LineSeparator ||
+           sign == QChar::ParagraphSeparator;
 }
 
 /// Tells what a user's edit of a field was: pastes are left alone.
@@ -79,15 +85,20 @@ private:
 
 void keepOnOneLine(QLineEdit& field) {
     QObject::connect(&field, &QLineEdit::textEdited, &field, [&field] {
-        QString text = field.text();
-        for (QChar& sign : text) {
-            const bool endsLine = (sign >= u'\n' && sign <= u'\r') || sign == u'\u0085' ||
-                                  sign == QChar::LineSeparator || sign == QChar::ParagraphSeparator;
-            if (endsLine || sign == u'\t')
-                sign = u' ';
+        const QString text = field.text();
+        if (std::ranges::none_of(text, partsLines))
+            return;  // a blank at an end is being typed
+        QString line;
+        qsizetype caret = 0;
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            const bool endsPair = text[i] == u'\n' && i > 0 && text[i - 1] == u'\r';
+            if (!endsPair)
+                line.append(partsLines(text[i]) ? QChar(u' ') : text[i]);
+            if (i < field.cursorPosition())
+                caret = line.size();
         }
-        if (text != field.text())
-            replaceText(field, text, field.cursorPosition());
+        const QString whole = line.trimmed();
+        replaceText(field, whole, std::clamp<qsizetype>(caret - line.indexOf(whole), 0, whole.size()));
     });
 }
 

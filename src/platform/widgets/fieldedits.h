@@ -9,7 +9,8 @@ namespace kovanix {
 // What a text field makes of what its user has just edited, before anyone is told of the change. Texts that
 // the program sets stand as they are.
 
-/// Line ends and tabs that are pasted become blanks.
+/// Line ends and tabs that are pasted become a blank each, and none at the ends of the text. A blank that is
+/// typed there stays.
 void keepOnOneLine(QLineEdit& field);
 
 /// For fields that hold a number: where typing, deleting or cutting leaves the dots of "1.200,00" out of

@@ -12,6 +12,16 @@ namespace kovanix {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// The ring of the focus, which keeps its width at any size.
+constexpr int outerRing = 3;
+constexpr int innerRing = 2;
+constexpr int ring = outerRing + innerRing;
+constexpr double warningSide = 20;  // at the design size
+
+}  // namespace
+
 FilterCell::FilterCell(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setAttribute(Qt::WA_MacShowFocusRect, false);
@@ -51,6 +61,11 @@ QRectF FilterCell::well() const {
     return QRectF(rect()).adjusted(3 * m_scale, 4 * m_scale, -3 * m_scale, -4 * m_scale);
 }
 
+/// How far within the well a sign stands: clear of the ring.
+double FilterCell::signInset() const {
+    return std::max(5 * m_scale, ring + 1.0);
+}
+
 QColor FilterCell::color(ColorRole role) const {
     return roleColor(role, m_tone);
 }
@@ -82,7 +97,10 @@ void FilterCell::dress() {
         setFont(letters);
     const auto inset = [this](double length) { return static_cast<int>(std::lround(length * m_scale)); };
     const int sign = inset(30);
-    setTextMargins(m_refused ? sign : inset(8), 0, showsCross() ? sign : inset(5), 0);
+    const int clear = static_cast<int>(std::ceil(well().left())) + ring;
+    const int warned = static_cast<int>(std::ceil(well().left() + signInset() + warningSide * m_scale)) + 1;
+    setTextMargins(m_refused ? std::max(sign, warned) : std::max(inset(8), clear), 0,
+                   showsCross() ? sign : std::max(inset(5), clear), 0);
     update();
 }
 
@@ -102,8 +120,8 @@ void FilterCell::paintEvent(QPaintEvent* event) {
             painter.drawRoundedRect(box.adjusted(half, half, -half, -half), 4 * m_scale, 4 * m_scale);
         };
         if (hasFocus()) {
-            rim(color(ColorRole::focus), 0, 3);
-            rim(color(m_refused ? ColorRole::refusedRim : ColorRole::filterInk), 3, 2);
+            rim(color(ColorRole::focus), 0, outerRing);
+            rim(color(m_refused ? ColorRole::refusedRim : ColorRole::filterInk), outerRing, innerRing);
         } else if (m_refused) {
             rim(color(ColorRole::refusedRim), 0, 2);
         } else if (filled) {
@@ -113,8 +131,9 @@ void FilterCell::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     QPainter painter(this);
     const double size = 18 * m_scale;
+    const double clear = signInset();
     const auto at = [&](bool right, double side) {
-        const double left = right ? box.right() - 5 * m_scale - side : box.left() + 5 * m_scale;
+        const double left = right ? box.right() - clear - side : box.left() + clear;
         return QRectF(left, box.center().y() - side / 2, side, side);
     };
     if (!filled) {
@@ -123,7 +142,7 @@ void FilterCell::paintEvent(QPaintEvent* event) {
         return;
     }
     if (m_refused)
-        paintWarning(painter, at(false, 20 * m_scale), color(ColorRole::refusedInk));
+        paintWarning(painter, at(false, warningSide * m_scale), color(ColorRole::refusedInk));
     if (showsCross())
         paintCross(painter, at(true, size), color(ColorRole::filterInk));
 }

@@ -50,6 +50,7 @@ private:
     bool showsCross() const;
     void dress();
     QRectF well() const;
+    double signInset() const;
     QColor color(ColorRole role) const;
 
     double m_scale = 1.0;

@@ -292,6 +292,10 @@ QStringList TDBGrid::footerTexts() const {
     return texts;
 }
 
+int TDBGrid::footerTop() const {
+    return m_footer->isHidden() ? height() : m_footer->y();
+}
+
 void TDBGrid::setFooterTotal(int index) {
     m_footer->setTotalColumn(index);
 }

@@ -100,6 +100,8 @@ public:
 
     /// The columns' footers, in their order.
     QStringList footerTexts() const;
+    /// Where the band of the footers begins in the grid's height, in pixels; its whole height without one.
+    int footerTop() const;
     /// The column whose footer matters most, -1 for none, and a small line below the text at the left.
     void setFooterTotal(int index);
     void setFooterNote(const QString& text);

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "values/lettercase.h"
 #include "widgets/drawnbutton.h"
 
 namespace kovanix {
@@ -40,7 +41,7 @@ TimePanel::TimePanel(QWidget& field, Part part, int current)
     : DropPanel(field), m_columns(part == Part::hour ? 6 : 10), m_current(current) {
     const bool hours = part == Part::hour;
     setCaption(hours ? u"SAAT SEİŞİN"_s : u"DAKİKA SEİŞİN"_s);
-    setTitleNote(field.accessibleName());
+    setTitleNote(lowerTurkish(field.accessibleName()));
 
     auto* keys = new QGridLayout;
     keys->setSpacing(scaled(keyGap));

@@ -194,9 +194,10 @@ void VSFlexGrid::setColAlignment(int column, Qt::Alignment alignment) {
     viewport()->update();
 }
 
-void VSFlexGrid::setColSample(int column, const QString& widest) {
+void VSFlexGrid::setColSample(int column, const QString& usual, const QString& longest) {
     checkColumn(column);
-    m_columns[static_cast<size_t>(column)].sample = widest;
+    m_columns[static_cast<size_t>(column)].sample = usual;
+    m_columns[static_cast<size_t>(column)].longest = longest;
     recountColumn(column);
     columnsChanged();
 }
@@ -308,6 +309,8 @@ void VSFlexGrid::layOutColumns() const {
     QFont letters = font();
     letters.setPixelSize(ordinarySize());
     const QFontMetrics metrics(letters);
+    letters.setPixelSize(std::min(FittedText::smallestLegible, ordinarySize()));
+    const QFontMetrics smallest(letters);
     // What a column asks for, in pixels; less than nothing: what the others leave.
     std::vector<double> widths;
     double asked = 0;
@@ -316,7 +319,8 @@ void VSFlexGrid::layOutColumns() const {
     for (const Column& column : m_columns) {
         double width = column.width * scale;
         if (!column.sample.isEmpty() && column.width != 0)
-            width = metrics.horizontalAdvance(column.sample) +
+            width = std::max(metrics.horizontalAdvance(column.sample),
+                             smallest.horizontalAdvance(column.longest)) +
                     std::ceil(((first ? firstPadding : cellPadding) + cellPadding) * scale);
         first = first && column.width == 0;
         widths.push_back(width);

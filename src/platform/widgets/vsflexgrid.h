@@ -50,9 +50,10 @@ public:
     int colWidth(int column) const;
     void setColWidth(int column, int pixels);
 
-    /// Makes a column as wide as that text, in letters of the ordinary size, instead of a share; empty for a
-    /// share.
-    void setColSample(int column, const QString& widest);
+    /// Makes a column as wide as a text that is usual, in letters of the ordinary size, instead of a share;
+    /// empty for a share.
+    /// @param longest  a text that has to stand whole, if only in the smallest letters
+    void setColSample(int column, const QString& usual, const QString& longest = {});
 
     /// The letters' size in the cells of a column, in pixels: one size for all of them, the largest at which
     /// the longest of them stands whole, and not below what can be read. A left-aligned column without a
@@ -104,7 +105,8 @@ private:
     struct Column {
         int width = -1;
         Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
-        QString sample;
+        QString sample{};
+        QString longest{};
     };
     /// A cell's text as it was last painted: its lines, broken and shaped for that room.
     struct Shaped {

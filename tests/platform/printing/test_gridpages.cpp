@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QTemporaryDir>
+#include <cmath>
 
 #include "pdfpages.h"
 #include "printing/printer.h"
@@ -22,6 +23,12 @@ struct CountRow {
     bool repeat;
     bool footers;
     int pages;
+};
+
+struct RowsEndRow {
+    int rows;
+    int page;
+    int lines;
 };
 
 struct BandRow {
@@ -67,6 +74,7 @@ QStringList rowLines(int first, int last) {
 }  // namespace
 
 Q_DECLARE_METATYPE(CountRow)
+Q_DECLARE_METATYPE(RowsEndRow)
 Q_DECLARE_METATYPE(BandRow)
 Q_DECLARE_METATYPE(CellRow)
 Q_DECLARE_METATYPE(MarginsRow)
@@ -75,6 +83,23 @@ class GridPagesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void rowsEnd_data() {
+        addRows<RowsEndRow>({{"none", {0, 0, 0}},
+                             {"some", {3, 0, 3}},
+                             {"a full page", {linesAPage - 1, 0, linesAPage - 1}},
+                             {"the first of two", {linesAPage + 4, 0, linesAPage - 1}},
+                             {"the rest", {linesAPage + 4, 1, 5}}});
+    }
+    void rowsEnd() {
+        QFETCH(const RowsEndRow, row);
+        PrintInfo stored = info();
+        stored.repeatColumnHeaders = true;
+        const GridPages pages(table(row.rows), stored, a4);
+        // Half an inch of margin, the heading, and rows of a quarter of an inch.
+        const double points = 36 + 18.0 * (1 + row.lines);
+        QVERIFY(std::abs(pages.rowsEnd(row.page) * a4.height() - points) < 1);
+    }
+
     void pageCounts_data() {
         addRows<CountRow>({
             {"no rows", {0, true, false, 1}},

@@ -154,6 +154,34 @@ private Q_SLOTS:
         QCOMPARE(field.text().insert(field.cursorPosition(), u'|'), row.after);
     }
 
+    void onOneLine_data() {
+        addRows<QStringList>({{"a line end of two signs", {u"|"_s, u"Rize\r\nÇay"_s, u"Rize Çay|"_s}},
+                              {"one sign each", {u"|"_s, u"a\nb\rc\td"_s, u"a b c d|"_s}},
+                              {"an empty line", {u"|"_s, u"a\r\n\r\nb"_s, u"a  b|"_s}},
+                              {"the page's own", {u"|"_s, u"a\u2028b\u2029c\u0085d"_s, u"a b c d|"_s}},
+                              {"at the ends", {u"|"_s, u"\r\n\tÇay 400 g \r\n"_s, u"Çay 400 g|"_s}},
+                              {"nothing else", {u"|"_s, u"\r\n"_s, u"|"_s}},
+                              {"before a text", {u"|Çay"_s, u"Rize\r\n"_s, u"Rize |Çay"_s}},
+                              {"behind a text", {u"Rize |"_s, u"Çay\r\n"_s, u"Rize Çay|"_s}},
+                              {"a blank that is pasted stays", {u"Rize|"_s, u" Çay "_s, u"Rize Çay |"_s}}});
+    }
+    void onOneLine() {
+        QFETCH(const QStringList, row);
+        QApplication::clipboard()->setText(row.at(1));
+        QLineEdit field;
+        keepOnOneLine(field);
+        select(field, row.at(0));
+        field.paste();
+        QCOMPARE(field.text().insert(field.cursorPosition(), u'|'), row.at(2));
+    }
+
+    void aBlankAtTheEndIsTyped() {
+        QLineEdit field;
+        keepOnOneLine(field);
+        QTest::keyClicks(&field, u"Rize "_s);
+        QCOMPARE(field.text(), u"Rize "_s);
+    }
+
     void whatListensFindsTheGroupsMended() {
         QLineEdit field(u"1.200"_s);
         keepGroups(field);

@@ -254,6 +254,19 @@ private Q_SLOTS:
         QVERIFY(form.picker.hasFocus());
     }
 
+    /// Cut out where the display does that, else transparent behind them, as here.
+    void roundAsAWindow() {
+        Form form(Format::date, {720, 300});
+        form.drop();
+        CalendarPanel& panel = *form.calendar();
+        QVERIFY(panel.isWindow());
+        const QImage shown = panel.grab().toImage();
+        for (const QPoint corner : {QPoint(0, 0), QPoint(2, 0), QPoint(shown.width() - 1, 0),
+                                    QPoint(0, shown.height() - 1), shown.rect().bottomRight()})
+            QCOMPARE(shown.pixelColor(corner).alpha(), 0);
+        QCOMPARE(shown.pixelColor(shown.width() / 2, 0).alpha(), 255);
+    }
+
     /// An impatient thumb chooses an hour, and not the minute that comes to stand there.
     void secondTapIsDropped() {
         Form form(Format::time);
