@@ -9,7 +9,6 @@
 #include "paintcounter.h"
 #include "rows.h"
 #include "runtime/runtimeerror.h"
-#include "widgets/activeresize.h"
 #include "widgets/look.h"
 #include "widgets/vsflexgrid.h"
 
@@ -80,10 +79,6 @@ class TestVSFlexGrid : public QObject {
     };
     struct AnotherRoomRow {
         Call change;
-    };
-    struct WidthRow {
-        QSize display;
-        int names;  ///< the width of their column there
     };
     struct AColumnHasOneLetterSizeRow {
         int column;
@@ -515,63 +510,6 @@ private Q_SLOTS:
         }
         grid.clear();
         QCOMPARE(grid.letterSize(row.column), empty);
-    }
-
-    void theLongestStandsWholeInTheSmallestLetters_data() {
-        addRows<int>({{"ordinary letters of 11 pixels", 11}, {"of 12", 12}, {"of 15", 15}, {"of 21", 21}});
-    }
-    void theLongestStandsWholeInTheSmallestLetters() {
-        QFETCH(const int, row);
-        VSFlexGrid grid;
-        QFont letters(u"Roboto"_s);
-        letters.setPixelSize(row);
-        grid.setFont(letters);
-        grid.resize(400, 400);
-        show(grid);
-        grid.setCols(2);
-        grid.setColWidth(0, -1);
-        grid.setColAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
-        grid.setRows(3);
-        const auto width = [&] { return grid.cellRect(1, 1).width(); };
-        grid.setColSample(1, u"1.234.567,89"_s);
-        const int usual = width();
-        grid.setColSample(1, u"1.234.567,89"_s, u"888888888,88"_s);
-        grid.setTextMatrix(1, 1, u"185185170,00"_s);
-        letters.setPixelSize(grid.letterSize(1));
-        constexpr int padding = 12;
-        QVERIFY(QFontMetrics(letters).horizontalAdvance(u"185185170,00"_s) <= width() - padding);
-        // No wider than it has to be: the names need the room.
-        QCOMPARE(width() > usual, row <= 12);
-    }
-
-    // One name of a single word, too long for any display, leaves the others alone.
-    void oneWordLeavesTheOtherNamesTheirSize_data() {
-        addRows<WidthRow>({{"800x600", {{800, 600}, 140}},
-                           {"1024x768", {{1024, 768}, 200}},
-                           {"1366x768", {{1366, 768}, 350}},
-                           {"1920x1080", {{1920, 1080}, 560}}});
-    }
-    void oneWordLeavesTheOtherNamesTheirSize() {
-        QFETCH(const WidthRow, row);
-        ActiveResize page;
-        page.setDesignSize({1024, 768});
-        auto* grid = new VSFlexGrid(&page);
-        QFont letters(u"Roboto"_s);
-        letters.setPixelSize(15);
-        grid->setFont(letters);
-        page.resize(row.display);
-        page.show();
-        // As wide as the sales screen leaves for names on that display.
-        grid->resize(row.names, 400);
-        grid->setCols(3);
-        grid->setColWidth(0, 0);
-        grid->setColWidth(1, 0);
-        grid->setColWidth(2, -1);
-        grid->setRows(4);
-        grid->setTextMatrix(1, 2, u"Rize Bardak Poşet Çay 100'lü"_s);
-        const int before = grid->letterSize(2);
-        grid->setTextMatrix(2, 2, u"abcdefghijklmnopqrstuvwxy"_s.toUpper().repeated(2));
-        QCOMPARE(grid->letterSize(2), before);
     }
 
     void emptyStateStandsWhileThereIsNoLine() {
