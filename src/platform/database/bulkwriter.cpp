@@ -4,7 +4,7 @@
 
 #include "database/cell.h"
 #include "database/connectionprivate.h"
-#include "database/sqltokens.h"
+#include "database/dialect.h"
 #include "runtime/attempt.h"
 
 namespace kovanix {
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 BulkWriter::BulkWriter(Connection& connection) : m_core(*connection.d) {
     m_core.requireOpen();
-    m_core.write(u"BEGIN IMMEDIATE"_s);
+    m_core.write(m_core.engine->transactionBegin());
 }
 
 BulkWriter::~BulkWriter() {
@@ -25,11 +25,12 @@ BulkWriter::~BulkWriter() {
 void BulkWriter::into(const QString& table, const QStringList& columns) {
     QStringList names;
     for (const QString& column : columns)
-        names.append(quotedSqlName(column));
+        names.append(dialect::quotedName(column, m_core.engine->target()));
     const QStringList places(columns.size(), u"?"_s);
-    QSqlQuery insert(m_core.database);
-    if (!insert.prepare(u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(quotedSqlName(table), names.join(u", "),
-                                                                 places.join(u", ")))) {
+    QSqlQuery insert;
+    if (!m_core.engine->prepare(insert, u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(
+                                            dialect::quotedName(table, m_core.engine->target()),
+                                            names.join(u", "), places.join(u", ")))) {
         throw m_core.failure(insert.lastError());
     }
     m_insert = std::move(insert);
