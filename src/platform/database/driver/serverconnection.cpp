@@ -96,7 +96,7 @@ bool ServerSettings::addOptions(const QString& text) {
             deadline = milliseconds(value.toInt(&valid));
         else
             words.emplace_back(key.toUtf8(), value.toUtf8());
-        if (!valid)
+        if (!valid || deadline <= milliseconds::zero() || connectTimeout <= milliseconds::zero())
             return false;
     }
     return true;
@@ -163,6 +163,7 @@ QSqlError ServerConnection::open(const ServerSettings& settings) {
 void ServerConnection::close() {
     m_handle.reset();
     m_released.clear();
+    m_caseless.clear();
 }
 
 QSqlError ServerConnection::lose(const QSqlError& error) {
@@ -263,7 +264,7 @@ ServerConnection::Answer ServerConnection::roundTrip(const std::function<bool(PG
                     answer.rows = std::move(rows);
         }
     }
-    PQexitPipelineMode(m_handle.get());
+    PQexitPipelineMode(m_handle.get());  // else the state of the transaction couldn't be asked for
     if (isFailure(answer.rows.get()))
         answer.error = statementError(answer.rows.get());
     return answer;
@@ -295,12 +296,23 @@ ServerConnection::Answer ServerConnection::prepare(const QByteArray& name, const
 }
 
 ServerConnection::Answer ServerConnection::runPrepared(const QByteArray& name,
-                                                       const std::vector<ServerValue>& values) {
+                                                       const std::vector<ServerValue>& values, bool binary) {
     const Places places(values);
     return roundTrip([&](PGconn* handle) {
         return PQsendQueryPrepared(handle, name.constData(), places.count(), places.starts.data(),
-                                   places.sizes.data(), places.formats.data(), 0) == 1;
+                                   places.sizes.data(), places.formats.data(), binary ? 1 : 0) == 1;
     });
+}
+
+bool ServerConnection::isCaselessText(Oid type) {
+    const auto known = m_caseless.constFind(type);
+    if (known != m_caseless.cend())
+        return *known;
+    const Answer answer = run("SELECT 1 FROM pg_catalog.pg_type WHERE typname = 'citext' AND oid = " +
+                              QByteArray::number(type));
+    const bool caseless = PQntuples(answer.rows.get()) == 1;
+    m_caseless.insert(type, caseless);
+    return caseless;
 }
 
 }  // namespace kovanix::engine

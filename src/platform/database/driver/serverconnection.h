@@ -3,6 +3,7 @@
 #include <libpq-fe.h>
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QSqlError>
 #include <QString>
@@ -73,11 +74,18 @@ public:
     /// @param types  of its places, for ServerValue::type; places behind them are left to the server
     /// @return in its rows the statement's description: its places' types and its columns
     Answer prepare(const QByteArray& name, const QByteArray& sql, const std::vector<Oid>& types);
-    Answer runPrepared(const QByteArray& name, const std::vector<ServerValue>& values);
+    /// Runs a prepared statement in one round trip.
+    /// @param binary  whether the rows come in the server's own form instead of as text
+    Answer runPrepared(const QByteArray& name, const std::vector<ServerValue>& values, bool binary);
     /// A name that no statement of this connection has had.
     QByteArray nextName() { return "k" + QByteArray::number(++m_names); }
     /// Has a prepared statement freed along with the next one that is sent.
     void release(const QByteArray& name) { m_released.append(name); }
+
+    /// Whether a column's type is the text that ignores case. It has no number of its own: the server is
+    /// asked once.
+    bool isCaselessText(Oid type);
+    bool isInTransaction() const { return PQtransactionStatus(m_handle.get()) != PQTRANS_IDLE; }
 
     /// The failure of a statement on a connection that isn't open.
     static QSqlError lost();
@@ -106,6 +114,7 @@ private:
     int m_generation = 0;
     qint64 m_names = 0;
     QList<QByteArray> m_released;
+    QHash<Oid, bool> m_caseless;
 };
 
 }  // namespace kovanix::engine

@@ -2,7 +2,9 @@
 
 #include <QDateTime>
 #include <QSqlField>
+#include <QtEndian>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <string_view>
 #include <utility>
@@ -19,12 +21,16 @@ using namespace Qt::StringLiterals;
 // The server's numbers of its own types, which never change.
 constexpr Oid boolean = 16;
 constexpr Oid bytea = 17;
+constexpr Oid name = 19;
 constexpr Oid int8 = 20;
 constexpr Oid int2 = 21;
 constexpr Oid int4 = 23;
+constexpr Oid text = 25;
 constexpr Oid oid = 26;
 constexpr Oid float4 = 700;
 constexpr Oid float8 = 701;
+constexpr Oid bpchar = 1042;
+constexpr Oid varchar = 1043;
 constexpr Oid numeric = 1700;
 
 Cell::Type cellType(Oid type) {
@@ -56,24 +62,38 @@ QMetaType metaType(Cell::Type type) {
 }
 
 template <class Number>
-Number numberIn(std::string_view text) {
+Number numberIn(std::string_view digits) {
     Number number{};
-    std::from_chars(text.data(), text.data() + text.size(), number);
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
     return number;
 }
 
+/// A whole number in the server's own form, as long as its type.
+qint64 wholeIn(std::string_view bytes) {
+    switch (bytes.size()) {
+        case sizeof(qint8):
+            return bytes.front();
+        case sizeof(qint16):
+            return qFromBigEndian<qint16>(bytes.data());
+        case sizeof(qint32):
+            return qFromBigEndian<qint32>(bytes.data());
+        default:
+            return qFromBigEndian<qint64>(bytes.data());
+    }
+}
+
 template <class Number>
-QByteArray textOf(Number number) {
-    std::array<char, 32> text{};  // the longest double has 24 signs
-    const char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return {text.data(), end - text.data()};
+QByteArray digitsOf(Number number) {
+    std::array<char, 32> digits{};  // the longest double has 24 signs
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    return {digits.data(), end - digits.data()};
 }
 
 /// A value as it is sent. A number goes without a type, so that it is one for a number's column and a text
 /// for a text's; only where the server takes the place for a smaller kind of number, it is told which it is.
 ServerValue serverValue(const QVariant& value) {
     using Kind = ServerValue::Kind;
-    const auto text = [](const QString& words) { return ServerValue{Kind::text, words.toUtf8()}; };
+    const auto inWords = [](const QString& words) { return ServerValue{Kind::text, words.toUtf8()}; };
     if (value.isNull() || (value.typeId() == QMetaType::QString && value.toString().isNull()))
         return {};
     switch (value.typeId()) {
@@ -83,16 +103,16 @@ ServerValue serverValue(const QVariant& value) {
         case QMetaType::Int:
         case QMetaType::UInt:
         case QMetaType::LongLong:
-            return {Kind::whole, textOf(value.toLongLong())};
+            return {Kind::whole, digitsOf(value.toLongLong())};
         case QMetaType::Double:
         case QMetaType::Float:
-            return {Kind::real, textOf(value.toDouble())};
+            return {Kind::real, digitsOf(value.toDouble())};
         case QMetaType::QDateTime:
-            return text(value.toDateTime().toString(Qt::ISODateWithMs));
+            return inWords(value.toDateTime().toString(Qt::ISODateWithMs));
         case QMetaType::QTime:
-            return text(value.toTime().toString(u"hh:mm:ss.zzz"));
+            return inWords(value.toTime().toString(u"hh:mm:ss.zzz"));
         default:
-            return text(value.toString());
+            return inWords(value.toString());
     }
 }
 
@@ -118,9 +138,9 @@ QSqlError statementError(const QString& words, const QString& code) {
 
 /// Whether the server won't run a prepared statement any more since a table has other columns by now.
 bool isOutdated(const ServerConnection::Answer& answer) {
-    const PGresult* const rows = answer.rows.get();
     return answer.error.nativeErrorCode() == "0A000"_L1 &&
-           QByteArrayView(PQresultErrorField(rows, PG_DIAG_SOURCE_FUNCTION)) == "RevalidateCachedQuery";
+           QByteArrayView(PQresultErrorField(answer.rows.get(), PG_DIAG_SOURCE_FUNCTION)) ==
+               "RevalidateCachedQuery";
 }
 
 }  // namespace
@@ -168,6 +188,8 @@ bool ServerResult::prepare(const QString& query) {
     const NumberedPlaces numbered = NumberedPlaces::of(query.toUtf8());
     m_sql = numbered.sql;
     m_places = numbered.count;
+    if (m_places > PQ_QUERY_PARAM_MAX_LIMIT)
+        return fail(statementError(u"A statement can't have that many values."_s, u"54023"_s));
     m_single = std::exchange(m_late, false);
     return m_single || prepareOnServer({});
 }
@@ -184,7 +206,32 @@ bool ServerResult::prepareOnServer(const std::vector<Oid>& types) {
     m_types.clear();
     for (int place = 0; place < PQnparams(answer.rows.get()); ++place)
         m_types.push_back(PQparamtype(answer.rows.get(), place));
+    m_binary = true;
+    for (int field = 0; field < PQnfields(answer.rows.get()); ++field)
+        m_binary = m_binary && isReadable(PQftype(answer.rows.get(), field));
     return true;
+}
+
+/// Whether a column's cells can be read in the server's own form, which saves both sides the digits.
+bool ServerResult::isReadable(Oid type) const {
+    switch (type) {
+        case boolean:
+        case name:
+        case int8:
+        case int2:
+        case int4:
+        case text:
+        case oid:
+        case float8:
+        case bpchar:
+        case varchar:
+            return true;
+        case float4:  // its digits say 0.1 where its bits are a little more
+        case numeric:
+            return false;
+        default:
+            return m_connection->isCaselessText(type);
+    }
 }
 
 bool ServerResult::reset(const QString& query) {
@@ -231,12 +278,12 @@ bool ServerResult::exec() {
     // The connection may have been closed and opened again since.
     if ((!isPrepared() && !prepareOnServer({})) || !fitTypes(*values))
         return false;
-    ServerConnection::Answer answer = m_connection->runPrepared(m_name, *values);
-    if (isOutdated(answer)) {
+    ServerConnection::Answer answer = m_connection->runPrepared(m_name, *values, m_binary);
+    if (isOutdated(answer) && !m_connection->isInTransaction()) {
         // It hasn't run.
-        if (!prepareOnServer(m_types))
+        if (!prepareOnServer({}) || !fitTypes(*values))
             return false;
-        answer = m_connection->runPrepared(m_name, *values);
+        answer = m_connection->runPrepared(m_name, *values, m_binary);
     }
     return take(std::move(answer));
 }
@@ -269,15 +316,22 @@ Cell ServerResult::cell(int field) const {
     // Of a place that there isn't, too, the library says that it is null.
     if (!rows || PQgetisnull(rows, at(), field) == 1)
         return {};
-    const std::string_view text(PQgetvalue(rows, at(), field),
-                                static_cast<std::size_t>(PQgetlength(rows, at(), field)));
+    const std::string_view bytes(PQgetvalue(rows, at(), field),
+                                 static_cast<std::size_t>(PQgetlength(rows, at(), field)));
+    const bool digits = PQfformat(rows, field) == 0;
     switch (const Cell::Type type = m_columns[static_cast<std::size_t>(field)]) {
         case Cell::Type::whole:
-            return {.type = type, .whole = text == "t" ? 1 : numberIn<qint64>(text), .bytes = {}};
+            if (digits)
+                return {.type = type, .whole = bytes == "t" ? 1 : numberIn<qint64>(bytes), .bytes = {}};
+            return {.type = type, .whole = wholeIn(bytes), .bytes = {}};
         case Cell::Type::real:
-            return {.type = type, .real = numberIn<double>(text), .bytes = {}};
+            if (digits)
+                return {.type = type, .real = numberIn<double>(bytes), .bytes = {}};
+            return {.type = type,
+                    .real = std::bit_cast<double>(qFromBigEndian<quint64>(bytes.data())),
+                    .bytes = {}};
         default:
-            return {.type = type, .bytes = text};
+            return {.type = type, .bytes = bytes};
     }
 }
 

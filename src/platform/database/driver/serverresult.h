@@ -50,6 +50,7 @@ private:
     bool take(ServerConnection::Answer answer);
     bool prepareOnServer(const std::vector<Oid>& types);
     bool fitTypes(const std::vector<ServerValue>& values);
+    bool isReadable(Oid type) const;
     bool isPrepared() const;
     void release();
     /// The values as the statement takes them; nothing where one can't be sent.
@@ -63,6 +64,7 @@ private:
     bool m_late = false;       ///< whether the next statement isn't to be prepared ahead
     bool m_single = false;     ///< whether this one isn't
     std::vector<Oid> m_types;  ///< of the prepared statement's places
+    bool m_binary = false;     ///< whether its rows come in the server\'s own form
     ServerRows m_rows;
     std::vector<Cell::Type> m_columns;  ///< what their cells are given as
     int m_changes = -1;
