@@ -136,6 +136,11 @@ QSqlError statementError(const QString& words, const QString& code) {
     return {u"Unable to execute statement"_s, words, QSqlError::StatementError, code};
 }
 
+/// The library would send what stands ahead of it.
+QSqlError nulError() {
+    return statementError(u"A text can't hold a NUL."_s, u"22021"_s);
+}
+
 /// Whether the server won't run a prepared statement any more since a table has other columns by now.
 bool isOutdated(const ServerConnection::Answer& answer) {
     return answer.error.nativeErrorCode() == "0A000"_L1 &&
@@ -184,7 +189,7 @@ bool ServerResult::prepare(const QString& query) {
     setSelect(false);
     m_sql.clear();
     if (query.contains(QChar(u'\0')))
-        return fail(statementError(u"A statement can't hold a NUL."_s, u"22021"_s));
+        return fail(nulError());
     const NumberedPlaces numbered = NumberedPlaces::of(query.toUtf8());
     m_sql = numbered.sql;
     m_places = numbered.count;
@@ -221,13 +226,13 @@ bool ServerResult::isReadable(Oid type) const {
         case int2:
         case int4:
         case text:
-        case oid:
         case float8:
         case bpchar:
         case varchar:
             return true;
         case float4:  // its digits say 0.1 where its bits are a little more
         case numeric:
+        case oid:  // the only one without a sign
             return false;
         default:
             return m_connection->isCaselessText(type);
@@ -237,6 +242,9 @@ bool ServerResult::isReadable(Oid type) const {
 bool ServerResult::reset(const QString& query) {
     release();
     m_rows.reset();
+    m_sql.clear();
+    if (query.contains(QChar(u'\0')))
+        return fail(nulError());
     m_sql = query.toUtf8();
     m_places = 0;
     m_single = true;
@@ -252,7 +260,7 @@ std::optional<std::vector<ServerValue>> ServerResult::values() {
     for (int place = 0; place < m_places; ++place) {
         values.push_back(serverValue(boundValue(place)));
         if (values.back().kind == ServerValue::Kind::text && values.back().bytes.contains('\0')) {
-            fail(statementError(u"A text can't hold a NUL."_s, u"22021"_s));
+            fail(nulError());
             return std::nullopt;
         }
     }
