@@ -97,7 +97,8 @@ bool ConnectionCore::writePrepared(const QString& sql) {
         kept.emplace();
         const dialect::Engine taker = dialectFor(shape->text);
         kept->numberPlaces = dialect::numberPlaces(shape->text, taker.columns);
-        if (!engine->prepare(kept->query, dialect::translate(shape->text, {}, taker)))
+        if (!engine->prepare(kept->query, dialect::translate(shape->text, {}, taker),
+                             DatabaseEngine::Use::kept))
             return false;
     }
     if (!kept->takes(shape->values))

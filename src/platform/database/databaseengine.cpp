@@ -7,6 +7,8 @@
 
 #include "database/connectionprivate.h"
 #include "database/fileengine.h"
+#include "database/serveraddress.h"
+#include "database/serverengine.h"
 #include "runtime/attempt.h"
 #include "runtime/process.h"
 
@@ -54,6 +56,8 @@ bool findDriver(const QString& driver) {
 
 std::shared_ptr<DatabaseEngine> DatabaseEngine::of(const ConnectionString& parts,
                                                    std::chrono::milliseconds busyTimeout) {
+    if (ServerAddress::isPointer(parts.dataSource))
+        return std::make_shared<ServerEngine>(parts, busyTimeout);
     return std::make_shared<FileEngine>(parts, busyTimeout);
 }
 
@@ -109,7 +113,7 @@ qint64 DatabaseEngine::number(const QString& sql) {
     return query.value(0).toLongLong();
 }
 
-bool DatabaseEngine::prepare(QSqlQuery& query, const QString& sql) {
+bool DatabaseEngine::prepare(QSqlQuery& query, const QString& sql, Use /*use*/) {
     query = QSqlQuery(m_database);
     query.setForwardOnly(true);
     return query.prepare(sql);
@@ -124,7 +128,7 @@ void DatabaseEngine::executeWrite(QSqlQuery& query, const QString& sql) {
 int DatabaseEngine::write(const QString& sql, const QVariantList& values) {
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
-    if (!values.isEmpty() && !query.prepare(sql))
+    if (!values.isEmpty() && !prepare(query, sql, Use::once))
         throw failure(query.lastError());
     for (const QVariant& value : values)
         query.addBindValue(value);

@@ -52,8 +52,11 @@ public:
     virtual QSqlQuery run(const QString& sql, const QVariantList& values = {});
     /// The whole number that such a statement gives.
     qint64 number(const QString& sql);
-    /// Prepares one. @return false where the engine doesn't take it; the query then tells why
-    virtual bool prepare(QSqlQuery& query, const QString& sql);
+    /// Whether a statement is to be executed once or kept for more.
+    enum class Use { once, kept };
+    /// Prepares one. @return false where the engine doesn't take it; the query then tells why. One for a
+    /// single use may be refused as late as at its execution
+    virtual bool prepare(QSqlQuery& query, const QString& sql, Use use);
     /// Executes one that may change the database. @param sql  empty for a query that is prepared
     virtual void executeWrite(QSqlQuery& query, const QString& sql = {});
     /// Runs one that may change the database. @return how many rows it has changed
@@ -89,11 +92,13 @@ public:
     /// A value as a column of that kind takes it.
     virtual QVariant fitting(const QVariant& value, const TableColumn& /*column*/) const { return value; }
 
-    // --- marks and bulk
+    // --- many statements together
     /// What tells the database's content apart, as far as others have changed it.
     virtual QByteArray contentMark() = 0;
     ChangeMark changeMark();
-    virtual QString transactionBegin() const { return QStringLiteral("BEGIN"); }
+    virtual void beginTransaction() = 0;
+    /// @param keep  whether what was written since stays, durably, or is taken back
+    virtual void endTransaction(bool keep) = 0;
 
     // --- failures
     virtual DatabaseError failure(const QSqlError& error) const = 0;

@@ -31,7 +31,10 @@ public:
     void keepIndex(const QString& table, const QString& column) override;
 
     QByteArray contentMark() override;
-    QString transactionBegin() const override { return QStringLiteral("BEGIN IMMEDIATE"); }
+    void beginTransaction() override { write(QStringLiteral("BEGIN IMMEDIATE")); }
+    void endTransaction(bool keep) override {
+        write(keep ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK"));
+    }
 
     DatabaseError failure(const QSqlError& error) const override;
     DatabaseError describedFailure(DatabaseError::Kind kind, const QString& words) const override;

@@ -98,7 +98,7 @@ QList<TableInfo> FileEngine::readTables() {
 qint64 FileEngine::tablesVersion() {
     if (!m_versionQuestion) {
         QSqlQuery question;
-        if (!prepare(question, u"PRAGMA schema_version"_s))
+        if (!prepare(question, u"PRAGMA schema_version"_s, Use::kept))
             throw failure(question.lastError());
         m_versionQuestion = std::move(question);
     }

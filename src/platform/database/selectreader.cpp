@@ -50,17 +50,20 @@ bool matchesTerm(const RowFilter::Term& term, const QVariant& value) {
 
 SelectReader::SelectReader(ConnectionCore& core, const QString& sql, qint64 firstLimit)
     : m_core(core), m_sql(sql), m_firstLimit(firstLimit) {
-    core.inEnginesName([&] {
-        m_shared = StatementShape::of(sql);
-        if (m_shared && takePrepared(m_shared->text))
-            return;
-        m_shared.reset();
-        m_select = dialect::tableSelect(sql);
-        m_onlyReads = m_select || dialect::onlyReads(sql);
-        if (m_select)
-            m_shape = core.shape(m_select->table);
-        m_first.emplace(prepared(engineSql(m_sql, {std::nullopt, readsRanges() ? firstLimit : 0}, {})));
-    });
+    core.inEnginesName([&] { core.reading([&] { check(); }); });
+}
+
+void SelectReader::check() {
+    m_shared = StatementShape::of(m_sql);
+    if (m_shared && takePrepared(m_shared->text))
+        return;
+    m_shared.reset();
+    m_select = dialect::tableSelect(m_sql);
+    m_onlyReads = m_select || dialect::onlyReads(m_sql);
+    if (m_select)
+        m_shape = m_core.shape(m_select->table);
+    m_first.emplace(prepared(engineSql(m_sql, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {}),
+                             DatabaseEngine::Use::kept));
 }
 
 /// Takes the statement of the open from those that are kept, or prepares one that can be. @return false where
@@ -79,7 +82,8 @@ bool SelectReader::takePrepared(const QString& text) {
         kept->generation = engine.schema.generation();
         kept->numberPlaces = dialect::numberPlaces(text, engine.dialectFor(m_shape).columns);
         if (!engine.prepare(kept->query,
-                            engineSql(text, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {})))
+                            engineSql(text, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {}),
+                            DatabaseEngine::Use::kept))
             return false;
     }
     if (!kept->takes(m_shared->values))
@@ -88,9 +92,9 @@ bool SelectReader::takePrepared(const QString& text) {
     return true;
 }
 
-StatementCache::Kept SelectReader::prepared(const QString& engineSql) const {
+StatementCache::Kept SelectReader::prepared(const QString& engineSql, DatabaseEngine::Use use) const {
     StatementCache::Kept kept;
-    if (!m_core.engine->prepare(kept.query, engineSql))
+    if (!m_core.engine->prepare(kept.query, engineSql, use))
         throw m_core.failure(kept.query.lastError());
     return kept;
 }
@@ -153,7 +157,8 @@ std::vector<SelectReader::Row> SelectReader::readOnce(const Range& range,
     const bool first =
         m_first && !range.afterRow && all.sql.isEmpty() && (!readsRanges() || range.limit == m_firstLimit);
     // Of a failed attempt nothing is left: another one prepares its own.
-    StatementCache::Kept kept = first ? std::move(*m_first) : prepared(engineSql(m_sql, range, all.sql));
+    StatementCache::Kept kept =
+        first ? std::move(*m_first) : prepared(engineSql(m_sql, range, all.sql), DatabaseEngine::Use::once);
     const std::optional<StatementShape> shared = first ? std::exchange(m_shared, std::nullopt) : std::nullopt;
     if (first)
         m_first.reset();

@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "database/connectionprivate.h"
 #include "database/dialect.h"
 #include "database/rowfilter.h"
 #include "database/statementcache.h"
@@ -14,8 +15,6 @@
 #include "database/tableshape.h"
 
 namespace kovanix {
-
-struct ConnectionCore;
 
 /// Asks for the rows of one select. Every read is a statement of its own that has ended when the read returns
 /// or throws; where the rows come in order of entry, it may ask for those after a row only.
@@ -73,7 +72,8 @@ public:
 private:
     dialect::Condition withFilter(const dialect::Condition& condition) const;
     QString engineSql(const QString& sql, const Range& range, const QString& condition) const;
-    StatementCache::Kept prepared(const QString& engineSql) const;
+    void check();
+    StatementCache::Kept prepared(const QString& engineSql, DatabaseEngine::Use use) const;
     std::vector<Row> readOnce(const Range& range, const dialect::Condition& condition);
     bool takePrepared(const QString& text);
     std::vector<Row> fetch(QSqlQuery& query);

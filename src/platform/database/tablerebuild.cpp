@@ -13,7 +13,7 @@ using Kind = DatabaseError::Kind;
 
 class Rebuild {
 public:
-    Rebuild(DatabaseEngine& engine, const dialect::AddCounterColumn& counter)
+    Rebuild(DatabaseEngine& engine, const dialect::AddColumn& counter)
         : m_engine(engine), m_counter(counter) {}
 
     void run() {
@@ -85,7 +85,7 @@ private:
     }
 
     DatabaseEngine& m_engine;
-    const dialect::AddCounterColumn& m_counter;
+    const dialect::AddColumn& m_counter;
     QString m_table;
     QString m_createSql;
     QStringList m_columns;
@@ -94,7 +94,7 @@ private:
 
 }  // namespace
 
-void rebuildWithCounter(DatabaseEngine& engine, const dialect::AddCounterColumn& counter) {
+void rebuildWithCounter(DatabaseEngine& engine, const dialect::AddColumn& counter) {
     engine.run(u"BEGIN IMMEDIATE"_s);
     try {
         Rebuild(engine, counter).run();

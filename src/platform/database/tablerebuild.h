@@ -10,6 +10,6 @@ namespace kovanix {
 /// exists.
 /// @throws RuntimeError, the table being untouched, where it is missing, a view or has such a column or any
 /// key.
-void rebuildWithCounter(DatabaseEngine& engine, const dialect::AddCounterColumn& counter);
+void rebuildWithCounter(DatabaseEngine& engine, const dialect::AddColumn& counter);
 
 }  // namespace kovanix
