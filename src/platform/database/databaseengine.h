@@ -81,9 +81,10 @@ public:
     virtual dialect::Target target() const { return dialect::Target::file; }
     /// What a translation has to know beside a statement about a table.
     dialect::Engine dialectFor(const TableShape& shape) const { return {target(), shape.columns}; }
-    /// A count of the changes to the tables; the same one as long as nobody changes them, as far as the
-    /// engine can tell that at no cost.
+    /// A count of the changes to the tables, the same one as long as nobody changes them.
     virtual qint64 tablesVersion() = 0;
+    /// Whether that counts what others change, too.
+    virtual bool tellsOfTables() const { return true; }
     virtual TableShape readShape(const QString& table) = 0;
     virtual QList<TableInfo> readTables() = 0;
     /// Runs a statement in the modules' SQL that makes, changes or drops tables.

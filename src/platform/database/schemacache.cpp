@@ -23,7 +23,9 @@ void SchemaCache::check(DatabaseEngine& engine) {
 const TableShape& SchemaCache::shape(DatabaseEngine& engine, const QString& table) {
     check(engine);
     auto known = m_shapes.find(table);
-    if (known == m_shapes.end())
+    // Where the engine doesn't tell of changes, another till may have made the table by now.
+    const bool missing = known != m_shapes.end() && known->columns.isEmpty() && !engine.tellsOfTables();
+    if (known == m_shapes.end() || missing)
         known = m_shapes.insert(table, engine.readShape(table));
     return *known;
 }

@@ -215,6 +215,8 @@ void ServerEngine::wake() {
     m_lastUse.start();
     if ((isOpen() && !rested) || isUnconfirmed() || m_inTransaction)
         return;
+    // Another till may have changed the tables meanwhile, too.
+    schema.forget();
     QSqlQuery question(m_database);
     question.setForwardOnly(true);
     if (!isOpen() || !question.exec(u"SELECT 1"_s))

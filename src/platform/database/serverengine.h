@@ -33,7 +33,9 @@ public:
     void endPress() override;
 
     dialect::Target target() const override { return dialect::Target::server; }
-    qint64 tablesVersion() override { return 0; }  // to ask would be a round trip ahead of every select
+    // To ask would be a round trip ahead of every select: a failure tells, or a rest.
+    qint64 tablesVersion() override { return 0; }
+    bool tellsOfTables() const override { return false; }
     TableShape readShape(const QString& table) override;
     QList<TableInfo> readTables() override;
     void changeTables(const QString& sql) override;

@@ -1,12 +1,15 @@
 #include "databasefile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QUrl>
 #include <QUuid>
 #include <utility>
+
+#include "database/serveraddress.h"
 
 namespace kovanix {
 
@@ -15,26 +18,24 @@ using namespace Qt::StringLiterals;
 RawDatabase::RawDatabase(const QString& path, const QString& password, const QString& driver,
                          std::chrono::milliseconds busyTimeout)
     : m_name(QUuid::createUuid().toString()) {
-    const QString usual = password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s;
-    m_database = QSqlDatabase::addDatabase(driver.isEmpty() ? usual : driver, m_name);
-    const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
-    m_database.setDatabaseName(u"file:"_s + escaped);
+    if (ServerAddress::isPointer(path)) {
+        m_database = QSqlDatabase::addDatabase(u"KOVANIXPSQL"_s, m_name);
+        m_database.setHostName(ServerCluster::host());
+        m_database.setPort(testServer().port());
+        m_database.setDatabaseName(QFileInfo(path).completeBaseName());
+        m_database.setUserName(ServerCluster::role());
+    } else {
+        const QString usual = password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s;
+        m_database = QSqlDatabase::addDatabase(driver.isEmpty() ? usual : driver, m_name);
+        const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
+        m_database.setDatabaseName(u"file:"_s + escaped);
+        m_database.setConnectOptions(
+            u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+    }
     m_database.setPassword(password);
-    m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
     if (!m_database.open()) {
         qFatal("%s", qUtf8Printable(m_database.lastError().text()));
     }
-}
-
-RawDatabase::RawDatabase(const QString& serverDatabase) : m_name(QUuid::createUuid().toString()) {
-    m_database = QSqlDatabase::addDatabase(u"KOVANIXPSQL"_s, m_name);
-    m_database.setHostName(ServerCluster::host());
-    m_database.setPort(testServer().port());
-    m_database.setDatabaseName(serverDatabase);
-    m_database.setUserName(ServerCluster::role());
-    m_database.setPassword(ServerCluster::password());
-    if (!m_database.open())
-        qFatal("%s", qUtf8Printable(m_database.lastError().text()));
 }
 
 RawDatabase::~RawDatabase() {
@@ -147,7 +148,7 @@ void DatabaseFile::execute(const QStringList& statements) const {
 }
 
 QStringList DatabaseFile::rows(const QString& sql) const {
-    return isOnServer() ? RawDatabase(m_database).rows(sql) : RawDatabase(m_path, m_password).rows(sql);
+    return RawDatabase(m_path, m_password).rows(sql);
 }
 
 void DatabaseFile::damage() const {

@@ -20,11 +20,10 @@ namespace kovanix {
 /// A connection of the toolkit, past everything of ours: the second opinion on what a file holds.
 class RawDatabase {
 public:
+    /// @param path  of a file, or of a pointer to a database of the test program's server
     /// @param driver  by its name; the toolkit's own where there is one for such a file
     RawDatabase(const QString& path, const QString& password, const QString& driver = {},
                 std::chrono::milliseconds busyTimeout = std::chrono::milliseconds(0));
-    /// Of a database on the test program's server.
-    explicit RawDatabase(const QString& serverDatabase);
     ~RawDatabase();
     RawDatabase(const RawDatabase&) = delete;
     RawDatabase& operator=(const RawDatabase&) = delete;

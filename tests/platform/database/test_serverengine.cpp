@@ -264,7 +264,7 @@ void TestServerEngine::aFailedOpenIsRemembered() {
 
 void TestServerEngine::conflictsAreRetried() {
     Till till;
-    RawDatabase raw(till.file.database());
+    RawDatabase raw(till.file.path(), till.file.password());
     QVERIFY(raw.run(u"CREATE SEQUENCE denemeler MINVALUE -9 START 1"_s));
     QVERIFY(raw.run(
         u"CREATE FUNCTION cakis() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN IF nextval('denemeler') < 4 "
@@ -283,7 +283,7 @@ void TestServerEngine::waitsForARowNoLongerThanAsked() {
     Till till;
     Connection impatient(50ms);
     impatient.open(till.other());
-    RawDatabase raw(till.file.database());
+    RawDatabase raw(till.file.path(), till.file.password());
     QVERIFY(raw.run(u"BEGIN"_s) && raw.run(u"UPDATE urunler SET stok = 1 WHERE barkod = '1'"_s));
     QCOMPARE(kindOf([&] { impatient.execute(u"UPDATE urunler SET stok = 2 WHERE barkod = '1'"_s); }),
              Kind::busy);
@@ -330,7 +330,7 @@ void TestServerEngine::tellsWhatIsWrong() {
                 .startsWith(u"Veritabanı sunucusu kullanıcıyı ya da parolayı kabul etmiyor ("_s));
     QVERIFY(opening(u"yok"_s, ServerCluster::password()).startsWith(u"Veritabanı sunucuda yok"_s));
     till.point(till.proxy.port());
-    RawDatabase raw(till.file.database());
+    RawDatabase raw(till.file.path(), till.file.password());
     QVERIFY(raw.run(u"ALTER TABLE satislar ADD CHECK (adet > 0)"_s));
     const auto error = errorOf([&] { till.reading.execute(u"INSERT INTO satislar (adet) VALUES (-1)"_s); });
     QCOMPARE(error->source(), u"PostgreSQL"_s);
