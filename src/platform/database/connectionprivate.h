@@ -60,6 +60,9 @@ struct ConnectionCore {
     QSqlQuery run(const QString& engineSql, const QVariantList& values = {}) {
         return reading([&] { return engine->run(engineSql, values); });
     }
+    QSqlQuery runForMany(const QString& engineSql) {
+        return reading([&] { return engine->runForMany(engineSql); });
+    }
     /// The whole number that such a statement gives.
     qint64 number(const QString& engineSql) {
         return reading([&] { return engine->number(engineSql); });

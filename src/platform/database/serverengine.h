@@ -23,6 +23,7 @@ public:
     void open() override;
 
     QSqlQuery run(const QString& sql, const QVariantList& values = {}) override;
+    QSqlQuery runForMany(const QString& sql) override;
     bool prepare(QSqlQuery& query, const QString& sql, Use use) override;
     void executeWrite(QSqlQuery& query, const QString& sql = {}) override;
     bool readsAgain(const DatabaseError& failure, int attempts) override;
