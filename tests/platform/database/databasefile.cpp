@@ -29,8 +29,7 @@ RawDatabase::RawDatabase(const QString& path, const QString& password, const QSt
         m_database = QSqlDatabase::addDatabase(driver.isEmpty() ? usual : driver, m_name);
         const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
         m_database.setDatabaseName(u"file:"_s + escaped);
-        m_database.setConnectOptions(
-            u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+        m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
     }
     m_database.setPassword(password);
     if (!m_database.open()) {
