@@ -7,14 +7,82 @@
 #include <vector>
 
 #include "database/databaseerror.h"
+#include "database/dialectparts.h"
 #include "database/sqltokens.h"
 
 namespace kovanix::dialect {
 
-namespace {
-
 using namespace Qt::StringLiterals;
 using Kind = SqlToken::Kind;
+
+namespace {
+
+bool isTableConstraint(const SqlTokens& sql, qsizetype index) {
+    static constexpr std::array words{"CONSTRAINT"_L1, "PRIMARY"_L1, "UNIQUE"_L1, "CHECK"_L1, "FOREIGN"_L1};
+    return std::ranges::any_of(words, [&](QLatin1StringView word) { return sql.isWord(index, word); });
+}
+
+}  // namespace
+
+std::optional<qsizetype> behindTableName(const SqlTokens& sql, qsizetype index) {
+    if (!sql.isName(index)) {
+        return std::nullopt;
+    }
+    if (sql.isSign(index + 1, u'.')) {
+        return sql.isName(index + 2) ? std::optional(index + 3) : std::nullopt;
+    }
+    return index + 1;
+}
+
+std::optional<CreateTable> createTable(const SqlTokens& sql) {
+    if (!sql.isWord(0, "CREATE"_L1)) {
+        return std::nullopt;
+    }
+    qsizetype i = sql.isWord(1, "TEMP"_L1) || sql.isWord(1, "TEMPORARY"_L1) ? 2 : 1;
+    if (!sql.isWord(i, "TABLE"_L1)) {
+        return std::nullopt;
+    }
+    ++i;
+    if (sql.isWord(i, "IF"_L1) && sql.isWord(i + 1, "NOT"_L1) && sql.isWord(i + 2, "EXISTS"_L1)) {
+        i += 3;
+    }
+    const std::optional<qsizetype> list = behindTableName(sql, i);
+    if (!list || !sql.isSign(*list, u'(')) {
+        return std::nullopt;
+    }
+    CreateTable parts;
+    int depth = 0;
+    for (i = *list; i < sql.count(); ++i) {
+        const bool opening = sql.isSign(i, u'(');
+        depth += opening ? 1 : sql.isSign(i, u')') ? -1 : 0;
+        if (depth == 0) {
+            parts.end = i;
+            return parts;
+        }
+        if (depth == 1 && (opening || sql.isSign(i, u','))) {
+            if (isTableConstraint(sql, i + 1)) {
+                parts.firstConstraint = parts.firstConstraint.value_or(i + 1);
+            } else {
+                parts.columns.push_back(i + 1);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<qsizetype> addedColumn(const SqlTokens& sql) {
+    if (!sql.isWord(0, "ALTER"_L1) || !sql.isWord(1, "TABLE"_L1)) {
+        return std::nullopt;
+    }
+    const std::optional<qsizetype> add = behindTableName(sql, 2);
+    if (!add || !sql.isWord(*add, "ADD"_L1)) {
+        return std::nullopt;
+    }
+    const qsizetype column = sql.isWord(*add + 1, "COLUMN"_L1) ? *add + 2 : *add + 1;
+    return sql.isName(column) ? std::optional(column) : std::nullopt;
+}
+
+namespace {
 
 [[noreturn]] void fail(DatabaseError::Kind kind, const QString& description) {
     throw DatabaseError(kind, description);
@@ -141,17 +209,6 @@ private:
     std::vector<Parenthesis> m_open;
 };
 
-/// The index behind a table's name (with its schema) that begins at an index; nothing when none does.
-std::optional<qsizetype> behindTableName(const SqlTokens& sql, qsizetype index) {
-    if (!sql.isName(index)) {
-        return std::nullopt;
-    }
-    if (sql.isSign(index + 1, u'.')) {
-        return sql.isName(index + 2) ? std::optional(index + 3) : std::nullopt;
-    }
-    return index + 1;
-}
-
 /// The engine's type for the column definition whose type stands at an index.
 void translateColumnType(SqlTokens& sql, qsizetype type) {
     if (sql.isWord(type, "COUNTER"_L1)) {
@@ -176,67 +233,6 @@ void translateColumnType(SqlTokens& sql, qsizetype type) {
         depth += sql.isSign(i, u'(') ? 1 : sql.isSign(i, u')') ? -1 : 0;
     }
     sql[last].text += u" COLLATE NOCASE"_s;
-}
-
-bool isTableConstraint(const SqlTokens& sql, qsizetype index) {
-    static constexpr std::array words{"CONSTRAINT"_L1, "PRIMARY"_L1, "UNIQUE"_L1, "CHECK"_L1, "FOREIGN"_L1};
-    return std::ranges::any_of(words, [&](QLatin1StringView word) { return sql.isWord(index, word); });
-}
-
-struct CreateTable {
-    std::vector<qsizetype> columns;            ///< the index of each column's name
-    std::optional<qsizetype> firstConstraint;  ///< the index of the first table constraint
-    qsizetype end = 0;                         ///< the index of the closing parenthesis
-};
-
-/// The parts of a CREATE TABLE statement with a column list; nothing for any other.
-std::optional<CreateTable> createTable(const SqlTokens& sql) {
-    if (!sql.isWord(0, "CREATE"_L1)) {
-        return std::nullopt;
-    }
-    qsizetype i = sql.isWord(1, "TEMP"_L1) || sql.isWord(1, "TEMPORARY"_L1) ? 2 : 1;
-    if (!sql.isWord(i, "TABLE"_L1)) {
-        return std::nullopt;
-    }
-    ++i;
-    if (sql.isWord(i, "IF"_L1) && sql.isWord(i + 1, "NOT"_L1) && sql.isWord(i + 2, "EXISTS"_L1)) {
-        i += 3;
-    }
-    const std::optional<qsizetype> list = behindTableName(sql, i);
-    if (!list || !sql.isSign(*list, u'(')) {
-        return std::nullopt;
-    }
-    CreateTable parts;
-    int depth = 0;
-    for (i = *list; i < sql.count(); ++i) {
-        const bool opening = sql.isSign(i, u'(');
-        depth += opening ? 1 : sql.isSign(i, u')') ? -1 : 0;
-        if (depth == 0) {
-            parts.end = i;
-            return parts;
-        }
-        if (depth == 1 && (opening || sql.isSign(i, u','))) {
-            if (isTableConstraint(sql, i + 1)) {
-                parts.firstConstraint = parts.firstConstraint.value_or(i + 1);
-            } else {
-                parts.columns.push_back(i + 1);
-            }
-        }
-    }
-    return std::nullopt;
-}
-
-/// The index of the new column's name in an ALTER TABLE … ADD statement.
-std::optional<qsizetype> addedColumn(const SqlTokens& sql) {
-    if (!sql.isWord(0, "ALTER"_L1) || !sql.isWord(1, "TABLE"_L1)) {
-        return std::nullopt;
-    }
-    const std::optional<qsizetype> add = behindTableName(sql, 2);
-    if (!add || !sql.isWord(*add, "ADD"_L1)) {
-        return std::nullopt;
-    }
-    const qsizetype column = sql.isWord(*add + 1, "COLUMN"_L1) ? *add + 2 : *add + 1;
-    return sql.isName(column) ? std::optional(column) : std::nullopt;
 }
 
 void translateColumnTypes(SqlTokens& sql) {
@@ -353,10 +349,24 @@ std::optional<PlainSelect> plainSelect(const SqlTokens& sql) {
     return select;
 }
 
-void translateTokens(SqlTokens& sql) {
+void translateTokens(SqlTokens& sql, const Engine& engine) {
     translateLiterals(sql);
     IifTranslation(sql).run();
-    translateColumnTypes(sql);
+    if (engine.target == Target::server)
+        translateForServer(sql, engine.columns);
+    else
+        translateColumnTypes(sql);
+}
+
+/// Has a select of all columns leave the hidden one out.
+void leaveOutHidden(SqlTokens& tokens, const PlainSelect& select, const QString& identity,
+                    const Engine& engine) {
+    if (select.from != 2 || !tokens.isSign(1, u'*') || identity != quotedSqlName(hiddenIdentity))
+        return;
+    QStringList names;
+    for (const TableColumn& column : engine.columns)
+        names.append(quotedSqlName(column.name));
+    tokens[1].text = names.join(u", ");
 }
 
 /// Narrows a select down by one more condition; an empty one leaves it.
@@ -372,12 +382,13 @@ void addCondition(SqlTokens& tokens, const PlainSelect& select, const QString& c
 }
 
 /// The engine's SQL for something over all rows of a select from a single table, in place of their fields.
-std::optional<QString> translateResult(const QString& sql, const QString& result, const QString& condition) {
+std::optional<QString> translateResult(const QString& sql, const QString& result, const QString& condition,
+                                       const Engine& engine) {
     SqlTokens tokens(sql);
     const std::optional<PlainSelect> select = plainSelect(tokens);
     if (!select || select->limited)
         return std::nullopt;
-    translateTokens(tokens);
+    translateTokens(tokens, engine);
     addCondition(tokens, *select, condition);
     tokens[0].text = u"SELECT "_s + result;
     for (qsizetype i = 1; i < select->from; ++i)
@@ -389,12 +400,13 @@ std::optional<QString> translateResult(const QString& sql, const QString& result
 
 }  // namespace
 
-QString translate(const QString& sql, const QString& identity) {
+QString translate(const QString& sql, const QString& identity, const Engine& engine) {
     SqlTokens tokens(sql);
-    translateTokens(tokens);
-    if (const auto select = identity.isEmpty() ? std::nullopt : plainSelect(tokens);
-        select && !select->ordered) {
-        tokens[select->last].text += u" ORDER BY "_s + identity;
+    translateTokens(tokens, engine);
+    if (const auto select = identity.isEmpty() ? std::nullopt : plainSelect(tokens)) {
+        leaveOutHidden(tokens, *select, identity, engine);
+        if (!select->ordered)
+            tokens[select->last].text += u" ORDER BY "_s + identity;
     }
     return tokens.text();
 }
@@ -408,7 +420,8 @@ std::optional<TableSelect> tableSelect(const QString& sql) {
                        select->ordered, select->limited};
 }
 
-std::optional<QString> translateAfterRow(const QString& sql, const QString& identity, const RowRange& range) {
+std::optional<QString> translateAfterRow(const QString& sql, const QString& identity, const RowRange& range,
+                                         const Engine& engine) {
     SqlTokens tokens(sql);
     const std::optional<PlainSelect> select = plainSelect(tokens);
     const bool cut = range.afterRow || range.limit > 0;
@@ -416,10 +429,11 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
         (cut && (select->ordered || identity.isEmpty()))) {
         return std::nullopt;
     }
-    translateTokens(tokens);
+    translateTokens(tokens, engine);
+    leaveOutHidden(tokens, *select, identity, engine);
     if (!identity.isEmpty())
         tokens[select->from - 1].text += u", "_s + identity;
-    if (range.byIdentity)
+    if (range.byIdentity && engine.target == Target::file)
         tokens[select->source].text += u" NOT INDEXED"_s;
     QStringList conditions;
     if (!range.condition.isEmpty())
@@ -434,12 +448,25 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     return tokens.text();
 }
 
-std::optional<QString> translateCount(const QString& sql, const QString& condition) {
-    return translateResult(sql, u"count(*)"_s, condition);
+std::optional<QString> translateCount(const QString& sql, const QString& condition, const Engine& engine) {
+    return translateResult(sql, u"count(*)"_s, condition, engine);
 }
 
-std::optional<QString> translateExtent(const QString& sql, const QString& identity) {
-    return translateResult(sql, u"min(%1), max(%1), count(*)"_s.arg(identity), {});
+std::optional<QString> translateExtent(const QString& sql, const QString& identity, const Engine& engine) {
+    return translateResult(sql, u"min(%1), max(%1), count(*)"_s.arg(identity), {}, engine);
+}
+
+QString tableOf(const QString& sql) {
+    const SqlTokens tokens(sql);
+    const qsizetype place = tokens.isWord(0, "UPDATE"_L1) ? 1
+                            : (tokens.isWord(0, "INSERT"_L1) && tokens.isWord(1, "INTO"_L1)) ||
+                                    (tokens.isWord(0, "DELETE"_L1) && tokens.isWord(1, "FROM"_L1))
+                                ? 2
+                                : 0;
+    if (place > 0)
+        return tokens.isName(place) ? tokens.name(place) : QString();
+    const std::optional<PlainSelect> select = plainSelect(tokens);
+    return select ? select->table : QString();
 }
 
 bool changesTables(const QString& sql) {
@@ -451,7 +478,15 @@ bool onlyReads(const QString& sql) {
     return SqlTokens(sql).isWord(0, "SELECT"_L1);
 }
 
-std::optional<AddCounterColumn> addCounterColumn(const QString& sql) {
+std::optional<AddColumn> addedColumnOf(const QString& sql) {
+    const SqlTokens tokens(sql);
+    const std::optional<qsizetype> column = addedColumn(tokens);
+    if (!column)
+        return std::nullopt;
+    return AddColumn{tokens.name(tokens.isSign(3, u'.') ? 4 : 2), tokens.name(*column)};
+}
+
+std::optional<AddColumn> addCounterColumn(const QString& sql) {
     // Asked of every statement: the sale's own aren't read a second time for it.
     if (!QStringView(sql).trimmed().startsWith("ALTER"_L1, Qt::CaseInsensitive)) {
         return std::nullopt;
@@ -466,7 +501,7 @@ std::optional<AddCounterColumn> addCounterColumn(const QString& sql) {
         return std::nullopt;
     }
     const qsizetype table = tokens.isSign(3, u'.') ? 4 : 2;
-    return AddCounterColumn{tokens.name(table), tokens.name(*column)};
+    return AddColumn{tokens.name(table), tokens.name(*column)};
 }
 
 std::optional<QString> withColumn(const QString& createSql, const QString& definition) {

@@ -46,7 +46,7 @@ QVariant numberOf(const QString& text) {
 }
 
 /// One term; nothing where the engine can't be asked.
-std::optional<Condition> termCondition(const RowFilter::Term& term, const TableShape& shape) {
+std::optional<Condition> termCondition(const RowFilter::Term& term, const TableShape& shape, Target target) {
     const qsizetype place = shape.indexOf(term.field);
     if (place < 0)
         throw DatabaseError(DatabaseError::Kind::value,
@@ -60,21 +60,26 @@ std::optional<Condition> termCondition(const RowFilter::Term& term, const TableS
             return std::nullopt;
         return Condition{name + u" LIKE ? ESCAPE '\\'"_s, {enginePattern(term.pattern)}};
     }
-    if (isNumber)
-        return Condition{name + u" = ?"_s, {numberOf(term.literal())}};
-    const QString collation = column.type == ColumnType::text ? u" COLLATE NOCASE"_s : QString();
+    if (isNumber) {
+        const QVariant number = numberOf(term.literal());
+        // A server would refuse a fraction in the place of a whole number.
+        const bool fraction = target == Target::server && number.typeId() == QMetaType::Double;
+        return Condition{name + (fraction ? u" = CAST(? AS double precision)"_s : u" = ?"_s), {number}};
+    }
+    const bool collated = target == Target::file && column.type == ColumnType::text;
+    const QString collation = collated ? u" COLLATE NOCASE"_s : QString();
     return Condition{name + u" = ?"_s + collation, {term.literal().isNull() ? u""_s : term.literal()}};
 }
 
 }  // namespace
 
-std::optional<Condition> condition(const RowFilter& filter, const TableShape& shape) {
+std::optional<Condition> condition(const RowFilter& filter, const TableShape& shape, Target target) {
     Condition all;
     bool askable = true;
     QStringList parts;
     for (const RowFilter::Term& term : filter.terms()) {
         // Every term is looked at, so that a wrong one is refused whatever stands ahead of it.
-        const std::optional<Condition> part = termCondition(term, shape);
+        const std::optional<Condition> part = termCondition(term, shape, target);
         askable = askable && part;
         if (part) {
             parts.append(part->sql);

@@ -1,12 +1,15 @@
 #include "databasefile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QUrl>
 #include <QUuid>
 #include <utility>
+
+#include "database/serveraddress.h"
 
 namespace kovanix {
 
@@ -15,12 +18,20 @@ using namespace Qt::StringLiterals;
 RawDatabase::RawDatabase(const QString& path, const QString& password, const QString& driver,
                          std::chrono::milliseconds busyTimeout)
     : m_name(QUuid::createUuid().toString()) {
-    const QString usual = password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s;
-    m_database = QSqlDatabase::addDatabase(driver.isEmpty() ? usual : driver, m_name);
-    const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
-    m_database.setDatabaseName(u"file:"_s + escaped);
+    if (ServerAddress::isPointer(path)) {
+        m_database = QSqlDatabase::addDatabase(u"KOVANIXPSQL"_s, m_name);
+        m_database.setHostName(ServerCluster::host());
+        m_database.setPort(testServer().port());
+        m_database.setDatabaseName(QFileInfo(path).completeBaseName());
+        m_database.setUserName(ServerCluster::role());
+    } else {
+        const QString usual = password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s;
+        m_database = QSqlDatabase::addDatabase(driver.isEmpty() ? usual : driver, m_name);
+        const QString escaped = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
+        m_database.setDatabaseName(u"file:"_s + escaped);
+        m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
+    }
     m_database.setPassword(password);
-    m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
     if (!m_database.open()) {
         qFatal("%s", qUtf8Printable(m_database.lastError().text()));
     }
@@ -77,11 +88,34 @@ void DatabaseFile::bothKinds() {
     QTest::newRow(withPassword) << u"gizli şifre"_s;
 }
 
+void DatabaseFile::allKinds() {
+    bothKinds();
+    if (const QString missing = ServerCluster::missing(); missing.isEmpty())
+        QTest::newRow(server) << onServer();
+    else
+        qInfo().noquote() << "no row for a server:" << missing;
+}
+
+ServerCluster& testServer() {
+    static ServerCluster cluster;
+    static const bool started = cluster.start();
+    if (!started)
+        qFatal("no server");
+    return cluster;
+}
+
 DatabaseFile::DatabaseFile()
     : DatabaseFile(*static_cast<QString*>(QTest::qData("password", QMetaType::QString))) {}
 
 DatabaseFile::DatabaseFile(const QString& password)
     : m_path(m_folder.filePath(u"shop.data"_s)), m_password(password) {
+    if (password == onServer()) {
+        static const QString empty = testServer().createDatabase();
+        m_database = testServer().createDatabase(empty);
+        m_path = testServer().writePointer(m_folder.path(), m_database);
+        m_password = ServerCluster::password();
+        return;
+    }
     QFile file(m_path);
     if (!file.open(QIODevice::WriteOnly)) {
         qFatal("no file in the temporary folder");
@@ -93,6 +127,8 @@ QString DatabaseFile::driver(const QString& password) {
 }
 
 QString DatabaseFile::source() const {
+    if (isOnServer())
+        return u"PostgreSQL"_s;
     return m_password.isEmpty() ? u"SQLite"_s : u"SQLCipher"_s;
 }
 

@@ -26,21 +26,21 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void changesTheCurrentRow_data() { DatabaseFile::bothKinds(); }
+    void changesTheCurrentRow_data() { DatabaseFile::allKinds(); }
     void changesTheCurrentRow();
-    void changesOneOfTwoRowsAlike_data() { DatabaseFile::bothKinds(); }
+    void changesOneOfTwoRowsAlike_data() { DatabaseFile::allKinds(); }
     void changesOneOfTwoRowsAlike();
-    void aMoveStoresWhatWasSet_data() { DatabaseFile::bothKinds(); }
+    void aMoveStoresWhatWasSet_data() { DatabaseFile::allKinds(); }
     void aMoveStoresWhatWasSet();
     void aFailedChangeCanBeRepeated_data() { DatabaseFile::bothKinds(); }
     void aFailedChangeCanBeRepeated();
-    void deletesTheCurrentRow_data() { DatabaseFile::bothKinds(); }
+    void deletesTheCurrentRow_data() { DatabaseFile::allKinds(); }
     void deletesTheCurrentRow();
-    void deletesWhileWalking_data() { DatabaseFile::bothKinds(); }
+    void deletesWhileWalking_data() { DatabaseFile::allKinds(); }
     void deletesWhileWalking();
-    void failsOnARowThatIsGone_data() { DatabaseFile::bothKinds(); }
+    void failsOnARowThatIsGone_data() { DatabaseFile::allKinds(); }
     void failsOnARowThatIsGone();
-    void deletingDropsANewRow_data() { DatabaseFile::bothKinds(); }
+    void deletingDropsANewRow_data() { DatabaseFile::allKinds(); }
     void deletingDropsANewRow();
     void refusesWhereRowsHaveNoIdentity_data() { DatabaseFile::bothKinds(); }
     void refusesWhereRowsHaveNoIdentity();

@@ -38,19 +38,19 @@ private Q_SLOTS:
 
     void findsWhatTheFilterLetsThrough_data();
     void findsWhatTheFilterLetsThrough();
-    void findsFromTheCurrentRowOn_data() { DatabaseFile::bothKinds(); }
+    void findsFromTheCurrentRowOn_data() { DatabaseFile::allKinds(); }
     void findsFromTheCurrentRowOn();
-    void aMissLeavesNoRow_data() { DatabaseFile::bothKinds(); }
+    void aMissLeavesNoRow_data() { DatabaseFile::allKinds(); }
     void aMissLeavesNoRow();
-    void aRefusalLeavesNoRow_data() { DatabaseFile::bothKinds(); }
+    void aRefusalLeavesNoRow_data() { DatabaseFile::allKinds(); }
     void aRefusalLeavesNoRow();
     void aRowThatCantBeStoredLeavesNoRowToDelete_data() { DatabaseFile::bothKinds(); }
     void aRowThatCantBeStoredLeavesNoRowToDelete();
-    void filtersAnew_data() { DatabaseFile::bothKinds(); }
+    void filtersAnew_data() { DatabaseFile::allKinds(); }
     void filtersAnew();
     void countsRows_data() { DatabaseFile::bothKinds(); }
     void countsRows();
-    void walksThroughManyChunks_data() { DatabaseFile::bothKinds(); }
+    void walksThroughManyChunks_data() { DatabaseFile::allKinds(); }
     void walksThroughManyChunks();
     void readsNothingButTheRow_data() { DatabaseFile::bothKinds(); }
     void readsNothingButTheRow();

@@ -56,11 +56,11 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void readsRowsInOrderOfEntry_data() { DatabaseFile::bothKinds(); }
+    void readsRowsInOrderOfEntry_data() { DatabaseFile::allKinds(); }
     void readsRowsInOrderOfEntry();
-    void givesValuesAsStored_data() { DatabaseFile::bothKinds(); }
+    void givesValuesAsStored_data() { DatabaseFile::allKinds(); }
     void givesValuesAsStored();
-    void anEmptySetIsAtItsEnd_data() { DatabaseFile::bothKinds(); }
+    void anEmptySetIsAtItsEnd_data() { DatabaseFile::allKinds(); }
     void anEmptySetIsAtItsEnd();
     void readsNothingWhenOpened_data() { DatabaseFile::bothKinds(); }
     void readsNothingWhenOpened();
@@ -68,25 +68,25 @@ private Q_SLOTS:
     void aBadStatementFailsAtTheOpen();
     void keepsItsPlaceOverWrites_data();
     void keepsItsPlaceOverWrites();
-    void deletesEveryRowWhileReading_data() { DatabaseFile::bothKinds(); }
+    void deletesEveryRowWhileReading_data() { DatabaseFile::allKinds(); }
     void deletesEveryRowWhileReading();
-    void readsViewsInTheirOrder_data() { DatabaseFile::bothKinds(); }
+    void readsViewsInTheirOrder_data() { DatabaseFile::allKinds(); }
     void readsViewsInTheirOrder();
     void readsTablesWithoutRowIds_data() { DatabaseFile::bothKinds(); }
     void readsTablesWithoutRowIds();
     void holdsNoLockBetweenReads_data() { DatabaseFile::bothKinds(); }
     void holdsNoLockBetweenReads();
-    void addsRows_data() { DatabaseFile::bothKinds(); }
+    void addsRows_data() { DatabaseFile::allKinds(); }
     void addsRows();
     void storesEveryKindOfValue_data();
     void storesEveryKindOfValue();
-    void addsOnlyWhereItCan_data() { DatabaseFile::bothKinds(); }
+    void addsOnlyWhereItCan_data() { DatabaseFile::allKinds(); }
     void addsOnlyWhereItCan();
     void aFailedUpdateCanBeRepeated_data() { DatabaseFile::bothKinds(); }
     void aFailedUpdateCanBeRepeated();
-    void opensAndClosesAgain_data() { DatabaseFile::bothKinds(); }
+    void opensAndClosesAgain_data() { DatabaseFile::allKinds(); }
     void opensAndClosesAgain();
-    void closesWithItsConnection_data() { DatabaseFile::bothKinds(); }
+    void closesWithItsConnection_data() { DatabaseFile::allKinds(); }
     void closesWithItsConnection();
 
 private:

@@ -45,17 +45,17 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void startsEmpty_data() { DatabaseFile::bothKinds(); }
+    void startsEmpty_data() { DatabaseFile::allKinds(); }
     void startsEmpty();
-    void readsCells_data() { DatabaseFile::bothKinds(); }
+    void readsCells_data() { DatabaseFile::allKinds(); }
     void readsCells();
-    void readsInOrderOfEntry_data() { DatabaseFile::bothKinds(); }
+    void readsInOrderOfEntry_data() { DatabaseFile::allKinds(); }
     void readsInOrderOfEntry();
-    void readsEveryChunk_data() { DatabaseFile::bothKinds(); }
+    void readsEveryChunk_data() { DatabaseFile::allKinds(); }
     void readsEveryChunk();
     void readsWhatHasNoOrderOfEntry_data() { DatabaseFile::bothKinds(); }
     void readsWhatHasNoOrderOfEntry();
-    void readsRangesOfMoments_data() { DatabaseFile::bothKinds(); }
+    void readsRangesOfMoments_data() { DatabaseFile::allKinds(); }
     void readsRangesOfMoments();
     void readsUnusualSelects_data() { DatabaseFile::bothKinds(); }
     void readsUnusualSelects();
@@ -63,19 +63,19 @@ private Q_SLOTS:
     void aFailedReadKeepsTheRows();
     void holdsNoLockBehindARead_data() { DatabaseFile::bothKinds(); }
     void holdsNoLockBehindARead();
-    void letsWritersInBetweenItsChunks_data() { DatabaseFile::bothKinds(); }
+    void letsWritersInBetweenItsChunks_data() { DatabaseFile::allKinds(); }
     void letsWritersInBetweenItsChunks();
-    void readsAgainOnlyWhatChanged_data() { DatabaseFile::bothKinds(); }
+    void readsAgainOnlyWhatChanged_data() { DatabaseFile::allKinds(); }
     void readsAgainOnlyWhatChanged();
-    void readsPastAHalfReadRecordset_data() { DatabaseFile::bothKinds(); }
+    void readsPastAHalfReadRecordset_data() { DatabaseFile::allKinds(); }
     void readsPastAHalfReadRecordset();
-    void aReadKeepsSortFilterAndRow_data() { DatabaseFile::bothKinds(); }
+    void aReadKeepsSortFilterAndRow_data() { DatabaseFile::allKinds(); }
     void aReadKeepsSortFilterAndRow();
-    void aReadDropsWhatHasNoField_data() { DatabaseFile::bothKinds(); }
+    void aReadDropsWhatHasNoField_data() { DatabaseFile::allKinds(); }
     void aReadDropsWhatHasNoField();
-    void forgetsEverythingWhenCleared_data() { DatabaseFile::bothKinds(); }
+    void forgetsEverythingWhenCleared_data() { DatabaseFile::allKinds(); }
     void forgetsEverythingWhenCleared();
-    void takesLittleMemory_data() { DatabaseFile::bothKinds(); }
+    void takesLittleMemory_data() { DatabaseFile::allKinds(); }
     void takesLittleMemory();
 
 private:

@@ -34,7 +34,7 @@ class TestSchemaCache : public QObject {
 private Q_SLOTS:
     void knowsColumnsAndIdentity_data();
     void knowsColumnsAndIdentity();
-    void findsTablesInAnyCase_data() { DatabaseFile::bothKinds(); }
+    void findsTablesInAnyCase_data() { DatabaseFile::allKinds(); }
     void findsTablesInAnyCase();
     void noticesItsOwnChanges_data() { DatabaseFile::bothKinds(); }
     void noticesItsOwnChanges();

@@ -14,15 +14,15 @@ class TestSharing : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aMarkProvesThatNothingChanged_data() { DatabaseFile::bothKinds(); }
+    void aMarkProvesThatNothingChanged_data() { DatabaseFile::allKinds(); }
     void aMarkProvesThatNothingChanged();
-    void whatCantBeProvedIsUnequal_data() { DatabaseFile::bothKinds(); }
+    void whatCantBeProvedIsUnequal_data() { DatabaseFile::allKinds(); }
     void whatCantBeProvedIsUnequal();
-    void findsAnOpenConnection_data() { DatabaseFile::bothKinds(); }
+    void findsAnOpenConnection_data() { DatabaseFile::allKinds(); }
     void findsAnOpenConnection();
     void keepsAnIndex_data() { DatabaseFile::bothKinds(); }
     void keepsAnIndex();
-    void aPressIsNoTransaction_data() { DatabaseFile::bothKinds(); }
+    void aPressIsNoTransaction_data() { DatabaseFile::allKinds(); }
     void aPressIsNoTransaction();
 };
 
