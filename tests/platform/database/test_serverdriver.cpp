@@ -456,7 +456,7 @@ void TestServerDriver::keepsNoticesToItself() {
     ::dup2(errors, STDERR_FILENO);
     ::close(errors);
     QCOMPARE(answer, QVariant(QString()));
-    QCOMPARE(file.readAll(), QByteArray());
+    QCOMPARE(file.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestServerDriver)
