@@ -64,6 +64,14 @@ QList<qint64> childrenOf(qint64 parent) {
     return children;
 }
 
+bool isRunningProcess(qint64 process) {
+    QFile status(u"/proc/%1/stat"_s.arg(process));
+    if (!status.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray line = status.readAll();
+    return line.mid(line.lastIndexOf(')') + 2, 1) != "Z";
+}
+
 }  // namespace
 
 ServerCluster::~ServerCluster() {
@@ -203,6 +211,9 @@ void ServerCluster::kill() {
         ::kill(static_cast<pid_t>(child), SIGKILL);
     m_server.kill();
     m_server.waitForFinished(patience);
+    // A server doesn't start as long as one of an earlier one's is on its way out.
+    if (!QTest::qWaitFor([&children] { return std::ranges::none_of(children, isRunningProcess); }, patience))
+        qWarning("a process of the server doesn't end");
 }
 
 void ServerCluster::stop() {

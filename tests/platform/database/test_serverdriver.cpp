@@ -300,7 +300,7 @@ void TestServerDriver::numbersPlaces_data() {
         {"comments in each other", {u"SELECT /* ? /* ' */ ? */ ?"_s, 1, u"7"_s}},
         {"dollar quote", {u"SELECT $$:a ' ?$$||?"_s, 1, u":a ' ?7"_s}},
         {"dollar quote with a tag", {u"SELECT $ş1$ $$ ? $ş1$||?"_s, 1, u" $$ ? 7"_s}},
-        {"dollar in a name", {u"SELECT a$b||?||a$b FROM (SELECT 'x' AS a$b) q"_s, 1, u"x7x"_s}},
+        {"dollar in a name", {u"SELECT a$b$||?||a$b$ FROM (SELECT 'x' AS a$b$) q"_s, 1, u"x7x"_s}},
         {"cast and name", {u"SELECT 'a:b'::text||?::text"_s, 1, u"a:b7"_s}},
         {"literal that is never closed", {u"SELECT ? || '?"_s, 1, {}}},
         {"comment that is never closed", {u"SELECT ? /* ?"_s, 1, {}}},
@@ -456,7 +456,7 @@ void TestServerDriver::keepsNoticesToItself() {
     ::dup2(errors, STDERR_FILENO);
     ::close(errors);
     QCOMPARE(answer, QVariant(QString()));
-    QCOMPARE(file.readAll(), QByteArray());
+    QCOMPARE(file.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestServerDriver)

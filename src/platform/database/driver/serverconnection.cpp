@@ -151,6 +151,7 @@ QSqlError ServerConnection::open(const ServerSettings& settings) {
             m_host = host;
             ++m_generation;
             PQsetnonblocking(m_handle.get(), 1);
+            PQenterPipelineMode(m_handle.get());
             return {};
         }
         // What a server says is more than that another one is away.
@@ -212,7 +213,6 @@ QSqlError ServerConnection::sendAll(int& sections, const std::function<bool(PGco
     PGconn* const handle = m_handle.get();
     // Nothing can be freed in a transaction that has failed.
     const bool freeing = PQtransactionStatus(handle) != PQTRANS_INERROR;
-    PQenterPipelineMode(handle);
     bool sent = true;
     if (freeing) {
         for (const QByteArray& name : std::exchange(m_released, {})) {
@@ -264,7 +264,6 @@ ServerConnection::Answer ServerConnection::roundTrip(const std::function<bool(PG
                     answer.rows = std::move(rows);
         }
     }
-    PQexitPipelineMode(m_handle.get());  // else the state of the transaction couldn't be asked for
     if (isFailure(answer.rows.get()))
         answer.error = statementError(answer.rows.get());
     return answer;
