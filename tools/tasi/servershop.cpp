@@ -154,14 +154,14 @@ QStringList findTables(Server& server, const QList<Table>& tables) {
     for (const QString& name : std::as_const(names))
         texts.append(serverText(name));
     const QList<QStringList> rows = server.rows(
-        u"SELECT relname, relkind FROM pg_class WHERE relnamespace = current_schema()::regnamespace "
-        u"AND relname IN (%1) ORDER BY relname"_s.arg(texts.join(u", ")));
+        u"SELECT relname, relkind = 'r' AND has_table_privilege(oid, 'SELECT') FROM pg_class WHERE "
+        u"relnamespace = current_schema()::regnamespace AND relname IN (%1) ORDER BY relname"_s.arg(
+            texts.join(u", ")));
     QStringList found;
     for (const QStringList& row : rows) {
-        const bool table = row[1] == u"r"_s;
         const QString count =
-            table ? server.value(u"SELECT count(*) FROM "_s + quoted(row[0])) + u" satır"_s : u"?"_s;
-        found.append(u"%1 (%2)"_s.arg(row[0], count));
+            row[1] == u"t"_s ? server.value(u"SELECT count(*) FROM "_s + quoted(row[0])) : u"?"_s;
+        found.append(u"%1 (%2 satır)"_s.arg(row[0], count));
     }
     return found;
 }
