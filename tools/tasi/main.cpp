@@ -7,6 +7,7 @@
 #include "runtime/process.h"
 
 int main(int argc, char* argv[]) {
+    kovanix::hashInNarrowRegisters();  // binding a row's values hashes a name for each of them
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kovanix-tasi"));
     kovanix::forbidCoreDumps();  // passwords lie in this process's memory
