@@ -194,6 +194,38 @@ private Q_SLOTS:
         QCOMPARE(shop.cells(shop.movedFile()), before);
     }
 
+    /// The last sales of a till that died stand in the log beside the file.
+    void takesWhatADeadTillLeft_data() { DatabaseFile::bothKinds(); }
+    void takesWhatADeadTillLeft() {
+        QFETCH(QString, password);
+        const MovingShop shop(password);
+        const QString file = shop.path(u"olu.data"_s);
+        {
+            Connection till;
+            till.open(DatabaseFile::connectionString(shop.file(), password));
+            till.execute(u"INSERT INTO urunler (urun) VALUES ('son')"_s);
+            for (const QString& ending : {u""_s, u"-wal"_s, u"-shm"_s})
+                QVERIFY(QFile::copy(shop.file() + ending, file + ending));
+        }
+        QVERIFY(QFileInfo(file + u"-wal"_s).size() > 0);
+        ToServer order = shop.toServer();
+        order.file = file;
+        QCOMPARE(moveToServer(order).rows, 1);
+        QCOMPARE(shop.serverRows(u"SELECT urun FROM urunler"_s), (QList<QStringList>{{u"son"_s}}));
+        QCOMPARE(QDir(shop.folder()).entryList({u"olu*"_s}, QDir::Files), QStringList{u"olu.data.tasindi"_s});
+        QCOMPARE(shop.cells(file + u".tasindi"_s)[u"urunler"_s].size(), 1);
+    }
+
+    void putsTheFileBehindALinkAway() {
+        const MovingShop shop;
+        const QString link = shop.path(u"bag.data"_s);
+        QVERIFY(QFile::link(shop.file(), link));
+        ToServer order = shop.toServer();
+        order.file = link;
+        QCOMPARE(moveToServer(order).renamed, QStringList{shop.movedFile()});
+        QVERIFY(!QFileInfo::exists(link));
+    }
+
     void renamesOverNothing() {
         const MovingShop shop;
         QFile earlier(shop.movedFile());
