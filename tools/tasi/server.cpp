@@ -67,12 +67,15 @@ Server::Server(const ServerAddress& address, const QString& password) {
         {"options",
          "-c client_min_messages=warning -c lock_timeout=5000 -c statement_timeout=0 "
          "-c idle_in_transaction_session_timeout=0 -c max_parallel_workers_per_gather=0 -c jit=off "
-         "-c standard_conforming_strings=on"},
+         "-c standard_conforming_strings=on -c search_path=public"},
     };
     if (!password.isEmpty())
         settings.emplace_back("password", password.toUtf8());
-    if (!address.rootCertificate.isEmpty())
-        settings.emplace_back("sslrootcert", address.rootCertificate.toUtf8());
+    // Where Debian keeps the certificates of the machine's own authorities; the library looks elsewhere.
+    if (address.tls == ServerAddress::Tls::full)
+        settings.emplace_back("sslrootcert", address.rootCertificate.isEmpty()
+                                                 ? "/etc/ssl/certs/ca-certificates.crt"
+                                                 : address.rootCertificate.toUtf8());
     std::vector<const char*> keys;
     std::vector<const char*> values;
     for (const auto& [key, value] : settings) {

@@ -10,6 +10,9 @@ using dialect::Target;
 
 namespace {
 
+// Under which tills change tables one after the other: "KVX".
+constexpr int tableLock = 0x4B5658;
+
 constexpr int longestName = 63;  // bytes; the server cuts what is longer without a word
 
 QString quoted(const QString& name) {
@@ -167,7 +170,7 @@ QStringList findTables(Server& server, const QList<Table>& tables) {
 }
 
 void lockSchema(Server& server) {
-    server.execute(u"SELECT pg_advisory_xact_lock(hashtext('kovanix'))"_s);
+    server.execute(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(tableLock));
 }
 
 void prepareTypes(Server& server, const QList<Table>& tables) {
