@@ -121,7 +121,7 @@ void baglantiac() {
     try {
         if (baglanti().isOpen())
             baglanti().close();
-        baglanti().open(baglantiyazisi());
+        baglanti().open(baglantiyazisi(), Connection::Handle::shared);
         semakontrol(baglanti());
         keepAccessPaths(baglanti());
         baglantidurumu = 1;

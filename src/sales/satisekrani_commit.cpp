@@ -32,7 +32,7 @@ bool satisekrani::satisbaglantiac() {
     if (satisbaglanti.isOpen())
         return true;
     attempt([this] {
-        satisbaglanti.open(baglantiyazisi());
+        satisbaglanti.open(baglantiyazisi(), Connection::Handle::shared);
         semakontrol(satisbaglanti);
     });
     return satisbaglanti.isOpen();

@@ -4,7 +4,7 @@
 
 #include "database/cell.h"
 #include "database/connectionprivate.h"
-#include "database/sqltokens.h"
+#include "database/dialect.h"
 #include "runtime/attempt.h"
 
 namespace kovanix {
@@ -13,25 +13,26 @@ using namespace Qt::StringLiterals;
 
 BulkWriter::BulkWriter(Connection& connection) : m_core(*connection.d) {
     m_core.requireOpen();
-    m_core.write(u"BEGIN IMMEDIATE"_s);
+    m_core.aboutToWrite();
+    m_core.engine->beginTransaction();
 }
 
 BulkWriter::~BulkWriter() {
     m_insert.finish();
     if (!m_finished)
-        attempt([this] { m_core.write(u"ROLLBACK"_s); });
+        attempt([this] { m_core.engine->endTransaction(false); });
 }
 
 void BulkWriter::into(const QString& table, const QStringList& columns) {
     QStringList names;
     for (const QString& column : columns)
-        names.append(quotedSqlName(column));
+        names.append(dialect::quotedName(column, m_core.engine->target()));
     const QStringList places(columns.size(), u"?"_s);
-    QSqlQuery insert(m_core.database);
-    if (!insert.prepare(u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(quotedSqlName(table), names.join(u", "),
-                                                                 places.join(u", ")))) {
+    QSqlQuery insert;
+    const QString sql = u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(
+        dialect::quotedName(table, m_core.engine->target()), names.join(u", "), places.join(u", "));
+    if (!m_core.engine->prepare(insert, sql, DatabaseEngine::Use::kept))
         throw m_core.failure(insert.lastError());
-    }
     m_insert = std::move(insert);
 }
 
@@ -43,7 +44,7 @@ void BulkWriter::add(const QVariantList& values) {
 }
 
 void BulkWriter::finish() {
-    m_core.write(u"COMMIT"_s);
+    m_core.engine->endTransaction(true);
     m_finished = true;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QtGlobal>
+#include <utility>
 
 namespace kovanix {
 
@@ -17,12 +19,12 @@ public:
     }
 
 private:
-    friend class Connection;
-    ChangeMark(quint64 opening, qint64 others, quint64 ours)
-        : m_opening(opening), m_others(others), m_ours(ours) {}
+    friend class DatabaseEngine;
+    ChangeMark(quint64 opening, QByteArray others, quint64 ours)
+        : m_opening(opening), m_others(std::move(others)), m_ours(ours) {}
 
-    quint64 m_opening = 0;  // which opening of a connection in this process
-    qint64 m_others = 0;    // the engine's count of what other connections have changed
+    quint64 m_opening = 0;  // which opening of a handle in this process
+    QByteArray m_others;    // the engine's sign of what other connections have changed
     quint64 m_ours = 0;     // statements of this process that may have written
 };
 

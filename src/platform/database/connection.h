@@ -40,6 +40,9 @@ public:
     /// How long a statement waits for a file that another connection has locked, before it fails.
     static constexpr std::chrono::milliseconds defaultBusyTimeout{5000};
 
+    /// Whose the engine's handle on the database is.
+    enum class Handle { own, shared };
+
     explicit Connection(std::chrono::milliseconds busyTimeout = defaultBusyTimeout);
     ~Connection();
     Connection(const Connection&) = delete;
@@ -55,7 +58,11 @@ public:
     /// shared between machines. Over the network a file that is in use with a write-ahead log is asked for
     /// (leaveLogIfAsked) and fails to open when nobody lets go of it within the busy time-out. A file that
     /// can only be read keeps the journal that it has.
-    void open(const QString& connectionString);
+    ///
+    /// @param handle  shared: connections of this process that were opened so with the same string have one
+    ///   handle in common, and what is kept prepared on it, so that neither drops its page cache over the
+    ///   other's writes. Each is opened and closed by itself, with the recordsets and presses of its own.
+    void open(const QString& connectionString, Handle handle = Handle::own);
 
     /// Closes; recordsets that are open on it are closed with it. A closed connection stays closed.
     void close();

@@ -478,7 +478,15 @@ bool onlyReads(const QString& sql) {
     return SqlTokens(sql).isWord(0, "SELECT"_L1);
 }
 
-std::optional<AddCounterColumn> addCounterColumn(const QString& sql) {
+std::optional<AddColumn> addedColumnOf(const QString& sql) {
+    const SqlTokens tokens(sql);
+    const std::optional<qsizetype> column = addedColumn(tokens);
+    if (!column)
+        return std::nullopt;
+    return AddColumn{tokens.name(tokens.isSign(3, u'.') ? 4 : 2), tokens.name(*column)};
+}
+
+std::optional<AddColumn> addCounterColumn(const QString& sql) {
     // Asked of every statement: the sale's own aren't read a second time for it.
     if (!QStringView(sql).trimmed().startsWith("ALTER"_L1, Qt::CaseInsensitive)) {
         return std::nullopt;
@@ -493,7 +501,7 @@ std::optional<AddCounterColumn> addCounterColumn(const QString& sql) {
         return std::nullopt;
     }
     const qsizetype table = tokens.isSign(3, u'.') ? 4 : 2;
-    return AddCounterColumn{tokens.name(table), tokens.name(*column)};
+    return AddColumn{tokens.name(table), tokens.name(*column)};
 }
 
 std::optional<QString> withColumn(const QString& createSql, const QString& definition) {

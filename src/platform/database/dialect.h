@@ -66,9 +66,16 @@ QString quotedName(const QString& name, Target target);
 ///   unbalanced IIF, on a server for a second statement too
 QString translate(const QString& sql, const QString& identity = {}, const Engine& engine = {});
 
-/// The statements that make the domains of the server that a statement's column types need. Each fails where
-/// there is such a domain already.
-QStringList domains(const QString& sql);
+/// A domain of the server and the statement that makes it, which fails where there is one already.
+struct Domain {
+    QString name;
+    QString statement;
+
+    bool operator==(const Domain&) const = default;
+};
+
+/// The domains that a statement's column types need.
+QList<Domain> domains(const QString& sql);
 
 /// The table that an INSERT, UPDATE or DELETE is about, or that a select from a single table reads; empty for
 /// any other statement.
@@ -134,14 +141,17 @@ bool changesTables(const QString& sql);
 /// Whether a statement can do nothing but read.
 bool onlyReads(const QString& sql);
 
-/// A request to add a counter column, which the engine can't carry out by itself.
-struct AddCounterColumn {
+/// A request to add a column; one of a counter is more than the engine can carry out by itself.
+struct AddColumn {
     QString table;
     QString column;
 };
 
+/// The column that an "ALTER TABLE t ADD COLUMN c …" adds, of whatever type.
+std::optional<AddColumn> addedColumnOf(const QString& sql);
+
 /// Recognises "ALTER TABLE t ADD COLUMN c COUNTER", with or without brackets, in any case.
-std::optional<AddCounterColumn> addCounterColumn(const QString& sql);
+std::optional<AddColumn> addCounterColumn(const QString& sql);
 
 /// A CREATE TABLE statement of the engine's catalogue with one more column, behind the others and ahead of
 /// table constraints. Nothing for a statement without a column list.

@@ -239,13 +239,26 @@ void translateLiteralsByColumn(SqlTokens& sql, const QList<TableColumn>& columns
     });
 }
 
+/// Names the columns of an INSERT that names none: the hidden one stands among them.
+void nameColumns(SqlTokens& sql, const QList<TableColumn>& columns) {
+    const std::optional<qsizetype> behind =
+        sql.isWord(0, "INSERT"_L1) ? behindTableName(sql, 2) : std::nullopt;
+    if (!behind || columns.isEmpty() ||
+        !(sql.isWord(*behind, "VALUES"_L1) || sql.isWord(*behind, "SELECT"_L1)))
+        return;
+    QStringList names;
+    for (const TableColumn& column : columns)
+        names.append(quotedSqlName(column.name));
+    sql[*behind - 1].text += u" ("_s + names.join(u", ") + u')';
+}
+
 void refuseWhatNoServerTakes(const SqlTokens& sql) {
     for (qsizetype i = 0; i < sql.count(); ++i) {
         if (sql[i].original.contains(QChar(u'\0')))
             throw DatabaseError(DatabaseError::Kind::value,
                                 u"A text can't hold the sign with the number 0."_s);
         if (sql.isSign(i, u';') && i + 1 < sql.count())
-            throw DatabaseError(DatabaseError::Kind::statement,
+            throw DatabaseError(DatabaseError::Kind::other,
                                 u"Unable to execute multiple statements at a time"_s);
     }
 }
@@ -270,24 +283,26 @@ void translateForServer(SqlTokens& sql, const QList<TableColumn>& columns) {
     translatePatterns(sql);
     translateLiteralsByColumn(sql, columns);
     translateNames(sql);
+    nameColumns(sql, columns);
     translateTypes(sql);
     translateOrder(sql);
 }
 
-QStringList domains(const QString& sql) {
+QList<Domain> domains(const QString& sql) {
     const SqlTokens tokens(sql);
-    QStringList statements;
-    const auto add = [&statements](const QString& statement) {
-        if (!statements.contains(statement))
-            statements.append(statement);
+    QList<Domain> domains;
+    const auto add = [&domains](const QString& name, QLatin1StringView base) {
+        const Domain domain{name, u"CREATE DOMAIN %1 AS %2"_s.arg(name, base)};
+        if (!domains.contains(domain))
+            domains.append(domain);
     };
     for (const qsizetype type : declaredTypes(tokens)) {
         if (tokens.isWord(type, "TEXT"_L1))
-            add(u"CREATE DOMAIN %1%2 AS citext"_s.arg(textDomain, widthBehind(tokens, type)));
+            add(textDomain + widthBehind(tokens, type), "citext"_L1);
         else if (tokens.isWord(type, "DATETIME"_L1))
-            add(u"CREATE DOMAIN %1 AS text"_s.arg(momentDomain));
+            add(momentDomain, "text"_L1);
     }
-    return statements;
+    return domains;
 }
 
 QList<qsizetype> numberPlaces(const QString& sql, const QList<TableColumn>& columns) {

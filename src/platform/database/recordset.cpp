@@ -39,8 +39,9 @@ QStringList quoted(const QStringList& columns) {
     return names;
 }
 
+/// @param table  between quotes, as the columns' names are where they came from the table
 QString insertSql(const QString& table, const Change& change) {
-    const QString into = u"INSERT INTO "_s + quotedSqlName(table);
+    const QString into = u"INSERT INTO "_s + table;
     if (change.columns.isEmpty())
         return into + u" DEFAULT VALUES"_s;
     const QStringList places(change.columns.size(), u"?"_s);
@@ -48,8 +49,8 @@ QString insertSql(const QString& table, const Change& change) {
 }
 
 QString updateSql(const QString& table, const Change& change, const QString& identity) {
-    return u"UPDATE "_s + quotedSqlName(table) + u" SET "_s + quoted(change.columns).join(u" = ?, ") +
-           u" = ? WHERE "_s + identity + u" = ?"_s;
+    return u"UPDATE "_s + table + u" SET "_s + quoted(change.columns).join(u" = ?, ") + u" = ? WHERE "_s +
+           identity + u" = ?"_s;
 }
 
 }  // namespace
@@ -59,7 +60,7 @@ struct Recordset::Private final : ConnectionUser {
     void connectionClosing() override;
 
     [[noreturn]] void fail(Kind kind, const QString& description) const {
-        throw DatabaseError(kind, describeFailure(kind, description), core ? core->engine : QString());
+        throw DatabaseError(kind, describeFailure(kind, description), core ? core->engineName : QString());
     }
     void requireOpen() const;
     void requireRow();
@@ -74,6 +75,7 @@ struct Recordset::Private final : ConnectionUser {
     void goToEnd();
     void forgetRows();
     void storePending();
+    QString table() const { return dialect::quotedName(reader->select()->table, core->engine->target()); }
     bool findByStatement(const dialect::Condition& condition);
     bool findInMemory(const RowFilter& criterion);
     void insert();
@@ -198,13 +200,13 @@ void Recordset::Private::storePending() {
 }
 
 void Recordset::Private::insert() {
-    core->write(insertSql(reader->select()->table, *pending), pending->values);
+    core->write(insertSql(table(), *pending), pending->values);
     pending.reset();
 }
 
 void Recordset::Private::change() {
     const Change& set = *pending;
-    const QString sql = updateSql(reader->select()->table, set, reader->shape().identity);
+    const QString sql = updateSql(table(), set, reader->shape().identity);
     if (core->write(sql, set.values + QVariantList{*set.row}) == 0) {
         pending.reset();
         fail(
@@ -366,12 +368,13 @@ void Recordset::setField(const QString& name, const QVariant& value) {
     if (!d->pending)
         d->pending = Change{d->rows[d->current].identity, {}, {}};
     const QString& known = shape.columns[column].name;
+    const QVariant fitting = d->core->engine->fitting(stored(value), shape.columns[column]);
     const qsizetype place = d->pending->columns.indexOf(known);
     if (place < 0) {
         d->pending->columns.append(known);
-        d->pending->values.append(stored(value));
+        d->pending->values.append(fitting);
     } else {
-        d->pending->values[place] = stored(value);
+        d->pending->values[place] = fitting;
     }
 }
 
@@ -391,8 +394,7 @@ void Recordset::deleteCurrent() {
     d->requireIdentities();
     d->requireRow();
     const qint64 row = d->rows[d->current].identity;
-    const QString sql = u"DELETE FROM %1 WHERE %2 = ?"_s.arg(quotedSqlName(d->reader->select()->table),
-                                                             d->reader->shape().identity);
+    const QString sql = u"DELETE FROM %1 WHERE %2 = ?"_s.arg(d->table(), d->reader->shape().identity);
     if (d->core->write(sql, {row}) == 0)
         d->fail(
             Kind::noRow,

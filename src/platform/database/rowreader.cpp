@@ -10,7 +10,6 @@
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
 #include "database/queryrows.h"
-#include "database/sqltokens.h"
 
 namespace kovanix {
 
@@ -30,7 +29,7 @@ public:
         m_core.inEnginesName([this] {
             if (const auto select = dialect::tableSelect(m_sql)) {
                 m_table.name = select->table;
-                m_shape = m_core.schema.shape(m_core, select->table);
+                m_shape = m_core.shape(select->table);
                 m_allColumns = select->allColumns;
                 m_conditional = select->conditional;
             }
@@ -49,14 +48,16 @@ public:
 private:
     /// Of the rows behind those that were read.
     std::optional<QString> chunkSql() const {
-        return dialect::translateAfterRow(m_sql, m_shape.identity, m_range);
+        return dialect::translateAfterRow(m_sql, m_shape.identity, m_range,
+                                          m_core.engine->dialectFor(m_shape));
     }
 
     /// Rows that are looked for by a condition lie together as a rule: sales of a range of time. The engine
     /// goes through the table from the first of them to the last; left to itself it would sort all of them
     /// for the first chunk, and look for one more behind the last to the end of the table.
     void findExtent() {
-        QueryRows extent(m_core.run(*dialect::translateExtent(m_sql, m_shape.identity)));
+        QueryRows extent(m_core.run(
+            *dialect::translateExtent(m_sql, m_shape.identity, m_core.engine->dialectFor(m_shape))));
         extent.next(m_core);
         m_rowsToCome = extent.cell(2).whole;
         if (*m_rowsToCome <= chunkRows)
@@ -122,8 +123,8 @@ private:
             return;
         }
         if (!m_lastIdentity)
-            m_lastIdentity =
-                m_core.number(u"SELECT max(%1) FROM %2"_s.arg(m_shape.identity, quotedSqlName(m_table.name)));
+            m_lastIdentity = m_core.number(u"SELECT max(%1) FROM %2"_s.arg(
+                m_shape.identity, dialect::quotedName(m_table.name, m_core.engine->target())));
         const auto first = static_cast<double>((*m_table.identities)[0]);
         const auto reached = static_cast<double>(m_table.identities->back());
         const double last = std::max(static_cast<double>(*m_lastIdentity), reached);
@@ -133,7 +134,8 @@ private:
     }
 
     void readAtOnce() {
-        QueryRows rows(m_core.run(dialect::translate(m_sql, m_shape.identity)));
+        QueryRows rows(
+            m_core.run(dialect::translate(m_sql, m_shape.identity, m_core.engine->dialectFor(m_shape))));
         const QSqlRecord record = rows.record();
         takeColumns(record, record.count(), false);
         while (rows.next(m_core)) {
@@ -182,8 +184,9 @@ bool rereadRow(ConnectionCore& core, const QString& sql, RowTable& table, std::s
     if (identity > std::numeric_limits<qint64>::min())
         before = identity - 1;
     return core.inEnginesName([&] {
-        const TableShape shape = core.schema.shape(core, table.name);
-        const auto select = dialect::translateAfterRow(sql, shape.identity, {before, {}, 1});
+        const TableShape shape = core.shape(table.name);
+        const auto select =
+            dialect::translateAfterRow(sql, shape.identity, {before, {}, 1}, core.engine->dialectFor(shape));
         if (shape.identity.isEmpty() || !select)
             return false;
         QueryRows rows(core.run(*select));

@@ -7,7 +7,6 @@
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
 #include "database/queryrows.h"
-#include "database/sqltokens.h"
 
 namespace kovanix {
 
@@ -56,16 +55,18 @@ void RowWalk::forEach(const std::function<void(const Row& row)>& each, const Rea
     m_core.requireOpen();
     m_core.inEnginesName([&] {
         const std::optional<dialect::TableSelect> select = dialect::tableSelect(m_sql);
-        const QString identity = select ? m_core.schema.shape(m_core, select->table).identity : QString();
-        if (identity.isEmpty() || !dialect::translateAfterRow(m_sql, identity, {{}, {}, chunkRows})) {
-            readAtOnce(each);
+        const TableShape shape = select ? m_core.shape(select->table) : TableShape();
+        const dialect::Engine engine = m_core.engine->dialectFor(shape);
+        const QString& identity = shape.identity;
+        if (identity.isEmpty() || !dialect::translateAfterRow(m_sql, identity, {{}, {}, chunkRows}, engine)) {
+            readAtOnce(shape, each);
             return;
         }
         if (!select->conditional) {
-            readChunks(identity, {}, each, {});
+            readChunks(shape, {}, each, {});
             return;
         }
-        const qint64 count = m_core.number(*dialect::translateCount(m_sql));
+        const qint64 count = m_core.number(*dialect::translateCount(m_sql, {}, engine));
         // A few rows out of many are found by an index and sorted. Sorting fails before it gives any where
         // one of them can't be read; one by one, those ahead of it are given.
         bool any = false;
@@ -75,7 +76,7 @@ void RowWalk::forEach(const std::function<void(const Row& row)>& each, const Rea
         };
         if (count <= chunkRows) {
             try {
-                readAtOnce(noted);
+                readAtOnce(shape, noted);
                 return;
             } catch (const RuntimeError&) {
                 if (any)
@@ -87,41 +88,40 @@ void RowWalk::forEach(const std::function<void(const Row& row)>& each, const Rea
             ends.next(m_core);
             return Span{ends.cell(0).whole, ends.cell(1).whole, count};
         };
-        const auto extent = [&] { return spanOf(*dialect::translateExtent(m_sql, identity)); };
+        const auto extent = [&] { return spanOf(*dialect::translateExtent(m_sql, identity, engine)); };
         if (count <= chunkRows) {
-            readChunks(identity, extent(), each, progress);
+            readChunks(shape, extent(), each, progress);
             return;
         }
         // Many are next to one another as a rule. Where in the table they stand is worth a look at each only
         // where they aren't a good part of it.
         constexpr qint64 goodPart = 4;
         Span span = spanOf(u"SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)"_s.arg(
-            identity, quotedSqlName(select->table)));
+            identity, dialect::quotedName(select->table, engine.target)));
         if (span.last / goodPart - span.first / goodPart > count)
             span = extent();
-        readChunks(identity, span, each, progress);
+        readChunks(shape, span, each, progress);
     });
 }
 
-void RowWalk::readAtOnce(const std::function<void(const Row& row)>& each) {
-    const std::optional<dialect::TableSelect> select = dialect::tableSelect(m_sql);
-    QueryRows rows(m_core.run(
-        dialect::translate(m_sql, select ? m_core.schema.shape(m_core, select->table).identity : QString())));
+void RowWalk::readAtOnce(const TableShape& shape, const std::function<void(const Row& row)>& each) {
+    QueryRows rows(m_core.run(dialect::translate(m_sql, shape.identity, m_core.engine->dialectFor(shape))));
     for (const Row row(rows); rows.next(m_core);)
         each(row);
 }
 
-void RowWalk::readChunks(const QString& identity, const std::optional<Span>& span,
+void RowWalk::readChunks(const TableShape& shape, const std::optional<Span>& span,
                          const std::function<void(const Row& row)>& each, const ReadProgress& progress) {
     dialect::RowRange range{{}, {}, chunkRows, true};
     if (span) {
         // One lower bound only: of two, the engine would start at either.
         if (span->first > std::numeric_limits<qint64>::min())
             range.afterRow = span->first - 1;
-        range.condition = identity + u" <= " + QString::number(span->last);
+        range.condition = shape.identity + u" <= " + QString::number(span->last);
     }
     for (qint64 done = 0; !span || done < span->count;) {
-        QueryRows rows(m_core.run(*dialect::translateAfterRow(m_sql, identity, range)));
+        QueryRows rows(m_core.run(
+            *dialect::translateAfterRow(m_sql, shape.identity, range, m_core.engine->dialectFor(shape))));
         const int last = rows.record().count() - 1;
         qint64 count = 0;
         for (const Row row(rows); rows.next(m_core);) {

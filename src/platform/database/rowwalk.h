@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "database/readprogress.h"
+#include "database/tableshape.h"
 
 namespace kovanix {
 
@@ -55,8 +56,8 @@ private:
         qint64 count = 0;
     };
 
-    void readAtOnce(const std::function<void(const Row& row)>& each);
-    void readChunks(const QString& identity, const std::optional<Span>& span,
+    void readAtOnce(const TableShape& shape, const std::function<void(const Row& row)>& each);
+    void readChunks(const TableShape& shape, const std::optional<Span>& span,
                     const std::function<void(const Row& row)>& each, const ReadProgress& progress);
 
     ConnectionCore& m_core;

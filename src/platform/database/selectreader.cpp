@@ -50,52 +50,60 @@ bool matchesTerm(const RowFilter::Term& term, const QVariant& value) {
 
 SelectReader::SelectReader(ConnectionCore& core, const QString& sql, qint64 firstLimit)
     : m_core(core), m_sql(sql), m_firstLimit(firstLimit) {
-    core.inEnginesName([&] {
-        m_shared = StatementShape::of(sql);
-        if (m_shared && takePrepared(m_shared->text))
-            return;
-        m_shared.reset();
-        m_select = dialect::tableSelect(sql);
-        m_onlyReads = m_select || dialect::onlyReads(sql);
-        if (m_select)
-            m_shape = core.schema.shape(core, m_select->table);
-        m_first = prepared(engineSql(m_sql, {std::nullopt, readsRanges() ? firstLimit : 0}, {}));
-    });
+    core.inEnginesName([&] { core.reading([&] { check(); }); });
+}
+
+void SelectReader::check() {
+    m_shared = StatementShape::of(m_sql);
+    if (m_shared && takePrepared(m_shared->text))
+        return;
+    m_shared.reset();
+    m_select = dialect::tableSelect(m_sql);
+    m_onlyReads = m_select || dialect::onlyReads(m_sql);
+    if (m_select)
+        m_shape = m_core.shape(m_select->table);
+    m_first.emplace(prepared(engineSql(m_sql, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {}),
+                             DatabaseEngine::Use::kept));
 }
 
 /// Takes the statement of the open from those that are kept, or prepares one that can be. @return false where
 /// that needs the values
 bool SelectReader::takePrepared(const QString& text) {
-    std::optional<StatementCache::Kept> kept = m_core.statements.take(text);
+    DatabaseEngine& engine = *m_core.engine;
+    std::optional<StatementCache::Kept> kept = engine.statements.take(text);
     m_select = kept ? kept->select : dialect::tableSelect(text);
     if (!m_select)
         return false;
-    m_shape = m_core.schema.shape(m_core, m_select->table);
+    m_shape = m_core.shape(m_select->table);
     // Other tables may give the rows another identity.
-    if (kept && kept->generation == m_core.schema.generation()) {
-        m_first = std::move(kept->query);
-        return true;
+    if (!kept || kept->generation != engine.schema.generation()) {
+        kept.emplace();
+        kept->select = m_select;
+        kept->generation = engine.schema.generation();
+        kept->numberPlaces = dialect::numberPlaces(text, engine.dialectFor(m_shape).columns);
+        if (!engine.prepare(kept->query,
+                            engineSql(text, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {}),
+                            DatabaseEngine::Use::kept))
+            return false;
     }
-    QSqlQuery query(m_core.database);
-    query.setForwardOnly(true);
-    if (!query.prepare(engineSql(text, {std::nullopt, readsRanges() ? m_firstLimit : 0}, {})))
+    if (!kept->takes(m_shared->values))
         return false;
-    m_first = std::move(query);
+    m_first = std::move(kept);
     return true;
 }
 
-QSqlQuery SelectReader::prepared(const QString& engineSql) const {
-    QSqlQuery query(m_core.database);
-    query.setForwardOnly(true);
-    if (!query.prepare(engineSql))
-        throw m_core.failure(query.lastError());
-    return query;
+StatementCache::Kept SelectReader::prepared(const QString& engineSql, DatabaseEngine::Use use) const {
+    StatementCache::Kept kept;
+    if (!m_core.engine->prepare(kept.query, engineSql, use))
+        throw m_core.failure(kept.query.lastError());
+    return kept;
 }
 
 QString SelectReader::engineSql(const QString& sql, const Range& range, const QString& condition) const {
+    const dialect::Engine engine = m_core.engine->dialectFor(m_shape);
     const std::optional<QString> placed =
-        dialect::translateAfterRow(sql, m_shape.identity, {range.afterRow, condition, range.limit});
-    return placed ? *placed : dialect::translate(sql);
+        dialect::translateAfterRow(sql, m_shape.identity, {range.afterRow, condition, range.limit}, engine);
+    return placed ? *placed : dialect::translate(sql, {}, engine);
 }
 
 qsizetype SelectReader::indexOf(const QString& name) const {
@@ -108,7 +116,7 @@ std::optional<dialect::Condition> SelectReader::condition(const RowFilter& filte
     // Another list may give a column's name to something else.
     if (!m_select || !m_select->allColumns || m_select->limited)
         return std::nullopt;
-    return m_core.inEnginesName([&] { return dialect::condition(filter, m_shape); });
+    return m_core.inEnginesName([&] { return dialect::condition(filter, m_shape, m_core.engine->target()); });
 }
 
 bool SelectReader::matches(const RowFilter& filter, const Row& row) const {
@@ -137,24 +145,33 @@ dialect::Condition SelectReader::withFilter(const dialect::Condition& condition)
 }
 
 std::vector<SelectReader::Row> SelectReader::read(const Range& range, const dialect::Condition& condition) {
+    if (m_onlyReads)
+        return m_core.reading([&] { return readOnce(range, condition); });
+    m_core.aboutToWrite();
+    return readOnce(range, condition);
+}
+
+std::vector<SelectReader::Row> SelectReader::readOnce(const Range& range,
+                                                      const dialect::Condition& condition) {
     const dialect::Condition all = withFilter(condition);
     const bool first =
         m_first && !range.afterRow && all.sql.isEmpty() && (!readsRanges() || range.limit == m_firstLimit);
-    QSqlQuery query = first ? std::move(*m_first) : prepared(engineSql(m_sql, range, all.sql));
+    // Of a failed attempt nothing is left: another one prepares its own.
+    StatementCache::Kept kept =
+        first ? std::move(*m_first) : prepared(engineSql(m_sql, range, all.sql), DatabaseEngine::Use::once);
     const std::optional<StatementShape> shared = first ? std::exchange(m_shared, std::nullopt) : std::nullopt;
     if (first)
         m_first.reset();
     const QVariantList& values = shared ? shared->values : all.values;
     for (qsizetype i = 0; i < values.size(); ++i)
-        query.bindValue(static_cast<int>(i), values[i]);
+        kept.query.bindValue(static_cast<int>(i), values[i]);
     if (!m_onlyReads)
-        m_core.aboutToWrite();
-    if (!query.exec())
-        throw m_core.failure(query.lastError());
-    m_core.wroteInPress = m_core.wroteInPress || !m_onlyReads;
-    std::vector<Row> rows = fetch(query);
+        m_core.engine->executeWrite(kept.query);
+    else if (!kept.query.exec())
+        throw m_core.failure(kept.query.lastError());
+    std::vector<Row> rows = fetch(kept.query);
     if (shared)
-        m_core.statements.keep(shared->text, {std::move(query), m_select, m_core.schema.generation()});
+        m_core.engine->statements.keep(shared->text, std::move(kept));
     return rows;
 }
 
@@ -184,13 +201,16 @@ std::optional<qint64> SelectReader::count() {
     if (!m_filterInMemory.isEmpty())
         return std::nullopt;
     const dialect::Condition condition = withFilter({});
-    const std::optional<QString> sql = dialect::translateCount(m_sql, condition.sql);
+    const std::optional<QString> sql =
+        dialect::translateCount(m_sql, condition.sql, m_core.engine->dialectFor(m_shape));
     if (!sql)
         return std::nullopt;
-    QSqlQuery query = m_core.run(*sql, condition.values);
-    if (!query.next())
-        throw m_core.failure(query.lastError());
-    return query.value(0).toLongLong();
+    return m_core.reading([&] {
+        QSqlQuery query = m_core.engine->run(*sql, condition.values);
+        if (!query.next())
+            throw m_core.failure(query.lastError());
+        return query.value(0).toLongLong();
+    });
 }
 
 }  // namespace kovanix

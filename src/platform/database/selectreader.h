@@ -7,14 +7,14 @@
 #include <optional>
 #include <vector>
 
+#include "database/connectionprivate.h"
 #include "database/dialect.h"
 #include "database/rowfilter.h"
+#include "database/statementcache.h"
 #include "database/statementshape.h"
 #include "database/tableshape.h"
 
 namespace kovanix {
-
-struct ConnectionCore;
 
 /// Asks for the rows of one select. Every read is a statement of its own that has ended when the read returns
 /// or throws; where the rows come in order of entry, it may ask for those after a row only.
@@ -72,7 +72,9 @@ public:
 private:
     dialect::Condition withFilter(const dialect::Condition& condition) const;
     QString engineSql(const QString& sql, const Range& range, const QString& condition) const;
-    QSqlQuery prepared(const QString& engineSql) const;
+    void check();
+    StatementCache::Kept prepared(const QString& engineSql, DatabaseEngine::Use use) const;
+    std::vector<Row> readOnce(const Range& range, const dialect::Condition& condition);
     bool takePrepared(const QString& text);
     std::vector<Row> fetch(QSqlQuery& query);
 
@@ -82,8 +84,8 @@ private:
     TableShape m_shape;
     bool m_onlyReads = true;
     qint64 m_firstLimit;
-    std::optional<QSqlQuery> m_first;        // the statement of the open, kept for the first read
-    std::optional<StatementShape> m_shared;  // its shape, where others of that shape may have it again
+    std::optional<StatementCache::Kept> m_first;  // the statement of the open, kept for the first read
+    std::optional<StatementShape> m_shared;       // its shape, where others of that shape may have it again
     std::optional<dialect::Condition> m_filterCondition;
     RowFilter m_filterInMemory;
     QStringList m_names;

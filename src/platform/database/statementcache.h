@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QSqlQuery>
 #include <QString>
+#include <QVariantList>
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <utility>
@@ -18,6 +21,14 @@ public:
         QSqlQuery query;
         std::optional<dialect::TableSelect> select = {};  ///< what a select from a single table says
         quint64 generation = 0;                           ///< of the schema cache, for such a select
+        QList<qsizetype> numberPlaces = {};  ///< of its "?", where the engine takes nothing but a number
+
+        /// Whether it can be run with these values.
+        bool takes(const QVariantList& values) const {
+            return std::ranges::none_of(numberPlaces, [&values](qsizetype place) {
+                return values[place].typeId() == QMetaType::QString;
+            });
+        }
     };
 
     /// The statement of a shape's text; nothing where none is kept, or it is in use.

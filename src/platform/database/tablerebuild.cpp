@@ -2,7 +2,6 @@
 
 #include <QStringList>
 
-#include "database/engineerror.h"
 #include "database/sqltokens.h"
 
 namespace kovanix {
@@ -14,8 +13,8 @@ using Kind = DatabaseError::Kind;
 
 class Rebuild {
 public:
-    Rebuild(ConnectionCore& connection, const dialect::AddCounterColumn& counter)
-        : m_connection(connection), m_counter(counter) {}
+    Rebuild(DatabaseEngine& engine, const dialect::AddColumn& counter)
+        : m_engine(engine), m_counter(counter) {}
 
     void run() {
         readTable();
@@ -30,25 +29,25 @@ public:
         // the engine rewrite the views and triggers that speak of it.
         const QString table = quotedSqlName(m_table);
         const QString columns = m_columns.join(u", ");
-        m_connection.run(u"CREATE TEMP TABLE kovanix_rebuild AS SELECT %1 FROM main.%2 ORDER BY rowid"_s.arg(
+        m_engine.run(u"CREATE TEMP TABLE kovanix_rebuild AS SELECT %1 FROM main.%2 ORDER BY rowid"_s.arg(
             columns, table));
-        m_connection.run(u"DROP TABLE main."_s + table);
-        m_connection.run(*create);
-        m_connection.run(u"INSERT INTO main.%2 (%1) SELECT %1 FROM temp.kovanix_rebuild ORDER BY rowid"_s.arg(
+        m_engine.run(u"DROP TABLE main."_s + table);
+        m_engine.run(*create);
+        m_engine.run(u"INSERT INTO main.%2 (%1) SELECT %1 FROM temp.kovanix_rebuild ORDER BY rowid"_s.arg(
             columns, table));
-        m_connection.run(u"DROP TABLE temp.kovanix_rebuild"_s);
+        m_engine.run(u"DROP TABLE temp.kovanix_rebuild"_s);
         for (const QString& dependent : m_dependents) {
-            m_connection.run(dependent);
+            m_engine.run(dependent);
         }
     }
 
 private:
     [[noreturn]] void fail(Kind kind, const QString& description) const {
-        throw m_connection.failure(kind, describeFailure(kind, description));
+        throw m_engine.describedFailure(kind, description);
     }
 
     void readTable() {
-        QSqlQuery query = m_connection.run(
+        QSqlQuery query = m_engine.run(
             u"SELECT name, type, sql FROM main.sqlite_master WHERE name = ? COLLATE NOCASE AND type IN ('table', 'view')"_s,
             {m_counter.table});
         if (!query.next()) {
@@ -62,7 +61,7 @@ private:
     }
 
     void readColumns() {
-        QSqlQuery query = m_connection.run(u"PRAGMA main.table_info(%1)"_s.arg(quotedSqlName(m_table)));
+        QSqlQuery query = m_engine.run(u"PRAGMA main.table_info(%1)"_s.arg(quotedSqlName(m_table)));
         while (query.next()) {
             const QString name = query.value(1).toString();
             if (name.compare(m_counter.column, Qt::CaseInsensitive) == 0) {
@@ -77,7 +76,7 @@ private:
     }
 
     void readDependents() {
-        QSqlQuery query = m_connection.run(
+        QSqlQuery query = m_engine.run(
             u"SELECT sql FROM main.sqlite_master WHERE tbl_name = ? AND type IN ('index', 'trigger') AND sql IS NOT NULL"_s,
             {m_table});
         while (query.next()) {
@@ -85,8 +84,8 @@ private:
         }
     }
 
-    ConnectionCore& m_connection;
-    const dialect::AddCounterColumn& m_counter;
+    DatabaseEngine& m_engine;
+    const dialect::AddColumn& m_counter;
     QString m_table;
     QString m_createSql;
     QStringList m_columns;
@@ -95,16 +94,15 @@ private:
 
 }  // namespace
 
-void rebuildWithCounter(ConnectionCore& connection, const dialect::AddCounterColumn& counter) {
-    connection.aboutToWrite();
-    connection.run(u"BEGIN IMMEDIATE"_s);
+void rebuildWithCounter(DatabaseEngine& engine, const dialect::AddColumn& counter) {
+    engine.run(u"BEGIN IMMEDIATE"_s);
     try {
-        Rebuild(connection, counter).run();
-        connection.run(u"COMMIT"_s);
-        connection.wroteInPress = true;
+        Rebuild(engine, counter).run();
+        engine.run(u"COMMIT"_s);
+        engine.wroteInPress = true;
     } catch (const RuntimeError&) {
         // The engine may have rolled back by itself (a full disk); the first failure is the one to report.
-        QSqlQuery(connection.database).exec(u"ROLLBACK"_s);
+        QSqlQuery(engine.database()).exec(u"ROLLBACK"_s);
         throw;
     }
 }

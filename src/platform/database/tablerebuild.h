@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/connectionprivate.h"
+#include "database/databaseengine.h"
 #include "database/dialect.h"
 
 namespace kovanix {
@@ -10,6 +10,6 @@ namespace kovanix {
 /// exists.
 /// @throws RuntimeError, the table being untouched, where it is missing, a view or has such a column or any
 /// key.
-void rebuildWithCounter(ConnectionCore& connection, const dialect::AddCounterColumn& counter);
+void rebuildWithCounter(DatabaseEngine& engine, const dialect::AddColumn& counter);
 
 }  // namespace kovanix

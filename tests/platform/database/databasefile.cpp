@@ -26,6 +26,17 @@ RawDatabase::RawDatabase(const QString& path, const QString& password, const QSt
     }
 }
 
+RawDatabase::RawDatabase(const QString& serverDatabase) : m_name(QUuid::createUuid().toString()) {
+    m_database = QSqlDatabase::addDatabase(u"KOVANIXPSQL"_s, m_name);
+    m_database.setHostName(ServerCluster::host());
+    m_database.setPort(testServer().port());
+    m_database.setDatabaseName(serverDatabase);
+    m_database.setUserName(ServerCluster::role());
+    m_database.setPassword(ServerCluster::password());
+    if (!m_database.open())
+        qFatal("%s", qUtf8Printable(m_database.lastError().text()));
+}
+
 RawDatabase::~RawDatabase() {
     m_database.close();
     m_database = QSqlDatabase();
@@ -77,11 +88,34 @@ void DatabaseFile::bothKinds() {
     QTest::newRow(withPassword) << u"gizli şifre"_s;
 }
 
+void DatabaseFile::allKinds() {
+    bothKinds();
+    if (const QString missing = ServerCluster::missing(); missing.isEmpty())
+        QTest::newRow(server) << onServer();
+    else
+        qInfo().noquote() << "no row for a server:" << missing;
+}
+
+ServerCluster& testServer() {
+    static ServerCluster cluster;
+    static const bool started = cluster.start();
+    if (!started)
+        qFatal("no server");
+    return cluster;
+}
+
 DatabaseFile::DatabaseFile()
     : DatabaseFile(*static_cast<QString*>(QTest::qData("password", QMetaType::QString))) {}
 
 DatabaseFile::DatabaseFile(const QString& password)
     : m_path(m_folder.filePath(u"shop.data"_s)), m_password(password) {
+    if (password == onServer()) {
+        static const QString empty = testServer().createDatabase();
+        m_database = testServer().createDatabase(empty);
+        m_path = testServer().writePointer(m_folder.path(), m_database);
+        m_password = ServerCluster::password();
+        return;
+    }
     QFile file(m_path);
     if (!file.open(QIODevice::WriteOnly)) {
         qFatal("no file in the temporary folder");
@@ -93,6 +127,8 @@ QString DatabaseFile::driver(const QString& password) {
 }
 
 QString DatabaseFile::source() const {
+    if (isOnServer())
+        return u"PostgreSQL"_s;
     return m_password.isEmpty() ? u"SQLite"_s : u"SQLCipher"_s;
 }
 
@@ -111,7 +147,7 @@ void DatabaseFile::execute(const QStringList& statements) const {
 }
 
 QStringList DatabaseFile::rows(const QString& sql) const {
-    return RawDatabase(m_path, m_password).rows(sql);
+    return isOnServer() ? RawDatabase(m_database).rows(sql) : RawDatabase(m_path, m_password).rows(sql);
 }
 
 void DatabaseFile::damage() const {

@@ -13,6 +13,7 @@
 
 #include "database/connection.h"
 #include "runtime/runtimeerror.h"
+#include "servercluster.h"
 
 namespace kovanix {
 
@@ -22,6 +23,8 @@ public:
     /// @param driver  by its name; the toolkit's own where there is one for such a file
     RawDatabase(const QString& path, const QString& password, const QString& driver = {},
                 std::chrono::milliseconds busyTimeout = std::chrono::milliseconds(0));
+    /// Of a database on the test program's server.
+    explicit RawDatabase(const QString& serverDatabase);
     ~RawDatabase();
     RawDatabase(const RawDatabase&) = delete;
     RawDatabase& operator=(const RawDatabase&) = delete;
@@ -48,16 +51,26 @@ public:
     static constexpr auto plain = "plain";
     static constexpr auto withPassword = "password";
 
+    static constexpr auto server = "server";
+
     /// Adds the two rows "plain" and "password" to a test without columns of its own.
     static void bothKinds();
+    /// Adds the row "server" to them where a database server is installed.
+    static void allKinds();
+    /// What the column "password" holds in the row "server".
+    static QString onServer() { return QStringLiteral("\x01"); }
 
-    /// Makes an empty file of the kind of the running test's row.
+    /// Makes an empty file of the kind of the running test's row, or an empty database and the file that
+    /// points to it.
     DatabaseFile();
     explicit DatabaseFile(const QString& password);
 
     QString folder() const { return m_folder.path(); }
     const QString& path() const { return m_path; }
     const QString& password() const { return m_password; }
+    bool isOnServer() const { return !m_database.isEmpty(); }
+    /// The database's name on the server.
+    const QString& database() const { return m_database; }
     QString source() const;
     /// The name of the till's driver for files with such a password.
     static QString driver(const QString& password);
@@ -77,7 +90,11 @@ private:
     QTemporaryDir m_folder;
     QString m_path;
     QString m_password;
+    QString m_database;  ///< on the server; empty for a file
 };
+
+/// The server of the test program, which starts with the first question for it.
+ServerCluster& testServer();
 
 /// The error that a step throws; nothing when it doesn't.
 std::optional<RuntimeError> errorOf(const std::function<void()>& step);

@@ -25,6 +25,10 @@ public:
     virtual bool nextRow() = 0;
     /// A cell of the current row, counted from 0.
     virtual Cell cell(int field) const = 0;
+    /// Has the next prepare() of the query leave its statement to the execution: a server is asked once then
+    /// instead of twice, and tells what is wrong with the statement at that time. Where the engine is asked
+    /// at no cost, this does nothing.
+    virtual void prepareLate() {}
 
 protected:
     ~RowCursor() = default;

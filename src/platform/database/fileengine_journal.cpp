@@ -3,11 +3,10 @@
 
 #include <QDeadlineTimer>
 #include <QThread>
-#include <algorithm>
-#include <iterator>
+#include <vector>
 
 #include "database/connectionprivate.h"
-#include "database/engineerror.h"
+#include "database/fileengine.h"
 #include "database/logrequest.h"
 #include "runtime/attempt.h"
 
@@ -37,25 +36,25 @@ constexpr std::chrono::milliseconds patience = 1s;
 
 }  // namespace
 
-void ConnectionCore::chooseJournal() {
+void FileEngine::chooseJournal() {
     run(catalogueProbe);
     // A file in a folder that can't be written can't change its journal, yet can be read.
-    QSqlQuery journal(database);
-    const bool shared = onNetwork || bearsNetworkMark();
-    logsAhead = journal.exec(shared ? u"PRAGMA journal_mode=DELETE"_s : u"PRAGMA journal_mode=WAL"_s) &&
-                journal.next() && journal.value(0).toString() == u"wal"_s;
+    QSqlQuery journal(m_database);
+    const bool shared = m_onNetwork || bearsNetworkMark();
+    m_logsAhead = journal.exec(shared ? u"PRAGMA journal_mode=DELETE"_s : u"PRAGMA journal_mode=WAL"_s) &&
+                  journal.next() && journal.value(0).toString() == u"wal"_s;
     journal.finish();
     // Beyond FULL: the removal of a rollback journal is durable, too, for one that came back would take the
     // last statement back.
     run(u"PRAGMA synchronous=EXTRA"_s);
-    if (!logsAhead)
+    if (!m_logsAhead)
         return;
     run(u"PRAGMA wal_autocheckpoint=%1"_s.arg(longestLog / number(u"PRAGMA page_size"_s)));
 }
 
-void ConnectionCore::leaveLogOverNetwork() {
-    LogRequest request(target);
-    const QDeadlineTimer deadline(busyTimeout);
+void FileEngine::leaveLogOverNetwork() {
+    LogRequest request(m_target);
+    const QDeadlineTimer deadline(busyTimeout());
     while (!leaveLog(deadline.hasExpired())) {
         request.renew();
         QThread::msleep(pause.count());
@@ -64,71 +63,64 @@ void ConnectionCore::leaveLogOverNetwork() {
 
 /// Exclusive locking from the first read on keeps the engine from making the memory that users of a log
 /// share; it fails where another connection has the log in use.
-bool ConnectionCore::leaveLog(bool lastAttempt) {
+bool FileEngine::leaveLog(bool lastAttempt) {
     try {
         openHandle(attemptTime, Locking::exclusive);
         run(catalogueProbe);
         QSqlQuery journal = run(u"PRAGMA journal_mode=DELETE"_s);
         if (!journal.next() || journal.value(0).toString() != u"delete"_s) {
-            throw failure(
+            throw describedFailure(
                 Kind::busy,
-                describeFailure(
-                    Kind::busy,
-                    u"The file is in use with a write-ahead log, which can't be shared over a network."_s));
+                u"The file is in use with a write-ahead log, which can't be shared over a network."_s);
         }
         journal.finish();
         if (!bearsNetworkMark()) {
             // A file that can only be read goes without.
-            QSqlQuery(database).exec(u"PRAGMA user_version=%1"_s.arg(networkMark));
+            QSqlQuery(m_database).exec(u"PRAGMA user_version=%1"_s.arg(networkMark));
         }
-        database.close();
+        m_database.close();
         return true;
     } catch (const DatabaseError& error) {
-        database.close();
+        m_database.close();
         if (lastAttempt || error.kind() != Kind::busy)
             throw;
         return false;
     }
 }
 
-bool ConnectionCore::bearsNetworkMark() {
+bool FileEngine::bearsNetworkMark() {
     return number(u"PRAGMA user_version"_s) == networkMark;
 }
 
-void ConnectionCore::leaveLogIfAsked() {
-    if (!logsAhead || !database.isOpen() || !LogRequest::isPending(target))
+void FileEngine::leaveLogIfAsked() {
+    if (!m_logsAhead || !m_database.isOpen() || !LogRequest::isPending(m_target))
         return;
     // The log would be read as that of whatever file is there now. The next press sees to that first.
     if (hasLeftPath())
         return;
-    std::vector<ConnectionCore*> sharing;
-    std::ranges::copy_if(openOnes(), std::back_inserter(sharing), [this](const ConnectionCore* connection) {
-        return connection->stamp.isSameFile(stamp);
-    });
-    for (ConnectionCore* connection : sharing)
-        connection->database.close();
+    std::vector<std::shared_ptr<FileEngine>> sharing = all();
+    std::erase_if(sharing, [this](const auto& engine) { return !engine->m_stamp.isSameFile(m_stamp); });
+    for (const auto& engine : sharing)
+        engine->m_database.close();
     const QDeadlineTimer deadline(patience);
     attempt([&] {
         while (!leaveLog(deadline.hasExpired()))
             QThread::msleep(pause.count());
     });
-    for (ConnectionCore* connection : sharing)
-        connection->openHandleAgain();
+    for (const auto& engine : sharing)
+        engine->openHandleAgain();
 }
 
-/// What is open on the connection stays so; a statement is prepared anew when it runs.
-void ConnectionCore::openHandleAgain() {
-    settled.reset();
+/// What is open on the connections stays so; a statement is prepared anew when it runs.
+void FileEngine::openHandleAgain() {
+    m_settled.reset();
     try {
-        openHandle(busyTimeout);
+        openHandle(busyTimeout());
         chooseJournal();
     } catch (const RuntimeError&) {
-        close();
+        for (ConnectionCore* connection : std::vector(connections))
+            connection->close();
     }
-}
-
-void Connection::leaveLogIfAsked() {
-    d->leaveLogIfAsked();
 }
 
 }  // namespace kovanix

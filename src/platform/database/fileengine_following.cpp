@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "database/connectionprivate.h"
-#include "database/engineerror.h"
+#include "database/fileengine.h"
 #include "database/filestamp.h"
 #include "runtime/attempt.h"
 
@@ -22,67 +22,67 @@ std::optional<FileStamp> FileStamp::of(const QString& path) {
 /// from now on.
 /// @param version  from ahead of the look at the log: what another till has written since then may still be
 /// in it, and gets into the file later
-void ConnectionCore::settle(qint64 version) {
-    const std::optional<FileStamp> now = FileStamp::of(path);
-    if (now && now->isSameFile(stamp))
-        settled = Settled{*now, *writes, version};
+void FileEngine::settle(qint64 version) {
+    const std::optional<FileStamp> now = FileStamp::of(m_path);
+    if (now && now->isSameFile(m_stamp))
+        m_settled = Settled{*now, *writes, version};
 }
 
 /// Whether somebody has written into the file past the engine, as a copy over it does. The engine doesn't see
 /// that: the log says that nothing has changed.
-bool ConnectionCore::isWrittenOver(const FileStamp& now) {
-    return settled && !settled->stamp.isUntouched(now) && settled->writes == *writes &&
-           settled->version == number(u"PRAGMA data_version"_s);
+bool FileEngine::isWrittenOver(const FileStamp& now) {
+    return m_settled && !m_settled->stamp.isUntouched(now) && m_settled->writes == *writes &&
+           m_settled->version == dataVersion();
 }
 
-bool ConnectionCore::hasLeftPath() const {
-    const std::optional<FileStamp> now = FileStamp::of(path);
-    return !now || !now->isSameFile(stamp);
+bool FileEngine::hasLeftPath() const {
+    const std::optional<FileStamp> now = FileStamp::of(m_path);
+    return !now || !now->isSameFile(m_stamp);
 }
 
 /// Empties the log into the file that is open. The log lies beside the path, so whoever opens another file
 /// there would read it as that file's.
-void ConnectionCore::emptyLog() {
+void FileEngine::emptyLog() {
     QSqlQuery emptied = run(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
     if (!emptied.next() || emptied.value(0).toInt() != 0)
-        throw failure(Kind::busy, describeFailure(Kind::busy, u"database is locked"_s));
+        throw describedFailure(Kind::busy, u"database is locked"_s);
 }
 
-void ConnectionCore::followFile() {
-    const std::optional<FileStamp> now = FileStamp::of(path);
-    const bool stays = now && now->isSameFile(stamp);
+void FileEngine::followFile(ConnectionCore& connection) {
+    const std::optional<FileStamp> now = FileStamp::of(m_path);
+    const bool stays = now && now->isSameFile(m_stamp);
     if (stays && !isWrittenOver(*now))
         return;
     // Where the file was written over, its log is empty already.
     if (!stays)
         emptyLog();
     if (!now)
-        throw failure(Kind::missing, describeFailure(Kind::missing, u"unable to open database file"_s));
-    reopen([this](const ConnectionCore& connection) { return connection.stamp.isSameFile(stamp); });
-    if (!database.isOpen())
-        open(connectionString);  // fails once more, and says why
+        throw describedFailure(Kind::missing, u"unable to open database file"_s);
+    reopen([this](const FileEngine& engine) { return engine.m_stamp.isSameFile(m_stamp); });
+    if (!connection.isOpen())
+        connection.openAgain();  // fails once more, and says why
 }
 
-void ConnectionCore::leaveReplacedFile() {
-    reopen([this](ConnectionCore& connection) {
-        const bool left = connection.path == path && connection.hasLeftPath();
+void FileEngine::leaveReplacedFile() {
+    reopen([this](FileEngine& engine) {
+        const bool left = engine.m_path == m_path && engine.hasLeftPath();
         if (left)
-            connection.emptyLog();
+            engine.emptyLog();
         return left;
     });
 }
 
-void ConnectionCore::reopen(const std::function<bool(ConnectionCore&)>& concerned) {
+void FileEngine::reopen(const std::function<bool(FileEngine&)>& concerned) {
     std::vector<ConnectionCore*> left;
-    for (ConnectionCore* connection : openOnes()) {
-        if (concerned(*connection))
-            left.push_back(connection);
+    for (const auto& engine : all()) {
+        if (concerned(*engine))
+            left.insert(left.end(), engine->connections.begin(), engine->connections.end());
     }
     // All leave the old file before one opens the new: the memory beside the log would be one for both files.
     for (ConnectionCore* connection : left)
         connection->close();
     for (ConnectionCore* connection : left)
-        attempt([&] { connection->open(connection->connectionString); });
+        attempt([&] { connection->openAgain(); });
 }
 
 }  // namespace kovanix

@@ -1,0 +1,266 @@
+#include "database/serverengine.h"
+
+#include <QHash>
+#include <QSqlResult>
+#include <utility>
+
+#include "database/connectionprivate.h"
+#include "database/driver/rowcursor.h"
+#include "database/serveraddress.h"
+#include "database/serverfailure.h"
+#include "runtime/attempt.h"
+
+namespace kovanix {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Kind = DatabaseError::Kind;
+
+constexpr std::chrono::milliseconds failedOpenCounts = 2s;
+constexpr int mostRetries = 3;
+
+// What a till's session is like. Parallel sums would add up in another order every time. A press ends with a
+// barrier of its own: see writeBarrier.
+const QString sessionSettings = QStringLiteral(
+    "-c client_min_messages=warning -c jit=off -c max_parallel_workers_per_gather=0 -c "
+    "synchronous_commit=off "
+    "-c standard_conforming_strings=on -c search_path=public");
+
+struct FailedOpen {
+    QElapsedTimer since;
+    DatabaseError error;
+};
+
+/// The opens that have failed of late, by data source and password.
+QHash<QString, FailedOpen>& failedOpens() {
+    static QHash<QString, FailedOpen> failed;
+    return failed;
+}
+
+QString tlsOptions(const ServerAddress& address) {
+    // Where Debian keeps the certificates of the machine's own authorities; the library looks elsewhere.
+    static const QString machinesOwn = u"/etc/ssl/certs/ca-certificates.crt"_s;
+    switch (address.tls) {
+        case ServerAddress::Tls::off:
+            return u"sslmode=disable"_s;
+        case ServerAddress::Tls::on:
+            return u"sslmode=require"_s;
+        case ServerAddress::Tls::full:
+            break;
+    }
+    QString root = address.rootCertificate.isEmpty() ? machinesOwn : address.rootCertificate;
+    return u"sslmode=verify-full;sslrootcert="_s + root.replace(u';', u"\\;"_s);
+}
+
+}  // namespace
+
+ServerEngine::ServerEngine(const ConnectionString& parts, std::chrono::milliseconds busyTimeout)
+    : DatabaseEngine(u"PostgreSQL"_s, busyTimeout), m_pointer(parts.dataSource), m_password(parts.password) {}
+
+DatabaseError ServerEngine::failure(const QSqlError& error) const {
+    m_state = error.nativeErrorCode();
+    const QString words = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    return describedFailure(kindOfServerFailure(m_state), words);
+}
+
+DatabaseError ServerEngine::describedFailure(Kind kind, const QString& words) const {
+    return plainFailure(kind, describeServerFailure(kind, words));
+}
+
+void ServerEngine::open() {
+    setUp();
+    connectToServer();
+}
+
+/// Tells the toolkit's connection where the server is and how to reach it.
+void ServerEngine::setUp() {
+    const QString driver = u"KOVANIXPSQL"_s;
+    requireDriver(driver);
+    const ServerAddress address = [this] {
+        try {
+            return ServerAddress::read(m_pointer);
+        } catch (const DatabaseError& error) {
+            throw plainFailure(error.kind(), error.description());
+        }
+    }();
+    addToolkitConnection(driver);
+    m_database.setHostName(address.hosts.join(u','));
+    m_database.setPort(address.port);
+    m_database.setDatabaseName(address.database);
+    m_database.setUserName(address.user);
+    m_database.setPassword(m_password);
+    m_database.setConnectOptions(
+        u"connect_timeout=5;tcp_user_timeout=5000;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=8000;target_session_attrs=read-write;options=%1 -c lock_timeout=%2;%3"_s
+            .arg(sessionSettings, QString::number(busyTimeout().count()), tlsOptions(address)));
+}
+
+void ServerEngine::connectToServer() {
+    const QString key = m_pointer + u'\n' + m_password;
+    const auto failed = failedOpens().constFind(key);
+    if (failed != failedOpens().cend() && failed->since.elapsed() < failedOpenCounts.count())
+        throw DatabaseError(failed->error);
+    try {
+        openHandle();
+        requireSuitableDatabase();
+        failedOpens().remove(key);
+        m_lastUse.start();
+    } catch (const DatabaseError& error) {
+        m_database.close();
+        FailedOpen open{{}, error};
+        open.since.start();
+        failedOpens().insert(key, open);
+        throw;
+    }
+}
+
+/// Only the locale C folds the letters A to Z and no others, as a file does; another one would find "I" by
+/// "ı" or sort by rules of its own.
+void ServerEngine::requireSuitableDatabase() {
+    QSqlQuery query =
+        run(u"SELECT pg_encoding_to_char(encoding), datcollate, datctype, EXISTS (SELECT 1 FROM pg_extension "
+            u"WHERE extname = 'citext') "
+            "FROM pg_database WHERE datname = current_database()"_s);
+    if (!query.next())
+        throw failure(query.lastError());
+    const auto isC = [](const QString& locale) { return locale == u"C"_s || locale == u"POSIX"_s; };
+    const QString encoding = query.value(0).toString();
+    const QString collation = query.value(1).toString();
+    const QString letters = query.value(2).toString();
+    if (encoding != u"UTF8"_s || !isC(collation) || !isC(letters)) {
+        throw plainFailure(
+            Kind::notADatabase,
+            u"Sunucudaki veritabanı kasaya uygun değil: UTF8 ve C diliyle (LOCALE 'C') oluşturulmalı, şimdi %1 ve %2"_s
+                .arg(encoding, collation == letters ? collation : collation + u", "_s + letters));
+    }
+    if (!query.value(3).toBool()) {
+        query.finish();
+        run(u"CREATE EXTENSION IF NOT EXISTS citext"_s);
+    }
+}
+
+/// After the connection was lost.
+void ServerEngine::openAgain() {
+    m_database.close();
+    schema.forget();
+    statements.clear();
+    connectToServer();
+}
+
+QSqlQuery ServerEngine::run(const QString& sql, const QVariantList& values) {
+    QSqlQuery query;
+    if (!prepare(query, sql, Use::once))
+        throw failure(query.lastError());
+    for (const QVariant& value : values)
+        query.addBindValue(value);
+    if (!query.exec())
+        throw failure(query.lastError());
+    return query;
+}
+
+bool ServerEngine::prepare(QSqlQuery& query, const QString& sql, Use use) {
+    query = QSqlQuery(m_database);
+    query.setForwardOnly(true);
+    auto* const cursor = query.result()->handle().value<engine::RowCursor*>();
+    if (use == Use::once && cursor)
+        cursor->prepareLate();
+    return query.prepare(sql);
+}
+
+void ServerEngine::executeWrite(QSqlQuery& query, const QString& sql) {
+    for (int retries = 0; !(sql.isEmpty() ? query.exec() : query.exec(sql)); ++retries) {
+        DatabaseError error = failure(query.lastError());
+        // The server has taken the statement back by itself. Within a transaction the others of it are gone
+        // with it.
+        if (!isServerConflict(m_state) || m_inTransaction || retries == mostRetries)
+            throw error;
+    }
+    wroteInPress = true;
+    if (m_presses == 0 && !m_inTransaction)
+        writeBarrier();
+}
+
+bool ServerEngine::readsAgain(const DatabaseError& failure, int attempts) {
+    if (m_inTransaction)
+        return false;
+    if (isServerConflict(m_state))
+        return attempts <= mostRetries;
+    if (attempts > 1)
+        return false;
+    if (failure.kind() == Kind::noSuchTable || failure.kind() == Kind::noSuchColumn) {
+        // Another till may have changed the tables.
+        schema.forget();
+        statements.clear();
+        return true;
+    }
+    // What this press has written may have gone with the server: the cashier is to hear of it.
+    if (failure.kind() != Kind::lost || isUnconfirmed())
+        return false;
+    openAgain();
+    return true;
+}
+
+void ServerEngine::wake() {
+    const bool rested = m_lastUse.elapsed() > restLength.count();
+    m_lastUse.start();
+    if ((isOpen() && !rested) || isUnconfirmed() || m_inTransaction)
+        return;
+    QSqlQuery question(m_database);
+    question.setForwardOnly(true);
+    if (!isOpen() || !question.exec(u"SELECT 1"_s))
+        openAgain();
+}
+
+void ServerEngine::prepareForPress(ConnectionCore& /*connection*/) {
+    attempt([this] { wake(); });  // a statement will say so
+}
+
+void ServerEngine::beginPress() {
+    if (m_presses++ == 0)
+        wroteInPress = false;
+}
+
+void ServerEngine::endPress() {
+    --m_presses;
+    if (std::exchange(wroteInPress, false))
+        writeBarrier();
+}
+
+/// A commit that surely writes and waits for the disk, and with it for all commits ahead of it: the last
+/// statement of a press may have found no row, and then waits for nothing.
+void ServerEngine::writeBarrier() {
+    run(u"SELECT set_config('synchronous_commit', 'on', true), pg_logical_emit_message(true, 'kovanix', '')"_s);
+}
+
+void ServerEngine::beginTransaction() {
+    run(u"BEGIN"_s);
+    m_inTransaction = true;
+}
+
+void ServerEngine::endTransaction(bool keep) {
+    m_inTransaction = false;
+    if (keep)
+        run(u"SET LOCAL synchronous_commit = on"_s);
+    run(keep ? u"COMMIT"_s : u"ROLLBACK"_s);
+}
+
+/// Every change has a number of its own there from its beginning to its end: as long as nobody begins or ends
+/// one, nothing changes.
+QByteArray ServerEngine::contentMark() {
+    QSqlQuery mark = run(u"SELECT pg_current_snapshot()::text"_s);
+    if (!mark.next())
+        throw failure(mark.lastError());
+    return mark.value(0).toString().toLatin1();
+}
+
+QVariant ServerEngine::fitting(const QVariant& value, const TableColumn& column) const {
+    const bool numeric = column.type == ColumnType::number || column.type == ColumnType::counter;
+    if (!numeric || value.typeId() != QMetaType::QString)
+        return value;
+    bool valid = false;
+    const double number = value.toString().trimmed().toDouble(&valid);
+    return valid ? QVariant(number) : QVariant();
+}
+
+}  // namespace kovanix
