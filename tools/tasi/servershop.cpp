@@ -170,7 +170,15 @@ QStringList findTables(Server& server, const QList<Table>& tables) {
 }
 
 void lockSchema(Server& server) {
-    server.execute(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(tableLock));
+    try {
+        server.execute(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(tableLock));
+    } catch (const ServerFailure& failure) {
+        if (failure.state() != "55P03")
+            throw;
+        throw Failure(
+            ExitCode::serverUnfit,
+            u"Bir kasa şu anda bu veritabanında tablo açıyor; bütün kasaları kapatın, yeniden deneyin."_s);
+    }
 }
 
 void prepareTypes(Server& server, const QList<Table>& tables) {
@@ -187,10 +195,9 @@ void prepareTypes(Server& server, const QList<Table>& tables) {
         }
     }
     for (const Table& table : tables) {
-        for (const QString& statement : dialect::domains(createStatement(table, Target::server))) {
-            const QString domain = statement.section(u' ', 2, 2);
-            if (server.value(u"SELECT to_regtype(%1)"_s.arg(serverText(domain))).isEmpty())
-                server.execute(statement);
+        for (const dialect::Domain& domain : dialect::domains(createStatement(table, Target::server))) {
+            if (server.value(u"SELECT to_regtype(%1)"_s.arg(serverText(domain.name))).isEmpty())
+                server.execute(domain.statement);
         }
     }
 }

@@ -59,7 +59,7 @@ MovingShop::MovingShop(const QString& password)
 
 MovingShop::~MovingShop() {
     if (sharedCluster()->isRunning())
-        sharedCluster()->dropDatabase(m_database);
+        sharedCluster()->rows(u"postgres"_s, u"DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(m_database));
 }
 
 void MovingShop::run(const QStringList& statements) const {

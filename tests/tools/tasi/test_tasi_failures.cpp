@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTest>
 
 #include "tasifixture.h"
@@ -246,6 +247,34 @@ private Q_SLOTS:
         QVERIFY(QDir(order.pointer + u".yarim"_s).removeRecursively());
         QVERIFY(moveToServer(order).finishedEarlier);
         QVERIFY(!QFileInfo::exists(shop.file()));
+    }
+
+    void aFullServerDiskLeavesNothing() {
+        const QTemporaryDir place;
+        const auto mount = [&place](const QString& options) {
+            return QProcess::execute(u"mount"_s,
+                                     {u"-t"_s, u"tmpfs"_s, u"-o"_s, options, u"tmpfs"_s, place.path()}) == 0;
+        };
+        constexpr uid_t serversUser = 65534;
+        if (::geteuid() != 0 || !mount(u"size=11m"_s))
+            QSKIP("mounting a small disk is refused here");
+        const auto unmount = qScopeGuard([&place] {
+            QProcess::execute(u"umount"_s, {u"-l"_s, place.path()});
+        });
+        QCOMPARE(::chown(qPrintable(place.path()), serversUser, serversUser), 0);
+        const MovingShop shop;
+        fill(shop);
+        sharedCluster()->rows(u"postgres"_s, u"CREATE TABLESPACE kucuk LOCATION '%1'"_s.arg(place.path()));
+        sharedCluster()->rows(u"postgres"_s,
+                              u"ALTER DATABASE %1 SET TABLESPACE kucuk"_s.arg(shop.database()));
+        const QByteArray before = bytes(shop.file());
+        QCOMPARE(codeOf([&] { moveToServer(shop.toServer()); }), ExitCode::failed);
+        QCOMPARE(bytes(shop.file()), before);
+        QVERIFY(shop.serverTables().isEmpty());
+        QVERIFY(mount(u"remount,size=64m"_s));
+        QCOMPARE(moveToServer(shop.toServer()).rows, 30001);
+        sharedCluster()->dropDatabase(shop.database());
+        sharedCluster()->rows(u"postgres"_s, u"DROP TABLESPACE kucuk"_s);
     }
 
     void theReportGoesWithAFailedMove() {

@@ -5,8 +5,12 @@
 #include <QFileInfo>
 #include <QTest>
 
+#include "data/baglanmamodulu.h"
+#include "data/schema.h"
 #include "ordinaryuser.h"
 #include "profile/profilefile.h"
+#include "tasi/server.h"
+#include "tasi/tables.h"
 #include "tasifixture.h"
 
 using namespace kovanix;
@@ -382,6 +386,58 @@ private Q_SLOTS:
         order.address = ServerAddress::read(shop.pointer());
         order.address->database = u"baska"_s;
         QCOMPARE(codeOf([&] { moveToServer(order); }), ExitCode::usage);
+    }
+
+    /// What a till finds there: its own tables, and nothing to be added to them.
+    void tillsGoOnOnTheServer() {
+        const MovingShop shop;
+        shop.run({u"INSERT INTO urunler (no, barkod, urun, satis) VALUES (3, '869', 'İğne', 0.1)"_s,
+                  u"INSERT INTO satislar (tarih, urun) VALUES ('2026-05-03 07:05:09', 'İğne')"_s});
+        const auto read = [](Connection& till) {
+            QStringList seen;
+            for (const QString& table : tillTables()) {
+                for (const TableColumn& column : till.shape(table).columns)
+                    seen.append(u"%1.%2 %3 %4"_s.arg(table, column.name,
+                                                     QString::number(static_cast<int>(column.type)),
+                                                     QString::number(column.width)));
+                RowWalk(till, u"SELECT * FROM "_s + table).forEach([&](const RowWalk::Row& row) {
+                    for (int i = 0; i < till.shape(table).columns.size(); ++i)
+                        seen.append(row.value(i).toString());
+                });
+            }
+            return seen;
+        };
+        Connection onFile;
+        onFile.open(DatabaseFile::connectionString(shop.file(), {}));
+        const QStringList before = read(onFile);
+        onFile.close();
+        moveToServer(shop.toServer());
+        const QString relations =
+            u"SELECT relname, relfilenode FROM pg_class WHERE relnamespace = "
+            "'public'::regnamespace ORDER BY 1"_s;
+        const QList<QStringList> made = shop.serverRows(relations);
+        Connection onServer;
+        onServer.open(DatabaseFile::connectionString(shop.pointer(), ServerCluster::password()));
+        QCOMPARE(read(onServer), before);
+        semahazir = false;
+        semakontrol(onServer);
+        QVERIFY(semahazir);
+        keepAccessPaths(onServer);
+        QCOMPARE(shop.serverRows(relations), made);
+        onServer.execute(u"INSERT INTO urunler (urun) VALUES ('yeni')"_s);
+        QCOMPARE(shop.serverRows(u"SELECT no FROM urunler WHERE urun = 'YENI'"_s),
+                 (QList<QStringList>{{u"4"_s}}));
+    }
+
+    /// Another till makes the tables of an empty database at this moment.
+    void waitsForATillThatMakesTables() {
+        const MovingShop shop;
+        Server till(ServerAddress::read(shop.pointer()), ServerCluster::password());
+        till.execute(u"SELECT pg_advisory_lock(4937304)"_s);
+        QCOMPARE(codeOf([&] { moveToServer(shop.toServer()); }), ExitCode::serverUnfit);
+        QVERIFY(shop.serverTables().isEmpty());
+        till.execute(u"SELECT pg_advisory_unlock(4937304)"_s);
+        QCOMPARE(codeOf([&] { moveToServer(shop.toServer()); }), ExitCode::done);
     }
 
     void refusesALocalFileInUse() {
