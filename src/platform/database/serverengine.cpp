@@ -159,7 +159,15 @@ QSqlQuery ServerEngine::run(const QString& sql, const QVariantList& values) {
     return query;
 }
 
+void ServerEngine::requireHandle() const {
+    if (isOpen())
+        return;
+    m_state = u"08006"_s;
+    throw describedFailure(Kind::lost, u"The connection to the database server is lost."_s);
+}
+
 bool ServerEngine::prepare(QSqlQuery& query, const QString& sql, Use use) {
+    requireHandle();
     query = QSqlQuery(m_database);
     query.setForwardOnly(true);
     auto* const cursor = query.result()->handle().value<engine::RowCursor*>();
@@ -169,6 +177,7 @@ bool ServerEngine::prepare(QSqlQuery& query, const QString& sql, Use use) {
 }
 
 void ServerEngine::executeWrite(QSqlQuery& query, const QString& sql) {
+    requireHandle();
     for (int retries = 0; !(sql.isEmpty() ? query.exec() : query.exec(sql)); ++retries) {
         DatabaseError error = failure(query.lastError());
         // The server has taken the statement back by itself. Within a transaction the others of it are gone

@@ -57,6 +57,8 @@ private:
     void connectToServer();
     void requireSuitableDatabase();
     void openAgain();
+    /// @throws DatabaseError (lost) where the connection was lost and is still
+    void requireHandle() const;
     void writeBarrier();
     /// Runs steps that stand or fall together, with no other till changing tables meanwhile.
     void changeAlone(const std::function<void()>& steps);
