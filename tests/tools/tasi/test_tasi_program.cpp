@@ -1,10 +1,14 @@
 // The program as a technician runs it: its words, its exit codes, where its passwords come from.
 
+#include <pty.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
+#include <array>
+#include <vector>
 
 #include "profile/profilefile.h"
 #include "tasifixture.h"
@@ -148,6 +152,40 @@ private Q_SLOTS:
         const Outcome outcome = runProgram({u"--sunucuya"_s, shop.file(), shop.pointer()});
         QCOMPARE(outcome.status, static_cast<int>(ExitCode::serverUnfit));
         QVERIFY(QFileInfo::exists(shop.file()));
+    }
+
+    void asksAtTheTerminalWithoutEcho() {
+        const MovingShop shop;
+        const std::array<QByteArray, 5> words{TASI_PROGRAM, "--sunucuya", shop.file().toUtf8(),
+                                              shop.pointer().toUtf8(), "--sunucu-parola"};
+        int terminal = -1;
+        const pid_t program = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (program == 0) {
+            std::vector<char*> arguments;
+            for (const QByteArray& word : words)
+                arguments.push_back(const_cast<char*>(word.constData()));
+            arguments.push_back(nullptr);
+            ::execv(arguments[0], arguments.data());
+            ::_exit(127);
+        }
+        QVERIFY(program > 0);
+        QByteArray shown;
+        bool answered = false;
+        std::array<char, 4096> bytes{};
+        for (ssize_t size = 0; (size = ::read(terminal, bytes.data(), bytes.size())) > 0;) {
+            shown.append(bytes.data(), size);
+            if (answered || !shown.contains(": "))
+                continue;
+            answered = true;
+            const QByteArray line = ServerCluster::password().toUtf8() + '\n';
+            QCOMPARE(::write(terminal, line.constData(), static_cast<std::size_t>(line.size())), line.size());
+        }
+        ::close(terminal);
+        int status = -1;
+        QCOMPARE(::waitpid(program, &status, 0), program);
+        QVERIFY2(WIFEXITED(status) && WEXITSTATUS(status) == 0, shown.constData());
+        QVERIFY(shown.startsWith("Sunucu parolası: "));
+        QVERIFY(!shown.contains(ServerCluster::password().toUtf8()));
     }
 
     void joinsASecondTill() {
