@@ -138,13 +138,15 @@ private Q_SLOTS:
     void pastes_data() {
         addRows<PasteRow>({{"no line end", {"ab|c", "x y", "abx y|c"}},
                            {"line feed", {"ab|c", "x\ny", "abx y|c"}},
-                           {"both", {"|", "x\r\ny", "x  y|"}},
+                           {"both", {"|", "x\r\ny", "x y|"}},
                            {"carriage return", {"|", "x\ry", "x y|"}},
-                           {"tab", {"|ab", "\t", " |ab"}},
-                           {"line separator", {"a|", "\u2028", "a |"}},
+                           {"tab", {"a|b", "\t", "a |b"}},
+                           {"tab ahead of all", {"|ab", "\t", "|ab"}},
+                           {"line separator", {"a|b", "\u2028", "a |b"}},
+                           {"line end behind all", {"a|", "\u2028", "a|"}},
                            {"paragraph separator", {"a|b", "x\u2029", "ax |b"}},
                            {"letters into digits", {"1|2", "a\nb", "1a b|2"}},
-                           {"nothing but line ends", {"|", "\n\n\n", "   |"}}});
+                           {"nothing but line ends", {"|", "\n\n\n", "|"}}});
     }
     void pastes() {
         QFETCH(const PasteRow, row);

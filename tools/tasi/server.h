@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "database/serveraddress.h"
+#include "failure.h"
+
+struct pg_conn;
+struct pg_result;
+
+namespace kovanix::tasi {
+
+/// What the server, or the way to it, has refused.
+class ServerFailure : public Failure {
+public:
+    ServerFailure(ExitCode code, const QString& words, const QByteArray& state)
+        : Failure(code, words), m_state(state) {}
+    /// The SQLSTATE; empty where the connection was lost.
+    const QByteArray& state() const { return m_state; }
+
+private:
+    QByteArray m_state;
+};
+
+/// A connection to the shop's server, through its own library: rows go over in the server's bulk form.
+/// Every operation throws a ServerFailure.
+class Server {
+public:
+    /// @param password  empty where the server asks for none, or the library is to find it by itself
+    Server(const ServerAddress& address, const QString& password);
+
+    /// Runs statements that give no rows.
+    void execute(const QString& sql);
+    /// The rows of a statement, as texts. A null field is a null text.
+    QList<QStringList> rows(const QString& sql);
+    /// The only field of the only row; null where there is no row.
+    QString value(const QString& sql);
+
+    /// Sends what a COPY … FROM STDIN takes.
+    void beginCopyIn(const QString& sql);
+    void send(std::string_view bytes);
+    /// @return how many rows the server has taken
+    qint64 endCopyIn();
+
+    /// Begins a COPY … TO STDOUT.
+    void beginCopyOut(const QString& sql);
+    /// The next message of it, which holds one row; nothing at the end. Gone with the next.
+    std::optional<std::string_view> receive();
+
+private:
+    struct Closer {
+        void operator()(pg_conn* connection) const;
+    };
+    struct Clearer {
+        void operator()(pg_result* result) const;
+    };
+    struct Freer {
+        void operator()(char* memory) const;
+    };
+    using Result = std::unique_ptr<pg_result, Clearer>;
+
+    Result run(const QString& sql, int expected);
+    void finishCommand(qint64* rows);
+    [[noreturn]] void fail(const Result& result) const;
+
+    std::unique_ptr<pg_conn, Closer> m_connection;
+    std::unique_ptr<char, Freer> m_message;
+};
+
+/// A text between single quotes.
+QString serverText(const QString& text);
+
+}  // namespace kovanix::tasi

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include "database/dialect.h"
+#include "database/tableshape.h"
+
+namespace kovanix::tasi {
+
+/// As what a column's cells stand on the server.
+enum class Form : quint8 {
+    number,  ///< double precision
+    whole,   ///< 64-bit whole numbers: counters, and columns of a shop's own that hold nothing else
+    text,
+    moment,  ///< text "yyyy-MM-dd HH:mm:ss"
+    bytes,   ///< columns of a shop's own that hold nothing but bytes
+};
+
+struct Column {
+    QString name;
+    ColumnType type = ColumnType::text;
+    int width = 0;  ///< of a text column in characters, 0 where none was declared
+    Form form = Form::text;
+};
+
+/// A table that is moved.
+struct Table {
+    QString name;
+    QList<Column> columns;
+    QString order;     ///< SQL that gives the rows in order of entry; empty for the table's own order
+    int counter = -1;  ///< place of the counter; -1 for none
+    qint64 rows = 0;
+    qint64 lastNumber = 0;  ///< the highest number that the counter has ever given
+};
+
+/// Something of a shop that isn't moved, or isn't as a till makes it: a line of the report.
+struct Notice {
+    QString table;
+    QString words;
+};
+
+/// The type that a column of a database file was declared with.
+ColumnType declaredType(const QString& declared);
+
+/// The tables that a till makes, in its order.
+const QStringList& tillTables();
+/// Whether a till knows that column of that table.
+bool isTillColumn(const QString& table, const QString& column);
+
+/// The type in the modules' SQL with which a till makes a column ("COUNTER", "TEXT(50)", "DOUBLE"); of a
+/// column of the shop's own that needs another one the engine's type.
+QString moduleType(const Column& column, dialect::Target target);
+
+/// The statement in the modules' SQL that makes a table.
+QString createStatement(const Table& table, dialect::Target target);
+
+}  // namespace kovanix::tasi
