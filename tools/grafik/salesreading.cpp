@@ -1,6 +1,9 @@
 #include "grafik/salesreading.h"
 
+#include <QFileInfo>
+
 #include "data/baglanmamodulu.h"
+#include "database/databaseerror.h"
 #include "database/rowwalk.h"
 #include "values/dates.h"
 
@@ -99,6 +102,8 @@ SalesPicture readSales(Connection& connection, const DayRange& range, const Work
 }
 
 SalesPicture readShop(const DayRange& range, const WorkProgress& progress) {
+    if (const QString file = veritabaniyolu(); !QFileInfo(file).isFile())
+        throw DatabaseError(DatabaseError::Kind::missing, u"Dükkân bulunamadı: "_s + file);
     Connection connection;
     connection.open(baglantimetnial());
     return readSales(connection, range == anyDay() ? soldDays(connection) : range, progress);
