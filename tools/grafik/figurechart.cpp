@@ -21,6 +21,10 @@ namespace {
 
 constexpr double barShare = 0.8;  // of a row's strip
 constexpr double lineHeight = 1.6;
+// In heights of a line.
+constexpr double edge = 0.4;
+constexpr double gap = 0.4;  // between a label and what it is of
+constexpr double cardWidth = 13;
 constexpr int ticksWanted = 5;
 constexpr double largestAmount = 1e15;
 
@@ -81,7 +85,6 @@ FigureChart::FigureChart() {
     setBackgroundVisible(false);
     setMargins({});
     legend()->hide();
-    // Of the toolkit's own things, only the bars and the lines of the grid.
     setAnimationOptions(NoAnimation);
 }
 
@@ -117,8 +120,8 @@ void FigureChart::makeBars() {
     auto* turnover = new QBarSet(u"Tutar"_s);
     auto* profit = new QBarSet(u"Kazanç"_s);
     const auto add = [&](const FigureRow& row) {
-        turnover->append(barLength(row.amounts.turnover));
-        profit->append(barLength(row.amounts.profit));
+        turnover->append(row.isRest ? 0 : barLength(row.amounts.turnover));
+        profit->append(row.isRest ? 0 : barLength(row.amounts.profit));
     };
     turnover->setColor(roleColor(turnoverColor));
     profit->setColor(roleColor(profitColor));
@@ -140,14 +143,12 @@ void FigureChart::makeBars() {
 
     auto* amounts = new QValueAxis;
     amounts->setRange(m_ticks.least, m_ticks.most());
-    amounts->setTickCount(m_ticks.count);
     auto* places = new QValueAxis;
     places->setRange(-0.5, static_cast<double>(m_table.rows.size()) - 0.5);
-    places->setGridLineVisible(false);
     for (QValueAxis* axis : {amounts, places}) {
         axis->setLabelsVisible(false);
         axis->setLineVisible(false);
-        axis->setGridLinePen(QPen(roleColor(ColorRole::rowLine), 1));
+        axis->setGridLineVisible(false);
     }
     addAxis(amounts, isLying() ? Qt::AlignBottom : Qt::AlignLeft);
     addAxis(places, isLying() ? Qt::AlignLeft : Qt::AlignBottom);
@@ -160,6 +161,8 @@ void FigureChart::findTicks() {
     double least = 0;
     double most = 0;
     for (const FigureRow& row : m_table.rows) {
+        if (row.isRest)
+            continue;
         for (const Sum* sum : {&row.amounts.turnover, &row.amounts.profit}) {
             least = std::min(least, barLength(*sum));
             most = std::max(most, barLength(*sum));
@@ -202,7 +205,7 @@ void FigureChart::layOut() {
     }
     // Half an amount may stand beyond the right end of a lying axis.
     const double right = isLying() ? metrics.horizontalAdvance(tickText(m_ticks.count - 1)) / 2 : 0;
-    setPlotArea(rect().adjusted(left + pixels(0.5), line, -right - pixels(0.3), -line));
+    setPlotArea(rect().adjusted(left + pixels(edge + gap), line, -right - pixels(edge), -line));
     update();
 }
 
@@ -251,8 +254,23 @@ void FigureChart::paintUnder(QPainter& painter) const {
     paintLegend(painter);
     if (m_table.rows.empty())
         return;
+    paintGrid(painter);
     paintAmounts(painter);
     paintNames(painter);
+}
+
+void FigureChart::paintGrid(QPainter& painter) const {
+    const QRectF area = plotArea();
+    painter.setPen(QPen(roleColor(ColorRole::edge), 1));
+    for (int tick = 0; tick < m_ticks.count; ++tick) {
+        const double share = static_cast<double>(tick) / (m_ticks.count - 1);
+        const double x = area.left() + share * area.width();
+        const double y = area.bottom() - share * area.height();
+        if (isLying())
+            painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+        else
+            painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
+    }
 }
 
 void FigureChart::paintLegend(QPainter& painter) const {
@@ -282,7 +300,7 @@ void FigureChart::paintAmounts(QPainter& painter) const {
         const double width = metrics.horizontalAdvance(text);
         if (!isLying()) {
             const double y = area.bottom() - share * area.height();
-            painter.drawText(QRectF(0, y - metrics.height(), area.left() - pixels(0.4), metrics.height() * 2),
+            painter.drawText(QRectF(0, y - metrics.height(), area.left() - pixels(gap), metrics.height() * 2),
                              Qt::AlignRight | Qt::AlignVCenter, text);
             continue;
         }
@@ -303,16 +321,16 @@ void FigureChart::paintNames(QPainter& painter) const {
         const QRectF place = strip(row);
         const QString& label = m_table.rows[static_cast<std::size_t>(row)].label;
         if (isLying()) {
-            const double room = place.left() - pixels(0.4);
+            const double room = place.left() - pixels(gap);
             painter.drawText(QRectF(0, place.top(), room, place.height()),
                              Qt::AlignRight | Qt::AlignVCenter | Qt::TextDontClip,
-                             metrics.elidedText(label, Qt::ElideRight, room));
+                             metrics.elidedText(label, Qt::ElideRight, room - pixels(edge)));
             continue;
         }
         // Every second, third … label where not all have room.
         const double width = metrics.horizontalAdvance(label);
-        const double x =
-            std::clamp(place.center().x() - width / 2, 0.0, std::max(0.0, size().width() - width));
+        const double x = std::clamp(place.center().x() - width / 2, 0.0,
+                                    std::max(0.0, size().width() - pixels(edge) - width));
         if (x < end)
             continue;
         painter.drawText(QRectF(x, place.bottom(), width + 1, size().height() - place.bottom()),
@@ -334,15 +352,31 @@ void FigureChart::paintOver(QPainter& painter) const {
         const double y = area.bottom() - share * area.height();
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     }
+    for (int row = 0; row < static_cast<int>(m_table.rows.size()); ++row) {
+        if (m_table.rows[static_cast<std::size_t>(row)].isRest)
+            paintRest(painter, row);
+    }
     if (m_chosen >= 0)
         paintCard(painter);
+}
+
+void FigureChart::paintRest(QPainter& painter, int row) const {
+    const QRectF place = strip(row);
+    const Amounts& amounts = m_table.rows[static_cast<std::size_t>(row)].amounts;
+    painter.fillRect(place.adjusted(1, 1, 0, 0),
+                     roleColor(m_chosen == row ? ColorRole::selection : ColorRole::card));
+    painter.setPen(roleColor(ColorRole::ink));
+    const QRectF room = place.adjusted(pixels(0.4), 0, 0, 0);
+    const QString text = lira(amounts.turnover) + u", kazanç " + lira(amounts.profit);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
+                     QFontMetricsF(m_font).elidedText(text, Qt::ElideRight, room.width()));
 }
 
 /// The chosen row's whole name and its figures, beside its bars.
 void FigureChart::paintCard(QPainter& painter) const {
     const FigureRow& row = m_table.rows[static_cast<std::size_t>(m_chosen)];
     const double margin = pixels(0.6);
-    const double width = std::min<double>(pixels(15), size().width());
+    const double width = std::min<double>(pixels(cardWidth), size().width());
     const double room = width - 2 * margin;
     QFont bold = m_font;
     bold.setWeight(QFont::Medium);

@@ -9,9 +9,10 @@
 namespace kovanix {
 
 /// The bars of one table: turnover and profit beside each other, upright by day and by hour, lying by product
-/// with the best seller on top. What stands around them is painted in the till's look: a legend, the amounts
-/// along the axis, as many labels as have room. One bar can be chosen; its full name and its exact figures
-/// stand beside it then.
+/// with the best seller on top. The other products together would dwarf each of them: their sums are
+/// written where their bars would be. What stands around them is painted in the till's look: a legend, the
+/// amounts along the axis, as many labels as have room. One bar can be chosen; its full name and its exact
+/// figures stand beside it then.
 class FigureChart : public QChart {
     Q_OBJECT
 
@@ -56,9 +57,11 @@ private:
 
     void paintUnder(QPainter& painter) const;
     void paintOver(QPainter& painter) const;
+    void paintGrid(QPainter& painter) const;
     void paintLegend(QPainter& painter) const;
     void paintAmounts(QPainter& painter) const;
     void paintNames(QPainter& painter) const;
+    void paintRest(QPainter& painter, int row) const;
     void paintCard(QPainter& painter) const;
 
     FigureTable m_table;

@@ -96,7 +96,7 @@ QString twoDigits(int number) {
 
 void addUnreadable(FigureTable& table, const QString& name, const Amounts& amounts) {
     if (amounts.lines > 0)
-        table.rows.push_back({u"?"_s, name, {}, amounts, {}});
+        table.rows.push_back({u"?"_s, name, {}, amounts, false, {}});
 }
 
 QString number(double value, QStringView pattern) {
@@ -233,6 +233,7 @@ FigureTable withRest(const FigureTable& table, std::size_t first) {
     if (count == table.rows.size())
         return shown;
     FigureRow rest;
+    rest.isRest = true;
     rest.name = u"Diğer ürünler (%1)"_s.arg(format(static_cast<double>(table.rows.size() - count), u"#,##0"));
     rest.label = rest.name;
     for (std::size_t i = count; i < table.rows.size(); ++i)

@@ -9,9 +9,12 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 #include "grafik/figuremodel.h"
 #include "widgets/face.h"
+#include "widgets/fittedtext.h"
 #include "widgets/gridcell.h"
 #include "widgets/look.h"
 
@@ -24,6 +27,7 @@ namespace {
 // At the design size.
 constexpr int designRow = 44;
 constexpr int smallestRow = 40;
+constexpr int headingSize = 14;
 constexpr int padding = 8;
 constexpr int barWidth = 5;
 
@@ -106,24 +110,32 @@ void FigureView::layOut() {
     verticalHeader()->setDefaultSectionSize(std::max(smallestRow, qRound(designRow * scale)));
     verticalScrollBar()->setStyleSheet(scrollBarStyle(scale));
     horizontalHeader()->setFixedHeight(std::max(smallestRow, qRound(designRow * scale)));
+    const int headingPixels = std::max(FittedText::smallestLegible, qRound(headingSize * scale));
     horizontalHeader()->setStyleSheet(
         u"QHeaderView { background: %1; } QHeaderView::section { background: %1; color: %2; border: none; "
-        u"padding: 0 %3px; }"_s
+        u"padding: 0 %3px; font-size: %4px; font-weight: 500; }"_s
             .arg(roleColor(ColorRole::heading).name(), roleColor(ColorRole::headingInk).name())
-            .arg(qRound(padding * scale)));
+            .arg(qRound(padding * scale))
+            .arg(headingPixels));
     QFont wide = font();
     wide.setWeight(QFont::Medium);  // as the chosen row's
     const QFontMetrics metrics(wide);
-    int left = viewport()->width();
-    for (int column = 1; column < m_model->columnCount(); ++column) {
+    const int columns = m_model->columnCount();
+    std::vector<int> widths(static_cast<std::size_t>(columns), 0);
+    for (int column = 1; column < columns; ++column) {
         int width = metrics.horizontalAdvance(
             m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
         for (int row = 0; row < m_model->rowCount(); ++row)
             width = std::max(width, metrics.horizontalAdvance(m_model->index(row, column).data().toString()));
-        width += 2 * qRound(padding * scale) + 2;
-        // The names keep a third; a number that is too wide then gets smaller letters.
-        constexpr double most = 2.0 / 3 / 3;
-        width = std::min(width, std::max(qRound(viewport()->width() * most), 1));
+        widths[static_cast<std::size_t>(column)] = width + 2 * qRound(padding * scale) + 2;
+    }
+    // The names keep a third; numbers that are too wide then get smaller letters.
+    const int all = viewport()->width();
+    const int wanted = std::accumulate(widths.begin(), widths.end(), 0);
+    const double share = std::min(1.0, all * 2.0 / 3 / wanted);
+    int left = all;
+    for (int column = 1; column < columns; ++column) {
+        const int width = static_cast<int>(widths[static_cast<std::size_t>(column)] * share);
         setColumnWidth(column, width);
         left -= width;
     }

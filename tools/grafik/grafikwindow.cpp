@@ -151,14 +151,14 @@ void GrafikWindow::addFigures() {
     m_places = new QStackedWidget;
     m_chart = new ChartView;
     m_chart->setObjectName(u"grafik"_s);
-    m_chart->setProperty("textRole", u"caption"_s);
+    m_chart->setProperty("textRole", u"heading"_s);
     m_places->addWidget(m_chart);
     auto* none = new EmptyPlace;
     none->setPicture(u":/icons/reports.svg"_s);
     none->setText(u"Bu aralıkta satış yok"_s);
     m_places->addWidget(none);
-    constexpr int chartShare = 3;
-    constexpr int tableShare = 2;
+    constexpr int chartShare = 11;
+    constexpr int tableShare = 9;
     addCard(*m_places, chartShare);
     m_figures = new FigureView;
     m_figures->setObjectName(u"rakamlar"_s);
