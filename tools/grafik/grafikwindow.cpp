@@ -259,8 +259,11 @@ void GrafikWindow::print() {
 
 void GrafikWindow::saveImage() {
     const auto day = [](QDate date) { return date.toString(u"yyyy-MM-dd"_s); };
-    const QString path = drivePath(u"C:\\kovanix\\grafik %1 %2 %3.png"_s.arg(
-        fileWord(m_division), day(m_picture.range.first), day(m_picture.range.last)));
+    // An empty shop has no days.
+    const QString name =
+        u"grafik %1 %2 %3"_s.arg(fileWord(m_division), day(m_picture.range.first), day(m_picture.range.last))
+            .simplified();
+    const QString path = drivePath(u"C:\\kovanix\\"_s + name + u".png");
     QDir().mkpath(QFileInfo(path).path());
     try {
         writeImage(m_picture, m_division, path);
