@@ -20,13 +20,13 @@ namespace {
 
 constexpr int notWritten = 75;  // as any program that can't reach a file
 constexpr QSize imageSize(1600, 1000);
+constexpr int margin = 40;
 constexpr double twipsPerPoint = 20;
 constexpr double pageMargin = 36;    // points
 constexpr double sheetHeight = 400;  // of the drawing on a printed page, in points
 
 /// Paints title, range, sums and chart into a rectangle as wide as imageSize, whatever its height.
 void paintSheet(QPainter& painter, const SalesPicture& picture, Division division, QSize size) {
-    constexpr int margin = 40;
     constexpr int titleSize = 44;
     constexpr int textSize = 26;
     constexpr int lineHeight = 60;
@@ -96,7 +96,6 @@ PrintTable printTable(const SalesPicture& picture, FigureTable table) {
 PrintInfo printInfo(double top, const QString& header) {
     PrintInfo info;
     info.pageHeader = header;
-    info.pageFooter = u"\\t\\t\\p / \\P"_s;
     info.repeatColumnHeaders = true;
     info.margins = QMarginsF(pageMargin, top, pageMargin, pageMargin) * twipsPerPoint;
     return info;
@@ -145,9 +144,10 @@ void printSheet(const SalesPicture& picture, Division division) {
     const double dotsPerPoint = job.device().logicalDpiX() / 72.0;
 
     painter.save();
-    const double scale = (points.width() - 2 * pageMargin) / imageSize.width();
+    // Its title and its bars stand above the table's edges.
+    const double scale = (points.width() - 2 * pageMargin) / (imageSize.width() - 2 * margin);
     painter.scale(dotsPerPoint, dotsPerPoint);
-    painter.translate(pageMargin, pageMargin);
+    painter.translate(pageMargin - margin * scale, pageMargin);
     painter.scale(scale, scale);
     paintSheet(painter, picture, division, QSize(imageSize.width(), static_cast<int>(sheetHeight / scale)));
     painter.restore();
@@ -156,7 +156,9 @@ void printSheet(const SalesPicture& picture, Division division) {
     GridPages pages(table, printInfo(pageMargin + sheetHeight, {}), points);
     const bool onePage = pages.pageCount() == 1;
     if (!onePage)
-        pages = GridPages(table, printInfo(pageMargin, drawingTitle(division)), points);
+        pages = GridPages(
+            table, printInfo(pageMargin, drawingTitle(division) + u"\\t\\t" + rangeText(picture.range)),
+            points);
     for (int page = 0; page < pages.pageCount(); ++page) {
         if (!onePage)
             job.nextPage();

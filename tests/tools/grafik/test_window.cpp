@@ -249,16 +249,17 @@ private Q_SLOTS:
     }
 
     void prints_data() {
-        addRows<PrintRow>({{"on one page",
-                            {u"gun"_s,
-                             1,
-                             {u"Günlere göre satışlar"_s, u"22 Kasım 2026 Pazar"_s,
-                              u"22.11.2026 Pazar 1 5,00 -1,00"_s, u"Toplam 1 5,00 -1,00"_s}}},
-                           {"table behind the chart",
-                            {u"saat"_s,
-                             2,
-                             {u"Saatlere göre satışlar"_s, u"09:00 – 09:59 1 5,00 -1,00"_s,
-                              u"23:00 – 23:59 0 0,00 0,00"_s}}}});
+        addRows<PrintRow>(
+            {{"on one page",
+              {u"gun"_s,
+               1,
+               {u"Günlere göre satışlar"_s, u"22 Kasım 2026 Pazar"_s, u"22.11.2026 Pazar 1 5,00 -1,00"_s,
+                u"Toplam 1 5,00 -1,00"_s}}},
+             {"table behind the chart",
+              {u"saat"_s,
+               2,
+               {u"Saatlere göre satışlar"_s, u"09:00 – 09:59 1 5,00 -1,00"_s,
+                u"Saatlere göre satışlar 22 Kasım 2026 Pazar\nSaat"_s, u"23:00 – 23:59 0 0,00 0,00"_s}}}});
     }
     void prints() {
         QFETCH(const PrintRow, row);
