@@ -261,13 +261,16 @@ void FigureChart::paintUnder(QPainter& painter) const {
 
 void FigureChart::paintGrid(QPainter& painter) const {
     const QRectF area = plotArea();
+    // Sums that are written stand on no scale.
+    const bool hasRest = m_table.rows.back().isRest;
+    const double bottom = hasRest ? strip(static_cast<int>(m_table.rows.size()) - 1).top() : area.bottom();
     painter.setPen(QPen(roleColor(ColorRole::edge), 1));
     for (int tick = 0; tick < m_ticks.count; ++tick) {
         const double share = static_cast<double>(tick) / (m_ticks.count - 1);
         const double x = area.left() + share * area.width();
         const double y = area.bottom() - share * area.height();
         if (isLying())
-            painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+            painter.drawLine(QPointF(x, area.top()), QPointF(x, bottom));
         else
             painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     }
@@ -352,10 +355,8 @@ void FigureChart::paintOver(QPainter& painter) const {
         const double y = area.bottom() - share * area.height();
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     }
-    for (int row = 0; row < static_cast<int>(m_table.rows.size()); ++row) {
-        if (m_table.rows[static_cast<std::size_t>(row)].isRest)
-            paintRest(painter, row);
-    }
+    if (m_table.rows.back().isRest)
+        paintRest(painter, static_cast<int>(m_table.rows.size()) - 1);
     if (m_chosen >= 0)
         paintCard(painter);
 }
@@ -363,8 +364,6 @@ void FigureChart::paintOver(QPainter& painter) const {
 void FigureChart::paintRest(QPainter& painter, int row) const {
     const QRectF place = strip(row);
     const Amounts& amounts = m_table.rows[static_cast<std::size_t>(row)].amounts;
-    painter.fillRect(place.adjusted(1, 1, 0, 0),
-                     roleColor(m_chosen == row ? ColorRole::selection : ColorRole::card));
     painter.setPen(roleColor(ColorRole::ink));
     const QRectF room = place.adjusted(pixels(0.4), 0, 0, 0);
     const QString text = lira(amounts.turnover) + u", kazanç " + lira(amounts.profit);

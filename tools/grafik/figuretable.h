@@ -35,7 +35,7 @@ struct FigureRow {
     QString name;     ///< in full: "21.11.2026 Cumartesi", "09:00 – 09:59"
     QString barcode;  ///< of a product that has one
     Amounts amounts;
-    bool isRest = false;  ///< what all rows that aren't shown come to
+    bool isRest = false;  ///< the last row: what all that aren't shown come to
     /// The moments, both within, over which the sales report adds up the same lines; nothing where it can't.
     struct Span {
         QDateTime from;
