@@ -75,7 +75,7 @@ void nameStep(FigureRow& row, const Step& step, QDate begin) {
             break;
         case Step::Unit::month:
             row.name = monthText(begin);
-            row.label = row.name.left(3) + u' ' + row.name.right(2);
+            row.label = row.name.left(3) + u" ’" + row.name.right(2);
             break;
         case Step::Unit::year:
             row.label = QString::number(begin.year());

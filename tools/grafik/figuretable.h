@@ -31,7 +31,7 @@ enum class Division { day, hour, product };
 
 /// One bar, and one row of the table beside it.
 struct FigureRow {
-    QString label;    ///< short, for an axis: "21.11", "Kas 26", "2026", "09", a product's name
+    QString label;    ///< short, for an axis: "21.11", "Kas ’26", "2026", "09", a product's name
     QString name;     ///< in full: "21.11.2026 Cumartesi", "09:00 – 09:59"
     QString barcode;  ///< of a product that has one
     Amounts amounts;
