@@ -11,17 +11,27 @@ void Sum::add(double value) {
     const double sum = m_sum + value;
     m_lost += std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
     m_sum = sum;
+    m_plain += value;
     m_absolute += std::abs(value);
     ++m_count;
 }
 
 Sum& Sum::operator+=(const Sum& other) {
+    if (other.m_count == 0)
+        return *this;
+    if (m_count == 0) {
+        *this = other;
+        m_settled = false;  // more may come
+        return *this;
+    }
     const double absolute = m_absolute + other.m_absolute;
     const qint64 count = m_count + other.m_count;
     add(other.m_sum);
     add(other.m_lost);
     m_absolute = absolute;
     m_count = count;
+    m_isInOrder = false;
+    m_settled = false;
     return *this;
 }
 
@@ -30,8 +40,13 @@ double Sum::doubt() const {
     return static_cast<double>(m_count) * std::numeric_limits<double>::epsilon() * m_absolute;
 }
 
-bool Sum::isCertain() const {
-    return m_settled || roundedToCents(value() - doubt()) == roundedToCents(value() + doubt());
+bool Sum::isCertain(bool inOrder) const {
+    if (m_settled)
+        return true;
+    // A reader that adds with care gets the one, any other the other.
+    if (inOrder && m_isInOrder)
+        return roundedToCents(value()) == roundedToCents(m_plain);
+    return roundedToCents(value() - doubt()) == roundedToCents(value() + doubt());
 }
 
 void Sum::settle(double report) {

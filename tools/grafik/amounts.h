@@ -12,9 +12,11 @@ public:
 
     double value() const { return m_settled ? m_report : m_sum + m_lost; }
 
-    /// Whether the kuruş of the sum is the same in whichever order, and however plainly, its values are added
-    /// up: else two readers of the same rows can differ by one.
-    bool isCertain() const;
+    /// Whether whoever adds the same values up gets the same kuruş, however plainly: else two readers of the
+    /// same rows can differ by one.
+    /// @param inOrder  whether everybody comes across the values in the order in which they were added here;
+    /// else in whichever order
+    bool isCertain(bool inOrder) const;
     /// Takes the sum that the sales report shows, so that both show the same kuruş. One that is further off
     /// than additions can be is that of other rows (somebody sells meanwhile) and is left.
     void settle(double report);
@@ -23,8 +25,10 @@ private:
     double doubt() const;
 
     double m_sum = 0;
-    double m_lost = 0;      // what the additions to m_sum have rounded off
-    double m_absolute = 0;  // the sum without signs
+    double m_plain = 0;       // added without care
+    bool m_isInOrder = true;  // value by value, not from sums
+    double m_lost = 0;        // what the additions to m_sum have rounded off
+    double m_absolute = 0;    // the sum without signs
     qint64 m_count = 0;
     double m_report = 0;
     bool m_settled = false;
@@ -38,7 +42,7 @@ struct Amounts {
     qint64 lines = 0;
 
     Amounts& operator+=(const Amounts& other);
-    bool isCertain() const { return turnover.isCertain() && profit.isCertain(); }
+    bool isCertain(bool inOrder) const { return turnover.isCertain(inOrder) && profit.isCertain(inOrder); }
 };
 
 }  // namespace kovanix

@@ -51,6 +51,10 @@ void addTo(Amounts& amounts, const SoldLine& line) {
 }  // namespace
 
 void SalesFigures::add(const SoldLine& line) {
+    if (line.moment != m_lastMoment) {
+        m_inOrder = m_inOrder && line.moment > m_lastMoment;
+        m_lastMoment = line.moment;
+    }
     addTo(m_total, line);
     addTo(day(line.moment), line);
     addTo(hour(line.moment), line);

@@ -44,6 +44,8 @@ public:
     const std::array<Amounts, hours>& byHour() const { return m_hours; }
     /// In the order in which they were first sold.
     const std::vector<Product>& products() const { return m_products; }
+    /// Whether each line was sold at the moment of the one before, or later.
+    bool isInOrder() const { return m_inOrder; }
     /// Lines whose moment is no day, respectively tells no hour.
     const Amounts& withoutDay() const { return m_withoutDay; }
     const Amounts& withoutHour() const { return m_withoutHour; }
@@ -65,6 +67,8 @@ private:
     Amounts m_withoutHour;
     std::vector<Product> m_products;
     std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> m_places;
+    bool m_inOrder = true;
+    std::string m_lastMoment;
     std::string m_lastDay;             // lines of a day follow one another
     Amounts* m_lastAmounts = nullptr;  // its own
 };

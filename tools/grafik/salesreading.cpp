@@ -26,8 +26,10 @@ FigureRow::Span spanOf(const DayRange& range) {
 }
 
 /// Asks for sums as the sales report does where their kuruş isn't certain.
-void settle(Connection& connection, Amounts& amounts, const FigureRow::Span& span) {
-    if (amounts.isCertain())
+/// @param inOrder  whether the lines came in the order of their moments: then the engine comes across them in
+/// that order, too, by the table or by its index
+void settle(Connection& connection, Amounts& amounts, bool inOrder, const FigureRow::Span& span) {
+    if (amounts.isCertain(inOrder))
         return;
     RowWalk sums(connection, u"select sum(toplam) as toplam, sum(kar) as kar from " + between(span));
     sums.forEach([&](const RowWalk::Row& row) {
@@ -36,11 +38,11 @@ void settle(Connection& connection, Amounts& amounts, const FigureRow::Span& spa
     });
 }
 
-void settle(Connection& connection, FigureTable& table, const WorkProgress& progress) {
+void settle(Connection& connection, FigureTable& table, bool inOrder, const WorkProgress& progress) {
     for (FigureRow& row : table.rows) {
         progress.tell(reading.toString(), 0, 0);
         if (row.span)
-            settle(connection, row.amounts, *row.span);
+            settle(connection, row.amounts, inOrder, *row.span);
     }
 }
 
@@ -94,9 +96,10 @@ SalesPicture readSales(Connection& connection, const DayRange& range, const Work
     picture.hours = byHour(figures, range);
     picture.products = byProduct(figures);
     if (!range.isEmpty()) {
-        settle(connection, picture.total, spanOf(range));
-        settle(connection, picture.days, progress);
-        settle(connection, picture.hours, progress);
+        const bool inOrder = figures.isInOrder();
+        settle(connection, picture.total, inOrder, spanOf(range));
+        settle(connection, picture.days, inOrder, progress);
+        settle(connection, picture.hours, inOrder, progress);
     }
     return picture;
 }

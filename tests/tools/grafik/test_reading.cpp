@@ -8,6 +8,10 @@ using namespace kovanix;
 
 namespace {
 
+struct OrderRow {
+    bool inOrder;
+};
+
 struct DatabaseRow {
     QString password;
 };
@@ -112,13 +116,17 @@ private Q_SLOTS:
 
     /// Many lines whose exact sum ends in half a kuruş: which side a plain addition falls on hangs on its
     /// order.
+    void halvesFallOnTheReportsSide_data() {
+        addRows<OrderRow>({{"as they were sold", {true}}, {"in another order", {false}}});
+    }
     void halvesFallOnTheReportsSide() {
+        QFETCH(const OrderRow, row);
         QStringList values;
         for (int day = 1; day <= 28; ++day) {
             for (int i = 0; i < 41 + day; ++i)
                 values << QString("('2026-02-%1 %2:00:00', 1, %3, %4)")
                               .arg(day, 2, 10, QChar('0'))
-                              .arg((i * 7) % 24, 2, 10, QChar('0'))
+                              .arg(row.inOrder ? i / 3 : (i * 7) % 24, 2, 10, QChar('0'))
                               .arg(i % 2 ? "33.335" : "0.1", i % 3 ? "-0.335" : "7.77");
         }
         m_shop->run("INSERT INTO satislar (tarih, adet, toplam, kar) VALUES " + values.join(", "));
