@@ -12,6 +12,7 @@ void Sum::add(double value) {
     m_lost += std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
     m_sum = sum;
     m_plain += value;
+    m_settled = false;
     m_absolute += std::abs(value);
     ++m_count;
 }
@@ -19,11 +20,8 @@ void Sum::add(double value) {
 Sum& Sum::operator+=(const Sum& other) {
     if (other.m_count == 0)
         return *this;
-    if (m_count == 0) {
-        *this = other;
-        m_settled = false;  // more may come
-        return *this;
-    }
+    if (m_count == 0)
+        return *this = other;
     const double absolute = m_absolute + other.m_absolute;
     const qint64 count = m_count + other.m_count;
     add(other.m_sum);
@@ -31,7 +29,6 @@ Sum& Sum::operator+=(const Sum& other) {
     m_absolute = absolute;
     m_count = count;
     m_isInOrder = false;
-    m_settled = false;
     return *this;
 }
 
