@@ -33,23 +33,32 @@ bool ToolCommandLine::findShop() const {
 }
 
 int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::function<bool()>& wantsWindow,
-            const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run) {
+            const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run,
+            const std::function<bool()>& draws) {
     const QString name = QCoreApplication::applicationName();
+    const auto runTold = [&run] {
+        try {
+            return run();
+        } catch (const RuntimeError& error) {
+            tellError(error.description());
+            return ToolExit::failed;
+        }
+    };
+    bool showsWindow = false;
     {
         QCoreApplication console(argc, argv);
         commandLine.process(console);
-        if (!wantsWindow()) {
-            try {
-                return run();
-            } catch (const RuntimeError& error) {
-                tellError(error.description());
-                return ToolExit::failed;
-            }
-        }
+        showsWindow = wantsWindow();
+        if (!showsWindow && !(draws && draws()))
+            return runTold();
     }
+    if (!showsWindow)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     Application application(argc, argv);
     prepareApplication();
     QCoreApplication::setApplicationName(name);
+    if (!showsWindow)
+        return runTold();
     const std::unique_ptr<QWidget> shown = window();
     shown->show();
     return QCoreApplication::exec();

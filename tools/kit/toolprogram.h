@@ -40,8 +40,11 @@ public:
 /// @param window  makes the window
 /// @param run  does what the command line asks for. @return the exit status; a RuntimeError is said on
 /// standard error
+/// @param draws  whether that draws a picture: it is done with the till's look then, on no display. Empty for
+/// never
 int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::function<bool()>& wantsWindow,
-            const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run);
+            const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run,
+            const std::function<bool()>& draws = {});
 
 /// A line on standard output or error, in UTF-8.
 void tellLine(const QString& text);
