@@ -1,0 +1,13 @@
+// Carries products, customers and sales between the shop and files of other programs.
+
+#include <QWidget>
+
+#include "aktar/commands.h"
+
+int main(int argc, char** argv) {
+    using namespace kovanix;
+    aktar::Commands commands;
+    return runTool(
+        argc, argv, commands, [&] { return commands.wantsWindow(); },
+        [&]() -> std::unique_ptr<QWidget> { return {}; }, [&] { return commands.run(); });
+}
