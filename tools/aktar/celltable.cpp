@@ -24,8 +24,9 @@ void CellTable::addCell(QStringView text, CellKind kind) {
 }
 
 void CellTable::endRow(qint64 line) {
-    const bool blank = m_openRow == m_cells.size() || m_cells[m_openRow].begin == m_text.size();
-    if (blank) {
+    const size_t begin = m_openRow == m_cells.size() ? m_text.size() : m_cells[m_openRow].begin;
+    if (m_text.find_first_not_of(" \t\n\r", begin) == std::string::npos) {
+        m_text.resize(begin);
         m_cells.resize(m_openRow);
         return;
     }

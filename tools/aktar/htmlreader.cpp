@@ -1,7 +1,6 @@
 #include "aktar/htmlreader.h"
 
 #include <QIODevice>
-#include <algorithm>
 #include <map>
 
 #include "aktar/failure.h"
@@ -75,7 +74,7 @@ void HtmlParser::feed(QStringView text) {
         } else if (letter == u'<') {
             m_inTag = true;
             m_tag.clear();
-        } else if (m_inCell && m_hidden == 0) {
+        } else if (m_inCell && m_hidden.isEmpty()) {
             m_cell += letter;
             if (m_cell.size() > CellTable::longestCell)
                 fail(u"Dosyada aşırı uzun bir hücre var"_s);
@@ -86,10 +85,11 @@ void HtmlParser::feed(QStringView text) {
 void HtmlParser::endTag() {
     m_inTag = false;
     const QString name = nameOf(m_tag);
-    if (name == u"style" || name == u"script") {
-        ++m_hidden;
-    } else if (name == u"/style" || name == u"/script") {
-        m_hidden = std::max(0, m_hidden - 1);
+    if (!m_hidden.isEmpty()) {
+        if (name == m_hidden)
+            m_hidden.clear();
+    } else if (name == u"style" || name == u"script") {
+        m_hidden = u'/' + name;
     } else if (name == u"tr" || name == u"/tr" || name == u"/table") {
         endRow();
         m_inRow = name == u"tr";

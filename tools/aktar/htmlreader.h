@@ -27,7 +27,7 @@ private:
     bool m_inTag = false;
     bool m_inCell = false;
     bool m_inRow = false;
-    int m_hidden = 0;  // within a style or a script
+    QString m_hidden;  // what ends the style or script that is passed over
     qint64 m_row = 0;
 };
 

@@ -1,7 +1,6 @@
 // Carries products, customers and sales between the shop and files of other programs.
 
-#include <QWidget>
-
+#include "aktar/aktarwindow.h"
 #include "aktar/commands.h"
 
 int main(int argc, char** argv) {
@@ -9,5 +8,9 @@ int main(int argc, char** argv) {
     aktar::Commands commands;
     return runTool(
         argc, argv, commands, [&] { return commands.wantsWindow(); },
-        [&]() -> std::unique_ptr<QWidget> { return {}; }, [&] { return commands.run(); });
+        [&]() -> std::unique_ptr<QWidget> {
+            commands.findShop();
+            return std::make_unique<aktar::AktarWindow>();
+        },
+        [&] { return commands.run(); });
 }
