@@ -77,7 +77,7 @@ AktarWindow::AktarWindow()
         });
     }
     finishLayout();
-    show(Page::choice);
+    goTo(Page::choice);
 }
 
 AktarWindow::~AktarWindow() = default;
@@ -95,16 +95,16 @@ QWidget* AktarWindow::makeChoicePage() {
         note->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
         column->addWidget(note, 1);
         layout->addLayout(column, 1);
-        connect(tile, &DrawnButton::clicked, this, [this, next] { show(next); });
+        connect(tile, &DrawnButton::clicked, this, [this, next] { goTo(next); });
     };
-    half(makeTile(u"disaaktar"_s, u"Dışa aktar"_s, u":/icons/next.svg"_s, FaceRole::navy),
+    half(makeTile(u"disaaktar"_s, u"Dışa aktar"_s, u":/icons/save.svg"_s, FaceRole::navy),
          u"Ürünleri, müşterileri ya da satışları bir dosyaya yazar."_s, Page::exporting);
-    half(makeTile(u"iceaktar"_s, u"İçe aktar"_s, u":/icons/update.svg"_s, FaceRole::accent),
+    half(makeTile(u"iceaktar"_s, u"İçe aktar"_s, u":/icons/down.svg"_s, FaceRole::accent),
          u"Ürünleri ya da müşterileri bir dosyadan alır. Önce ne olacağını gösterir."_s, Page::preview);
     return page;
 }
 
-void AktarWindow::show(Page page) {
+void AktarWindow::goTo(Page page) {
     m_page = page;
     m_pages->setCurrentIndex(static_cast<int>(page));
     const QString file =
@@ -119,6 +119,7 @@ void AktarWindow::showButtons() {
     m_back->setVisible(m_page != Page::choice);
     m_choose->setVisible(m_page == Page::exporting || m_page == Page::preview);
     m_choose->setCaption(m_page == Page::exporting ? u"Dosyaya yaz"_s : u"Dosya seç"_s);
+    m_choose->setLook(m_page == Page::exporting || !m_file ? FaceRole::accent : FaceRole::navy);
     const bool fits = m_file && faultOf(m_previewPage->mapping(), m_previewPage->kind()).isEmpty();
     m_check->setVisible(m_page == Page::preview && fits);
     const bool toWrite = m_plan && !(m_plan->added.empty() && m_plan->changed.empty());
@@ -126,7 +127,7 @@ void AktarWindow::showButtons() {
 }
 
 void AktarWindow::goBack() {
-    show(m_page == Page::result && !m_stored ? Page::preview : Page::choice);
+    goTo(m_page == Page::result && !m_stored ? Page::preview : Page::choice);
 }
 
 // The dialogs are the desktop's and return at once: what was chosen comes by a signal.
@@ -194,7 +195,7 @@ void AktarWindow::readFile(const QString& path) {
                 u"%1 · %2 · %3 satır. Her sütunun üstünde ne olduğunu seçin; stok ancak siz seçerseniz alınır."_s
                     .arg(QFileInfo(path).fileName(), read->description,
                          format(static_cast<double>(read->table.rowCount()), u"#,##0")));
-            show(Page::preview);
+            goTo(Page::preview);
         });
 }
 
@@ -212,7 +213,7 @@ void AktarWindow::checkFile() {
         [this, plan] {
             m_plan = plan;
             m_resultPage->setPlan(*plan);
-            show(Page::result);
+            goTo(Page::result);
         });
 }
 

@@ -30,7 +30,7 @@ private:
     enum class Page { choice, exporting, preview, result };
 
     QWidget* makeChoicePage();
-    void show(Page page);
+    void goTo(Page page);
     void showButtons();
     void goBack();
     void chooseTarget();

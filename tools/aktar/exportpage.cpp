@@ -49,8 +49,7 @@ ExportPage::ExportPage() {
         picker->setProperty("textRole", u"field"_s);
     }
     m_from->setDate(Clock::now().date().addDays(1 - Clock::now().date().day()));
-    range->addWidget(m_all);
-    range->addStretch(1);
+    range->addWidget(m_all, 2);
     range->addWidget(makeLabel(u"İlk gün"_s, u"label"));
     range->addWidget(m_from, 2);
     range->addWidget(makeLabel(u"Son gün"_s, u"label"));

@@ -45,7 +45,7 @@ QString oneLine(QString text) {
 bool isSpoiltBarcode(const QString& text) {
     static const QRegularExpression exponent(u"^[0-9]([.,][0-9]+)?E\\+?[0-9]+$"_s,
                                              QRegularExpression::CaseInsensitiveOption);
-    return exponent.match(text).hasMatch();
+    return text.contains(u'E', Qt::CaseInsensitive) && exponent.match(text).hasMatch();
 }
 
 bool sameNumber(const QVariant& stored, double wanted) {
@@ -184,6 +184,7 @@ QVariant ImportRecords::readCell(const CellTable& table, qsizetype row, int fiel
 /// it stands, since nobody can say which line is right.
 void ImportRecords::findDoubles() {
     std::vector<bool> disputed(m_records.size());
+    m_byKey.reserve(static_cast<qsizetype>(m_records.size()));
     for (size_t place = 0; place < m_records.size(); ++place) {
         Record& record = m_records[place];
         if (!record.fault.isEmpty())

@@ -60,6 +60,8 @@ public:
     /// Reads the rows of a table by a mapping that has no fault.
     ImportRecords(const CellTable& table, Kind kind, const Mapping& mapping, const Progress& progress = {});
 
+    /// How many different keys the rows have.
+    qsizetype count() const { return m_byKey.size(); }
     /// Whether a row of the file has that key.
     bool mentions(const QString& key) const { return m_byKey.contains(key); }
 

@@ -33,6 +33,8 @@ DecimalSign other(DecimalSign sign) {
 }
 
 QStringView withoutCurrency(QStringView text) {
+    if (!text.isEmpty() && isDigit(text.front()) && isDigit(text.back()))
+        return text;
     const auto currencies = {u"TL"_s, u"TRY"_s, u"₺"_s};
     for (const QString& currency : currencies) {
         if (text.startsWith(currency, Qt::CaseInsensitive))

@@ -40,6 +40,7 @@ ShopRows readShopRows(Connection& connection, Kind kind, const ImportRecords& re
     std::vector<int> places;
     for (const QString& column : columnsOf(kind))
         places.push_back(rows.fieldIndex(column));
+    shop.byKey.reserve(std::min(rows.totalCount(), records.count()));
     for (qsizetype row = 0; row < rows.totalCount(); ++row) {
         shop.lastIdentity = std::max(shop.lastIdentity, rows.identity(row));
         if (places.front() < 0)
