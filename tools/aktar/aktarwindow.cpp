@@ -107,12 +107,11 @@ QWidget* AktarWindow::makeChoicePage() {
 void AktarWindow::goTo(Page page) {
     m_page = page;
     m_pages->setCurrentIndex(static_cast<int>(page));
-    const QString file =
-        m_file && (page == Page::preview || page == Page::result) ? m_file->description : QString();
-    setNote(page == Page::exporting ? u"Dışa aktar"_s : page == Page::choice ? QString() : file);
+    const bool ofFile = page == Page::preview || page == Page::result;
+    setNote(page == Page::exporting ? u"Dışa aktar"_s : ofFile ? m_fileName : QString());
     showButtons();
     if (page == Page::preview && !m_file)
-        m_previewPage->setFile(nullptr, u"Bir dosya seçin: .csv, .xlsx ya da kasanın .xls dökümü."_s);
+        m_previewPage->setFile(nullptr, {});
 }
 
 void AktarWindow::showButtons() {
@@ -188,13 +187,13 @@ void AktarWindow::readFile(const QString& path) {
         },
         [this, read, path] {
             m_file = read;
+            m_fileName = QFileInfo(path).fileName();
             m_plan.reset();
             m_stored = false;
             m_previewPage->setFile(
                 &read->table,
-                u"%1 · %2 · %3 satır. Her sütunun üstünde ne olduğunu seçin; stok ancak siz seçerseniz alınır."_s
-                    .arg(QFileInfo(path).fileName(), read->description,
-                         format(static_cast<double>(read->table.rowCount()), u"#,##0")));
+                u"%1 · %2 satır. Her sütunun üstünde ne olduğunu seçin; stok ancak siz seçerseniz alınır."_s
+                    .arg(read->description, format(static_cast<double>(read->table.rowCount()), u"#,##0")));
             goTo(Page::preview);
         });
 }

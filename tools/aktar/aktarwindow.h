@@ -47,6 +47,7 @@ private:
     DrawnButton* m_choose;
     DrawnButton* m_check;
     DrawnButton* m_store;
+    QString m_fileName;
     QString m_folder;  // where files were chosen last
     std::shared_ptr<const SheetFile> m_file;
     std::shared_ptr<const ImportPlan> m_plan;

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPalette>
+#include <QScrollBar>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
@@ -19,6 +20,7 @@ constexpr int switchHeight = 48;
 constexpr int rowHeight = 44;
 constexpr int smallestRow = 40;
 constexpr int spacing = 8;
+constexpr int scrollBarWidth = 28;
 
 }  // namespace
 
@@ -82,6 +84,13 @@ void dressTable(QTableView& table) {
     table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table.horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table.setProperty("textRole", u"text"_s);
+    // No style sheet: a table that has one doesn't follow the window's scale.
+    QPalette heading = table.horizontalHeader()->palette();
+    heading.setColor(QPalette::Button, roleColor(ColorRole::heading));
+    heading.setColor(QPalette::ButtonText, roleColor(ColorRole::headingInk));
+    table.horizontalHeader()->setPalette(heading);
+    table.verticalScrollBar()->setFixedWidth(scrollBarWidth);
+    table.horizontalScrollBar()->setFixedHeight(scrollBarWidth);
 }
 
 void scaleTable(QTableView& table, double scale, const QList<int>& widths) {

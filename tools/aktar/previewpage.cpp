@@ -11,6 +11,7 @@
 
 #include "aktar/pageparts.h"
 #include "widgets/checkbox.h"
+#include "widgets/emptyplace.h"
 
 namespace kovanix::aktar {
 
@@ -20,8 +21,8 @@ namespace {
 
 constexpr int spacing = 8;
 constexpr int touchHeight = 48;
-constexpr int columnWidth = 180;
-constexpr qsizetype shownRows = 30;
+constexpr int columnWidth = 150;
+constexpr qsizetype shownRows = 12;
 constexpr qsizetype shownColumns = 64;
 
 }  // namespace
@@ -38,8 +39,8 @@ PreviewPage::PreviewPage() {
     m_heading->setText(u"İlk satır başlıktır"_s);
     m_heading->setProperty("textRole", u"choice"_s);
     m_heading->setMinimumHeight(touchHeight);
-    top->addWidget(m_kind, 1);
-    top->addWidget(m_heading);
+    top->addWidget(m_kind, 2);
+    top->addWidget(m_heading, 1);
     layout->addLayout(top);
     m_about = makeLabel({}, u"note", ColorRole::mutedInk);
     m_about->setObjectName(u"dosyabilgisi"_s);
@@ -65,6 +66,10 @@ PreviewPage::PreviewPage() {
             &QScrollBar::setValue);
     layout->addWidget(m_choices);
     layout->addWidget(m_rows, 1);
+    m_empty = new EmptyPlace;
+    m_empty->setPicture(u":/icons/table.svg"_s);
+    m_empty->setText(u"Bir dosya seçin: .csv, .xlsx ya da kasanın .xls dökümü"_s);
+    layout->addWidget(m_empty, 1);
     m_fault = makeLabel({}, u"label", ColorRole::danger);
     m_fault->setObjectName(u"eksik"_s);
     layout->addWidget(m_fault);
@@ -86,6 +91,9 @@ Kind PreviewPage::kind() const {
 void PreviewPage::setFile(const CellTable* table, const QString& words) {
     m_table = table;
     m_about->setText(words);
+    m_empty->setVisible(!table);
+    for (QWidget* part : std::initializer_list<QWidget*>{m_heading, m_choices, m_rows})
+        part->setVisible(table);
     if (table)
         m_kind->choose(knownHeadings(*table, Kind::customers) > knownHeadings(*table, Kind::products) ? 1
                                                                                                       : 0);

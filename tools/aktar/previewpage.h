@@ -9,8 +9,8 @@ class QLabel;
 class QTableWidget;
 
 namespace kovanix {
-class ActiveResize;
 class CheckBox;
+class EmptyPlace;
 }  // namespace kovanix
 
 namespace kovanix::aktar {
@@ -51,6 +51,7 @@ private:
     QLabel* m_fault;
     QTableWidget* m_choices;
     QTableWidget* m_rows;
+    EmptyPlace* m_empty;
     qsizetype m_headingRow = -1;
     double m_scale = 1;
 };
