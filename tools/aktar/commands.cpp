@@ -1,5 +1,7 @@
 #include "aktar/commands.h"
 
+#include <csignal>
+
 #include "aktar/exporter.h"
 #include "aktar/failure.h"
 #include "aktar/importer.h"
@@ -7,6 +9,7 @@
 #include "aktar/shopstore.h"
 #include "data/baglanmamodulu.h"
 #include "database/connection.h"
+#include "kit/backgroundwork.h"
 
 namespace kovanix::aktar {
 
@@ -41,6 +44,16 @@ void tellPlan(const ImportPlan& plan) {
                  .arg(plan.refused.size()));
     tellNotes(u"Reddedilen satırlar:"_s, plan.refused);
     tellNotes(u"Kısaltılan yazılar:"_s, plan.cut);
+}
+
+// Set by a signal that asks the program to end.
+volatile std::sig_atomic_t endWanted = 0;
+
+/// Ends the work where it can be taken back. @throws WorkProgress::Cancelled once the program is to end
+void tellWork(const QString& what, qint64 done, qint64 total) {
+    if (endWanted != 0)
+        throw WorkProgress::Cancelled();
+    tellProgress(what, done, total);
 }
 
 void open(Connection& connection) {
@@ -88,7 +101,14 @@ int Commands::run() const {
             return wrong(
                 u"--%1, %2 ile kullanılmaz"_s.arg(option.names().first(), out ? u"--disa"_s : u"--ice"_s));
     }
-    return out ? send() : take();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(signal, [](int) { endWanted = 1; });
+    try {
+        return out ? send() : take();
+    } catch (const WorkProgress::Cancelled&) {
+        tellError(u"Vazgeçildi, hiçbir şey yazılmadı"_s);
+        return ToolExit::cancelled;
+    }
 }
 
 int Commands::send() const {
@@ -107,8 +127,8 @@ int Commands::send() const {
     }
     Connection connection;
     open(connection);
-    const qint64 rows = exportRows(connection, order,
-                                   [](qint64 done) { tellProgress(u"%1 satır yazıldı"_s.arg(done), 0, 0); });
+    const qint64 rows =
+        exportRows(connection, order, [](qint64 done) { tellWork(u"%1 satır yazıldı"_s.arg(done), 0, 0); });
     tellLine(u"%1 satır yazıldı: %2"_s.arg(rows).arg(order.path));
     return ToolExit::done;
 }
@@ -123,8 +143,8 @@ int Commands::take() const {
         tellError(u"Bu klasörde dükkân yok"_s);
         return ToolExit::failed;
     }
-    const SheetFile file = readSheetFile(
-        value(m_file), [](qint64 done, qint64 total) { tellProgress(u"Okunuyor"_s, done, total); });
+    const SheetFile file =
+        readSheetFile(value(m_file), [](qint64 done, qint64 total) { tellWork(u"Okunuyor"_s, done, total); });
     Mapping mapping;
     if (isSet(m_columns)) {
         try {
@@ -144,7 +164,7 @@ int Commands::take() const {
     }
     Connection connection;
     open(connection);
-    const ImportPlan plan = planImport(connection, file.table, *kind, mapping, tellProgress);
+    const ImportPlan plan = planImport(connection, file.table, *kind, mapping, tellWork);
     tellPlan(plan);
     const bool spotless = plan.refused.empty();
     if (isSet(m_dryRun))
@@ -155,8 +175,7 @@ int Commands::take() const {
         return ToolExit::refused;
     }
     try {
-        applyPlan(connection, plan,
-                  [](qint64 done, qint64 total) { tellProgress(u"Yazılıyor"_s, done, total); });
+        applyPlan(connection, plan, [](qint64 done, qint64 total) { tellWork(u"Yazılıyor"_s, done, total); });
     } catch (const Refused& refused) {
         tellError(refused.description());
         return ToolExit::refused;

@@ -60,6 +60,7 @@ PreviewPage::PreviewPage() {
     for (QTableWidget* table : {m_choices, m_rows}) {
         dressTable(*table);
         table->horizontalHeader()->hide();
+        table->horizontalHeader()->setStretchLastSection(true);
     }
     // Both move sideways together; downwards the rows alone.
     connect(m_rows->horizontalScrollBar(), &QScrollBar::valueChanged, m_choices->horizontalScrollBar(),

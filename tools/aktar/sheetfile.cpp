@@ -55,7 +55,10 @@ SheetFile readSheetFile(const QString& path, const std::function<void(qint64 don
                          }),
                 u"XLSX"_s};
     } else if (start.startsWith("\xD0\xCF\x11\xE0")) {
-        fail(u"Bu eski biçimli bir .xls dosyası. Tablo programında açıp .xlsx ya da .csv olarak kaydedin."_s);
+        fail(
+            u"Bu eski biçimli bir .xls dosyası ya da parolası var. Tablo programında açıp parolasız .xlsx ya "
+            u"da "
+            ".csv olarak kaydedin."_s);
     } else if (start.startsWith("%PDF")) {
         fail(u"Bu bir PDF dosyası; tablo değil."_s);
     } else if (looksLikeHtml(start)) {

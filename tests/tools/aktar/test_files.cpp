@@ -95,7 +95,7 @@ private Q_SLOTS:
               u"Kasanın .xls dökümü"_s}},
             {"old workbook",
              {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1",
-              u"Bu eski biçimli bir .xls dosyası. Tablo programında açıp .xlsx ya da .csv olarak kaydedin."_s}},
+              u"Bu eski biçimli bir .xls dosyası ya da parolası var. Tablo programında açıp parolasız .xlsx ya da .csv olarak kaydedin."_s}},
             {"PDF", {"%PDF-1.7", u"Bu bir PDF dosyası; tablo değil."_s}},
             {"archive of something else", {"PK\x03\x04xxxx", u"Dosya bozuk ya da .xlsx değil"_s}},
             {"only blanks", {"\n \n\n", u"Dosyada hiç satır yok: %1"_s}},

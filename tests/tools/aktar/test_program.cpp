@@ -280,6 +280,26 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder.filePath(u"dolu"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 
+    /// Whoever presses Ctrl-C finds the folder as it was.
+    void whatIsStoppedLeavesNothing() {
+        m_shop->run(
+            u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300000) "
+            "INSERT INTO urunler (barkod, urun, alis, satis, stok) SELECT i, 'X', 1, 2, 3 FROM n"_s);
+        const QDir folder(m_shop->folder());
+        QVERIFY(folder.mkdir(u"dur"_s));
+        QProcess process;
+        process.start(builtProgram(), {u"--folder"_s, m_shop->folder(), u"--disa"_s, u"urunler"_s,
+                                       u"--dosya"_s, folder.filePath(u"dur/a.xlsx"_s)});
+        const auto files = [&] {
+            return QDir(folder.filePath(u"dur"_s)).entryList(QDir::Files | QDir::Hidden);
+        };
+        QTRY_VERIFY(!files().isEmpty());
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), ToolExit::cancelled);
+        QCOMPARE(files(), QStringList());
+    }
+
 private:
     void openShop(const QString& password) {
         m_shop->openShop(password);
