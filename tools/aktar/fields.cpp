@@ -1,6 +1,8 @@
 #include "aktar/fields.h"
 
+#include <QHash>
 #include <algorithm>
+#include <array>
 
 #include "values/lettercase.h"
 
@@ -11,6 +13,18 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype rowsWithHeadings = 10;
+
+/// Every name that a heading may have, as headingKey makes it, with its field.
+QHash<QString, int> namesOfFields(Kind kind) {
+    QHash<QString, int> names;
+    const std::vector<Field>& fields = fieldsOf(kind);
+    for (size_t field = 0; field < fields.size(); ++field) {
+        names.insert(headingKey(fields[field].heading), static_cast<int>(field));
+        for (const QString& name : fields[field].headings)
+            names.insert(name, static_cast<int>(field));
+    }
+    return names;
+}
 
 int headingsIn(const CellTable& table, qsizetype row, Kind kind) {
     std::vector<bool> seen(fieldsOf(kind).size());
@@ -130,15 +144,9 @@ QString headingKey(const QString& heading) {
 }
 
 int fieldNamed(const QString& heading, Kind kind) {
-    const QString key = headingKey(heading);
-    if (key.isEmpty())
-        return Mapping::none;
-    const std::vector<Field>& fields = fieldsOf(kind);
-    for (size_t field = 0; field < fields.size(); ++field) {
-        if (key == headingKey(fields[field].heading) || fields[field].headings.contains(key))
-            return static_cast<int>(field);
-    }
-    return Mapping::none;
+    static const std::array names{namesOfFields(Kind::products), namesOfFields(Kind::customers),
+                                  namesOfFields(Kind::sales)};
+    return names[static_cast<size_t>(kind)].value(headingKey(heading), Mapping::none);
 }
 
 qsizetype Mapping::columnOf(int field) const {
