@@ -1,7 +1,5 @@
 #include "screens/capitals.h"
 
-#include <QTextBoundaryFinder>
-
 #include "app/modTurkce.h"
 
 namespace kovanix {
@@ -14,20 +12,6 @@ KeyFilter::KeyPress capitals() {
         const QList<uint> capital = buyukharf(QString::fromUcs4(&character, 1)).toUcs4();
         return capital.size() == 1 ? static_cast<int>(capital.front()) : code;
     };
-}
-
-QString cutToField(const QString& text) {
-    constexpr qsizetype longest = 50;
-    if (text.size() <= longest)
-        return text;
-    // A letter may be followed by marks that belong to it.
-    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text);
-    letters.setPosition(longest);
-    const qsizetype whole = letters.isAtBoundary() ? longest : letters.toPreviousBoundary();
-    if (whole > 0)
-        return text.left(whole);
-    // A single letter that has more marks than fit loses some: the field must not become empty.
-    return text.left(text[longest - 1].isHighSurrogate() ? longest - 1 : longest);
 }
 
 }  // namespace kovanix

@@ -1,16 +1,11 @@
 #pragma once
 
-#include <QString>
-
+#include "values/fieldtext.h"
 #include "widgets/keyfilter.h"
 
 namespace kovanix {
 
 /// A key-press stage that types capitals, i as İ and ı as I, and takes no line ends.
 KeyFilter::KeyPress capitals();
-
-/// The beginning of a text as a field of the database takes it: no more than 50 UTF-16 units, never half a
-/// letter; a letter with too many marks loses some of them.
-QString cutToField(const QString& text);
 
 }  // namespace kovanix

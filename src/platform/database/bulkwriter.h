@@ -10,8 +10,8 @@ namespace kovanix {
 class Connection;
 struct ConnectionCore;
 
-/// Fills the tables of a file that nobody else uses yet: many rows at once, which the file holds all or none
-/// of. Made for tools; a till stores row by row.
+/// Stores many rows at once, which the file holds all or none of. Made for tools; a till stores row by row,
+/// and waits as long as a writer lives: what is to be stored is worked out before.
 class BulkWriter {
 public:
     /// Begins on an open connection, which must outlive the writer and do nothing else meanwhile.
@@ -25,12 +25,28 @@ public:
     void into(const QString& table, const QStringList& columns);
     /// Adds a row. @throws DatabaseError
     void add(const QVariantList& values);
+
+    /// Says where the next changes go: a table, the text column by which a row is made sure of, and the
+    /// columns that values are for.
+    void changing(const QString& table, const QString& key, const QStringList& columns);
+    /// Changes cells of a row; an invalid value leaves its cell as it is.
+    /// @param row  the row's identity. @param key  what the key column holds, whatever the case of its
+    /// letters
+    /// @return false where there is no such row any more. @throws DatabaseError
+    bool change(qint64 row, const QString& key, const QVariantList& values);
+    /// The greatest identity of a table's rows, 0 where it has none: a row that somebody adds gets a greater
+    /// one. @throws DatabaseError
+    qint64 lastRow(const QString& table);
+
     /// Keeps the rows, durably. @throws DatabaseError
     void finish();
 
 private:
+    QString quoted(const QString& name) const;
+
     ConnectionCore& m_core;
     QSqlQuery m_insert;
+    QSqlQuery m_update;
     bool m_finished = false;
 };
 
