@@ -107,6 +107,10 @@ void setNetworkFileTest(std::function<bool(const QString& path)> test) {
     networkFileTest() = std::move(test);
 }
 
+bool liesOnNetwork(const QString& path) {
+    return isOnNetwork(path);
+}
+
 void setWaitSign(std::function<void()> sign) {
     waitSign() = std::move(sign);
 }
