@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
 #include "app/ayarmodul.h"
 #include "app/tekornek.h"
@@ -41,6 +42,11 @@ void requireAtRest(const Shop& shop) {
     if (!QFileInfo(shop.data).isFile())
         return;
     try {
+        const FileReader readable(shop.data, shop.password);
+    } catch (const DatabaseError&) {
+        return;
+    }
+    try {
         settleFile(shop.data, shop.password);
     } catch (const DatabaseError& error) {
         if (error.kind() == DatabaseError::Kind::busy)
@@ -66,12 +72,11 @@ public:
         : m_shop(shop),
           m_parts(std::move(parts)),
           m_storage(storage),
-          m_stamp(Clock::now().toString(u"yyyy-MM-dd-HHmmss"_s)),
           m_config(QFileInfo(shop.config).exists() ? QFileInfo(shop.config).canonicalFilePath()
                                                    : shop.config) {}
 
     Restored run() {
-        m_new = QDir(folderOf(m_shop.data)).filePath(u"kovanix-geri-%1.data"_s.arg(m_stamp));
+        chooseStamp();
         prepareConfigs();
         const QString unpacked = QDir(m_parts).filePath(dataName);
         makeLike(unpacked, m_shop.data);
@@ -84,6 +89,17 @@ public:
     }
 
 private:
+    /// A moment in names that nothing has yet.
+    void chooseStamp() {
+        for (QDateTime moment = Clock::now();; moment = moment.addSecs(1)) {
+            m_stamp = moment.toString(u"yyyy-MM-dd-HHmmss"_s);
+            m_new = QDir(folderOf(m_shop.data)).filePath(u"kovanix-geri-%1.data"_s.arg(m_stamp));
+            const QStringList names{m_new, kept(m_shop.data), kept(m_config)};
+            if (std::ranges::none_of(names, [](const QString& name) { return QFileInfo::exists(name); }))
+                return;
+        }
+    }
+
     /// Two configurations for the new shop: with its data under the name that they are given first, and under
     /// the name that the shop's have.
     void prepareConfigs() {
