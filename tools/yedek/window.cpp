@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "desktop/messagebox.h"
+#include "desktop/windowplace.h"
 #include "runtime/attempt.h"
 #include "runtime/clock.h"
 #include "widgets/drawnbutton.h"
@@ -31,6 +32,7 @@ namespace {
 constexpr QSize designSize{920, 640};
 constexpr int cardHeight = 132;
 constexpr int rowHeight = 44;
+constexpr int leastRowHeight = 40;
 
 const QString title = u"Yedek"_s;
 
@@ -59,13 +61,18 @@ Window::Window(const QString& folder)
     m_list->setAccessibleName(u"Yedekler"_s);
     m_list->setProperty("textRole", u"body"_s);
     m_list->setUniformItemSizes(true);
+    QPalette colors = m_list->palette();
+    colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
+    colors.setColor(QPalette::Highlight, roleColor(ColorRole::selection));
+    colors.setColor(QPalette::HighlightedText, roleColor(ColorRole::ink));
+    m_list->setPalette(colors);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     content().addWidget(m_list, 1);
 
     addButton(u"yedekal"_s, u"Yedek al"_s, u":/icons/save.svg"_s, FaceRole::store, [this] { takeNow(); });
     addButton(u"yedektendon"_s, u"Yedekten dön"_s, u":/icons/refresh.svg"_s, FaceRole::danger,
               [this] { restoreChosen(); });
-    addButton(u"klasorsec"_s, u"Klasör seç"_s, u":/icons/memory.svg"_s, FaceRole::navy,
+    addButton(u"klasorsec"_s, u"Klasör seç"_s, u":/icons/search.svg"_s, FaceRole::navy,
               [this] { chooseFolder(); });
     m_schedule = &addButton(u"herguen"_s, u"Her gün al"_s, u":/icons/calendar.svg"_s, FaceRole::navy,
                             [this] { switchSchedule(); });
@@ -92,14 +99,15 @@ void Window::refresh() {
     std::ranges::stable_sort(m_copies, std::greater(),
                              [](const Listed& listed) { return listed.copy.manifest.moment; });
     const QDateTime now = Clock::now();
+    const int rows = std::max(leastRowHeight, qRound(rowHeight * screenScale()));
     m_list->clear();
     for (const Listed& listed : std::as_const(m_copies)) {
         auto* const item = new QListWidgetItem(
-            u"%1    %2    %3%4"_s.arg(
+            u"  %1    %2    %3%4"_s.arg(
                 momentWords(listed.copy.manifest.moment, now), sizeWords(listed.copy.bytes), listed.place,
                 listed.copy.manifest.shop == m_shop.id ? QString() : u"    (başka bir dükkânın)"_s),
             m_list);
-        item->setSizeHint({0, rowHeight});
+        item->setSizeHint({0, rows});
     }
     setNote(u"%1 yedek"_s.arg(m_copies.size()));
     tellLastCopy();
