@@ -31,7 +31,7 @@ int waits = 0;
 class Cashier : public QObject {
 public:
     Cashier(Figures& figures, const QString& folder)
-        : m_figures(figures), m_sales(openShop(folder)), m_alone(figures.quick() ? 50 : 300) {
+        : m_figures(figures), m_sales(openShop(folder)), m_alone(figures.quick() ? 50 : 1000) {
         setWaitSign([] { ++waits; });
         m_step.setInterval(betweenSales);
         connect(&m_step, &QTimer::timeout, this, &Cashier::step);

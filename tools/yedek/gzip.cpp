@@ -38,6 +38,7 @@ GzipWriter::GzipWriter(const QString& path) : m_file(path), m_stream(std::make_u
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
                      QFile::ReadOwner | QFile::WriteOwner))
         throw Failure(systemWords(path, errno));
+    m_steady.emplace(path);
     constexpr int memory = 8;
     if (deflateInit2(m_stream.get(), level, Z_DEFLATED, gzipFormat, memory, Z_DEFAULT_STRATEGY) != Z_OK)
         throw Failure(u"Sıkıştırma başlatılamadı"_s);
@@ -51,6 +52,8 @@ void GzipWriter::put(QByteArrayView bytes) {
     m_hash.addData(bytes);
     if (m_file.write(bytes.data(), bytes.size()) != bytes.size())
         throw Failure(systemWords(m_file.fileName(), errno));
+    m_written += bytes.size();
+    m_steady->upTo(m_written);
 }
 
 void GzipWriter::compress(QByteArrayView bytes, int flush) {

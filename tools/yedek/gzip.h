@@ -6,6 +6,9 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
+
+#include "yedek/storage.h"
 
 struct z_stream_s;
 
@@ -30,6 +33,8 @@ private:
     void put(QByteArrayView bytes);
 
     QFile m_file;
+    qint64 m_written = 0;
+    std::optional<SteadyWrites> m_steady;
     std::unique_ptr<z_stream_s> m_stream;
     QCryptographicHash m_hash{QCryptographicHash::Sha256};
 };

@@ -83,6 +83,7 @@ void unpackPart(GzipReader& archive, const Part& part, const QString& target, co
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
                    QFile::ReadOwner | QFile::WriteOwner))
         throw Failure(systemWords(target, errno));
+    SteadyWrites steady(target);
     QCryptographicHash hash(QCryptographicHash::Sha256);
     for (qint64 done = 0; done < part.size;) {
         const QByteArray bytes = archive.read(std::min(chunk, part.size - done));
@@ -90,6 +91,7 @@ void unpackPart(GzipReader& archive, const Part& part, const QString& target, co
         if (file.write(bytes) != bytes.size())
             throw Failure(systemWords(target, errno));
         done += bytes.size();
+        steady.upTo(done);
         progress.tell(u"Yedek açılıyor"_s, done, part.size);
     }
     archive.read(tarPadding(part.size));

@@ -1,6 +1,7 @@
 #include "yedek/storage.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
@@ -65,6 +66,30 @@ void requireRoom(const QString& folder, qint64 bytes) {
     const qint64 room = QStorageInfo(folder).bytesAvailable();
     if (room >= 0 && room < bytes + forTheShop)
         throw Failure(systemWords(folder, ENOSPC));
+}
+
+SteadyWrites::SteadyWrites(const QString& path)
+    : m_handle(::open(native(path).constData(), O_RDONLY | O_CLOEXEC)) {}
+
+SteadyWrites::~SteadyWrites() {
+    if (m_handle >= 0)
+        ::close(m_handle);
+}
+
+void SteadyWrites::upTo(qint64 bytes) {
+    constexpr qint64 bit = qint64{4} << 20;
+    if (m_handle < 0 || bytes - m_done < bit)
+        return;
+    // Where a disk can't do that, it is done at the end.
+    ::sync_file_range(m_handle, m_done, bytes - m_done,
+                      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    m_done = bytes;
+}
+
+void SteadyWrites::upToEnd() {
+    struct stat found {};
+    if (m_handle >= 0 && ::fstat(m_handle, &found) == 0)
+        upTo(found.st_size);
 }
 
 void Storage::sync(const QString& file) {

@@ -29,6 +29,25 @@ public:
 /// on selling. @throws Failure
 void requireRoom(const QString& folder, qint64 bytes);
 
+/// Has a file that is being written reach the disk bit by bit. Left to the system, much would gather in
+/// memory and then go at once, and a till's few bytes behind it.
+class SteadyWrites {
+public:
+    explicit SteadyWrites(const QString& path);
+    ~SteadyWrites();
+    SteadyWrites(const SteadyWrites&) = delete;
+    SteadyWrites& operator=(const SteadyWrites&) = delete;
+
+    /// So many bytes have been written by now, from the file's beginning.
+    void upTo(qint64 bytes);
+    /// What the file holds has.
+    void upToEnd();
+
+private:
+    int m_handle;
+    qint64 m_done = 0;
+};
+
 /// Words for the system's last error about a file.
 QString systemWords(const QString& path, int error);
 

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
+#include <optional>
 
 #include "database/filereader.h"
 #include "runtime/attempt.h"
@@ -131,12 +132,14 @@ void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const
         throw Failure(systemWords(copy.path, errno));
     if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         throw Failure(systemWords(written, errno));
+    SteadyWrites steady(written);
     constexpr qint64 chunk = 1 << 20;
     for (qint64 done = 0; done < copy.bytes;) {
         const QByteArray bytes = from.read(chunk);
         if (bytes.isEmpty() || to.write(bytes) != bytes.size())
             throw Failure(systemWords(bytes.isEmpty() ? copy.path : written, errno));
         done += bytes.size();
+        steady.upTo(done);
         progress.tell(u"USB belleğe yazılıyor"_s, done, copy.bytes);
     }
     to.close();
