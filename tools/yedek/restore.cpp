@@ -200,7 +200,10 @@ private:
             if (QFileInfo::exists(m_shop.data + end))
                 renameDurably(m_shop.data + end, kept(m_shop.data) + end);
         }
-        m_storage.remove(m_shop.data + u"-shm");
+        if (QFileInfo::exists(m_shop.data + u"-shm")) {
+            m_storage.remove(m_shop.data + u"-shm");
+            m_storage.syncFolder(folderOf(m_shop.data));
+        }
     }
 
     const Shop& m_shop;

@@ -31,8 +31,6 @@ int monthOf(QDate day) {
 QList<QDateTime> surplusCopies(QList<QDateTime> moments, const QDateTime& now, const Retention& kept) {
     std::ranges::sort(moments, std::greater());
     QSet<QDateTime> staying;
-    if (!moments.isEmpty())
-        staying.insert(moments.first());
     moments.removeIf([&now](const QDateTime& moment) { return moment > now; });
     if (!moments.isEmpty())
         staying.insert(moments.first());

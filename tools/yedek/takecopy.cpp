@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 
@@ -71,14 +72,15 @@ Manifest collect(const Shop& shop, const QString& folder, const QDateTime& momen
     return manifest;
 }
 
-/// Removes what is older than what is kept, of this shop only. A copy that can't be removed stays.
-void removeSurplus(const QString& folder, const QString& shop, Storage& storage) {
+/// Removes what is older than what is kept, of the shop of a copy that has just come. A copy that can't be
+/// removed stays.
+void removeSurplus(const QString& folder, const Manifest& newest, Storage& storage) {
     QList<Copy> own = copiesIn(folder);
-    own.removeIf([&shop](const Copy& copy) { return copy.manifest.shop != shop; });
+    own.removeIf([&newest](const Copy& copy) { return copy.manifest.shop != newest.shop; });
     QList<QDateTime> moments;
     for (const Copy& copy : std::as_const(own))
         moments.append(copy.manifest.moment);
-    const QList<QDateTime> surplus = surplusCopies(moments, Clock::now());
+    const QList<QDateTime> surplus = surplusCopies(moments, std::max(Clock::now(), newest.moment));
     for (const Copy& copy : std::as_const(own)) {
         if (surplus.contains(copy.manifest.moment))
             attempt([&] { storage.remove(copy.path); });
@@ -118,7 +120,7 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
                     unpackAndCheck(packed, opened, progress)};
     storage.rename(packed, copy.path);
     storage.syncFolder(folder);
-    removeSurplus(folder, shop.id, storage);
+    removeSurplus(folder, copy.manifest, storage);
     return copy;
 }
 
@@ -151,7 +153,7 @@ void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const
     const QString final = QDir(folder).absoluteFilePath(copyName(copy.manifest.moment));
     storage.rename(written, final);
     storage.syncFolder(folder);
-    removeSurplus(folder, copy.manifest.shop, storage);
+    removeSurplus(folder, copy.manifest, storage);
 }
 
 }  // namespace kovanix::yedek

@@ -5,10 +5,16 @@
 #include "database/databaseerror.h"
 #include "database/filereader.h"
 #include "databasefile.h"
+#include "rows.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+struct FormatRow {
+    QStringList settings;
+};
+Q_DECLARE_METATYPE(FormatRow)
 
 /// A file that is copied and looked at while a till has it.
 class TestFileReader : public QObject {
@@ -78,6 +84,24 @@ private Q_SLOTS:
         const QByteArray before = bytes(file.path());
         FileReader(file.path(), file.password()).copyTo(file.folder() + u"/copy");
         QCOMPARE(bytes(file.path()), before);
+        QCOMPARE(content(file.folder() + u"/copy", file.password()).size(), rows);
+    }
+
+    void aDeadTillsLogIsReadAndLeftAlone_data() { DatabaseFile::bothKinds(); }
+    void aDeadTillsLogIsReadAndLeftAlone() {
+        const DatabaseFile file;
+        const QString dead = file.folder() + u"/dead.data";
+        {
+            Connection till;
+            fill(till, file);
+            QVERIFY(QFile::copy(file.path(), dead));
+            QVERIFY(QFile::copy(file.path() + u"-wal", dead + u"-wal"));
+        }
+        const QByteArray before = bytes(dead);
+        const QByteArray log = bytes(dead + u"-wal");
+        FileReader(dead, file.password()).copyTo(file.folder() + u"/copy");
+        QCOMPARE(bytes(dead), before);
+        QCOMPARE(bytes(dead + u"-wal"), log);
         QCOMPARE(content(file.folder() + u"/copy", file.password()).size(), rows);
     }
 
@@ -180,6 +204,26 @@ private Q_SLOTS:
             fill(till, file);
         }
         QCOMPARE(kindOf([&] { FileReader(file.path(), u"yanlış"_s); }), DatabaseError::Kind::wrongPassword);
+    }
+
+    void anOlderFormatIsKept_data() {
+        addRows<FormatRow>(
+            {{"release 2", {{u"PRAGMA kdf_iter = 4000"_s}}},
+             {"release 1", {{u"PRAGMA kdf_iter = 4000"_s, u"PRAGMA cipher_use_hmac = OFF"_s}}}});
+    }
+    void anOlderFormatIsKept() {
+        QFETCH(const FormatRow, row);
+        const DatabaseFile file(u"eski"_s);
+        {
+            RawDatabase old(file.path(), file.password());
+            for (const QString& setting : row.settings)
+                QVERIFY(old.run(setting));
+            QVERIFY(old.run(u"CREATE TABLE t (no, a)"_s) && old.run(u"INSERT INTO t VALUES (1, 'eski')"_s));
+        }
+        const QString copy = file.folder() + u"/copy";
+        FileReader(file.path(), file.password()).copyTo(copy);
+        QCOMPARE(content(copy, file.password()), QStringList(u"1|eski"_s));
+        QCOMPARE(RawDatabase(copy, file.password()).rows(u"PRAGMA kdf_iter"_s), QStringList(u"4000"_s));
     }
 
     void rowsAndColumnsAreRead_data() { DatabaseFile::bothKinds(); }

@@ -1,6 +1,7 @@
 #include <QTemporaryDir>
 #include <random>
 
+#include "app/ayarmodul.h"
 #include "ordinaryuser.h"
 #include "rows.h"
 #include "runtests.h"
@@ -55,6 +56,26 @@ class YedekCopiesTest : public QObject {
     QString check(const QString& packed) {
         QTemporaryDir work;
         return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
+    }
+
+    /// Runs statements on a file by the bare engine. @return the last one's first value
+    static QString run(const QString& file, const QStringList& statements) {
+        QString value;
+        {
+            QSqlDatabase database = QSqlDatabase::addDatabase(u"KOVANIXSQLITE"_s, u"oddity"_s);
+            database.setDatabaseName(file);
+            if (!database.open())
+                qFatal("%s", qPrintable(database.lastError().text()));
+            QSqlQuery query(database);
+            for (const QString& statement : statements) {
+                if (!query.exec(statement))
+                    qFatal("%s", qPrintable(query.lastError().text()));
+            }
+            if (query.next())
+                value = query.value(0).toString();
+        }
+        QSqlDatabase::removeDatabase(u"oddity"_s);
+        return value;
     }
 
 private Q_SLOTS:
@@ -179,6 +200,7 @@ private Q_SLOTS:
     /// Copies put together anew from the parts of sound ones, with all outer sums right.
     void partsOfTwoCopiesAreRefused() {
         open();
+        ayarla(u"tema"_s, u"1"_s);
         const Copy first = take();
         storeTogether([] { baglanti().execute(u"UPDATE urunler SET stok = 8 WHERE no = 1"_s); });
         m_shop->setNow(QDateTime(QDate(2026, 5, 4), QTime(7, 5, 9)));
@@ -193,6 +215,10 @@ private Q_SLOTS:
         };
         QCOMPARE(repacked(first.manifest), QString());
         QVERIFY(!repacked(second.manifest).isEmpty());
+        const QByteArray config = bytesOf(parts.filePath(configName));
+        writeBytes(parts.filePath(configName), config.chopped(1) + '#');
+        QVERIFY(repacked(first.manifest).contains(u"parça"_s));
+        writeBytes(parts.filePath(configName), config);
         Manifest changed = first.manifest;
         changed.tables[0].rows += 1;
         QVERIFY(repacked(changed).contains(u"satır"_s));
@@ -209,6 +235,32 @@ private Q_SLOTS:
         changed = first.manifest;
         changed.parts[0].sha256 = sha256Of(parts.filePath(dataName), WorkProgress(), {});
         QVERIFY(repacked(changed).contains(u"veritabanı"_s));
+    }
+
+    /// Rows and sums are right, but an index leads elsewhere.
+    void theEngineHasToFindADatabaseSound() {
+        open();
+        const Copy copy = take();
+        QTemporaryDir parts;
+        Manifest manifest = unpackAndCheck(copy.path, parts.path(), WorkProgress());
+        const QString data = parts.filePath(dataName);
+        const QString whereIndex = u" FROM sqlite_master WHERE name = 'kovanix_urunler_barkod'"_s;
+        const QString index = run(data, {u"SELECT rootpage"_s + whereIndex});
+        const QString sql = run(data, {u"SELECT sql"_s + whereIndex});
+        const QString writable = u"PRAGMA writable_schema = ON"_s;
+        run(data, {writable, u"DELETE"_s + whereIndex});
+        run(data, {u"UPDATE urunler SET barkod = 'elsewhere' WHERE no = 1"_s});
+        run(data,
+            {writable,
+             u"INSERT INTO sqlite_master VALUES ('index', 'kovanix_urunler_barkod', 'urunler', %1, '%2')"_s
+                 .arg(index, sql)});
+        for (const QString& end : {u"-wal"_s, u"-shm"_s})
+            QFile::remove(data + end);
+        manifest.parts[0].size = QFileInfo(data).size();
+        manifest.parts[0].sha256 = sha256Of(data, WorkProgress(), {});
+        const QString path = parts.filePath(u"p.yedek"_s);
+        pack(parts.path(), manifest, path, WorkProgress());
+        QVERIFY(check(path).contains(u"veritabanı bozuk"_s));
     }
 
     void copiesWithSwappedNamesAreRefused() {
@@ -317,8 +369,12 @@ private Q_SLOTS:
 
     void twoOfOneSecond() {
         open();
-        QVERIFY(take().path != take().path);
-        QCOMPARE(copiesIn(m_place->path()).size(), 2);
+        const Copy first = take();
+        const Copy second = take();
+        QVERIFY(second.manifest.moment > first.manifest.moment);
+        // Of one day the newest is kept.
+        QCOMPARE(copiesIn(m_place->path()).size(), 1);
+        QCOMPARE(check(second.path), QString());
     }
 
     void oneRunAtATime() {

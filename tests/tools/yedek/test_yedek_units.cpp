@@ -128,6 +128,12 @@ private Q_SLOTS:
         QVERIFY(kept.first() < kept.last().addDays(-300));
     }
 
+    void theNewestStaysWhateverIsKept() {
+        const QList<QDateTime> moments{at(u"2020-01-01"_s), at(u"2020-01-02"_s), at(u"2030-01-01"_s)};
+        QCOMPARE(surplusCopies(moments, at(u"2026-11-22"_s), {.days = 0, .weeks = 0, .months = 0}),
+                 QList<QDateTime>{at(u"2020-01-01"_s)});
+    }
+
     void sumsAreExact_data() {
         addRows<SumRow>({
             {"tenths", {{0.1, 0.2, 0.3}, {}, u"0.6"_s}},
