@@ -2,6 +2,7 @@
 #include <random>
 
 #include "app/ayarmodul.h"
+#include "databasefile.h"
 #include "ordinaryuser.h"
 #include "rows.h"
 #include "runtests.h"
@@ -60,21 +61,10 @@ class YedekCopiesTest : public QObject {
 
     /// Runs statements on a file by the bare engine. @return the last one's first value
     static QString run(const QString& file, const QStringList& statements) {
+        RawDatabase database(file, {});
         QString value;
-        {
-            QSqlDatabase database = QSqlDatabase::addDatabase(u"KOVANIXSQLITE"_s, u"oddity"_s);
-            database.setDatabaseName(file);
-            if (!database.open())
-                qFatal("%s", qPrintable(database.lastError().text()));
-            QSqlQuery query(database);
-            for (const QString& statement : statements) {
-                if (!query.exec(statement))
-                    qFatal("%s", qPrintable(query.lastError().text()));
-            }
-            if (query.next())
-                value = query.value(0).toString();
-        }
-        QSqlDatabase::removeDatabase(u"oddity"_s);
+        for (const QString& statement : statements)
+            value = database.rows(statement).value(0);
         return value;
     }
 
