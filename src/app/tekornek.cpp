@@ -14,8 +14,7 @@ SingleInstance& heldName() {
     // Belongs to the application object: lives as long as the process has an event loop to hear the others
     // with.
     static SingleInstance* const instance = [] {
-        auto* created =
-            new SingleInstance(u"Global\\KovanixSingleInstance2026"_s, QCoreApplication::instance());
+        auto* created = new SingleInstance(tekornekadi(), QCoreApplication::instance());
         QObject::connect(created, &SingleInstance::raiseRequested, created, &raiseApplication);
         return created;
     }();
@@ -23,6 +22,10 @@ SingleInstance& heldName() {
 }
 
 }  // namespace
+
+QString tekornekadi() {
+    return u"Global\\KovanixSingleInstance2026"_s;
+}
 
 bool tekorneksorgu() {
     return heldName().isFirst();

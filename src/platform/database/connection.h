@@ -122,6 +122,9 @@ private:
 /// real one, which asks the mount table.
 void setNetworkFileTest(std::function<bool(const QString& path)> test);
 
+/// Whether a file lies on another machine.
+bool liesOnNetwork(const QString& path);
+
 /// Whether a file system of that type (as the mount table names it: "nfs4", "cifs", "ext4") lies on another
 /// machine.
 bool isNetworkFileSystem(const QByteArray& type);

@@ -40,7 +40,8 @@ void closeAtProcessEnd(const QString& driver) {
     atProcessEnd(closeConnections);
 }
 
-/// Whether the toolkit has a driver, which may lie beside the program as built or as installed.
+}  // namespace
+
 bool findDriver(const QString& driver) {
     if (QSqlDatabase::isDriverAvailable(driver))
         return true;
@@ -51,8 +52,6 @@ bool findDriver(const QString& driver) {
     }
     return QSqlDatabase::isDriverAvailable(driver);
 }
-
-}  // namespace
 
 std::shared_ptr<DatabaseEngine> DatabaseEngine::of(const ConnectionString& parts,
                                                    std::chrono::milliseconds busyTimeout) {

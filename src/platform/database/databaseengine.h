@@ -22,6 +22,9 @@ namespace kovanix {
 
 struct ConnectionCore;
 
+/// Whether the toolkit has a driver, which may lie beside the program as built or as installed.
+bool findDriver(const QString& driver);
+
 /// A connection's way to its database: one handle of the toolkit, what is kept prepared on it, what is known
 /// of its tables. Several connections of this process may have one in common. No step leaves a statement half
 /// read behind.

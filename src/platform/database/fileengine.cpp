@@ -32,11 +32,6 @@ std::function<bool(const QString&)>& networkFileTest() {
     return test;
 }
 
-bool isOnNetwork(const QString& path) {
-    return networkFileTest() ? networkFileTest()(path)
-                             : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
-}
-
 std::function<void()>& waitSign() {
     static std::function<void()> sign;
     return sign;
@@ -63,6 +58,11 @@ std::shared_ptr<quint64> writesTo(const QString& file) {
 
 void setNetworkFileTest(std::function<bool(const QString& path)> test) {
     networkFileTest() = std::move(test);
+}
+
+bool liesOnNetwork(const QString& path) {
+    return networkFileTest() ? networkFileTest()(path)
+                             : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
 }
 
 void setWaitSign(std::function<void()> sign) {
@@ -101,7 +101,7 @@ void FileEngine::open() {
     QObject::connect(m_database.driver(), &QSqlDriver::notification, m_database.driver(), giveWaitSign);
     m_target = file.canonicalFilePath();
     writes = writesTo(m_target);
-    m_onNetwork = isOnNetwork(m_target);
+    m_onNetwork = liesOnNetwork(m_target);
     if (m_onNetwork)
         leaveLogOverNetwork();
     openHandle(busyTimeout());

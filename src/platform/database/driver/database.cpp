@@ -20,6 +20,7 @@ void Database::close() {
         result->finalize();
     }
     sqlite3_close(std::exchange(m_handle, nullptr));
+    m_key.clear();
 }
 
 QSqlError Database::error(const QString& what, QSqlError::ErrorType type) const {
@@ -32,6 +33,8 @@ int Database::openOnce(const QByteArray& name, const QByteArray& password, const
                        const QByteArray& format) {
     const int access = options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     const int flags = access | SQLITE_OPEN_NOMUTEX | (options.uri ? SQLITE_OPEN_URI : 0);
+    m_key = password;
+    m_format = format;
     int code = sqlite3_open_v2(name.constData(), &m_handle, flags, nullptr);
     if (code != SQLITE_OK) {
         return code;

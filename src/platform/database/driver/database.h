@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine.h"
+#include "filecopier.h"
 
 namespace kovanix::engine {
 
@@ -45,6 +46,9 @@ public:
     /// Has a step run, in the middle of the statement, whenever one begins to wait for a file that is locked.
     void setWaitBegins(std::function<void()> step) { m_waitBegins = std::move(step); }
 
+    /// See FileCopier.
+    QSqlError copyTo(const QString& target, const std::function<int(const CopyState&)>& next);
+
     /// The library's last error on this handle.
     QSqlError error(const QString& what, QSqlError::ErrorType type) const;
 
@@ -57,6 +61,8 @@ private:
     static int onLocked(void* database, int times);
 
     sqlite3* m_handle = nullptr;
+    QByteArray m_key;     ///< with which it is open
+    QByteArray m_format;  ///< likewise
     std::function<void()> m_waitBegins;
     std::chrono::milliseconds m_busyTimeout{};
     std::chrono::steady_clock::time_point m_waitEnd;

@@ -134,6 +134,18 @@ QSqlResult* Driver::createResult() const {
     return new Result(this, m_database);
 }
 
+QVariant Driver::handle() const {
+    // The toolkit asks a driver for its handle through a const one.
+    FileCopier* const copier = const_cast<Driver*>(this);
+    return QVariant::fromValue(copier);
+}
+
+QSqlError Driver::copyTo(const QString& target, const std::function<int(const CopyState&)>& next) {
+    if (!isOpen())
+        return {u"Error copying database"_s, u"not open"_s, QSqlError::ConnectionError};
+    return m_database->copyTo(target, next);
+}
+
 bool Driver::execute(const char* sql) {
     if (!isOpen() || isOpenError()) {
         return false;

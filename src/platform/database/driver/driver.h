@@ -15,7 +15,7 @@ namespace kovanix::engine {
 ///
 /// A statement that begins to wait for a locked file has the signal notification sent, named "wait", before
 /// its first nap.
-class Driver : public QSqlDriver {
+class Driver : public QSqlDriver, public FileCopier {
     Q_OBJECT
 
 public:
@@ -27,6 +27,9 @@ public:
               const QString& options) override;
     void close() override;
     QSqlResult* createResult() const override;
+    /// The file as a FileCopier.
+    QVariant handle() const override;
+    QSqlError copyTo(const QString& target, const std::function<int(const CopyState&)>& next) override;
 
     bool beginTransaction() override;
     bool commitTransaction() override;

@@ -1,0 +1,480 @@
+#include <QTemporaryDir>
+#include <random>
+
+#include "app/ayarmodul.h"
+#include "databasefile.h"
+#include "ordinaryuser.h"
+#include "rows.h"
+#include "runtests.h"
+#include "yedek/gzip.h"
+#include "yedek/packedcopy.h"
+#include "yedek/places.h"
+#include "yedek/restore.h"
+#include "yedek/tablesums.h"
+#include "yedek/takecopy.h"
+#include "yedekfixture.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+struct PasswordRow {
+    QString password;
+};
+
+/// How a copy is harmed.
+struct HarmRow {
+    QByteArray (*harm)(QByteArray bytes, std::mt19937& random);
+    int times;
+};
+
+namespace {
+
+void stock(ShopFixture& shop) {
+    for (int i = 0; i < 300; ++i)
+        shop.addProduct(u"869000000%1"_s.arg(i, 4, 10, QChar(u'0')), u"Ürün şğı %1"_s.arg(i), 1.1 * i,
+                        1.3 * i, i - 20);
+}
+
+qsizetype place(qsizetype size, std::mt19937& random) {
+    return std::uniform_int_distribution<qsizetype>(0, size - 1)(random);
+}
+
+}  // namespace
+
+class YedekCopiesTest : public QObject {
+    Q_OBJECT
+
+    std::optional<ShopFixture> m_shop;
+    std::optional<QTemporaryDir> m_place;
+    Storage m_storage;
+
+    Copy take(Storage& storage) {
+        return takeCopy(Shop::current(), m_place->path(), storage, WorkProgress());
+    }
+    Copy take() { return take(m_storage); }
+    void open(const QString& password = {}) { m_shop->openShop(password, stock); }
+    QString check(const QString& packed) {
+        QTemporaryDir work;
+        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
+    }
+
+    /// Runs statements on a file by the bare engine. @return the last one's first value
+    static QString run(const QString& file, const QStringList& statements) {
+        RawDatabase database(file, {});
+        QString value;
+        for (const QString& statement : statements)
+            value = database.rows(statement).value(0);
+        return value;
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_shop.emplace();
+        m_place.emplace();
+    }
+    void cleanup() {
+        m_place.reset();
+        m_shop.reset();
+    }
+
+    void aCopyOfARunningShopCounts_data() {
+        addRows<PasswordRow>({{"plain", {{}}}, {"password", {quickPassword}}});
+    }
+    void aCopyOfARunningShopCounts() {
+        QFETCH(const PasswordRow, row);
+        open(row.password);
+        storeTogether([] { baglanti().execute(u"UPDATE urunler SET stok = 7 WHERE no = 1"_s); });
+        const QByteArray data = bytesOf(m_shop->databaseFile());
+        const QByteArray log = bytesOf(m_shop->databaseFile() + u"-wal");
+        const QByteArray config = m_shop->config();
+        QVERIFY(!log.isEmpty());
+        const Copy copy = take();
+        QCOMPARE(bytesOf(m_shop->databaseFile()), data);
+        QCOMPARE(bytesOf(m_shop->databaseFile() + u"-wal"), log);
+        QCOMPARE(m_shop->config(), config);
+
+        QCOMPARE(QFileInfo(copy.path).fileName(), u"kovanix-2026-05-03-070509.yedek"_s);
+        QCOMPARE(filesOf(m_place->path()).keys(), QStringList(QFileInfo(copy.path).fileName()));
+        QCOMPARE(copiesIn(m_place->path()).size(), 1);
+        QCOMPARE(check(copy.path), QString());
+        QCOMPARE(copy.manifest.hasPassword, !row.password.isEmpty());
+        QCOMPARE(copy.manifest.tables[0].name, u"urunler"_s);
+        QCOMPARE(copy.manifest.tables[0].rows, 300);
+        // 0 + 1 + … + 299, 20 less each, and 7 in place of -20.
+        const QList<std::pair<QString, QString>>& sums = copy.manifest.tables[0].sums;
+        QVERIFY(sums.contains(std::pair(u"stok"_s, u"38877"_s)));
+        QVERIFY(sums.contains(std::pair(u"alis"_s, u"49335"_s)));
+
+        QTemporaryDir opened;
+        unpackAndCheck(copy.path, opened.path(), WorkProgress());
+        QCOMPARE(bytesOf(opened.filePath(dataName)).startsWith("SQLite format 3"), row.password.isEmpty());
+        QCOMPARE(bytesOf(opened.filePath(configName)), config);
+        QCOMPARE(m_shop->rows(u"SELECT stok FROM urunler WHERE no = 1"_s)[0][0].toInt(), 7);
+    }
+
+    void anyTarUnpacksIt() {
+        open();
+        const Copy copy = take();
+        QTemporaryDir opened;
+        QProcess tar;
+        tar.start(u"tar"_s, {u"xzf"_s, copy.path, u"-C"_s, opened.path()});
+        QVERIFY(tar.waitForFinished());
+        QCOMPARE(tar.exitCode(), 0);
+        QCOMPARE(tar.readAllStandardError(), QByteArray());
+        QProcess sum;
+        sum.setWorkingDirectory(opened.path());
+        sum.start(u"sha256sum"_s, {u"-c"_s, u"manifest.json.sha256"_s});
+        QVERIFY(sum.waitForFinished());
+        QCOMPARE(sum.exitCode(), 0);
+    }
+
+    void harmedCopiesAreRefused_data() {
+        addRows<HarmRow>({
+            {"one byte",
+             {[](QByteArray bytes, std::mt19937& random) {
+                  bytes[place(bytes.size(), random)] ^= char(1 + place(255, random));
+                  return bytes;
+              },
+              150}},
+            {"one bit of its head or tail",
+             {[](QByteArray bytes, std::mt19937& random) {
+                  const qsizetype near = place(120, random);
+                  bytes[place(2, random) ? near : bytes.size() - 1 - near] ^= char(1 << place(8, random));
+                  return bytes;
+              },
+              100}},
+            {"cut",
+             {[](QByteArray bytes, std::mt19937& random) { return bytes.first(place(bytes.size(), random)); },
+              50}},
+            {"its last byte cut", {[](QByteArray bytes, std::mt19937&) { return bytes.chopped(1); }, 1}},
+            {"longer", {[](QByteArray bytes, std::mt19937&) { return bytes.append('\0'); }, 1}},
+            {"emptied", {[](QByteArray, std::mt19937&) { return QByteArray(); }, 1}},
+            {"zeros", {[](QByteArray bytes, std::mt19937&) { return QByteArray(bytes.size(), '\0'); }, 1}},
+            {"a hole",
+             {[](QByteArray bytes, std::mt19937& random) {
+                  constexpr qsizetype block = 512;
+                  const qsizetype from = place(bytes.size() - block, random);
+                  return bytes.replace(from, block, QByteArray(block, '\0'));
+              },
+              30}},
+            {"two blocks swapped",
+             {[](QByteArray bytes, std::mt19937& random) {
+                  constexpr qsizetype block = 512;
+                  const qsizetype blocks = bytes.size() / block;
+                  const qsizetype one = place(blocks - 1, random);
+                  const qsizetype other = one + 1 + place(blocks - one - 1, random);
+                  const QByteArray kept = bytes.sliced(one * block, block);
+                  bytes.replace(one * block, block, bytes.sliced(other * block, block));
+                  return bytes.replace(other * block, block, kept);
+              },
+              30}},
+        });
+    }
+    void harmedCopiesAreRefused() {
+        QFETCH(const HarmRow, row);
+        open();
+        const Copy copy = take();
+        const QByteArray whole = bytesOf(copy.path);
+        std::mt19937 random(20261122);
+        for (int i = 0; i < row.times; ++i) {
+            const QByteArray harmed = row.harm(whole, random);
+            QVERIFY(harmed != whole);
+            writeBytes(copy.path, harmed);
+            QVERIFY2(!check(copy.path).isEmpty(), qPrintable(QString::number(i)));
+        }
+        writeBytes(copy.path, whole);
+        QCOMPARE(check(copy.path), QString());
+    }
+
+    /// Copies put together anew from the parts of sound ones, with all outer sums right.
+    void partsOfTwoCopiesAreRefused() {
+        open();
+        ayarla(u"tema"_s, u"1"_s);
+        const Copy first = take();
+        storeTogether([] { baglanti().execute(u"UPDATE urunler SET stok = 8 WHERE no = 1"_s); });
+        m_shop->setNow(QDateTime(QDate(2026, 5, 4), QTime(7, 5, 9)));
+        const Copy second = take();
+        QTemporaryDir parts;
+        unpackAndCheck(first.path, parts.path(), WorkProgress());
+        const auto repacked = [&](const Manifest& manifest) {
+            const QString path = parts.filePath(u"p.yedek"_s);
+            QFile::remove(path);
+            pack(parts.path(), manifest, path, WorkProgress());
+            return check(path);
+        };
+        QCOMPARE(repacked(first.manifest), QString());
+        QVERIFY(!repacked(second.manifest).isEmpty());
+        const QByteArray config = bytesOf(parts.filePath(configName));
+        writeBytes(parts.filePath(configName), config.chopped(1) + '#');
+        QVERIFY(repacked(first.manifest).contains(u"parça"_s));
+        writeBytes(parts.filePath(configName), config);
+        Manifest changed = first.manifest;
+        changed.tables[0].rows += 1;
+        QVERIFY(repacked(changed).contains(u"satır"_s));
+        changed = first.manifest;
+        changed.tables[0].sums[0].second += u'1';
+        QVERIFY(repacked(changed).contains(u"toplam"_s));
+        changed = first.manifest;
+        changed.hasPassword = true;
+        QVERIFY(repacked(changed).contains(u"parola"_s));
+        // A sound part in the manifest's own words that is no sound database.
+        QByteArray data = bytesOf(parts.filePath(dataName));
+        data.replace(data.size() / 3, 4096 * 3, QByteArray(4096 * 3, 'x'));
+        writeBytes(parts.filePath(dataName), data);
+        changed = first.manifest;
+        changed.parts[0].sha256 = sha256Of(parts.filePath(dataName), WorkProgress(), {});
+        QVERIFY(repacked(changed).contains(u"veritabanı"_s));
+    }
+
+    /// Rows and sums are right, but an index leads elsewhere.
+    void theEngineHasToFindADatabaseSound() {
+        open();
+        const Copy copy = take();
+        QTemporaryDir parts;
+        Manifest manifest = unpackAndCheck(copy.path, parts.path(), WorkProgress());
+        const QString data = parts.filePath(dataName);
+        const QString whereIndex = u" FROM sqlite_master WHERE name = 'kovanix_urunler_barkod'"_s;
+        const QString index = run(data, {u"SELECT rootpage"_s + whereIndex});
+        const QString sql = run(data, {u"SELECT sql"_s + whereIndex});
+        const QString writable = u"PRAGMA writable_schema = ON"_s;
+        run(data, {writable, u"DELETE"_s + whereIndex});
+        run(data, {u"UPDATE urunler SET barkod = 'elsewhere' WHERE no = 1"_s});
+        run(data,
+            {writable,
+             u"INSERT INTO sqlite_master VALUES ('index', 'kovanix_urunler_barkod', 'urunler', %1, '%2')"_s
+                 .arg(index, sql)});
+        for (const QString& end : {u"-wal"_s, u"-shm"_s})
+            QFile::remove(data + end);
+        manifest.parts[0].size = QFileInfo(data).size();
+        manifest.parts[0].sha256 = sha256Of(data, WorkProgress(), {});
+        const QString path = parts.filePath(u"p.yedek"_s);
+        pack(parts.path(), manifest, path, WorkProgress());
+        QVERIFY(check(path).contains(u"veritabanı bozuk"_s));
+    }
+
+    void copiesWithSwappedNamesAreRefused() {
+        open();
+        const Copy first = take();
+        m_shop->setNow(QDateTime(QDate(2026, 5, 4), QTime(7, 5, 9)));
+        const Copy second = take();
+        const QByteArray bytes = bytesOf(first.path);
+        writeBytes(first.path, bytesOf(second.path));
+        writeBytes(second.path, bytes);
+        QVERIFY(check(first.path).contains(u"tarih"_s));
+        QVERIFY(check(second.path).contains(u"tarih"_s));
+        QCOMPARE(copiesIn(m_place->path()).size(), 0);
+    }
+
+    void whatItSaysToUnpackIsBounded() {
+        open();
+        const Copy copy = take();
+        QTemporaryDir parts;
+        Manifest manifest = unpackAndCheck(copy.path, parts.path(), WorkProgress());
+        manifest.parts[0].size = qint64{1} << 50;
+        const QString path = parts.filePath(u"p.yedek"_s);
+        pack(parts.path(), manifest, path, WorkProgress());
+        QVERIFY(check(path).contains(u"yer kalmadı"_s));
+    }
+
+    void theDiskEndsAtAnyStep_data() {
+        addRows<PasswordRow>({{"plain", {{}}}, {"password", {quickPassword}}});
+    }
+    void theDiskEndsAtAnyStep() {
+        QFETCH(const PasswordRow, row);
+        using End = CutStorage::End;
+        open(row.password);
+        const Copy before = take();
+        CutStorage all(End::never, 0);
+        m_shop->setNow(QDateTime(QDate(2026, 5, 4), QTime(7, 5, 9)));
+        const Copy good = take(all);
+        // What a name leads to is durable ahead of the name, and the name ahead of the next.
+        QCOMPARE(all.steps().first(3), (QStringList{u"sync kopya"_s, u"name"_s, u"folder"_s}));
+        m_storage.remove(good.path);
+        const QByteArray shop = bytesOf(m_shop->databaseFile());
+        for (const End end : {End::cutBefore, End::cutBehind, End::fails}) {
+            for (int step = 1; step <= all.steps().size(); ++step) {
+                CutStorage storage(end, step);
+                bool ended = false;
+                try {
+                    take(storage);
+                } catch (const PowerCut&) {
+                    ended = true;
+                } catch (const RuntimeError&) {
+                    ended = true;
+                }
+                QVERIFY(storage.hasStruck());
+                QVERIFY(ended || end == End::fails);
+                const QList<Copy> copies = copiesIn(m_place->path());
+                QVERIFY(!copies.isEmpty());
+                QCOMPARE(copies.last().path, before.path);
+                for (const Copy& copy : copies) {
+                    QCOMPARE(check(copy.path), QString());
+                    if (copy.path != before.path)
+                        m_storage.remove(copy.path);
+                }
+                QCOMPARE(bytesOf(m_shop->databaseFile()), shop);
+            }
+        }
+    }
+
+    void whatARunThatDiedHasLeftIsClearedAway() {
+        open();
+        QDir place(m_place->path());
+        QVERIFY(place.mkpath(u".kovanix-yedek-gecici/parcalar"_s));
+        writeBytes(place.filePath(u".kovanix-yedek-gecici/kopya"_s), "x");
+        writeBytes(place.filePath(u".kovanix-yedek-gecici/parcalar/kovanix.data"_s), "x");
+        take();
+        QVERIFY(!QFileInfo::exists(place.filePath(u".kovanix-yedek-gecici"_s)));
+        QCOMPARE(copiesIn(m_place->path()).size(), 1);
+    }
+
+    void onlyThisShopsCopiesGo() {
+        open();
+        // Twelve days of this shop, and of another one in the same folder.
+        QTemporaryDir parts;
+        for (int day = 1; day <= 12; ++day) {
+            m_shop->setNow(QDateTime(QDate(2026, 5, day), QTime(10, 0)));
+            const Copy copy = take();
+            QFile::remove(parts.filePath(dataName));
+            QFile::remove(parts.filePath(configName));
+            Manifest other = unpackAndCheck(copy.path, parts.path(), WorkProgress());
+            other.shop = u"another"_s;
+            other.moment = other.moment.addSecs(60);
+            pack(parts.path(), other, QDir(m_place->path()).filePath(copyName(other.moment)), WorkProgress());
+        }
+        writeBytes(m_place->filePath(u"kovanix-2020-01-01-100000.yedek"_s), "not ours");
+        writeBytes(m_place->filePath(u"mektup.txt"_s), "letter");
+        m_shop->setNow(QDateTime(QDate(2026, 5, 13), QTime(10, 0)));
+        take();
+        int own = 0;
+        int others = 0;
+        for (const Copy& copy : copiesIn(m_place->path()))
+            ++(copy.manifest.shop == u"another"_s ? others : own);
+        QCOMPARE(others, 12);
+        QCOMPARE(own, 8);  // seven days, and the newest of the week before
+        QCOMPARE(bytesOf(m_place->filePath(u"kovanix-2020-01-01-100000.yedek"_s)), QByteArray("not ours"));
+        QCOMPARE(bytesOf(m_place->filePath(u"mektup.txt"_s)), QByteArray("letter"));
+    }
+
+    void twoOfOneSecond() {
+        open();
+        const Copy first = take();
+        const Copy second = take();
+        QVERIFY(second.manifest.moment > first.manifest.moment);
+        // Of one day the newest is kept.
+        QCOMPARE(copiesIn(m_place->path()).size(), 1);
+        QCOMPARE(check(second.path), QString());
+    }
+
+    void oneRunAtATime() {
+        open();
+        QString second;
+        takeCopy(Shop::current(), m_place->path(), m_storage,
+                 WorkProgress([&](const QString&, qint64, qint64) {
+                     if (second.isEmpty())
+                         second = wordsOf([this] { take(); });
+                 }));
+        QVERIFY(second.contains(u"başka bir yedekleme"_s));
+        QCOMPARE(copiesIn(m_place->path()).size(), 1);
+    }
+
+    void aCancelledRunLeavesNothing() {
+        open();
+        int signs = 0;
+        const auto count = [&](int cancelAt) {
+            const auto cancel = std::make_shared<std::atomic<bool>>(false);
+            signs = 0;
+            try {
+                takeCopy(Shop::current(), m_place->path(), m_storage,
+                         WorkProgress(
+                             [&](const QString&, qint64, qint64) {
+                                 if (++signs == cancelAt)
+                                     *cancel = true;
+                             },
+                             cancel));
+            } catch (const WorkProgress::Cancelled&) {
+                return true;
+            }
+            return false;
+        };
+        QVERIFY(!count(0));
+        const int all = signs;
+        QVERIFY(all > 5);
+        const auto before = filesOf(m_place->path());
+        for (int i = 1; i < all; ++i) {
+            QVERIFY(count(i));
+            QCOMPARE(filesOf(m_place->path()), before);
+        }
+    }
+
+    void aFolderThatCantBeWritten() {
+        open();
+        const QString closed = m_place->filePath(u"kapali"_s);
+        QVERIFY(QDir().mkdir(closed, QFile::ReadOwner | QFile::ExeOwner));
+        QFile::setPermissions(m_place->path(), QFile::ReadOther | QFile::ExeOther | QFile::ReadOwner |
+                                                   QFile::WriteOwner | QFile::ExeOwner);
+        const Shop shop = Shop::current();
+        const OrdinaryUser user;
+        QVERIFY(!user.failed());
+        QVERIFY(!wordsOf([&] { takeCopy(shop, closed, m_storage, WorkProgress()); }).isEmpty());
+    }
+
+    void aDamagedShopIsntCountedAsACopy() {
+        open();
+        baglantikapat();
+        QByteArray data = bytesOf(m_shop->databaseFile());
+        data.replace(data.size() / 2, data.size() / 5, QByteArray(data.size() / 5, 'x'));
+        writeBytes(m_shop->databaseFile(), data);
+        QVERIFY(!wordsOf([this] { take(); }).isEmpty());
+        QVERIFY(filesOf(m_place->path()).isEmpty());
+    }
+
+    void noShopNoCopy() {
+        QVERIFY(wordsOf([this] { take(); }).contains(u"bulunamadı"_s));
+    }
+
+    void aShopOnAServerIsRefused() {
+        writeBytes(m_shop->file(u"dukkan.sunucu"_s), "x");
+        m_shop->writeConfig("[ayar]\r\nip=" + m_shop->file(u"dukkan.sunucu"_s).toUtf8() + "\r\n");
+        QVERIFY(wordsOf([this] { take(); }).contains(u"sunucu"_s));
+        QVERIFY(filesOf(m_place->path()).isEmpty());
+    }
+
+    void aStickGetsTheSameBytes() {
+        open();
+        const Copy copy = take();
+        QTemporaryDir stick;
+        repeatCopy(copy, stick.path(), m_storage, WorkProgress());
+        QCOMPARE(filesOf(stick.path()), filesOf(m_place->path()));
+        // Pulled out on the way: what was there stands.
+        const auto before = filesOf(stick.path());
+        m_shop->setNow(QDateTime(QDate(2026, 5, 4), QTime(7, 5, 9)));
+        const Copy next = take();
+        for (int step = 1; step <= 2; ++step) {
+            CutStorage pulled(CutStorage::End::fails, step);
+            QVERIFY(!wordsOf([&] { repeatCopy(next, stick.path(), pulled, WorkProgress()); }).isEmpty());
+            QCOMPARE(filesOf(stick.path()), before);
+        }
+        QCOMPARE(check(next.path), QString());
+    }
+
+    void theFolderIsTheShopsChoice() {
+        open();
+        const Shop shop = Shop::current();
+        QVERIFY(copyFolder(shop).endsWith(u"Kovanix yedek"_s));
+        chooseCopyFolder(shop, u"/yedek/Şube ı"_s);
+        QCOMPARE(copyFolder(shop), u"/yedek/Şube ı"_s);
+        QVERIFY(!wordsOf([&] { chooseCopyFolder(shop, u"/yedek/日本"_s); }).isEmpty());
+    }
+};
+
+}  // namespace kovanix::yedek
+
+Q_DECLARE_METATYPE(kovanix::yedek::PasswordRow)
+Q_DECLARE_METATYPE(kovanix::yedek::HarmRow)
+
+int main(int argc, char** argv) {
+    return kovanix::runTests<kovanix::yedek::YedekCopiesTest>(argc, argv);
+}
+#include "test_yedek_copies.moc"

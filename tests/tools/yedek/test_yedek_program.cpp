@@ -1,0 +1,277 @@
+// The built program, as a shopkeeper and a timer start it.
+
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <QTemporaryDir>
+#include <QThread>
+#include <random>
+
+#include "app/ayarmodul.h"
+#include "ordinaryuser.h"
+#include "programs.h"
+#include "rows.h"
+#include "runtests.h"
+#include "yedek/copies.h"
+#include "yedek/restore.h"
+#include "yedekfixture.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+struct UsageRow {
+    QStringList arguments;
+    int status;
+    QString words;  ///< among what is said
+};
+
+namespace {
+
+const QString program = QStringLiteral(BACKUP_PROGRAM);
+
+/// A small disk of its own for a test, where this user may have one.
+class SmallDisk {
+public:
+    explicit SmallDisk(const char* options) {
+        m_mounted = ::geteuid() == 0 &&
+                    ::mount("tmpfs", m_folder.path().toUtf8().constData(), "tmpfs", 0, options) == 0;
+    }
+    ~SmallDisk() {
+        if (m_mounted)
+            ::umount2(m_folder.path().toUtf8().constData(), MNT_DETACH);
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+    bool isThere() const { return m_mounted; }
+    QString path() const { return m_folder.path(); }
+
+private:
+    QTemporaryDir m_folder;
+    bool m_mounted = false;
+};
+
+}  // namespace
+
+class YedekProgramTest : public QObject {
+    Q_OBJECT
+
+    std::optional<ShopFixture> m_shop;
+    std::optional<QTemporaryDir> m_place;
+    QProcessEnvironment m_environment = tillEnvironment();
+
+    Outcome run(const QStringList& arguments) {
+        return runProgram(QStringList{program, u"--folder"_s, m_shop->folder()} + arguments, m_environment);
+    }
+    Outcome take(const QString& place) { return run({u"--al"_s, u"--klasor"_s, place}); }
+    Outcome take() { return take(m_place->path()); }
+    QList<Copy> copies() { return copiesIn(m_place->path()); }
+    void makeShop(int stock) {
+        for (const QString& name : QDir(m_shop->folder()).entryList(QDir::Files | QDir::Hidden))
+            QFile::remove(m_shop->file(name));
+        m_shop->openShop();
+        baglanti().execute(
+            u"INSERT INTO urunler (barkod, stok, urun) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) SELECT i, %1, 'Ürün ' || i FROM n"_s
+                .arg(stock));
+        baglantikapat();
+        semahazir = false;
+        ayarla(u"tema"_s, QString::number(stock));
+    }
+    /// What a till finds: a stock, and a setting.
+    static QString shopNow() {
+        Connection till;
+        till.open(baglantimetnial());
+        QString found;
+        RowWalk(till, u"SELECT stok FROM urunler WHERE barkod = '20000'"_s)
+            .forEach([&](const RowWalk::Row& row) { found = QString::number(row.number(0).value_or(-1)); });
+        return found + u'|' + ayar(u"tema"_s);
+    }
+    QString check(const QString& packed) {
+        const QTemporaryDir work;
+        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
+    }
+    /// Puts a program of that name ahead of all others on the path.
+    void shadow(const QString& name, const QByteArray& script) {
+        const QString path = m_shop->file(name);
+        writeBytes(path, script);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_environment.insert(u"PATH"_s, m_shop->folder() + u":/usr/bin:/bin");
+        m_environment.insert(u"XDG_CONFIG_HOME"_s, m_shop->file(u"ayarlar"_s));
+    }
+
+private Q_SLOTS:
+    void initTestCase() { isolateFromOtherTills(); }
+    void init() {
+        m_environment = tillEnvironment();
+        m_shop.emplace();
+        m_place.emplace();
+        makeShop(7);
+    }
+    void cleanup() {
+        m_place.reset();
+        m_shop.reset();
+    }
+
+    void fromCopyToRestore() {
+        const Outcome taken = take();
+        QCOMPARE(taken.errors, QString());
+        QCOMPARE(taken.status, 0);
+        QCOMPARE(copies().size(), 1);
+        const QString copy = copies().first().path;
+        QVERIFY(taken.output.contains(copy));
+        QVERIFY(
+            run({u"--liste"_s, u"--klasor"_s, m_place->path()}).output.contains(QFileInfo(copy).fileName()));
+        const Outcome checked = run({u"--denetle"_s, copy});
+        QCOMPARE(checked.status, 0);
+        QVERIFY(checked.output.contains(u"urunler: 20000 satır"_s));
+
+        makeShop(99);
+        for (const QStringList& toofew : {QStringList{}, QStringList{u"--evet"_s}}) {
+            QCOMPARE(run(QStringList{u"--don"_s, copy} + toofew).status, 3);
+            QCOMPARE(shopNow(), u"99|99"_s);
+        }
+        const Outcome restored = run({u"--don"_s, copy, u"--evet"_s, u"--evet"_s});
+        QCOMPARE(restored.errors, QString());
+        QCOMPARE(restored.status, 0);
+        QCOMPARE(shopNow(), u"7|7"_s);
+        QVERIFY(restored.output.contains(u"oncesi"_s));
+    }
+
+    void usage_data() {
+        addRows<UsageRow>({
+            {"two tasks", {{u"--al"_s, u"--liste"_s}, 2, u"tek bir iş"_s}},
+            {"a word too many", {{u"--al"_s, u"bugün"_s}, 2, u"tek bir iş"_s}},
+            {"no such copy", {{u"--denetle"_s, u"/yok.yedek"_s}, 3, u"Bulunamadı"_s}},
+            {"no copy at all", {{u"--denetle"_s, u"/etc/passwd"_s}, 3, u"bozuk"_s}},
+            {"a folder", {{u"--denetle"_s, u"/etc"_s}, 3, QString()}},
+            {"a folder that can't be", {{u"--al"_s, u"--klasor"_s, u"/dev/null/x"_s}, 1, u"açılamıyor"_s}},
+        });
+    }
+    void usage() {
+        QFETCH(const UsageRow, row);
+        const Outcome outcome = run(row.arguments);
+        QCOMPARE(outcome.status, row.status);
+        QVERIFY2(outcome.errors.contains(row.words), qPrintable(outcome.errors));
+        QVERIFY(outcome.output.isEmpty());
+    }
+
+    void noShop() {
+        const QTemporaryDir none;
+        const Outcome outcome = runProgram({program, u"--folder"_s, none.path(), u"--al"_s}, m_environment);
+        QCOMPARE(outcome.status, 1);
+        QVERIFY(outcome.errors.contains(u"dükkân yok"_s));
+        QVERIFY(QDir(none.path()).isEmpty());
+    }
+
+    void aTillThatRunsIsntRestoredUnder() {
+        QCOMPARE(take().status, 0);
+        makeShop(99);
+        Program till({kovanixProgram(), u"--folder"_s, m_shop->folder()});
+        QTRY_VERIFY_WITH_TIMEOUT(someTillAnswers(), patience);
+        const Outcome refused = run({u"--don"_s, copies().first().path, u"--evet"_s, u"--evet"_s});
+        QCOMPARE(refused.status, 3);
+        QVERIFY(refused.errors.contains(u"kasa açık"_s));
+        // A copy is another matter.
+        QCOMPARE(take().status, 0);
+        till.killHard();
+        QCOMPARE(shopNow(), u"99|99"_s);
+        QCOMPARE(run({u"--don"_s, copies().last().path, u"--evet"_s, u"--evet"_s}).status, 0);
+    }
+
+    void killedAtAnyMomentOfACopy() {
+        QCOMPARE(take().status, 0);
+        const Copy good = copies().first();
+        const QByteArray shop = bytesOf(m_shop->databaseFile());
+        std::mt19937 random(15);
+        int killed = 0;
+        for (int i = 0; i < 25; ++i) {
+            Program backup(
+                {program, u"--folder"_s, m_shop->folder(), u"--al"_s, u"--klasor"_s, m_place->path()},
+                m_environment);
+            QThread::usleep(std::uniform_int_distribution<unsigned long>(10'000, 500'000)(random));
+            killed += backup.isRunning() ? 1 : 0;
+            backup.killHard();
+            QCOMPARE(bytesOf(m_shop->databaseFile()), shop);
+            QVERIFY(!copies().isEmpty());
+            for (const Copy& copy : copies())
+                QCOMPARE(check(copy.path), QString());
+        }
+        QVERIFY(killed > 5);
+        QCOMPARE(take().status, 0);
+        QVERIFY(!QFileInfo::exists(m_place->filePath(u".kovanix-yedek-gecici"_s)));
+        // Of one day the newest is kept.
+        QCOMPARE(copies().size(), 1);
+        QVERIFY(copies().first().manifest.moment > good.manifest.moment);
+    }
+
+    void killedAtAnyMomentOfARestore() {
+        QCOMPARE(take().status, 0);
+        const QString copy = copies().first().path;
+        std::mt19937 random(16);
+        int olds = 0;
+        for (int i = 0; i < 25; ++i) {
+            makeShop(99);
+            Program restore(
+                {program, u"--folder"_s, m_shop->folder(), u"--don"_s, copy, u"--evet"_s, u"--evet"_s},
+                m_environment);
+            QThread::usleep(std::uniform_int_distribution<unsigned long>(10'000, 500'000)(random));
+            restore.killHard();
+            const QString found = shopNow();
+            QVERIFY2(found == u"7|7" || found == u"99|99", qPrintable(found));
+            olds += found == u"99|99" ? 1 : 0;
+        }
+        QVERIFY(olds > 0);
+        QCOMPARE(run({u"--don"_s, copy, u"--evet"_s, u"--evet"_s}).status, 0);
+        QCOMPARE(shopNow(), u"7|7"_s);
+    }
+
+    void aDiskThatIsFullOrReadOnly() {
+        {
+            const SmallDisk small("size=1m");
+            if (!small.isThere())
+                QSKIP("only the administrator may make a disk");
+            const Outcome outcome = take(small.path());
+            QCOMPARE(outcome.status, 1);
+            QVERIFY2(outcome.errors.contains(u"yer kalmadı"_s), qPrintable(outcome.errors));
+            QCOMPARE(filesOf(small.path()).size(), 0);
+        }
+        const SmallDisk closed("ro");
+        QVERIFY(closed.isThere());
+        const Outcome outcome = take(closed.path());
+        QCOMPARE(outcome.status, 1);
+        QVERIFY(!outcome.errors.isEmpty());
+    }
+
+    void theTimerIsSwitched() {
+        shadow(u"systemctl"_s, "#!/bin/sh\necho \"$@\" >>\"$(dirname \"$0\")/calls\"\n");
+        QCOMPARE(run({u"--zamanla"_s}).status, 0);
+        QCOMPARE(bytesOf(m_shop->file(u"calls"_s)),
+                 QByteArray("--user daemon-reload\n--user enable --now kovanix-yedek.timer\n"));
+        const QString dropIn =
+            m_shop->file(u"ayarlar/systemd/user/kovanix-yedek.service.d/kovanix-folder.conf"_s);
+        QCOMPARE(bytesOf(dropIn),
+                 "[Service]\nEnvironment=\"KOVANIX_FOLDER=" + m_shop->folder().toUtf8() + "\"\n");
+        QCOMPARE(run({u"--zamanlama-kapat"_s}).status, 0);
+        QVERIFY(bytesOf(m_shop->file(u"calls"_s)).endsWith("--user disable --now kovanix-yedek.timer\n"));
+        QVERIFY(!QFileInfo::exists(dropIn));
+    }
+
+    void noSystemdIsTold() {
+        shadow(u"systemctl"_s, "#!/bin/sh\necho Failed to connect to bus >&2\nexit 1\n");
+        const Outcome failed = run({u"--zamanla"_s});
+        QCOMPARE(failed.status, 1);
+        QVERIFY(failed.errors.contains(u"Failed to connect to bus"_s));
+        m_environment.insert(u"PATH"_s, u"/nowhere"_s);
+        QVERIFY(run({u"--zamanla"_s}).errors.contains(u"systemd"_s));
+    }
+};
+
+}  // namespace kovanix::yedek
+
+Q_DECLARE_METATYPE(kovanix::yedek::UsageRow)
+
+int main(int argc, char** argv) {
+    return kovanix::runTests<kovanix::yedek::YedekProgramTest>(argc, argv);
+}
+#include "test_yedek_program.moc"

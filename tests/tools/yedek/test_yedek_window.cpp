@@ -1,0 +1,143 @@
+#include <QLabel>
+#include <QListWidget>
+#include <QTemporaryDir>
+
+#include "app/tekornek.h"
+#include "desktop/messagebox.h"
+#include "desktop/singleinstance.h"
+#include "programs.h"
+#include "rows.h"
+#include "runtests.h"
+#include "widgets/drawnbutton.h"
+#include "widgets/fittedlabel.h"
+#include "yedek/copies.h"
+#include "yedek/window.h"
+#include "yedekfixture.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+struct WidthRow {
+    int width;
+};
+
+class YedekWindowTest : public QObject {
+    Q_OBJECT
+
+    std::optional<ShopFixture> m_shop;
+    std::optional<QTemporaryDir> m_place;
+    std::optional<Window> m_window;
+
+    void openWindow() {
+        m_window.emplace(m_place->path());
+        m_window->show();
+    }
+    QString text(const QString& name) { return m_window->findChild<QLabel*>(name)->text(); }
+    QListWidget& list() { return *m_window->findChild<QListWidget*>(u"yedekler"_s); }
+    void press(const QString& name) { m_window->findChild<DrawnButton*>(name)->click(); }
+    void takeOne() {
+        press(u"yedekal"_s);
+        QTRY_VERIFY(!m_window->isWorking());
+    }
+
+private Q_SLOTS:
+    void initTestCase() { isolateFromOtherTills(); }
+    void init() {
+        m_shop.emplace();
+        m_shop->openShop();
+        baglanti().execute(u"INSERT INTO urunler (barkod, stok) VALUES ('1', 7)"_s);
+        baglantikapat();
+        m_place.emplace();
+    }
+    void cleanup() {
+        m_window.reset();
+        QVERIFY(allAnswered(m_shop->boxes));
+        m_place.reset();
+        m_shop.reset();
+    }
+
+    void noCopyIsRed() {
+        openWindow();
+        QCOMPARE(text(u"sonyedek"_s), u"Henüz yedek yok"_s);
+        QCOMPARE(list().count(), 0);
+    }
+
+    void aCopyIsTakenAndTold() {
+        openWindow();
+        takeOne();
+        QCOMPARE(text(u"sonyedek"_s), u"Son yedek: bugün 07:05"_s);
+        QCOMPARE(list().count(), 1);
+        QCOMPARE(copiesIn(m_place->path()).size(), 1);
+        QVERIFY(text(u"yerler"_s).contains(m_place->path()));
+        m_shop->setNow(QDateTime(QDate(2026, 5, 6), QTime(8, 0)));
+        openWindow();
+        QVERIFY(text(u"sonyedekaciklama"_s).contains(u"İki günden eski"_s));
+    }
+
+    void aRestoreIsAskedForTwice() {
+        openWindow();
+        m_shop->boxes.expect(u"Yedek"_s, u"Önce listeden dönülecek yedeğe dokunun."_s, MessageBoxAnswer::ok);
+        press(u"yedektendon"_s);
+        takeOne();
+        QVERIFY(baglantihazir());
+        baglanti().execute(u"UPDATE urunler SET stok = 99"_s);
+        baglantikapat();
+        const auto before = filesOf(m_shop->folder());
+        list().setCurrentRow(0);
+        m_shop->boxes.expectAny(MessageBoxAnswer::no);
+        press(u"yedektendon"_s);
+        list().setCurrentRow(0);
+        m_shop->boxes.expectAny(MessageBoxAnswer::yes);
+        m_shop->boxes.expectAny(MessageBoxAnswer::no);
+        press(u"yedektendon"_s);
+        QVERIFY(!m_window->isWorking());
+        QCOMPARE(filesOf(m_shop->folder()), before);
+        list().setCurrentRow(0);
+        for (const int answer : {MessageBoxAnswer::yes, MessageBoxAnswer::yes, MessageBoxAnswer::ok})
+            m_shop->boxes.expectAny(answer);
+        press(u"yedektendon"_s);
+        QTRY_COMPARE(m_shop->boxes.waiting(), 0);
+        QTRY_VERIFY(!m_window->isWorking());
+        QCOMPARE(m_shop->rows(u"SELECT stok FROM urunler"_s)[0][0].toInt(), 7);
+    }
+
+    void aRunningTillIsToldOf() {
+        openWindow();
+        takeOne();
+        list().setCurrentRow(0);
+        const SingleInstance till(tekornekadi());
+        m_shop->boxes.expectAny(MessageBoxAnswer::yes);
+        m_shop->boxes.expectAny(MessageBoxAnswer::yes);
+        m_shop->boxes.expect(u"Yedek"_s, u"Bu bilgisayarda kasa açık: kasayı kapatıp yeniden deneyin"_s,
+                             MessageBoxAnswer::ok);
+        press(u"yedektendon"_s);
+        QTRY_COMPARE(m_shop->boxes.waiting(), 0);
+    }
+
+    void targetsAreLargeAtEverySize_data() {
+        addRows<WidthRow>({{"800", {800}}, {"1024", {1024}}, {"1366", {1366}}, {"1920", {1920}}});
+    }
+    void targetsAreLargeAtEverySize() {
+        QFETCH(const WidthRow, row);
+        m_shop->setScreenWidth(row.width);
+        openWindow();
+        takeOne();
+        QVERIFY(m_window->width() <= row.width);
+        for (const DrawnButton* button : m_window->findChildren<DrawnButton*>()) {
+            QVERIFY(button->height() >= 40);
+            QVERIFY(m_window->rect().contains(QRect(button->mapTo(&*m_window, QPoint()), button->size())));
+        }
+        QVERIFY(list().visualItemRect(list().item(0)).height() >= 40);
+        QCOMPARE(m_window->findChild<FittedLabel*>(u"sonyedek"_s)->shown(), text(u"sonyedek"_s));
+    }
+};
+
+}  // namespace kovanix::yedek
+
+Q_DECLARE_METATYPE(kovanix::yedek::WidthRow)
+
+int main(int argc, char** argv) {
+    return kovanix::runTests<kovanix::yedek::YedekWindowTest>(argc, argv);
+}
+#include "test_yedek_window.moc"

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QMap>
+#include <QtTest>
+#include <functional>
+
+#include "data/baglanmamodulu.h"
+#include "shopfixture.h"
+#include "yedek/failure.h"
+#include "yedek/storage.h"
+
+namespace kovanix::yedek {
+
+/// What a power cut is to what runs: the end, without a word. No handler of failures takes it.
+struct PowerCut {};
+
+/// A disk whose power goes at one of the steps, or that fails at one.
+class CutStorage : public Storage {
+public:
+    enum class End { never, cutBefore, cutBehind, fails };
+
+    /// @param step  counted from 1 on
+    CutStorage(End end, int step) : m_end(end), m_step(step) {}
+
+    void sync(const QString& file) override {
+        at(u"sync " + QFileInfo(file).fileName(), [&] { Storage::sync(file); });
+    }
+    void syncFolder(const QString& folder) override {
+        at(QStringLiteral("folder"), [&] { Storage::syncFolder(folder); });
+    }
+    void rename(const QString& from, const QString& to) override {
+        at(QStringLiteral("name"), [&] { Storage::rename(from, to); });
+    }
+    void link(const QString& from, const QString& to) override {
+        at(QStringLiteral("name"), [&] { Storage::link(from, to); });
+    }
+    void remove(const QString& file) override {
+        const bool isThere = QFileInfo::exists(file);
+        at(isThere ? QStringLiteral("name") : QStringLiteral("nothing"), [&] { Storage::remove(file); });
+    }
+
+    bool hasStruck() const { return m_struck; }
+    const QStringList& steps() const { return m_steps; }
+
+private:
+    void at(const QString& what, const std::function<void()>& step) {
+        m_steps << what;
+        const bool now = m_steps.size() == m_step;
+        m_struck = m_struck || (now && m_end != End::never);
+        if (now && m_end == End::fails)
+            throw Failure(QStringLiteral("disk"));
+        if (m_struck && m_end == End::cutBefore)
+            throw PowerCut();
+        step();
+        if (m_struck && m_end == End::cutBehind)
+            throw PowerCut();
+    }
+
+    End m_end;
+    int m_step;
+    bool m_struck = false;
+    QStringList m_steps;
+};
+
+inline QByteArray bytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline void writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("can't write %s", qPrintable(path));
+}
+
+/// The files of a folder and what they hold, without those that a database's engine keeps beside it.
+inline QMap<QString, QByteArray> filesOf(const QString& folder) {
+    QMap<QString, QByteArray> files;
+    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    for (const QString& name : names) {
+        if (!name.endsWith(QStringLiteral("-shm")) && !name.endsWith(QStringLiteral("-wal")))
+            files.insert(name, bytesOf(QDir(folder).filePath(name)));
+    }
+    return files;
+}
+
+/// A key that a file takes in place of a password: working one out of a password takes long.
+inline const QString quickPassword =
+    QStringLiteral("x'2dd29ca851e7b56e4697b0e1f08507293d761a05ce4d1b628663f411a8086d99'");
+
+/// What is told of a step's refusal or failure; empty where it went through.
+inline QString wordsOf(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const RuntimeError& error) {
+        return error.description();
+    }
+    return {};
+}
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,136 @@
+#include "yedek/commandline.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <algorithm>
+#include <array>
+
+#include "desktop/folders.h"
+#include "yedek/backup.h"
+#include "yedek/failure.h"
+#include "yedek/places.h"
+#include "yedek/restore.h"
+#include "yedek/schedule.h"
+#include "yedek/words.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+CommandLine::CommandLine()
+    : ToolCommandLine(u"kovanix-yedek"_s, u"Dükkânın yedeğini alır, denetler ve geri koyar."_s),
+      take(u"al"_s, u"Yedek alır"_s),
+      restore(u"don"_s, u"Dükkânı bir yedeğe döndürür; --evet iki kez yazılmalıdır"_s, u"DOSYA"_s),
+      list(u"liste"_s, u"Yedekleri sıralar"_s),
+      check(u"denetle"_s, u"Bir yedeği baştan sona denetler"_s, u"DOSYA"_s),
+      scheduled(u"zamanla"_s, u"Her gün kendiliğinden yedek alınmasını sağlar"_s),
+      unscheduled(u"zamanlama-kapat"_s, u"Kendiliğinden yedek almayı kapatır"_s),
+      place(u"klasor"_s, u"Yedeklerin klasörü, yalnız bu kez"_s, u"DIR"_s),
+      yes(u"evet"_s, u"--don için onay; iki kez yazılır"_s) {
+    addOptions({take, restore, list, check, scheduled, unscheduled, place, yes});
+}
+
+bool CommandLine::wantsWindow() const {
+    const std::array all{take, restore, list, check, scheduled, unscheduled};
+    return std::ranges::none_of(all, [this](const QCommandLineOption& option) { return isSet(option); });
+}
+
+QString CommandLine::chosenFolder() const {
+    return isSet(place) ? QDir(value(place)).absolutePath() : copyFolder(Shop::current());
+}
+
+int CommandLine::run() const {
+    const std::array all{take, restore, list, check, scheduled, unscheduled};
+    const auto asked =
+        std::ranges::count_if(all, [this](const QCommandLineOption& option) { return isSet(option); });
+    if (asked != 1 || !positionalArguments().isEmpty()) {
+        tellError(u"kovanix-yedek: bir seferde tek bir iş istenir; --help seçenekleri sıralar"_s);
+        return ToolExit::wrongUsage;
+    }
+    const bool found = findShop();
+    try {
+        if (isSet(take) && !found) {
+            tellError(u"Bu klasörde dükkân yok: "_s + applicationFolder());
+            return ToolExit::failed;
+        }
+        if (isSet(take))
+            return runTake();
+        if (isSet(restore))
+            return runRestore();
+        if (isSet(list))
+            return runList();
+        if (isSet(check))
+            return runCheck();
+        if (isSet(scheduled)) {
+            schedule(applicationFolder());
+            tellLine(u"Her gün kendiliğinden yedek alınacak."_s);
+        } else {
+            unschedule();
+            tellLine(u"Kendiliğinden yedek alma kapatıldı."_s);
+        }
+    } catch (const Refusal& refusal) {
+        tellError(refusal.description());
+        return ToolExit::refused;
+    }
+    return ToolExit::done;
+}
+
+int CommandLine::runTake() const {
+    yieldToTheTill();
+    const BackupResult result = backUp(Shop::current(), chosenFolder(), WorkProgress(tellProgress));
+    tellLine(u"Yedek alındı ve denetlendi: "_s + result.copy.path + u" (" + sizeWords(result.copy.bytes) +
+             u')');
+    for (const QString& stick : result.sticks)
+        tellLine(u"USB belleğe de yazıldı: "_s + stick);
+    for (const QString& trouble : result.troubles)
+        tellError(u"USB belleğe yazılamadı; klasördeki yedek sağlam. "_s + trouble);
+    return result.troubles.isEmpty() ? ToolExit::done : ToolExit::failed;
+}
+
+int CommandLine::runRestore() const {
+    const Shop shop = Shop::current();
+    if (optionNames().count(u"evet"_s) < 2) {
+        tellError(
+            u"Dükkânın bugünkü verileri bu yedektekilerle değiştirilecek: %1\nEskisi yanında saklanır. Emin iseniz --evet seçeneğini iki kez yazın."_s
+                .arg(shop.data));
+        return ToolExit::refused;
+    }
+    Storage storage;
+    const Restored restored = restoreCopy(shop, value(restore), storage, WorkProgress(tellProgress));
+    tellLine(u"Dükkân %1 tarihli yedeğe döndü: %2"_s.arg(
+        restored.manifest.moment.toString(u"dd.MM.yyyy HH:mm"_s), restored.data));
+    if (!restored.keptData.isEmpty())
+        tellLine(u"Önceki veriler: "_s + restored.keptData);
+    if (!restored.keptConfig.isEmpty())
+        tellLine(u"Önceki ayarlar: "_s + restored.keptConfig);
+    return ToolExit::done;
+}
+
+int CommandLine::runList() const {
+    QStringList folders{chosenFolder()};
+    for (const Stick& stick : sticks()) {
+        if (stick.isMarked)
+            folders << stick.folder;
+    }
+    for (const QString& each : folders) {
+        const QList<Copy> copies = copiesIn(each);
+        tellLine(u"%1: %2 yedek"_s.arg(each).arg(copies.size()));
+        for (const Copy& copy : copies)
+            tellLine(u"  %1  %2  %3"_s.arg(copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s),
+                                           sizeWords(copy.bytes), QFileInfo(copy.path).fileName()));
+    }
+    return ToolExit::done;
+}
+
+int CommandLine::runCheck() const {
+    const Manifest manifest =
+        checkCopy(value(check), QStandardPaths::writableLocation(QStandardPaths::TempLocation),
+                  WorkProgress(tellProgress));
+    tellLine(u"Yedek sağlam: %1, sürüm %2"_s.arg(manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s),
+                                                 manifest.version));
+    for (const TableSum& table : manifest.tables)
+        tellLine(u"  %1: %2 satır"_s.arg(table.name).arg(table.rows));
+    return ToolExit::done;
+}
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "kit/toolprogram.h"
+
+namespace kovanix::yedek {
+
+/// What the program is asked for on its command line.
+class CommandLine : public ToolCommandLine {
+public:
+    CommandLine();
+
+    /// Whether nothing is asked for.
+    bool wantsWindow() const;
+    /// Does what is asked for. @return the exit status
+    int run() const;
+
+    const QCommandLineOption take;
+    const QCommandLineOption restore;
+    const QCommandLineOption list;
+    const QCommandLineOption check;
+    const QCommandLineOption scheduled;
+    const QCommandLineOption unscheduled;
+    const QCommandLineOption place;
+    const QCommandLineOption yes;
+
+private:
+    int runTake() const;
+    int runRestore() const;
+    int runList() const;
+    int runCheck() const;
+    QString chosenFolder() const;
+};
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,16 @@
+// Takes copies of a shop, proves them, and puts one back.
+
+#include "yedek/commandline.h"
+#include "yedek/window.h"
+
+int main(int argc, char** argv) {
+    using namespace kovanix;
+    yedek::CommandLine commandLine;
+    return runTool(
+        argc, argv, commandLine, [&] { return commandLine.wantsWindow(); },
+        [&]() -> std::unique_ptr<QWidget> {
+            commandLine.findShop();
+            return std::make_unique<yedek::Window>(commandLine.value(commandLine.place));
+        },
+        [&] { return commandLine.run(); });
+}

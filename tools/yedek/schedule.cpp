@@ -1,0 +1,77 @@
+#include "yedek/schedule.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include "yedek/failure.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString timer = u"kovanix-yedek.timer"_s;
+
+struct Answer {
+    int status = -1;  ///< less than 0: it didn't run
+    QString words;
+};
+
+Answer systemctl(const QStringList& arguments) {
+    constexpr int patience = 20000;  // milliseconds
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(u"systemctl"_s, QStringList(u"--user"_s) + arguments, QIODevice::ReadOnly);
+    if (!process.waitForFinished(patience) || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), QString::fromLocal8Bit(process.readAll()).trimmed()};
+}
+
+void require(const Answer& answer) {
+    if (answer.status == 0)
+        return;
+    throw Failure(
+        u"Bu bilgisayarda kendiliğinden yedek kurulamadı: kullanıcının systemd zamanlayıcısı yok ya da "
+        u"çalışmıyor. "
+        "Yedeği elle alın ya da kovanix-yedek --al komutunu her gün çalıştıracak başka bir zamanlayıcı kurun."_s +
+        (answer.words.isEmpty() ? QString() : u" ("_s + answer.words + u')'));
+}
+
+/// Tells the service which shop it is for.
+QString dropIn() {
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))
+        .filePath(u"systemd/user/kovanix-yedek.service.d/kovanix-folder.conf"_s);
+}
+
+/// A text within the quotes of a unit file.
+QString quoted(QString text) {
+    text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s).replace(u'%', u"%%"_s);
+    return u'"' + text + u'"';
+}
+
+}  // namespace
+
+bool isScheduled() {
+    return systemctl({u"is-enabled"_s, u"--quiet"_s, timer}).status == 0;
+}
+
+void schedule(const QString& shopFolder) {
+    QDir().mkpath(QFileInfo(dropIn()).absolutePath());
+    QSaveFile file(dropIn());
+    const QString text = u"[Service]\nEnvironment="_s + quoted(u"KOVANIX_FOLDER="_s + shopFolder) + u'\n';
+    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit())
+        throw Failure(u"Ayar yazılamadı: "_s + dropIn());
+    require(systemctl({u"daemon-reload"_s}));
+    require(systemctl({u"enable"_s, u"--now"_s, timer}));
+}
+
+void unschedule() {
+    require(systemctl({u"disable"_s, u"--now"_s, timer}));
+    QFile::remove(dropIn());
+}
+
+}  // namespace kovanix::yedek

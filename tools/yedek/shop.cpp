@@ -1,0 +1,48 @@
+#include "yedek/shop.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QSysInfo>
+
+#include "app/ayarmodul.h"
+#include "data/baglanmamodulu.h"
+#include "database/filereader.h"
+#include "desktop/folders.h"
+#include "yedek/failure.h"
+#include "yedek/packedcopy.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+Shop Shop::current() {
+    Shop shop;
+    shop.folder = applicationFolder();
+    shop.config = ayardosyasi();
+    const QString path = veritabaniyolu();
+    const QString followed = QFileInfo(path).canonicalFilePath();
+    shop.data = followed.isEmpty() ? path : followed;
+    shop.password = ConnectionString::parse(baglantimetnial()).password;
+    constexpr int digits = 12;
+    QByteArray identity = QSysInfo::machineUniqueId();
+    identity += '\n';
+    identity += shop.data.toUtf8();
+    shop.id = QString::fromLatin1(
+        QCryptographicHash::hash(identity, QCryptographicHash::Sha256).toHex().first(digits));
+    return shop;
+}
+
+bool Shop::isOnServer() const {
+    return data.endsWith(".sunucu"_L1, Qt::CaseInsensitive);
+}
+
+void copyShopData(const Shop& shop, const QString& target,
+                  const std::function<void(qint64 done, qint64 total)>& progress) {
+    // The one place where a server's shop would become a file.
+    if (shop.isOnServer())
+        throw Refusal(
+            u"Dükkânın verileri bir veritabanı sunucusunda; bu sürüm onların yedeğini alamıyor. Sunucunun kendi yedeğini alın (pg_dump)."_s);
+    FileReader(shop.data, shop.password).copyTo(target, progress);
+}
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,115 @@
+#include "yedek/storage.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QStorageInfo>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "yedek/failure.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray native(const QString& path) {
+    return QFile::encodeName(path);
+}
+
+void require(bool done, const QString& path) {
+    if (!done)
+        throw Failure(systemWords(path, errno));
+}
+
+void syncPath(const QString& path, int flags) {
+    const int handle = ::open(native(path).constData(), flags | O_CLOEXEC);
+    require(handle >= 0, path);
+    // Some file systems of sticks and shares have no such thing for a folder.
+    const bool done = ::fsync(handle) == 0 || ((flags & O_DIRECTORY) != 0 && errno == EINVAL);
+    const int error = errno;
+    ::close(handle);
+    errno = error;
+    require(done, path);
+}
+
+}  // namespace
+
+QString systemWords(const QString& path, int error) {
+    switch (error) {
+        case ENOSPC:
+        case EDQUOT:
+            return u"Diskte yer kalmadı: "_s + path;
+        case EROFS:
+        case EACCES:
+        case EPERM:
+            return u"Yazma izni yok: "_s + path;
+        case EIO:
+        case ENODEV:
+        case ENXIO:
+        case ENOTCONN:
+            return u"Disk okunamıyor ya da yazılamıyor (çıkarılmış olabilir): "_s + path;
+        case ENOENT:
+            return u"Bulunamadı (disk çıkarılmış olabilir): "_s + path;
+        default:
+            return QString::fromLocal8Bit(std::strerror(error)) + u": " + path;
+    }
+}
+
+void requireRoom(const QString& folder, qint64 bytes) {
+    constexpr qint64 forTheShop = qint64{64} << 20;
+    const qint64 room = QStorageInfo(folder).bytesAvailable();
+    if (room >= 0 && room < bytes + forTheShop)
+        throw Failure(systemWords(folder, ENOSPC));
+}
+
+SteadyWrites::SteadyWrites(const QString& path)
+    : m_handle(::open(native(path).constData(), O_RDONLY | O_CLOEXEC)) {}
+
+SteadyWrites::~SteadyWrites() {
+    if (m_handle >= 0)
+        ::close(m_handle);
+}
+
+void SteadyWrites::upTo(qint64 bytes) {
+    constexpr qint64 bit = qint64{4} << 20;
+    if (m_handle < 0 || bytes - m_done < bit)
+        return;
+    // Where a disk can't do that, it is done at the end.
+    ::sync_file_range(m_handle, m_done, bytes - m_done,
+                      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    m_done = bytes;
+}
+
+void SteadyWrites::upToEnd() {
+    struct stat found {};
+    if (m_handle >= 0 && ::fstat(m_handle, &found) == 0)
+        upTo(found.st_size);
+}
+
+void Storage::sync(const QString& file) {
+    syncPath(file, O_RDONLY);
+}
+
+void Storage::syncFolder(const QString& folder) {
+    syncPath(folder, O_RDONLY | O_DIRECTORY);
+}
+
+void Storage::rename(const QString& from, const QString& to) {
+    require(std::rename(native(from).constData(), native(to).constData()) == 0, to);
+}
+
+void Storage::link(const QString& from, const QString& to) {
+    require(::link(native(from).constData(), native(to).constData()) == 0, to);
+}
+
+void Storage::remove(const QString& file) {
+    require(::unlink(native(file).constData()) == 0 || errno == ENOENT, file);
+}
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,159 @@
+#include "yedek/takecopy.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+
+#include "database/filereader.h"
+#include "runtime/attempt.h"
+#include "runtime/clock.h"
+#include "yedek/failure.h"
+#include "yedek/packedcopy.h"
+#include "yedek/retention.h"
+#include "yedek/tablesums.h"
+#include "yedek/workfolder.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The next second of which the folder has no copy yet: a name tells seconds.
+QDateTime freeMoment(const QString& folder) {
+    QDateTime moment = Clock::now();
+    moment = moment.addMSecs(-moment.time().msec());
+    while (QFileInfo::exists(QDir(folder).filePath(copyName(moment))))
+        moment = moment.addSecs(1);
+    return moment;
+}
+
+Part partOf(const QString& folder, const QString& name, const WorkProgress& progress) {
+    const QString path = QDir(folder).filePath(name);
+    return {name, QFileInfo(path).size(), sha256Of(path, progress, u"Okunuyor"_s)};
+}
+
+/// Copies the shop's data and configuration into a folder and writes down what they hold.
+Manifest collect(const Shop& shop, const QString& folder, const QDateTime& moment,
+                 const WorkProgress& progress) {
+    const QString data = QDir(folder).filePath(dataName);
+    copyShopData(shop, data,
+                 [&](qint64 done, qint64 total) { progress.tell(u"Dükkân kopyalanıyor"_s, done, total); });
+    Manifest manifest{
+        .moment = moment,
+        .version = QCoreApplication::applicationVersion(),
+        .shop = shop.id,
+        .hasPassword = !shop.password.isEmpty(),
+        .parts = {},
+        .tables = {},
+    };
+    {
+        FileReader copy(data, shop.password);
+        progress.tell(u"Denetleniyor"_s, 0, 0);
+        if (const QStringList faults = copy.faults(); !faults.isEmpty())
+            throw Failure(u"Dükkânın veritabanı bozuk, yedeği alınmadı: "_s + faults.first());
+        manifest.tables =
+            tableSums(copy, [&](qint64 rows) { progress.tell(u"Denetleniyor: %1 satır"_s.arg(rows), 0, 0); });
+    }
+    manifest.parts.append(partOf(folder, dataName, progress));
+    if (QFileInfo::exists(shop.config)) {
+        const QString config = QDir(folder).filePath(configName);
+        if (!QFile::copy(shop.config, config))
+            throw Failure(u"Ayar dosyası okunamıyor: "_s + shop.config);
+        manifest.parts.append(partOf(folder, configName, progress));
+    }
+    return manifest;
+}
+
+/// Removes what is older than what is kept, of the shop of a copy that has just come. A copy that can't be
+/// removed stays.
+void removeSurplus(const QString& folder, const Manifest& newest, Storage& storage) {
+    QList<Copy> own = copiesIn(folder);
+    own.removeIf([&newest](const Copy& copy) { return copy.manifest.shop != newest.shop; });
+    QList<QDateTime> moments;
+    for (const Copy& copy : std::as_const(own))
+        moments.append(copy.manifest.moment);
+    const QList<QDateTime> surplus = surplusCopies(moments, std::max(Clock::now(), newest.moment));
+    for (const Copy& copy : std::as_const(own)) {
+        if (surplus.contains(copy.manifest.moment))
+            attempt([&] { storage.remove(copy.path); });
+    }
+    attempt([&] { storage.syncFolder(folder); });
+}
+
+/// What is read of the file from now on comes from the disk, as far as the system does as it is asked.
+void dropFromMemory(const QString& path) {
+    const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (handle < 0)
+        return;
+    ::posix_fadvise(handle, 0, 0, POSIX_FADV_DONTNEED);
+    ::close(handle);
+}
+
+}  // namespace
+
+Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const WorkProgress& progress) {
+    if (!shop.isOnServer() && !QFileInfo(shop.data).isFile())
+        throw Failure(u"Dükkânın veritabanı bulunamadı: "_s + shop.data);
+    const WorkFolder work(folder);
+    // Behind one another: the copy, the packed one, the unpacked one.
+    requireRoom(folder, 2 * QFileInfo(shop.data).size());
+    const QDateTime moment = freeMoment(folder);
+    const QString packed = work.file(u"kopya"_s);
+    {
+        const QString parts = work.makeFolder(u"parcalar"_s);
+        const Manifest manifest = collect(shop, parts, moment, progress);
+        pack(parts, manifest, packed, progress);
+        QDir(parts).removeRecursively();
+    }
+    storage.sync(packed);
+    dropFromMemory(packed);
+    const QString opened = work.makeFolder(u"denetim"_s);
+    const Copy copy{QDir(folder).absoluteFilePath(copyName(moment)), QFileInfo(packed).size(),
+                    unpackAndCheck(packed, opened, progress)};
+    storage.rename(packed, copy.path);
+    storage.syncFolder(folder);
+    removeSurplus(folder, copy.manifest, storage);
+    return copy;
+}
+
+void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const WorkProgress& progress) {
+    const WorkFolder work(folder);
+    requireRoom(folder, copy.bytes);
+    const QString written = work.file(u"kopya"_s);
+    QFile from(copy.path);
+    QFile to(written);
+    if (!from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        throw Failure(systemWords(copy.path, errno));
+    if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
+        throw Failure(systemWords(written, errno));
+    SteadyWrites steady(written);
+    constexpr qint64 chunk = 1 << 20;
+    for (qint64 done = 0; done < copy.bytes;) {
+        const QByteArray bytes = from.read(chunk);
+        if (bytes.isEmpty() || to.write(bytes) != bytes.size())
+            throw Failure(systemWords(bytes.isEmpty() ? copy.path : written, errno));
+        done += bytes.size();
+        steady.upTo(done);
+        progress.tell(u"USB belleğe yazılıyor"_s, done, copy.bytes);
+    }
+    to.close();
+    storage.sync(written);
+    dropFromMemory(written);
+    const QString denetim = u"USB bellek denetleniyor"_s;
+    if (sha256Of(written, progress, denetim) != sha256Of(copy.path, progress, denetim))
+        throw Failure(u"USB bellekten geri okunan yedek bozuk: "_s + folder);
+    const QString final = QDir(folder).absoluteFilePath(copyName(copy.manifest.moment));
+    storage.rename(written, final);
+    storage.syncFolder(folder);
+    removeSurplus(folder, copy.manifest, storage);
+}
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,236 @@
+#include "yedek/window.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QFileDialog>
+#include <QLabel>
+#include <QListWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+#include "desktop/messagebox.h"
+#include "desktop/windowplace.h"
+#include "runtime/attempt.h"
+#include "runtime/clock.h"
+#include "widgets/drawnbutton.h"
+#include "yedek/backup.h"
+#include "yedek/lastcopycard.h"
+#include "yedek/places.h"
+#include "yedek/restore.h"
+#include "yedek/schedule.h"
+#include "yedek/words.h"
+#include "yedek/workfolder.h"
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize designSize{920, 640};
+constexpr int cardHeight = 132;
+constexpr int rowHeight = 44;
+constexpr int leastRowHeight = 40;
+
+const QString title = u"Yedek"_s;
+
+bool isYes(const QString& question) {
+    return messageBox(question,
+                      MessageBoxStyle::yesNo | MessageBoxStyle::warning | MessageBoxStyle::secondIsDefault,
+                      title) == MessageBoxAnswer::yes;
+}
+
+}  // namespace
+
+Window::Window(const QString& folder)
+    : ToolWindow(title, u":/icons/save.svg"_s, designSize),
+      m_folder(folder),
+      m_last(new LastCopyCard),
+      m_places(new QLabel),
+      m_list(new QListWidget) {
+    m_last->setFixedHeight(cardHeight);
+    content().addWidget(m_last);
+    m_places->setObjectName(u"yerler"_s);
+    m_places->setProperty("textRole", u"text"_s);
+    m_places->setWordWrap(true);
+    m_places->setTextFormat(Qt::PlainText);
+    content().addWidget(m_places);
+    m_list->setObjectName(u"yedekler"_s);
+    m_list->setAccessibleName(u"Yedekler"_s);
+    m_list->setProperty("textRole", u"body"_s);
+    m_list->setUniformItemSizes(true);
+    QPalette colors = m_list->palette();
+    colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
+    colors.setColor(QPalette::Highlight, roleColor(ColorRole::selection));
+    colors.setColor(QPalette::HighlightedText, roleColor(ColorRole::ink));
+    m_list->setPalette(colors);
+    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    content().addWidget(m_list, 1);
+
+    addButton(u"yedekal"_s, u"Yedek al"_s, u":/icons/save.svg"_s, FaceRole::store, [this] { takeNow(); });
+    addButton(u"yedektendon"_s, u"Yedekten dön"_s, u":/icons/refresh.svg"_s, FaceRole::danger,
+              [this] { restoreChosen(); });
+    addButton(u"klasorsec"_s, u"Klasör seç"_s, u":/icons/search.svg"_s, FaceRole::navy,
+              [this] { chooseFolder(); });
+    m_schedule = &addButton(u"herguen"_s, u"Her gün al"_s, u":/icons/calendar.svg"_s, FaceRole::navy,
+                            [this] { switchSchedule(); });
+    finishLayout();
+    m_scheduled = isScheduled();
+    refresh();
+}
+
+QString Window::folder() const {
+    return m_folder.isEmpty() ? copyFolder(m_shop) : m_folder;
+}
+
+void Window::refresh() {
+    m_shop = Shop::current();
+    m_copies.clear();
+    for (const Copy& copy : copiesIn(folder()))
+        m_copies.append({copy, u"klasörde"_s});
+    for (const Stick& stick : sticks()) {
+        if (!stick.isMarked)
+            continue;
+        for (const Copy& copy : copiesIn(stick.folder))
+            m_copies.append({copy, u"USB bellek "_s + stick.name});
+    }
+    std::ranges::stable_sort(m_copies, std::greater(),
+                             [](const Listed& listed) { return listed.copy.manifest.moment; });
+    const QDateTime now = Clock::now();
+    const int rows = std::max(leastRowHeight, qRound(rowHeight * screenScale()));
+    m_list->clear();
+    for (const Listed& listed : std::as_const(m_copies)) {
+        auto* const item = new QListWidgetItem(
+            u"  %1    %2    %3%4"_s.arg(
+                momentWords(listed.copy.manifest.moment, now), sizeWords(listed.copy.bytes), listed.place,
+                listed.copy.manifest.shop == m_shop.id ? QString() : u"    (başka bir dükkânın)"_s),
+            m_list);
+        item->setSizeHint({0, rows});
+    }
+    setNote(u"%1 yedek"_s.arg(m_copies.size()));
+    tellLastCopy();
+    tellPlaces();
+}
+
+void Window::tellLastCopy() {
+    const auto own = std::ranges::find(m_copies, m_shop.id,
+                                       [](const Listed& listed) { return listed.copy.manifest.shop; });
+    const QDateTime now = Clock::now();
+    if (own == m_copies.end()) {
+        m_last->setState(false, u"Henüz yedek yok"_s, u"“Yedek al” düğmesine dokunun"_s);
+        return;
+    }
+    const QDateTime moment = own->copy.manifest.moment;
+    const bool overdue = isOverdue(moment, now);
+    m_last->setState(!overdue, u"Son yedek: "_s + momentWords(moment, now),
+                     overdue ? u"İki günden eski: “Yedek al” düğmesine dokunun"_s
+                             : u"Alındıktan sonra geri okunup denetlendi"_s);
+}
+
+void Window::tellPlaces() {
+    QStringList lines{u"Klasör: "_s + QDir::toNativeSeparators(folder())};
+    if (onOneDisk(folder(), m_shop.data))
+        lines.last() += u"  (dükkânla aynı diskte: bir USB bellek de kullanın)"_s;
+    const QList<Stick> all = sticks();
+    QStringList names;
+    for (const Stick& stick : all)
+        names << (stick.isMarked ? stick.name : stick.name + u" (yedek için ayrılmamış)"_s);
+    lines << (names.isEmpty() ? u"USB bellek: takılı değil"_s : u"USB bellek: "_s + names.join(u", "_s));
+    lines << (m_scheduled ? u"Her gün kendiliğinden: açık"_s : u"Her gün kendiliğinden: kapalı"_s);
+    m_places->setText(lines.join(u'\n'));
+    m_schedule->setCaption(m_scheduled ? u"Her gün alma"_s : u"Her gün al"_s);
+}
+
+/// A stick without its folder may be anybody's.
+void Window::offerSticks() {
+    for (const Stick& stick : sticks()) {
+        if (stick.isMarked ||
+            !isYes(
+                u"“%1” adlı USB bellek takılı. Yedekler bundan sonra ona da yazılsın mı?"_s.arg(stick.name)))
+            continue;
+        if (const auto failure = attempt([&] { makeOwnFolder(stick.folder); }))
+            messageBox(failure->description(), MessageBoxStyle::critical, title);
+    }
+}
+
+void Window::takeNow() {
+    offerSticks();
+    const auto result = std::make_shared<BackupResult>();
+    work(
+        [result, shop = Shop::current(), place = folder()](WorkProgress& progress) {
+            yieldToTheTill();
+            *result = backUp(shop, place, progress);
+        },
+        [this, result] {
+            refresh();
+            if (!result->troubles.isEmpty())
+                messageBox(u"Yedek klasöre alındı ve sağlam, ama USB belleğe yazılamadı:\n\n"_s +
+                               result->troubles.join(u'\n'),
+                           MessageBoxStyle::warning, title);
+        });
+}
+
+void Window::restoreChosen() {
+    const int row = m_list->currentRow();
+    if (row < 0) {
+        messageBox(u"Önce listeden dönülecek yedeğe dokunun."_s, MessageBoxStyle::information, title);
+        return;
+    }
+    const Copy copy = m_copies[row].copy;
+    const QString moment = copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm"_s);
+    if (!isYes(
+            u"Dükkân %1 tarihindeki hâline dönecek: ürünler, stoklar, satışlar, kullanıcılar ve ayarlar. Bu tarihten sonraki satışlar kasada görünmez.\n\nDönülsün mü?"_s
+                .arg(moment)) ||
+        !isYes(
+            u"Emin misiniz? Bugünkü dükkân silinmez, aynı klasörde “oncesi” adıyla saklanır; kasada ise %1 yedeği açılır."_s
+                .arg(moment)))
+        return;
+    const auto restored = std::make_shared<Restored>();
+    work(
+        [restored, shop = Shop::current(), path = copy.path](WorkProgress& progress) {
+            Storage storage;
+            *restored = restoreCopy(shop, path, storage, progress);
+        },
+        [this, restored, moment] {
+            refresh();
+            messageBox(u"Dükkân %1 yedeğine döndü.\n\nÖnceki dükkân: %2"_s.arg(
+                           moment, restored->keptData.isEmpty() ? u"yoktu"_s : restored->keptData),
+                       MessageBoxStyle::information, title);
+        });
+}
+
+void Window::chooseFolder() {
+    auto* const dialog = new QFileDialog(this, u"Yedeklerin klasörü"_s, folder());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& chosen) {
+        if (const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); }))
+            messageBox(failure->description(), MessageBoxStyle::critical, title);
+        else
+            m_folder.clear();
+        refresh();
+    });
+    dialog->open();
+}
+
+void Window::switchSchedule() {
+    const bool on = !m_scheduled;
+    const auto failure = attempt([&] { on ? schedule(m_shop.folder) : unschedule(); });
+    if (failure)
+        messageBox(failure->description(), MessageBoxStyle::critical, title);
+    m_scheduled = isScheduled();
+    refresh();
+}
+
+void Window::changeEvent(QEvent* event) {
+    ToolWindow::changeEvent(event);
+    // A stick may have come or gone since.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !isWorking() &&
+        m_list->currentRow() < 0)
+        refresh();
+}
+
+}  // namespace kovanix::yedek

@@ -1,0 +1,36 @@
+#include "yedek/words.h"
+
+#include <QLocale>
+
+namespace kovanix::yedek {
+
+using namespace Qt::StringLiterals;
+
+QString momentWords(const QDateTime& moment, const QDateTime& now) {
+    const qint64 days = moment.date().daysTo(now.date());
+    const QString time = moment.toString(u"HH:mm"_s);
+    if (days == 0)
+        return u"bugün "_s + time;
+    if (days == 1)
+        return u"dün "_s + time;
+    const QString whole = moment.toString(u"dd.MM.yyyy HH:mm"_s);
+    return days < 0 ? whole : u"%1 gün önce, %2"_s.arg(days).arg(whole);
+}
+
+bool isOverdue(const QDateTime& lastCopy, const QDateTime& now) {
+    constexpr qint64 twoDays = qint64{2} * 24 * 60 * 60;
+    return !lastCopy.isValid() || lastCopy.secsTo(now) > twoDays;
+}
+
+QString sizeWords(qint64 bytes) {
+    constexpr double step = 1024;
+    const QLocale turkish(QLocale::Turkish, QLocale::Turkey);
+    const double kilobytes = static_cast<double>(bytes) / step;
+    if (kilobytes < step)
+        return turkish.toString(kilobytes, 'f', 0) + u" KB";
+    if (kilobytes < step * step)
+        return turkish.toString(kilobytes / step, 'f', 1) + u" MB";
+    return turkish.toString(kilobytes / step / step, 'f', 1) + u" GB";
+}
+
+}  // namespace kovanix::yedek
