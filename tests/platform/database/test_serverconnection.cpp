@@ -263,6 +263,9 @@ void TestServerConnection::waitsForLivingServer_data() {
 
 void TestServerConnection::waitsForLivingServer() {
     QFETCH(const QString, row);
+    QSignalSpy signs((*m_client)->driver(), &QSqlDriver::notification);
+    QCOMPARE(m_client->value(u"SELECT 1"_s), QVariant(1LL));
+    QCOMPARE(signs.size(), 0);
     cluster().rows(m_database, row);
     const auto connections = [] { return cluster().log().count("connection received"); };
     const qsizetype before = connections();
@@ -272,6 +275,8 @@ void TestServerConnection::waitsForLivingServer() {
     cluster().rows(m_database, u"ALTER ROLE kasa CONNECTION LIMIT -1"_s);
     QCOMPARE(answer, QVariant(1LL));
     QCOMPARE(after, before + 1);
+    // At the wait's beginning, and when the server was asked.
+    QVERIFY(signs.size() >= 1 && signs.size() <= 2);
 }
 
 void TestServerConnection::refusesCopies() {
