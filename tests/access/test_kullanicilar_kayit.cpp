@@ -275,7 +275,7 @@ private Q_SLOTS:
     }
 
     void aTriggerRefuses() {
-        m_shop->run(u"CREATE TRIGGER dar BEFORE INSERT ON kullanici BEGIN SELECT RAISE(ABORT, 'dar'); END"_s);
+        m_shop->refuse(u"INSERT"_s, u"kullanici"_s, u"dar"_s);
         open();
         press(ui().kisiekleme3);
         m_shop->fill(u"Cem"_s, u"1"_s, u"1"_s);

@@ -464,9 +464,7 @@ private Q_SLOTS:
     void aRefusedRow() {
         QFETCH(const PressRow, row);
         for (const char* write : {"INSERT", "UPDATE", "DELETE"})
-            m_shop->run(
-                QString("CREATE TRIGGER dur%1 BEFORE %1 ON musteri BEGIN SELECT RAISE(ABORT, 'dolu'); END")
-                    .arg(write));
+            m_shop->refuse(write, "musteri", "dolu");
         open();
         row.prepare(screen<liste>());
         const auto before = tables();

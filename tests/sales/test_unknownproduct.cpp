@@ -195,7 +195,7 @@ private Q_SLOTS:
     void theNameIsShownAsItWouldBeStored() {
         fillInUnknown("", "3");
         paste(*ui().urunadi, QString(60, u'i'));
-        m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON urunler BEGIN SELECT RAISE(ABORT, 'dolu'); END");
+        m_shop->refuse("INSERT", "urunler", "dolu");
         m_shop->boxes.expect("Hata", noDatabase + ": " + describeFailure(DatabaseError::Kind::value, "dolu"),
                              MessageBoxAnswer::ok);
         press(*ui().urunbuunamadikaydet);

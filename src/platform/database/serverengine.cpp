@@ -61,7 +61,9 @@ ServerEngine::ServerEngine(const ConnectionString& parts, std::chrono::milliseco
 
 DatabaseError ServerEngine::failure(const QSqlError& error) const {
     m_state = error.nativeErrorCode();
-    const QString words = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    // The server's own words may be none.
+    const QString words =
+        m_state.isEmpty() && error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
     return describedFailure(kindOfServerFailure(m_state), words);
 }
 
@@ -188,6 +190,9 @@ void ServerEngine::executeWrite(QSqlQuery& query, const QString& sql) {
     requireHandle();
     for (int retries = 0; !(sql.isEmpty() ? query.exec() : query.exec(sql)); ++retries) {
         DatabaseError error = failure(query.lastError());
+        // Another till may have changed the tables: what comes next finds them as they are.
+        if (error.kind() == Kind::noSuchTable || error.kind() == Kind::noSuchColumn)
+            schema.forget();
         // The server has taken the statement back by itself. Within a transaction the others of it are gone
         // with it.
         if (!isServerConflict(m_state) || m_inTransaction || retries == mostRetries)
