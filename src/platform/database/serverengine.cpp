@@ -39,6 +39,12 @@ QHash<QString, FailedOpen>& failedOpens() {
     return failed;
 }
 
+void rememberFailedOpen(const QString& key, const DatabaseError& error) {
+    FailedOpen open{{}, error};
+    open.since.start();
+    failedOpens().insert(key, open);
+}
+
 QString tlsOptions(const ServerAddress& address) {
     // Where Debian keeps the certificates of the machine's own authorities; the library looks elsewhere.
     static const QString machinesOwn = u"/etc/ssl/certs/ca-certificates.crt"_s;
@@ -64,7 +70,11 @@ DatabaseError ServerEngine::failure(const QSqlError& error) const {
     // The server's own words may be none.
     const QString words =
         m_state.isEmpty() && error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    return describedFailure(kindOfServerFailure(m_state), words);
+    DatabaseError failure = describedFailure(kindOfServerFailure(m_state), words);
+    // A server that has just let a statement's deadline pass would let that of an open pass, too.
+    if (m_state == u"08007"_s)
+        rememberFailedOpen(openKey(), failure);
+    return failure;
 }
 
 DatabaseError ServerEngine::describedFailure(Kind kind, const QString& words) const {
@@ -99,7 +109,7 @@ void ServerEngine::setUp() {
 }
 
 void ServerEngine::connectToServer() {
-    const QString key = m_pointer + u'\n' + m_password;
+    const QString key = openKey();
     const auto failed = failedOpens().constFind(key);
     if (failed != failedOpens().cend() && failed->since.elapsed() < failedOpenCounts.count())
         throw DatabaseError(failed->error);
@@ -110,9 +120,7 @@ void ServerEngine::connectToServer() {
         m_lastUse.start();
     } catch (const DatabaseError& error) {
         m_database.close();
-        FailedOpen open{{}, error};
-        open.since.start();
-        failedOpens().insert(key, open);
+        rememberFailedOpen(key, error);
         throw;
     }
 }
@@ -183,7 +191,10 @@ bool ServerEngine::prepare(QSqlQuery& query, const QString& sql, Use use) {
     auto* const cursor = query.result()->handle().value<engine::RowCursor*>();
     if (use == Use::once && cursor)
         cursor->prepareLate();
-    return query.prepare(sql);
+    if (query.prepare(sql))
+        return true;
+    static_cast<void>(failure(query.lastError()));  // some ask another way then
+    return false;
 }
 
 void ServerEngine::executeWrite(QSqlQuery& query, const QString& sql) {
@@ -232,8 +243,12 @@ void ServerEngine::wake() {
     schema.forget();
     QSqlQuery question(m_database);
     question.setForwardOnly(true);
-    if (!isOpen() || !question.exec(u"SELECT 1"_s))
-        openAgain();
+    if (isOpen()) {
+        if (question.exec(u"SELECT 1"_s))
+            return;
+        static_cast<void>(failure(question.lastError()));
+    }
+    openAgain();
 }
 
 void ServerEngine::prepareForPress(ConnectionCore& /*connection*/) {

@@ -44,8 +44,8 @@ QSqlError connectError(const PGconn* handle) {
             QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : u"08001"_s};
 }
 
-QSqlError lossError(const QString& words) {
-    return {u"Unable to execute statement"_s, words, QSqlError::ConnectionError, u"08006"_s};
+QSqlError lossError(const QString& words, const QString& state = u"08006"_s) {
+    return {u"Unable to execute statement"_s, words, QSqlError::ConnectionError, state};
 }
 
 QSqlError statementError(const PGresult* rows) {
@@ -197,7 +197,7 @@ QSqlError ServerConnection::waitFor(short events) {
     const int socket = PQsocket(m_handle.get());
     while (wait(socket, events, Clock::now() + m_settings.deadline * 3 / 8) == Waited::timeout) {
         if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
-            return lose(lossError(u"The database server doesn't answer."_s));
+            return lose(lossError(u"The database server doesn't answer."_s, u"08007"_s));
     }
     return {};
 }
