@@ -171,8 +171,11 @@ private Q_SLOTS:
 
     void anyText_data() {
         QTest::addColumn<TextRow>("row");
-        for (const auto& [name, text] : hostileTexts())
-            QTest::newRow(qPrintable(name)) << TextRow{text};
+        for (const auto& [name, text] : hostileTexts()) {
+            // A server's texts hold none.
+            if (!ShopFixture::isOnServer() || !text.contains(QChar(u'\0')))
+                QTest::newRow(qPrintable(name)) << TextRow{text};
+        }
     }
     void anyText() {
         QFETCH(const TextRow, row);
@@ -323,6 +326,8 @@ private Q_SLOTS:
                             {deletion(), notice(words::deleted)}}}});
     }
     void lockedByAnotherTill() {
+        if (ShopFixture::isOnServer())
+            QSKIP("locks a file");
         QFETCH(const LockRow, row);
         open();
         m_shop->expect(row.boxes);

@@ -107,7 +107,8 @@ private Q_SLOTS:
         press(*book().kaydet2);
         auto after = tables();
         QVERIFY(before.take("musteri") != after.take("musteri"));
-        QVERIFY(before.take("sqlite_sequence") != after.take("sqlite_sequence"));
+        if (!ShopFixture::isOnServer())
+            QVERIFY(before.take("sqlite_sequence") != after.take("sqlite_sequence"));
         QCOMPARE(after, before);
     }
 
@@ -434,6 +435,8 @@ private Q_SLOTS:
                            {"deleting", {selectFirst, "kisisil2"}}});
     }
     void aLockedFile() {
+        if (ShopFixture::isOnServer())
+            QSKIP("locks a file");
         QFETCH(const PressRow, row);
         baglanti().execute("PRAGMA busy_timeout = 20");
         open();
@@ -477,6 +480,8 @@ private Q_SLOTS:
 
     void noDatabaseAtAll_data() { aLockedFile_data(); }
     void noDatabaseAtAll() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         QFETCH(const PressRow, row);
         open();
         row.prepare(screen<liste>());

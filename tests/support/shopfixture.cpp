@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -55,6 +56,7 @@ public:
     SecondConnection(const SecondConnection&) = delete;
     SecondConnection& operator=(const SecondConnection&) = delete;
 
+    bool takes(const QString& sql) const { return QSqlQuery(m_database).exec(sql); }
     QList<QVariantList> rows(const QString& sql) const {
         QSqlQuery query(m_database);
         if (!query.exec(sql))
@@ -70,7 +72,9 @@ public:
     }
 
     /// Whether the shop's database is still the one that was opened.
-    bool isOf(const ShopFixture& shop) const { return m_database.isOpen() && m_identity == identityOf(shop); }
+    bool isOf(const ShopFixture& shop) const {
+        return m_identity == identityOf(shop) && (!isOnServer() || QSqlQuery(m_database).exec(u"SELECT 1"_s));
+    }
 
 private:
     static QString identityOf(const ShopFixture& shop) {
@@ -199,9 +203,17 @@ QByteArray ShopFixture::config() const {
 QList<QVariantList> ShopFixture::rows(const QString& sql) const {
     if (isOnServer() && sql.startsWith(u"CREATE TABLE"_s)) {
         // The server has other names for the types.
+        static const QRegularExpression counter(u"INTEGER PRIMARY KEY( AUTOINCREMENT)?"_s);
+        QString text = sql;
+        text.replace(counter, u"COUNTER"_s).remove(u" COLLATE NOCASE"_s);
         Connection connection;
         connection.open(baglantimetniyap(databaseFile()));
-        connection.execute(sql);
+        connection.execute(text);
+        if (baglanti().isOpen()) {
+            // A till doesn't ask for the tables as long as it works.
+            baglantikapat();
+            baglantihazir();
+        }
         return {};
     }
     return second()->rows(sql);
@@ -209,6 +221,18 @@ QList<QVariantList> ShopFixture::rows(const QString& sql) const {
 
 void ShopFixture::run(const QString& sql) const {
     rows(sql);
+}
+
+bool ShopFixture::takes(const QString& sql) const {
+    if (isOnServer())
+        return second()->takes(sql);
+    run(sql);
+    return true;
+}
+
+QString ShopFixture::noTable(const QString& name) {
+    const QString words = isOnServer() ? u"relation \"%1\" does not exist"_s : u"no such table: %1"_s;
+    return words.arg(name);
 }
 
 QMap<QString, QList<QVariantList>> ShopFixture::tables() const {

@@ -60,6 +60,11 @@ public:
                 const QString& condition = {}) const;
     /// It takes it again.
     void allow(const QString& change, const QString& table) const;
+    /// Runs a statement that a server may refuse, as it does a text in a column of numbers.
+    /// @return whether the database took it
+    bool takes(const QString& sql) const;
+    /// The database's own words for a table that isn't there.
+    static QString noTable(const QString& name);
     /// Locks the database for writing, by a further connection, as long as what it gives lives.
     [[nodiscard]] std::shared_ptr<const void> lockFile() const;
     /// Every row of every table, read the same way.
