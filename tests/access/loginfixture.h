@@ -46,7 +46,8 @@ public:
     QVariant storedPassword(const QString& name) const;
     /// The whole table of users through a second connection.
     QList<QVariantList> users() const {
-        return rows(QStringLiteral("SELECT * FROM kullanici ORDER BY rowid"));
+        return rows(QStringLiteral("SELECT * FROM kullanici ORDER BY ") +
+                    (isOnServer() ? QStringLiteral("id") : QStringLiteral("rowid")));
     }
 
     std::optional<int> ended;  ///< the status that the process was ended with

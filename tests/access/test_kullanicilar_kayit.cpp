@@ -171,8 +171,11 @@ private Q_SLOTS:
 
     void anyText_data() {
         QTest::addColumn<TextRow>("row");
-        for (const auto& [name, text] : hostileTexts())
-            QTest::newRow(qPrintable(name)) << TextRow{text};
+        for (const auto& [name, text] : hostileTexts()) {
+            // A server's texts hold none.
+            if (!ShopFixture::isOnServer() || !text.contains(QChar(u'\0')))
+                QTest::newRow(qPrintable(name)) << TextRow{text};
+        }
     }
     void anyText() {
         QFETCH(const TextRow, row);
@@ -275,7 +278,7 @@ private Q_SLOTS:
     }
 
     void aTriggerRefuses() {
-        m_shop->run(u"CREATE TRIGGER dar BEFORE INSERT ON kullanici BEGIN SELECT RAISE(ABORT, 'dar'); END"_s);
+        m_shop->refuse(u"INSERT"_s, u"kullanici"_s, u"dar"_s);
         open();
         press(ui().kisiekleme3);
         m_shop->fill(u"Cem"_s, u"1"_s, u"1"_s);
@@ -323,6 +326,8 @@ private Q_SLOTS:
                             {deletion(), notice(words::deleted)}}}});
     }
     void lockedByAnotherTill() {
+        if (ShopFixture::isOnServer())
+            QSKIP("locks a file");
         QFETCH(const LockRow, row);
         open();
         m_shop->expect(row.boxes);

@@ -324,6 +324,8 @@ private Q_SLOTS:
     }
 
     void theFileIsMovedUnderAnOpenConnection() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         LoginFixture shop;
         shop.addUser(u"Ayşe"_s, hashed("gizli"));
         shop.open();
@@ -358,7 +360,7 @@ private Q_SLOTS:
                 [&said](const QMessageBox& box) { said = box.windowTitle() + u'|' + box.text(); });
         shop.enter(u"başka"_s);
         QVERIFY2(said.startsWith(u"Hata|Giriş sırasında hata: "), qUtf8Printable(said));
-        QVERIFY2(said.contains(u"no such table: kullanici"), qUtf8Printable(said));
+        QVERIFY2(said.contains(ShopFixture::noTable(u"kullanici"_s)), qUtf8Printable(said));
         QVERIFY2(!said.contains(u"başka"), qUtf8Printable(said));
         QVERIFY(shop.login().isVisible());
         QVERIFY(!shop.ended);

@@ -298,9 +298,7 @@ private Q_SLOTS:
     void storingIsRefused() {
         LoginFixture shop;
         shop.addUser(u"Bir"_s, u"eski"_s);
-        shop.run(
-            u"CREATE TRIGGER dar BEFORE UPDATE ON kullanici WHEN length(NEW.sifre) > 50 "
-            "BEGIN SELECT RAISE(ABORT, 'The field is too small'); END"_s);
+        shop.refuse(u"UPDATE"_s, u"kullanici"_s, u"The field is too small"_s, u"length(NEW.sifre) > 50"_s);
         sifreguncelle(u"1"_s, u"yeni"_s);
         QCOMPARE(shop.storedPassword(u"Bir"_s).toString(), u"eski"_s);
         QVERIFY(allAnswered(shop.boxes));

@@ -107,7 +107,8 @@ private Q_SLOTS:
         press(*book().kaydet2);
         auto after = tables();
         QVERIFY(before.take("musteri") != after.take("musteri"));
-        QVERIFY(before.take("sqlite_sequence") != after.take("sqlite_sequence"));
+        if (!ShopFixture::isOnServer())
+            QVERIFY(before.take("sqlite_sequence") != after.take("sqlite_sequence"));
         QCOMPARE(after, before);
     }
 
@@ -434,6 +435,8 @@ private Q_SLOTS:
                            {"deleting", {selectFirst, "kisisil2"}}});
     }
     void aLockedFile() {
+        if (ShopFixture::isOnServer())
+            QSKIP("locks a file");
         QFETCH(const PressRow, row);
         baglanti().execute("PRAGMA busy_timeout = 20");
         open();
@@ -464,9 +467,7 @@ private Q_SLOTS:
     void aRefusedRow() {
         QFETCH(const PressRow, row);
         for (const char* write : {"INSERT", "UPDATE", "DELETE"})
-            m_shop->run(
-                QString("CREATE TRIGGER dur%1 BEFORE %1 ON musteri BEGIN SELECT RAISE(ABORT, 'dolu'); END")
-                    .arg(write));
+            m_shop->refuse(write, "musteri", "dolu");
         open();
         row.prepare(screen<liste>());
         const auto before = tables();
@@ -479,6 +480,8 @@ private Q_SLOTS:
 
     void noDatabaseAtAll_data() { aLockedFile_data(); }
     void noDatabaseAtAll() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         QFETCH(const PressRow, row);
         open();
         row.prepare(screen<liste>());

@@ -10,6 +10,8 @@ using namespace kovanix;
 
 namespace {
 
+const QByteArray aTextAmongTheTotals = "a text among the totals";
+
 const QDate today(2026, 5, 4);
 
 struct BorderRow {
@@ -341,6 +343,8 @@ private Q_SLOTS:
     }
 
     void whatCanNotBeReadLeavesEverything() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         sell();
         open();
         loseDatabase();
@@ -558,7 +562,7 @@ private Q_SLOTS:
              {"goods that came back", {{sold("-3", "-30", "-9")}, {"-3 Adet", "-30,00 TL.", "-9,00 TL."}}},
              {"amounts that are missing", {{sold("2", "NULL", "NULL")}, {"2 Adet", "0,00 TL.", "0,00 TL."}}},
              {"quantities that are missing", {{sold("NULL", "5", "1")}, noSums}},
-             {"a text among the totals",
+             {aTextAmongTheTotals.constData(),
               {{sold("1", "'yok'", "1"), sold("1", "5", "1")}, {"2 Adet", "5,00 TL.", "2,00 TL."}}},
              {"millions",
               {{sold("1234567", "123456789.125", "23456789.5")},
@@ -566,6 +570,8 @@ private Q_SLOTS:
     }
     void sums() {
         QFETCH(const SumsRow, row);
+        if (ShopFixture::isOnServer() && QTest::currentDataTag() == aTextAmongTheTotals)
+            QSKIP("a server's columns of numbers hold no texts");
         for (const Sold& line : row.lines)
             sell(line);
         open();

@@ -295,6 +295,8 @@ private Q_SLOTS:
         QCOMPARE(m_shop->rows("SELECT count(*) FROM satislar")[0][0], 3);
     }
     void deletionWithoutDatabase() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         sellThree();
         open();
         loseDatabase();

@@ -40,7 +40,8 @@ private Q_SLOTS:
     void initTestCase_data() {
         QTest::addColumn<QString>("password");
         QTest::newRow("plain") << "";
-        QTest::newRow("password") << "gizli";
+        if (!ShopFixture::isOnServer())
+            QTest::newRow("password") << "gizli";
     }
     void init() {
         QFETCH_GLOBAL(QString, password);
@@ -164,6 +165,13 @@ private Q_SLOTS:
             "adet DOUBLE, "
             "fiyat DOUBLE, alis DOUBLE, kar DOUBLE, toplam DOUBLE)");
         m_shop->scan(goods::bread);
+        if (ShopFixture::isOnServer()) {
+            // To ask for the columns ahead of every sale would be a round trip: the first failure tells of
+            // them.
+            m_shop->boxes.expectAny(MessageBoxAnswer::ok);
+            m_shop->key(Qt::Key_F1);
+            QCOMPARE(m_shop->lines(), 1);
+        }
         m_shop->key(Qt::Key_F1);
         QCOMPARE(m_shop->rows("SELECT barkod,adet,fiyat,alis,kar,toplam FROM satislar"),
                  (QList<QVariantList>{{goods::bread, 1.0, 10.0, 7.0, 3.0, 10.0}}));
@@ -173,8 +181,7 @@ private Q_SLOTS:
     void aFailureKeepsTheTicketAndARetryDoubles() {
         m_shop->scan(goods::bread);
         m_shop->scan(goods::milk);
-        m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON satislar WHEN NEW.barkod='" + goods::milk +
-                    "' BEGIN SELECT RAISE(ABORT, 'dolu'); END");
+        m_shop->refuse("INSERT", "satislar", "dolu", "NEW.barkod='" + goods::milk + '\'');
         m_shop->boxes.expect(
             "Hata",
             "Satış kaydedilemedi: " + describeFailure(DatabaseError::Kind::value, "dolu") + " - satislar",
@@ -184,7 +191,7 @@ private Q_SLOTS:
         QCOMPARE(stock(goods::bread), 10.0);
         QCOMPARE(m_shop->lines(), 2);
         QCOMPARE(m_shop->toplam(), "42,50");
-        m_shop->run("DROP TRIGGER dur");
+        m_shop->allow("INSERT", "satislar");
         m_shop->key(Qt::Key_F1);
         QCOMPARE(sales().size(), 3);
         QCOMPARE(stock(goods::bread), 9.0);
@@ -193,7 +200,7 @@ private Q_SLOTS:
 
     void aFailureOfTheStockIsTold() {
         m_shop->scan(goods::bread);
-        m_shop->run("CREATE TRIGGER dur BEFORE UPDATE ON urunler BEGIN SELECT RAISE(ABORT, '   '); END");
+        m_shop->refuse("UPDATE", "urunler", "   ");
         m_shop->boxes.expect("Hata", "Satış kaydedilemedi: Hata kodu: -2147467259 - stokguncelle",
                              MessageBoxAnswer::ok);
         m_shop->key(Qt::Key_F1);
@@ -202,6 +209,8 @@ private Q_SLOTS:
     }
 
     void theFileIsWholeBetweenTwoSales() {
+        if (ShopFixture::isOnServer())
+            QSKIP("copies the file");
         QFETCH_GLOBAL(QString, password);
         m_shop->scan(goods::bread);
         m_shop->key(Qt::Key_F1);
@@ -221,6 +230,8 @@ private Q_SLOTS:
     }
 
     void aSaleCostsTwoBarriers() {
+        if (ShopFixture::isOnServer())
+            QSKIP("counts this process's barriers");
         const auto barriersOfSale = [this] {
             for (const QString& barcode : {goods::bread, goods::milk, goods::tea})
                 m_shop->scan(barcode);
@@ -234,7 +245,7 @@ private Q_SLOTS:
         QCOMPARE(barriersOfSale(), 2);
         const long moving = diskBarriers();
         QTRY_VERIFY(diskBarriers() >= moving + 2);  // once the till has nothing else to do
-        m_shop->run("CREATE TRIGGER dur BEFORE UPDATE ON urunler BEGIN SELECT RAISE(ABORT, 'dolu'); END");
+        m_shop->refuse("UPDATE", "urunler", "dolu");
         const long before = diskBarriers();
         long untilTheBox = 0;
         m_shop->boxes.askFor([&](const QMessageBox&) {
@@ -247,6 +258,8 @@ private Q_SLOTS:
     }
 
     void aFileThatHasGoneKeepsTheTicket() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         QFETCH_GLOBAL(QString, password);
         m_shop->scan(goods::bread);
         m_shop->key(Qt::Key_F1);
@@ -273,6 +286,8 @@ private Q_SLOTS:
     }
 
     void aRestoredFileTakesTheSale() {
+        if (ShopFixture::isOnServer())
+            QSKIP("puts another file in its place");
         const QString backup = m_shop->file("yedek.data");
         QCOMPARE(QProcess::execute("cp", {m_shop->databaseFile(), backup}), 0);
         m_shop->scan(goods::bread);

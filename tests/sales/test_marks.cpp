@@ -48,7 +48,7 @@ private Q_SLOTS:
 
     void aFailedCommit() {
         SalesFixture shop;
-        shop.run("CREATE TRIGGER dur BEFORE INSERT ON satislar BEGIN SELECT RAISE(ABORT, 'dolu'); END");
+        shop.refuse("INSERT", "satislar", "dolu");
         shop.scan(goods::bread);
         shop.boxes.expectAny(MessageBoxAnswer::ok);
         shop.key(Qt::Key_F1);

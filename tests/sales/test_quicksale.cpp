@@ -192,6 +192,8 @@ private Q_SLOTS:
     }
 
     void withoutADatabaseNothingIsLost() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         set({{"1hizliurun5", "Ekmek"}, {"1hizlibarkod5", goods::bread}});
         loseDatabase();
         m_shop->boxes.expectAny(MessageBoxAnswer::ok);  // the open's own box

@@ -211,6 +211,8 @@ private Q_SLOTS:
     // --- storing
 
     void aKeyIsStoredBarcodeFirst() {
+        if (ShopFixture::isOnServer())
+            QSKIP("compares the whole of the settings");
         rightPress(5);
         ui().hizliurunadi->setText("Ekmek");
         ui().kisayolbarkod->setText(goods::bread);

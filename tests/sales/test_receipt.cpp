@@ -88,7 +88,7 @@ private Q_SLOTS:
 
     void aStoreFailureComesAfterThePrint() {
         m_shop->scan(goods::bread);
-        m_shop->run("CREATE TRIGGER dur BEFORE INSERT ON satislar BEGIN SELECT RAISE(ABORT, 'dolu'); END");
+        m_shop->refuse("INSERT", "satislar", "dolu");
         m_shop->boxes.expect(
             "Hata",
             "Satış kaydedilemedi: " + describeFailure(DatabaseError::Kind::value, "dolu") + " - satislar",

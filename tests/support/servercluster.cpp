@@ -238,4 +238,12 @@ QByteArray ServerCluster::log() const {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+ServerCluster& testServer() {
+    static ServerCluster cluster;
+    static const bool started = cluster.start();
+    if (!started)
+        qFatal("no server");
+    return cluster;
+}
+
 }  // namespace kovanix

@@ -68,4 +68,7 @@ private:
     QStringList m_settings;
 };
 
+/// The server of the test program, which starts with the first question for it.
+ServerCluster& testServer();
+
 }  // namespace kovanix

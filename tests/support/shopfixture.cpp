@@ -4,12 +4,14 @@
 
 #include <QFile>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QtTest>
 #include <map>
+#include <utility>
 
 #include "app/ayarmodul.h"
 #include "data/baglanmamodulu.h"
@@ -17,6 +19,7 @@
 #include "desktop/screensize.h"
 #include "resetprocess.h"
 #include "runtime/clock.h"
+#include "servercluster.h"
 
 namespace kovanix {
 
@@ -26,12 +29,23 @@ using namespace Qt::StringLiterals;
 class ShopFixture::SecondConnection {
 public:
     /// @param name  its own among those that are open
-    SecondConnection(const QString& file, const QString& password, const QString& name = u"check"_s)
-        : m_name(name), m_inode(inodeOf(file)) {
-        m_database = QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, m_name);
-        m_database.setDatabaseName(file);
-        m_database.setPassword(password);
-        m_database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
+    explicit SecondConnection(const ShopFixture& shop, const QString& name = u"check"_s)
+        : m_name(name), m_identity(identityOf(shop)) {
+        if (isOnServer()) {
+            m_database = QSqlDatabase::addDatabase(u"KOVANIXPSQL"_s, m_name);
+            m_database.setHostName(ServerCluster::host());
+            m_database.setPort(testServer().port());
+            m_database.setDatabaseName(shop.m_database);
+            m_database.setUserName(ServerCluster::role());
+            m_database.setPassword(ServerCluster::password());
+        } else {
+            const QString& password = shop.m_password;
+            m_database =
+                QSqlDatabase::addDatabase(password.isEmpty() ? u"QSQLITE"_s : u"QSQLCIPHER"_s, m_name);
+            m_database.setDatabaseName(shop.databaseFile());
+            m_database.setPassword(password);
+            m_database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
+        }
         if (!m_database.open())
             qFatal("check connection: %s", qUtf8Printable(m_database.lastError().text()));
     }
@@ -42,6 +56,7 @@ public:
     SecondConnection(const SecondConnection&) = delete;
     SecondConnection& operator=(const SecondConnection&) = delete;
 
+    bool takes(const QString& sql) const { return QSqlQuery(m_database).exec(sql); }
     QList<QVariantList> rows(const QString& sql) const {
         QSqlQuery query(m_database);
         if (!query.exec(sql))
@@ -56,18 +71,23 @@ public:
         return result;
     }
 
-    /// Whether that path still leads to the file that was opened.
-    bool isOf(const QString& file) const { return m_inode == inodeOf(file); }
+    /// Whether the shop's database is still the one that was opened.
+    bool isOf(const ShopFixture& shop) const {
+        return m_identity == identityOf(shop) && (!isOnServer() || QSqlQuery(m_database).exec(u"SELECT 1"_s));
+    }
 
 private:
-    static ino_t inodeOf(const QString& file) {
+    static QString identityOf(const ShopFixture& shop) {
+        if (isOnServer())
+            return shop.m_database;
         struct stat status {};
-        return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_ino : 0;
+        const bool found = ::stat(QFile::encodeName(shop.databaseFile()).constData(), &status) == 0;
+        return QString::number(found ? status.st_ino : 0);
     }
 
     QString m_name;
     QSqlDatabase m_database;
-    ino_t m_inode;
+    QString m_identity;
 };
 
 namespace {
@@ -88,37 +108,74 @@ ShopFixture::ShopFixture() {
 
 ShopFixture::~ShopFixture() {
     resetProcess();
+    dropDatabase();
+}
+
+bool ShopFixture::isOnServer() {
+    return qEnvironmentVariableIntValue("KOVANIX_TEST_SERVER") == 1;
+}
+
+QString ShopFixture::databaseFile() const {
+    return isOnServer() ? file(m_database + u".sunucu"_s) : file(u"kovanix.data"_s);
+}
+
+void ShopFixture::dropDatabase() {
+    m_second.reset();
+    if (m_database.isEmpty())
+        return;
+    QFile::remove(databaseFile());
+    testServer().dropDatabase(std::exchange(m_database, {}));
 }
 
 QString ShopFixture::file(const QString& name) const {
     return m_folder.filePath(name);
 }
 
-void ShopFixture::makeDatabase(const QString& password, const QByteArray& bytes) {
+void ShopFixture::makeDatabase(const QString& password, const QByteArray& original) {
     m_second.reset();
+    if (isOnServer()) {
+        static const QString empty = testServer().createDatabase();
+        dropDatabase();
+        m_database = testServer().createDatabase(original.isEmpty() ? empty : QString::fromUtf8(original));
+        if (m_database.isEmpty() || testServer().writePointer(folder(), m_database).isEmpty())
+            qFatal("no database on the server");
+        pointToServer();
+        return;
+    }
     QFile database(databaseFile());
-    if (!database.open(QIODevice::WriteOnly) || database.write(bytes) != bytes.size())
+    if (!database.open(QIODevice::WriteOnly) || database.write(original) != original.size())
         qFatal("no database file");
     m_password = password;
     if (!password.isEmpty())
         ayaryaz(u"ayar"_s, u"dbpass"_s, password, ayardosyasi());
 }
 
+void ShopFixture::pointToServer() const {
+    ayaryaz(u"ayar"_s, u"ip"_s, databaseFile(), ayardosyasi());
+    if (ayaroku(u"ayar"_s, u"dbpass"_s, ayardosyasi()).isEmpty())
+        ayaryaz(u"ayar"_s, u"dbpass"_s, ServerCluster::password(), ayardosyasi());
+}
+
+/// Closes what the till has made. @return of what makeDatabase makes a copy
+QByteArray ShopFixture::finishOriginal() {
+    m_second.reset();  // what it holds open would keep the till from finishing the file
+    baglantikapat();
+    semahazir = false;
+    return isOnServer() ? std::exchange(m_database, {}).toUtf8() : bytesOf(databaseFile());
+}
+
 void ShopFixture::openShop(const QString& password, Stock stock) {
     static std::map<Stock, QHash<QString, QByteArray>> prepared;
-    QByteArray& bytes = prepared[stock][password];
-    if (bytes.isEmpty()) {
+    QByteArray& original = prepared[stock][password];
+    if (original.isEmpty()) {
         makeDatabase(password);
         if (!baglantihazir())
             qFatal("the shop doesn't open");
         if (stock)
             stock(*this);
-        m_second.reset();  // what it holds open would keep the till from finishing the file
-        baglantikapat();
-        semahazir = false;
-        bytes = bytesOf(databaseFile());
+        original = finishOriginal();
     }
-    makeDatabase(password, bytes);
+    makeDatabase(password, original);
     if (!baglantihazir())
         qFatal("the shop doesn't open");
 }
@@ -134,6 +191,9 @@ void ShopFixture::writeConfig(const QByteArray& bytes) const {
     QFile config(file(u"Kovanix.config"_s));
     if (!config.open(QIODevice::WriteOnly) || config.write(bytes) != bytes.size())
         qFatal("no configuration file");
+    config.close();
+    if (!m_database.isEmpty())
+        pointToServer();
 }
 
 QByteArray ShopFixture::config() const {
@@ -141,6 +201,21 @@ QByteArray ShopFixture::config() const {
 }
 
 QList<QVariantList> ShopFixture::rows(const QString& sql) const {
+    if (isOnServer() && sql.startsWith(u"CREATE TABLE"_s)) {
+        // The server has other names for the types.
+        static const QRegularExpression counter(u"INTEGER PRIMARY KEY( AUTOINCREMENT)?"_s);
+        QString text = sql;
+        text.replace(counter, u"COUNTER"_s).remove(u" COLLATE NOCASE"_s);
+        Connection connection;
+        connection.open(baglantimetniyap(databaseFile()));
+        connection.execute(text);
+        if (baglanti().isOpen()) {
+            // A till doesn't ask for the tables as long as it works.
+            baglantikapat();
+            baglantihazir();
+        }
+        return {};
+    }
     return second()->rows(sql);
 }
 
@@ -148,31 +223,68 @@ void ShopFixture::run(const QString& sql) const {
     rows(sql);
 }
 
+bool ShopFixture::takes(const QString& sql) const {
+    if (isOnServer())
+        return second()->takes(sql);
+    run(sql);
+    return true;
+}
+
+QString ShopFixture::noTable(const QString& name) {
+    const QString words = isOnServer() ? u"relation \"%1\" does not exist"_s : u"no such table: %1"_s;
+    return words.arg(name);
+}
+
 QMap<QString, QList<QVariantList>> ShopFixture::tables() const {
     const auto connection = second();
     QMap<QString, QList<QVariantList>> dump;
-    for (const QVariantList& name :
-         connection->rows(u"SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"_s))
-        dump[name.at(0).toString()] = connection->rows(u"SELECT * FROM \"" + name.at(0).toString() + u'"');
+    const QString names = isOnServer()
+                              ? u"SELECT tablename FROM pg_tables WHERE schemaname = 'public' ORDER BY 1"_s
+                              : u"SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"_s;
+    for (const QVariantList& name : connection->rows(names))
+        dump[name.at(0).toString()] =
+            connection->rows(u"SELECT * FROM \"%1\" ORDER BY 1"_s.arg(name.at(0).toString()));
     return dump;
+}
+
+void ShopFixture::refuse(const QString& change, const QString& table, const QString& words,
+                         const QString& condition) const {
+    const QString name = u"dur_%1_%2"_s.arg(change, table);
+    const QString when = condition.isEmpty() ? QString() : u"WHEN (%1)"_s.arg(condition);
+    if (!isOnServer()) {
+        run(u"CREATE TRIGGER %1 BEFORE %2 ON %3 %4 BEGIN SELECT RAISE(ABORT, '%5'); END"_s.arg(
+            name, change, table, when, words));
+        return;
+    }
+    run(u"CREATE OR REPLACE FUNCTION %1() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE EXCEPTION '%2' USING ERRCODE = 'check_violation'; END $$"_s
+            .arg(name, words));
+    run(u"CREATE TRIGGER %1 BEFORE %2 ON %3 FOR EACH ROW %4 EXECUTE FUNCTION %1()"_s.arg(name, change, table,
+                                                                                         when));
+}
+
+void ShopFixture::allow(const QString& change, const QString& table) const {
+    run(u"DROP TRIGGER dur_%1_%2"_s.arg(change, table) + (isOnServer() ? u" ON "_s + table : QString()));
+}
+
+std::shared_ptr<const void> ShopFixture::lockFile() const {
+    auto other = std::make_shared<SecondConnection>(*this, u"lock"_s);
+    other->rows(isOnServer() ? u"BEGIN"_s : u"BEGIN IMMEDIATE"_s);
+    if (isOnServer())
+        other->rows(u"LOCK TABLE urunler, satislar, musteri, kullanici IN EXCLUSIVE MODE"_s);
+    return other;
 }
 
 // A password's key takes long to work out: such a connection is kept while the till has the same file open.
 // One that is kept longer would keep other programs from finishing the file.
-std::shared_ptr<const void> ShopFixture::lockFile() const {
-    auto other = std::make_shared<SecondConnection>(databaseFile(), m_password, u"lock"_s);
-    static_cast<void>(other->rows(u"BEGIN IMMEDIATE"_s));
-    return other;
-}
-
 std::shared_ptr<const ShopFixture::SecondConnection> ShopFixture::second() const {
-    const bool keep = !m_password.isEmpty() && baglanti().isOpen();
-    if (keep && m_second && m_second->isOf(databaseFile())) {
-        m_second->rows(u"SELECT count(*) FROM sqlite_master"_s);  // or it keeps to the old tables
+    const bool keep = isOnServer() || (!m_password.isEmpty() && baglanti().isOpen());
+    if (keep && m_second && m_second->isOf(*this)) {
+        if (!isOnServer())
+            m_second->rows(u"SELECT count(*) FROM sqlite_master"_s);  // or it keeps to the old tables
         return m_second;
     }
     m_second.reset();
-    auto opened = std::make_shared<const SecondConnection>(databaseFile(), m_password);
+    auto opened = std::make_shared<const SecondConnection>(*this);
     if (keep)
         m_second = opened;
     return opened;

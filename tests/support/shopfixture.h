@@ -14,6 +14,9 @@ namespace kovanix {
 
 /// One case's own world: a fresh application folder, all process-wide values as after a start, a still clock,
 /// and the strict answers to message boxes. What it opens is closed when it goes.
+///
+/// With KOVANIX_TEST_SERVER=1 in the environment its database is one on the test program's own server, and
+/// the settings lead to it through a pointer file.
 class ShopFixture {
 public:
     ShopFixture();
@@ -23,14 +26,20 @@ public:
 
     QString folder() const { return m_folder.path(); }
     QString file(const QString& name) const;
-    QString databaseFile() const { return file(QStringLiteral("kovanix.data")); }
+    /// Whether the shops of this process stand on a server.
+    static bool isOnServer();
+    /// The database's file; on a server, the one that points there.
+    QString databaseFile() const;
+    /// The database's name on the server.
+    const QString& database() const { return m_database; }
 
-    /// Makes an empty database file; a password goes into the configuration too.
+    /// Makes an empty database file; a password goes into the configuration too. On a server that is always
+    /// the role's.
     void makeDatabase(const QString& password = {}) { makeDatabase(password, {}); }
     /// What puts goods into a new shop.
     using Stock = void (*)(ShopFixture& shop);
-    /// Makes a file with the five tables as the till makes it, and leaves it open. The till makes one in a
-    /// process for each password and stock; the others are copies of it.
+    /// Makes a database with the five tables as the till makes it, and leaves it open. The till makes one in
+    /// a process for each password and stock; the others are copies of it.
     void openShop(const QString& password = {}, Stock stock = nullptr);
     /// Adds a product through a second connection.
     void addProduct(const QString& barcode, const QString& name, double purchase, double sale,
@@ -43,7 +52,20 @@ public:
     /// Runs statements on a second, independent connection of the toolkit's own.
     QList<QVariantList> rows(const QString& sql) const;
     void run(const QString& sql) const;
-    /// Locks the file for writing, by a further connection, as long as what it gives lives.
+    /// From now on the database refuses what is done to a table's rows.
+    /// @param change     "INSERT", "UPDATE", "DELETE"
+    /// @param words      its own words for it
+    /// @param condition  on NEW; empty for every row
+    void refuse(const QString& change, const QString& table, const QString& words,
+                const QString& condition = {}) const;
+    /// It takes it again.
+    void allow(const QString& change, const QString& table) const;
+    /// Runs a statement that a server may refuse, as it does a text in a column of numbers.
+    /// @return whether the database took it
+    bool takes(const QString& sql) const;
+    /// The database's own words for a table that isn't there.
+    static QString noTable(const QString& name);
+    /// Locks the database for writing, by a further connection, as long as what it gives lives.
     [[nodiscard]] std::shared_ptr<const void> lockFile() const;
     /// Every row of every table, read the same way.
     QMap<QString, QList<QVariantList>> tables() const;
@@ -59,10 +81,15 @@ private:
     class SecondConnection;
 
     std::shared_ptr<const SecondConnection> second() const;
-    void makeDatabase(const QString& password, const QByteArray& bytes);
+    /// @param original  of which it becomes a copy: a file's bytes, or a database's name
+    void makeDatabase(const QString& password, const QByteArray& original);
+    QByteArray finishOriginal();
+    void pointToServer() const;
+    void dropDatabase();
 
     QTemporaryDir m_folder;
     QString m_password;
+    QString m_database;
     mutable std::shared_ptr<const SecondConnection> m_second;
 };
 

@@ -1,4 +1,4 @@
-// A till that sells all day to customers of its own: one of the tills of test_twotills.
+// A till that sells all day to customers of its own: one of the tills of test_twotills and test_servertrade.
 
 #include <QCommandLineParser>
 #include <QElapsedTimer>
@@ -34,20 +34,21 @@ void say(const QString& line) {
 }
 
 struct Plan {
-    int till;  ///< 0 or 1
-    int from;  ///< the first sale's number
+    int till;   ///< from 0
+    int tills;  ///< how many there are
+    int from;   ///< the first sale's number
     int sales;
 };
 
 /// Each sale has a second of its own, of all tills, by which its rows are found.
-QDateTime momentOf(int till, int sale) {
-    return QDateTime(QDate(2026, 5, 3), QTime(7, 0)).addSecs(2 * sale + till);
+QDateTime momentOf(const Plan& plan, int sale) {
+    return QDateTime(QDate(2026, 5, 3), QTime(7, 0)).addSecs(plan.tills * sale + plan.till);
 }
 
 class Seller : public QObject {
 public:
     explicit Seller(const Plan& plan) : m_plan(plan), m_sale(plan.from) {
-        Clock::setSource([this] { return momentOf(m_plan.till, m_sale); });
+        Clock::setSource([this] { return momentOf(m_plan, m_sale); });
         connect(&m_next, &QTimer::timeout, this, [this] { sell(); });
     }
 
@@ -60,7 +61,7 @@ private:
             QCoreApplication::exit();  // quitting would ask whether it is meant
             return;
         }
-        std::minstd_rand random(static_cast<unsigned>(2 * m_sale + m_plan.till + 1));
+        std::minstd_rand random(static_cast<unsigned>(m_plan.tills * m_sale + m_plan.till + 1));
         random.discard(10);
         for (unsigned line = 1 + random() % 4; line > 0; --line) {
             static const std::array codes{u"8690000000012"_s, u"8690000000029"_s, u"2700012002504"_s};
@@ -92,10 +93,11 @@ int main(int argc, char** argv) {
     prepareApplication();
     QCommandLineParser commandLine;
     const QCommandLineOption folder(u"folder"_s, u"The shop's folder."_s, u"DIR"_s);
-    const QCommandLineOption till(u"till"_s, u"Which of the tills: 0 or 1."_s, u"N"_s);
+    const QCommandLineOption till(u"till"_s, u"Which of the tills, from 0."_s, u"N"_s);
+    const QCommandLineOption tills(u"tills"_s, u"How many tills sell."_s, u"N"_s);
     const QCommandLineOption from(u"from"_s, u"The first sale's number."_s, u"N"_s, u"0"_s);
     const QCommandLineOption sales(u"sales"_s, u"The number behind the last sale's."_s, u"N"_s);
-    commandLine.addOptions({folder, till, from, sales});
+    commandLine.addOptions({folder, till, tills, from, sales});
     commandLine.process(application);
 
     prepareShopFolder(commandLine.value(folder));
@@ -104,8 +106,8 @@ int main(int argc, char** argv) {
         say(u"box "_s + box.text());
         std::exit(1);  // none is expected, and what comes behind it is worth nothing
     });
-    Seller seller(
-        {commandLine.value(till).toInt(), commandLine.value(from).toInt(), commandLine.value(sales).toInt()});
+    Seller seller({commandLine.value(till).toInt(), commandLine.value(tills).toInt(),
+                   commandLine.value(from).toInt(), commandLine.value(sales).toInt()});
     const int status = application.run([&seller] {
         startConnection();
         girisyetki = 1;

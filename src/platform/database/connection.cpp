@@ -19,10 +19,12 @@ std::vector<ConnectionCore*>& ConnectionCore::openOnes() {
 }
 
 void ConnectionCore::requireOpen() const {
-    if (!isOpen())
-        throw failure(
-            Kind::closed,
-            describeFailure(Kind::closed, u"Operation is not allowed when the object is closed."_s));
+    if (isOpen())
+        return;
+    const QString words = u"Operation is not allowed when the object is closed."_s;
+    if (engine)
+        throw engine->describedFailure(Kind::closed, words);
+    throw failure(Kind::closed, describeFailure(Kind::closed, words));
 }
 
 void ConnectionCore::open(const QString& text, Connection::Handle wanted) {

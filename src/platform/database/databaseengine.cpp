@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QSqlDriver>
 #include <atomic>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "database/fileengine.h"
 #include "database/serveraddress.h"
 #include "database/serverengine.h"
+#include "database/waiting.h"
 #include "runtime/attempt.h"
 #include "runtime/process.h"
 
@@ -68,6 +70,8 @@ void DatabaseEngine::requireDriver(const QString& driver) const {
 void DatabaseEngine::addToolkitConnection(const QString& driver) {
     m_toolkitName = nextConnectionName();
     m_database = QSqlDatabase::addDatabase(driver, m_toolkitName);
+    // The one notice that our drivers send.
+    QObject::connect(m_database.driver(), &QSqlDriver::notification, m_database.driver(), giveWaitSign);
 }
 
 void DatabaseEngine::openHandle() {

@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
-#include <QSqlDriver>
 #include <QStorageInfo>
 #include <QUrl>
 #include <algorithm>
@@ -11,7 +10,6 @@
 
 #include "database/connectionprivate.h"
 #include "database/engineerror.h"
-#include "database/waiting.h"
 #include "runtime/attempt.h"
 
 namespace kovanix {
@@ -30,16 +28,6 @@ QString fileUri(const QFileInfo& file) {
 std::function<bool(const QString&)>& networkFileTest() {
     static std::function<bool(const QString&)> test;
     return test;
-}
-
-std::function<void()>& waitSign() {
-    static std::function<void()> sign;
-    return sign;
-}
-
-void giveWaitSign() {
-    if (waitSign())
-        waitSign()();
 }
 
 /// The count of statements that may have written into a file, shared by all connections of this process to
@@ -63,10 +51,6 @@ void setNetworkFileTest(std::function<bool(const QString& path)> test) {
 bool liesOnNetwork(const QString& path) {
     return networkFileTest() ? networkFileTest()(path)
                              : isNetworkFileSystem(QStorageInfo(path).fileSystemType());
-}
-
-void setWaitSign(std::function<void()> sign) {
-    waitSign() = std::move(sign);
 }
 
 FileEngine::FileEngine(const ConnectionString& parts, std::chrono::milliseconds busyTimeout)
@@ -97,8 +81,6 @@ void FileEngine::open() {
     addToolkitConnection(driver);
     m_database.setDatabaseName(fileUri(file));
     m_database.setPassword(m_password);
-    // The one notice that our drivers send.
-    QObject::connect(m_database.driver(), &QSqlDriver::notification, m_database.driver(), giveWaitSign);
     m_target = file.canonicalFilePath();
     writes = writesTo(m_target);
     m_onNetwork = liesOnNetwork(m_target);

@@ -39,6 +39,12 @@ QHash<QString, FailedOpen>& failedOpens() {
     return failed;
 }
 
+void rememberFailedOpen(const QString& key, const DatabaseError& error) {
+    FailedOpen open{{}, error};
+    open.since.start();
+    failedOpens().insert(key, open);
+}
+
 QString tlsOptions(const ServerAddress& address) {
     // Where Debian keeps the certificates of the machine's own authorities; the library looks elsewhere.
     static const QString machinesOwn = u"/etc/ssl/certs/ca-certificates.crt"_s;
@@ -61,8 +67,14 @@ ServerEngine::ServerEngine(const ConnectionString& parts, std::chrono::milliseco
 
 DatabaseError ServerEngine::failure(const QSqlError& error) const {
     m_state = error.nativeErrorCode();
-    const QString words = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    return describedFailure(kindOfServerFailure(m_state), words);
+    // The server's own words may be none.
+    const QString words =
+        m_state.isEmpty() && error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    DatabaseError failure = describedFailure(kindOfServerFailure(m_state), words);
+    // A server that has just let a statement's deadline pass would let that of an open pass, too.
+    if (m_state == u"08007"_s)
+        rememberFailedOpen(openKey(), failure);
+    return failure;
 }
 
 DatabaseError ServerEngine::describedFailure(Kind kind, const QString& words) const {
@@ -97,7 +109,7 @@ void ServerEngine::setUp() {
 }
 
 void ServerEngine::connectToServer() {
-    const QString key = m_pointer + u'\n' + m_password;
+    const QString key = openKey();
     const auto failed = failedOpens().constFind(key);
     if (failed != failedOpens().cend() && failed->since.elapsed() < failedOpenCounts.count())
         throw DatabaseError(failed->error);
@@ -108,9 +120,7 @@ void ServerEngine::connectToServer() {
         m_lastUse.start();
     } catch (const DatabaseError& error) {
         m_database.close();
-        FailedOpen open{{}, error};
-        open.since.start();
-        failedOpens().insert(key, open);
+        rememberFailedOpen(key, error);
         throw;
     }
 }
@@ -181,13 +191,19 @@ bool ServerEngine::prepare(QSqlQuery& query, const QString& sql, Use use) {
     auto* const cursor = query.result()->handle().value<engine::RowCursor*>();
     if (use == Use::once && cursor)
         cursor->prepareLate();
-    return query.prepare(sql);
+    if (query.prepare(sql))
+        return true;
+    static_cast<void>(failure(query.lastError()));  // some ask another way then
+    return false;
 }
 
 void ServerEngine::executeWrite(QSqlQuery& query, const QString& sql) {
     requireHandle();
     for (int retries = 0; !(sql.isEmpty() ? query.exec() : query.exec(sql)); ++retries) {
         DatabaseError error = failure(query.lastError());
+        // Another till may have changed the tables: what comes next finds them as they are.
+        if (error.kind() == Kind::noSuchTable || error.kind() == Kind::noSuchColumn)
+            schema.forget();
         // The server has taken the statement back by itself. Within a transaction the others of it are gone
         // with it.
         if (!isServerConflict(m_state) || m_inTransaction || retries == mostRetries)
@@ -227,8 +243,12 @@ void ServerEngine::wake() {
     schema.forget();
     QSqlQuery question(m_database);
     question.setForwardOnly(true);
-    if (!isOpen() || !question.exec(u"SELECT 1"_s))
-        openAgain();
+    if (isOpen()) {
+        if (question.exec(u"SELECT 1"_s))
+            return;
+        static_cast<void>(failure(question.lastError()));
+    }
+    openAgain();
 }
 
 void ServerEngine::prepareForPress(ConnectionCore& /*connection*/) {

@@ -58,6 +58,7 @@ private:
     bool isUnconfirmed() const { return m_presses > 0 && wroteInPress; }
     void setUp();
     void connectToServer();
+    QString openKey() const { return m_pointer + QChar(u'\n') + m_password; }
     void requireSuitableDatabase();
     void openAgain();
     /// @throws DatabaseError (lost) where the connection was lost and is still

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -40,6 +41,9 @@ public:
     int connections() const { return m_connections; }
     /// How often the client has sent something since the server last did. Reading sets it back to 0.
     int takeTrips() { return m_trips.exchange(0); }
+
+    /// Has each of the client's sends arrive that much later. @param delay  in microseconds
+    void setDelay(int delay) { m_delay = delay; }
 
     /// Ends the connection on both sides.
     void cut() {
@@ -93,8 +97,10 @@ private:
                 const ssize_t size = ::recv(end.fd, bytes.data(), bytes.size(), 0);
                 if (size <= 0 || (!sends && m_cutsAnswer.exchange(false)))
                     return;
-                if (sends && answered)
+                if (sends && answered) {
                     ++m_trips;
+                    std::this_thread::sleep_for(std::chrono::microseconds(m_delay));
+                }
                 answered = !sends;
                 ::send(sends ? server : client, bytes.data(), static_cast<std::size_t>(size), MSG_NOSIGNAL);
             }
@@ -107,6 +113,7 @@ private:
     std::atomic<bool> m_ends = false;
     std::atomic<bool> m_cutsAnswer = false;
     std::atomic<int> m_trips = 0;
+    std::atomic<int> m_delay = 0;
     std::atomic<int> m_connections = 0;
     std::mutex m_mutex;
     std::vector<int> m_sockets;  ///< of the connection that is forwarded

@@ -96,14 +96,6 @@ void DatabaseFile::allKinds() {
         qInfo().noquote() << "no row for a server:" << missing;
 }
 
-ServerCluster& testServer() {
-    static ServerCluster cluster;
-    static const bool started = cluster.start();
-    if (!started)
-        qFatal("no server");
-    return cluster;
-}
-
 DatabaseFile::DatabaseFile()
     : DatabaseFile(*static_cast<QString*>(QTest::qData("password", QMetaType::QString))) {}
 

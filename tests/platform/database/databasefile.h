@@ -92,9 +92,6 @@ private:
     QString m_database;  ///< on the server; empty for a file
 };
 
-/// The server of the test program, which starts with the first question for it.
-ServerCluster& testServer();
-
 /// The error that a step throws; nothing when it doesn't.
 std::optional<RuntimeError> errorOf(const std::function<void()>& step);
 

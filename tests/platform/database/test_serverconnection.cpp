@@ -249,7 +249,7 @@ void TestServerConnection::givesUpStandingServer() {
     QVERIFY(!query.exec(row));
     const qint64 passed = timer.elapsed();
     cluster().resume();
-    QCOMPARE(query.lastError().nativeErrorCode(), u"08006"_s);
+    QCOMPARE(query.lastError().nativeErrorCode(), u"08007"_s);
     QCOMPARE(query.lastError().databaseText(), u"The database server doesn't answer."_s);
     QVERIFY(!(*m_client)->isOpen());
     QVERIFY2(passed >= serverDeadline * 9 / 10 && passed < serverDeadline * 2,
@@ -263,6 +263,9 @@ void TestServerConnection::waitsForLivingServer_data() {
 
 void TestServerConnection::waitsForLivingServer() {
     QFETCH(const QString, row);
+    QSignalSpy signs((*m_client)->driver(), &QSqlDriver::notification);
+    QCOMPARE(m_client->value(u"SELECT 1"_s), QVariant(1LL));
+    QCOMPARE(signs.size(), 0);
     cluster().rows(m_database, row);
     const auto connections = [] { return cluster().log().count("connection received"); };
     const qsizetype before = connections();
@@ -272,6 +275,8 @@ void TestServerConnection::waitsForLivingServer() {
     cluster().rows(m_database, u"ALTER ROLE kasa CONNECTION LIMIT -1"_s);
     QCOMPARE(answer, QVariant(1LL));
     QCOMPARE(after, before + 1);
+    // At the wait's beginning, and when the server was asked.
+    QVERIFY(signs.size() >= 1 && signs.size() <= 2);
 }
 
 void TestServerConnection::refusesCopies() {

@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <cerrno>
 
 namespace kovanix::engine {
@@ -12,19 +13,20 @@ namespace {
 using namespace Qt::StringLiterals;
 using std::chrono::milliseconds;
 
-enum class Waited { ready, timeout };
+// From here on somebody who watches asks himself what the till does.
+constexpr milliseconds longWait{100};
 
 /// Waits for a socket. @param events  POLLIN, POLLOUT
-Waited wait(int socket, short events, std::chrono::steady_clock::time_point end) {
+bool isReadyBy(std::chrono::steady_clock::time_point end, int socket, short events) {
     for (;;) {
         const auto left = std::chrono::ceil<milliseconds>(end - std::chrono::steady_clock::now()).count();
         pollfd entry{.fd = socket, .events = events, .revents = 0};
         const int count = ::poll(&entry, 1, left > 0 ? static_cast<int>(left) : 0);
         // An error of the socket's shows when it is read.
         if (count > 0 || (count < 0 && errno != EINTR))
-            return Waited::ready;
+            return true;
         if (left <= 0)
-            return Waited::timeout;
+            return false;
     }
 }
 
@@ -42,8 +44,8 @@ QSqlError connectError(const PGconn* handle) {
             QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : u"08001"_s};
 }
 
-QSqlError lossError(const QString& words) {
-    return {u"Unable to execute statement"_s, words, QSqlError::ConnectionError, u"08006"_s};
+QSqlError lossError(const QString& words, const QString& state = u"08006"_s) {
+    return {u"Unable to execute statement"_s, words, QSqlError::ConnectionError, state};
 }
 
 QSqlError statementError(const PGresult* rows) {
@@ -104,6 +106,18 @@ bool ServerSettings::addOptions(const QString& text) {
 
 QSqlError ServerConnection::lost() {
     return lossError(u"The connection to the database server is lost."_s);
+}
+
+/// Waits for a socket, and has the sign given when that takes long.
+ServerConnection::Waited ServerConnection::wait(int socket, short events, Clock::time_point end) const {
+    const Clock::time_point shortEnd = Clock::now() + longWait;
+    bool ready = isReadyBy(std::min(end, shortEnd), socket, events);
+    if (!ready && shortEnd < end) {
+        if (m_waitBegins)
+            m_waitBegins();
+        ready = isReadyBy(end, socket, events);
+    }
+    return ready ? Waited::ready : Waited::timeout;
 }
 
 ServerConnection::Attempt ServerConnection::connect(const QByteArray& host, milliseconds timeout) const {
@@ -183,7 +197,7 @@ QSqlError ServerConnection::waitFor(short events) {
     const int socket = PQsocket(m_handle.get());
     while (wait(socket, events, Clock::now() + m_settings.deadline * 3 / 8) == Waited::timeout) {
         if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
-            return lose(lossError(u"The database server doesn't answer."_s));
+            return lose(lossError(u"The database server doesn't answer."_s, u"08007"_s));
     }
     return {};
 }

@@ -62,6 +62,8 @@ public:
     /// Connects to the first host that takes it.
     /// @return an error of type NoError when the connection is open
     QSqlError open(const ServerSettings& settings);
+    /// Calls it as soon as a wait for the server gets long; an empty function ends that.
+    void setWaitBegins(std::function<void()> begins) { m_waitBegins = std::move(begins); }
     void close();
     bool isOpen() const { return m_handle != nullptr; }
     /// Another one after each open: what was prepared in an earlier one is gone.
@@ -103,6 +105,8 @@ private:
     Answer roundTrip(const std::function<bool(PGconn*)>& send);
     QSqlError sendAll(int& sections, const std::function<bool(PGconn*)>& send);
     QSqlError flush();
+    enum class Waited { ready, timeout };
+    Waited wait(int socket, short events, Clock::time_point end) const;
     QSqlError receive();
     QSqlError waitFor(short events);
     bool isAlive() const;
@@ -115,6 +119,7 @@ private:
     qint64 m_names = 0;
     QList<QByteArray> m_released;
     QHash<Oid, bool> m_caseless;
+    std::function<void()> m_waitBegins;
 };
 
 }  // namespace kovanix::engine

@@ -7,10 +7,14 @@ namespace kovanix::engine {
 using namespace Qt::StringLiterals;
 
 ServerDriver::ServerDriver(QObject* parent)
-    : QSqlDriver(parent), m_connection(std::make_shared<ServerConnection>()) {}
+    : QSqlDriver(parent), m_connection(std::make_shared<ServerConnection>()) {
+    m_connection->setWaitBegins([this] { Q_EMIT notification(u"wait"_s, SelfSource, {}); });
+}
 
 ServerDriver::~ServerDriver() {
-    m_connection->close();  // a statement of the shared connection may outlive this
+    // A statement of the shared connection may outlive this.
+    m_connection->setWaitBegins({});
+    m_connection->close();
 }
 
 bool ServerDriver::hasFeature(DriverFeature feature) const {

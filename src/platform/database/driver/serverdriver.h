@@ -19,9 +19,12 @@ namespace kovanix::engine {
 /// others are the keywords of the library. Left to themselves are client_encoding=UTF8, gssencmode=disable,
 /// application_name=kovanix and target_session_attrs=read-write.
 ///
+/// A wait for the server that gets long has the signal notification sent, named "wait", in its middle.
+///
 /// An error's nativeErrorCode() is the SQLSTATE and its databaseText() the first line of what the server
-/// says. Of the driver's own are 08001 (no server was reached), 08006 (the connection was lost or given up;
-/// the driver isn't open from then on) and 22021 (a NUL in a text, which hasn't been sent).
+/// says. Of the driver's own are 08001 (no server was reached), 08006 (the connection was lost), 08007
+/// (it was given up, for the server gives no sign of life; after either the driver isn't open) and 22021 (a
+/// NUL in a text, which hasn't been sent).
 class ServerDriver : public QSqlDriver {
     Q_OBJECT
 

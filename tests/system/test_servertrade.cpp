@@ -1,0 +1,111 @@
+// Several tills that sell into one database on a server, which is killed in mid-trade again and again, and so
+// are they.
+
+#include <random>
+
+#include "runtests.h"
+#include "sellingtills.h"
+#include "servercluster.h"
+#include "wantedtimes.h"
+
+using namespace kovanix;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int tillCount = 4;
+constexpr int longestDelay = 60;  // milliseconds from a stored sale to the kill: some sales
+
+}  // namespace
+
+class ServerTradeTest : public QObject {
+    Q_OBJECT
+
+    std::mt19937 m_random{20260503};
+
+    /// A moment in the middle of some sale, that many sales from now.
+    bool waitForSales(SellingTills& tills, int sales) {
+        const qsizetype moment = tills.told() + sales;
+        const bool came = tills.waitFor([&] {
+            tills.startEnded();
+            return tills.told() >= moment || tills.areDone();
+        });
+        runFor(static_cast<int>(m_random() % longestDelay));
+        return came;
+    }
+
+    static bool finish(SellingTills& tills) {
+        return tills.waitFor([&] {
+            tills.told();
+            tills.startEnded();
+            return tills.areDone();
+        });
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (const QString missing = ServerCluster::missing(); !missing.isEmpty())
+            QSKIP(qPrintable(missing));
+    }
+
+    void allSellAtOnce() {
+        const ClosedShop shop;
+        SellingTills tills(shop, 2 * tillCount, wantedTimes("KOVANIX_TRADE", 60));
+        QVERIFY(tills.waitFor([&] { return tills.told() >= 0 && tills.areDone(); }));
+        for (int number = 0; number < tills.count(); ++number) {
+            QCOMPARE(tills.at(number).strange().join(u'\n'), QString());
+            QCOMPARE(tills.at(number).cut(), 0);
+        }
+        QCOMPARE(tills.difference(shop), QString());
+        qInfo("%d tills: %s", tills.count(), qPrintable(tills.summary()));
+    }
+
+    void tillsAreKilled() {
+        const int kills = wantedTimes("KOVANIX_TILL_KILLS", 5);
+        const ClosedShop shop;
+        SellingTills tills(shop, tillCount, 20 * (kills + 1));
+        for (int kill = 0; kill < kills; ++kill) {
+            QVERIFY(waitForSales(tills, 20));
+            tills.at(kill % tillCount).kill();
+        }
+        QVERIFY(finish(tills));
+        for (int number = 0; number < tills.count(); ++number)
+            QCOMPARE(tills.at(number).strange().join(u'\n'), QString());
+        QCOMPARE(tills.difference(shop), QString());
+        qInfo("%d kills: %s", kills, qPrintable(tills.summary()));
+    }
+
+    void theServerIsKilled_data() {
+        QTest::addColumn<bool>("stockIsTaken");
+        QTest::newRow("a sale's last statement writes") << true;
+        QTest::newRow("a sale's last statement finds no row to write") << false;
+    }
+
+    void theServerIsKilled() {
+        QFETCH(const bool, stockIsTaken);
+        const int kills = wantedTimes("KOVANIX_SERVER_KILLS", 10) / 2;
+        const ClosedShop shop;
+        if (!stockIsTaken) {
+            shop.run(
+                u"CREATE FUNCTION birak() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NULL; END $$"_s);
+            shop.run(
+                u"CREATE TRIGGER birak BEFORE UPDATE ON urunler FOR EACH ROW EXECUTE FUNCTION birak()"_s);
+        }
+        SellingTills tills(shop, tillCount, 20 * (kills + 1));
+        for (int kill = 0; kill < kills; ++kill) {
+            QVERIFY(waitForSales(tills, 30));
+            testServer().kill();
+            QVERIFY2(testServer().restart(), testServer().log().constData());
+        }
+        QVERIFY(finish(tills));
+        QCOMPARE(tills.difference(shop, stockIsTaken), QString());
+        qInfo("%d kills: %s", kills, qPrintable(tills.summary()));
+    }
+};
+
+int main(int argc, char** argv) {
+    qputenv("KOVANIX_TEST_SERVER", "1");
+    return runTests<ServerTradeTest>(argc, argv);
+}
+
+#include "test_servertrade.moc"
