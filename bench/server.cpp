@@ -6,9 +6,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QThread>
 #include <memory>
@@ -103,22 +100,6 @@ private:
     QRandomGenerator m_random{1};
 };
 
-/// Statements on a file through the toolkit's own driver.
-void runOnFile(const QString& path, const QStringList& statements) {
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"fill"_s);
-        database.setDatabaseName(path);
-        if (!database.open())
-            giveUp("the file doesn't open");
-        QSqlQuery query(database);
-        for (const QString& sql : statements) {
-            if (!query.exec(sql))
-                giveUp(query.lastError().text().toStdString());
-        }
-    }
-    QSqlDatabase::removeDatabase(u"fill"_s);
-}
-
 /// What fills both shops alike. @param numbers  a source of rows with the column n
 QStringList fillings(const QString& productNumbers, const QString& lineNumbers, const QString& barcode) {
     return {
@@ -164,7 +145,6 @@ int main(int argc, char** argv) {
     }
     const QString numbers =
         u"(WITH RECURSIVE c(n) AS (SELECT 0 UNION ALL SELECT n + 1 FROM c WHERE n < %1) SELECT n FROM c)"_s;
-    runOnFile(path, fillings(numbers.arg(products - 1), numbers.arg(lines - 1), u"printf('869%010d', n)"_s));
     for (const QString& sql :
          fillings(u"generate_series(0, %1) AS n"_s.arg(products - 1),
                   u"generate_series(0, %1) AS n"_s.arg(lines - 1), u"'869' || lpad(n::text, 10, '0')"_s))
@@ -172,6 +152,9 @@ int main(int argc, char** argv) {
     cluster.rows(database, u"ANALYZE"_s);
     cluster.rows(database, u"CHECKPOINT"_s);
     Shop file(path, {});
+    for (const QString& sql :
+         fillings(numbers.arg(products - 1), numbers.arg(lines - 1), u"printf('869%010d', n)"_s))
+        file.connection().execute(sql);
 
     QRandomGenerator random(7);
     std::vector<double> onFile;
