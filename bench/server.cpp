@@ -4,11 +4,10 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QRandomGenerator>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QThread>
 #include <memory>
 
 #include "countingproxy.h"
@@ -101,22 +100,6 @@ private:
     QRandomGenerator m_random{1};
 };
 
-/// Statements on a file through the toolkit's own driver.
-void runOnFile(const QString& path, const QStringList& statements) {
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"fill"_s);
-        database.setDatabaseName(path);
-        if (!database.open())
-            giveUp("the file doesn't open");
-        QSqlQuery query(database);
-        for (const QString& sql : statements) {
-            if (!query.exec(sql))
-                giveUp(query.lastError().text().toStdString());
-        }
-    }
-    QSqlDatabase::removeDatabase(u"fill"_s);
-}
-
 /// What fills both shops alike. @param numbers  a source of rows with the column n
 QStringList fillings(const QString& productNumbers, const QString& lineNumbers, const QString& barcode) {
     return {
@@ -160,9 +143,8 @@ int main(int argc, char** argv) {
         Shop made(path, {});
         made.makeTables();
     }
-    const QString counted =
+    const QString numbers =
         u"(WITH RECURSIVE c(n) AS (SELECT 0 UNION ALL SELECT n + 1 FROM c WHERE n < %1) SELECT n FROM c)"_s;
-    runOnFile(path, fillings(counted.arg(products - 1), counted.arg(lines - 1), u"printf('869%010d', n)"_s));
     for (const QString& sql :
          fillings(u"generate_series(0, %1) AS n"_s.arg(products - 1),
                   u"generate_series(0, %1) AS n"_s.arg(lines - 1), u"'869' || lpad(n::text, 10, '0')"_s))
@@ -170,6 +152,9 @@ int main(int argc, char** argv) {
     cluster.rows(database, u"ANALYZE"_s);
     cluster.rows(database, u"CHECKPOINT"_s);
     Shop file(path, {});
+    for (const QString& sql :
+         fillings(numbers.arg(products - 1), numbers.arg(lines - 1), u"printf('869%010d', n)"_s))
+        file.connection().execute(sql);
 
     QRandomGenerator random(7);
     std::vector<double> onFile;
@@ -192,20 +177,18 @@ int main(int argc, char** argv) {
     }
     figures.tell("Storing 20 lines, file", percentile(onFile, 0.5), "ms");
     figures.tell("Storing 20 lines, server on this machine", percentile(onServer, 0.5), "ms");
-    std::vector<double> syncs;
-    for (int i = 0; i < 5 * rounds; ++i) {
-        Recordset flushed;
-        const auto flush = [&] {
-            flushed.open(u"SELECT pg_stat_force_next_flush()"_s, server.connection());
-            flushed.close();
-        };
-        flush();
-        const qint64 before = logSyncs(cluster);
+    // The server's processes tell of their counts once a second, when they have done something.
+    const auto syncsByNow = [&] {
+        QThread::msleep(1100);
+        server.lookUp(1);
+        return logSyncs(cluster);
+    };
+    const qint64 before = syncsByNow();
+    const int sales = 20 * rounds;
+    for (int i = 0; i < sales; ++i)
         server.sell(products);
-        flush();
-        syncs.push_back(static_cast<double>(logSyncs(cluster) - before));
-    }
-    figures.atMost(1, "Syncs of the server's log for 20 lines", percentile(syncs, 0.5), "");
+    figures.atMost(1.2, "Syncs of the server's log for 20 lines, those of its own writer among them",
+                   static_cast<double>(syncsByNow() - before) / sales, "");
 
     for (const int delay : {0, 300, 3000}) {
         CountingProxy proxy(cluster.port());

@@ -105,6 +105,8 @@ private Q_SLOTS:
 
     /// The engine fails at a product in the midst: what was added up to there is shown.
     void aFailureInTheMidstLeavesPartOfTheSums() {
+        if (ShopFixture::isOnServer())
+            QSKIP("a file fails in the middle of its rows");
         m_shop->run("DROP TABLE urunler");
         m_shop->run(
             "CREATE VIEW urunler AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < "
@@ -116,6 +118,8 @@ private Q_SLOTS:
     }
 
     void withoutADatabaseItShowsZeros() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         loseDatabase();
         m_shop->boxes.expectAny(MessageBoxAnswer::ok);
         open();

@@ -142,6 +142,8 @@ private Q_SLOTS:
         addRows<double>({{"cents", 1.0}, {"sales", 1000.0}, {"millions", 1e7}});
     }
     void equalsTheSumInAText() {
+        if (ShopFixture::isOnServer())
+            QSKIP("a server's columns of numbers hold no texts");
         QFETCH(const double, row);
         QRandomGenerator random(7);
         QString text = "0";
@@ -169,6 +171,8 @@ private Q_SLOTS:
 
     /// More rows than are read at once, entered against the order of their moments.
     void manyRowsComeInOrderOfEntry() {
+        if (ShopFixture::isOnServer())
+            QSKIP("fills the table by a file's own functions");
         m_shop->run(
             "INSERT INTO satislar (tarih, toplam) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 "
             "FROM "
@@ -338,6 +342,8 @@ private Q_SLOTS:
 
     /// The engine fails at a row in the midst: what was added up to there stays.
     void aFailureInTheMidstLeavesPartOfTheSum() {
+        if (ShopFixture::isOnServer())
+            QSKIP("a file fails in the middle of its rows");
         m_shop->run("DROP TABLE satislar");
         m_shop->run(
             "CREATE VIEW satislar AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i "
@@ -358,6 +364,8 @@ private Q_SLOTS:
     }
 
     void withoutADatabaseNothingElseHappens() {
+        if (ShopFixture::isOnServer())
+            QSKIP("moves the file away");
         m_shop->run(sale(day + "10:00:00", "5"));
         open();
         loseDatabase();

@@ -298,8 +298,13 @@ QVariant ServerEngine::fitting(const QVariant& value, const TableColumn& column)
     if (!numeric || value.typeId() != QMetaType::QString)
         return value;
     bool valid = false;
-    const double number = value.toString().trimmed().toDouble(&valid);
-    return valid ? QVariant(number) : QVariant();
+    const QString text = value.toString().trimmed();
+    const double number = text.toDouble(&valid);
+    if (valid)
+        return number;
+    // The server refuses it. Nothing in its place would make a password of digits an empty one where the till
+    // puts its hash there.
+    return text.isEmpty() ? QVariant() : value;
 }
 
 }  // namespace kovanix
