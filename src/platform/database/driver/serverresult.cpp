@@ -202,11 +202,11 @@ bool ServerResult::prepare(const QString& query) {
 /// @param types  of the places; those behind them are left to the server
 bool ServerResult::prepareOnServer(const std::vector<Oid>& types) {
     release();
-    const QByteArray name = m_connection->nextName();
-    const ServerConnection::Answer answer = m_connection->prepare(name, m_sql, types);
+    const QByteArray statement = m_connection->nextName();
+    const ServerConnection::Answer answer = m_connection->prepare(statement, m_sql, types);
     if (answer.error.isValid())
         return fail(answer.error);
-    m_name = name;
+    m_name = statement;
     m_generation = m_connection->generation();
     m_types.clear();
     for (int place = 0; place < PQnparams(answer.rows.get()); ++place)
