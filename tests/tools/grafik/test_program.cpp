@@ -108,7 +108,7 @@ private Q_SLOTS:
         addRows<RunRow>(
             {{"help", {{u"--help"_s}, 0, {}}},
              {"version", {{u"--version"_s}, 0, {}}},
-             {"unknown option", {{u"--olmaz"_s}, 1, u"kovanix-grafik: Unknown option"_s}},
+             {"unknown option", {{u"--olmaz"_s}, 2, u"kovanix-grafik: Bilinmeyen seçenek"_s}},
              {"unknown kind", {{u"--csv"_s, u"--tur"_s, u"ay"_s}, 2, u"--png DOSYA"_s}},
              {"nothing to make", {{u"--tur"_s, u"gun"_s}, 2, u"--png DOSYA"_s}},
              {"a stray word", {{u"--csv"_s, u"gun"_s}, 2, u"--png DOSYA"_s}},
