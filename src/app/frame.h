@@ -6,8 +6,8 @@ namespace kovanix {
 /// display.
 void nameApplication();
 
-/// Has the toolkit's own texts, a field's menu for one, in Turkish. A machine without them shows English there;
-/// the till's own texts are never looked up. Needs an application object and no display.
+/// Has the toolkit's own texts, a field's menu for one, in Turkish. A machine without them shows English
+/// there; the till's own texts are never looked up. Needs an application object and no display.
 void installToolkitWords();
 
 /// Sets up what every program with the till's screens needs before the first of them: names and version,
