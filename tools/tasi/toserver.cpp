@@ -220,8 +220,10 @@ private:
     [[noreturn]] static void failComparison(const Table& table, qint64 number, std::string_view expected,
                                             std::optional<std::string_view> found,
                                             const std::vector<Form>& forms) {
-        const std::vector<engine::Cell> wanted = readCopyRow(expected, forms);
-        const std::vector<engine::Cell> there = readCopyRow(found.value_or(std::string_view()), forms);
+        std::vector<engine::Cell> wanted;
+        std::vector<engine::Cell> there;
+        readCopyRow(expected, forms, wanted);
+        readCopyRow(found.value_or(std::string_view()), forms, there);
         QString column = u"?"_s;
         for (std::size_t i = 0; i < there.size() && i < wanted.size(); ++i) {
             CopyWriter one;
