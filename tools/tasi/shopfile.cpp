@@ -6,7 +6,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlResult>
 #include <algorithm>
@@ -14,6 +13,7 @@
 #include <cstring>
 #include <utility>
 
+#include "database/declaredtype.h"
 #include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "failure.h"
@@ -25,11 +25,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Kind = DatabaseError::Kind;
-
-int declaredWidth(const QString& declared) {
-    static const QRegularExpression width(u"\\(\\s*(\\d+)\\s*\\)"_s);
-    return width.match(declared).captured(1).toInt();
-}
 
 bool isSystemName(const QString& name) {
     return name.startsWith("sqlite_"_L1, Qt::CaseInsensitive);
@@ -127,11 +122,8 @@ Table ShopFile::readTable(const QString& name, const QString& createSql) {
     int keys = 0;
     QSqlQuery columns = run(u"PRAGMA table_info(%1)"_s.arg(quotedSqlName(name)));
     while (columns.next()) {
-        Column column;
-        column.name = columns.value(1).toString();
         const QString type = columns.value(2).toString();
-        column.type = declaredType(type);
-        column.width = column.type == ColumnType::text ? declaredWidth(type) : 0;
+        const Column column(declaredColumn(columns.value(1).toString(), type));
         if (columns.value(5).toInt() > 0) {
             ++keys;
             if (type.compare("INTEGER"_L1, Qt::CaseInsensitive) == 0)

@@ -62,7 +62,7 @@ public:
 
     MoveResult run() {
         tell({Step::checking});
-        m_server.emplace(m_address, m_order.serverPassword);
+        m_server.emplace(m_address, m_order.serverPassword, m_order.deadline);
         m_server->execute(u"BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"_s);
         m_catalogue = readCatalogue(*m_server);
         refuseOther();

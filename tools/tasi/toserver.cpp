@@ -37,7 +37,7 @@ public:
         // A file that bears its new name already belongs to a move that was all but done.
         const bool away = !QFileInfo::exists(m_order.file);
         m_file.emplace(away ? movedName(m_order.file) : m_order.file, m_order.filePassword);
-        m_server.emplace(m_address, m_order.serverPassword);
+        m_server.emplace(m_address, m_order.serverPassword, m_order.deadline);
         checkDatabase(*m_server);
         const std::optional<MoveMark> mark = findMark(*m_server);
         if (mark)
@@ -243,7 +243,7 @@ private:
 
     void commit() {
         try {
-            m_server->execute(u"COMMIT"_s);
+            m_server->commit();
         } catch (const ServerFailure& failure) {
             if (!failure.state().isEmpty())
                 throw;

@@ -43,16 +43,10 @@ struct OddRow {
 
 Q_DECLARE_METATYPE(OddRow)
 
-class TestTasiBack : public QObject {
+class TestTasiBack : public TasiTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (!ServerCluster::missing().isEmpty())
-            QSKIP(qPrintable(ServerCluster::missing()));
-        QVERIFY(sharedCluster());
-    }
-
     void comesBackCellByCell_data() { DatabaseFile::bothKinds(); }
     void comesBackCellByCell() {
         QFETCH(QString, password);

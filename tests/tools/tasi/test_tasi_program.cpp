@@ -75,16 +75,10 @@ struct UsageRow {
 
 Q_DECLARE_METATYPE(UsageRow)
 
-class TestTasiProgram : public QObject {
+class TestTasiProgram : public TasiTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (!ServerCluster::missing().isEmpty())
-            QSKIP(qPrintable(ServerCluster::missing()));
-        QVERIFY(sharedCluster());
-    }
-
     void refusesCommandLines_data() {
         QTest::addColumn<UsageRow>("row");
         const QStringList address{u"--adres"_s, u"a"_s, u"--veritabani"_s, u"d"_s, u"--kullanici"_s, u"k"_s};
