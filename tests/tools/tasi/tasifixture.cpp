@@ -72,8 +72,7 @@ MovingShop::MovingShop(const QString& password)
 }
 
 MovingShop::~MovingShop() {
-    if (sharedCluster()->isRunning())
-        sharedCluster()->rows(u"postgres"_s, u"DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(m_database));
+    sharedCluster()->dropLater(m_database);
 }
 
 void MovingShop::fill() const {

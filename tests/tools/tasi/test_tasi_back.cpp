@@ -135,6 +135,19 @@ private Q_SLOTS:
                 cells[u"satislar"_s].join(u' ').contains(row.expected));
     }
 
+    /// A column of the shop's own that somebody has made on the server.
+    void bringsTruthAsNumbers() {
+        const MovingShop shop;
+        moveToServer(shop.toServer());
+        shop.serverRows(u"ALTER TABLE musteri ADD COLUMN iyi bool"_s);
+        shop.serverRows(u"INSERT INTO musteri (iyi) VALUES (true), (false), (NULL)"_s);
+        QCOMPARE(copyToFile(shop.toFile(shop.path(u"geri.data"_s))).settledCells, 0);
+        QStringList ends;
+        for (const QString& row : shop.cells(shop.path(u"geri.data"_s))[u"musteri"_s])
+            ends << row.section(u", "_s, -1);
+        QCOMPARE(ends, (QStringList{u"whole 1"_s, u"whole 0"_s, u"null"_s}));
+    }
+
     /// Tills store while the file is written: it holds one moment of the shop, whole.
     void readsOneMomentOfTheShop() {
         const MovingShop shop;

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
@@ -171,7 +172,13 @@ private Q_SLOTS:
         QCOMPARE(filesOf(shop), wanted);
     }
 
+    void stopsOnRequest_data() {
+        QTest::addColumn<bool>("standing");
+        QTest::newRow("while rows come") << false;
+        QTest::newRow("while the server stands still") << true;
+    }
     void stopsOnRequest() {
+        QFETCH(bool, standing);
         const MovingShop shop;
         fillServer(shop);
         const QSet<QString> before = filesOf(shop);
@@ -179,8 +186,16 @@ private Q_SLOTS:
         process.setProcessEnvironment(environmentWith(serverPassword()));
         process.start(u"" TASI_PROGRAM ""_s, {u"--kopya"_s, shop.pointer(), shop.path(u"kopya.data"_s)});
         QVERIFY(process.waitForReadyRead(patience));
+        if (standing)
+            sharedCluster()->pause();
+        QElapsedTimer timer;
+        timer.start();
         process.terminate();
-        QVERIFY(process.waitForFinished(patience));
+        const bool ended = process.waitForFinished(patience);
+        sharedCluster()->resume();
+        QVERIFY(ended);
+        // Well before the server is given up.
+        QVERIFY2(timer.elapsed() < usualDeadline.count() / 2, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), static_cast<int>(ExitCode::stopped));
         QCOMPARE(process.readAllStandardError(), "kovanix-tasi: Durduruldu; hiçbir şey değişmedi.\n");
