@@ -370,6 +370,8 @@ private Q_SLOTS:
     }
 
     void aFileCopiedRightAfterASaveHoldsIt() {
+        if (ShopFixture::isOnServer())
+            QSKIP("copies the file");
         open();
         press(ui().kisiekleme3);
         m_shop->fill(u"Cem"_s, u"1"_s, u"1"_s);

@@ -10,6 +10,7 @@
 #include <QTcpServer>
 #include <QTest>
 #include <algorithm>
+#include <utility>
 
 namespace kovanix {
 
@@ -19,6 +20,10 @@ namespace {
 
 constexpr int patience = 30000;  // milliseconds, for what another process does
 constexpr uid_t ordinaryUser = 65534;
+
+// What stands between the fields and between the rows that the server's program gives.
+constexpr char16_t fieldEnd = u'\x1f';
+constexpr char16_t rowEnd = u'\x1e';
 
 /// Where Debian keeps the server's programs, newest version first.
 QString findProgram(const QString& name) {
@@ -146,11 +151,15 @@ bool ServerCluster::runServer() {
 QString ServerCluster::createDatabase(const QString& original) {
     const QString name = u"dukkan%1"_s.arg(++m_databases);
     const QString source = original.isEmpty() ? u"template0"_s : original;
-    rows(u"postgres"_s,
-         u"CREATE DATABASE %1 OWNER %2 TEMPLATE %3 ENCODING 'UTF8' LOCALE 'C'"_s.arg(name, role(), source));
-    if (original.isEmpty())
-        rows(name, u"CREATE EXTENSION citext"_s);
-    const bool made = !rows(name, u"SELECT 1 FROM pg_extension WHERE extname = 'citext'"_s).isEmpty();
+    QStringList statements;
+    for (const QString& unused : std::exchange(m_unused, {}))
+        statements << u"DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(unused);
+    statements << u"CREATE DATABASE %1 OWNER %2 TEMPLATE %3 ENCODING 'UTF8' LOCALE 'C'"_s.arg(name, role(),
+                                                                                              source);
+    QProcess psql;
+    bool made = ask(psql, u"postgres"_s, statements);
+    if (made && original.isEmpty())
+        made = ask(psql, name, {u"CREATE EXTENSION citext"_s});
     return made ? name : QString();
 }
 
@@ -167,21 +176,23 @@ QString ServerCluster::writePointer(const QString& folder, const QString& databa
                                                                                          : QString();
 }
 
+/// Runs statements one after the other, each by itself. @return whether all went well
+bool ServerCluster::ask(QProcess& psql, const QString& database, const QStringList& statements) const {
+    QStringList arguments{u"-X"_s, u"-q"_s, u"-A"_s, u"-t"_s, u"-v"_s, u"ON_ERROR_STOP=1"_s};
+    arguments << u"-F"_s << QChar(fieldEnd) << u"-R"_s << QChar(rowEnd);
+    arguments << u"-h"_s << path("socket") << u"-p"_s << QString::number(m_port);
+    arguments << u"-U"_s << u"postgres"_s << u"-d"_s << database;
+    for (const QString& sql : statements)
+        arguments << u"-c"_s << sql;
+    const bool done = runToEnd(psql, u"psql"_s, arguments);
+    if (!done)
+        qWarning().noquote() << statements << psql.readAllStandardError();
+    return done;
+}
+
 QList<QStringList> ServerCluster::rows(const QString& database, const QString& sql) const {
     QProcess psql;
-    constexpr char16_t fieldEnd = u'\x1f';
-    constexpr char16_t rowEnd = u'\x1e';
-    if (!runToEnd(psql, u"psql"_s, {u"-X"_s, u"-q"_s,
-                                    u"-A"_s, u"-t"_s,
-                                    u"-v"_s, u"ON_ERROR_STOP=1"_s,
-                                    u"-F"_s, QChar(fieldEnd),
-                                    u"-R"_s, QChar(rowEnd),
-                                    u"-h"_s, path("socket"),
-                                    u"-p"_s, QString::number(m_port),
-                                    u"-U"_s, u"postgres"_s,
-                                    u"-d"_s, database,
-                                    u"-c"_s, sql}))
-        qWarning().noquote() << sql << psql.readAllStandardError();
+    ask(psql, database, {sql});
     QString text = QString::fromUtf8(psql.readAllStandardOutput());
     if (text.endsWith(u'\n'))
         text.chop(1);

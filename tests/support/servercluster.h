@@ -34,6 +34,8 @@ public:
     /// @return its name; empty on failure
     QString createDatabase(const QString& original = {});
     void dropDatabase(const QString& name) const;
+    /// The same with the next database that is made, which saves a program and its connection.
+    void dropLater(const QString& name) { m_unused.append(name); }
 
     /// Writes a pointer file to a database of this server. @return its path
     QString writePointer(const QString& folder, const QString& database) const;
@@ -58,6 +60,7 @@ public:
 
 private:
     QString path(const char* name) const { return m_dir.filePath(QString::fromLatin1(name)); }
+    bool ask(QProcess& psql, const QString& database, const QStringList& statements) const;
     bool runServer();
     void signalAll(int signal) const;
 
@@ -65,6 +68,7 @@ private:
     QProcess m_server;
     int m_port = 0;
     int m_databases = 0;
+    QStringList m_unused;  ///< databases that are to be dropped
     QStringList m_settings;
 };
 

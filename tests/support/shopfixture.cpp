@@ -124,7 +124,7 @@ void ShopFixture::dropDatabase() {
     if (m_database.isEmpty())
         return;
     QFile::remove(databaseFile());
-    testServer().dropDatabase(std::exchange(m_database, {}));
+    testServer().dropLater(std::exchange(m_database, {}));
 }
 
 QString ShopFixture::file(const QString& name) const {

@@ -136,6 +136,7 @@ private Q_SLOTS:
     void anotherTillChangesATable();
     void aWriteIsDurableBehindItsPress();
     void closesAtTheSecondTry();
+    void givesTruthAsNumbers();
 };
 
 void TestServerEngine::asksOncePerStep() {
@@ -409,6 +410,39 @@ void TestServerEngine::closesAtTheSecondTry() {
     till.reading.open(till.file.connectionString(), Handle::shared);
     till.sellLine(selling, 1);
     QCOMPARE(till.price(1), 2.0);
+}
+
+/// A column of the shop's own. The modules know no such type.
+void TestServerEngine::givesTruthAsNumbers() {
+    const DatabaseFile file(DatabaseFile::onServer());
+    Connection connection;
+    connection.open(file.connectionString());
+    connection.execute(u"CREATE TABLE t (no COUNTER, a TEXT(50))"_s);
+    testServer().rows(file.database(), u"ALTER TABLE t ADD COLUMN dogru bool"_s);
+    testServer().rows(file.database(),
+                      u"INSERT INTO t (a, dogru) VALUES ('x', true), ('y', false), ('z', NULL)"_s);
+    QCOMPARE(connection.shape(u"t"_s).columns[2].type, ColumnType::number);
+    const QString all = u"select * from t"_s;
+    const QVariantList wanted{1LL, 0LL, {}};
+    QVariantList found;
+    Recordset set;
+    for (set.open(all, connection); !set.atEnd(); set.moveNext())
+        found << set.field(u"dogru"_s);
+    QCOMPARE(found, wanted);
+    found.clear();
+    RowWalk(connection, all).forEach([&](const RowWalk::Row& row) { found << row.value(2); });
+    QCOMPARE(found, wanted);
+    RowSet rows;
+    rows.read(connection, all);
+    QStringList texts;
+    for (qsizetype place = 0; place < rows.recordCount(); ++place)
+        texts << rows.text(place, 2);
+    QCOMPARE(texts, (QStringList{u"1"_s, u"0"_s, u""_s}));
+    // And back.
+    connection.execute(u"UPDATE t SET dogru = 1 WHERE a = 'y'"_s);
+    connection.execute(u"INSERT INTO t (a, dogru) VALUES ('u', 0)"_s);
+    QCOMPARE(file.rows(u"SELECT a, dogru::int4 FROM t ORDER BY no"_s),
+             (QStringList{u"x|1"_s, u"y|1"_s, u"z|NULL"_s, u"u|0"_s}));
 }
 
 int main(int argc, char** argv) {

@@ -3,6 +3,7 @@
 #include <QMetaType>
 #include <QtGlobal>
 #include <string_view>
+#include <vector>
 
 namespace kovanix::engine {
 
@@ -29,6 +30,10 @@ public:
     /// instead of twice, and tells what is wrong with the statement at that time. Where the engine is asked
     /// at no cost, this does nothing.
     virtual void prepareLate() {}
+    /// Runs the query's prepared statement with these values for its places; the bytes of a text need to live
+    /// for the length of this call only. Of the file's drivers: to a server many rows go another way.
+    /// @return false at an error, which the query then tells
+    virtual bool runWith(const std::vector<Cell>& /*values*/) { return false; }
 
 protected:
     ~RowCursor() = default;
