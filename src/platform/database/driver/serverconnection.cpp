@@ -48,12 +48,14 @@ QString firstLine(const QString& text) {
 
 /// The error in what the library says of an attempt to connect. Its words come in the user's language; only
 /// the code behind the severity tells a server's refusal.
-QSqlError connectError(const PGconn* handle) {
+/// @param step  at which it failed
+QSqlError connectError(const PGconn* handle, ConnStatusType step) {
     static const QRegularExpression refusal(u":  ([0-9A-Z]{5}): (.*)"_s);
     const QString words = QString::fromUtf8(PQerrorMessage(handle));
     const QRegularExpressionMatch found = refusal.match(words);
+    const QString ownState = step == CONNECTION_SSL_STARTUP ? u"08T01"_s : u"08001"_s;
     return {u"Unable to connect"_s, found.hasMatch() ? found.captured(2) : firstLine(words),
-            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : u"08001"_s};
+            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : ownState};
 }
 
 QSqlError lossError(const QString& words, const QString& state = u"08006"_s) {
@@ -156,6 +158,7 @@ ServerConnection::Attempt ServerConnection::connect(const QByteArray& host, mill
         handle.get(), [](void*, const char*) {}, nullptr);
     PostgresPollingStatusType status =
         PQstatus(handle.get()) == CONNECTION_BAD ? PGRES_POLLING_FAILED : PGRES_POLLING_WRITING;
+    ConnStatusType step = CONNECTION_STARTED;
     while (status != PGRES_POLLING_OK && status != PGRES_POLLING_FAILED) {
         const short events = status == PGRES_POLLING_READING ? POLLIN : POLLOUT;
         if (wait(PQsocket(handle.get()), events, end) == Waited::timeout) {
@@ -163,10 +166,11 @@ ServerConnection::Attempt ServerConnection::connect(const QByteArray& host, mill
                              QSqlError::ConnectionError, u"08001"_s};
             return attempt;
         }
+        step = PQstatus(handle.get());
         status = PQconnectPoll(handle.get());
     }
     if (status == PGRES_POLLING_FAILED)
-        attempt.error = connectError(handle.get());
+        attempt.error = connectError(handle.get(), step);
     else
         attempt.handle = std::move(handle);
     attempt.answered = attempt.handle || attempt.error.nativeErrorCode() != "08001"_L1;
