@@ -98,6 +98,7 @@ QString turkishWords(Kind kind) {
             return u"Kayıt bulunamadı: başka bir kasa ya da program silmiş olabilir"_s;
         case Kind::closed:
             return u"Veritabanı dosyası değişti ya da bağlantısı kapandı: pencereyi kapatıp yeniden açın"_s;
+        case Kind::untrusted:  // files don't
         case Kind::statement:
         case Kind::other:
             break;

@@ -22,11 +22,12 @@ constexpr std::chrono::milliseconds failedOpenCounts = 2s;
 constexpr int mostRetries = 3;
 
 // What a till's session is like. Parallel sums would add up in another order every time. A press ends with a
-// barrier of its own: see writeBarrier.
+// barrier of its own: see writeBarrier. A statement that still waits for another till when its own has given
+// it up ends with that, within the second.
 const QString sessionSettings = QStringLiteral(
     "-c client_min_messages=warning -c jit=off -c max_parallel_workers_per_gather=0 -c "
     "synchronous_commit=off "
-    "-c standard_conforming_strings=on -c search_path=public");
+    "-c standard_conforming_strings=on -c search_path=public -c client_connection_check_interval=1000");
 
 struct FailedOpen {
     QElapsedTimer since;
@@ -169,10 +170,13 @@ QSqlQuery ServerEngine::run(const QString& sql, const QVariantList& values) {
     return query;
 }
 
-/// Prepared ahead, at the price of a round trip, the rows come in the server's own form.
 QSqlQuery ServerEngine::runForMany(const QString& sql) {
     QSqlQuery query;
-    if (!prepare(query, sql, Use::kept) || !query.exec())
+    if (!prepare(query, sql, Use::once))
+        throw failure(query.lastError());
+    if (auto* const cursor = query.result()->handle().value<engine::RowCursor*>())
+        cursor->expectManyRows();
+    if (!query.exec())
         throw failure(query.lastError());
     return query;
 }

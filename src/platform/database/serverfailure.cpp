@@ -18,6 +18,7 @@ struct StateKind {
 constexpr StateKind kinds[] = {
     {"08001"_L1, Kind::missing},
     {"08004"_L1, Kind::missing},
+    {"08T01"_L1, Kind::untrusted},
     {"08"_L1, Kind::lost},
     {"0A000"_L1, Kind::statement},
     {"22"_L1, Kind::value},
@@ -55,6 +56,8 @@ QString turkishWords(Kind kind) {
             return u"Veritabanı sunucusu kullanıcıyı ya da parolayı kabul etmiyor"_s;
         case Kind::missing:
             return u"Veritabanı sunucusuna ulaşılamıyor: sunucuyu ve ağ bağlantısını denetleyin"_s;
+        case Kind::untrusted:
+            return u"Veritabanı sunucusuyla güvenli bağlantı (TLS) kurulamadı: kök sertifikayı ve sunucunun adresini denetleyin"_s;
         case Kind::lost:
             return u"Veritabanı sunucusuyla bağlantı koptu: sunucuyu ve ağ bağlantısını denetleyin"_s;
         case Kind::closed:

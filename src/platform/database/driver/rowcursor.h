@@ -29,6 +29,9 @@ public:
     /// instead of twice, and tells what is wrong with the statement at that time. Where the engine is asked
     /// at no cost, this does nothing.
     virtual void prepareLate() {}
+    /// Has the query's next statement, one that changes nothing, give its rows in the form that is cheapest
+    /// for many of them.
+    virtual void expectManyRows() {}
 
 protected:
     ~RowCursor() = default;

@@ -3,7 +3,9 @@
 #include <poll.h>
 
 #include <QRegularExpression>
+#include <QtEndian>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace kovanix::engine {
@@ -11,7 +13,17 @@ namespace kovanix::engine {
 namespace {
 
 using namespace Qt::StringLiterals;
+using std::chrono::microseconds;
 using std::chrono::milliseconds;
+
+constexpr Oid momentType = 1184;  // the server's number of its moments, which never changes
+
+// The statement that stands ahead of one that has to come in time, in one transaction with it.
+const char limitName[] = "vakit";
+const char limitSql[] =
+    "SELECT CASE WHEN clock_timestamp() < $1 THEN '1' ELSE 'The statement came too late.' END::int";
+// How often what came too late is sent again, at most: a clock that is set all the time proves nothing.
+constexpr int mostTries = 3;
 
 // From here on somebody who watches asks himself what the till does.
 constexpr milliseconds longWait{100};
@@ -36,12 +48,14 @@ QString firstLine(const QString& text) {
 
 /// The error in what the library says of an attempt to connect. Its words come in the user's language; only
 /// the code behind the severity tells a server's refusal.
-QSqlError connectError(const PGconn* handle) {
+/// @param step  at which it failed
+QSqlError connectError(const PGconn* handle, ConnStatusType step) {
     static const QRegularExpression refusal(u":  ([0-9A-Z]{5}): (.*)"_s);
     const QString words = QString::fromUtf8(PQerrorMessage(handle));
     const QRegularExpressionMatch found = refusal.match(words);
+    const QString ownState = step == CONNECTION_SSL_STARTUP ? u"08T01"_s : u"08001"_s;
     return {u"Unable to connect"_s, found.hasMatch() ? found.captured(2) : firstLine(words),
-            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : u"08001"_s};
+            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : ownState};
 }
 
 QSqlError lossError(const QString& words, const QString& state = u"08006"_s) {
@@ -52,6 +66,13 @@ QSqlError statementError(const PGresult* rows) {
     const auto field = [rows](int code) { return QString::fromUtf8(PQresultErrorField(rows, code)); };
     return {u"Unable to execute statement"_s, firstLine(field(PG_DIAG_MESSAGE_PRIMARY)),
             QSqlError::StatementError, field(PG_DIAG_SQLSTATE)};
+}
+
+/// Whether the server has refused a statement because it came too late.
+bool isLate(const PGresult* rows) {
+    return QByteArrayView(PQresultErrorField(rows, PG_DIAG_SQLSTATE)) == "22P02" &&
+           QByteArrayView(PQresultErrorField(rows, PG_DIAG_MESSAGE_PRIMARY))
+               .contains("\"The statement came too late.\"");
 }
 
 bool isFailure(const PGresult* rows) {
@@ -137,6 +158,7 @@ ServerConnection::Attempt ServerConnection::connect(const QByteArray& host, mill
         handle.get(), [](void*, const char*) {}, nullptr);
     PostgresPollingStatusType status =
         PQstatus(handle.get()) == CONNECTION_BAD ? PGRES_POLLING_FAILED : PGRES_POLLING_WRITING;
+    ConnStatusType step = CONNECTION_STARTED;
     while (status != PGRES_POLLING_OK && status != PGRES_POLLING_FAILED) {
         const short events = status == PGRES_POLLING_READING ? POLLIN : POLLOUT;
         if (wait(PQsocket(handle.get()), events, end) == Waited::timeout) {
@@ -144,10 +166,11 @@ ServerConnection::Attempt ServerConnection::connect(const QByteArray& host, mill
                              QSqlError::ConnectionError, u"08001"_s};
             return attempt;
         }
+        step = PQstatus(handle.get());
         status = PQconnectPoll(handle.get());
     }
     if (status == PGRES_POLLING_FAILED)
-        attempt.error = connectError(handle.get());
+        attempt.error = connectError(handle.get(), step);
     else
         attempt.handle = std::move(handle);
     attempt.answered = attempt.handle || attempt.error.nativeErrorCode() != "08001"_L1;
@@ -179,6 +202,8 @@ void ServerConnection::close() {
     m_handle.reset();
     m_released.clear();
     m_caseless.clear();
+    m_clockDifference.reset();
+    m_isLimitPrepared = false;
 }
 
 QSqlError ServerConnection::lose(const QSqlError& error) {
@@ -188,14 +213,14 @@ QSqlError ServerConnection::lose(const QSqlError& error) {
 
 /// Whether the server gives any answer to another connection in what is left of the deadline.
 bool ServerConnection::isAlive() const {
-    return connect(m_host, m_settings.deadline - m_settings.deadline * 3 / 8).answered;
+    return connect(m_host, m_settings.deadline - m_settings.silence()).answered;
 }
 
 /// Waits until the socket is ready. A server that works on a long report says nothing until it is done, and
 /// neither does one that stands still.
 QSqlError ServerConnection::waitFor(short events) {
     const int socket = PQsocket(m_handle.get());
-    while (wait(socket, events, Clock::now() + m_settings.deadline * 3 / 8) == Waited::timeout) {
+    while (wait(socket, events, Clock::now() + m_settings.silence()) == Waited::timeout) {
         if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
             return lose(lossError(u"The database server doesn't answer."_s, u"08007"_s));
     }
@@ -223,7 +248,7 @@ QSqlError ServerConnection::flush() {
 
 /// Sends the commands of one statement, behind those that free the released ones.
 /// @param sections  how many parts the answer is to have, each of which stands or fails by itself
-QSqlError ServerConnection::sendAll(int& sections, const std::function<bool(PGconn*)>& send) {
+QSqlError ServerConnection::sendAll(int& sections, const Send& send) {
     PGconn* const handle = m_handle.get();
     // Nothing can be freed in a transaction that has failed.
     const bool freeing = PQtransactionStatus(handle) != PQTRANS_INERROR;
@@ -246,7 +271,7 @@ QSqlError ServerConnection::sendAll(int& sections, const std::function<bool(PGco
     return lose(PQstatus(handle) == CONNECTION_BAD ? lost() : lossError(words));
 }
 
-ServerConnection::Answer ServerConnection::roundTrip(const std::function<bool(PGconn*)>& send) {
+ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
     if (!isOpen())
         return {{}, lost()};
     int sections = 0;
@@ -283,13 +308,59 @@ ServerConnection::Answer ServerConnection::roundTrip(const std::function<bool(PG
     return answer;
 }
 
-ServerConnection::Answer ServerConnection::run(const QByteArray& sql,
-                                               const std::vector<ServerValue>& values) {
-    const Places places(values);
-    Answer answer = roundTrip([&](PGconn* handle) {
-        return PQsendQueryParams(handle, sql.constData(), places.count(), places.types.data(),
-                                 places.starts.data(), places.sizes.data(), places.formats.data(), 0) == 1;
+/// Asks for the server's clock, and prepares there what stands ahead of a statement that has to come in time.
+QSqlError ServerConnection::readClock() {
+    const bool first = !std::exchange(m_isLimitPrepared, true);
+    const Answer answer = roundTrip([first](PGconn* handle) {
+        return (!first || PQsendPrepare(handle, limitName, limitSql, 1, &momentType) == 1) &&
+               PQsendQueryParams(handle, "SELECT clock_timestamp()", 0, nullptr, nullptr, nullptr, nullptr,
+                                 1) == 1;
     });
+    // Read after the server has: the difference is too small by what the answer took, never too large.
+    const auto now = std::chrono::duration_cast<microseconds>(Clock::now().time_since_epoch());
+    if (!answer.error.isValid())
+        m_clockDifference = microseconds(qFromBigEndian<qint64>(PQgetvalue(answer.rows.get(), 0, 0))) - now;
+    return answer.error;
+}
+
+/// The server's time at which a statement that is sent now could be given up at the earliest.
+microseconds ServerConnection::latestBeginning() const {
+    const auto end = Clock::now() + m_settings.silence();
+    return std::chrono::duration_cast<microseconds>(end.time_since_epoch()) + *m_clockDifference;
+}
+
+ServerConnection::Answer ServerConnection::roundTripInTime(const Send& send) {
+    // What has run in a transaction goes with the connection.
+    if (!isOpen() || isInTransaction())
+        return roundTrip(send);
+    for (int tries = 1;; ++tries) {
+        if (!m_clockDifference) {
+            if (const QSqlError error = readClock(); error.isValid())
+                return {{}, error};
+        }
+        Answer answer = roundTrip([&](PGconn* handle) {
+            std::array<char, sizeof(qint64)> moment{};
+            qToBigEndian<qint64>(latestBeginning().count(), moment.data());
+            const char* const value = moment.data();
+            constexpr int size = moment.size();
+            constexpr int binary = 1;
+            return PQsendQueryPrepared(handle, limitName, 1, &value, &size, &binary, 0) == 1 && send(handle);
+        });
+        if (!isLate(answer.rows.get()) || tries == mostTries)
+            return answer;
+        m_clockDifference.reset();  // the server has stood still, or its clock was set
+    }
+}
+
+ServerConnection::Answer ServerConnection::run(const QByteArray& sql, const std::vector<ServerValue>& values,
+                                               Manner manner) {
+    const Places places(values);
+    const Send send = [&](PGconn* handle) {
+        return PQsendQueryParams(handle, sql.constData(), places.count(), places.types.data(),
+                                 places.starts.data(), places.sizes.data(), places.formats.data(),
+                                 manner.binary ? 1 : 0) == 1;
+    };
+    Answer answer = manner.onlyInTime ? roundTripInTime(send) : roundTrip(send);
     // The server takes the end of a transaction that has failed without a word of complaint.
     if (answer.rows && sql.left(6).toUpper() == "COMMIT" &&
         QByteArrayView(PQcmdStatus(answer.rows.get())) == "ROLLBACK")
@@ -309,12 +380,14 @@ ServerConnection::Answer ServerConnection::prepare(const QByteArray& name, const
 }
 
 ServerConnection::Answer ServerConnection::runPrepared(const QByteArray& name,
-                                                       const std::vector<ServerValue>& values, bool binary) {
+                                                       const std::vector<ServerValue>& values,
+                                                       Manner manner) {
     const Places places(values);
-    return roundTrip([&](PGconn* handle) {
+    const Send send = [&](PGconn* handle) {
         return PQsendQueryPrepared(handle, name.constData(), places.count(), places.starts.data(),
-                                   places.sizes.data(), places.formats.data(), binary ? 1 : 0) == 1;
-    });
+                                   places.sizes.data(), places.formats.data(), manner.binary ? 1 : 0) == 1;
+    };
+    return manner.onlyInTime ? roundTripInTime(send) : roundTrip(send);
 }
 
 bool ServerConnection::isCaselessText(Oid type) {
