@@ -1,6 +1,5 @@
 #include "data/schema.h"
 
-#include <QList>
 #include <QStringList>
 
 #include "app/modTrace.h"
@@ -14,29 +13,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Column {
-    QString name;
-    QString type;
-};
-
-struct Table {
-    QString name;
-    QList<Column> columns;
-};
-
 const QString counter = u"COUNTER"_s;
 const QString text50 = u"TEXT(50)"_s;
 const QString number = u"DOUBLE"_s;
 
-QList<Column> productColumns() {
+QList<ShopColumn> productColumns() {
     return {{u"no"_s, counter},  {u"barkod"_s, text50}, {u"urun"_s, text50},
             {u"alis"_s, number}, {u"satis"_s, number},  {u"stok"_s, number}};
 }
 
-/// The tables of a shop's file, in the order in which they are made; the columns' order is part of the file
-/// format.
-const QList<Table>& tables() {
-    static const QList<Table> list{
+QString createStatement(const ShopTable& table) {
+    QStringList definitions;
+    for (const ShopColumn& column : table.columns)
+        definitions << column.name + u' ' + column.type;
+    return u"CREATE TABLE " + table.name + u" (" + definitions.join(u", "_s) + u')';
+}
+
+bool sameName(const QString& a, const QString& b) {
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+}  // namespace
+
+const QList<ShopTable>& shopTables() {
+    static const QList<ShopTable> list{
         {u"urunler"_s, productColumns()},
         {u"satislar"_s,
          {{u"no"_s, counter},
@@ -58,19 +58,6 @@ const QList<Table>& tables() {
     return list;
 }
 
-QString createStatement(const Table& table) {
-    QStringList definitions;
-    for (const Column& column : table.columns)
-        definitions << column.name + u' ' + column.type;
-    return u"CREATE TABLE " + table.name + u" (" + definitions.join(u", "_s) + u')';
-}
-
-bool sameName(const QString& a, const QString& b) {
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
-}  // namespace
-
 bool tablovar(Connection& connection, const QString& table) {
     for (const TableInfo& entry : connection.tables()) {
         if (sameName(entry.name, table) && sameName(entry.type, u"TABLE"_s))
@@ -84,7 +71,7 @@ bool kolonvar(Connection& connection, const QString& table, const QString& colum
 }
 
 void tablolariolustur(Connection& connection) {
-    for (const Table& table : tables()) {
+    for (const ShopTable& table : shopTables()) {
         bool exists = false;
         attempt([&] { exists = tablovar(connection, table.name); });
         if (exists)
@@ -113,8 +100,8 @@ void semakontrol(Connection& connection) {
     if (semahazir || !connection.isOpen())
         return;
     tablolariolustur(connection);
-    for (const Table& table : tables()) {
-        for (const Column& column : table.columns)
+    for (const ShopTable& table : shopTables()) {
+        for (const ShopColumn& column : table.columns)
             kolonekle(connection, table.name, column.name, column.type);
     }
     semahazir = false;

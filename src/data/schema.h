@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 namespace kovanix {
@@ -9,6 +10,17 @@ class Connection;
 // The database schema, and the check that brings an older file up to date. It only ever adds: it never drops,
 // renames or widens anything. Nothing here shows a message; what fails goes to the trace or to nothing at
 // all.
+
+struct ShopColumn {
+    QString name;
+    QString type;  ///< in the modules' SQL: "COUNTER", "TEXT(n)", "DOUBLE" or "DATETIME"
+};
+struct ShopTable {
+    QString name;
+    QList<ShopColumn> columns;
+};
+/// The tables of a shop, in the order in which they are made; the columns' order is part of the file format.
+const QList<ShopTable>& shopTables();
 
 /// The whole check: missing tables, then missing columns one by one. Does nothing once semahazir is set, or
 /// on a connection that isn't open. Sets semahazir when the newest column (satislar.satis) is found at the

@@ -51,6 +51,24 @@ bool readCell(std::string_view bytes, Form form, engine::Cell& cell) {
     return false;
 }
 
+bool readCells(std::string_view row, const std::vector<Form>& forms, std::vector<engine::Cell>& cells) {
+    qint16 count = 0;
+    if (!take(row, count) || count != static_cast<qint16>(forms.size()))
+        return false;
+    for (std::size_t i = 0; i < forms.size(); ++i) {
+        qint32 size = 0;
+        if (!take(row, size))
+            return false;
+        if (size < 0)
+            continue;
+        if (row.size() < static_cast<std::size_t>(size) ||
+            !readCell(row.substr(0, static_cast<std::size_t>(size)), forms[i], cells[i]))
+            return false;
+        row.remove_prefix(static_cast<std::size_t>(size));
+    }
+    return row.empty();
+}
+
 }  // namespace
 
 std::string_view copyHeader() {
@@ -92,23 +110,12 @@ void CopyWriter::add(const engine::Cell& cell) {
     }
 }
 
-std::vector<engine::Cell> readCopyRow(std::string_view row, const std::vector<Form>& forms) {
-    qint16 count = 0;
-    if (!take(row, count) || count != static_cast<qint16>(forms.size()))
-        return {};
-    std::vector<engine::Cell> cells(forms.size());
-    for (std::size_t i = 0; i < forms.size(); ++i) {
-        qint32 size = 0;
-        if (!take(row, size))
-            return {};
-        if (size < 0)
-            continue;
-        if (row.size() < static_cast<std::size_t>(size) ||
-            !readCell(row.substr(0, static_cast<std::size_t>(size)), forms[i], cells[i]))
-            return {};
-        row.remove_prefix(static_cast<std::size_t>(size));
-    }
-    return row.empty() ? cells : std::vector<engine::Cell>();
+bool readCopyRow(std::string_view row, const std::vector<Form>& forms, std::vector<engine::Cell>& cells) {
+    cells.assign(forms.size(), {});
+    const bool isRow = readCells(row, forms, cells);
+    if (!isRow)
+        cells.clear();
+    return isRow;
 }
 
 bool dropCopyHeader(std::string_view& bytes) {

@@ -33,10 +33,11 @@ private:
     std::string m_bytes;
 };
 
-/// The cells of one row. A cell's bytes lie in the row.
+/// Reads the cells of one row. A cell's bytes lie in the row.
 /// @param forms  of the columns, in their order
-/// @return no cells where the bytes are no such row
-std::vector<engine::Cell> readCopyRow(std::string_view row, const std::vector<Form>& forms);
+/// @param cells  gets them, or none where the bytes are no such row
+/// @return whether they are one
+bool readCopyRow(std::string_view row, const std::vector<Form>& forms, std::vector<engine::Cell>& cells);
 
 /// Takes the header off the first part of what the server sends.
 /// @return false where it isn't one

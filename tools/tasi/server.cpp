@@ -1,10 +1,11 @@
 #include "server.h"
 
-#include <libpq-fe.h>
+#include <poll.h>
 
-#include <array>
-#include <limits>
-#include <vector>
+#include "database/driver/serverlink.h"
+#include "database/serverfailure.h"
+#include "database/serversession.h"
+#include "stop.h"
 
 namespace kovanix::tasi {
 
@@ -12,33 +13,39 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString tlsMode(ServerAddress::Tls tls) {
-    switch (tls) {
-        case ServerAddress::Tls::full:
-            return u"verify-full"_s;
-        case ServerAddress::Tls::on:
-            return u"require"_s;
-        case ServerAddress::Tls::off:
-            break;
-    }
-    return u"disable"_s;
+bool isCopy(const pg_result* result) {
+    const ExecStatusType status = PQresultStatus(result);
+    return status == PGRES_COPY_IN || status == PGRES_COPY_OUT || status == PGRES_COPY_BOTH;
 }
 
-/// The first line of what the library says, without its own heading.
-QString firstLine(const char* message) {
-    QString words = QString::fromUtf8(message).section(u'\n', 0, 0);
-    for (const QLatin1StringView heading : {"ERROR:"_L1, "FATAL:"_L1, "connection to server "_L1}) {
-        if (words.startsWith(heading) && heading.endsWith(u':'))
-            words = words.mid(heading.size());
-    }
-    return words.trimmed();
+engine::ServerSettings settingsFor(const ServerAddress& address, const QString& password,
+                                   std::chrono::milliseconds deadline) {
+    engine::ServerSettings settings;
+    for (const QString& host : address.hosts)
+        settings.hosts.append(host.toUtf8());
+    settings.words = {
+        {"port", QByteArray::number(address.port)},
+        {"dbname", address.database.toUtf8()},
+        {"user", address.user.toUtf8()},
+        {"client_encoding", "UTF8"},
+        {"gssencmode", "disable"},
+        {"application_name", "kovanix-tasi"},
+        {"target_session_attrs", "read-write"},
+        {"tcp_user_timeout", "60000"},
+        {"keepalives_idle", "10"},
+        {"keepalives_interval", "5"},
+        {"keepalives_count", "3"},
+        {"options", serverSessionSettings().toUtf8() + " -c lock_timeout=5000 -c statement_timeout=0 "
+                                                       "-c idle_in_transaction_session_timeout=0"}};
+    if (!password.isEmpty())
+        settings.words.emplace_back("password", password.toUtf8());
+    settings.addOptions(serverTlsOptions(address));
+    settings.connectTimeout = deadline / 2;
+    settings.deadline = deadline;
+    return settings;
 }
 
 }  // namespace
-
-void Server::Closer::operator()(pg_conn* connection) const {
-    PQfinish(connection);
-}
 
 void Server::Clearer::operator()(pg_result* result) const {
     PQclear(result);
@@ -48,74 +55,84 @@ void Server::Freer::operator()(char* memory) const {
     PQfreemem(memory);
 }
 
-Server::Server(const ServerAddress& address, const QString& password) {
-    // A till gives up after seconds; a move may wait while the server writes its log to a slow disk.
-    std::vector<std::pair<QByteArray, QByteArray>> settings{
-        {"host", address.hosts.join(u',').toUtf8()},
-        {"port", QByteArray::number(address.port)},
-        {"dbname", address.database.toUtf8()},
-        {"user", address.user.toUtf8()},
-        {"sslmode", tlsMode(address.tls).toUtf8()},
-        {"target_session_attrs", "read-write"},
-        {"application_name", "kovanix-tasi"},
-        {"client_encoding", "UTF8"},
-        {"connect_timeout", "10"},
-        {"tcp_user_timeout", "60000"},
-        {"keepalives_idle", "10"},
-        {"keepalives_interval", "5"},
-        {"keepalives_count", "3"},
-        {"options",
-         "-c client_min_messages=warning -c lock_timeout=5000 -c statement_timeout=0 "
-         "-c idle_in_transaction_session_timeout=0 -c max_parallel_workers_per_gather=0 -c jit=off "
-         "-c standard_conforming_strings=on -c search_path=public"},
-    };
-    if (!password.isEmpty())
-        settings.emplace_back("password", password.toUtf8());
-    // Where Debian keeps the certificates of the machine's own authorities; the library looks elsewhere.
-    if (address.tls == ServerAddress::Tls::full)
-        settings.emplace_back("sslrootcert", address.rootCertificate.isEmpty()
-                                                 ? "/etc/ssl/certs/ca-certificates.crt"
-                                                 : address.rootCertificate.toUtf8());
-    std::vector<const char*> keys;
-    std::vector<const char*> values;
-    for (const auto& [key, value] : settings) {
-        keys.push_back(key.constData());
-        values.push_back(value.constData());
-    }
-    keys.push_back(nullptr);
-    values.push_back(nullptr);
-    m_connection.reset(PQconnectdbParams(keys.data(), values.data(), 0));
-    if (PQstatus(m_connection.get()) != CONNECTION_OK)
-        throw ServerFailure(ExitCode::serverUnfit,
-                            u"Sunucuya bağlanılamadı: "_s + firstLine(PQerrorMessage(m_connection.get())),
-                            {});
-    // Its own warnings would stand between the lines of progress.
-    PQsetNoticeProcessor(
-        m_connection.get(), [](void*, const char*) {}, nullptr);
+Server::Server(const ServerAddress& address, const QString& password, std::chrono::milliseconds deadline)
+    : m_link(std::make_unique<engine::ServerLink>()) {
+    m_link->setWaitBegins(stopIfAsked);
+    const QSqlError error = m_link->open(settingsFor(address, password, deadline));
+    if (!m_link->isOpen())
+        throw ServerFailure(
+            ExitCode::serverUnfit,
+            describeServerFailure(kindOfServerFailure(error.nativeErrorCode()), error.databaseText()), {});
 }
 
-void Server::fail(const Result& result) const {
-    if (PQstatus(m_connection.get()) != CONNECTION_OK)
-        throw ServerFailure(ExitCode::failed, u"Sunucuyla bağlantı koptu."_s, {});
+Server::~Server() = default;
+
+void Server::check(const QSqlError& error) {
+    if (!error.isValid())
+        return;
+    const bool silent = error.nativeErrorCode() == "08007"_L1;
+    throw ServerFailure(ExitCode::failed,
+                        silent ? u"Sunucu yanıt vermiyor: sunucuyu ve ağ bağlantısını denetleyin."_s
+                               : u"Sunucuyla bağlantı koptu."_s,
+                        {});
+}
+
+void Server::fail(const Result& result) {
+    if (PQstatus(m_link->handle()) != CONNECTION_OK)
+        check(m_link->lose(engine::ServerLink::lost()));
     const char* const words =
-        result ? PQresultErrorMessage(result.get()) : PQerrorMessage(m_connection.get());
+        result ? PQresultErrorField(result.get(), PG_DIAG_MESSAGE_PRIMARY) : PQerrorMessage(m_link->handle());
     throw ServerFailure(
-        ExitCode::failed, u"Sunucu: "_s + firstLine(words),
+        ExitCode::failed, u"Sunucu: "_s + engine::firstLineOf(words),
         result ? QByteArray(PQresultErrorField(result.get(), PG_DIAG_SQLSTATE)) : QByteArray());
 }
 
+void Server::ask(const QString& sql) {
+    if (PQsendQuery(m_link->handle(), sql.toUtf8().constData()) != 1)
+        fail({});
+    check(m_link->flush());
+}
+
+/// Waits for what comes next of a command; nothing behind its last result.
+Server::Result Server::nextResult() {
+    check(m_link->waitForResult());
+    Result result(PQgetResult(m_link->handle()));
+    if (PQstatus(m_link->handle()) != CONNECTION_OK)
+        fail(result);
+    return result;
+}
+
+/// What a command has come to; at the beginning of a copy that one's.
+Server::Result Server::lastResult() {
+    Result last;
+    while (Result result = nextResult()) {
+        last = std::move(result);
+        if (isCopy(last.get()))
+            break;
+    }
+    return last;
+}
+
 Server::Result Server::run(const QString& sql, int expected) {
-    Result result(PQexec(m_connection.get(), sql.toUtf8().constData()));
+    ask(sql);
+    Result result = lastResult();
     if (PQresultStatus(result.get()) != static_cast<ExecStatusType>(expected))
         fail(result);
     return result;
 }
 
 void Server::execute(const QString& sql) {
-    const Result result(PQexec(m_connection.get(), sql.toUtf8().constData()));
+    ask(sql);
+    const Result result = lastResult();
     const ExecStatusType status = PQresultStatus(result.get());
     if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
         fail(result);
+}
+
+void Server::commit() {
+    m_link->setWaitBegins({});
+    execute(u"COMMIT"_s);
+    m_link->setWaitBegins(stopIfAsked);
 }
 
 QList<QStringList> Server::rows(const QString& sql) {
@@ -142,16 +159,20 @@ void Server::beginCopyIn(const QString& sql) {
 }
 
 void Server::send(std::string_view bytes) {
-    if (PQputCopyData(m_connection.get(), bytes.data(), static_cast<int>(bytes.size())) == 1)
+    const int sent = PQputCopyData(m_link->handle(), bytes.data(), static_cast<int>(bytes.size()));
+    if (sent == 1) {
+        check(m_link->flush());
         return;
+    }
     // What the server had against it stands in the result of the whole.
     finishCommand(nullptr);
     fail({});
 }
 
 qint64 Server::endCopyIn() {
-    if (PQputCopyEnd(m_connection.get(), nullptr) != 1)
+    if (PQputCopyEnd(m_link->handle(), nullptr) != 1)
         fail({});
+    check(m_link->flush());
     qint64 rows = 0;
     finishCommand(&rows);
     return rows;
@@ -163,7 +184,11 @@ void Server::beginCopyOut(const QString& sql) {
 
 std::optional<std::string_view> Server::receive() {
     char* message = nullptr;
-    const int size = PQgetCopyData(m_connection.get(), &message, 0);
+    int size = 0;
+    while ((size = PQgetCopyData(m_link->handle(), &message, 1)) == 0) {
+        check(m_link->waitFor(POLLIN));
+        check(m_link->receive());
+    }
     m_message.reset(message);
     if (size > 0)
         return std::string_view(message, static_cast<std::size_t>(size));
@@ -177,12 +202,11 @@ std::optional<std::string_view> Server::receive() {
 /// Reads what is left of a command's results.
 void Server::finishCommand(qint64* rows) {
     Result last;
-    while (Result result{PQgetResult(m_connection.get())}) {
-        const ExecStatusType status = PQresultStatus(result.get());
+    while (Result result = nextResult()) {
         // Left in the middle of a COPY, the library would give its state for ever.
-        if (status == PGRES_COPY_IN || status == PGRES_COPY_OUT || status == PGRES_COPY_BOTH)
+        if (isCopy(result.get()))
             break;
-        if (status != PGRES_COMMAND_OK)
+        if (PQresultStatus(result.get()) != PGRES_COMMAND_OK)
             fail(result);
         last = std::move(result);
     }

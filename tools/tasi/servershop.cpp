@@ -3,15 +3,14 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "database/serversession.h"
+
 namespace kovanix::tasi {
 
 using namespace Qt::StringLiterals;
 using dialect::Target;
 
 namespace {
-
-// Under which tills change tables one after the other: "KVX".
-constexpr int tableLock = 0x4B5658;
 
 constexpr int longestName = 63;  // bytes; the server cuts what is longer without a word
 
@@ -47,6 +46,10 @@ Column columnOf(const QString& name, const QString& type, const QString& base) {
     } else if (type == u"kovanix_an"_s || base.startsWith("timestamp"_L1) || base == u"date"_s) {
         column.type = ColumnType::moment;
         column.form = Form::moment;
+    } else if (base == u"bool"_s) {
+        column.type = ColumnType::number;
+        column.form = Form::whole;
+        column.isTruth = true;
     } else if (base == u"int8"_s) {
         column.type = ColumnType::number;
         column.form = Form::whole;
@@ -66,7 +69,7 @@ QString formExpression(const Column& column) {
         case Form::number:
             return name + u"::float8"_s;
         case Form::whole:
-            return name + u"::int8"_s;
+            return column.isTruth ? name + u"::int4::int8"_s : name + u"::int8"_s;
         case Form::text:
         case Form::moment:
             return name + u"::text"_s;
@@ -171,7 +174,7 @@ QStringList findTables(Server& server, const QList<Table>& tables) {
 
 void lockSchema(Server& server) {
     try {
-        server.execute(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(tableLock));
+        server.execute(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(serverTableLock));
     } catch (const ServerFailure& failure) {
         if (failure.state() != "55P03")
             throw;

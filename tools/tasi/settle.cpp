@@ -185,8 +185,6 @@ QString oddWords(Odd odd) {
             return u"tarih olarak okunamıyor, olduğu gibi bırakıldı"_s;
         case Odd::notANumber:
             return u"sayı olmayan sayı (NaN), dosyada boş bırakıldı"_s;
-        case Odd::textChanged:
-            return u"dosyanın olduğu gibi tutamadığı yazı"_s;
     }
     return {};
 }

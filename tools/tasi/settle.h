@@ -21,7 +21,6 @@ enum class Odd : quint8 {
     momentRewritten,  ///< a date in another form
     momentKept,       ///< what no one can read as a date; moved as it is
     notANumber,       ///< "NaN", which a file can't hold; null
-    textChanged,      ///< a text that the file's engine doesn't keep letter by letter
 };
 
 /// What the report calls it, in Turkish.

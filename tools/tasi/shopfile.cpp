@@ -4,20 +4,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
-#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlResult>
-#include <QUrl>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
+#include "database/declaredtype.h"
 #include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "failure.h"
@@ -30,29 +26,6 @@ namespace {
 
 using Kind = DatabaseError::Kind;
 
-// Of a till that stores a sale just now; one that has a write-ahead log never lets go.
-constexpr int patience = 3000;  // milliseconds
-
-/// Whether the toolkit finds a driver, which may lie beside the program as built or as installed.
-bool findDriver(const QString& driver) {
-    for (const QString& place : {u"plugins"_s, u"../" KOVANIX_LIBDIR "/kovanix/plugins"_s}) {
-        const QDir plugins(QDir(QCoreApplication::applicationDirPath()).filePath(place));
-        if (plugins.exists())
-            QCoreApplication::addLibraryPath(plugins.absolutePath());
-    }
-    return QSqlDatabase::isDriverAvailable(driver);
-}
-
-QString fileUri(const QString& path) {
-    const QByteArray encoded = QUrl::toPercentEncoding(path, "/");
-    return u"file://"_s + QString::fromLatin1(encoded) + u"?mode=rw"_s;
-}
-
-int declaredWidth(const QString& declared) {
-    static const QRegularExpression width(u"\\(\\s*(\\d+)\\s*\\)"_s);
-    return width.match(declared).captured(1).toInt();
-}
-
 bool isSystemName(const QString& name) {
     return name.startsWith("sqlite_"_L1, Qt::CaseInsensitive);
 }
@@ -63,20 +36,6 @@ QString systemWords() {
 
 }  // namespace
 
-ShopFile::Handle::Handle() {
-    static int count = 0;
-    name = u"kovanix-tasi-%1"_s.arg(++count);
-}
-
-ShopFile::Handle::~Handle() {
-    // What stood before the lock stays; the close has the engine clear its log away.
-    if (database.isOpen())
-        QSqlQuery(database).exec(u"ROLLBACK"_s);
-    database.close();
-    database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(name);
-}
-
 ShopFile::ShopFile(const QString& path, const QString& password)
     : m_path(QFileInfo(path).canonicalFilePath()), m_hasPassword(!password.isEmpty()) {
     if (m_path.isEmpty() || !QFileInfo(m_path).isFile())
@@ -86,18 +45,8 @@ ShopFile::ShopFile(const QString& path, const QString& password)
 }
 
 void ShopFile::open(const QString& password) {
-    const QString driver = m_hasPassword ? u"QSQLCIPHER"_s : u"KOVANIXSQLITE"_s;
-    if (!findDriver(driver))
-        throw Failure(ExitCode::failed, u"Veritabanı sürücüsü kurulu değil: "_s + driver);
-    QSqlDatabase& database = m_handle.database;
-    database = QSqlDatabase::addDatabase(driver, m_handle.name);
-    database.setDatabaseName(fileUri(m_path));
-    database.setPassword(password);
-    // Exclusive from the first read on: with a write-ahead log that is refused while any till has the file
-    // open, and with a rollback journal while one is at work.
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;KOVANIX_EXCLUSIVE;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(patience));
-    if (!database.open())
-        fail(database.lastError());
+    if (!m_handle.open(m_path, password))
+        fail(m_handle.database().lastError());
     run(u"BEGIN EXCLUSIVE"_s);
 }
 
@@ -122,7 +71,7 @@ void ShopFile::fail(const QSqlError& error) const {
 }
 
 QSqlQuery ShopFile::run(const QString& sql) {
-    QSqlQuery query(m_handle.database);
+    QSqlQuery query(m_handle.database());
     query.setForwardOnly(true);
     if (!query.exec(sql))
         fail(query.lastError());
@@ -173,11 +122,8 @@ Table ShopFile::readTable(const QString& name, const QString& createSql) {
     int keys = 0;
     QSqlQuery columns = run(u"PRAGMA table_info(%1)"_s.arg(quotedSqlName(name)));
     while (columns.next()) {
-        Column column;
-        column.name = columns.value(1).toString();
         const QString type = columns.value(2).toString();
-        column.type = declaredType(type);
-        column.width = column.type == ColumnType::text ? declaredWidth(type) : 0;
+        const Column column(declaredColumn(columns.value(1).toString(), type));
         if (columns.value(5).toInt() > 0) {
             ++keys;
             if (type.compare("INTEGER"_L1, Qt::CaseInsensitive) == 0)
@@ -196,7 +142,7 @@ Table ShopFile::readTable(const QString& name, const QString& createSql) {
         if (hasColumn(identity))
             continue;
         // A table may be made without.
-        QSqlQuery probe(m_handle.database);
+        QSqlQuery probe(m_handle.database());
         if (probe.prepare(u"SELECT %1 FROM %2"_s.arg(identity, quotedSqlName(name))))
             table.order = identity;
         break;

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <QList>
-#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
 #include <functional>
-#include <memory>
 
 #include "database/driver/rowcursor.h"
+#include "filehandle.h"
 #include "tables.h"
 
 namespace kovanix::tasi {
@@ -40,17 +39,6 @@ public:
     const QString& path() const { return m_path; }
 
 private:
-    /// The toolkit's connection; gone, it leaves the file as it was.
-    struct Handle {
-        Handle();
-        ~Handle();
-        Handle(const Handle&) = delete;
-        Handle& operator=(const Handle&) = delete;
-
-        QString name;
-        QSqlDatabase database;
-    };
-
     void open(const QString& password);
     void readCatalogue();
     Table readTable(const QString& name, const QString& createSql);
@@ -62,7 +50,7 @@ private:
 
     QString m_path;
     bool m_hasPassword = false;
-    Handle m_handle;
+    FileHandle m_handle;
     QList<Table> m_tables;
     QList<Notice> m_notices;
 };

@@ -2,48 +2,16 @@
 
 #include <algorithm>
 
+#include "data/schema.h"
+
 namespace kovanix::tasi {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct TillTable {
-    QString name;
-    QStringList columns;
-};
-
-const QList<TillTable>& tables() {
-    const QStringList product{u"no"_s, u"barkod"_s, u"urun"_s, u"alis"_s, u"satis"_s, u"stok"_s};
-    static const QList<TillTable> list{
-        {u"urunler"_s, product},
-        {u"satislar"_s,
-         {u"no"_s, u"tarih"_s, u"barkod"_s, u"urun"_s, u"adet"_s, u"fiyat"_s, u"alis"_s, u"kar"_s,
-          u"toplam"_s, u"satis"_s}},
-        {u"kullanici"_s, {u"id"_s, u"personeladi"_s, u"sifre"_s, u"yetki"_s}},
-        {u"musteri"_s, {u"no"_s, u"adi"_s, u"telefon"_s, u"adres"_s}},
-        {u"urunler_hazir"_s, product},
-    };
-    return list;
-}
-
-}  // namespace
-
-ColumnType declaredType(const QString& declared) {
-    const auto names = [&declared](QLatin1StringView part) {
-        return declared.contains(part, Qt::CaseInsensitive);
-    };
-    if (names("DATE"_L1) || names("TIME"_L1))
-        return ColumnType::moment;
-    if (declared.isEmpty() || names("CHAR"_L1) || names("TEXT"_L1) || names("CLOB"_L1) || names("BLOB"_L1))
-        return ColumnType::text;
-    return ColumnType::number;
-}
-
 const QStringList& tillTables() {
     static const QStringList names = [] {
         QStringList list;
-        for (const TillTable& table : tables())
+        for (const ShopTable& table : shopTables())
             list.append(table.name);
         return list;
     }();
@@ -51,9 +19,11 @@ const QStringList& tillTables() {
 }
 
 bool isTillColumn(const QString& table, const QString& column) {
-    return std::ranges::any_of(tables(), [&](const TillTable& known) {
+    return std::ranges::any_of(shopTables(), [&](const ShopTable& known) {
         return known.name == dialect::foldedName(table) &&
-               known.columns.contains(dialect::foldedName(column));
+               std::ranges::any_of(known.columns, [&](const ShopColumn& each) {
+                   return each.name == dialect::foldedName(column);
+               });
     });
 }
 

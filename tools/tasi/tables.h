@@ -18,11 +18,9 @@ enum class Form : quint8 {
     bytes,   ///< columns of a shop's own that hold nothing but bytes
 };
 
-struct Column {
-    QString name;
-    ColumnType type = ColumnType::text;
-    int width = 0;  ///< of a text column in characters, 0 where none was declared
+struct Column : TableColumn {
     Form form = Form::text;
+    bool isTruth = false;  ///< on the server true or false; in a file 1 or 0
 };
 
 /// A table that is moved.
@@ -40,9 +38,6 @@ struct Notice {
     QString table;
     QString words;
 };
-
-/// The type that a column of a database file was declared with.
-ColumnType declaredType(const QString& declared);
 
 /// The tables that a till makes, in its order.
 const QStringList& tillTables();

@@ -1,20 +1,15 @@
 #include "tofile.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QVariantList>
 #include <cmath>
 #include <vector>
 
 #include "copyrows.h"
 #include "data/baglanmamodulu.h"
-#include "database/bulkwriter.h"
 #include "database/connection.h"
 #include "handover.h"
+#include "newfile.h"
 #include "server.h"
 #include "servershop.h"
 #include "shopfile.h"
@@ -28,29 +23,6 @@ using Type = engine::Cell::Type;
 namespace {
 
 constexpr qint64 rowsAPortion = 4096;
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-QString textOf(std::string_view bytes) {
-    QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    return text.isNull() ? u""_s : text;  // the drivers take a null text for a null value
-}
-
-QVariant valueOf(const engine::Cell& cell) {
-    switch (cell.type) {
-        case Type::null:
-            return {};
-        case Type::whole:
-            return cell.whole;
-        case Type::real:
-            return cell.real;
-        case Type::text:
-            return textOf(cell.bytes);
-        case Type::bytes:
-            break;
-    }
-    return QByteArray(cell.bytes.data(), static_cast<qsizetype>(cell.bytes.size()));
-}
-
 bool isSame(const engine::Cell& one, const engine::Cell& other) {
     if (one.type != other.type)
         return false;
@@ -76,55 +48,8 @@ Odd changeInFile(const engine::Cell& server, const engine::Cell& file, Form form
     if (form == Form::moment && server.type == Type::text &&
         (file.type == Type::whole || file.type == Type::real))
         return Odd::momentKept;
-    if (server.type == Type::text && file.type == Type::text && server.bytes.starts_with(byteOrderMark) &&
-        server.bytes.substr(byteOrderMark.size()) == file.bytes)
-        return Odd::textChanged;
     return Odd::none;
 }
-
-/// A file that goes again unless it is kept.
-class NewFile {
-public:
-    explicit NewFile(const QString& path) : m_path(path), m_made(path + u".yarim"_s) {
-        if (QFileInfo::exists(path))
-            throw Failure(ExitCode::fileUnfit, u"Bu dosya zaten var: "_s + path);
-        if (ServerAddress::isPointer(path))
-            throw Failure(ExitCode::usage, u"Bir veritabanı dosyasının adı .sunucu ile bitemez: "_s + path);
-        if (isDatabaseInUse(m_made))
-            throw Failure(ExitCode::fileUnfit, u"Bu dosyaya şu anda yazılıyor: "_s + path);
-        remove();  // of a run that was killed
-        QFile file(m_made);
-        // The till's engine takes an empty file for a new database.
-        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
-                       QFileDevice::ReadOwner | QFileDevice::WriteOwner))
-            throw Failure(ExitCode::failed, u"Dosya açılamadı (%1): %2"_s.arg(file.errorString(), m_made));
-    }
-    ~NewFile() { remove(); }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    const QString& path() const { return m_made; }
-
-    void keep() {
-        const int file = ::open(QFile::encodeName(m_made).constData(), O_RDONLY | O_CLOEXEC);
-        const bool synced = file >= 0 && ::fsync(file) == 0;
-        if (file >= 0)
-            ::close(file);
-        if (!synced)
-            throw Failure(ExitCode::failed, u"Dosya diske yazılamadı: "_s + m_made);
-        giveToFolderOwner(m_made);
-        renameFile(m_made, m_path);
-    }
-
-private:
-    void remove() const {
-        for (const QString& ending : {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s})
-            QFile::remove(m_made + ending);
-    }
-
-    QString m_path;
-    QString m_made;
-};
 
 class Copy {
 public:
@@ -133,14 +58,16 @@ public:
           m_observer(observer),
           m_address(addressOf(order.pointer, {})),
           m_file(order.file),
-          m_report(reportPath(order.file)) {}
+          m_report(order.listsOddities ? reportPath(order.file) : QString()) {}
 
     MoveResult run() {
         tell({Step::checking});
-        m_server.emplace(m_address, m_order.serverPassword);
+        m_server.emplace(m_address, m_order.serverPassword, m_order.deadline);
         m_server->execute(u"BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"_s);
         m_catalogue = readCatalogue(*m_server);
         refuseOther();
+        for (const Table& table : m_catalogue.tables)
+            m_toPass += 2 * table.rows;
         for (const Notice& notice : m_catalogue.notices)
             m_report.note(notice);
         try {
@@ -177,9 +104,10 @@ private:
             m_observer(progress);
     }
 
-    void tellRows(Step step, const Table& table, qint64 row) const {
+    void tellRows(Step step, const Table& table, qint64 row) {
+        ++m_passed;
         if (row % rowsAPortion == 0)
-            tell({step, table.name, row, table.rows});
+            tell({step, table.name, row, table.rows, m_passed, m_toPass});
     }
 
     void refuseOther() const {
@@ -197,12 +125,10 @@ private:
         return forms;
     }
 
-    std::vector<engine::Cell> cellsOf(const Table& table, std::string_view message,
-                                      const std::vector<Form>& forms) const {
-        std::vector<engine::Cell> cells = readCopyRow(message, forms);
-        if (cells.empty())
+    /// Reads a row's cells into m_cells.
+    void readCells(const Table& table, std::string_view message, const std::vector<Form>& forms) {
+        if (!readCopyRow(message, forms, m_cells))
             throw Failure(ExitCode::failed, u"Sunucunun yanıtı anlaşılmadı: "_s + table.name);
-        return cells;
     }
 
     /// The next row of a table that is read; nothing behind the last.
@@ -227,48 +153,36 @@ private:
         connection.open(text);
         for (const Table& table : m_catalogue.tables)
             connection.execute(createStatement(table, dialect::Target::file));
-        {
-            BulkWriter rows(connection);
-            for (const Table& table : m_catalogue.tables) {
-                fill(rows, table);
-                ++m_result.tables;
-                m_result.rows += table.rows;
-            }
-            rows.finish();
-        }
-        for (const Table& table : m_catalogue.tables)
-            setCounter(connection, table);
+        connection.close();
+        fillTables();
         tell({Step::indexing});
+        connection.open(text);
         keepAccessPaths(connection);
         connection.close();
     }
 
-    void fill(BulkWriter& rows, const Table& table) {
-        QStringList columns;
-        for (const Column& column : table.columns)
-            columns.append(column.name);
-        rows.into(table.name, columns);
+    void fillTables() {
+        FileFiller file(m_file.path(), m_order.filePassword);
+        for (const Table& table : m_catalogue.tables) {
+            fill(file, table);
+            ++m_result.tables;
+            m_result.rows += table.rows;
+        }
+        for (const Table& table : m_catalogue.tables)
+            file.setCounter(table);
+        file.finish();
+    }
+
+    void fill(FileFiller& file, const Table& table) {
+        file.into(table);
         const std::vector<Form> forms = formsOf(table);
         beginRead(*m_server, table);
         qint64 row = 0;
         for (auto message = nextRow(true); message; message = nextRow(false)) {
-            QVariantList values;
-            values.reserve(columns.size());
-            for (const engine::Cell& cell : cellsOf(table, *message, forms))
-                values.append(valueOf(cell));
-            rows.add(values);
+            readCells(table, *message, forms);
+            file.add(m_cells);
             tellRows(Step::copying, table, ++row);
         }
-    }
-
-    /// The engine counts on from the last row; numbers whose rows were deleted aren't given again either.
-    static void setCounter(Connection& connection, const Table& table) {
-        if (table.counter < 0 || table.lastNumber < 1)
-            return;
-        const QString name = u'\'' + QString(table.name).replace(u'\'', u"''"_s) + u'\'';
-        connection.execute(u"DELETE FROM sqlite_sequence WHERE name = %1"_s.arg(name));
-        connection.execute(u"INSERT INTO sqlite_sequence (name, seq) VALUES (%1, %2)"_s.arg(
-            name, QString::number(table.lastNumber)));
     }
 
     void compareFile() {
@@ -295,18 +209,18 @@ private:
             ++row;
             if (!message)
                 throw differs(u"fazladan satır"_s);
-            const std::vector<engine::Cell> cells = cellsOf(table, *message, forms);
-            for (std::size_t i = 0; i < cells.size(); ++i) {
+            readCells(table, *message, forms);
+            for (std::size_t i = 0; i < m_cells.size(); ++i) {
                 const engine::Cell found = cursor.cell(static_cast<int>(i));
-                if (isSame(cells[i], found))
+                if (isSame(m_cells[i], found))
                     continue;
-                const Odd odd = changeInFile(cells[i], found, forms[i]);
+                const Odd odd = changeInFile(m_cells[i], found, forms[i]);
                 const Column& column = table.columns[static_cast<qsizetype>(i)];
-                const engine::Cell number = cursor.cell(static_cast<int>(cells.size()));
+                const engine::Cell number = cursor.cell(static_cast<int>(m_cells.size()));
                 const qint64 place = number.type == Type::whole ? number.whole : row;
                 if (odd == Odd::none)
                     throw differs(u"%1 numaralı satır, %2 sütunu"_s.arg(QString::number(place), column.name));
-                m_report.cell(table, place, column, cells[i], {found, odd});
+                m_report.cell(table, place, column, m_cells[i], {found, odd});
             }
             message = nextRow(false);
             tellRows(Step::comparing, table, row);
@@ -322,7 +236,10 @@ private:
     Report m_report;
     std::optional<Server> m_server;
     ServerCatalogue m_catalogue;
+    std::vector<engine::Cell> m_cells;  ///< of the row at hand
     MoveResult m_result;
+    qint64 m_passed = 0;
+    qint64 m_toPass = 0;
 };
 
 }  // namespace

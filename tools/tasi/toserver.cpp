@@ -37,7 +37,7 @@ public:
         // A file that bears its new name already belongs to a move that was all but done.
         const bool away = !QFileInfo::exists(m_order.file);
         m_file.emplace(away ? movedName(m_order.file) : m_order.file, m_order.filePassword);
-        m_server.emplace(m_address, m_order.serverPassword);
+        m_server.emplace(m_address, m_order.serverPassword, m_order.deadline);
         checkDatabase(*m_server);
         const std::optional<MoveMark> mark = findMark(*m_server);
         if (mark)
@@ -220,8 +220,10 @@ private:
     [[noreturn]] static void failComparison(const Table& table, qint64 number, std::string_view expected,
                                             std::optional<std::string_view> found,
                                             const std::vector<Form>& forms) {
-        const std::vector<engine::Cell> wanted = readCopyRow(expected, forms);
-        const std::vector<engine::Cell> there = readCopyRow(found.value_or(std::string_view()), forms);
+        std::vector<engine::Cell> wanted;
+        std::vector<engine::Cell> there;
+        readCopyRow(expected, forms, wanted);
+        readCopyRow(found.value_or(std::string_view()), forms, there);
         QString column = u"?"_s;
         for (std::size_t i = 0; i < there.size() && i < wanted.size(); ++i) {
             CopyWriter one;
@@ -241,7 +243,7 @@ private:
 
     void commit() {
         try {
-            m_server->execute(u"COMMIT"_s);
+            m_server->commit();
         } catch (const ServerFailure& failure) {
             if (!failure.state().isEmpty())
                 throw;

@@ -2,11 +2,13 @@
 
 #include <QString>
 #include <QStringList>
+#include <chrono>
 #include <optional>
 
 #include "database/serveraddress.h"
 #include "progress.h"
 #include "report.h"
+#include "server.h"
 
 namespace kovanix::tasi {
 
@@ -18,6 +20,7 @@ struct ToServer {
     QString filePassword;
     QString serverPassword;
     QStringList folders;  ///< application folders of tills, whose settings are to be brought into step
+    std::chrono::milliseconds deadline = usualDeadline;  ///< in which the server gives a sign of life
 };
 
 /// What a move has come to.

@@ -1,6 +1,6 @@
-#include <QRegularExpression>
 #include <QSqlError>
 
+#include "database/declaredtype.h"
 #include "database/fileengine.h"
 #include "database/sqltokens.h"
 #include "database/tablerebuild.h"
@@ -9,26 +9,6 @@
 namespace kovanix {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-ColumnType typeOf(const QString& declared) {
-    const auto names = [&declared](QLatin1StringView part) {
-        return declared.contains(part, Qt::CaseInsensitive);
-    };
-    if (names("DATE"_L1) || names("TIME"_L1))
-        return ColumnType::moment;
-    if (declared.isEmpty() || names("CHAR"_L1) || names("TEXT"_L1) || names("CLOB"_L1) || names("BLOB"_L1))
-        return ColumnType::text;
-    return ColumnType::number;
-}
-
-int widthOf(const QString& declared) {
-    static const QRegularExpression width(u"\\(\\s*(\\d+)\\s*\\)"_s);
-    return width.match(declared).captured(1).toInt();
-}
-
-}  // namespace
 
 bool FileEngine::isView(const QString& table) {
     QSqlQuery query =
@@ -62,14 +42,12 @@ TableShape FileEngine::readShape(const QString& table) {
     QSqlQuery query = run(u"PRAGMA table_info(%1)"_s.arg(quotedSqlName(table)));
     while (query.next()) {
         const QString declared = query.value(2).toString();
-        const ColumnType type = typeOf(declared);
         if (query.value(5).toInt() > 0) {
             ++keys;
             if (declared.compare("INTEGER"_L1, Qt::CaseInsensitive) == 0)
                 counter = shape.columns.size();
         }
-        shape.columns.append(
-            {query.value(1).toString(), type, type == ColumnType::text ? widthOf(declared) : 0});
+        shape.columns.append(declaredColumn(query.value(1).toString(), declared));
     }
     query.finish();
     if (shape.columns.isEmpty())

@@ -8,6 +8,7 @@
 #include "database/driver/rowcursor.h"
 #include "database/serveraddress.h"
 #include "database/serverfailure.h"
+#include "database/serversession.h"
 #include "runtime/attempt.h"
 
 namespace kovanix {
@@ -20,14 +21,6 @@ using Kind = DatabaseError::Kind;
 
 constexpr std::chrono::milliseconds failedOpenCounts = 2s;
 constexpr int mostRetries = 3;
-
-// What a till's session is like. Parallel sums would add up in another order every time. A press ends with a
-// barrier of its own: see writeBarrier. A statement that still waits for another till when its own has given
-// it up ends with that, within the second.
-const QString sessionSettings = QStringLiteral(
-    "-c client_min_messages=warning -c jit=off -c max_parallel_workers_per_gather=0 -c "
-    "synchronous_commit=off "
-    "-c standard_conforming_strings=on -c search_path=public -c client_connection_check_interval=1000");
 
 struct FailedOpen {
     QElapsedTimer since;
@@ -44,21 +37,6 @@ void rememberFailedOpen(const QString& key, const DatabaseError& error) {
     FailedOpen open{{}, error};
     open.since.start();
     failedOpens().insert(key, open);
-}
-
-QString tlsOptions(const ServerAddress& address) {
-    // Where Debian keeps the certificates of the machine's own authorities; the library looks elsewhere.
-    static const QString machinesOwn = u"/etc/ssl/certs/ca-certificates.crt"_s;
-    switch (address.tls) {
-        case ServerAddress::Tls::off:
-            return u"sslmode=disable"_s;
-        case ServerAddress::Tls::on:
-            return u"sslmode=require"_s;
-        case ServerAddress::Tls::full:
-            break;
-    }
-    QString root = address.rootCertificate.isEmpty() ? machinesOwn : address.rootCertificate;
-    return u"sslmode=verify-full;sslrootcert="_s + root.replace(u';', u"\\;"_s);
 }
 
 }  // namespace
@@ -104,9 +82,11 @@ void ServerEngine::setUp() {
     m_database.setDatabaseName(address.database);
     m_database.setUserName(address.user);
     m_database.setPassword(m_password);
+    // A press ends with a barrier of its own: see writeBarrier. A statement that still waits for another till
+    // when its own has given it up ends with that, within the second.
     m_database.setConnectOptions(
-        u"connect_timeout=5;tcp_user_timeout=5000;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=8000;target_session_attrs=read-write;options=%1 -c lock_timeout=%2;%3"_s
-            .arg(sessionSettings, QString::number(busyTimeout().count()), tlsOptions(address)));
+        u"connect_timeout=5;tcp_user_timeout=5000;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=8000;target_session_attrs=read-write;options=%1 -c synchronous_commit=off -c client_connection_check_interval=1000 -c lock_timeout=%2;%3"_s
+            .arg(serverSessionSettings(), QString::number(busyTimeout().count()), serverTlsOptions(address)));
 }
 
 void ServerEngine::connectToServer() {

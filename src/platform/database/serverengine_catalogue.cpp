@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "database/serverengine.h"
+#include "database/serversession.h"
 #include "database/sqltokens.h"
 #include "runtime/attempt.h"
 
@@ -11,9 +12,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using Kind = DatabaseError::Kind;
-
-// Under which tills change tables one after the other: "KVX".
-constexpr int tableLock = 0x4B5658;
 
 QString folded(const QString& name) {
     return dialect::quotedName(name, dialect::Target::server);
@@ -77,7 +75,7 @@ QList<TableInfo> ServerEngine::readTables() {
 void ServerEngine::changeAlone(const std::function<void()>& steps) {
     beginTransaction();
     try {
-        run(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(tableLock));
+        run(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(serverTableLock));
         // What another till has done meanwhile counts.
         schema.forget();
         steps();

@@ -4,8 +4,10 @@
 #include <QSqlField>
 #include <QSqlIndex>
 #include <QSqlRecord>
+#include <QSqlResult>
 #include <memory>
 
+#include "database/driver/rowcursor.h"
 #include "databasefile.h"
 #include "rows.h"
 
@@ -46,6 +48,8 @@ private Q_SLOTS:
     void bindsByPosition();
     void bindsByName_data() { DatabaseFile::bothKinds(); }
     void bindsByName();
+    void runsWithCells_data() { DatabaseFile::bothKinds(); }
+    void runsWithCells();
     void countsBindings_data() { DatabaseFile::bothKinds(); }
     void countsBindings();
     void readsForwardOnly_data() { DatabaseFile::bothKinds(); }
@@ -173,6 +177,32 @@ void TestDriver::bindsByName() {
         values.append(query.value(i).toString());
     }
     QCOMPARE(values, (QStringList{u"2"_s, u":x"_s, u"ilk"_s, u"2"_s, u"1"_s}));
+}
+
+void TestDriver::runsWithCells() {
+    using engine::Cell;
+    using Type = Cell::Type;
+    const DatabaseFile file;
+    RawDatabase raw(file.path(), file.password(), DatabaseFile::driver(file.password()));
+    QVERIFY(raw.run(u"CREATE TABLE t (a, b UNIQUE)"_s));
+    QSqlQuery insert(raw.database());
+    insert.setForwardOnly(true);
+    QVERIFY(insert.prepare(u"INSERT INTO t VALUES (?, ?)"_s));
+    auto* const rows = insert.result()->handle().value<engine::RowCursor*>();
+    const Cell real{.type = Type::real, .real = 0.1, .bytes = {}};
+    QVERIFY(rows->runWith({{.type = Type::whole, .whole = 9007199254740993, .bytes = {}}, real}));
+    // A text keeps every byte, a byte order mark too, and one without any is no null.
+    const std::string text = "\xEF\xBB\xBF\xC5\x9F";
+    QVERIFY(rows->runWith({{.type = Type::text, .bytes = text}, {.type = Type::bytes, .bytes = {"\0x", 2}}}));
+    QVERIFY(rows->runWith({{}, {.type = Type::text, .bytes = {}}}));
+    QVERIFY(!rows->runWith({{}}));
+    QCOMPARE(insert.lastError().driverText(), u"Parameter count mismatch"_s);
+    QVERIFY(!rows->runWith({{}, real}));
+    QCOMPARE(insert.lastError().databaseText(), u"UNIQUE constraint failed: t.b"_s);
+    QVERIFY(rows->runWith({{}, {}}));
+    QCOMPARE(raw.rows(u"SELECT typeof(a), quote(a), typeof(b), quote(b) FROM t"_s),
+             (QStringList{u"integer|9007199254740993|real|0.1"_s, u"text|'\uFEFFş'|blob|X'0078'"_s,
+                          u"null|NULL|text|''"_s, u"null|NULL|null|NULL"_s}));
 }
 
 void TestDriver::countsBindings() {

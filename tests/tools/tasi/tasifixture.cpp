@@ -45,6 +45,20 @@ ServerCluster* sharedCluster() {
     return cluster.get();
 }
 
+void TasiTest::initTestCase() {
+    if (!ServerCluster::missing().isEmpty())
+        QSKIP(qPrintable(ServerCluster::missing()));
+    QVERIFY(sharedCluster());
+}
+
+void AtStep::operator()(const Progress& progress) {
+    constexpr qint64 midst = 20000;
+    if (*m_happened || progress.step != m_step || (!progress.table.isEmpty() && progress.rows < midst))
+        return;
+    *m_happened = true;
+    m_action();
+}
+
 MovingShop::MovingShop(const QString& password)
     : m_password(password), m_database(sharedCluster()->createDatabase()) {
     m_pointer = sharedCluster()->writePointer(m_folder.path(), m_database);
@@ -60,6 +74,14 @@ MovingShop::MovingShop(const QString& password)
 MovingShop::~MovingShop() {
     if (sharedCluster()->isRunning())
         sharedCluster()->rows(u"postgres"_s, u"DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(m_database));
+}
+
+void MovingShop::fill() const {
+    run(
+        {u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) "
+         "INSERT INTO satislar (tarih, barkod, urun, adet) SELECT '2026-05-03 10:00:00', i, "
+         "'ürün ' || i, i / 4.0 FROM n"_s,
+         u"INSERT INTO urunler (urun, satis) VALUES ('a', '1,5')"_s});
 }
 
 void MovingShop::run(const QStringList& statements) const {

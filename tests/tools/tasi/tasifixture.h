@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QMap>
+#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "databasefile.h"
 #include "servercluster.h"
@@ -17,6 +20,29 @@ namespace kovanix::tasi {
 
 /// The server that all cases of a test program share; nothing where none is installed or starts.
 ServerCluster* sharedCluster();
+
+/// What all tests of moves begin with. They are skipped where no server is installed.
+class TasiTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+};
+
+/// Does something once a move has come to a step, and where rows go over or are compared in it, to the midst
+/// of a table of many.
+class AtStep {
+public:
+    AtStep(Progress::Step step, std::function<void()> action) : m_step(step), m_action(std::move(action)) {}
+
+    void operator()(const Progress& progress);
+    bool hasHappened() const { return *m_happened; }
+
+private:
+    Progress::Step m_step;
+    std::function<void()> m_action;
+    std::shared_ptr<bool> m_happened = std::make_shared<bool>(false);  ///< of all copies
+};
 
 /// A shop's folder with a file, a database for it on the shared server, and the pointer between them.
 class MovingShop {
@@ -35,6 +61,8 @@ public:
     const QString& database() const { return m_database; }
     const QString& password() const { return m_password; }
 
+    /// Has the file hold 30,001 rows, one of them odd: enough to break off among them.
+    void fill() const;
     /// Runs statements of the engine's own on the file, past the till.
     void run(const QStringList& statements) const;
     /// Every cell of every table of a file with the kind that it is stored as, row by row.

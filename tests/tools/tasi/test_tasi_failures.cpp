@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QScopeGuard>
@@ -21,16 +22,8 @@ using Step = Progress::Step;
 namespace {
 
 constexpr int patience = 60000;  // milliseconds
-
-const QString manyRows =
-    u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) "
-    "INSERT INTO satislar (tarih, barkod, urun, adet) SELECT '2026-05-03 10:00:00', i, "
-    "'ürün ' || i, i / 4.0 FROM n"_s;
-
-/// Fills a shop with enough rows to break off among them.
-void fill(const MovingShop& shop) {
-    shop.run({manyRows, u"INSERT INTO urunler (urun, satis) VALUES ('a', '1,5')"_s});
-}
+// In which a server's sign of life is waited for, where it gives none.
+constexpr std::chrono::milliseconds shortDeadline{2000};
 
 QByteArray bytes(const QString& path) {
     QFile file(path);
@@ -49,10 +42,7 @@ bool moveAndDie(const QString& what, Step step, const ToServer& order) {
 
 int dyingMove(const QStringList& arguments) {
     const auto step = static_cast<Step>(arguments[3].toInt());
-    const auto dieAt = [step](const Progress& progress) {
-        if (progress.step == step && (progress.table.isEmpty() || progress.rows > 20000))
-            ::raise(SIGKILL);
-    };
+    const AtStep dieAt(step, [] { ::raise(SIGKILL); });
     const QString password = ServerCluster::password();
     if (arguments[2] == u"sunucuya")
         moveToServer({arguments[4], arguments[5], {}, arguments.value(6), password, {}}, dieAt);
@@ -91,7 +81,7 @@ const QList<StepRow>& stepRows() {
 
 Q_DECLARE_METATYPE(StepRow)
 
-class TestTasiFailures : public QObject {
+class TestTasiFailures : public TasiTest {
     Q_OBJECT
 
 private:
@@ -114,29 +104,15 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (!ServerCluster::missing().isEmpty())
-            QSKIP(qPrintable(ServerCluster::missing()));
-        QVERIFY(sharedCluster());
-    }
-
     void aKilledServerLeavesNothing_data() { stepData(false); }
     void aKilledServerLeavesNothing() {
         QFETCH(StepRow, row);
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         const QByteArray before = bytes(shop.file());
-        bool killed = false;
-        const ExitCode code = codeOf([&] {
-            moveToServer(shop.toServer(), [&](const Progress& progress) {
-                if (killed || progress.step != row.step ||
-                    (!progress.table.isEmpty() && progress.rows < 20000))
-                    return;
-                killed = true;
-                sharedCluster()->kill();
-            });
-        });
-        QVERIFY(killed);
+        const AtStep kill(row.step, [] { sharedCluster()->kill(); });
+        const ExitCode code = codeOf([&] { moveToServer(shop.toServer(), kill); });
+        QVERIFY(kill.hasHappened());
         // Killed ahead of the commit's answer, nobody can tell.
         QCOMPARE(code, row.step == Step::committing ? ExitCode::uncertain : ExitCode::failed);
         QCOMPARE(bytes(shop.file()), before);
@@ -145,11 +121,48 @@ private Q_SLOTS:
         QCOMPARE(moveToServer(shop.toServer()).rows, 30001);
     }
 
+    /// Its connections stay open, as those of a machine that hangs.
+    void aStandingServerIsGivenUp_data() { stepData(false); }
+    void aStandingServerIsGivenUp() {
+        QFETCH(StepRow, row);
+        const MovingShop shop;
+        shop.fill();
+        const QByteArray before = bytes(shop.file());
+        ToServer order = shop.toServer();
+        order.deadline = shortDeadline;
+        const AtStep pause(row.step, [] { sharedCluster()->pause(); });
+        QElapsedTimer timer;
+        timer.start();
+        const ExitCode code = codeOf([&] { moveToServer(order, pause); });
+        sharedCluster()->resume();
+        QVERIFY(pause.hasHappened());
+        QVERIFY(timer.elapsed() > shortDeadline.count() && timer.elapsed() < patience / 2);
+        // What it was sent it does when it goes on: a commit, too.
+        QCOMPARE(code, row.step == Step::committing ? ExitCode::uncertain : ExitCode::failed);
+        QCOMPARE(bytes(shop.file()), before);
+        QVERIFY(waitForRollback(shop));
+        QCOMPARE(shop.serverTables().isEmpty(), row.step != Step::committing);
+        QCOMPARE(moveToServer(shop.toServer()).rows, 30001);
+    }
+
+    void aStandingServerIsNotWaitedForAtTheStart() {
+        const MovingShop shop;
+        ToServer order = shop.toServer();
+        order.deadline = shortDeadline;
+        sharedCluster()->pause();
+        QElapsedTimer timer;
+        timer.start();
+        const ExitCode code = codeOf([&] { moveToServer(order); });
+        sharedCluster()->resume();
+        QCOMPARE(code, ExitCode::serverUnfit);
+        QVERIFY(timer.elapsed() < patience / 2);
+    }
+
     void aKilledMoveLeavesNothing_data() { stepData(false); }
     void aKilledMoveLeavesNothing() {
         QFETCH(StepRow, row);
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         const QByteArray before = bytes(shop.file());
         QVERIFY(moveAndDie(u"sunucuya"_s, row.step, shop.toServer()));
         QCOMPARE(bytes(shop.file()), before);
@@ -164,7 +177,7 @@ private Q_SLOTS:
     void theNextRunFinishes() {
         QFETCH(StepRow, row);
         const MovingShop shop(u"gizli"_s);
-        fill(shop);
+        shop.fill();
         QVERIFY(moveAndDie(u"sunucuya"_s, row.step, shop.toServer()));
         QVERIFY(QFileInfo::exists(shop.file()));
         // A till that has found the pointer sells already.
@@ -188,7 +201,7 @@ private Q_SLOTS:
     /// A till that sold into the file after the broken move: the server lacks that sale.
     void theNextRunRefusesAFileThatHasChanged() {
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         QVERIFY(moveAndDie(u"sunucuya"_s, Step::committed, shop.toServer()));
         shop.run({u"INSERT INTO satislar (urun) VALUES ('geç')"_s});
         QCOMPARE(codeOf([&] { moveToServer(shop.toServer()); }), ExitCode::serverUnfit);
@@ -218,7 +231,7 @@ private Q_SLOTS:
     void aDifferenceLeavesNothing() {
         QFETCH(QString, fault);
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         // Made with the table, by the server itself.
         shop.serverRows(
             u"CREATE FUNCTION bozuk() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN %1; END $$"_s.arg(fault));
@@ -263,7 +276,7 @@ private Q_SLOTS:
         });
         QCOMPARE(::chown(qPrintable(place.path()), serversUser, serversUser), 0);
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         sharedCluster()->rows(u"postgres"_s, u"CREATE TABLESPACE kucuk LOCATION '%1'"_s.arg(place.path()));
         sharedCluster()->rows(u"postgres"_s,
                               u"ALTER DATABASE %1 SET TABLESPACE kucuk"_s.arg(shop.database()));
@@ -279,7 +292,7 @@ private Q_SLOTS:
 
     void theReportGoesWithAFailedMove() {
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         QCOMPARE(codeOf([&] {
                      moveToServer(shop.toServer(), [](const Progress& progress) {
                          if (progress.step == Step::comparing)
@@ -299,7 +312,7 @@ private Q_SLOTS:
     void theWayBackLeavesNoHalfFile() {
         QFETCH(StepRow, row);
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         moveToServer(shop.toServer());
         ToServer order = shop.toServer();
         order.file = shop.path(u"geri.data"_s);
@@ -311,25 +324,42 @@ private Q_SLOTS:
 
     void aServerThatGoesLeavesNoHalfFile() {
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         moveToServer(shop.toServer());
-        bool killed = false;
-        QCOMPARE(codeOf([&] {
-                     copyToFile(shop.toFile(shop.path(u"geri.data"_s)), [&](const Progress& progress) {
-                         if (killed || progress.rows < 8000)
-                             return;
-                         killed = true;
-                         sharedCluster()->kill();
-                     });
-                 }),
-                 ExitCode::failed);
+        const AtStep kill(Step::copying, [] { sharedCluster()->kill(); });
+        QCOMPARE(codeOf([&] { copyToFile(shop.toFile(shop.path(u"geri.data"_s)), kill); }), ExitCode::failed);
+        QVERIFY(kill.hasHappened());
         QVERIFY(sharedCluster()->restart());
         QVERIFY(QDir(shop.folder()).entryList({u"geri*"_s}, QDir::Files).isEmpty());
     }
 
+    void aServerThatStandsLeavesNoHalfFile_data() {
+        QTest::addColumn<StepRow>("row");
+        for (const StepRow& row :
+             {StepRow{"copying", Step::copying, false}, StepRow{"comparing", Step::comparing, false}})
+            QTest::newRow(row.name) << row;
+    }
+    void aServerThatStandsLeavesNoHalfFile() {
+        QFETCH(StepRow, row);
+        const MovingShop shop;
+        shop.fill();
+        moveToServer(shop.toServer());
+        // More than the ways between the two hold.
+        shop.serverRows(u"UPDATE satislar SET barkod = repeat('1', 400)"_s);
+        ToFile order = shop.toFile(shop.path(u"geri.data"_s));
+        order.deadline = shortDeadline;
+        const AtStep pause(row.step, [] { sharedCluster()->pause(); });
+        const ExitCode code = codeOf([&] { copyToFile(order, pause); });
+        sharedCluster()->resume();
+        QVERIFY(pause.hasHappened());
+        QCOMPARE(code, ExitCode::failed);
+        QVERIFY(QDir(shop.folder()).entryList({u"geri*"_s}, QDir::Files).isEmpty());
+        QCOMPARE(copyToFile(shop.toFile(order.file)).rows, 30001);
+    }
+
     void aFullDiskLeavesNoHalfFile() {
         const MovingShop shop;
-        fill(shop);
+        shop.fill();
         moveToServer(shop.toServer());
         QProcess process;
         process.start(QCoreApplication::applicationFilePath(),

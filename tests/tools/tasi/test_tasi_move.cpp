@@ -77,16 +77,10 @@ Q_DECLARE_METATYPE(CellRow)
 Q_DECLARE_METATYPE(RefusalRow)
 Q_DECLARE_METATYPE(DatabaseRow)
 
-class TestTasiMove : public QObject {
+class TestTasiMove : public TasiTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (!ServerCluster::missing().isEmpty())
-            QSKIP(qPrintable(ServerCluster::missing()));
-        QVERIFY(sharedCluster());
-    }
-
     void movesCells_data() {
         QTest::addColumn<CellRow>("row");
         for (const CellRow& row : cellRows())

@@ -106,6 +106,26 @@ int Result::bind(int place, const QVariant& value) {
     }
 }
 
+int Result::bind(int place, const Cell& value) {
+    // Nothing is copied: the statement has run when its caller goes on.
+    constexpr sqlite3_destructor_type borrowed = nullptr;
+    const char* const bytes = value.bytes.empty() ? "" : value.bytes.data();
+    const int size = static_cast<int>(value.bytes.size());
+    switch (value.type) {
+        case Cell::Type::whole:
+            return sqlite3_bind_int64(m_statement, place, value.whole);
+        case Cell::Type::real:
+            return sqlite3_bind_double(m_statement, place, value.real);
+        case Cell::Type::text:
+            return sqlite3_bind_text(m_statement, place, bytes, size, borrowed);
+        case Cell::Type::bytes:
+            return sqlite3_bind_blob(m_statement, place, bytes, size, borrowed);
+        case Cell::Type::null:
+            break;
+    }
+    return sqlite3_bind_null(m_statement, place);
+}
+
 bool Result::bindValues() {
     const int places = sqlite3_bind_parameter_count(m_statement);
     if (boundValueCount() < places) {
@@ -114,8 +134,9 @@ bool Result::bindValues() {
     }
     for (int place = 1; place <= places; ++place) {
         // The toolkit numbers every occurrence of a name, the library only its first.
-        const QString name = QString::fromUtf8(sqlite3_bind_parameter_name(m_statement, place));
-        const QVariant value = name.startsWith(u':') ? boundValue(name) : boundValue(place - 1);
+        const char* const name = sqlite3_bind_parameter_name(m_statement, place);
+        const QVariant value =
+            name && *name == ':' ? boundValue(QString::fromUtf8(name)) : boundValue(place - 1);
         if (bind(place, value) != SQLITE_OK) {
             return fail(u"Unable to bind parameters"_s, QSqlError::StatementError);
         }
@@ -123,7 +144,8 @@ bool Result::bindValues() {
     return true;
 }
 
-bool Result::exec() {
+/// Makes the statement ready to take values.
+bool Result::beginExecution() {
     setAt(QSql::BeforeFirstRow);
     setActive(false);
     setLastError({});
@@ -142,14 +164,38 @@ bool Result::exec() {
     }
     sqlite3_reset(m_statement);
     sqlite3_clear_bindings(m_statement);
-    if (!bindValues() || !step()) {
+    return true;
+}
+
+/// Runs the statement with the values that it has.
+bool Result::endExecution() {
+    if (!step())
         return false;
-    }
     m_stepped = !m_finished;
     m_changes = sqlite3_changes(m_database->handle());
     setSelect(sqlite3_column_count(m_statement) > 0);
     setActive(true);
     return true;
+}
+
+bool Result::exec() {
+    return beginExecution() && bindValues() && endExecution();
+}
+
+bool Result::runWith(const std::vector<Cell>& values) {
+    if (!beginExecution())
+        return false;
+    if (static_cast<int>(values.size()) != sqlite3_bind_parameter_count(m_statement)) {
+        setLastError({u"Parameter count mismatch"_s, {}, QSqlError::StatementError});
+        return false;
+    }
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (bind(static_cast<int>(i) + 1, values[i]) != SQLITE_OK)
+            return fail(u"Unable to bind parameters"_s, QSqlError::StatementError);
+    }
+    const bool ran = endExecution();
+    sqlite3_clear_bindings(m_statement);
+    return ran;
 }
 
 /// Steps to the next row or to the end; false on an error.

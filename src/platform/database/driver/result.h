@@ -27,6 +27,7 @@ public:
 
     bool nextRow() override { return fetchNext(); }
     Cell cell(int field) const override;
+    bool runWith(const std::vector<Cell>& values) override;
     /// The rows as a RowCursor, where the query is forward-only.
     QVariant handle() const override;
 
@@ -49,8 +50,11 @@ protected:
 
 private:
     bool fail(const QString& what, QSqlError::ErrorType type);
+    bool beginExecution();
+    bool endExecution();
     bool bindValues();
     int bind(int place, const QVariant& value);
+    int bind(int place, const Cell& value);
     bool step();
     bool readRow();
     QVariantList row() const;

@@ -3,6 +3,7 @@
 #include <QMetaType>
 #include <QtGlobal>
 #include <string_view>
+#include <vector>
 
 namespace kovanix::engine {
 
@@ -32,6 +33,10 @@ public:
     /// Has the query's next statement, one that changes nothing, give its rows in the form that is cheapest
     /// for many of them.
     virtual void expectManyRows() {}
+    /// Runs the query's prepared statement with these values for its places; the bytes of a text need to live
+    /// for the length of this call only. Of the file's drivers: to a server many rows go another way.
+    /// @return false at an error, which the query then tells
+    virtual bool runWith(const std::vector<Cell>& /*values*/) { return false; }
 
 protected:
     ~RowCursor() = default;

@@ -1,12 +1,8 @@
 #include "serverconnection.h"
 
-#include <poll.h>
-
-#include <QRegularExpression>
+#include <QByteArrayView>
 #include <QtEndian>
-#include <algorithm>
 #include <array>
-#include <cerrno>
 
 namespace kovanix::engine {
 
@@ -14,7 +10,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using std::chrono::microseconds;
-using std::chrono::milliseconds;
 
 constexpr Oid momentType = 1184;  // the server's number of its moments, which never changes
 
@@ -25,47 +20,9 @@ const char limitSql[] =
 // How often what came too late is sent again, at most: a clock that is set all the time proves nothing.
 constexpr int mostTries = 3;
 
-// From here on somebody who watches asks himself what the till does.
-constexpr milliseconds longWait{100};
-
-/// Waits for a socket. @param events  POLLIN, POLLOUT
-bool isReadyBy(std::chrono::steady_clock::time_point end, int socket, short events) {
-    for (;;) {
-        const auto left = std::chrono::ceil<milliseconds>(end - std::chrono::steady_clock::now()).count();
-        pollfd entry{.fd = socket, .events = events, .revents = 0};
-        const int count = ::poll(&entry, 1, left > 0 ? static_cast<int>(left) : 0);
-        // An error of the socket's shows when it is read.
-        if (count > 0 || (count < 0 && errno != EINTR))
-            return true;
-        if (left <= 0)
-            return false;
-    }
-}
-
-QString firstLine(const QString& text) {
-    return text.section(u'\n', 0, 0).trimmed();
-}
-
-/// The error in what the library says of an attempt to connect. Its words come in the user's language; only
-/// the code behind the severity tells a server's refusal.
-/// @param step  at which it failed
-QSqlError connectError(const PGconn* handle, ConnStatusType step) {
-    static const QRegularExpression refusal(u":  ([0-9A-Z]{5}): (.*)"_s);
-    const QString words = QString::fromUtf8(PQerrorMessage(handle));
-    const QRegularExpressionMatch found = refusal.match(words);
-    const QString ownState = step == CONNECTION_SSL_STARTUP ? u"08T01"_s : u"08001"_s;
-    return {u"Unable to connect"_s, found.hasMatch() ? found.captured(2) : firstLine(words),
-            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : ownState};
-}
-
-QSqlError lossError(const QString& words, const QString& state = u"08006"_s) {
-    return {u"Unable to execute statement"_s, words, QSqlError::ConnectionError, state};
-}
-
 QSqlError statementError(const PGresult* rows) {
-    const auto field = [rows](int code) { return QString::fromUtf8(PQresultErrorField(rows, code)); };
-    return {u"Unable to execute statement"_s, firstLine(field(PG_DIAG_MESSAGE_PRIMARY)),
-            QSqlError::StatementError, field(PG_DIAG_SQLSTATE)};
+    return {u"Unable to execute statement"_s, firstLineOf(PQresultErrorField(rows, PG_DIAG_MESSAGE_PRIMARY)),
+            QSqlError::StatementError, QString::fromUtf8(PQresultErrorField(rows, PG_DIAG_SQLSTATE))};
 }
 
 /// Whether the server has refused a statement because it came too late.
@@ -100,156 +57,28 @@ struct Places {
 
 }  // namespace
 
-bool ServerSettings::addOptions(const QString& text) {
-    QString rest = text;
-    rest.replace(u"\\;"_s, QChar(u'\0'));
-    for (const QString& part : rest.split(u';', Qt::SkipEmptyParts)) {
-        if (part.trimmed().isEmpty())
-            continue;
-        const qsizetype sign = part.indexOf(u'=');
-        if (sign < 0)
-            return false;
-        const QString key = part.left(sign).trimmed();
-        const QString value = part.mid(sign + 1).replace(QChar(u'\0'), u';');
-        bool valid = true;
-        // The library heeds its own only where the caller stands still.
-        if (key == "connect_timeout"_L1)
-            connectTimeout = milliseconds(qRound(value.toDouble(&valid) * 1000));
-        else if (key == "KOVANIX_DEADLINE"_L1)
-            deadline = milliseconds(value.toInt(&valid));
-        else
-            words.emplace_back(key.toUtf8(), value.toUtf8());
-        if (!valid || deadline <= milliseconds::zero() || connectTimeout <= milliseconds::zero())
-            return false;
-    }
-    return true;
-}
-
-QSqlError ServerConnection::lost() {
-    return lossError(u"The connection to the database server is lost."_s);
-}
-
-/// Waits for a socket, and has the sign given when that takes long.
-ServerConnection::Waited ServerConnection::wait(int socket, short events, Clock::time_point end) const {
-    const Clock::time_point shortEnd = Clock::now() + longWait;
-    bool ready = isReadyBy(std::min(end, shortEnd), socket, events);
-    if (!ready && shortEnd < end) {
-        if (m_waitBegins)
-            m_waitBegins();
-        ready = isReadyBy(end, socket, events);
-    }
-    return ready ? Waited::ready : Waited::timeout;
-}
-
-ServerConnection::Attempt ServerConnection::connect(const QByteArray& host, milliseconds timeout) const {
-    std::vector<const char*> keys{"host"};
-    std::vector<const char*> values{host.constData()};
-    for (const auto& [key, value] : m_settings.words) {
-        keys.push_back(key.constData());
-        values.push_back(value.constData());
-    }
-    keys.push_back(nullptr);
-    values.push_back(nullptr);
-    const Clock::time_point end = Clock::now() + timeout;
-    Attempt attempt;
-    ServerHandle handle(PQconnectStartParams(keys.data(), values.data(), 0));
-    PQsetErrorVerbosity(handle.get(), PQERRORS_VERBOSE);
-    PQsetNoticeProcessor(
-        handle.get(), [](void*, const char*) {}, nullptr);
-    PostgresPollingStatusType status =
-        PQstatus(handle.get()) == CONNECTION_BAD ? PGRES_POLLING_FAILED : PGRES_POLLING_WRITING;
-    ConnStatusType step = CONNECTION_STARTED;
-    while (status != PGRES_POLLING_OK && status != PGRES_POLLING_FAILED) {
-        const short events = status == PGRES_POLLING_READING ? POLLIN : POLLOUT;
-        if (wait(PQsocket(handle.get()), events, end) == Waited::timeout) {
-            attempt.error = {u"Unable to connect"_s, u"The database server doesn't answer."_s,
-                             QSqlError::ConnectionError, u"08001"_s};
-            return attempt;
-        }
-        step = PQstatus(handle.get());
-        status = PQconnectPoll(handle.get());
-    }
-    if (status == PGRES_POLLING_FAILED)
-        attempt.error = connectError(handle.get(), step);
-    else
-        attempt.handle = std::move(handle);
-    attempt.answered = attempt.handle || attempt.error.nativeErrorCode() != "08001"_L1;
-    return attempt;
-}
-
 QSqlError ServerConnection::open(const ServerSettings& settings) {
     close();
-    m_settings = settings;
-    QSqlError refusal;
-    for (const QByteArray& host : settings.hosts) {
-        Attempt attempt = connect(host, settings.connectTimeout);
-        if (attempt.handle) {
-            m_handle = std::move(attempt.handle);
-            m_host = host;
-            ++m_generation;
-            PQsetnonblocking(m_handle.get(), 1);
-            PQenterPipelineMode(m_handle.get());
-            return {};
-        }
-        // What a server says is more than that another one is away.
-        if (!refusal.isValid() || (attempt.answered && refusal.nativeErrorCode() == "08001"_L1))
-            refusal = attempt.error;
+    const QSqlError error = m_link.open(settings);
+    if (m_link.isOpen()) {
+        ++m_generation;
+        PQenterPipelineMode(m_link.handle());
     }
-    return refusal;
+    return error;
 }
 
 void ServerConnection::close() {
-    m_handle.reset();
+    m_link.close();
     m_released.clear();
     m_caseless.clear();
     m_clockDifference.reset();
     m_isLimitPrepared = false;
 }
 
-QSqlError ServerConnection::lose(const QSqlError& error) {
-    close();
-    return error;
-}
-
-/// Whether the server gives any answer to another connection in what is left of the deadline.
-bool ServerConnection::isAlive() const {
-    return connect(m_host, m_settings.deadline - m_settings.silence()).answered;
-}
-
-/// Waits until the socket is ready. A server that works on a long report says nothing until it is done, and
-/// neither does one that stands still.
-QSqlError ServerConnection::waitFor(short events) {
-    const int socket = PQsocket(m_handle.get());
-    while (wait(socket, events, Clock::now() + m_settings.silence()) == Waited::timeout) {
-        if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
-            return lose(lossError(u"The database server doesn't answer."_s, u"08007"_s));
-    }
-    return {};
-}
-
-QSqlError ServerConnection::receive() {
-    return PQconsumeInput(m_handle.get()) == 1 ? QSqlError() : lose(lost());
-}
-
-/// Sends what the library holds ready. A server whose own answers aren't read may stop reading.
-QSqlError ServerConnection::flush() {
-    for (;;) {
-        const int left = PQflush(m_handle.get());
-        if (left < 0)
-            return lose(lost());
-        if (left == 0)
-            return {};
-        if (const QSqlError error = waitFor(POLLIN | POLLOUT); error.isValid())
-            return error;
-        if (const QSqlError error = receive(); error.isValid())
-            return error;
-    }
-}
-
 /// Sends the commands of one statement, behind those that free the released ones.
 /// @param sections  how many parts the answer is to have, each of which stands or fails by itself
 QSqlError ServerConnection::sendAll(int& sections, const Send& send) {
-    PGconn* const handle = m_handle.get();
+    PGconn* const handle = m_link.handle();
     // Nothing can be freed in a transaction that has failed.
     const bool freeing = PQtransactionStatus(handle) != PQTRANS_INERROR;
     bool sent = true;
@@ -265,10 +94,10 @@ QSqlError ServerConnection::sendAll(int& sections, const Send& send) {
     sent = sent && send(handle) && PQpipelineSync(handle);
     ++sections;
     if (sent)
-        return flush();
+        return m_link.flush();
     // What the library itself refuses, such as too many places, has left the connection half-way.
-    const QString words = firstLine(QString::fromUtf8(PQerrorMessage(handle)));
-    return lose(PQstatus(handle) == CONNECTION_BAD ? lost() : lossError(words));
+    const QString words = firstLineOf(PQerrorMessage(handle));
+    return m_link.lose(PQstatus(handle) == CONNECTION_BAD ? lost() : ServerLink::lossError(words));
 }
 
 ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
@@ -279,15 +108,11 @@ ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
         return {{}, error};
     Answer answer;
     while (sections > 0) {
-        while (PQisBusy(m_handle.get()) == 1) {
-            if (const QSqlError error = waitFor(POLLIN); error.isValid())
-                return {{}, error};
-            if (const QSqlError error = receive(); error.isValid())
-                return {{}, error};
-        }
-        ServerRows rows(PQgetResult(m_handle.get()));
-        if (PQstatus(m_handle.get()) == CONNECTION_BAD)
-            return {{}, lose(lost())};
+        if (const QSqlError error = m_link.waitForResult(); error.isValid())
+            return {{}, error};
+        ServerRows rows(PQgetResult(m_link.handle()));
+        if (PQstatus(m_link.handle()) == CONNECTION_BAD)
+            return {{}, m_link.lose(lost())};
         switch (PQresultStatus(rows.get())) {
             case PGRES_PIPELINE_SYNC:
                 --sections;
@@ -295,7 +120,8 @@ ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
             case PGRES_COPY_IN:
             case PGRES_COPY_OUT:
             case PGRES_COPY_BOTH:
-                return {{}, lose(lossError(u"Rows can't be copied through this driver."_s))};
+                return {{},
+                        m_link.lose(ServerLink::lossError(u"Rows can't be copied through this driver."_s))};
             default:
                 // Only the last part tells of the statement; there, the first failure.
                 if (rows && sections == 1 && !isFailure(answer.rows.get()) &&
@@ -325,7 +151,7 @@ QSqlError ServerConnection::readClock() {
 
 /// The server's time at which a statement that is sent now could be given up at the earliest.
 microseconds ServerConnection::latestBeginning() const {
-    const auto end = Clock::now() + m_settings.silence();
+    const auto end = Clock::now() + m_link.silence();
     return std::chrono::duration_cast<microseconds>(end.time_since_epoch()) + *m_clockDifference;
 }
 
