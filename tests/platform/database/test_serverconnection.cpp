@@ -219,7 +219,7 @@ void TestServerConnection::noticesLoss() {
     QSqlQuery query(*client);
     QVERIFY(!query.exec(row.sql));
     QCOMPARE(query.lastError().nativeErrorCode(), u"08006"_s);
-    QCOMPARE(query.lastError().databaseText(), u"The connection to the database server is lost."_s);
+    QCOMPARE(query.lastError().databaseText(), u"bağlantı kesildi"_s);
     QVERIFY(!client->isOpen());
     // What has been read is still there.
     QVERIFY(kept.next() && kept.value(0) == 2 && !kept.next());
@@ -265,7 +265,7 @@ void TestServerConnection::givesUpStandingServer() {
     const qint64 passed = timer.elapsed();
     cluster().resume();
     QCOMPARE(query.lastError().nativeErrorCode(), u"08007"_s);
-    QCOMPARE(query.lastError().databaseText(), u"The database server doesn't answer."_s);
+    QCOMPARE(query.lastError().databaseText(), u"sunucu yanıt vermiyor"_s);
     QVERIFY(!(*m_client)->isOpen());
     QVERIFY2(passed >= serverDeadline * 9 / 10 && passed < serverDeadline * 2,
              qPrintable(QString::number(passed)));

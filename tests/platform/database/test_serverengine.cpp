@@ -302,9 +302,11 @@ void TestServerEngine::refusesAnotherLocale_data() {
     addRows<LocaleRow>(
         {{"C", {u"ENCODING 'UTF8' LOCALE 'C'"_s, {}}},
          {"C with the letters of all languages",
-          {u"ENCODING 'UTF8' LC_COLLATE 'C' LC_CTYPE 'C.UTF-8'"_s, u"UTF8 ve C, C.UTF-8"_s}},
-         {"another order", {u"ENCODING 'UTF8' LC_COLLATE 'C.UTF-8' LC_CTYPE 'C'"_s, u"UTF8 ve C.UTF-8, C"_s}},
-         {"another encoding", {u"ENCODING 'LATIN5' LOCALE 'C'"_s, u"LATIN5 ve C"_s}}});
+          {u"ENCODING 'UTF8' LC_COLLATE 'C' LC_CTYPE 'C.UTF-8'"_s, u"UTF8, C, C.UTF-8"_s}},
+         {"another order", {u"ENCODING 'UTF8' LC_COLLATE 'C.UTF-8' LC_CTYPE 'C'"_s, u"UTF8, C.UTF-8, C"_s}},
+         {"another encoding", {u"ENCODING 'LATIN5' LOCALE 'C'"_s, u"LATIN5, C"_s}},
+         {"rules of another library",
+          {u"ENCODING 'UTF8' LOCALE 'C' LOCALE_PROVIDER icu ICU_LOCALE 'tr-TR'"_s, u"UTF8, C, ICU"_s}}});
 }
 
 void TestServerEngine::refusesAnotherLocale() {

@@ -27,7 +27,7 @@ struct TlsRow {
 };
 
 const QString untrusted =
-    u"Veritabanı sunucusuyla güvenli bağlantı (TLS) kurulamadı: kök sertifikayı ve sunucunun adresini denetleyin ("_s;
+    u"Veritabanı sunucusuyla güvenli bağlantı (TLS) kurulamadı: kök sertifikayı (kok), sunucunun adresini ve bilgisayarın saatini denetleyin ("_s;
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -83,13 +84,21 @@ private:
     };
     enum class Waited { ready, timeout };
 
-    Attempt connect(const QByteArray& host, std::chrono::milliseconds timeout) const;
+    /// A host and where it is.
+    struct Host {
+        QByteArray name;
+        QList<QByteArray> addresses;  ///< empty where the name needs no look-up
+    };
+
+    /// @return nothing where its address isn't known by the end
+    std::optional<Host> find(const QByteArray& name, Clock::time_point end) const;
+    Attempt connect(const Host& host, Clock::time_point end) const;
     Waited wait(int socket, short events, Clock::time_point end) const;
     bool isAlive() const;
 
     ServerHandle m_handle;
     ServerSettings m_settings;
-    QByteArray m_host;
+    Host m_host;  ///< that it is connected to
     std::function<void()> m_waitBegins;
 };
 
