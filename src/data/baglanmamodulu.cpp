@@ -9,6 +9,7 @@
 #include "app/modTurkce.h"
 #include "data/schema.h"
 #include "database/press.h"
+#include "database/serveraddress.h"
 #include "desktop/folders.h"
 #include "desktop/messagebox.h"
 #include "runtime/attempt.h"
@@ -39,6 +40,14 @@ QString olderLocalFile() {
 void writeWhereDifferent(const QString& key, const QString& text) {
     if (setting(key).compare(text, Qt::CaseInsensitive) != 0)
         ayarla(key, text);
+}
+
+bool isOnServer() {
+    return ServerAddress::isPointer(veritabaniyolu());
+}
+
+ReadEnd brokenOff() {
+    return isOnServer() ? ReadEnd::nothing : ReadEnd::part;
 }
 
 }  // namespace
@@ -155,6 +164,18 @@ bool baglantihazir() {
     if (!ready())
         baglantiac();
     return ready();
+}
+
+ReadEnd readToEnd(const std::function<void()>& read) {
+    if (!attempt(read))
+        return ReadEnd::whole;
+    if (baglanti().isLost() && isOnServer() && baglantihazir() && !attempt(read))
+        return ReadEnd::whole;
+    return brokenOff();
+}
+
+ReadEnd readReport(const std::function<void()>& read) {
+    return baglantihazir() ? readToEnd(read) : brokenOff();
 }
 
 void kayitkapat() {

@@ -65,6 +65,21 @@ void baglantidurumuyenile();
 /// Whether the shared connection is open; opens it where it isn't.
 bool baglantihazir();
 
+/// How far a read came.
+enum class ReadEnd {
+    whole,
+    part,    ///< a file's: it broke off, and what came before counts
+    nothing  ///< a server's: it failed, and what came before is to be shown to nobody
+};
+
+/// Runs a read whose failures nobody is told of, save one: where a server's connection is lost with it,
+/// baglantihazir is asked, which opens it again or says that it can't. Opened again, the read is made once
+/// more.
+/// @param read  begins from the start at each call; throws RuntimeError where it fails
+ReadEnd readToEnd(const std::function<void()>& read);
+/// The same with baglantihazir ahead of it, as a report begins.
+ReadEnd readReport(const std::function<void()>& read);
+
 /// Closes the shared recordset if it is open.
 void kayitkapat();
 

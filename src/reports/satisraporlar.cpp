@@ -2,7 +2,6 @@
 
 #include <QButtonGroup>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScopeGuard>
 
@@ -13,6 +12,7 @@
 #include "desktop/folders.h"
 #include "desktop/messagebox.h"
 #include "desktop/shell.h"
+#include "desktop/waitcursor.h"
 #include "printing/printer.h"
 #include "reports/rangewords.h"
 #include "runtime/attempt.h"
@@ -329,18 +329,23 @@ void satisraporlar::showRange() {
 }
 
 void satisraporlar::satisgetir(bool takesFocus) {
-    if (!baglantihazir())
-        return;  // which has said so
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    if (!baglantihazir()) {  // which has said so
+        ListScreen::tellEmpty(false);
+        return;
+    }
     const QString start = sqltarihsaat(ui.ilktarih1->date(), ui.saat1->text());
     const QString end = sqltarihsaat(ui.ilktarih2->date(), ui.saat2->text());
     const QString range = start + u" and " + end;
     attempt([&] { connectData(u"satislar where tarih between "_s + range); });
     setOrder(newestFirst.toString());
     // A range that can't be read leaves rows, sums and words as they are: they belong together.
-    if (showRows() && showSums(range))
+    if (!showRows()) {
+        // Lost with the connection, a range has neither sales nor none.
+        if (!baglanti().isOpen())
+            ListScreen::tellEmpty(false);
+    } else if (showSums(range)) {
         ui.Label10->setTitleNote(rangeWords(momentOf(start), momentOf(end)));
+    }
     // A filter cell that is being typed in is a part of the list.
     if (takesFocus && !ui.TDBGrid1->isAncestorOf(focusWidget()))
         ui.TDBGrid1->setFocus();
@@ -352,9 +357,10 @@ void satisraporlar::tellEmpty(bool readable) {
     m_wasRead = m_wasRead || readable;
 }
 
-/// @return whether the sums could be read
+/// @return whether the footers are those of the range; where a server has failed, they are empty then
 bool satisraporlar::showSums(const QString& range) {
-    const auto failure = attempt([&] {
+    const ReadEnd end = readToEnd([&] {
+        const WaitCursor reading;
         const ChangeMark mark = baglanti().changeMark();
         if (range == m_sums.range && mark == m_sums.mark)
             return;
@@ -372,8 +378,10 @@ bool satisraporlar::showSums(const QString& range) {
         m_sums = {range, mark, (none ? u"0"_s : nullmetin(quantity)) + u" Adet", amount(u"toplam"_s),
                   amount(u"kar"_s)};
     });
-    if (failure)
+    if (end == ReadEnd::part)
         return false;
+    if (end == ReadEnd::nothing)
+        m_sums = {};
     TDBGrid& list = grid();
     list.column(3).setFooterText(metin(u"SATIS_TOPLAMI_FOOTER"_s));
     list.column(quantityColumn).setFooterText(m_sums.quantity);

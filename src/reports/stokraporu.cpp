@@ -1,11 +1,9 @@
 #include "reports/stokraporu.h"
 
-#include <QGuiApplication>
-#include <QScopeGuard>
-
 #include "app/modTurkce.h"
+#include "data/baglanmamodulu.h"
+#include "desktop/waitcursor.h"
 #include "reports/rule.h"
-#include "runtime/attempt.h"
 #include "runtime/clock.h"
 #include "sales/modSatis.h"
 #include "screens/clicks.h"
@@ -30,14 +28,18 @@ stokraporu::~stokraporu() = default;
 
 void stokraporu::form_load() {
     ekrandonat(*this);
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a moment
-    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     const QDateTime counted = Clock::now();
     double cost = 0;
     double sale = 0;
     int count = 0;
-    // Where it breaks off, what has been added so far is shown.
-    attempt([&] { stokdegeri(cost, sale, count); });
+    // Where a file breaks off, what has been added so far is shown.
+    const ReadEnd end = readReport([&] {
+        const WaitCursor reading;  // a large catalogue takes a moment
+        cost = sale = 0;
+        stokdegeri(cost, sale, count);
+    });
+    if (end == ReadEnd::nothing)
+        return;
     const auto lira = [](double value) { return format(value, u"#,##0.00"); };
     ui.urunsayisi->setText(format(count, u"0"));
     ui.stokgelis->setText(lira(cost));

@@ -1,13 +1,13 @@
 #include "reports/zparogu.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
 #include "app/modTurkce.h"
 #include "data/baglanmamodulu.h"
 #include "database/rowwalk.h"
+#include "desktop/waitcursor.h"
 #include "printing/printer.h"
 #include "reports/rangewords.h"
 #include "reports/rule.h"
@@ -94,30 +94,23 @@ void zparogu::Command3_click() {
     ui.ilk->setText({});
     ui.son->setText({});
     tellRange();
-    if (!baglantihazir())
-        return;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // years take a moment
-    const auto restore = qScopeGuard([this] {
-        ui.vkFrame1->setProgress({});
-        QGuiApplication::restoreOverrideCursor();
-    });
-    ui.Adodc1->setConnectionString(baglantiyazisi());
-    ui.Adodc1->setCommandType(Adodc::CommandType::table);
-    ui.Adodc1->setRecordSource(u"satislar where tarih between " +
-                               sqltarihbetween(ui.tarih1->date(), timeText(ui.saat1->time()),
-                                               ui.Tarih2->date(), timeText(ui.saat2->time())));
-    sumUp();
-}
-
-/// Adds up the rows of the data control's source without keeping any of them.
-void zparogu::sumUp() {
+    const QString range = sqltarihbetween(ui.tarih1->date(), timeText(ui.saat1->time()), ui.Tarih2->date(),
+                                          timeText(ui.saat2->time()));
     bool any = false;
     std::string last;
     double total = 0;
-    QElapsedTimer reading;
-    reading.start();
-    // Where it breaks off, what has been added so far is shown.
-    attempt([&] {
+    // Where a file breaks off, what has been added so far is shown.
+    const ReadEnd end = readReport([&] {
+        const WaitCursor waiting;  // years take a moment
+        const auto restore = qScopeGuard([this] { ui.vkFrame1->setProgress({}); });
+        any = false;
+        total = 0;
+        ui.Adodc1->setConnectionString(baglantiyazisi());
+        ui.Adodc1->setCommandType(Adodc::CommandType::table);
+        ui.Adodc1->setRecordSource(u"satislar where tarih between " + range);
+        QElapsedTimer reading;
+        reading.start();
+        // Added up without keeping any of the rows.
         RowWalk sales(baglanti(), u"select tarih, toplam from " + ui.Adodc1->recordSource());
         sales.forEach(
             [&](const RowWalk::Row& sale) {
@@ -132,6 +125,12 @@ void zparogu::sumUp() {
                     progressShown(rows, count, std::chrono::milliseconds(reading.elapsed())));
             });
     });
+    if (end == ReadEnd::nothing) {
+        // Neither a part of the figures nor those of another range, and not the sum of no sales either.
+        ui.ilk->setText({});
+        ui.toplam->setText({});
+        return;
+    }
     if (!any)
         return;
     ui.toplam->setText(format(total, u"#,##0.00 "));  // the blank behind it belongs to the figure
@@ -146,6 +145,13 @@ void zparogu::Command1_click() {
     constexpr int onePress = 1000;  // milliseconds: nothing shows that a job is on its way
     if (m_busy || (m_sinceJob.isValid() && !m_sinceJob.hasExpired(onePress)))
         return;
+    if (ui.toplam->text().isEmpty())
+        Command3_click();  // the figures couldn't be read before
+    const auto closeNext = qScopeGuard([this] {
+        ui.cmdClose->setFocus();  // the Enter of a scan must not print once more
+    });
+    if (ui.toplam->text().isEmpty())
+        return;
     const QScopedValueRollback busy(m_busy, true);
     // A hidden line edit keeps CR LF as they are, which the toolkit's multi-line editors don't.
     ui.Text33->setText(
@@ -158,7 +164,6 @@ void zparogu::Command1_click() {
     showPressed();
     if (!attempt([&] { printer.endDocument(); }) && printed)
         m_sinceJob.start();
-    ui.cmdClose->setFocus();  // the Enter of a scan must not print once more
 }
 
 /// Moves both, or at the calendar's ends none; what is being typed counts.

@@ -31,7 +31,6 @@ private:
 
     void moveDays(int days);
     void tellRange();
-    void sumUp();
 
     bool m_busy = false;  ///< running or printing
     QElapsedTimer m_sinceJob;

@@ -1,6 +1,5 @@
 #include "screens/listscreen.h"
 
-#include <QGuiApplication>
 #include <QLayout>
 #include <QLineEdit>
 #include <QScopeGuard>
@@ -8,6 +7,7 @@
 #include "data/baglanmamodulu.h"
 #include "desktop/focus.h"
 #include "desktop/sendkeys.h"
+#include "desktop/waitcursor.h"
 #include "runtime/attempt.h"
 #include "values/numbers.h"
 #include "widgets/activeresize.h"
@@ -78,18 +78,17 @@ void ListScreen::connectData(const QString& recordSource) {
 }
 
 bool ListScreen::showRows() {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);  // a large catalogue takes a second
-    const auto restore = qScopeGuard([this] {
-        m_controls.frame->setProgress({});
-        QGuiApplication::restoreOverrideCursor();
-    });
     attempt([this] { m_controls.grid->setDataSource(*m_controls.data); });
-    m_reading.start();
-    const bool readable = !attempt([this] {
+    const ReadEnd end = readToEnd([this] {
+        const WaitCursor reading;  // a large catalogue takes a second
+        const auto restore = qScopeGuard([this] { m_controls.frame->setProgress({}); });
+        m_reading.start();
         m_controls.data->refresh([this](qsizetype rows, qsizetype total) {
             m_controls.frame->setProgress(progressShown(rows, total, readingTime()));
         });
     });
+    const bool readable = end == ReadEnd::whole;
+    const WaitCursor sorting;
     attempt([this] { m_controls.grid->refresh(); });
     tellEmpty(readable);
     // Rows that were read anew keep their order and filter, where they could be set on those of before and

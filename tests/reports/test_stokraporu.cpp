@@ -130,7 +130,8 @@ private Q_SLOTS:
     void withoutItsTableItShowsZeros() {
         m_shop->run("DROP TABLE urunler");
         open();
-        QCOMPARE(shown(), (QStringList{"0", "0,00", "0,00", "0,00"}));
+        QCOMPARE(shown(), ShopFixture::isOnServer() ? QStringList({"", "", "", ""})
+                                                    : QStringList({"0", "0,00", "0,00", "0,00"}));
     }
 };
 

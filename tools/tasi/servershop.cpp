@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "database/failuretext.h"
+
 #include "database/serversession.h"
 
 namespace kovanix::tasi {
@@ -132,9 +134,9 @@ void checkDatabase(Server& server) {
     if (found[0] != u"UTF8"_s || !plain(found[1]) || !plain(found[2]) || found[3] != u"c"_s)
         throw Failure(
             ExitCode::serverUnfit,
-            u"Veritabanı yanlış kurulmuş: ENCODING 'UTF8' LOCALE 'C' gerekli, bulunan %1, %2, %3. "
+            u"Veritabanı yanlış kurulmuş: ENCODING 'UTF8' LOCALE 'C' gerekli, bulunan %1. "
             u"Yeni bir veritabanı açın: createdb --template=template0 --encoding=UTF8 --locale=C"_s.arg(
-                found[0], found[1], found[2]));
+                localeText({found[0], found[3], found[1], found[2]})));
     if (found[4] != u"t"_s)
         throw Failure(ExitCode::serverUnfit, u"Bu kullanıcının veritabanında tablo yeri (şema) yok."_s);
 }

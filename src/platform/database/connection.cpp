@@ -153,6 +153,10 @@ bool Connection::isOpen() const {
     return d->isOpen();
 }
 
+bool Connection::isLost() const {
+    return d->engine && !d->engine->isOpen();
+}
+
 std::weak_ptr<Connection> Connection::findOpen(const QString& connectionString) {
     for (const ConnectionCore* connection : ConnectionCore::openOnes()) {
         if (connection->connectionString == connectionString && connection->isOpen())

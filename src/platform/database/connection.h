@@ -68,6 +68,8 @@ public:
     void close();
 
     bool isOpen() const;
+    /// Whether what it was opened to has failed since: to go on, it has to be opened anew.
+    bool isLost() const;
 
     /// The connection of this process that was opened with that very string and is open still, the longest
     /// open one where there are several: opening a file with a password takes long. Expired where there is

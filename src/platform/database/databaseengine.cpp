@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "database/connectionprivate.h"
+#include "database/failuretext.h"
 #include "database/fileengine.h"
 #include "database/serveraddress.h"
 #include "database/serverengine.h"
@@ -64,7 +65,7 @@ std::shared_ptr<DatabaseEngine> DatabaseEngine::of(const ConnectionString& parts
 
 void DatabaseEngine::requireDriver(const QString& driver) const {
     if (!findDriver(driver))
-        throw plainFailure(Kind::other, u"The database driver %1 is not installed."_s.arg(driver));
+        throw plainFailure(Kind::other, missingDriverText(driver));
 }
 
 void DatabaseEngine::addToolkitConnection(const QString& driver) {

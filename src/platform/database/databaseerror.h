@@ -18,6 +18,7 @@ public:
         notADatabase,   ///< no database file, or one that has a password and is opened without
         wrongPassword,  ///< the password doesn't fit; a damaged first page of a password file looks the same
         missing,        ///< the file isn't there, or can't be opened
+        untrusted,      ///< what answers there doesn't prove that it is the shop's server
         noSuchTable,
         noSuchColumn,
         value,      ///< a value, a field or a literal that the table can't take

@@ -1,5 +1,7 @@
 #include "database/engineerror.h"
 
+#include "database/failuretext.h"
+
 namespace kovanix {
 
 namespace {
@@ -68,47 +70,10 @@ Kind kindOf(int code, const QString& words, bool withPassword) {
     }
 }
 
-/// What a shopkeeper is told of a kind, and where there is a remedy, that too; empty where only the engine's
-/// words say it. None of the signs that stand for Turkish letters in stored texts.
-QString turkishWords(Kind kind) {
-    switch (kind) {
-        case Kind::busy:
-            return u"Veritabanı şu anda başka bir kasa ya da program tarafından kullanılıyor"_s;
-        case Kind::readOnly:
-            return u"Veritabanına yazılamıyor: dosyaya ve bulunduğu klasöre yazma izni verin"_s;
-        case Kind::full:
-            return u"Diskte yer kalmadı: yer açın"_s;
-        case Kind::damaged:
-            return u"Veritabanı dosyası bozuk"_s;
-        case Kind::notADatabase:
-            return u"Dosya bir veritabanı değil ya da parolalı"_s;
-        case Kind::wrongPassword:
-            return u"Veritabanı parolası yanlış ya da dosya bozuk"_s;
-        case Kind::missing:
-            return u"Veritabanı dosyası bulunamadı ya da açılamıyor: yerini, dosyaya ve klasöre yazma iznini denetleyin"_s;
-        case Kind::noSuchTable:
-            return u"Veritabanında gereken bir tablo yok"_s;
-        case Kind::noSuchColumn:
-            return u"Veritabanında gereken bir sütun yok"_s;
-        case Kind::value:
-            return u"Veritabanı bu kaydı kabul etmiyor"_s;
-        case Kind::lost:
-            return u"Veritabanı dosyası okunamıyor ya da yazılamıyor: diski ve ağ bağlantısını denetleyin"_s;
-        case Kind::noRow:
-            return u"Kayıt bulunamadı: başka bir kasa ya da program silmiş olabilir"_s;
-        case Kind::closed:
-            return u"Veritabanı dosyası değişti ya da bağlantısı kapandı: pencereyi kapatıp yeniden açın"_s;
-        case Kind::statement:
-        case Kind::other:
-            break;
-    }
-    return {};
-}
-
 }  // namespace
 
-QString describeFailure(Kind kind, const QString& words) {
-    const QString turkish = turkishWords(kind);
+QString describeFailure(Kind kind, const QString& words, dialect::Target target) {
+    const QString turkish = failureText(kind, target);
     // A failure without words stays one: its number is shown then.
     return turkish.isEmpty() || words.trimmed().isEmpty() ? words : turkish + u" ("_s + words + u')';
 }

@@ -18,6 +18,7 @@
 #include "database/databaseengine.h"
 #include "database/driver/filecopier.h"
 #include "database/engineerror.h"
+#include "database/failuretext.h"
 #include "database/logrequest.h"
 #include "database/sqltokens.h"
 
@@ -55,8 +56,7 @@ QSqlDatabase addFile(const QString& name, const QString& path, const QString& pa
                      const QString& options) {
     const QString driver = password.isEmpty() ? u"KOVANIXSQLITE"_s : u"QSQLCIPHER"_s;
     if (!findDriver(driver))
-        throw plainFailure(Kind::other, u"The database driver %1 is not installed."_s.arg(driver),
-                           engineName(password));
+        throw plainFailure(Kind::other, missingDriverText(driver), engineName(password));
     if (!QFileInfo(path).isFile())
         throw plainFailure(Kind::missing, u"unable to open database file"_s, engineName(password));
     QSqlDatabase database = QSqlDatabase::addDatabase(driver, name);

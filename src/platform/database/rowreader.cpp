@@ -100,9 +100,7 @@ private:
 
     /// @return how many rows there were
     qsizetype readChunk() {
-        // Of a whole table, the first chunk may be all there is.
-        const bool many = m_table.count() > 0 || m_rowsToCome.value_or(0) > chunkRows;
-        QueryRows rows(many ? m_core.runForMany(*chunkSql()) : m_core.run(*chunkSql()));
+        QueryRows rows(m_core.runForMany(*chunkSql()));
         const QSqlRecord record = rows.record();
         const int identity = record.count() - 1;
         takeColumns(record, identity, true);

@@ -120,10 +120,9 @@ void RowWalk::readChunks(const TableShape& shape, const std::optional<Span>& spa
         range.condition = shape.identity + u" <= " + QString::number(span->last);
     }
     for (qint64 done = 0; !span || done < span->count;) {
-        // Of a whole table, the first chunk may be all there is.
         const QString sql =
             *dialect::translateAfterRow(m_sql, shape.identity, range, m_core.engine->dialectFor(shape));
-        QueryRows rows(done > 0 || span ? m_core.runForMany(sql) : m_core.run(sql));
+        QueryRows rows(m_core.runForMany(sql));
         const int last = rows.record().count() - 1;
         qint64 count = 0;
         for (const Row row(rows); rows.next(m_core);) {

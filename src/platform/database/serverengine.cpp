@@ -6,6 +6,8 @@
 
 #include "database/connectionprivate.h"
 #include "database/driver/rowcursor.h"
+#include "database/driver/serverwords.h"
+#include "database/failuretext.h"
 #include "database/serveraddress.h"
 #include "database/serverfailure.h"
 #include "database/serversession.h"
@@ -82,9 +84,10 @@ void ServerEngine::setUp() {
     m_database.setDatabaseName(address.database);
     m_database.setUserName(address.user);
     m_database.setPassword(m_password);
-    // A press ends with a barrier of its own: see writeBarrier.
+    // A press ends with a barrier of its own: see writeBarrier. A statement that still waits for another till
+    // when its own has given it up ends with that, within the second.
     m_database.setConnectOptions(
-        u"connect_timeout=5;tcp_user_timeout=5000;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=8000;target_session_attrs=read-write;options=%1 -c synchronous_commit=off -c lock_timeout=%2;%3"_s
+        u"connect_timeout=5;tcp_user_timeout=5000;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=8000;target_session_attrs=read-write;options=%1 -c synchronous_commit=off -c client_connection_check_interval=1000 -c lock_timeout=%2;%3"_s
             .arg(serverSessionSettings(), QString::number(busyTimeout().count()), serverTlsOptions(address)));
 }
 
@@ -105,26 +108,24 @@ void ServerEngine::connectToServer() {
     }
 }
 
-/// Only the locale C folds the letters A to Z and no others, as a file does; another one would find "I" by
-/// "ı" or sort by rules of its own.
 void ServerEngine::requireSuitableDatabase() {
-    QSqlQuery query =
-        run(u"SELECT pg_encoding_to_char(encoding), datcollate, datctype, EXISTS (SELECT 1 FROM pg_extension "
-            u"WHERE extname = 'citext') "
-            "FROM pg_database WHERE datname = current_database()"_s);
+    // A server older than 15 has no column for the provider of the locale.
+    QSqlQuery query = run(
+        u"SELECT pg_encoding_to_char(d.encoding), to_jsonb(d) ->> 'datlocprovider', d.datcollate, "
+        u"d.datctype, "
+        u"EXISTS (SELECT 1 FROM pg_extension WHERE extname = 'citext') FROM pg_database d WHERE d.datname = "
+        u"current_database()"_s);
     if (!query.next())
         throw failure(query.lastError());
-    const auto isC = [](const QString& locale) { return locale == u"C"_s || locale == u"POSIX"_s; };
-    const QString encoding = query.value(0).toString();
-    const QString collation = query.value(1).toString();
-    const QString letters = query.value(2).toString();
-    if (encoding != u"UTF8"_s || !isC(collation) || !isC(letters)) {
+    const auto text = [&query](int field) { return query.value(field).toString(); };
+    const ServerLocale locale{text(0), text(1), text(2), text(3)};
+    if (!isSuitable(locale)) {
         throw plainFailure(
             Kind::notADatabase,
-            u"Sunucudaki veritabanı kasaya uygun değil: UTF8 ve C diliyle (LOCALE 'C') oluşturulmalı, şimdi %1 ve %2"_s
-                .arg(encoding, collation == letters ? collation : collation + u", "_s + letters));
+            u"Sunucudaki veritabanı kasaya uygun değil: UTF8 ve C diliyle (LOCALE 'C') oluşturulmalı, şimdi "_s +
+                localeText(locale));
     }
-    if (!query.value(3).toBool()) {
+    if (!query.value(4).toBool()) {
         query.finish();
         run(u"CREATE EXTENSION IF NOT EXISTS citext"_s);
     }
@@ -149,10 +150,13 @@ QSqlQuery ServerEngine::run(const QString& sql, const QVariantList& values) {
     return query;
 }
 
-/// Prepared ahead, at the price of a round trip, the rows come in the server's own form.
 QSqlQuery ServerEngine::runForMany(const QString& sql) {
     QSqlQuery query;
-    if (!prepare(query, sql, Use::kept) || !query.exec())
+    if (!prepare(query, sql, Use::once))
+        throw failure(query.lastError());
+    if (auto* const cursor = query.result()->handle().value<engine::RowCursor*>())
+        cursor->expectManyRows();
+    if (!query.exec())
         throw failure(query.lastError());
     return query;
 }
@@ -161,7 +165,7 @@ void ServerEngine::requireHandle() const {
     if (isOpen())
         return;
     m_state = u"08006"_s;
-    throw describedFailure(Kind::lost, u"The connection to the database server is lost."_s);
+    throw describedFailure(Kind::lost, engine::lostServer.toString());
 }
 
 bool ServerEngine::prepare(QSqlQuery& query, const QString& sql, Use use) {

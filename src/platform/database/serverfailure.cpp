@@ -18,6 +18,7 @@ struct StateKind {
 constexpr StateKind kinds[] = {
     {"08001"_L1, Kind::missing},
     {"08004"_L1, Kind::missing},
+    {"08T01"_L1, Kind::untrusted},
     {"08"_L1, Kind::lost},
     {"0A000"_L1, Kind::statement},
     {"22"_L1, Kind::value},
@@ -41,29 +42,6 @@ constexpr StateKind kinds[] = {
     {"XX"_L1, Kind::damaged},
 };
 
-QString turkishWords(Kind kind) {
-    switch (kind) {
-        case Kind::readOnly:
-            return u"Veritabanına yazılamıyor: sunucudaki yetkileri denetleyin"_s;
-        case Kind::full:
-            return u"Veritabanı sunucusunun diskinde yer kalmadı: yer açın"_s;
-        case Kind::damaged:
-            return u"Veritabanı sunucusunda bozukluk var"_s;
-        case Kind::notADatabase:
-            return u"Veritabanı sunucuda yok ya da kasaya uygun değil"_s;
-        case Kind::wrongPassword:
-            return u"Veritabanı sunucusu kullanıcıyı ya da parolayı kabul etmiyor"_s;
-        case Kind::missing:
-            return u"Veritabanı sunucusuna ulaşılamıyor: sunucuyu ve ağ bağlantısını denetleyin"_s;
-        case Kind::lost:
-            return u"Veritabanı sunucusuyla bağlantı koptu: sunucuyu ve ağ bağlantısını denetleyin"_s;
-        case Kind::closed:
-            return u"Veritabanı sunucusuyla bağlantı kapandı: pencereyi kapatıp yeniden açın"_s;
-        default:
-            return {};
-    }
-}
-
 }  // namespace
 
 Kind kindOfServerFailure(const QString& state) {
@@ -79,9 +57,7 @@ bool isServerConflict(const QString& state) {
 }
 
 QString describeServerFailure(Kind kind, const QString& words) {
-    const QString turkish = turkishWords(kind);
-    return turkish.isEmpty() || words.trimmed().isEmpty() ? describeFailure(kind, words)
-                                                          : turkish + u" ("_s + words + u')';
+    return describeFailure(kind, words, dialect::Target::server);
 }
 
 }  // namespace kovanix

@@ -18,4 +18,12 @@ void showWaitCursor() {
     });
 }
 
+WaitCursor::WaitCursor() {
+    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+}
+
+WaitCursor::~WaitCursor() {
+    QGuiApplication::restoreOverrideCursor();
+}
+
 }  // namespace kovanix

@@ -2,6 +2,7 @@
 
 #include "database/databaseerror.h"
 #include "database/engineerror.h"
+#include "database/failuretext.h"
 #include "database/recordset.h"
 #include "databasefile.h"
 #include "rows.h"
@@ -17,6 +18,11 @@ namespace {
 struct FailureRow {
     Kind kind;
     std::function<void(Connection&, const DatabaseFile&)> step;
+};
+
+struct DriverRow {
+    QString driver;
+    QString text;
 };
 
 struct DescriptionRow {
@@ -44,6 +50,7 @@ void executeStatement(Connection& connection, const QString& sql) {
 
 Q_DECLARE_METATYPE(FailureRow)
 Q_DECLARE_METATYPE(DescriptionRow)
+Q_DECLARE_METATYPE(DriverRow)
 
 class TestFailures : public QObject {
     Q_OBJECT
@@ -52,6 +59,8 @@ private Q_SLOTS:
     void describesTheKind_data();
     void describesTheKind();
     void describesNothingWithoutWords();
+    void namesThePackageOfADriver_data();
+    void namesThePackageOfADriver();
     void namesTheKind_data();
     void namesTheKind();
     void namesWhatKeepsAFileFromOpening_data() { DatabaseFile::bothKinds(); }
@@ -95,6 +104,24 @@ void TestFailures::describesTheKind() {
 
 void TestFailures::describesNothingWithoutWords() {
     QCOMPARE(describeFailure(Kind::value, u"  "_s), u"  "_s);
+}
+
+void TestFailures::namesThePackageOfADriver_data() {
+    addRows<DriverRow>(
+        {{"server",
+          {u"KOVANIXPSQL"_s,
+           u"Veritabanı sunucusunun sürücüsü kurulu değil: kovanix-sunucu paketini kurun (KOVANIXPSQL)"_s}},
+         {"password file",
+          {u"QSQLCIPHER"_s,
+           u"Parolalı veritabanı dosyalarının sürücüsü kurulu değil: kovanix paketini yeniden kurun (QSQLCIPHER)"_s}},
+         {"plain file",
+          {u"KOVANIXSQLITE"_s,
+           u"Veritabanı dosyalarının sürücüsü kurulu değil: kovanix paketini yeniden kurun (KOVANIXSQLITE)"_s}}});
+}
+
+void TestFailures::namesThePackageOfADriver() {
+    QFETCH(const DriverRow, row);
+    QCOMPARE(missingDriverText(row.driver), row.text);
 }
 
 void TestFailures::namesTheKind_data() {

@@ -1,7 +1,11 @@
+#include <signal.h>
+
 #include <QElapsedTimer>
 #include <QtTest>
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <thread>
 
 #include "countingproxy.h"
 #include "rows.h"
@@ -22,6 +26,12 @@ struct LossRow {
     QString sql = u"SELECT 1"_s;
 };
 
+struct GivenUpRow {
+    enum class Kind { text, prepared, late };
+    Kind kind;
+    QString sql;
+};
+
 struct OrderRow {
     std::function<void(std::unique_ptr<ServerClient>&, std::unique_ptr<QSqlQuery>&)> end;
 };
@@ -30,6 +40,7 @@ struct OrderRow {
 
 Q_DECLARE_METATYPE(TripRow)
 Q_DECLARE_METATYPE(LossRow)
+Q_DECLARE_METATYPE(GivenUpRow)
 Q_DECLARE_METATYPE(OrderRow)
 
 /// What a connection to a database server costs, and how it ends.
@@ -51,6 +62,9 @@ private Q_SLOTS:
     void sendsNothingTwice();
     void givesUpStandingServer_data();
     void givesUpStandingServer();
+    void whatWasGivenUpIsNotCarriedOut_data();
+    void whatWasGivenUpIsNotCarriedOut();
+    void whatCameTooLateIsSentAgain();
     void waitsForLivingServer_data();
     void waitsForLivingServer();
     void refusesCopies();
@@ -205,7 +219,7 @@ void TestServerConnection::noticesLoss() {
     QSqlQuery query(*client);
     QVERIFY(!query.exec(row.sql));
     QCOMPARE(query.lastError().nativeErrorCode(), u"08006"_s);
-    QCOMPARE(query.lastError().databaseText(), u"The connection to the database server is lost."_s);
+    QCOMPARE(query.lastError().databaseText(), u"bağlantı kesildi"_s);
     QVERIFY(!client->isOpen());
     // What has been read is still there.
     QVERIFY(kept.next() && kept.value(0) == 2 && !kept.next());
@@ -228,11 +242,12 @@ void TestServerConnection::sendsNothingTwice() {
     QSqlQuery query(*client);
     QVERIFY(query.prepare(u"INSERT INTO t (adet) VALUES (?)"_s));
     query.addBindValue(1);
+    QVERIFY(query.exec());
     proxy.cutNextAnswer();
     QVERIFY(!query.exec());
     QVERIFY(!query.exec());
     QVERIFY(client->open());
-    QCOMPARE(client.value(u"SELECT count(*) FROM t"_s), QVariant(1LL));
+    QCOMPARE(client.value(u"SELECT count(*) FROM t"_s), QVariant(2LL));
 }
 
 void TestServerConnection::givesUpStandingServer_data() {
@@ -250,10 +265,53 @@ void TestServerConnection::givesUpStandingServer() {
     const qint64 passed = timer.elapsed();
     cluster().resume();
     QCOMPARE(query.lastError().nativeErrorCode(), u"08007"_s);
-    QCOMPARE(query.lastError().databaseText(), u"The database server doesn't answer."_s);
+    QCOMPARE(query.lastError().databaseText(), u"sunucu yanıt vermiyor"_s);
     QVERIFY(!(*m_client)->isOpen());
     QVERIFY2(passed >= serverDeadline * 9 / 10 && passed < serverDeadline * 2,
              qPrintable(QString::number(passed)));
+}
+
+void TestServerConnection::whatWasGivenUpIsNotCarriedOut_data() {
+    using Kind = GivenUpRow::Kind;
+    addRows<GivenUpRow>({{"a text", {Kind::text, u" insert into t (adet) values (2)"_s}},
+                         {"prepared", {Kind::prepared, u"UPDATE t SET adet = 2"_s}},
+                         {"prepared late", {Kind::late, u"DELETE FROM t"_s}}});
+}
+
+/// What a standing server holds it gets to when it goes on.
+void TestServerConnection::whatWasGivenUpIsNotCarriedOut() {
+    QFETCH(const GivenUpRow, row);
+    ServerClient& client = *m_client;
+    QVERIFY(QSqlQuery(*client).exec(u"INSERT INTO t (adet) VALUES (1)"_s));
+    const QVariant process = client.value(u"SELECT pg_backend_pid()"_s);
+    QSqlQuery query(*client);
+    if (row.kind == GivenUpRow::Kind::late)
+        prepareLate(query);
+    if (row.kind != GivenUpRow::Kind::text)
+        QVERIFY(query.prepare(row.sql));
+    cluster().pause();
+    const bool done = row.kind == GivenUpRow::Kind::text ? query.exec(row.sql) : query.exec();
+    cluster().resume();
+    QVERIFY(!done);
+    QTRY_VERIFY(client->open());
+    QTRY_COMPARE(client.value(u"SELECT count(*) FROM pg_stat_activity WHERE pid = %1"_s.arg(process.toInt())),
+                 QVariant(0LL));
+    QCOMPARE(client.value(u"SELECT string_agg(adet::text, ' ') FROM t"_s), QVariant(u"1"_s));
+}
+
+/// The server's other processes answer meanwhile.
+void TestServerConnection::whatCameTooLateIsSentAgain() {
+    ServerClient& client = *m_client;
+    QVERIFY(QSqlQuery(*client).exec(u"INSERT INTO t (adet) VALUES (1)"_s));
+    const auto process = static_cast<pid_t>(client.value(u"SELECT pg_backend_pid()"_s).toInt());
+    QCOMPARE(::kill(process, SIGSTOP), 0);
+    std::jthread goesOn([process] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(serverDeadline * 5 / 8));
+        ::kill(process, SIGCONT);
+    });
+    QVERIFY(QSqlQuery(*client).exec(u"INSERT INTO t (adet) VALUES (2)"_s));
+    QCOMPARE(client.value(u"SELECT string_agg(adet::text, ' ') FROM t"_s), QVariant(u"1 2"_s));
+    QVERIFY(cluster().log().contains("The statement came too late."));
 }
 
 void TestServerConnection::waitsForLivingServer_data() {

@@ -128,7 +128,7 @@ void TestServerDriver::connects_data() {
         {"the first stands still", {u"127.0.0.3,"_s + here, u"connect_timeout=0.2"_s, right, m_database, {}}},
         {"only one, which stands still",
          {u"127.0.0.3"_s, u"connect_timeout=0.2"_s, right, m_database, u"08001"_s,
-          u"The database server doesn't answer."_s}},
+          u"sunucu yanıt vermiyor"_s}},
         {"a refusal before one that isn't there",
          {here + u",127.0.0.2"_s, {}, u"yanlış"_s, m_database, u"28P01"_s}},
         {"a refusal behind one that isn't there",

@@ -30,6 +30,9 @@ public:
     /// instead of twice, and tells what is wrong with the statement at that time. Where the engine is asked
     /// at no cost, this does nothing.
     virtual void prepareLate() {}
+    /// Has the query's next statement, one that changes nothing, give its rows in the form that is cheapest
+    /// for many of them.
+    virtual void expectManyRows() {}
     /// Runs the query's prepared statement with these values for its places; the bytes of a text need to live
     /// for the length of this call only. Of the file's drivers: to a server many rows go another way.
     /// @return false at an error, which the query then tells

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QSqlError>
 #include <QString>
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -47,16 +48,26 @@ public:
     /// Another one after each open: what was prepared in an earlier one is gone.
     int generation() const { return m_generation; }
 
+    /// How a statement is run and its rows are given.
+    struct Manner {
+        bool binary = false;  ///< whether the rows come in the server's own form instead of as text
+        /// Whether the server is to refuse it when it comes to it so late that it may have been given up. For
+        /// what changes rows: a server that stood still would carry it out as it goes on, after it was told
+        /// of as a failure. One that is refused while it is still waited for is sent again, for it hasn't
+        /// run.
+        bool onlyInTime = false;
+    };
+
     /// Runs one statement in one round trip.
-    Answer run(const QByteArray& sql, const std::vector<ServerValue>& values = {});
+    Answer run(const QByteArray& sql, const std::vector<ServerValue>& values, Manner manner);
+    Answer run(const QByteArray& sql) { return run(sql, {}, {}); }
 
     /// Prepares one statement under a name in one round trip.
     /// @param types  of its places, for ServerValue::type; places behind them are left to the server
     /// @return in its rows the statement's description: its places' types and its columns
     Answer prepare(const QByteArray& name, const QByteArray& sql, const std::vector<Oid>& types);
     /// Runs a prepared statement in one round trip.
-    /// @param binary  whether the rows come in the server's own form instead of as text
-    Answer runPrepared(const QByteArray& name, const std::vector<ServerValue>& values, bool binary);
+    Answer runPrepared(const QByteArray& name, const std::vector<ServerValue>& values, Manner manner);
     /// A name that no statement of this connection has had.
     QByteArray nextName() { return "k" + QByteArray::number(++m_names); }
     /// Has a prepared statement freed along with the next one that is sent.
@@ -71,14 +82,23 @@ public:
     static QSqlError lost() { return ServerLink::lost(); }
 
 private:
-    Answer roundTrip(const std::function<bool(PGconn*)>& send);
-    QSqlError sendAll(int& sections, const std::function<bool(PGconn*)>& send);
+    using Clock = std::chrono::steady_clock;
+    using Send = std::function<bool(PGconn*)>;
+
+    Answer roundTrip(const Send& send);
+    Answer roundTripInTime(const Send& send);
+    QSqlError readClock();
+    std::chrono::microseconds latestBeginning() const;
+    QSqlError sendAll(int& sections, const Send& send);
 
     ServerLink m_link;
     int m_generation = 0;
     qint64 m_names = 0;
     QList<QByteArray> m_released;
     QHash<Oid, bool> m_caseless;
+    /// How far the server's clock is ahead of ours, if anything less; nothing until it is asked.
+    std::optional<std::chrono::microseconds> m_clockDifference;
+    bool m_isLimitPrepared = false;
 };
 
 }  // namespace kovanix::engine

@@ -22,7 +22,8 @@ namespace kovanix::engine {
 /// A wait for the server that gets long has the signal notification sent, named "wait", in its middle.
 ///
 /// An error's nativeErrorCode() is the SQLSTATE and its databaseText() the first line of what the server
-/// says. Of the driver's own are 08001 (no server was reached), 08006 (the connection was lost), 08007
+/// says. Of the driver's own are 08001 (no server was reached), 08T01 (the one that was doesn't offer TLS or
+/// doesn't prove whose it is, where the options ask for that), 08006 (the connection was lost), 08007
 /// (it was given up, for the server gives no sign of life; after either the driver isn't open) and 22021 (a
 /// NUL in a text, which hasn't been sent).
 class ServerDriver : public QSqlDriver {

@@ -2,9 +2,13 @@
 
 #include <poll.h>
 
+#include <QByteArrayList>
 #include <QRegularExpression>
 #include <algorithm>
 #include <cerrno>
+
+#include "hostlookup.h"
+#include "serverwords.h"
 
 namespace kovanix::engine {
 
@@ -35,13 +39,15 @@ bool isReadyBy(std::chrono::steady_clock::time_point end, int socket, short even
 
 /// The error in what the library says of an attempt to connect. Its words come in the user's language; only
 /// the code behind the severity tells a server's refusal.
-QSqlError connectError(const PGconn* handle) {
+/// @param step  at which it failed
+QSqlError connectError(const PGconn* handle, ConnStatusType step) {
     static const QRegularExpression refusal(u":  ([0-9A-Z]{5}): (.*)"_s);
     const QString words = QString::fromUtf8(PQerrorMessage(handle));
     const QRegularExpressionMatch found = refusal.match(words);
+    const QString ownState = step == CONNECTION_SSL_STARTUP ? u"08T01"_s : u"08001"_s;
     return {u"Unable to connect"_s,
             found.hasMatch() ? found.captured(2) : firstLineOf(PQerrorMessage(handle)),
-            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : u"08001"_s};
+            QSqlError::ConnectionError, found.hasMatch() ? found.captured(1) : ownState};
 }
 
 }  // namespace
@@ -76,7 +82,7 @@ bool ServerSettings::addOptions(const QString& text) {
 }
 
 QSqlError ServerLink::lost() {
-    return lossError(u"The connection to the database server is lost."_s);
+    return lossError(lostServer.toString());
 }
 
 QSqlError ServerLink::lossError(const QString& words, const QString& state) {
@@ -95,16 +101,38 @@ ServerLink::Waited ServerLink::wait(int socket, short events, Clock::time_point 
     return ready ? Waited::ready : Waited::timeout;
 }
 
-ServerLink::Attempt ServerLink::connect(const QByteArray& host, milliseconds timeout) const {
+std::optional<ServerLink::Host> ServerLink::find(const QByteArray& name, Clock::time_point end) const {
+    // A name server that is away isn't waited for where the name has led somewhere before.
+    constexpr milliseconds knownEnough{1000};
+    const HostLookup lookup(name);
+    const Clock::time_point now = Clock::now();
+    if (!lookup.waitUntil(std::min(end, now + longWait))) {
+        if (m_waitBegins)
+            m_waitBegins();
+        lookup.waitUntil(lookup.isKnown() ? std::min(end, now + knownEnough) : end);
+    }
+    Host host{name, lookup.addresses()};
+    return lookup.isNeeded() && host.addresses.isEmpty() ? std::nullopt : std::optional(std::move(host));
+}
+
+ServerLink::Attempt ServerLink::connect(const Host& host, Clock::time_point end) const {
+    // The library looks a name up by itself where it isn't given the address, without an end of the wait. The
+    // name is what the certificate is checked against.
+    const QByteArray names =
+        QByteArrayList(std::max<qsizetype>(host.addresses.size(), 1), host.name).join(',');
+    const QByteArray addresses = host.addresses.join(',');
     std::vector<const char*> keys{"host"};
-    std::vector<const char*> values{host.constData()};
+    std::vector<const char*> values{names.constData()};
+    if (!addresses.isEmpty()) {
+        keys.push_back("hostaddr");
+        values.push_back(addresses.constData());
+    }
     for (const auto& [key, value] : m_settings.words) {
         keys.push_back(key.constData());
         values.push_back(value.constData());
     }
     keys.push_back(nullptr);
     values.push_back(nullptr);
-    const Clock::time_point end = Clock::now() + timeout;
     Attempt attempt;
     ServerHandle handle(PQconnectStartParams(keys.data(), values.data(), 0));
     PQsetErrorVerbosity(handle.get(), PQERRORS_VERBOSE);
@@ -112,17 +140,19 @@ ServerLink::Attempt ServerLink::connect(const QByteArray& host, milliseconds tim
         handle.get(), [](void*, const char*) {}, nullptr);
     PostgresPollingStatusType status =
         PQstatus(handle.get()) == CONNECTION_BAD ? PGRES_POLLING_FAILED : PGRES_POLLING_WRITING;
+    ConnStatusType step = CONNECTION_STARTED;
     while (status != PGRES_POLLING_OK && status != PGRES_POLLING_FAILED) {
         const short events = status == PGRES_POLLING_READING ? POLLIN : POLLOUT;
         if (wait(PQsocket(handle.get()), events, end) == Waited::timeout) {
-            attempt.error = {u"Unable to connect"_s, u"The database server doesn't answer."_s,
-                             QSqlError::ConnectionError, u"08001"_s};
+            attempt.error = {u"Unable to connect"_s, silentServer.toString(), QSqlError::ConnectionError,
+                             u"08001"_s};
             return attempt;
         }
+        step = PQstatus(handle.get());
         status = PQconnectPoll(handle.get());
     }
     if (status == PGRES_POLLING_FAILED)
-        attempt.error = connectError(handle.get());
+        attempt.error = connectError(handle.get(), step);
     else
         attempt.handle = std::move(handle);
     attempt.answered = attempt.handle || attempt.error.nativeErrorCode() != "08001"_L1;
@@ -134,10 +164,17 @@ QSqlError ServerLink::open(const ServerSettings& settings) {
     m_settings = settings;
     QSqlError refusal;
     for (const QByteArray& host : settings.hosts) {
-        Attempt attempt = connect(host, settings.connectTimeout);
+        const Clock::time_point end = Clock::now() + settings.connectTimeout;
+        std::optional<Host> found = find(host, end);
+        Attempt attempt;
+        if (found)
+            attempt = connect(*found, end);
+        else
+            attempt.error = {u"Unable to connect"_s, unknownHost.toString().arg(QString::fromUtf8(host)),
+                             QSqlError::ConnectionError, u"08001"_s};
         if (attempt.handle) {
             m_handle = std::move(attempt.handle);
-            m_host = host;
+            m_host = *std::move(found);
             PQsetnonblocking(m_handle.get(), 1);
             return {};
         }
@@ -155,16 +192,16 @@ QSqlError ServerLink::lose(const QSqlError& error) {
 
 /// Whether the server gives any answer to another connection in what is left of the deadline.
 bool ServerLink::isAlive() const {
-    return connect(m_host, m_settings.deadline - m_settings.deadline * 3 / 8).answered;
+    return connect(m_host, Clock::now() + m_settings.deadline - m_settings.silence()).answered;
 }
 
 /// Waits until the socket is ready. A server that works on a long report says nothing until it is done, and
 /// neither does one that stands still.
 QSqlError ServerLink::waitFor(short events) {
     const int socket = PQsocket(m_handle.get());
-    while (wait(socket, events, Clock::now() + m_settings.deadline * 3 / 8) == Waited::timeout) {
+    while (wait(socket, events, Clock::now() + m_settings.silence()) == Waited::timeout) {
         if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
-            return lose(lossError(u"The database server doesn't answer."_s, u"08007"_s));
+            return lose(lossError(silentServer.toString(), u"08007"_s));
     }
     return {};
 }

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -31,6 +32,9 @@ struct ServerSettings {
     std::chrono::milliseconds connectTimeout{5000};        ///< for each host
     std::chrono::milliseconds deadline{8000};              ///< in which a server gives a sign of life
 
+    /// How much of the deadline may pass before a server that says nothing is asked whether it lives.
+    std::chrono::milliseconds silence() const { return deadline * 3 / 8; }
+
     /// Adds the options of a connection (see ServerDriver). @return false where one can't be read
     bool addOptions(const QString& text);
 };
@@ -47,6 +51,8 @@ public:
     void close() { m_handle.reset(); }
     bool isOpen() const { return m_handle != nullptr; }
     PGconn* handle() const { return m_handle.get(); }
+    /// ServerSettings::silence() of what it was opened with.
+    std::chrono::milliseconds silence() const { return m_settings.silence(); }
     /// Calls it as soon as a wait for the server gets long, and again when a signal has interrupted that or
     /// the wait goes on after the server was asked; an empty function ends that. What it throws ends the
     /// wait.
@@ -78,13 +84,21 @@ private:
     };
     enum class Waited { ready, timeout };
 
-    Attempt connect(const QByteArray& host, std::chrono::milliseconds timeout) const;
+    /// A host and where it is.
+    struct Host {
+        QByteArray name;
+        QList<QByteArray> addresses;  ///< empty where the name needs no look-up
+    };
+
+    /// @return nothing where its address isn't known by the end
+    std::optional<Host> find(const QByteArray& name, Clock::time_point end) const;
+    Attempt connect(const Host& host, Clock::time_point end) const;
     Waited wait(int socket, short events, Clock::time_point end) const;
     bool isAlive() const;
 
     ServerHandle m_handle;
     ServerSettings m_settings;
-    QByteArray m_host;
+    Host m_host;  ///< that it is connected to
     std::function<void()> m_waitBegins;
 };
 

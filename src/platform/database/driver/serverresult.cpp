@@ -136,6 +136,12 @@ QSqlError statementError(const QString& words, const QString& code) {
     return {u"Unable to execute statement"_s, words, QSqlError::StatementError, code};
 }
 
+/// Whether a statement is one of those that change rows.
+bool changesRows(const QByteArray& sql) {
+    const QByteArray word = sql.trimmed().left(6).toUpper();
+    return word == "INSERT" || word == "UPDATE" || word == "DELETE";
+}
+
 /// The library would send what stands ahead of it.
 QSqlError nulError() {
     return statementError(u"A text can't hold a NUL."_s, u"22021"_s);
@@ -192,6 +198,7 @@ bool ServerResult::prepare(const QString& query) {
         return fail(nulError());
     const NumberedPlaces numbered = NumberedPlaces::of(query.toUtf8());
     m_sql = numbered.sql;
+    m_writes = changesRows(m_sql);
     m_places = numbered.count;
     if (m_places > PQ_QUERY_PARAM_MAX_LIMIT)
         return fail(statementError(u"A statement can't have that many values."_s, u"54023"_s));
@@ -211,9 +218,16 @@ bool ServerResult::prepareOnServer(const std::vector<Oid>& types) {
     m_types.clear();
     for (int place = 0; place < PQnparams(answer.rows.get()); ++place)
         m_types.push_back(PQparamtype(answer.rows.get(), place));
-    m_binary = true;
-    for (int field = 0; field < PQnfields(answer.rows.get()); ++field)
-        m_binary = m_binary && isReadable(PQftype(answer.rows.get(), field));
+    m_binary = areReadable(answer.rows.get());
+    return true;
+}
+
+/// Whether all columns' cells can be: the library takes one form for all of them.
+bool ServerResult::areReadable(const PGresult* rows) const {
+    for (int field = 0; field < PQnfields(rows); ++field) {
+        if (!isReadable(PQftype(rows, field)))
+            return false;
+    }
     return true;
 }
 
@@ -246,6 +260,7 @@ bool ServerResult::reset(const QString& query) {
     if (query.contains(QChar(u'\0')))
         return fail(nulError());
     m_sql = query.toUtf8();
+    m_writes = changesRows(m_sql);
     m_places = 0;
     m_single = true;
     return exec();
@@ -281,19 +296,29 @@ bool ServerResult::exec() {
     if (m_single) {
         for (ServerValue& value : *values)
             value.type = typeBeyond(value, 0);
-        return take(m_connection->run(m_sql, *values));
+        return take(runOnce(*values));
     }
     // The connection may have been closed and opened again since.
     if ((!isPrepared() && !prepareOnServer({})) || !fitTypes(*values))
         return false;
-    ServerConnection::Answer answer = m_connection->runPrepared(m_name, *values, m_binary);
+    ServerConnection::Answer answer = m_connection->runPrepared(m_name, *values, {m_binary, m_writes});
     if (isOutdated(answer) && !m_connection->isInTransaction()) {
         // It hasn't run.
         if (!prepareOnServer({}) || !fitTypes(*values))
             return false;
-        answer = m_connection->runPrepared(m_name, *values, m_binary);
+        answer = m_connection->runPrepared(m_name, *values, {m_binary, m_writes});
     }
     return take(std::move(answer));
+}
+
+/// Runs a statement that isn't prepared. Of what type its columns are shows with the rows, and those that
+/// came in a form that can't be read are asked for once more.
+ServerConnection::Answer ServerResult::runOnce(const std::vector<ServerValue>& values) {
+    const bool many = std::exchange(m_many, false) && !m_writes;
+    ServerConnection::Answer answer = m_connection->run(m_sql, values, {many, m_writes});
+    if (many && !answer.error.isValid() && !areReadable(answer.rows.get()))
+        answer = m_connection->run(m_sql, values, {false, m_writes});
+    return answer;
 }
 
 /// Prepares the statement anew where a number doesn't fit the type that its place has.

@@ -25,6 +25,7 @@ public:
     bool nextRow() override { return fetchNext(); }
     Cell cell(int field) const override;
     void prepareLate() override { m_late = true; }
+    void expectManyRows() override { m_many = true; }
     /// The rows as a RowCursor, where the query is forward-only.
     QVariant handle() const override;
 
@@ -51,6 +52,8 @@ private:
     bool prepareOnServer(const std::vector<Oid>& types);
     bool fitTypes(const std::vector<ServerValue>& values);
     bool isReadable(Oid type) const;
+    bool areReadable(const PGresult* rows) const;
+    ServerConnection::Answer runOnce(const std::vector<ServerValue>& values);
     bool isPrepared() const;
     void release();
     /// The values as the statement takes them; nothing where one can't be sent.
@@ -63,8 +66,10 @@ private:
     int m_generation = 0;
     bool m_late = false;       ///< whether the next statement isn't to be prepared ahead
     bool m_single = false;     ///< whether this one isn't
+    bool m_many = false;       ///< whether it gives many rows
+    bool m_writes = false;     ///< whether it changes rows
     std::vector<Oid> m_types;  ///< of the prepared statement's places
-    bool m_binary = false;     ///< whether its rows come in the server\'s own form
+    bool m_binary = false;     ///< whether its rows come in the server's own form
     ServerRows m_rows;
     std::vector<Cell::Type> m_columns;  ///< what their cells are given as
     int m_changes = -1;
