@@ -211,6 +211,12 @@ QSqlError ServerConnection::lose(const QSqlError& error) {
     return error;
 }
 
+/// Gives the connection up, or takes note that it is lost. Behind a network that is cut it ends while another
+/// one is tried in vain: who hears that it was lost would try that once more.
+QSqlError ServerConnection::lose() {
+    return lose(m_isSilent ? lossError(u"The database server doesn't answer."_s, u"08007"_s) : lost());
+}
+
 /// Whether the server gives any answer to another connection in what is left of the deadline.
 bool ServerConnection::isAlive() const {
     return connect(m_host, m_settings.deadline - m_settings.silence()).answered;
@@ -221,14 +227,15 @@ bool ServerConnection::isAlive() const {
 QSqlError ServerConnection::waitFor(short events) {
     const int socket = PQsocket(m_handle.get());
     while (wait(socket, events, Clock::now() + m_settings.silence()) == Waited::timeout) {
-        if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
-            return lose(lossError(u"The database server doesn't answer."_s, u"08007"_s));
+        m_isSilent = !isAlive();
+        if (m_isSilent && wait(socket, events, Clock::now()) == Waited::timeout)
+            return lose();
     }
     return {};
 }
 
 QSqlError ServerConnection::receive() {
-    return PQconsumeInput(m_handle.get()) == 1 ? QSqlError() : lose(lost());
+    return PQconsumeInput(m_handle.get()) == 1 ? QSqlError() : lose();
 }
 
 /// Sends what the library holds ready. A server whose own answers aren't read may stop reading.
@@ -236,7 +243,7 @@ QSqlError ServerConnection::flush() {
     for (;;) {
         const int left = PQflush(m_handle.get());
         if (left < 0)
-            return lose(lost());
+            return lose();
         if (left == 0)
             return {};
         if (const QSqlError error = waitFor(POLLIN | POLLOUT); error.isValid())
@@ -268,12 +275,13 @@ QSqlError ServerConnection::sendAll(int& sections, const Send& send) {
         return flush();
     // What the library itself refuses, such as too many places, has left the connection half-way.
     const QString words = firstLine(QString::fromUtf8(PQerrorMessage(handle)));
-    return lose(PQstatus(handle) == CONNECTION_BAD ? lost() : lossError(words));
+    return PQstatus(handle) == CONNECTION_BAD ? lose() : lose(lossError(words));
 }
 
 ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
     if (!isOpen())
         return {{}, lost()};
+    m_isSilent = false;
     int sections = 0;
     if (const QSqlError error = sendAll(sections, send); error.isValid())
         return {{}, error};
@@ -287,7 +295,7 @@ ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
         }
         ServerRows rows(PQgetResult(m_handle.get()));
         if (PQstatus(m_handle.get()) == CONNECTION_BAD)
-            return {{}, lose(lost())};
+            return {{}, lose()};
         switch (PQresultStatus(rows.get())) {
             case PGRES_PIPELINE_SYNC:
                 --sections;

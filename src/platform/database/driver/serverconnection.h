@@ -128,6 +128,7 @@ private:
     QSqlError waitFor(short events);
     bool isAlive() const;
     QSqlError lose(const QSqlError& error);
+    QSqlError lose();
 
     ServerHandle m_handle;
     ServerSettings m_settings;
@@ -139,6 +140,7 @@ private:
     /// How far the server's clock is ahead of ours, if anything less; nothing until it is asked.
     std::optional<std::chrono::microseconds> m_clockDifference;
     bool m_isLimitPrepared = false;
+    bool m_isSilent = false;  ///< whether it gave no sign of life when it was asked during this statement
     std::function<void()> m_waitBegins;
 };
 
