@@ -1,5 +1,5 @@
-// A till whose way to the database server is cut, or whose server's disk is full, ahead of a sale, in the
-// middle of storing it, and behind it.
+// A till whose way to the database server is cut ahead of a sale, in the middle of storing it and behind it,
+// whose server stands still, or whose server's disk is full.
 
 #include <QElapsedTimer>
 #include <chrono>
@@ -189,6 +189,21 @@ private Q_SLOTS:
         m_shop->key(Qt::Key_F1);
         QCOMPARE(m_shop->lines(), 0);
         QCOMPARE(soldBarcodes(), (QStringList{goods::bread, goods::milk, goods::tea}.join(u' ')));
+    }
+
+    /// Nor does the server carry out what it had in its hands when it stood still.
+    void aServerThatStandsStill() {
+        scanTwo();
+        testServer().pause();
+        const QString text = boxOf([this] { m_shop->key(Qt::Key_F1); });
+        testServer().resume();
+        QVERIFY2(tellsOf(text, boxOfTheLoss), qPrintable(text));
+        QCOMPARE(m_shop->lines(), 2);
+        QTRY_VERIFY_WITH_TIMEOUT(takesATill(), 5000);
+        m_shop->key(Qt::Key_F1);
+        QCOMPARE(m_shop->lines(), 0);
+        QCOMPARE(soldBarcodes(), goods::bread + u' ' + goods::milk);
+        QCOMPARE(stocks(), u"9 9"_s);
     }
 
     void aFullDisk() {
