@@ -199,12 +199,17 @@ void TestServerDriver::readsCells_data() {
 
 void TestServerDriver::readsCells() {
     QFETCH(const CellRow, row);
-    // Rows of a prepared statement come in the server's own form where all of their columns can.
+    // Rows of a prepared statement, and many, come in the server's own form where all of their columns can.
+    enum class Manner { text, prepared, many };
     for (const char* others : {"", ", 1.5::numeric"}) {
-        for (const bool prepared : {false, true}) {
+        for (const Manner manner : {Manner::text, Manner::prepared, Manner::many}) {
             QSqlQuery query(**m_client);
             const QString sql = u"SELECT "_s + row.expression + QLatin1StringView(others);
-            QVERIFY(prepared ? query.prepare(sql) && query.exec() : query.exec(sql));
+            if (manner == Manner::many) {
+                prepareLate(query);
+                query.result()->handle().value<engine::RowCursor*>()->expectManyRows();
+            }
+            QVERIFY(manner == Manner::text ? query.exec(sql) : query.prepare(sql) && query.exec());
             QVERIFY(query.next());
             QCOMPARE(query.value(0), row.value);
             QCOMPARE(query.isNull(0), !row.value.isValid());

@@ -134,6 +134,7 @@ private Q_SLOTS:
     void aReadOpensAgain_data();
     void aReadOpensAgain();
     void aWriteIsNeverSentTwice();
+    void aWriteThatWaitsGoesWithItsTill();
     void whatAPressWroteIsNotForgotten();
     void afterRestTheServerIsAskedFirst();
     void aFailedOpenIsRemembered();
@@ -234,6 +235,30 @@ void TestServerEngine::aWriteIsNeverSentTwice() {
     till.reading.open(till.file.connectionString(), Handle::shared);
     till.sellLine(till.reading, 3);
     QCOMPARE(till.rows(u"SELECT barkod FROM satislar ORDER BY no"_s), (QStringList{u"1"_s, u"2"_s, u"3"_s}));
+}
+
+void TestServerEngine::aWriteThatWaitsGoesWithItsTill() {
+    Till till;
+    RawDatabase raw(till.file.path(), till.file.password());
+    QVERIFY(raw.run(u"BEGIN"_s) && raw.run(u"UPDATE urunler SET stok = 1 WHERE barkod = '1'"_s));
+    const auto isWaiting = [&] {
+        return !testServer()
+                    .rows(till.file.database(), u"SELECT 1 FROM pg_locks WHERE NOT granted"_s)
+                    .isEmpty();
+    };
+    {
+        const std::jthread cut([&] {
+            while (!isWaiting()) {
+            }
+            till.proxy.cut();
+        });
+        QCOMPARE(kindOf([&] { till.reading.execute(u"UPDATE urunler SET stok = 2 WHERE barkod = '1'"_s); }),
+                 Kind::lost);
+    }
+    // Before its wait for the row would have an end.
+    QTRY_VERIFY_WITH_TIMEOUT(!isWaiting(), 3000);
+    QVERIFY(raw.run(u"ROLLBACK"_s));
+    QCOMPARE(till.rows(u"SELECT stok FROM urunler WHERE barkod = '1'"_s), QStringList{u"100"_s});
 }
 
 /// A server that falls in the middle of a sale may lose its first lines: they aren't on the disk yet. Going
