@@ -69,6 +69,10 @@ public:
 
     /// Closes. @return the error
     QSqlError lose(const QSqlError& error);
+    /// Closes a connection that has failed. @return that it was lost, or that the server was given up: behind
+    /// a network that is cut the connection ends while another one is tried in vain, and who hears that it
+    /// was lost would try that once more
+    QSqlError lose();
     /// The failure of a statement on a connection that isn't open.
     static QSqlError lost();
     /// A failure after which a connection can't go on.
@@ -98,7 +102,8 @@ private:
 
     ServerHandle m_handle;
     ServerSettings m_settings;
-    Host m_host;  ///< that it is connected to
+    Host m_host;              ///< that it is connected to
+    bool m_isSilent = false;  ///< whether it gave no sign of life when it was asked during this statement
     std::function<void()> m_waitBegins;
 };
 
