@@ -30,8 +30,8 @@ QString folderOf(const QString& path) {
 }
 
 void checkName(const QString& packed, const Manifest& manifest) {
-    const QDateTime told = momentOfName(QFileInfo(packed).fileName());
-    if (told.isValid() && told != manifest.moment)
+    const QString name = QFileInfo(packed).fileName();
+    if (momentOfName(name).isValid() && name != copyName(manifest.moment))
         throw Refusal(u"Dosyanın adı ile içindeki yedeğin tarihi tutmuyor (içindeki: %1)"_s.arg(
             manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s)));
 }

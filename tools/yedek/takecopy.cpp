@@ -26,10 +26,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The next second of which the folder has no copy yet: a name tells seconds.
+/// The moment of the next copy. A name tells seconds: of several copies of one second each is told as a
+/// second behind the one before, and never as one ahead of it that has become free since. The newest data
+/// would count as the older ones then, and a copy from ahead of now stay beside them. Only one that is
+/// further ahead than that comes of a wrong clock.
 QDateTime freeMoment(const QString& folder) {
-    QDateTime moment = Clock::now();
-    moment = moment.addMSecs(-moment.time().msec());
+    constexpr int furthest = 60;  // seconds
+    const QDateTime now = Clock::now();
+    QDateTime moment = now.addMSecs(-now.time().msec());
+    const QStringList names = QDir(folder).entryList({u"kovanix-*.yedek"_s}, QDir::Files | QDir::Hidden);
+    for (const QString& name : names) {
+        const QDateTime taken = momentOfName(name);
+        if (taken.isValid() && taken >= moment && taken <= now.addSecs(furthest))
+            moment = taken.addSecs(1);
+    }
     while (QFileInfo::exists(QDir(folder).filePath(copyName(moment))))
         moment = moment.addSecs(1);
     return moment;

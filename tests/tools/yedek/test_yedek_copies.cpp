@@ -357,14 +357,31 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(m_place->filePath(u"mektup.txt"_s)), QByteArray("letter"));
     }
 
-    void twoOfOneSecond() {
+    void manyOfOneSecond() {
         open();
-        const Copy first = take();
-        const Copy second = take();
-        QVERIFY(second.manifest.moment > first.manifest.moment);
-        // Of one day the newest is kept.
-        QCOMPARE(copiesIn(m_place->path()).size(), 1);
-        QCOMPARE(check(second.path), QString());
+        QDateTime last;
+        for (int i = 0; i < 4; ++i) {
+            const Copy copy = take();
+            QVERIFY(!last.isValid() || copy.manifest.moment == last.addSecs(1));
+            last = copy.manifest.moment;
+            // Of one day the newest is kept.
+            QCOMPARE(copiesIn(m_place->path()).size(), 1);
+            QCOMPARE(check(copy.path), QString());
+        }
+    }
+
+    /// The machine has been told another time zone since.
+    void aCopyOfAnotherTimeZone() {
+        open();
+        const Copy copy = take();
+        QTemporaryDir parts;
+        Manifest manifest = unpackAndCheck(copy.path, parts.path(), WorkProgress());
+        manifest.moment = QDateTime(QDate(2026, 5, 2), QTime(23, 30), Qt::OffsetFromUTC, -5 * 3600);
+        const QString path = m_place->filePath(u"kovanix-2026-05-02-233000.yedek"_s);
+        pack(parts.path(), manifest, path, WorkProgress());
+        QCOMPARE(check(path), QString());
+        QVERIFY(std::ranges::any_of(copiesIn(m_place->path()),
+                                    [&path](const Copy& each) { return each.path == path; }));
     }
 
     void oneRunAtATime() {
