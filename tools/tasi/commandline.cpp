@@ -12,6 +12,7 @@
 #include "profile/profilefile.h"
 #include "server.h"
 #include "servershop.h"
+#include "stop.h"
 #include "tofile.h"
 #include "toserver.h"
 
@@ -23,10 +24,13 @@ using Step = Progress::Step;
 namespace {
 
 constexpr qint64 pauseBetweenLines = 1000;  // milliseconds
+constexpr qint64 pauseBetweenNumbers = 200;
 
 struct Options {
     QCommandLineOption toServer{u"sunucuya"_s, u"DOSYA'yı SUNUCU dosyasının gösterdiği sunucuya taşır."_s};
     QCommandLineOption toFile{u"dosyaya"_s, u"Sunucudaki dükkânı yeni bir DOSYA'ya kopyalar."_s};
+    QCommandLineOption copy{u"kopya"_s,
+                            u"--dosyaya gibi, başka programlar için: ilerlemeyi sayılarla yazar."_s};
     QCommandLineOption join{u"bagla"_s, u"Bir kasayı (--klasor) taşınmış dükkâna bağlar."_s};
     QCommandLineOption hosts{u"adres"_s, u"Sunucunun adresi; birden çoksa virgülle."_s, u"ADRES"_s};
     QCommandLineOption port{u"port"_s, u"Sunucunun portu (5432)."_s, u"PORT"_s};
@@ -44,8 +48,8 @@ struct Options {
     QCommandLineOption version{{u"surum"_s, u"version"_s}, u"Sürümü yazar."_s};
 
     QList<QCommandLineOption> all() const {
-        return {toServer, toFile, join,   hosts,        port,           database, user,
-                tls,      root,   folder, filePassword, serverPassword, help,     version};
+        return {toServer, toFile, copy,   join,         hosts,          port, database, user,
+                tls,      root,   folder, filePassword, serverPassword, help, version};
     }
 };
 
@@ -56,11 +60,17 @@ Kullanım:
   kovanix-tasi --sunucuya kovanix.data dukkan.sunucu --adres 192.168.1.10 --veritabani dukkan
                --kullanici kasa1 --klasor ~/.local/share/kovanix
   kovanix-tasi --dosyaya dukkan.sunucu /media/usb/dukkan-2026-05-03.data
+  kovanix-tasi --kopya dukkan.sunucu /var/tmp/dukkan.data
   kovanix-tasi --bagla dukkan.sunucu --klasor ~/.local/share/kovanix
 
 Parolalar komut satırına yazılmaz: ya KOVANIX_DOSYA_PAROLA ve KOVANIX_SUNUCU_PAROLA değişkenlerinden
 okunur ya da --parola ve --sunucu-parola ile sorulur. --sunucuya, dosyanın parolasını --klasor içindeki
 ayarlardan da bulur.
+
+--kopya, dosyanın yanına rapor yazmaz; satırları:
+  ilerleme YAPILAN TOPLAM        yazılan ve karşılaştırılan satırlar, saniyede birkaç kez
+  bitti SATIR DEĞER NOT          satırlar, düzeltilen değerler, notlar
+SIGTERM ya da çıktısının kapanması onu durdurur.
 
 Çıkış kodları:
   0  bitti
@@ -71,6 +81,7 @@ ayarlardan da bulur.
   5  geri okunan değerler farklı; hiçbir şey değişmedi
   6  dükkân sunucuda, ama dosyalar bitmedi; yeniden çalıştırın
   7  bağlantı tam kaydedilirken koptu; yeniden çalıştırın
+  8  durduruldu; hiçbir şey değişmedi
 )"_s;
 }
 
@@ -95,15 +106,17 @@ public:
             m_out << "kovanix-tasi " KOVANIX_VERSION "\n";
             return;
         }
-        const int commands =
-            int(isSet(m_options.toServer)) + int(isSet(m_options.toFile)) + int(isSet(m_options.join));
+        const int commands = int(isSet(m_options.toServer)) + int(isSet(m_options.toFile)) +
+                             int(isSet(m_options.copy)) + int(isSet(m_options.join));
         if (commands != 1)
-            refuse(u"--sunucuya, --dosyaya ya da --bagla verin (--yardim)"_s);
+            refuse(u"--sunucuya, --dosyaya, --kopya ya da --bagla verin (--yardim)"_s);
         m_clock.start();
         if (isSet(m_options.toServer))
             toServer();
         else if (isSet(m_options.toFile))
             toFile();
+        else if (isSet(m_options.copy))
+            copy();
         else
             join();
     }
@@ -203,6 +216,17 @@ private:
         m_out << "Dosya: " << QFileInfo(order.file).absoluteFilePath() << '\n';
     }
 
+    /// As another program wants it: numbers, and nothing but the file.
+    void copy() {
+        const QStringList given = paths(2);
+        if (isSet(m_options.folder))
+            refuse(u"--kopya ile --klasor verilmez"_s);
+        const ToFile order{given[0], given[1], serverPassword(), filePassword(true, {}), {}, false};
+        const MoveResult result =
+            copyToFile(order, [this](const Progress& progress) { showNumbers(progress); });
+        m_out << "bitti " << result.rows << ' ' << result.settledCells << ' ' << result.notices << '\n';
+    }
+
     void join() {
         const QString pointer = paths(1).constFirst();
         const QStringList folders = m_parser.values(m_options.folder);
@@ -227,7 +251,26 @@ private:
 
     QString count(qint64 number) const { return m_locale.toString(number); }
 
+    /// From the commit on, to stop would leave something half done.
+    static void stopIfPossible(const Progress& progress) {
+        if (progress.step < Step::committing)
+            stopIfAsked();
+    }
+
+    void showNumbers(const Progress& progress) {
+        stopIfPossible(progress);
+        if (progress.toPass == 0 || (m_lastLine.isValid() && m_lastLine.elapsed() < pauseBetweenNumbers))
+            return;
+        m_lastLine.start();
+        m_out << "ilerleme " << progress.passed << ' ' << progress.toPass << '\n';
+        m_out.flush();
+        // Who has gone away wants no file any more.
+        if (m_out.status() != QTextStream::Ok)
+            throw Failure(ExitCode::stopped, u"Çıktıyı okuyan kalmadı; durduruldu."_s);
+    }
+
     void show(const Progress& progress) {
+        stopIfPossible(progress);
         const auto words = [&]() -> QString {
             switch (progress.step) {
                 case Step::recognising:

@@ -14,6 +14,7 @@ enum class ExitCode {
     differs = 5,      ///< what was written read back differently; nothing has changed
     unfinished = 6,   ///< the shop is on the server, but not all files have been brought into step: run again
     uncertain = 7,    ///< the connection was lost while the server was to keep the shop: run again
+    stopped = 8,      ///< somebody has asked it to stop; nothing has changed
 };
 
 /// Why a move has ended before its end, in the technician's words.

@@ -24,7 +24,9 @@ struct Progress {
     Step step = Step::checking;
     QString table = {};  ///< while rows go over or are compared
     qint64 rows = 0;
-    qint64 total = 0;  ///< rows of the table
+    qint64 total = 0;   ///< rows of the table
+    qint64 passed = 0;  ///< on the way to a file: rows written and rows compared, of all tables
+    qint64 toPass = 0;  ///< how many that will be in the end; 0 as long as nobody knows
 };
 
 /// Is told of each step, and of the rows every few thousand. What it throws ends the move as a failure does.

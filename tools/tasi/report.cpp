@@ -80,6 +80,8 @@ qint64 Report::cells() const {
 }
 
 void Report::write(const QStringList& fields) {
+    if (m_path.isEmpty())
+        return;
     const auto line = [this](const QStringList& texts) {
         const QByteArray bytes = texts.join(u'\t').toUtf8() + '\n';
         if (m_file.write(bytes) != bytes.size())

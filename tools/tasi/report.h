@@ -13,7 +13,8 @@ namespace kovanix::tasi {
 /// only. Made with its first line; thrown away again unless it is kept.
 class Report {
 public:
-    /// @param path  where it is to be; another number is put behind the name while there is a file
+    /// @param path  where it is to be; another number is put behind the name while there is a file; empty
+    /// counts only
     explicit Report(const QString& path);
     ~Report();
     Report(const Report&) = delete;

@@ -133,7 +133,7 @@ public:
           m_observer(observer),
           m_address(addressOf(order.pointer, {})),
           m_file(order.file),
-          m_report(reportPath(order.file)) {}
+          m_report(order.listsOddities ? reportPath(order.file) : QString()) {}
 
     MoveResult run() {
         tell({Step::checking});
@@ -141,6 +141,8 @@ public:
         m_server->execute(u"BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"_s);
         m_catalogue = readCatalogue(*m_server);
         refuseOther();
+        for (const Table& table : m_catalogue.tables)
+            m_toPass += 2 * table.rows;
         for (const Notice& notice : m_catalogue.notices)
             m_report.note(notice);
         try {
@@ -177,9 +179,10 @@ private:
             m_observer(progress);
     }
 
-    void tellRows(Step step, const Table& table, qint64 row) const {
+    void tellRows(Step step, const Table& table, qint64 row) {
+        ++m_passed;
         if (row % rowsAPortion == 0)
-            tell({step, table.name, row, table.rows});
+            tell({step, table.name, row, table.rows, m_passed, m_toPass});
     }
 
     void refuseOther() const {
@@ -323,6 +326,8 @@ private:
     std::optional<Server> m_server;
     ServerCatalogue m_catalogue;
     MoveResult m_result;
+    qint64 m_passed = 0;
+    qint64 m_toPass = 0;
 };
 
 }  // namespace

@@ -13,8 +13,9 @@ struct ToFile {
     QString pointer;
     QString file;  ///< there is none yet
     QString serverPassword;
-    QString filePassword;  ///< empty for a plain file
-    QStringList folders;   ///< application folders of tills whose settings are to name the file
+    QString filePassword;       ///< empty for a plain file
+    QStringList folders;        ///< application folders of tills whose settings are to name the file
+    bool listsOddities = true;  ///< in a file beside the new one; else they are only counted
 };
 
 /// Reads one state of the server, whatever tills store meanwhile, writes the file by the till's own engine

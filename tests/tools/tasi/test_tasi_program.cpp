@@ -27,14 +27,18 @@ struct Outcome {
     QString errors;
 };
 
-Outcome runProgram(const QStringList& arguments, const QMap<QString, QString>& variables = {}) {
-    QProcess process;
+QProcessEnvironment environmentWith(const QMap<QString, QString>& variables) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString& name : {u"KOVANIX_DOSYA_PAROLA"_s, u"KOVANIX_SUNUCU_PAROLA"_s, u"PGPASSWORD"_s})
         environment.remove(name);
     for (auto it = variables.begin(); it != variables.end(); ++it)
         environment.insert(it.key(), it.value());
-    process.setProcessEnvironment(environment);
+    return environment;
+}
+
+Outcome runProgram(const QStringList& arguments, const QMap<QString, QString>& variables = {}) {
+    QProcess process;
+    process.setProcessEnvironment(environmentWith(variables));
     // A session of its own has no terminal to ask at.
     process.setChildProcessModifier([] { ::setsid(); });
     process.start(u"" TASI_PROGRAM ""_s, arguments);
@@ -47,6 +51,19 @@ Outcome runProgram(const QStringList& arguments, const QMap<QString, QString>& v
 const QMap<QString, QString>& serverPassword() {
     static const QMap<QString, QString> variables{{u"KOVANIX_SUNUCU_PAROLA"_s, ServerCluster::password()}};
     return variables;
+}
+
+/// A shop on the server that takes a while to copy, with a view, which no copy holds.
+void fillServer(const MovingShop& shop) {
+    moveToServer(shop.toServer());
+    shop.serverRows(
+        u"INSERT INTO urunler (urun, stok) SELECT 'a' || n, n FROM generate_series(1, 200000) n"_s);
+    shop.serverRows(u"CREATE VIEW gorunum AS SELECT * FROM urunler"_s);
+}
+
+QSet<QString> filesOf(const MovingShop& shop) {
+    const QStringList names = QDir(shop.folder()).entryList(QDir::Files);
+    return {names.begin(), names.end()};
 }
 
 struct UsageRow {
@@ -86,6 +103,7 @@ private Q_SLOTS:
             {"no kind of TLS", move + address + QStringList{u"--tls"_s, u"belki"_s}},
             {"a root that isn't there", move + address + QStringList{u"--kok"_s, u"/yok.pem"_s}},
             {"a question without a terminal", move + address + QStringList{u"--parola"_s}},
+            {"a copy for a folder", {u"--kopya"_s, u"b.sunucu"_s, u"c"_s, u"--klasor"_s, u"d"_s}},
             {"joining nothing", {u"--bagla"_s, u"b.sunucu"_s}},
         };
         for (const UsageRow& row : rows)
@@ -103,7 +121,7 @@ private Q_SLOTS:
         QVERIFY(runProgram({u"--version"_s}).output.startsWith(u"kovanix-tasi "));
         const Outcome help = runProgram({u"--yardim"_s});
         QCOMPARE(help.status, 0);
-        for (int code = 0; code <= static_cast<int>(ExitCode::uncertain); ++code)
+        for (int code = 0; code <= static_cast<int>(ExitCode::stopped); ++code)
             QVERIFY(help.output.contains(u"\n  %1  "_s.arg(code)));
     }
 
@@ -130,6 +148,63 @@ private Q_SLOTS:
         QCOMPARE(shop.cells(file)[u"urunler"_s].size(), 1);
         QCOMPARE(runProgram({u"--dosyaya"_s, shop.pointer(), file}, back).status,
                  static_cast<int>(ExitCode::fileUnfit));
+    }
+
+    void copiesForAnotherProgram() {
+        const MovingShop shop(u"dosya şifresi"_s);
+        fillServer(shop);
+        QMap<QString, QString> variables = serverPassword();
+        variables.insert(u"KOVANIX_DOSYA_PAROLA"_s, shop.password());
+        QSet<QString> wanted = filesOf(shop);
+        const QString file = shop.path(u"kopya.data"_s);
+        const Outcome outcome = runProgram({u"--kopya"_s, shop.pointer(), file}, variables);
+        QVERIFY2(outcome.status == 0, qPrintable(outcome.errors));
+        QStringList lines = outcome.output.split(u'\n', Qt::SkipEmptyParts);
+        QCOMPARE(lines.takeLast(), u"bitti 200000 0 1"_s);
+        QVERIFY(!lines.isEmpty());
+        qint64 passed = 0;
+        for (const QString& line : std::as_const(lines)) {
+            const QStringList words = line.split(u' ');
+            QCOMPARE(words.size(), 3);
+            QCOMPARE(words[0], u"ilerleme"_s);
+            QVERIFY(words[1].toLongLong() > passed);
+            passed = words[1].toLongLong();
+            QCOMPARE(words[2], u"400000"_s);
+        }
+        QVERIFY(passed <= 400000);
+        QCOMPARE(shop.cells(file)[u"urunler"_s].size(), 200000);
+        wanted.insert(u"kopya.data"_s);
+        QCOMPARE(filesOf(shop), wanted);
+    }
+
+    void stopsOnRequest() {
+        const MovingShop shop;
+        fillServer(shop);
+        const QSet<QString> before = filesOf(shop);
+        QProcess process;
+        process.setProcessEnvironment(environmentWith(serverPassword()));
+        process.start(u"" TASI_PROGRAM ""_s, {u"--kopya"_s, shop.pointer(), shop.path(u"kopya.data"_s)});
+        QVERIFY(process.waitForReadyRead(patience));
+        process.terminate();
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), static_cast<int>(ExitCode::stopped));
+        QCOMPARE(process.readAllStandardError(), "kovanix-tasi: Durduruldu; hiçbir şey değişmedi.\n");
+        QCOMPARE(filesOf(shop), before);
+    }
+
+    void stopsWhenNobodyReads() {
+        const MovingShop shop;
+        fillServer(shop);
+        const QSet<QString> before = filesOf(shop);
+        QProcess shell;
+        shell.setProcessEnvironment(environmentWith(serverPassword()));
+        shell.start(u"sh"_s,
+                    {u"-c"_s, u"exec 3>&1; { \"$@\"; echo $? >&3; } | head -n 1 >&2"_s, u"sh"_s,
+                     u"" TASI_PROGRAM ""_s, u"--kopya"_s, shop.pointer(), shop.path(u"kopya.data"_s)});
+        QVERIFY(shell.waitForFinished(patience));
+        QCOMPARE(shell.readAllStandardOutput().trimmed().toInt(), static_cast<int>(ExitCode::stopped));
+        QCOMPARE(filesOf(shop), before);
     }
 
     /// A till of this process has the file open, as on the same machine.
