@@ -113,13 +113,14 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
     if (!shop.isOnServer() && !QFileInfo(shop.data).isFile())
         throw Failure(u"Dükkânın veritabanı bulunamadı: "_s + shop.data);
     const WorkFolder work(folder);
-    // Behind one another: the copy, the packed one, the unpacked one.
+    // Behind one another: the copy, the packed one, the unpacked one. How large a server's is shows later.
     requireRoom(folder, 2 * QFileInfo(shop.data).size());
     const QDateTime moment = freeMoment(folder);
     const QString packed = work.file(u"kopya"_s);
     {
         const QString parts = work.makeFolder(u"parcalar"_s);
         const Manifest manifest = collect(shop, parts, moment, progress);
+        requireRoom(folder, manifest.parts.first().size);
         pack(parts, manifest, packed, progress);
         QDir(parts).removeRecursively();
     }

@@ -131,7 +131,7 @@ void Window::tellLastCopy() {
 
 void Window::tellPlaces() {
     QStringList lines{u"Klasör: "_s + QDir::toNativeSeparators(folder())};
-    if (onOneDisk(folder(), m_shop.data))
+    if (!m_shop.isOnServer() && onOneDisk(folder(), m_shop.data))
         lines.last() += u"  (dükkânla aynı diskte: bir USB bellek de kullanın)"_s;
     const QList<Stick> all = sticks();
     QStringList names;
@@ -180,12 +180,14 @@ void Window::restoreChosen() {
     }
     const Copy copy = m_copies[row].copy;
     const QString moment = copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm"_s);
+    const QString sure =
+        m_shop.isOnServer()
+            ? u"Emin misiniz? Dükkân bir veritabanı sunucusunda. Bu bilgisayardaki kasa sunucudan ayrılır ve %1 yedeğini bu bilgisayardaki bir dosyadan kullanır. Sunucudaki veriler değişmez, öteki kasalar sunucuda kalır: onlarla satmayın, yoksa dükkân ikiye ayrılır."_s
+            : u"Emin misiniz? Bugünkü dükkân silinmez, aynı klasörde “oncesi” adıyla saklanır; kasada ise %1 yedeği açılır."_s;
     if (!isYes(
             u"Dükkân %1 tarihindeki hâline dönecek: ürünler, stoklar, satışlar, kullanıcılar ve ayarlar. Bu tarihten sonraki satışlar kasada görünmez.\n\nDönülsün mü?"_s
                 .arg(moment)) ||
-        !isYes(
-            u"Emin misiniz? Bugünkü dükkân silinmez, aynı klasörde “oncesi” adıyla saklanır; kasada ise %1 yedeği açılır."_s
-                .arg(moment)))
+        !isYes(sure.arg(moment)))
         return;
     const auto restored = std::make_shared<Restored>();
     work(
@@ -195,8 +197,10 @@ void Window::restoreChosen() {
         },
         [this, restored, moment] {
             refresh();
-            messageBox(u"Dükkân %1 yedeğine döndü.\n\nÖnceki dükkân: %2"_s.arg(
-                           moment, restored->keptData.isEmpty() ? u"yoktu"_s : restored->keptData),
+            const QString before = restored->leftServer           ? u"sunucuda, olduğu gibi duruyor"_s
+                                   : restored->keptData.isEmpty() ? u"yoktu"_s
+                                                                  : restored->keptData;
+            messageBox(u"Dükkân %1 yedeğine döndü.\n\nÖnceki dükkân: %2"_s.arg(moment, before),
                        MessageBoxStyle::information, title);
         });
 }

@@ -451,13 +451,6 @@ private Q_SLOTS:
         QVERIFY(wordsOf([this] { take(); }).contains(u"bulunamadı"_s));
     }
 
-    void aShopOnAServerIsRefused() {
-        writeBytes(m_shop->file(u"dukkan.sunucu"_s), "x");
-        m_shop->writeConfig("[ayar]\r\nip=" + m_shop->file(u"dukkan.sunucu"_s).toUtf8() + "\r\n");
-        QVERIFY(wordsOf([this] { take(); }).contains(u"sunucu"_s));
-        QVERIFY(filesOf(m_place->path()).isEmpty());
-    }
-
     void aStickGetsTheSameBytes() {
         open();
         const Copy copy = take();

@@ -164,6 +164,23 @@ private Q_SLOTS:
         QVERIFY(QDir(none.path()).isEmpty());
     }
 
+    /// The mover of shops on a server comes with a package of its own.
+    void aServersShopWithoutItsProgram() {
+        const QString pointer = m_shop->file(u"dukkan.sunucu"_s);
+        writeBytes(pointer, "x");
+        ayarla(u"ip"_s, pointer);
+        const QTemporaryDir bare;
+        const QString alone = bare.filePath(QFileInfo(program).fileName());
+        QVERIFY(QFile::copy(program, alone));
+        m_environment.insert(u"PATH"_s, u"/nowhere"_s);
+        const Outcome refused =
+            runProgram({alone, u"--folder"_s, m_shop->folder(), u"--al"_s, u"--klasor"_s, m_place->path()},
+                       m_environment);
+        QCOMPARE(refused.status, 3);
+        QVERIFY2(refused.errors.contains(u"kovanix-sunucu"_s), qPrintable(refused.errors));
+        QVERIFY(filesOf(m_place->path()).isEmpty());
+    }
+
     void aTillThatRunsIsntRestoredUnder() {
         QCOMPARE(take().status, 0);
         makeShop(99);

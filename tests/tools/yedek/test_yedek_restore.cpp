@@ -279,13 +279,6 @@ private Q_SLOTS:
         QVERIFY(refusal().contains(u"yolu"_s));
         QCOMPARE(shopNow(), u"99|old"_s);
     }
-
-    void aShopOnAServerIsRefused() {
-        prepare({});
-        writeBytes(m_shop->file(u"dukkan.sunucu"_s), "x");
-        ayarla(u"ip"_s, m_shop->file(u"dukkan.sunucu"_s));
-        QVERIFY(refusal().contains(u"sunucu"_s));
-    }
 };
 
 }  // namespace kovanix::yedek
