@@ -66,7 +66,13 @@ private:
         if (m_count <= warmUps)
             return;
         if (m_copy.state() == QProcess::NotRunning) {
-            startCopy();
+            // What a copy has left to be done by the disk belongs to it.
+            if (m_behind-- > 0)
+                m_beside.push_back(taken);
+            else if (m_copiesLeft > 0)
+                startCopy();
+            else
+                end();
             return;
         }
         if (++m_inARow > afterASwitch)
@@ -100,8 +106,11 @@ private:
             giveUp("no copy was taken beside the sales");
         m_worked += m_running.elapsed();
         ++m_copies;
-        if (--m_copiesLeft > 0)
-            return;
+        --m_copiesLeft;
+        m_behind = 2 * salesInARow;
+    }
+
+    void end() {
         m_step.stop();
         m_figures.tell("copy of the shop, proved", static_cast<double>(m_worked) / 1e3 / m_copies, "s");
         tell("without the copy", m_without);
@@ -130,6 +139,7 @@ private:
     int m_count = 0;
     bool m_works = false;  ///< the copy; else it stands still
     int m_inARow = 0;      ///< sales since it was switched
+    int m_behind = 0;      ///< sales still to come right behind a copy's end
     qint64 m_worked = 0;   ///< milliseconds of all copies
     std::vector<double> m_without;
     std::vector<double> m_beside;

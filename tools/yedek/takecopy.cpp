@@ -98,6 +98,11 @@ void removeSurplus(const QString& folder, const Manifest& newest, Storage& stora
     attempt([&] { storage.syncFolder(folder); });
 }
 
+/// With what lies in its log.
+qint64 sizeOf(const QString& data) {
+    return QFileInfo(data).size() + QFileInfo(data + u"-wal").size();
+}
+
 /// What is read of the file from now on comes from the disk, as far as the system does as it is asked.
 void dropFromMemory(const QString& path) {
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
@@ -114,19 +119,22 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
         throw Failure(u"Dükkânın veritabanı bulunamadı: "_s + shop.data);
     const WorkFolder work(folder);
     // Behind one another: the copy, the packed one, the unpacked one. How large a server's is shows later.
-    requireRoom(folder, 2 * QFileInfo(shop.data).size());
+    requireRoom(folder, 2 * sizeOf(shop.data));
     const QDateTime moment = freeMoment(folder);
     const QString packed = work.file(u"kopya"_s);
+    qint64 size = 0;
     {
-        const QString parts = work.makeFolder(u"parcalar"_s);
+        const QString parts =
+            work.makeFleetingFolder(u"parcalar"_s, shop.isOnServer() ? 0 : sizeOf(shop.data));
         const Manifest manifest = collect(shop, parts, moment, progress);
-        requireRoom(folder, manifest.parts.first().size);
+        size = manifest.parts.first().size;
+        requireRoom(folder, size);
         pack(parts, manifest, packed, progress);
         QDir(parts).removeRecursively();
     }
     storage.sync(packed);
     dropFromMemory(packed);
-    const QString opened = work.makeFolder(u"denetim"_s);
+    const QString opened = work.makeFleetingFolder(u"denetim"_s, size);
     const Copy copy{QDir(folder).absoluteFilePath(copyName(moment)), QFileInfo(packed).size(),
                     unpackAndCheck(packed, opened, progress)};
     storage.rename(packed, copy.path);

@@ -8,6 +8,9 @@ namespace kovanix::yedek {
 
 /// A folder for what isn't whole yet, inside the one where it is to lie: entered by its owner only, gone with
 /// this. What a run that died has left there is cleared away. One run at a time has it.
+///
+/// What is only in between can lie in memory instead: a disk that has to write it and to give its room back
+/// keeps a till's sales waiting meanwhile.
 class WorkFolder {
 public:
     /// @param place  the outer folder; made where it is missing. @throws Failure
@@ -20,9 +23,15 @@ public:
     QString file(const QString& name) const { return m_folder.filePath(name); }
     /// Makes a folder in it. @throws Failure
     QString makeFolder(const QString& name) const;
+    /// Makes a folder for files that nobody needs after this: in memory where there is plenty of it, else as
+    /// makeFolder does. @param bytes  how much it is to take; 0 where that isn't known. @throws Failure
+    QString makeFleetingFolder(const QString& name, qint64 bytes) const;
 
 private:
+    void clear();
+
     QDir m_folder;
+    QDir m_memory;  ///< the same in memory; made when it is wanted
     QLockFile m_lock;
 };
 

@@ -12,6 +12,7 @@
 #include "yedek/restore.h"
 #include "yedek/tablesums.h"
 #include "yedek/takecopy.h"
+#include "yedek/workfolder.h"
 #include "yedekfixture.h"
 
 namespace kovanix::yedek {
@@ -327,6 +328,36 @@ private Q_SLOTS:
         take();
         QVERIFY(!QFileInfo::exists(place.filePath(u".kovanix-yedek-gecici"_s)));
         QCOMPARE(copiesIn(m_place->path()).size(), 1);
+    }
+
+    void whatIsOnlyInBetweenLiesInMemory() {
+        QString inMemory;
+        {
+            const WorkFolder work(m_place->path());
+            inMemory = work.makeFleetingFolder(u"a"_s, 1 << 20);
+            QVERIFY2(inMemory.startsWith(u"/dev/shm/"_s), qPrintable(inMemory));
+            const auto others = QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+            QCOMPARE(QFileInfo(QFileInfo(inMemory).path()).permissions() & others, QFile::Permissions());
+            // As much as nobody has, and nobody knows how much.
+            for (const qint64 bytes : {qint64{1} << 60, qint64{0}})
+                QCOMPARE(work.makeFleetingFolder(u"b"_s, bytes), work.file(u"b"_s));
+        }
+        const QString whole = QFileInfo(inMemory).path();
+        QVERIFY(!QFileInfo::exists(whole));
+        QVERIFY(QDir().mkdir(whole, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        writeBytes(whole + u"/left", "by a run that died");
+        { const WorkFolder work(m_place->path()); }
+        QVERIFY(!QFileInfo::exists(whole));
+        // Whoever has taken the name: another's folder is neither used nor emptied.
+        QTemporaryDir other;
+        writeBytes(other.filePath(u"letter"_s), "x");
+        QVERIFY(QFile::link(other.path(), whole));
+        {
+            const WorkFolder work(m_place->path());
+            QCOMPARE(work.makeFleetingFolder(u"a"_s, 1), work.file(u"a"_s));
+        }
+        QVERIFY(QFile::exists(other.filePath(u"letter"_s)));
+        QFile::remove(whole);
     }
 
     void onlyThisShopsCopiesGo() {
