@@ -1,5 +1,7 @@
 #include "yedek/workfolder.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,11 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QFile::Permissions ownOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-
-QString lockOf(const QString& place) {
-    makeOwnFolder(place);
-    return QDir(place).filePath(u".kovanix-yedek.kilit"_s);
-}
 
 /// Each user's and each place's own, so that the next run finds what one that died has left.
 QString memoryFolder(const QString& place) {
@@ -66,16 +63,41 @@ void makeOwnFolder(const QString& folder) {
         throw Failure(u"Klasör açılamıyor: "_s + folder);
 }
 
+FolderLock::FolderLock(const QString& place) {
+    makeOwnFolder(place);
+    const QString path = QDir(place).filePath(u".kovanix-yedek.kilit"_s);
+    m_path = QFile::encodeName(path);
+    while (true) {
+        constexpr mode_t own = 0600;
+        m_handle = ::open(m_path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, own);
+        if (m_handle < 0)
+            throw Failure(systemWords(path, errno));
+        if (::flock(m_handle, LOCK_EX | LOCK_NB) != 0) {
+            const int error = errno;
+            ::close(m_handle);
+            if (error == EWOULDBLOCK)
+                throw Refusal(u"Bu klasörde şu anda başka bir yedekleme çalışıyor: "_s + place);
+            throw Failure(systemWords(path, error));
+        }
+        // Whoever had it may have removed the file in between: another run could make it anew.
+        struct stat held {};
+        struct stat named {};
+        if (::fstat(m_handle, &held) == 0 && ::stat(m_path.constData(), &named) == 0 &&
+            held.st_ino == named.st_ino && held.st_dev == named.st_dev)
+            return;
+        ::close(m_handle);
+    }
+}
+
+FolderLock::~FolderLock() {
+    ::unlink(m_path.constData());
+    ::close(m_handle);
+}
+
 WorkFolder::WorkFolder(const QString& place)
     : m_folder(QDir(place).absoluteFilePath(u".kovanix-yedek-gecici"_s)),
       m_memory(memoryFolder(place)),
-      m_lock(lockOf(place)) {
-    m_lock.setStaleLockTime(0);  // held for as long as its process lives
-    if (!m_lock.tryLock()) {
-        if (m_lock.error() == QLockFile::LockFailedError)
-            throw Refusal(u"Bu klasörde şu anda başka bir yedekleme çalışıyor: "_s + place);
-        throw Failure(systemWords(place, EACCES));
-    }
+      m_lock(place) {
     clear();
     makeOwnFolder(m_folder.path());
 }

@@ -1,10 +1,25 @@
 #pragma once
 
 #include <QDir>
-#include <QLockFile>
 #include <QString>
 
 namespace kovanix::yedek {
+
+/// Has one run at a time work in a folder. The system itself holds the lock and lets go of it when the run's
+/// process ends in whatever way: nothing that a file says could keep later runs out.
+class FolderLock {
+public:
+    /// @param place  of the folder; made where it is missing. @throws Refusal where another run has it;
+    /// Failure
+    explicit FolderLock(const QString& place);
+    ~FolderLock();
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+private:
+    QByteArray m_path;
+    int m_handle = -1;
+};
 
 /// A folder for what isn't whole yet, inside the one where it is to lie: entered by its owner only, gone with
 /// this. What a run that died has left there is cleared away. One run at a time has it.
@@ -32,7 +47,7 @@ private:
 
     QDir m_folder;
     QDir m_memory;  ///< the same in memory; made when it is wanted
-    QLockFile m_lock;
+    FolderLock m_lock;
 };
 
 /// Makes a folder that only its owner enters, and those above it. @throws Failure

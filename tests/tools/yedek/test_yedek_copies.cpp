@@ -323,11 +323,14 @@ private Q_SLOTS:
         open();
         QDir place(m_place->path());
         QVERIFY(place.mkpath(u".kovanix-yedek-gecici/parcalar"_s));
+        // It was about to write down whose lock it is.
+        writeBytes(place.filePath(u".kovanix-yedek.kilit"_s), {});
         writeBytes(place.filePath(u".kovanix-yedek-gecici/kopya"_s), "x");
         writeBytes(place.filePath(u".kovanix-yedek-gecici/parcalar/kovanix.data"_s), "x");
         take();
         QVERIFY(!QFileInfo::exists(place.filePath(u".kovanix-yedek-gecici"_s)));
         QCOMPARE(copiesIn(m_place->path()).size(), 1);
+        QCOMPARE(filesOf(m_place->path()).size(), 1);
     }
 
     void whatIsOnlyInBetweenLiesInMemory() {
