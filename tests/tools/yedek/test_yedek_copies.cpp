@@ -503,6 +503,27 @@ private Q_SLOTS:
         QCOMPARE(check(next.path), QString());
     }
 
+    void aStickThatIsFullOrGoes() {
+        open();
+        const Copy copy = take();
+        const auto before = filesOf(m_place->path());
+        SmallDisk small("size=1m");
+        if (!small.isThere())
+            QSKIP("only the administrator may make a disk");
+        QVERIFY(wordsOf([&] {
+                    repeatCopy(copy, small.path(), m_storage, WorkProgress());
+                }).contains(u"yer kalmadı"_s));
+        QVERIFY(filesOf(small.path()).isEmpty());
+        SmallDisk pulled("size=200m");
+        const QString words = wordsOf([&] {
+            repeatCopy(copy, pulled.path(), m_storage,
+                       WorkProgress([&](const QString&, qint64, qint64) { pulled.pullOut(); }));
+        });
+        QVERIFY2(words.contains(u"çıkarılmış"_s), qPrintable(words));
+        QVERIFY(filesOf(pulled.path()).isEmpty());
+        QCOMPARE(filesOf(m_place->path()), before);
+    }
+
     void theFolderIsTheShopsChoice() {
         open();
         const Shop shop = Shop::current();

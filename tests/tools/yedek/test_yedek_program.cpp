@@ -1,8 +1,5 @@
 // The built program, as a shopkeeper and a timer start it.
 
-#include <sys/mount.h>
-#include <unistd.h>
-
 #include <QTemporaryDir>
 #include <QThread>
 #include <random>
@@ -29,28 +26,6 @@ struct UsageRow {
 namespace {
 
 const QString program = QStringLiteral(BACKUP_PROGRAM);
-
-/// A small disk of its own for a test, where this user may have one.
-class SmallDisk {
-public:
-    explicit SmallDisk(const char* options) {
-        m_mounted = ::geteuid() == 0 &&
-                    ::mount("tmpfs", m_folder.path().toUtf8().constData(), "tmpfs", 0, options) == 0;
-    }
-    ~SmallDisk() {
-        if (m_mounted)
-            ::umount2(m_folder.path().toUtf8().constData(), MNT_DETACH);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-    bool isThere() const { return m_mounted; }
-    QString path() const { return m_folder.path(); }
-
-private:
-    QTemporaryDir m_folder;
-    bool m_mounted = false;
-};
 
 }  // namespace
 

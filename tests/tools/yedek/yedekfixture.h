@@ -1,10 +1,15 @@
 #pragma once
 
+#include <sys/mount.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
 #include <QMap>
+#include <QTemporaryDir>
 #include <QtTest>
 #include <functional>
+#include <utility>
 
 #include "data/baglanmamodulu.h"
 #include "shopfixture.h"
@@ -62,6 +67,30 @@ private:
     int m_step;
     bool m_struck = false;
     QStringList m_steps;
+};
+
+/// A small disk of its own for a test, where this user may have one.
+class SmallDisk {
+public:
+    explicit SmallDisk(const char* options) {
+        m_mounted = ::geteuid() == 0 &&
+                    ::mount("tmpfs", m_folder.path().toUtf8().constData(), "tmpfs", 0, options) == 0;
+    }
+    ~SmallDisk() { pullOut(); }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+    bool isThere() const { return m_mounted; }
+    QString path() const { return m_folder.path(); }
+    /// As a stick goes: an empty folder is left in its place.
+    void pullOut() {
+        if (std::exchange(m_mounted, false))
+            ::umount2(m_folder.path().toUtf8().constData(), MNT_DETACH);
+    }
+
+private:
+    QTemporaryDir m_folder;
+    bool m_mounted = false;
 };
 
 inline QByteArray bytesOf(const QString& path) {
