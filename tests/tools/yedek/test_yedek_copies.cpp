@@ -43,22 +43,10 @@ qsizetype place(qsizetype size, std::mt19937& random) {
 
 }  // namespace
 
-class YedekCopiesTest : public QObject {
+class YedekCopiesTest : public QObject, BackupCase {
     Q_OBJECT
 
-    std::optional<ShopFixture> m_shop;
-    std::optional<QTemporaryDir> m_place;
-    Storage m_storage;
-
-    Copy take(Storage& storage) {
-        return takeCopy(Shop::current(), m_place->path(), storage, WorkProgress());
-    }
-    Copy take() { return take(m_storage); }
     void open(const QString& password = {}) { m_shop->openShop(password, stock); }
-    QString check(const QString& packed) {
-        QTemporaryDir work;
-        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
-    }
 
     /// Runs statements on a file by the bare engine. @return the last one's first value
     static QString run(const QString& file, const QStringList& statements) {
@@ -70,14 +58,8 @@ class YedekCopiesTest : public QObject {
     }
 
 private Q_SLOTS:
-    void init() {
-        m_shop.emplace();
-        m_place.emplace();
-    }
-    void cleanup() {
-        m_place.reset();
-        m_shop.reset();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void aCopyOfARunningShopCounts_data() {
         addRows<PasswordRow>({{"plain", {{}}}, {"password", {quickPassword}}});

@@ -29,11 +29,9 @@ const QString program = QStringLiteral(BACKUP_PROGRAM);
 
 }  // namespace
 
-class YedekProgramTest : public QObject {
+class YedekProgramTest : public QObject, BackupCase {
     Q_OBJECT
 
-    std::optional<ShopFixture> m_shop;
-    std::optional<QTemporaryDir> m_place;
     QProcessEnvironment m_environment = tillEnvironment();
 
     Outcome run(const QStringList& arguments) {
@@ -43,8 +41,7 @@ class YedekProgramTest : public QObject {
     Outcome take() { return take(m_place->path()); }
     QList<Copy> copies() { return copiesIn(m_place->path()); }
     void makeShop(int stock) {
-        for (const QString& name : QDir(m_shop->folder()).entryList(QDir::Files | QDir::Hidden))
-            QFile::remove(m_shop->file(name));
+        putBack(m_shop->folder(), {});
         m_shop->openShop();
         baglanti().execute(
             u"INSERT INTO urunler (barkod, stok, urun) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) SELECT i, %1, 'Ürün ' || i FROM n"_s
@@ -62,10 +59,6 @@ class YedekProgramTest : public QObject {
             .forEach([&](const RowWalk::Row& row) { found = QString::number(row.number(0).value_or(-1)); });
         return found + u'|' + ayar(u"tema"_s);
     }
-    QString check(const QString& packed) {
-        const QTemporaryDir work;
-        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
-    }
     /// Puts a program of that name ahead of all others on the path.
     void shadow(const QString& name, const QByteArray& script) {
         const QString path = m_shop->file(name);
@@ -79,14 +72,10 @@ private Q_SLOTS:
     void initTestCase() { isolateFromOtherTills(); }
     void init() {
         m_environment = tillEnvironment();
-        m_shop.emplace();
-        m_place.emplace();
+        begin();
         makeShop(7);
     }
-    void cleanup() {
-        m_place.reset();
-        m_shop.reset();
-    }
+    void cleanup() { end(); }
 
     void fromCopyToRestore() {
         const Outcome taken = take();

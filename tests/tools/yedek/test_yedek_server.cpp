@@ -33,26 +33,14 @@ QString shopNow() {
 
 }  // namespace
 
-class YedekServerTest : public QObject {
+class YedekServerTest : public QObject, BackupCase {
     Q_OBJECT
 
-    std::optional<ShopFixture> m_shop;
-    std::optional<QTemporaryDir> m_place;
-    Storage m_storage;
-
-    Copy take(const WorkProgress& progress = WorkProgress()) {
-        return takeCopy(Shop::current(), m_place->path(), m_storage, progress);
-    }
     QString failure() {
         return wordsOf([this] { take(); });
     }
     /// What stands on the server, whatever the shop's settings lead to.
     QMap<QString, QList<QVariantList>> onServer() const { return m_shop->tables(); }
-    void changePointer(const QByteArray& what, const QByteArray& instead) {
-        QByteArray pointer = bytesOf(m_shop->databaseFile());
-        QVERIFY(pointer.contains(what));
-        writeBytes(m_shop->databaseFile(), pointer.replace(what, instead));
-    }
 
 private Q_SLOTS:
     void initTestCase() {
@@ -61,8 +49,7 @@ private Q_SLOTS:
         isolateFromOtherTills();
     }
     void init() {
-        m_shop.emplace();
-        m_place.emplace();
+        begin();
         m_shop->openShop();
         for (int i = 0; i < products; i += 1000)
             baglanti().execute(
@@ -71,10 +58,7 @@ private Q_SLOTS:
                     .arg(i + 999));
         baglantikapat();
     }
-    void cleanup() {
-        m_place.reset();
-        m_shop.reset();
-    }
+    void cleanup() { end(); }
 
     void itsCopyIsAFileUnderItsPassword() {
         const auto before = onServer();
@@ -122,17 +106,14 @@ private Q_SLOTS:
         QVERIFY(baglantihazir());
         baglanti().execute(u"UPDATE urunler SET stok = 99"_s);
         baglantikapat();
-        const auto before = filesOf(m_shop->folder());
+        const auto before = shopFiles();
         CutStorage all(End::never, 0);
         restoreCopy(Shop::current(), copy.path, all, WorkProgress());
         int olds = 0;
         int news = 0;
         for (const End end : {End::cutBefore, End::cutBehind, End::fails}) {
             for (int step = 1; step <= all.steps().size(); ++step) {
-                for (const QString& name : filesOf(m_shop->folder()).keys())
-                    QFile::remove(m_shop->file(name));
-                for (const auto& [name, bytes] : before.asKeyValueRange())
-                    writeBytes(m_shop->file(name), bytes);
+                putBack(m_shop->folder(), before);
                 CutStorage storage(end, step);
                 try {
                     restoreCopy(Shop::current(), copy.path, storage, WorkProgress());

@@ -9,12 +9,15 @@
 #include <QTemporaryDir>
 #include <QtTest>
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "data/baglanmamodulu.h"
 #include "shopfixture.h"
 #include "yedek/failure.h"
+#include "yedek/restore.h"
 #include "yedek/storage.h"
+#include "yedek/takecopy.h"
 
 namespace kovanix::yedek {
 
@@ -115,6 +118,14 @@ inline QMap<QString, QByteArray> filesOf(const QString& folder) {
     return files;
 }
 
+/// Leaves a folder with these files and no others.
+inline void putBack(const QString& folder, const QMap<QString, QByteArray>& files) {
+    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
+        QFile::remove(QDir(folder).filePath(name));
+    for (const auto& [name, bytes] : files.asKeyValueRange())
+        writeBytes(QDir(folder).filePath(name), bytes);
+}
+
 /// A key that a file takes in place of a password: working one out of a password takes long.
 inline const QString quickPassword =
     QStringLiteral("x'2dd29ca851e7b56e4697b0e1f08507293d761a05ce4d1b628663f411a8086d99'");
@@ -128,5 +139,32 @@ inline QString wordsOf(const std::function<void()>& step) {
     }
     return {};
 }
+
+/// What a case has of its own: a shop, and a folder for its copies.
+class BackupCase {
+protected:
+    std::optional<ShopFixture> m_shop;
+    std::optional<QTemporaryDir> m_place;
+    Storage m_storage;
+
+    void begin() {
+        m_shop.emplace();
+        m_place.emplace();
+    }
+    void end() {
+        m_place.reset();
+        m_shop.reset();
+    }
+    Copy take(Storage& storage) {
+        return takeCopy(Shop::current(), m_place->path(), storage, WorkProgress());
+    }
+    Copy take() { return take(m_storage); }
+    /// What is found wrong with a copy; empty where it is sound.
+    static QString check(const QString& packed) {
+        const QTemporaryDir work;
+        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
+    }
+    QMap<QString, QByteArray> shopFiles() const { return filesOf(m_shop->folder()); }
+};
 
 }  // namespace kovanix::yedek
