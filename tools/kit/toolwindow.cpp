@@ -69,8 +69,7 @@ ToolWindow::ToolWindow(const QString& title, const QString& icon, QSize designSi
     m_buttons = layoutIn<QHBoxLayout>(whole);
     m_buttons->addStretch(1);
     m_leave = nullptr;
-    m_leave =
-        &addButton(u"kapat"_s, u"Kapat"_s, u":/icons/x.svg"_s, FaceRole::slate, [this] { leave(); });
+    m_leave = &addButton(u"kapat"_s, u"Kapat"_s, u":/icons/x.svg"_s, FaceRole::slate, [this] { leave(); });
 
     connect(&m_work, &BackgroundWork::progressed, this, &ToolWindow::showProgress);
     connect(&m_work, &BackgroundWork::finished, this, [this] {
