@@ -386,6 +386,14 @@ private Q_SLOTS:
         }
     }
 
+    void anOldCopyGoesBehindTheNewOnesName() {
+        open();
+        take();
+        CutStorage all(CutStorage::End::never, 0);
+        take(all);
+        QCOMPARE(all.steps(), (QStringList{u"sync kopya"_s, u"name"_s, u"folder"_s, u"name"_s, u"folder"_s}));
+    }
+
     /// The machine has been told another time zone since.
     void aCopyOfAnotherTimeZone() {
         open();
@@ -483,6 +491,25 @@ private Q_SLOTS:
             QCOMPARE(filesOf(stick.path()), before);
         }
         QCOMPARE(check(next.path), QString());
+    }
+
+    void whatADiskHasSpoiltDoesntCount() {
+        struct SpoilingStorage : Storage {
+            void sync(const QString& file) override {
+                QByteArray bytes = bytesOf(file);
+                bytes[bytes.size() / 2] ^= 1;
+                writeBytes(file, bytes);
+            }
+        } spoiling;
+        open();
+        const Copy copy = take();
+        const auto before = filesOf(m_place->path());
+        QVERIFY(wordsOf([&] { take(spoiling); }).contains(u"bozuk"_s));
+        QCOMPARE(filesOf(m_place->path()), before);
+        const QTemporaryDir stick;
+        const QString words = wordsOf([&] { repeatCopy(copy, stick.path(), spoiling, WorkProgress()); });
+        QVERIFY(words.contains(u"bozuk"_s));
+        QVERIFY(filesOf(stick.path()).isEmpty());
     }
 
     void aStickThatIsFullOrGoes() {
