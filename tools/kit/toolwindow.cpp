@@ -44,8 +44,10 @@ QVBoxLayout* fill(QWidget& outer, QWidget& inner) {
 }  // namespace
 
 ToolWindow::ToolWindow(const QString& title, const QString& icon, QSize designSize)
-    : m_resize(new ActiveResize(this)), m_frame(new vkFrame(m_resize)) {
+    : m_resize(new ActiveResize(this)), m_frame(new vkFrame) {
     setWindowTitle(title);
+    // Ahead of the frame's coming: what is in there is met with the font that it has, and this one gets its
+    // own later.
     m_resize->setDesignSize(designSize);
     fill(*this, *m_resize);
     fill(*m_resize, *m_frame);
@@ -67,8 +69,7 @@ ToolWindow::ToolWindow(const QString& title, const QString& icon, QSize designSi
     m_buttons = layoutIn<QHBoxLayout>(whole);
     m_buttons->addStretch(1);
     m_leave = nullptr;
-    m_leave =
-        &addButton(u"kapat"_s, u"Kapat"_s, u":/icons/close.svg"_s, FaceRole::slate, [this] { leave(); });
+    m_leave = &addButton(u"kapat"_s, u"Kapat"_s, u":/icons/x.svg"_s, FaceRole::slate, [this] { leave(); });
 
     connect(&m_work, &BackgroundWork::progressed, this, &ToolWindow::showProgress);
     connect(&m_work, &BackgroundWork::finished, this, [this] {

@@ -90,15 +90,19 @@ int CommandLine::runTake() const {
 int CommandLine::runRestore() const {
     const Shop shop = Shop::current();
     if (optionNames().count(u"evet"_s) < 2) {
-        tellError(
-            u"Dükkânın bugünkü verileri bu yedektekilerle değiştirilecek: %1\nEskisi yanında saklanır. Emin iseniz --evet seçeneğini iki kez yazın."_s
-                .arg(shop.data));
+        const QString what =
+            shop.isOnServer()
+                ? u"Bu bilgisayardaki kasa sunucudan ayrılacak (%1) ve yedekteki dükkânı bir dosyadan kullanacak.\nSunucudaki veriler değişmez, öteki kasalar sunucuda kalır."_s
+                : u"Dükkânın bugünkü verileri bu yedektekilerle değiştirilecek: %1\nEskisi yanında saklanır."_s;
+        tellError(what.arg(shop.data) + u" Emin iseniz --evet seçeneğini iki kez yazın."_s);
         return ToolExit::refused;
     }
     Storage storage;
     const Restored restored = restoreCopy(shop, value(restore), storage, WorkProgress(tellProgress));
     tellLine(u"Dükkân %1 tarihli yedeğe döndü: %2"_s.arg(
         restored.manifest.moment.toString(u"dd.MM.yyyy HH:mm"_s), restored.data));
+    if (restored.leftServer)
+        tellLine(u"Sunucudaki veriler olduğu gibi duruyor: "_s + shop.data);
     if (!restored.keptData.isEmpty())
         tellLine(u"Önceki veriler: "_s + restored.keptData);
     if (!restored.keptConfig.isEmpty())

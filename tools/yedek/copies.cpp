@@ -30,12 +30,11 @@ QList<Copy> copiesIn(const QString& folder) {
     const QFileInfoList files =
         QDir(folder).entryInfoList({u"kovanix-*.yedek"_s}, QDir::Files | QDir::NoSymLinks);
     for (const QFileInfo& file : files) {
-        const QDateTime moment = momentOfName(file.fileName());
-        if (!moment.isValid())
+        if (!momentOfName(file.fileName()).isValid())
             continue;
         attempt([&] {
             Copy copy{file.absoluteFilePath(), file.size(), readManifest(file.absoluteFilePath())};
-            if (copy.manifest.moment == moment)
+            if (copyName(copy.manifest.moment) == file.fileName())
                 copies.append(std::move(copy));
         });
     }

@@ -21,7 +21,7 @@ QString copyName(const QDateTime& moment);
 QDateTime momentOfName(const QString& name);
 
 /// The copies of a folder, newest first: files that are named like one and whose manifest is of the same
-/// moment. Everything else is left out.
+/// moment, in whatever time zone this machine stood then. Everything else is left out.
 QList<Copy> copiesIn(const QString& folder);
 
 }  // namespace kovanix::yedek

@@ -95,7 +95,7 @@ Manifest Manifest::fromJson(const QByteArray& json) {
     if (number > format)
         throw Refusal(u"Bu yedek programın daha yeni bir sürümüyle alınmış: önce programı güncelleyin"_s);
     Manifest manifest;
-    manifest.moment = QDateTime::fromString(textOf(whole[u"moment"_s]), Qt::ISODate).toLocalTime();
+    manifest.moment = QDateTime::fromString(textOf(whole[u"moment"_s]), Qt::ISODate);
     manifest.version = textOf(whole[u"version"_s]);
     manifest.shop = textOf(whole[u"shop"_s]);
     manifest.hasPassword = whole[u"password"_s].toBool();

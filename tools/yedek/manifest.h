@@ -38,7 +38,7 @@ struct Manifest {
     /// Longer ones aren't read, in bytes.
     static constexpr qint64 longest = 1 << 20;
 
-    QDateTime moment;  ///< at which it was taken, to the second
+    QDateTime moment;  ///< at which it was taken, to the second, by the clock on that day's wall
     QString version;   ///< of the till
     QString shop;      ///< tells the copies of one shop from another's
     bool hasPassword = false;

@@ -30,8 +30,8 @@ QString folderOf(const QString& path) {
 }
 
 void checkName(const QString& packed, const Manifest& manifest) {
-    const QDateTime told = momentOfName(QFileInfo(packed).fileName());
-    if (told.isValid() && told != manifest.moment)
+    const QString name = QFileInfo(packed).fileName();
+    if (momentOfName(name).isValid() && name != copyName(manifest.moment))
         throw Refusal(u"Dosyanın adı ile içindeki yedeğin tarihi tutmuyor (içindeki: %1)"_s.arg(
             manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s)));
 }
@@ -218,11 +218,11 @@ private:
 
 }  // namespace
 
-Restored restoreCopy(const Shop& shop, const QString& packed, Storage& storage,
+Restored restoreCopy(const Shop& present, const QString& packed, Storage& storage,
                      const WorkProgress& progress) {
-    if (shop.isOnServer())
-        throw Refusal(
-            u"Dükkânın verileri bir veritabanı sunucusunda; bu sürüm yedeği oraya geri koyamıyor. Önce dükkânı dosyaya alın."_s);
+    Shop shop = present;
+    if (present.isOnServer())
+        shop.data = QDir(present.folder).filePath(dataName);
     // Held as long as this works: a till that is started meanwhile finds it taken, and ends.
     const SingleInstance till(tekornekadi());
     if (!till.isFirst())
@@ -237,6 +237,7 @@ Restored restoreCopy(const Shop& shop, const QString& packed, Storage& storage,
     progress.tell(u"Dükkân değiştiriliyor"_s, 0, 0);
     Restored restored = Exchange(shop, parts, storage).run();
     restored.manifest = manifest;
+    restored.leftServer = present.isOnServer();
     return restored;
 }
 

@@ -12,9 +12,10 @@ namespace kovanix::yedek {
 /// What a restore has left.
 struct Restored {
     Manifest manifest;
-    QString data;        ///< the shop's file now
-    QString keptData;    ///< the one of before; empty where there was none
-    QString keptConfig;  ///< the configuration of before; empty where there was none
+    QString data;             ///< the shop's file now
+    QString keptData;         ///< the one of before; empty where there was none
+    QString keptConfig;       ///< the configuration of before; empty where there was none
+    bool leftServer = false;  ///< the shop's data lay on a server, which holds them still
 };
 
 /// Puts a copy in the shop's place. The copy is proved first; no till of this machine may run or start
@@ -23,6 +24,9 @@ struct Restored {
 ///
 /// A configuration names the shop's file, so that renaming one in is the moment at which the new shop is
 /// there.
+///
+/// A shop on a database server becomes one in a file of the application folder: this machine's tills use the
+/// file from then on. The server, what it holds, and the tills of other machines stay as they are.
 /// @throws Refusal where a copy, a till or the folder stands against it; RuntimeError,
 /// WorkProgress::Cancelled
 Restored restoreCopy(const Shop& shop, const QString& packed, Storage& storage, const WorkProgress& progress);

@@ -8,8 +8,7 @@
 #include "data/baglanmamodulu.h"
 #include "database/filereader.h"
 #include "desktop/folders.h"
-#include "yedek/failure.h"
-#include "yedek/packedcopy.h"
+#include "yedek/servershop.h"
 
 namespace kovanix::yedek {
 
@@ -38,11 +37,10 @@ bool Shop::isOnServer() const {
 
 void copyShopData(const Shop& shop, const QString& target,
                   const std::function<void(qint64 done, qint64 total)>& progress) {
-    // The one place where a server's shop would become a file.
     if (shop.isOnServer())
-        throw Refusal(
-            u"Dükkânın verileri bir veritabanı sunucusunda; bu sürüm onların yedeğini alamıyor. Sunucunun kendi yedeğini alın (pg_dump)."_s);
-    FileReader(shop.data, shop.password).copyTo(target, progress);
+        copyServerShop(shop.data, target, shop.password, progress);
+    else
+        FileReader(shop.data, shop.password).copyTo(target, progress);
 }
 
 }  // namespace kovanix::yedek

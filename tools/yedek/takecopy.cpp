@@ -26,10 +26,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The next second of which the folder has no copy yet: a name tells seconds.
+/// The moment of the next copy. A name tells seconds: of several copies of one second each is told as a
+/// second behind the one before, and never as one ahead of it that has become free since. The newest data
+/// would count as the older ones then, and a copy from ahead of now stay beside them. Only one that is
+/// further ahead than that comes of a wrong clock.
 QDateTime freeMoment(const QString& folder) {
-    QDateTime moment = Clock::now();
-    moment = moment.addMSecs(-moment.time().msec());
+    constexpr int furthest = 60;  // seconds
+    const QDateTime now = Clock::now();
+    QDateTime moment = now.addMSecs(-now.time().msec());
+    const QStringList names = QDir(folder).entryList({u"kovanix-*.yedek"_s}, QDir::Files | QDir::Hidden);
+    for (const QString& name : names) {
+        const QDateTime taken = momentOfName(name);
+        if (taken.isValid() && taken >= moment && taken <= now.addSecs(furthest))
+            moment = taken.addSecs(1);
+    }
     while (QFileInfo::exists(QDir(folder).filePath(copyName(moment))))
         moment = moment.addSecs(1);
     return moment;
@@ -88,6 +98,11 @@ void removeSurplus(const QString& folder, const Manifest& newest, Storage& stora
     attempt([&] { storage.syncFolder(folder); });
 }
 
+/// With what lies in its log.
+qint64 sizeOf(const QString& data) {
+    return QFileInfo(data).size() + QFileInfo(data + u"-wal").size();
+}
+
 /// What is read of the file from now on comes from the disk, as far as the system does as it is asked.
 void dropFromMemory(const QString& path) {
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
@@ -103,19 +118,23 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
     if (!shop.isOnServer() && !QFileInfo(shop.data).isFile())
         throw Failure(u"Dükkânın veritabanı bulunamadı: "_s + shop.data);
     const WorkFolder work(folder);
-    // Behind one another: the copy, the packed one, the unpacked one.
-    requireRoom(folder, 2 * QFileInfo(shop.data).size());
+    // Behind one another: the copy, the packed one, the unpacked one. How large a server's is shows later.
+    requireRoom(folder, 2 * sizeOf(shop.data));
     const QDateTime moment = freeMoment(folder);
     const QString packed = work.file(u"kopya"_s);
+    qint64 size = 0;
     {
-        const QString parts = work.makeFolder(u"parcalar"_s);
+        const QString parts =
+            work.makeFleetingFolder(u"parcalar"_s, shop.isOnServer() ? 0 : sizeOf(shop.data));
         const Manifest manifest = collect(shop, parts, moment, progress);
+        size = manifest.parts.first().size;
+        requireRoom(folder, size);
         pack(parts, manifest, packed, progress);
         QDir(parts).removeRecursively();
     }
     storage.sync(packed);
     dropFromMemory(packed);
-    const QString opened = work.makeFolder(u"denetim"_s);
+    const QString opened = work.makeFleetingFolder(u"denetim"_s, size);
     const Copy copy{QDir(folder).absoluteFilePath(copyName(moment)), QFileInfo(packed).size(),
                     unpackAndCheck(packed, opened, progress)};
     storage.rename(packed, copy.path);

@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QFileDialog>
 #include <QLabel>
-#include <QListWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <functional>
@@ -16,6 +15,7 @@
 #include "runtime/clock.h"
 #include "widgets/drawnbutton.h"
 #include "yedek/backup.h"
+#include "yedek/copylist.h"
 #include "yedek/lastcopycard.h"
 #include "yedek/places.h"
 #include "yedek/restore.h"
@@ -31,8 +31,6 @@ namespace {
 
 constexpr QSize designSize{920, 640};
 constexpr int cardHeight = 132;
-constexpr int rowHeight = 44;
-constexpr int leastRowHeight = 40;
 
 const QString title = u"Yedek"_s;
 
@@ -49,7 +47,7 @@ Window::Window(const QString& folder)
       m_folder(folder),
       m_last(new LastCopyCard),
       m_places(new QLabel),
-      m_list(new QListWidget) {
+      m_list(new CopyList) {
     m_last->setFixedHeight(cardHeight);
     content().addWidget(m_last);
     m_places->setObjectName(u"yerler"_s);
@@ -58,15 +56,6 @@ Window::Window(const QString& folder)
     m_places->setTextFormat(Qt::PlainText);
     content().addWidget(m_places);
     m_list->setObjectName(u"yedekler"_s);
-    m_list->setAccessibleName(u"Yedekler"_s);
-    m_list->setProperty("textRole", u"body"_s);
-    m_list->setUniformItemSizes(true);
-    QPalette colors = m_list->palette();
-    colors.setColor(QPalette::Text, roleColor(ColorRole::ink));
-    colors.setColor(QPalette::Highlight, roleColor(ColorRole::selection));
-    colors.setColor(QPalette::HighlightedText, roleColor(ColorRole::ink));
-    m_list->setPalette(colors);
-    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     content().addWidget(m_list, 1);
 
     addButton(u"yedekal"_s, u"Yedek al"_s, u":/icons/save.svg"_s, FaceRole::store, [this] { takeNow(); });
@@ -99,15 +88,13 @@ void Window::refresh() {
     std::ranges::stable_sort(m_copies, std::greater(),
                              [](const Listed& listed) { return listed.copy.manifest.moment; });
     const QDateTime now = Clock::now();
-    const int rows = std::max(leastRowHeight, qRound(rowHeight * screenScale()));
     m_list->clear();
+    m_list->setScale(screenScale());
     for (const Listed& listed : std::as_const(m_copies)) {
-        auto* const item = new QListWidgetItem(
-            u"  %1    %2    %3%4"_s.arg(
-                momentWords(listed.copy.manifest.moment, now), sizeWords(listed.copy.bytes), listed.place,
-                listed.copy.manifest.shop == m_shop.id ? QString() : u"    (başka bir dükkânın)"_s),
-            m_list);
-        item->setSizeHint({0, rows});
+        const bool own = listed.copy.manifest.shop == m_shop.id;
+        m_list->addCopy(momentWords(listed.copy.manifest.moment, now),
+                        own ? listed.place : listed.place + u" (başka bir dükkânın)",
+                        sizeWords(listed.copy.bytes));
     }
     setNote(u"%1 yedek"_s.arg(m_copies.size()));
     tellLastCopy();
@@ -131,7 +118,7 @@ void Window::tellLastCopy() {
 
 void Window::tellPlaces() {
     QStringList lines{u"Klasör: "_s + QDir::toNativeSeparators(folder())};
-    if (onOneDisk(folder(), m_shop.data))
+    if (!m_shop.isOnServer() && onOneDisk(folder(), m_shop.data))
         lines.last() += u"  (dükkânla aynı diskte: bir USB bellek de kullanın)"_s;
     const QList<Stick> all = sticks();
     QStringList names;
@@ -180,12 +167,14 @@ void Window::restoreChosen() {
     }
     const Copy copy = m_copies[row].copy;
     const QString moment = copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm"_s);
+    const QString sure =
+        m_shop.isOnServer()
+            ? u"Emin misiniz? Dükkân bir veritabanı sunucusunda. Bu bilgisayardaki kasa sunucudan ayrılır ve %1 yedeğini bu bilgisayardaki bir dosyadan kullanır. Sunucudaki veriler değişmez, öteki kasalar sunucuda kalır: onlarla satmayın, yoksa dükkân ikiye ayrılır."_s
+            : u"Emin misiniz? Bugünkü dükkân silinmez, aynı klasörde “oncesi” adıyla saklanır; kasada ise %1 yedeği açılır."_s;
     if (!isYes(
             u"Dükkân %1 tarihindeki hâline dönecek: ürünler, stoklar, satışlar, kullanıcılar ve ayarlar. Bu tarihten sonraki satışlar kasada görünmez.\n\nDönülsün mü?"_s
                 .arg(moment)) ||
-        !isYes(
-            u"Emin misiniz? Bugünkü dükkân silinmez, aynı klasörde “oncesi” adıyla saklanır; kasada ise %1 yedeği açılır."_s
-                .arg(moment)))
+        !isYes(sure.arg(moment)))
         return;
     const auto restored = std::make_shared<Restored>();
     work(
@@ -195,8 +184,10 @@ void Window::restoreChosen() {
         },
         [this, restored, moment] {
             refresh();
-            messageBox(u"Dükkân %1 yedeğine döndü.\n\nÖnceki dükkân: %2"_s.arg(
-                           moment, restored->keptData.isEmpty() ? u"yoktu"_s : restored->keptData),
+            const QString before = restored->leftServer           ? u"sunucuda, olduğu gibi duruyor"_s
+                                   : restored->keptData.isEmpty() ? u"yoktu"_s
+                                                                  : restored->keptData;
+            messageBox(u"Dükkân %1 yedeğine döndü.\n\nÖnceki dükkân: %2"_s.arg(moment, before),
                        MessageBoxStyle::information, title);
         });
 }

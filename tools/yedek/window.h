@@ -8,10 +8,10 @@
 #include "yedek/shop.h"
 
 class QLabel;
-class QListWidget;
 
 namespace kovanix::yedek {
 
+class CopyList;
 class LastCopyCard;
 
 /// The shop's copies: when the last one was taken, where they lie, to take one and to go back to one.
@@ -49,7 +49,7 @@ private:
     bool m_scheduled = false;
     LastCopyCard* m_last;
     QLabel* m_places;
-    QListWidget* m_list;
+    CopyList* m_list;
     DrawnButton* m_schedule;
 };
 

@@ -1,7 +1,14 @@
 #include "yedek/workfolder.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 #include <cerrno>
 
 #include "yedek/failure.h"
@@ -15,9 +22,35 @@ namespace {
 
 constexpr QFile::Permissions ownOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
-QString lockOf(const QString& place) {
-    makeOwnFolder(place);
-    return QDir(place).filePath(u".kovanix-yedek.kilit"_s);
+/// Each user's and each place's own, so that the next run finds what one that died has left.
+QString memoryFolder(const QString& place) {
+    constexpr int digits = 16;
+    const QByteArray sum =
+        QCryptographicHash::hash(QFileInfo(place).canonicalFilePath().toUtf8(), QCryptographicHash::Sha256);
+    return u"/dev/shm/kovanix-yedek-%1-%2"_s.arg(::getuid())
+        .arg(QString::fromLatin1(sum.toHex().first(digits)));
+}
+
+/// Everybody may make folders beside it: one of another user's is left alone.
+bool isOwnFolder(const QString& folder) {
+    struct stat found {};
+    constexpr mode_t others = 077;
+    return ::lstat(QFile::encodeName(folder).constData(), &found) == 0 && S_ISDIR(found.st_mode) &&
+           found.st_uid == ::getuid() && (found.st_mode & others) == 0;
+}
+
+/// How much memory programs could still have, in bytes.
+qint64 freeMemory() {
+    QFile file(u"/proc/meminfo"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    constexpr qint64 kilobyte = 1024;
+    const QByteArray name = "MemAvailable:";
+    for (QByteArray line = file.readLine(); !line.isEmpty(); line = file.readLine()) {
+        if (line.startsWith(name))
+            return line.sliced(name.size()).trimmed().split(' ').first().toLongLong() * kilobyte;
+    }
+    return 0;
 }
 
 }  // namespace
@@ -30,24 +63,73 @@ void makeOwnFolder(const QString& folder) {
         throw Failure(u"Klasör açılamıyor: "_s + folder);
 }
 
-WorkFolder::WorkFolder(const QString& place)
-    : m_folder(QDir(place).absoluteFilePath(u".kovanix-yedek-gecici"_s)), m_lock(lockOf(place)) {
-    m_lock.setStaleLockTime(0);  // held for as long as its process lives
-    if (!m_lock.tryLock()) {
-        if (m_lock.error() == QLockFile::LockFailedError)
-            throw Refusal(u"Bu klasörde şu anda başka bir yedekleme çalışıyor: "_s + place);
-        throw Failure(systemWords(place, EACCES));
+FolderLock::FolderLock(const QString& place) {
+    makeOwnFolder(place);
+    const QString path = QDir(place).filePath(u".kovanix-yedek.kilit"_s);
+    m_path = QFile::encodeName(path);
+    while (true) {
+        constexpr mode_t own = 0600;
+        m_handle = ::open(m_path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, own);
+        if (m_handle < 0)
+            throw Failure(systemWords(path, errno));
+        if (::flock(m_handle, LOCK_EX | LOCK_NB) != 0) {
+            const int error = errno;
+            ::close(m_handle);
+            if (error == EWOULDBLOCK)
+                throw Refusal(u"Bu klasörde şu anda başka bir yedekleme çalışıyor: "_s + place);
+            throw Failure(systemWords(path, error));
+        }
+        // Whoever had it may have removed the file in between: another run could make it anew.
+        struct stat held {};
+        struct stat named {};
+        if (::fstat(m_handle, &held) == 0 && ::stat(m_path.constData(), &named) == 0 &&
+            held.st_ino == named.st_ino && held.st_dev == named.st_dev)
+            return;
+        ::close(m_handle);
     }
-    m_folder.removeRecursively();
+}
+
+FolderLock::~FolderLock() {
+    ::unlink(m_path.constData());
+    ::close(m_handle);
+}
+
+WorkFolder::WorkFolder(const QString& place)
+    : m_folder(QDir(place).absoluteFilePath(u".kovanix-yedek-gecici"_s)),
+      m_memory(memoryFolder(place)),
+      m_lock(place) {
+    clear();
     makeOwnFolder(m_folder.path());
 }
 
 WorkFolder::~WorkFolder() {
+    clear();
+}
+
+void WorkFolder::clear() {
     m_folder.removeRecursively();
+    if (isOwnFolder(m_memory.path()))
+        m_memory.removeRecursively();
 }
 
 QString WorkFolder::makeFolder(const QString& name) const {
     const QString folder = file(name);
+    makeOwnFolder(folder);
+    return folder;
+}
+
+QString WorkFolder::makeFleetingFolder(const QString& name, qint64 bytes) const {
+    constexpr qint64 plenty = 4;  // times what it takes
+    const QString path = m_memory.path();
+    const bool fits = bytes > 0 && freeMemory() / plenty >= bytes &&
+                      QStorageInfo(QFileInfo(path).path()).bytesAvailable() / 2 >= bytes;
+    if (!fits)
+        return makeFolder(name);
+    constexpr mode_t own = 0700;
+    ::mkdir(QFile::encodeName(path).constData(), own);
+    if (!isOwnFolder(path))
+        return makeFolder(name);
+    const QString folder = m_memory.filePath(name);
     makeOwnFolder(folder);
     return folder;
 }

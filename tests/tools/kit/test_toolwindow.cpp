@@ -10,6 +10,7 @@
 #include "runtime/runtimeerror.h"
 #include "shopfixture.h"
 #include "widgets/drawnbutton.h"
+#include "widgets/drawnframe.h"
 
 namespace kovanix {
 
@@ -66,6 +67,19 @@ private Q_SLOTS:
         QVERIFY(m_start->isEnabled());
         QCOMPARE(m_done, 0);
         m_begun.acquire();
+    }
+
+    void theTitleScalesWithTheScreen() {
+        const auto titleAt = [this](int width) {
+            m_shop->setScreenWidth(width);
+            ToolWindow window(u"Araç"_s, u":/icons/save.svg"_s, QSize(720, 480));
+            window.finishLayout();
+            window.show();
+            return window.findChild<vkFrame*>()->font().pixelSize();
+        };
+        const int usual = titleAt(1024);
+        QCOMPARE(titleAt(2048), 2 * usual);
+        QVERIFY(titleAt(800) < usual);
     }
 
     void closingCancelsFirst() {

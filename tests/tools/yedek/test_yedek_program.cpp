@@ -1,11 +1,7 @@
 // The built program, as a shopkeeper and a timer start it.
 
-#include <sys/mount.h>
-#include <unistd.h>
-
 #include <QTemporaryDir>
 #include <QThread>
-#include <algorithm>
 #include <random>
 
 #include "app/ayarmodul.h"
@@ -31,35 +27,11 @@ namespace {
 
 const QString program = QStringLiteral(BACKUP_PROGRAM);
 
-/// A small disk of its own for a test, where this user may have one.
-class SmallDisk {
-public:
-    explicit SmallDisk(const char* options) {
-        m_mounted = ::geteuid() == 0 &&
-                    ::mount("tmpfs", m_folder.path().toUtf8().constData(), "tmpfs", 0, options) == 0;
-    }
-    ~SmallDisk() {
-        if (m_mounted)
-            ::umount2(m_folder.path().toUtf8().constData(), MNT_DETACH);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-    bool isThere() const { return m_mounted; }
-    QString path() const { return m_folder.path(); }
-
-private:
-    QTemporaryDir m_folder;
-    bool m_mounted = false;
-};
-
 }  // namespace
 
-class YedekProgramTest : public QObject {
+class YedekProgramTest : public QObject, BackupCase {
     Q_OBJECT
 
-    std::optional<ShopFixture> m_shop;
-    std::optional<QTemporaryDir> m_place;
     QProcessEnvironment m_environment = tillEnvironment();
 
     Outcome run(const QStringList& arguments) {
@@ -69,8 +41,7 @@ class YedekProgramTest : public QObject {
     Outcome take() { return take(m_place->path()); }
     QList<Copy> copies() { return copiesIn(m_place->path()); }
     void makeShop(int stock) {
-        for (const QString& name : QDir(m_shop->folder()).entryList(QDir::Files | QDir::Hidden))
-            QFile::remove(m_shop->file(name));
+        putBack(m_shop->folder(), {});
         m_shop->openShop();
         baglanti().execute(
             u"INSERT INTO urunler (barkod, stok, urun) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) SELECT i, %1, 'Ürün ' || i FROM n"_s
@@ -88,10 +59,6 @@ class YedekProgramTest : public QObject {
             .forEach([&](const RowWalk::Row& row) { found = QString::number(row.number(0).value_or(-1)); });
         return found + u'|' + ayar(u"tema"_s);
     }
-    QString check(const QString& packed) {
-        const QTemporaryDir work;
-        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
-    }
     /// Puts a program of that name ahead of all others on the path.
     void shadow(const QString& name, const QByteArray& script) {
         const QString path = m_shop->file(name);
@@ -105,14 +72,10 @@ private Q_SLOTS:
     void initTestCase() { isolateFromOtherTills(); }
     void init() {
         m_environment = tillEnvironment();
-        m_shop.emplace();
-        m_place.emplace();
+        begin();
         makeShop(7);
     }
-    void cleanup() {
-        m_place.reset();
-        m_shop.reset();
-    }
+    void cleanup() { end(); }
 
     void fromCopyToRestore() {
         const Outcome taken = take();
@@ -165,6 +128,23 @@ private Q_SLOTS:
         QVERIFY(QDir(none.path()).isEmpty());
     }
 
+    /// The mover of shops on a server comes with a package of its own.
+    void aServersShopWithoutItsProgram() {
+        const QString pointer = m_shop->file(u"dukkan.sunucu"_s);
+        writeBytes(pointer, "x");
+        ayarla(u"ip"_s, pointer);
+        const QTemporaryDir bare;
+        const QString alone = bare.filePath(QFileInfo(program).fileName());
+        QVERIFY(QFile::copy(program, alone));
+        m_environment.insert(u"PATH"_s, u"/nowhere"_s);
+        const Outcome refused =
+            runProgram({alone, u"--folder"_s, m_shop->folder(), u"--al"_s, u"--klasor"_s, m_place->path()},
+                       m_environment);
+        QCOMPARE(refused.status, 3);
+        QVERIFY2(refused.errors.contains(u"kovanix-sunucu"_s), qPrintable(refused.errors));
+        QVERIFY(filesOf(m_place->path()).isEmpty());
+    }
+
     void aTillThatRunsIsntRestoredUnder() {
         QCOMPARE(take().status, 0);
         makeShop(99);
@@ -201,9 +181,9 @@ private Q_SLOTS:
         QVERIFY(killed > 5);
         QCOMPARE(take().status, 0);
         QVERIFY(!QFileInfo::exists(m_place->filePath(u".kovanix-yedek-gecici"_s)));
-        const QList<Copy> left = copies();
-        QVERIFY(std::ranges::any_of(
-            left, [&good](const Copy& copy) { return copy.manifest.moment > good.manifest.moment; }));
+        // Of one day the newest is kept.
+        QCOMPARE(copies().size(), 1);
+        QVERIFY(copies().first().manifest.moment > good.manifest.moment);
     }
 
     void killedAtAnyMomentOfARestore() {

@@ -45,22 +45,11 @@ QString shopNow() {
     return found + u'|' + ayar(u"tema"_s);
 }
 
-/// The folder's files, to be put back as they are.
-void putBack(const QString& folder, const QMap<QString, QByteArray>& files) {
-    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
-        QFile::remove(QDir(folder).filePath(name));
-    for (const auto& [name, bytes] : files.asKeyValueRange())
-        writeBytes(QDir(folder).filePath(name), bytes);
-}
-
 }  // namespace
 
-class YedekRestoreTest : public QObject {
+class YedekRestoreTest : public QObject, BackupCase {
     Q_OBJECT
 
-    std::optional<ShopFixture> m_shop;
-    std::optional<QTemporaryDir> m_place;
-    Storage m_storage;
     QString m_copy;
 
     void makeShop(const QString& password, bool hasConfig, const QString& stock, const QString& theme) {
@@ -76,7 +65,7 @@ class YedekRestoreTest : public QObject {
     /// Leaves the older state in a copy and the newer one in the shop.
     void prepare(const ShopRow& row) {
         makeShop(row.copyPassword, row.copyHasConfig, u"7"_s, u"copy"_s);
-        m_copy = takeCopy(Shop::current(), m_place->path(), m_storage, WorkProgress()).path;
+        m_copy = take().path;
         makeShop(row.password, row.hasConfig, u"99"_s, u"old"_s);
         if (!row.hasShop)
             putBack(m_shop->folder(), {});
@@ -106,20 +95,14 @@ class YedekRestoreTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { isolateFromOtherTills(); }
-    void init() {
-        m_shop.emplace();
-        m_place.emplace();
-    }
-    void cleanup() {
-        m_place.reset();
-        m_shop.reset();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void theShopIsThatOfTheCopy_data() { shopRows(); }
     void theShopIsThatOfTheCopy() {
         QFETCH(const ShopRow, row);
         prepare(row);
-        const auto before = filesOf(m_shop->folder());
+        const auto before = shopFiles();
         const QString old = stateOf(row.hasShop, row.hasConfig, u"99"_s, u"old"_s);
         QCOMPARE(shopNow(), old);
         putBack(m_shop->folder(), before);
@@ -130,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(restored.data, m_shop->databaseFile());
         QCOMPARE(Shop::current().data, m_shop->databaseFile());
         // What was replaced lies beside it, and nothing else has come.
-        auto after = filesOf(m_shop->folder());
+        auto after = shopFiles();
         const QString stamp = u".oncesi-2026-05-03-070509"_s;
         QCOMPARE(after.take(u"kovanix.data"_s + stamp), before.value(u"kovanix.data"_s));
         QCOMPARE(after.take(u"Kovanix.config"_s + stamp), before.value(u"Kovanix.config"_s));
@@ -145,7 +128,7 @@ private Q_SLOTS:
         QFETCH(const ShopRow, row);
         using End = CutStorage::End;
         prepare(row);
-        const auto before = filesOf(m_shop->folder());
+        const auto before = shopFiles();
         const QString old = shopNow();
         putBack(m_shop->folder(), before);
         CutStorage all(End::never, 0);
@@ -186,19 +169,19 @@ private Q_SLOTS:
 
     void aRunningTillIsntRestoredUnder() {
         prepare({});
-        const auto before = filesOf(m_shop->folder());
+        const auto before = shopFiles();
         {
             const SingleInstance till(tekornekadi());
             QVERIFY(till.isFirst());
             QVERIFY(refusal().contains(u"kasa açık"_s));
         }
-        QCOMPARE(filesOf(m_shop->folder()), before);
+        QCOMPARE(shopFiles(), before);
         {
             // One of another machine, or another program.
             QVERIFY(baglantihazir());
-            const auto open = filesOf(m_shop->folder());
+            const auto open = shopFiles();
             QVERIFY(refusal().contains(u"kullanımda"_s));
-            QCOMPARE(filesOf(m_shop->folder()), open);
+            QCOMPARE(shopFiles(), open);
             baglantikapat();
         }
         QCOMPARE(refusal(), QString());
@@ -216,12 +199,12 @@ private Q_SLOTS:
 
     void aHarmedCopyChangesNothing() {
         prepare({});
-        const auto before = filesOf(m_shop->folder());
+        const auto before = shopFiles();
         QByteArray bytes = bytesOf(m_copy);
         bytes[bytes.size() / 2] ^= 1;
         writeBytes(m_copy, bytes);
         QVERIFY(refusal().contains(u"bozuk"_s));
-        QCOMPARE(filesOf(m_shop->folder()), before);
+        QCOMPARE(shopFiles(), before);
     }
 
     void aDamagedShopIsPutAsideAsItIs() {
@@ -266,7 +249,7 @@ private Q_SLOTS:
         QCOMPARE(ayar(u"ip"_s), data);
         QCOMPARE(shopNow(), u"7|copy"_s);
         QVERIFY(!QFileInfo::exists(m_shop->databaseFile()));
-        QVERIFY(filesOf(m_shop->folder()).keys().filter(u"geri"_s).isEmpty());
+        QVERIFY(shopFiles().keys().filter(u"geri"_s).isEmpty());
     }
 
     void aPathThatTheConfigurationCantHoldIsRefused() {
@@ -278,13 +261,6 @@ private Q_SLOTS:
         setApplicationFolder(folder);
         QVERIFY(refusal().contains(u"yolu"_s));
         QCOMPARE(shopNow(), u"99|old"_s);
-    }
-
-    void aShopOnAServerIsRefused() {
-        prepare({});
-        writeBytes(m_shop->file(u"dukkan.sunucu"_s), "x");
-        ayarla(u"ip"_s, m_shop->file(u"dukkan.sunucu"_s));
-        QVERIFY(refusal().contains(u"sunucu"_s));
     }
 };
 

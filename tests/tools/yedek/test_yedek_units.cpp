@@ -1,6 +1,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <algorithm>
+#include <functional>
+#include <random>
 
 #include "rows.h"
 #include "yedek/copies.h"
@@ -55,6 +58,23 @@ QStringList days(const QString& first, int count) {
     for (int i = 0; i < count; ++i)
         all << QDate::fromString(first, Qt::ISODate).addDays(i).toString(Qt::ISODate);
     return all;
+}
+
+/// Of the last spans of time that have a moment the newest one each. @param format  tells a span from others;
+/// empty: a week
+QSet<QDateTime> newestOf(QList<QDateTime> moments, const QString& format, int count) {
+    std::ranges::sort(moments, std::greater());
+    QMap<QString, QDateTime> found;
+    for (const QDateTime& moment : std::as_const(moments)) {
+        int year = 0;
+        const int week = moment.date().weekNumber(&year);
+        const QString span = format.isEmpty() ? u"%1 %2"_s.arg(year).arg(week) : moment.toString(format);
+        if (!found.contains(span))
+            found.insert(span, moment);
+        if (found.size() == count)
+            break;
+    }
+    return {found.begin(), found.end()};
 }
 
 Manifest sample() {
@@ -115,17 +135,35 @@ private Q_SLOTS:
         QCOMPARE(surplusCopies(moments, at(row.now)), expected);
     }
 
-    void aYearOfDailyCopiesLeavesAtMostTwentyThree() {
+    /// One copy or two on most days, a fortnight of holidays, three days of a clock that is 40 days behind.
+    void twoYearsOfCopies() {
+        std::mt19937 random(2026);
+        QList<QDateTime> taken;
         QList<QDateTime> kept;
-        const QDateTime first = at(u"2024-01-01"_s);
-        for (int day = 0; day < 800; ++day) {
-            kept << first.addDays(day);
-            for (const QDateTime& gone : surplusCopies(kept, kept.last()))
-                kept.removeOne(gone);
-            QVERIFY(kept.contains(first.addDays(day)));
-            QVERIFY(kept.size() <= 7 + 4 + 12);
+        const QDateTime first = at(u"2024-09-30T13:00"_s);
+        const auto isClosed = [&random](int day) { return random() % 7 == 0 || (day >= 200 && day < 214); };
+        for (int day = 0; day < 2 * 366; ++day) {
+            const int copies = isClosed(day) ? 0 : 1 + static_cast<int>(random() % 2);
+            const bool isBehind = day >= 400 && day < 403;
+            for (int copy = 0; copy < copies; ++copy) {
+                const QDateTime now = first.addDays(isBehind ? day - 40 : day).addSecs(copy * 6 * 60 * 60);
+                const QList<QDateTime> before = kept;
+                taken << now;
+                kept << now;
+                for (const QDateTime& gone : surplusCopies(kept, now))
+                    kept.removeOne(gone);
+                QVERIFY(kept.contains(now));
+                for (const QDateTime& moment : before)
+                    QVERIFY(moment <= now || kept.contains(moment));
+                if (isBehind || day % 3 != 0)
+                    continue;
+                QSet<QDateTime> due = newestOf(taken, u"yyyy-MM-dd"_s, 7);
+                due += newestOf(taken, {}, 4);
+                due += newestOf(taken, u"yyyy-MM"_s, 12);
+                QCOMPARE(QSet(kept.begin(), kept.end()), due);
+            }
         }
-        QVERIFY(kept.first() < kept.last().addDays(-300));
+        QVERIFY(kept.size() > 7 + 10 && kept.size() <= 7 + 4 + 12);
     }
 
     void theNewestStaysWhateverIsKept() {

@@ -1,7 +1,9 @@
 #include <QLabel>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QTemporaryDir>
 
+#include "app/ayarmodul.h"
 #include "app/tekornek.h"
 #include "desktop/messagebox.h"
 #include "desktop/singleinstance.h"
@@ -22,11 +24,9 @@ struct WidthRow {
     int width;
 };
 
-class YedekWindowTest : public QObject {
+class YedekWindowTest : public QObject, BackupCase {
     Q_OBJECT
 
-    std::optional<ShopFixture> m_shop;
-    std::optional<QTemporaryDir> m_place;
     std::optional<Window> m_window;
 
     void openWindow() {
@@ -44,17 +44,15 @@ class YedekWindowTest : public QObject {
 private Q_SLOTS:
     void initTestCase() { isolateFromOtherTills(); }
     void init() {
-        m_shop.emplace();
+        begin();
         m_shop->openShop();
         baglanti().execute(u"INSERT INTO urunler (barkod, stok) VALUES ('1', 7)"_s);
         baglantikapat();
-        m_place.emplace();
     }
     void cleanup() {
         m_window.reset();
         QVERIFY(allAnswered(m_shop->boxes));
-        m_place.reset();
-        m_shop.reset();
+        end();
     }
 
     void noCopyIsRed() {
@@ -113,6 +111,25 @@ private Q_SLOTS:
                              MessageBoxAnswer::ok);
         press(u"yedektendon"_s);
         QTRY_COMPARE(m_shop->boxes.waiting(), 0);
+    }
+
+    void thatARestoreLeavesTheServerIsSaid() {
+        openWindow();
+        takeOne();
+        const QString pointer = m_shop->file(u"dukkan.sunucu"_s);
+        writeBytes(pointer, "x");
+        ayarla(u"ip"_s, pointer);
+        openWindow();
+        list().setCurrentRow(0);
+        QString asked;
+        m_shop->boxes.askFor([&asked](const QMessageBox& box) {
+            const bool second = !asked.isEmpty();
+            asked = box.text();
+            return second ? MessageBoxAnswer::no : MessageBoxAnswer::yes;
+        });
+        press(u"yedektendon"_s);
+        QVERIFY2(asked.contains(u"Sunucudaki veriler değişmez, öteki kasalar sunucuda kalır"_s),
+                 qPrintable(asked));
     }
 
     void targetsAreLargeAtEverySize_data() {

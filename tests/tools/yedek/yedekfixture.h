@@ -1,15 +1,23 @@
 #pragma once
 
+#include <sys/mount.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
 #include <QMap>
+#include <QTemporaryDir>
 #include <QtTest>
 #include <functional>
+#include <optional>
+#include <utility>
 
 #include "data/baglanmamodulu.h"
 #include "shopfixture.h"
 #include "yedek/failure.h"
+#include "yedek/restore.h"
 #include "yedek/storage.h"
+#include "yedek/takecopy.h"
 
 namespace kovanix::yedek {
 
@@ -64,6 +72,30 @@ private:
     QStringList m_steps;
 };
 
+/// A small disk of its own for a test, where this user may have one.
+class SmallDisk {
+public:
+    explicit SmallDisk(const char* options) {
+        m_mounted = ::geteuid() == 0 &&
+                    ::mount("tmpfs", m_folder.path().toUtf8().constData(), "tmpfs", 0, options) == 0;
+    }
+    ~SmallDisk() { pullOut(); }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+    bool isThere() const { return m_mounted; }
+    QString path() const { return m_folder.path(); }
+    /// As a stick goes: an empty folder is left in its place.
+    void pullOut() {
+        if (std::exchange(m_mounted, false))
+            ::umount2(m_folder.path().toUtf8().constData(), MNT_DETACH);
+    }
+
+private:
+    QTemporaryDir m_folder;
+    bool m_mounted = false;
+};
+
 inline QByteArray bytesOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -86,6 +118,14 @@ inline QMap<QString, QByteArray> filesOf(const QString& folder) {
     return files;
 }
 
+/// Leaves a folder with these files and no others.
+inline void putBack(const QString& folder, const QMap<QString, QByteArray>& files) {
+    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
+        QFile::remove(QDir(folder).filePath(name));
+    for (const auto& [name, bytes] : files.asKeyValueRange())
+        writeBytes(QDir(folder).filePath(name), bytes);
+}
+
 /// A key that a file takes in place of a password: working one out of a password takes long.
 inline const QString quickPassword =
     QStringLiteral("x'2dd29ca851e7b56e4697b0e1f08507293d761a05ce4d1b628663f411a8086d99'");
@@ -99,5 +139,32 @@ inline QString wordsOf(const std::function<void()>& step) {
     }
     return {};
 }
+
+/// What a case has of its own: a shop, and a folder for its copies.
+class BackupCase {
+protected:
+    std::optional<ShopFixture> m_shop;
+    std::optional<QTemporaryDir> m_place;
+    Storage m_storage;
+
+    void begin() {
+        m_shop.emplace();
+        m_place.emplace();
+    }
+    void end() {
+        m_place.reset();
+        m_shop.reset();
+    }
+    Copy take(Storage& storage) {
+        return takeCopy(Shop::current(), m_place->path(), storage, WorkProgress());
+    }
+    Copy take() { return take(m_storage); }
+    /// What is found wrong with a copy; empty where it is sound.
+    static QString check(const QString& packed) {
+        const QTemporaryDir work;
+        return wordsOf([&] { checkCopy(packed, work.path(), WorkProgress()); });
+    }
+    QMap<QString, QByteArray> shopFiles() const { return filesOf(m_shop->folder()); }
+};
 
 }  // namespace kovanix::yedek
