@@ -33,7 +33,7 @@ private Q_SLOTS:
 
     void writesWhatIsPlanned() {
         apply(planOf({{u"100"_s, u"SÜT"_s, u"13"_s}, {u"300"_s, u"TUZ"_s, u"4,5"_s}}));
-        QCOMPARE(m_shop->rows(u"SELECT barkod, urun, alis, satis, stok FROM urunler"_s),
+        QCOMPARE(m_shop->rows(u"SELECT barkod, urun, alis, satis, stok FROM urunler ORDER BY no"_s),
                  (QList<QVariantList>{{u"100"_s, u"SÜT"_s, 10.0, 13.0, 5.0},
                                       {u"200"_s, u"UN"_s, 1.0, 2.0, 7.0},
                                       {u"300"_s, u"TUZ"_s, 0.0, 4.5, 0.0}}));
