@@ -136,13 +136,28 @@ DayRange anyDay() {
 }
 
 DayRange soldDays(Connection& connection) {
-    // In a statement each: asked for both at once, the engine goes through all of them.
-    const auto day = [&](const QString& end) {
-        const QString moment =
-            answer(connection, u"select %1(tarih) as gun from "_s.arg(end) + between(spanOf(anyDay())));
+    const auto dayOf = [](const QString& moment) {
         return QDate::fromString(moment.left(10), u"yyyy-MM-dd"_s);
     };
-    return {day(u"min"_s), day(u"max"_s)};
+    // In a statement each: asked for both at once, the engine goes through all of them.
+    const auto day = [&](const QString& end) {
+        return dayOf(
+            answer(connection, u"select %1(tarih) as gun from "_s.arg(end) + between(spanOf(anyDay()))));
+    };
+    DayRange sold{day(u"min"_s), day(u"max"_s)};
+    if (sold.first.isValid() && sold.last.isValid())
+        return sold;
+    // Nothing was sold, or what stands at an end is no moment.
+    sold = {};
+    RowWalk moments(connection, u"select tarih from " + between(spanOf(anyDay())));
+    moments.forEach([&](const RowWalk::Row& row) {
+        const QDate any = dayOf(row.value(0).toString());
+        if (!any.isValid())
+            return;
+        sold.first = sold.first.isValid() ? std::min(sold.first, any) : any;
+        sold.last = sold.last.isValid() ? std::max(sold.last, any) : any;
+    });
+    return sold;
 }
 
 SalesPicture readSales(Connection& connection, const DayRange& range, const WorkProgress& progress) {

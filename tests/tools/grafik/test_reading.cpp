@@ -16,6 +16,10 @@ struct DatabaseRow {
     QString password;
 };
 
+struct MomentRow {
+    QString moment;
+};
+
 struct OddRow {
     QString total;  ///< as it stands in the statement
     QString profit;
@@ -196,6 +200,22 @@ private Q_SLOTS:
         QCOMPARE(picture.total.lines, 3);
         QCOMPARE(m_shop->tables(), before);
         QCOMPARE(m_shop->config(), config);
+    }
+
+    void momentsThatAreNone_data() {
+        addRows<MomentRow>({{"at the end", {"2026-11-31 10:00:00"}},
+                            {"at the beginning", {"2019-00-01 10:00:00"}},
+                            {"a spreadsheet's", {"20.11.2026 10:00"}},
+                            {"in the middle", {"2026-05-00 10:00:00"}}});
+    }
+    void momentsThatAreNone() {
+        QFETCH(const MomentRow, row);
+        sell({.moment = "2026-05-04 00:00:00"});
+        sell({.moment = row.moment});
+        sell({.moment = "2026-04-30 23:59:59"});
+        const SalesPicture picture = readShop(anyDay(), WorkProgress());
+        QCOMPARE(picture.range, (DayRange{{2026, 4, 30}, {2026, 5, 4}}));
+        QCOMPARE(ReadingTest::told(picture.total), reported({2026, 4, 30}, {2026, 5, 4}));
     }
 
     void linesAcrossChunks() {
