@@ -9,7 +9,13 @@ namespace kovanix::aktar {
 using namespace Qt::StringLiterals;
 
 void CellTable::addCell(QStringView text, CellKind kind) {
-    if (text.size() > longestCell)
+    const QByteArray bytes = text.toUtf8();
+    addUtf8({bytes.constData(), static_cast<size_t>(bytes.size())}, kind);
+}
+
+void CellTable::addUtf8(std::string_view text, CellKind kind) {
+    const auto bytes = static_cast<qsizetype>(text.size());
+    if (bytes > longestCell && QString::fromUtf8(text.data(), bytes).size() > longestCell)
         fail(u"%1. satırdan sonra bir hücre %2 harften uzun; tırnaklar karışmış olabilir"_s
                  .arg(m_rows.empty() ? 0 : m_rows.back().line)
                  .arg(longestCell));
@@ -19,8 +25,7 @@ void CellTable::addCell(QStringView text, CellKind kind) {
     if (m_cells.size() >= mostCells || m_text.size() > mostBytes)
         fail(u"Dosya çok büyük; bölerek aktarın"_s);
     m_cells.push_back({m_text.size(), kind});
-    const QByteArray bytes = text.toUtf8();
-    m_text.append(bytes.constData(), static_cast<size_t>(bytes.size()));
+    m_text += text;
 }
 
 void CellTable::endRow(qint64 line) {

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringView>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kovanix::aktar {
@@ -32,6 +33,8 @@ public:
     /// Adds a cell to the row that is being filled.
     /// @throws RuntimeError where a cell is too long or a row too wide
     void addCell(QStringView text, CellKind kind = CellKind::text);
+    /// The same for text in UTF-8.
+    void addUtf8(std::string_view text, CellKind kind = CellKind::text);
     /// Ends the row. One without any text is dropped.
     /// @param line  where it begins in the file, counted from 1
     /// @throws RuntimeError where there are too many rows

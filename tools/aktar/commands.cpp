@@ -1,5 +1,6 @@
 #include "aktar/commands.h"
 
+#include <algorithm>
 #include <csignal>
 
 #include "aktar/exporter.h"
@@ -83,7 +84,10 @@ Commands::Commands()
 }
 
 bool Commands::wantsWindow() const {
-    return !isSet(m_out) && !isSet(m_in) && !isSet(m_file);
+    const QStringList options = optionNames();
+    return positionalArguments().isEmpty() &&
+           std::all_of(options.begin(), options.end(),
+                       [this](const QString& name) { return folder.names().contains(name); });
 }
 
 int Commands::run() const {

@@ -136,9 +136,12 @@ NumberReading readNumber(QStringView text, std::optional<DecimalSign> sign) {
 
 std::optional<double> readSpreadsheetNumber(QStringView text) {
     bool ok = false;
-    const double value = text.trimmed().toDouble(&ok);
+    const QStringView digits = text.trimmed();
+    const double value = digits.toDouble(&ok);
     if (!ok || !std::isfinite(value))
         return std::nullopt;
+    if (digits.size() <= shownDigits)
+        return value;
     return QString::number(value, 'g', shownDigits).toDouble();
 }
 

@@ -2,13 +2,14 @@
 
 #include <QElapsedTimer>
 #include <algorithm>
+#include <thread>
 
 #include "aktar/failure.h"
 #include "data/baglanmamodulu.h"
 #include "data/schema.h"
-#include "database/bulkwriter.h"
 #include "database/connection.h"
 #include "database/rowset.h"
+#include "database/stagedrows.h"
 
 namespace kovanix::aktar {
 
@@ -20,6 +21,18 @@ constexpr qint64 stepRows = 512;
 
 [[noreturn]] void failChanged() {
     fail(u"Dükkânın kayıtları bu arada değişti, hiçbir şey yazılmadı. Yeniden deneyin."_s);
+}
+
+/// Other tills have waited for as long as they may.
+struct TookTooLong {};
+
+/// Tills that wait look again every tenth of a second.
+void letTillsIn(std::chrono::milliseconds pause, const std::function<void()>& tell) {
+    constexpr std::chrono::milliseconds look{100};
+    for (std::chrono::milliseconds waited{0}; waited < pause; waited += look) {
+        tell();
+        std::this_thread::sleep_for(look);
+    }
 }
 
 QStringList columnsOf(Kind kind) {
@@ -56,43 +69,55 @@ ShopRows readShopRows(Connection& connection, Kind kind, const ImportRecords& re
     return shop;
 }
 
-void applyPlan(Connection& connection, const ImportPlan& plan, const RowsDone& progress,
-               std::chrono::milliseconds hold) {
+void applyPlan(Connection& connection, const ImportPlan& plan, const RowsDone& progress, const Turns& turns) {
     if (plan.added.empty() && plan.changed.empty())
         return;
     // A shop that no till has opened yet has no tables.
     semakontrol(connection);
-    const QString table = tableOf(plan.kind);
-    const QStringList columns = columnsOf(plan.kind);
-    const auto total = static_cast<qint64>(plan.added.size() + plan.changed.size());
-    qint64 done = 0;
-    BulkWriter writer(connection);
-    QElapsedTimer held;
-    held.start();
-    const auto step = [&] {
-        if (++done % stepRows != 0)
-            return;
-        if (held.hasExpired(hold.count()))
-            fail(
-                u"Yazma %1 saniyeden uzun sürdü; öbür kasalar beklemesin diye geri alındı. Dosyayı bölüp "
-                "parça parça aktarın."_s.arg(hold.count() / 1000));
+    // Rows are counted twice: as they are laid ready, and as they are stored.
+    const auto rows = static_cast<qint64>(plan.added.size() + plan.changed.size());
+    const auto tell = [&](qint64 done) {
         if (progress)
-            progress(done, total);
+            progress(done, 2 * rows);
     };
-    if (!plan.added.empty() && writer.lastRow(table) != plan.lastIdentity)
-        failChanged();
-    writer.into(table, columns);
+    qint64 laid = 0;
+    StagedRows staged(connection, tableOf(plan.kind), columnsOf(plan.kind));
+    const auto countOne = [&] {
+        if (++laid % stepRows == 0)
+            tell(laid);
+    };
     for (const PlannedRow& row : plan.added) {
-        writer.add(row.values);
-        step();
+        staged.add(row.values);
+        countOne();
     }
-    writer.changing(table, columns.front(), columns.mid(1));
     for (const PlannedRow& row : plan.changed) {
-        if (!writer.change(row.identity, row.key, row.values.mid(1)))
-            failChanged();
-        step();
+        QVariantList values = row.values;
+        values.front() = row.key;
+        staged.change(row.identity, values);
+        countOne();
     }
-    writer.finish();
+    for (int attempt = 1; attempt <= turns.attempts; ++attempt) {
+        QElapsedTimer held;
+        const auto step = [&](qint64 done) {
+            if (done == 0)
+                held.start();
+            else if (held.hasExpired(turns.longest.count()))
+                throw TookTooLong();
+            tell(rows + done);
+        };
+        try {
+            if (!staged.store(plan.lastIdentity, step))
+                failChanged();
+            return;
+        } catch (const TookTooLong&) {
+            letTillsIn(turns.pause, [&] { tell(rows); });
+        }
+    }
+    fail(
+        u"Yazma %1 kez denendi ve her seferinde %2 saniyeden uzun sürdü; öbür kasalar beklemesin diye geri "
+        u"alındı. "
+        "Bilgisayar daha az meşgulken yeniden deneyin ya da dosyayı bölün."_s.arg(turns.attempts)
+            .arg(turns.longest.count() / 1000));
 }
 
 }  // namespace kovanix::aktar

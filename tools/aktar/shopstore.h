@@ -24,13 +24,20 @@ struct ShopRows {
 /// @throws RuntimeError the engine's failure
 ShopRows readShopRows(Connection& connection, Kind kind, const ImportRecords& records);
 
-/// How long another till may have to wait for the rows of an import; it gives up itself after five seconds.
-inline constexpr std::chrono::milliseconds longestHold{4000};
+/// How long other tills may have to wait for an import's rows.
+struct Turns {
+    /// At once; a till gives up after five seconds. Storing that takes longer is taken back,
+    std::chrono::milliseconds longest{4000};
+    /// the tills get their turn meanwhile,
+    std::chrono::milliseconds pause{1000};
+    /// and it is tried again, so often in all.
+    int attempts = 5;
+};
 
 /// Writes what a plan says: all of it, or nothing.
 /// @throws Refused where the shop has changed since the plan was made, or other tills would have to wait
-/// longer than that; RuntimeError the engine's failure. Nothing was written then.
+/// longer than they may; RuntimeError the engine's failure. Nothing was written then.
 void applyPlan(Connection& connection, const ImportPlan& plan, const RowsDone& progress = {},
-               std::chrono::milliseconds hold = longestHold);
+               const Turns& turns = {});
 
 }  // namespace kovanix::aktar

@@ -1,11 +1,14 @@
 #include "aktar/xlsxreader.h"
 
 #include <QDateTime>
-#include <QXmlStreamReader>
+#include <charconv>
 #include <cmath>
 #include <map>
+#include <optional>
+#include <string>
 
 #include "aktar/failure.h"
+#include "aktar/xmlpart.h"
 #include "values/dates.h"
 
 namespace kovanix::aktar {
@@ -17,91 +20,78 @@ namespace {
 constexpr size_t mostSharedTexts = 4'000'000;
 constexpr qsizetype stepRows = 1000;
 constexpr int secondsADay = 24 * 60 * 60;
-constexpr int deepest = 64;
+constexpr size_t mostBytesACell = 4 * static_cast<size_t>(CellTable::longestCell);
 
-/// A part of the workbook, read tag by tag. A document type is no part of a workbook: what it could define is
-/// never read.
-class Part {
+/// A text with its runs joined; the readings that some languages write above their words are left out.
+class TextReader {
 public:
-    Part(ZipArchive& archive, const QString& name) : m_file(archive.open(name)), xml(m_file.get()) {}
-
-    bool next() {
-        if (xml.atEnd())
-            return false;
-        xml.readNext();
-        if (xml.hasError())
-            m_file->check();
-        m_depth += xml.isStartElement() ? 1 : xml.isEndElement() ? -1 : 0;
-        if (xml.hasError() || xml.isDTD() || m_depth > deepest)
-            fail(u"Dosya bozuk: içindeki bir sayfa okunamadı"_s);
-        return true;
+    void begin(std::string_view name) {
+        if (name == "rPh")
+            ++m_phonetic;
+        else if (name == "t")
+            m_within = m_phonetic == 0;
     }
-    bool begins(QStringView name) const { return xml.isStartElement() && xml.name() == name; }
-    bool ends(QStringView name) const { return xml.isEndElement() && xml.name() == name; }
-
-private:
-    std::unique_ptr<ZipFile> m_file;
-    int m_depth = 0;
-
-public:
-    QXmlStreamReader xml;
-};
-
-/// Texts that cells refer to by their number, packed closely.
-class SharedTexts {
-public:
-    void add(const QString& text) {
-        m_text += text.toStdString();
-        m_ends.push_back(m_text.size());
+    void end(std::string_view name) {
+        if (name == "rPh")
+            --m_phonetic;
+        else if (name == "t")
+            m_within = false;
     }
-    size_t size() const { return m_ends.size(); }
-    QString at(size_t place) const {
-        const size_t begin = place == 0 ? 0 : m_ends[place - 1];
-        return QString::fromUtf8(m_text.data() + begin, static_cast<qsizetype>(m_ends[place] - begin));
+    void add(std::string_view piece) {
+        if (m_within)
+            m_text += piece;
+        if (m_text.size() > mostBytesACell)
+            fail(u"Dosyada aşırı uzun bir hücre var"_s);
+    }
+    const std::string& text() const { return m_text; }
+    void clear() {
+        m_text.clear();
+        m_within = false;
+        m_phonetic = 0;
     }
 
 private:
     std::string m_text;
-    std::vector<size_t> m_ends;
+    bool m_within = false;
+    int m_phonetic = 0;
 };
 
-/// A text with its runs joined; the readings that some languages write above their words are left out.
-QString readText(Part& part, QStringView element) {
-    QString text;
-    bool within = false;
-    int phonetic = 0;
-    while (part.next() && !part.ends(element)) {
-        if (part.begins(u"rPh"))
-            ++phonetic;
-        else if (part.ends(u"rPh"))
-            --phonetic;
-        else if (part.begins(u"t"))
-            within = phonetic == 0;
-        else if (part.ends(u"t"))
-            within = false;
-        else if (within && part.xml.isCharacters())
-            text += part.xml.text();
-        if (text.size() > CellTable::longestCell)
-            fail(u"Dosyada aşırı uzun bir hücre var"_s);
+/// Texts that cells refer to by their number, packed closely.
+class SharedTexts : public XmlListener {
+public:
+    explicit SharedTexts(ZipArchive& archive) {
+        if (const QString name = u"xl/sharedStrings.xml"_s; archive.contains(name))
+            readXmlPart(archive, name, *this);
     }
-    return text;
-}
+    size_t size() const { return m_ends.size(); }
+    std::string_view at(size_t place) const {
+        const size_t begin = place == 0 ? 0 : m_ends[place - 1];
+        return std::string_view(m_text).substr(begin, m_ends[place] - begin);
+    }
 
-SharedTexts readSharedTexts(ZipArchive& archive) {
-    SharedTexts texts;
-    const QString name = u"xl/sharedStrings.xml"_s;
-    if (!archive.contains(name))
-        return texts;
-    Part part(archive, name);
-    while (part.next()) {
-        if (!part.begins(u"si"))
-            continue;
-        if (texts.size() >= mostSharedTexts)
-            fail(u"Dosyada aşırı çok yazı var"_s);
-        texts.add(readText(part, u"si"));
+    void begin(std::string_view name, const XmlAttributes& /*attributes*/) override {
+        if (name == "si")
+            m_reader.clear();
+        else
+            m_reader.begin(name);
     }
-    return texts;
-}
+    void end(std::string_view name) override {
+        if (name != "si") {
+            m_reader.end(name);
+            return;
+        }
+        if (m_ends.size() >= mostSharedTexts)
+            fail(u"Dosyada aşırı çok yazı var"_s);
+        m_text += m_reader.text();
+        m_ends.push_back(m_text.size());
+    }
+    void text(std::string_view piece) override { m_reader.add(piece); }
+
+private:
+    TextReader m_reader;
+    std::string m_text;
+    std::vector<size_t> m_ends;
+};
 
 enum class MomentKind { none, date, time, both };
 
@@ -145,68 +135,71 @@ MomentKind builtInKind(int format) {
 }
 
 /// What each cell style makes of a number.
-std::vector<MomentKind> readStyles(ZipArchive& archive) {
-    std::vector<MomentKind> styles;
-    const QString name = u"xl/styles.xml"_s;
-    if (!archive.contains(name))
-        return styles;
-    std::map<int, MomentKind> formats;
-    Part part(archive, name);
-    bool within = false;
-    while (part.next()) {
-        const auto attributes = part.xml.attributes();
-        if (part.begins(u"numFmt"))
-            formats[attributes.value("numFmtId"_L1).toInt()] =
-                momentKind(attributes.value("formatCode"_L1).toString());
-        else if (part.begins(u"cellXfs"))
-            within = true;
-        else if (part.ends(u"cellXfs"))
-            within = false;
-        else if (within && part.begins(u"xf")) {
-            const int format = attributes.value("numFmtId"_L1).toInt();
-            const auto own = formats.find(format);
-            styles.push_back(own != formats.end() ? own->second : builtInKind(format));
+class Styles : public XmlListener {
+public:
+    explicit Styles(ZipArchive& archive) {
+        if (const QString name = u"xl/styles.xml"_s; archive.contains(name))
+            readXmlPart(archive, name, *this);
+    }
+    MomentKind at(size_t style) const { return style < m_styles.size() ? m_styles[style] : MomentKind::none; }
+
+    void begin(std::string_view name, const XmlAttributes& attributes) override {
+        if (name == "numFmt") {
+            const std::string_view pattern = attributes.value("formatCode");
+            m_formats[attributes.number("numFmtId")] =
+                momentKind(QString::fromUtf8(pattern.data(), static_cast<qsizetype>(pattern.size())));
+        } else if (name == "cellXfs") {
+            m_within = true;
+        } else if (m_within && name == "xf") {
+            const int format = attributes.number("numFmtId");
+            const auto own = m_formats.find(format);
+            m_styles.push_back(own != m_formats.end() ? own->second : builtInKind(format));
         }
     }
-    return styles;
-}
+    void end(std::string_view name) override { m_within = m_within && name != "cellXfs"; }
 
-struct Workbook {
-    QString sheet;  // the first one's part
-    bool from1904 = false;
+private:
+    std::map<int, MomentKind> m_formats;
+    std::vector<MomentKind> m_styles;
+    bool m_within = false;
 };
 
-QString partPath(const QString& target) {
-    return target.startsWith(u'/') ? target.mid(1) : u"xl/"_s + target;
-}
+/// The first sheet that can be seen.
+class Workbook : public XmlListener {
+public:
+    explicit Workbook(ZipArchive& archive) {
+        readXmlPart(archive, u"xl/workbook.xml"_s, *this);
+        readXmlPart(archive, u"xl/_rels/workbook.xml.rels"_s, *this);
+        if (m_sheet.isEmpty())
+            fail(u"Dosyada okunacak sayfa yok"_s);
+    }
+    /// Its part.
+    const QString& sheet() const { return m_sheet; }
+    bool isFrom1904() const { return m_from1904; }
 
-Workbook readWorkbook(ZipArchive& archive) {
-    Workbook workbook;
-    QString relation;
-    Part part(archive, u"xl/workbook.xml"_s);
-    while (part.next()) {
-        const auto attributes = part.xml.attributes();
-        if (part.begins(u"workbookPr")) {
-            const auto answer = attributes.value("date1904"_L1);
-            workbook.from1904 = answer == u"1" || answer == u"true";
-        } else if (part.begins(u"sheet") && relation.isEmpty() &&
-                   (!attributes.hasAttribute("state"_L1) || attributes.value("state"_L1) == u"visible")) {
-            for (const QXmlStreamAttribute& attribute : attributes) {
-                if (attribute.name() == u"id")
-                    relation = attribute.value().toString();
-            }
+    void begin(std::string_view name, const XmlAttributes& attributes) override {
+        if (name == "workbookPr") {
+            const std::string_view answer = attributes.value("date1904");
+            m_from1904 = answer == "1" || answer == "true";
+        } else if (name == "sheet" && m_relation.empty()) {
+            const std::string_view state = attributes.value("state");
+            if (state.empty() || state == "visible")
+                m_relation = attributes.value("id");
+        } else if (name == "Relationship" && attributes.value("Id") == m_relation) {
+            m_sheet = partPath(attributes.value("Target"));
         }
     }
-    Part relations(archive, u"xl/_rels/workbook.xml.rels"_s);
-    while (relations.next()) {
-        const auto attributes = relations.xml.attributes();
-        if (relations.begins(u"Relationship") && attributes.value("Id"_L1) == relation)
-            workbook.sheet = partPath(attributes.value("Target"_L1).toString());
+
+private:
+    static QString partPath(std::string_view target) {
+        const QString path = QString::fromUtf8(target.data(), static_cast<qsizetype>(target.size()));
+        return path.startsWith(u'/') ? path.mid(1) : u"xl/"_s + path;
     }
-    if (workbook.sheet.isEmpty())
-        fail(u"Dosyada okunacak sayfa yok"_s);
-    return workbook;
-}
+
+    std::string m_relation;
+    QString m_sheet;
+    bool m_from1904 = false;
+};
 
 QString momentText(double serial, MomentKind kind, bool from1904) {
     const double day = std::floor(serial);
@@ -220,129 +213,157 @@ QString momentText(double serial, MomentKind kind, bool from1904) {
 }
 
 /// The column of a place like "BC12", counted from 0; -1 for what is none.
-qsizetype columnOf(QStringView place) {
+qsizetype columnOf(std::string_view place) {
     constexpr int letters = 26;
     qsizetype column = 0;
-    for (const QChar letter : place) {
-        if (letter < u'A' || letter > u'Z')
+    for (const char letter : place) {
+        if (letter < 'A' || letter > 'Z')
             break;
-        column = column * letters + (letter.unicode() - u'A' + 1);
+        column = column * letters + (letter - 'A' + 1);
         if (column > CellTable::mostColumns)
             break;
     }
     return column - 1;
 }
 
-class SheetReader {
-public:
-    SheetReader(ZipArchive& archive, const Workbook& workbook)
-        : m_texts(readSharedTexts(archive)),
-          m_styles(readStyles(archive)),
-          m_from1904(workbook.from1904),
-          m_part(archive, workbook.sheet) {}
+/// The number of a row or of a shared text; nothing for what is none.
+std::optional<qint64> wholeNumber(std::string_view digits) {
+    qint64 number = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const bool whole = read.ec == std::errc() && read.ptr == digits.data() + digits.size();
+    return whole ? std::optional(number) : std::nullopt;
+}
 
-    CellTable read(const std::function<void(qint64 rows)>& rows) {
-        while (m_part.next()) {
-            if (m_part.begins(u"row"))
-                beginRow();
-            else if (m_part.begins(u"c"))
-                readCell();
-            else if (m_part.ends(u"row"))
-                m_table.endRow(m_line);
-            else
-                continue;
-            if (rows && m_part.ends(u"row") && m_table.rowCount() % stepRows == 0)
-                rows(m_table.rowCount());
+class SheetReader : public XmlListener {
+public:
+    SheetReader(ZipArchive& archive, const std::function<void(qint64 rows)>& rows)
+        : m_workbook(archive), m_texts(archive), m_styles(archive), m_rows(rows) {
+        readXmlPart(archive, m_workbook.sheet(), *this);
+    }
+    CellTable takeTable() { return std::move(m_table); }
+
+    void begin(std::string_view name, const XmlAttributes& attributes) override {
+        if (m_inline) {
+            m_reader.begin(name);
+        } else if (m_cell && name == "v") {
+            m_value = true;
+        } else if (m_cell && name == "is") {
+            m_inline = true;
+            m_reader.clear();
+        } else if (name == "c") {
+            beginCell(attributes);
+        } else if (name == "row") {
+            m_line = wholeNumber(attributes.value("r")).value_or(m_line + 1);
+            m_column = 0;
         }
-        return std::move(m_table);
+    }
+    void end(std::string_view name) override {
+        if (m_inline && name == "is") {
+            m_inline = false;
+            m_text = m_reader.text();
+        } else if (m_inline) {
+            m_reader.end(name);
+        } else if (name == "v") {
+            m_value = false;
+        } else if (name == "c") {
+            endCell();
+        } else if (name == "row") {
+            m_table.endRow(m_line);
+            if (m_rows && m_table.rowCount() % stepRows == 0)
+                m_rows(m_table.rowCount());
+        }
+    }
+    void text(std::string_view piece) override {
+        if (m_inline)
+            m_reader.add(piece);
+        else if (m_value)
+            m_text += piece;
     }
 
 private:
-    void beginRow() {
-        bool told = false;
-        const qint64 line = m_part.xml.attributes().value("r"_L1).toLongLong(&told);
-        m_line = told ? line : m_line + 1;
-        m_column = 0;
+    void beginCell(const XmlAttributes& attributes) {
+        m_cell = true;
+        m_type = attributes.value("t");
+        m_style = static_cast<size_t>(std::max(0, attributes.number("s")));
+        m_place = columnOf(attributes.value("r"));
+        m_text.clear();
     }
 
-    void readCell() {
-        const auto attributes = m_part.xml.attributes();
-        const QString type = attributes.value("t"_L1).toString();
-        const auto style = static_cast<size_t>(attributes.value("s"_L1).toUInt());
-        const qsizetype told = columnOf(attributes.value("r"_L1));
+    void endCell() {
+        m_cell = false;
+        m_value = false;
+        const qsizetype column = m_place >= 0 ? m_place : m_column;
         // A row is no wider than what is looked at: cells beyond aren't read.
-        const qsizetype column = told >= 0 ? told : m_column;
-        QString text;
-        bool within = false;
-        while (m_part.next() && !m_part.ends(u"c")) {
-            if (m_part.begins(u"v"))
-                within = true;
-            else if (m_part.ends(u"v"))
-                within = false;
-            else if (within && m_part.xml.isCharacters())
-                text += m_part.xml.text();
-            else if (m_part.begins(u"is"))
-                text = readText(m_part, u"is");
-        }
         if (column < m_column || column >= CellTable::mostColumns)
             return;
         for (; m_column < column; ++m_column)
-            m_table.addCell({});
-        add(type, style, text);
+            m_table.addUtf8({});
+        add();
         ++m_column;
     }
 
-    void add(const QString& type, size_t style, const QString& text) {
-        if (type == u"s") {
-            bool ok = false;
-            const size_t place = text.toULongLong(&ok);
-            if (!ok || place >= m_texts.size())
+    void add() {
+        if (m_type == "s") {
+            const auto place = wholeNumber(m_text);
+            if (!place || *place < 0 || static_cast<size_t>(*place) >= m_texts.size())
                 fail(u"Dosya bozuk: olmayan bir yazıya gönderme var"_s);
-            m_table.addCell(m_texts.at(place));
-        } else if (type == u"inlineStr" || type == u"str") {
-            m_table.addCell(text);
-        } else if (type == u"e") {
-            m_table.addCell(text, CellKind::error);
-        } else if (type == u"b") {
-            m_table.addCell(text == u"1" ? u"DOĞRU" : u"YANLIŞ");
-        } else if (type == u"d") {
-            m_table.addCell(text, CellKind::moment);
-        } else if (text.isEmpty()) {
-            m_table.addCell({});
+            m_table.addUtf8(m_texts.at(static_cast<size_t>(*place)));
+        } else if (m_type == "inlineStr" || m_type == "str") {
+            m_table.addUtf8(m_text);
+        } else if (m_type == "e") {
+            m_table.addUtf8(m_text, CellKind::error);
+        } else if (m_type == "b") {
+            m_table.addCell(m_text == "1" ? u"DOĞRU" : u"YANLIŞ");
+        } else if (m_type == "d") {
+            m_table.addUtf8(m_text, CellKind::moment);
+        } else if (m_text.empty()) {
+            m_table.addUtf8({});
         } else {
-            addNumber(style, text);
+            addNumber();
         }
     }
 
-    void addNumber(size_t style, const QString& text) {
+    void addNumber() {
         constexpr double lastSerial = 2'958'465;  // the last day of the year 9999
         bool ok = false;
-        const double number = text.toDouble(&ok);
+        const double number = QByteArrayView(m_text).toDouble(&ok);
         if (!ok)
             fail(u"Dosya bozuk: sayı hücresinde sayı yok"_s);
-        const MomentKind kind = style < m_styles.size() ? m_styles[style] : MomentKind::none;
+        const MomentKind kind = m_styles.at(m_style);
         if (kind != MomentKind::none && number >= 0 && number <= lastSerial) {
-            m_table.addCell(momentText(number, kind, m_from1904), CellKind::moment);
+            m_table.addCell(momentText(number, kind, m_workbook.isFrom1904()), CellKind::moment);
             return;
         }
         // Whole ones as they are shown: a barcode may stand as a number.
-        const bool whole = number == std::floor(number) && std::abs(number) < 1e18;
-        m_table.addCell(whole ? QString::number(number, 'f', 0) : text, CellKind::number);
+        if (number == std::floor(number) && std::abs(number) < 1e18)
+            m_table.addCell(QString::number(number, 'f', 0), CellKind::number);
+        else
+            m_table.addUtf8(m_text, CellKind::number);
     }
 
+    Workbook m_workbook;
     SharedTexts m_texts;
-    std::vector<MomentKind> m_styles;
-    bool m_from1904;
-    Part m_part;
+    Styles m_styles;
+    const std::function<void(qint64 rows)>& m_rows;
     CellTable m_table{true};
     qint64 m_line = 0;
     qsizetype m_column = 0;
+
+    // Of the cell that is being read.
+    bool m_cell = false;
+    bool m_value = false;   // within <v>
+    bool m_inline = false;  // within <is>
+    std::string m_type;
+    size_t m_style = 0;
+    qsizetype m_place = -1;
+    std::string m_text;
+    TextReader m_reader;
 };
 
 }  // namespace
 
 CellTable readXlsx(ZipArchive& archive, const std::function<void(qint64 rows)>& rows) {
-    return SheetReader(archive, readWorkbook(archive)).read(rows);
+    return SheetReader(archive, rows).takeTable();
 }
 
 }  // namespace kovanix::aktar

@@ -361,14 +361,18 @@ void FigureChart::paintOver(QPainter& painter) const {
         paintCard(painter);
 }
 
+QString FigureChart::restText(const Amounts& amounts, const QFont& font, double room) {
+    const QString turnover = lira(amounts.turnover);
+    const QString whole = turnover + u", kazanç " + lira(amounts.profit);
+    return QFontMetricsF(font).horizontalAdvance(whole) <= room ? whole : turnover;
+}
+
 void FigureChart::paintRest(QPainter& painter, int row) const {
-    const QRectF place = strip(row);
-    const Amounts& amounts = m_table.rows[static_cast<std::size_t>(row)].amounts;
+    QRectF room = strip(row).adjusted(pixels(0.4), 0, 0, 0);
+    room.setRight(size().width());
     painter.setPen(roleColor(ColorRole::ink));
-    const QRectF room = place.adjusted(pixels(0.4), 0, 0, 0);
-    const QString text = lira(amounts.turnover) + u", kazanç " + lira(amounts.profit);
     painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
-                     QFontMetricsF(m_font).elidedText(text, Qt::ElideRight, room.width()));
+                     restText(m_table.rows[static_cast<std::size_t>(row)].amounts, m_font, room.width()));
 }
 
 /// The chosen row's whole name and its figures, beside its bars.

@@ -35,6 +35,11 @@ public:
     /// What is said of a row: "21.11.2026 Cumartesi, Tutar 1.234,56 TL, Kazanç …".
     QString words(int row) const;
 
+    /// What stands in the place of the bars of all other products: their turnover, and their profit where
+    /// there is room for it.
+    /// @param font  in which it is written. @param room  in pixels
+    static QString restText(const Amounts& amounts, const QFont& font, double room);
+
 protected:
     void resizeEvent(QGraphicsSceneResizeEvent* event) override;
 

@@ -19,7 +19,6 @@ BulkWriter::BulkWriter(Connection& connection) : m_core(*connection.d) {
 
 BulkWriter::~BulkWriter() {
     m_insert.finish();
-    m_update.finish();
     if (!m_finished)
         attempt([this] { m_core.engine->endTransaction(false); });
 }
@@ -46,34 +45,6 @@ void BulkWriter::add(const QVariantList& values) {
         m_insert.bindValue(static_cast<int>(place), stored(values[place]));
     if (!m_insert.exec())
         throw m_core.failure(m_insert.lastError());
-}
-
-void BulkWriter::changing(const QString& table, const QString& key, const QStringList& columns) {
-    QStringList cells;
-    for (const QString& column : columns)
-        cells.append(u"%1 = COALESCE(?, %1)"_s.arg(quoted(column)));
-    QSqlQuery update;
-    const QString sql = u"UPDATE %1 SET %2 WHERE %3 = ? AND %4 = ?"_s.arg(
-        quoted(table), cells.join(u", "), m_core.shape(table).identity, quoted(key));
-    if (!m_core.engine->prepare(update, sql, DatabaseEngine::Use::kept))
-        throw m_core.failure(update.lastError());
-    m_update = std::move(update);
-}
-
-bool BulkWriter::change(qint64 row, const QString& key, const QVariantList& values) {
-    int place = 0;
-    for (const QVariant& value : values)
-        m_update.bindValue(place++, stored(value));
-    m_update.bindValue(place++, row);
-    m_update.bindValue(place, key);
-    if (!m_update.exec())
-        throw m_core.failure(m_update.lastError());
-    return m_update.numRowsAffected() > 0;
-}
-
-qint64 BulkWriter::lastRow(const QString& table) {
-    return m_core.number(
-        u"SELECT COALESCE(MAX(%1), 0) FROM %2"_s.arg(m_core.shape(table).identity, quoted(table)));
 }
 
 void BulkWriter::finish() {

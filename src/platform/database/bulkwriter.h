@@ -26,18 +26,6 @@ public:
     /// Adds a row. @throws DatabaseError
     void add(const QVariantList& values);
 
-    /// Says where the next changes go: a table, the text column by which a row is made sure of, and the
-    /// columns that values are for.
-    void changing(const QString& table, const QString& key, const QStringList& columns);
-    /// Changes cells of a row; an invalid value leaves its cell as it is.
-    /// @param row  the row's identity. @param key  what the key column holds, whatever the case of its
-    /// letters
-    /// @return false where there is no such row any more. @throws DatabaseError
-    bool change(qint64 row, const QString& key, const QVariantList& values);
-    /// The greatest identity of a table's rows, 0 where it has none: a row that somebody adds gets a greater
-    /// one. @throws DatabaseError
-    qint64 lastRow(const QString& table);
-
     /// Keeps the rows, durably. @throws DatabaseError
     void finish();
 
@@ -46,7 +34,6 @@ private:
 
     ConnectionCore& m_core;
     QSqlQuery m_insert;
-    QSqlQuery m_update;
     bool m_finished = false;
 };
 

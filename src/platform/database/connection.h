@@ -116,6 +116,7 @@ private:
     friend class Recordset;
     friend class RowSet;
     friend class RowWalk;
+    friend class StagedRows;
     struct Private;
     std::unique_ptr<Private> d;
 };

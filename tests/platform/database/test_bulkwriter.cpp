@@ -14,8 +14,6 @@ class TestBulkWriter : public QObject {
 private Q_SLOTS:
     void keepsAllRowsOrNone_data() { DatabaseFile::allKinds(); }
     void keepsAllRowsOrNone();
-    void changesRows_data() { DatabaseFile::allKinds(); }
-    void changesRows();
     void fails_data() { DatabaseFile::bothKinds(); }
     void fails();
 };
@@ -40,36 +38,6 @@ void TestBulkWriter::keepsAllRowsOrNone() {
     }
     QCOMPARE(file.rows(rows), (QStringList{u"O'Neil|2026-05-03 07:05:09"_s, u"|NULL"_s}));
     QCOMPARE(file.rows(u"SELECT x FROM \"iki kelime\""_s), QStringList{u"1.5"_s});
-}
-
-void TestBulkWriter::changesRows() {
-    const DatabaseFile file;
-    Connection connection;
-    connection.open(file.connectionString());
-    connection.execute(u"CREATE TABLE t (no COUNTER, a TEXT(50), b DOUBLE, c TEXT(50), d DATETIME)"_s);
-    {
-        BulkWriter writer(connection);
-        QCOMPARE(writer.lastRow(u"t"_s), 0);
-        writer.into(u"t"_s, {u"a"_s, u"b"_s, u"c"_s});
-        writer.add({u"x"_s, 1.5, u"u"_s});
-        writer.add({u"y"_s, 2.5, u"v"_s});
-        QCOMPARE(writer.lastRow(u"t"_s), 2);
-        writer.finish();
-    }
-    {
-        BulkWriter writer(connection);
-        writer.changing(u"t"_s, u"a"_s, {u"b"_s, u"c"_s, u"d"_s});
-        const QDateTime moment(QDate(2026, 5, 3), QTime(7, 5, 9));
-        // What isn't changed first is nothing by which a server could tell the values' kinds.
-        QVERIFY(writer.change(2, u"y"_s, {QVariant(), QVariant(), QVariant()}));
-        QVERIFY(writer.change(1, u"X"_s, {3.5, QVariant(), moment}));
-        QVERIFY(writer.change(2, u"y"_s, {4, u"12"_s, QVariant()}));
-        QVERIFY2(!writer.change(2, u"x"_s, {0.0, u""_s, moment}), "another row's key");
-        QVERIFY2(!writer.change(3, u"y"_s, {0.0, u""_s, moment}), "no such row");
-        writer.finish();
-    }
-    QCOMPARE(file.rows(u"SELECT * FROM t ORDER BY no"_s),
-             (QStringList{u"1|x|3.5|u|2026-05-03 07:05:09"_s, u"2|y|4|12|NULL"_s}));
 }
 
 void TestBulkWriter::fails() {

@@ -3,8 +3,8 @@
 
 #include "aktar/csvguard.h"
 #include "aktar/csvreader.h"
+#include "cells.h"
 #include "rows.h"
-#include "runtime/runtimeerror.h"
 #include "values/codepage.h"
 
 namespace kovanix::aktar {
@@ -30,26 +30,6 @@ struct GuardRow {
     QString text;
     QString guarded;
 };
-
-QList<QStringList> rowsOf(const CellTable& table) {
-    QList<QStringList> rows;
-    for (qsizetype row = 0; row < table.rowCount(); ++row) {
-        QStringList cells;
-        for (qsizetype column = 0; column < table.cellCount(row); ++column)
-            cells << table.text(row, column);
-        rows << cells;
-    }
-    return rows;
-}
-
-QString failureOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const RuntimeError& error) {
-        return error.description();
-    }
-    return {};
-}
 
 }  // namespace
 
@@ -86,7 +66,7 @@ private Q_SLOTS:
             for (qsizetype place = 0; place < row.text.size(); place += piece)
                 parser.feed(QStringView(row.text).mid(place, piece));
             parser.finish();
-            QCOMPARE(rowsOf(table), row.rows);
+            QCOMPARE(cellsOf(table), row.rows);
             for (qsizetype place = 0; place < row.lines.size(); ++place)
                 QCOMPARE(table.line(place), row.lines[place]);
         }

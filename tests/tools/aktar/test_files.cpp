@@ -6,8 +6,8 @@
 #include "aktar/htmlreader.h"
 #include "aktar/newfile.h"
 #include "aktar/sheetfile.h"
+#include "cells.h"
 #include "rows.h"
-#include "runtime/runtimeerror.h"
 #include "values/codepage.h"
 
 namespace kovanix::aktar {
@@ -25,26 +25,6 @@ struct FileRow {
     QByteArray bytes;
     QString description;  // of what was read, or the words of the refusal
 };
-
-QString failureOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const RuntimeError& error) {
-        return error.description();
-    }
-    return {};
-}
-
-QList<QStringList> cellsOf(const CellTable& table) {
-    QList<QStringList> rows;
-    for (qsizetype row = 0; row < table.rowCount(); ++row) {
-        QStringList cells;
-        for (qsizetype column = 0; column < table.cellCount(row); ++column)
-            cells << table.text(row, column);
-        rows << cells;
-    }
-    return rows;
-}
 
 }  // namespace
 

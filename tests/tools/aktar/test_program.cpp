@@ -182,6 +182,8 @@ private Q_SLOTS:
 
     void usage_data() {
         addRows<UsageRow>({
+            {"a stray word alone", {{u"elma"_s}, ToolExit::wrongUsage, u"--disa ya da --ice"_s}},
+            {"a trial of nothing", {{u"--deneme"_s}, ToolExit::wrongUsage, u"--disa ya da --ice"_s}},
             {"nothing to do", {{u"--dosya"_s, u"a.csv"_s}, ToolExit::wrongUsage, u"--disa ya da --ice"_s}},
             {"both",
              {{u"--disa"_s, u"urunler"_s, u"--ice"_s, u"urunler"_s, u"--dosya"_s, u"a.csv"_s},

@@ -1,13 +1,12 @@
 #include <QtTest>
 
-#include "aktar/celltable.h"
 #include "aktar/newfile.h"
 #include "aktar/sheetfile.h"
 #include "aktar/sheetwriter.h"
 #include "aktar/xlsxreader.h"
 #include "archives.h"
+#include "cells.h"
 #include "rows.h"
-#include "runtime/runtimeerror.h"
 
 namespace kovanix::aktar {
 
@@ -63,17 +62,6 @@ QByteArray lyingArchive(quint32 claimed) {
         return QByteArray(reinterpret_cast<const char*>(&number), sizeof number);
     };
     return bytes.replace(raw(size), raw(claimed));
-}
-
-QList<QStringList> cellsOf(const CellTable& table) {
-    QList<QStringList> rows;
-    for (qsizetype row = 0; row < table.rowCount(); ++row) {
-        QStringList cells;
-        for (qsizetype column = 0; column < table.cellCount(row); ++column)
-            cells << table.text(row, column);
-        rows << cells;
-    }
-    return rows;
 }
 
 }  // namespace
@@ -206,20 +194,17 @@ private Q_SLOTS:
               tooBig,
               {.ratio = 100'000, .longestTag = 1 << 20}}},
             {"claims less than it unpacks to", {lyingArchive(10), tooBig, {.bytes = 100'000}}},
-            {"claims a hundred gigabytes", {lyingArchive(0xFFFFFFF0U), tooBig}},
+            {"claims four gigabytes", {lyingArchive(0xFFFFFFF0U), tooBig}},
             {"damaged within", {harmed, damaged}},
         });
     }
     void refuses() {
         QFETCH(const BadRow, row);
-        QString words;
-        try {
-            ZipArchive archive(row.bytes, row.limits);
-            readXlsx(archive);
-        } catch (const RuntimeError& error) {
-            words = error.description();
-        }
-        QCOMPARE(words, row.words);
+        QCOMPARE(failureOf([&] {
+                     ZipArchive archive(row.bytes, row.limits);
+                     readXlsx(archive);
+                 }),
+                 row.words);
     }
 
     /// What comes out is counted, whatever was claimed.

@@ -175,6 +175,18 @@ private Q_SLOTS:
 private:
     std::unique_ptr<QGraphicsScene> m_scene;
     FigureChart* m_chart = nullptr;
+
+    /// A sum that is cut says another.
+    void theRestIsNeverCut() {
+        Amounts amounts;
+        amounts.turnover.add(135'850'258.41);
+        amounts.profit.add(26'552'638.11);
+        const QString turnover = u"135.850.258,41 TL"_s;
+        const QString whole = turnover + u", kazanç 26.552.638,11 TL";
+        const double width = QFontMetricsF(QFont()).horizontalAdvance(whole);
+        QCOMPARE(FigureChart::restText(amounts, QFont(), width), whole);
+        QCOMPARE(FigureChart::restText(amounts, QFont(), width - 1), turnover);
+    }
 };
 
 int main(int argc, char** argv) {

@@ -55,7 +55,9 @@ class ProgramTest : public QObject {
         m_shop->run(
             u"INSERT INTO satislar (tarih, barkod, urun, adet, toplam, kar) VALUES "
             "('2026-11-05 10:00:00', '8690000000011', 'Süt; 1 L', 2, 65.5, 12.345), "
-            "('2026-11-06 23:59:59', NULL, '=1+1', 1.25, '12,5', -3)"_s);
+            "('2026-11-06 23:59:59', NULL, '=1+1', 1.25, %1, -3)"_s
+                // A text in a column of numbers, which a server doesn't take: it counts as 12.
+                .arg(ShopFixture::isOnServer() ? u"12"_s : u"'12,5'"_s));
     }
 
 private Q_SLOTS:
@@ -160,6 +162,8 @@ private Q_SLOTS:
     }
 
     void damagedFile() {
+        if (ShopFixture::isOnServer())
+            QSKIP("a server's shop is no file");
         m_shop.reset();
         m_shop.emplace();
         QFile file(m_shop->databaseFile());

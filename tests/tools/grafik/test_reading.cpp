@@ -78,7 +78,11 @@ class ReadingTest : public SalesReportTest {
             return static_cast<int>(random() % static_cast<unsigned>(limit));
         };
         const QDateTime begin(QDate(2026, 4, 20), QTime(7, 0), Qt::UTC);
-        const QStringList odd{"'12,5'", "'1.234,56'", "'12a'", "NULL", "'7.25'"};
+        QStringList odd{"NULL", "'7.25'"};
+        if (!ShopFixture::isOnServer())  // which takes no text in a column of numbers
+            odd << "'12,5'"
+                << "'1.234,56'"
+                << "'12a'";
         QStringList values;
         const auto number = [](double value) { return QString::number(value, 'g', 17); };
         const auto textOrNull = [](bool text, const QString& value) {
@@ -89,7 +93,8 @@ class ReadingTest : public SalesReportTest {
             const double quantity = below(3) > 0 ? 1 + below(4) : below(2000) / 1000.0;
             const double price = below(20000) / 100.0 + (below(5) > 0 ? 0 : 0.005);
             const double profit = quantity * price * (below(100) / 100.0 - 0.2);
-            const QString total = below(50) > 0 ? number(quantity * price) : odd[below(5)];
+            const QString total =
+                below(50) > 0 ? number(quantity * price) : odd[below(static_cast<int>(odd.size()))];
             const QString moment = begin.addSecs(below(86400 * 12)).toString("yyyy-MM-dd HH:mm:ss");
             const QString label = QString::number(product);
             values << QString("('%1', %2, %3, %4, %5, %6, %7)")
@@ -154,6 +159,8 @@ private Q_SLOTS:
     }
     void oddNumbers() {
         QFETCH(const OddRow, row);
+        if (ShopFixture::isOnServer())
+            QSKIP("a server takes no text in a column of numbers");
         sell({.total = row.total, .profit = row.profit});
         open();
         compare({{2026, 5, 4}, {2026, 5, 4}});
@@ -182,8 +189,10 @@ private Q_SLOTS:
         sell({.moment = "2019-12-31 23:59:59"});
         sell({.moment = "2026-05-04 00:00:00"});
         sell({.moment = "2026-05-04 23:59:59"});
-        m_shop->run("INSERT INTO satislar (tarih, toplam) VALUES (NULL, 5), (20260504, 5)");  // no report
-                                                                                              // counts these
+        // No report counts these.
+        m_shop->run("INSERT INTO satislar (tarih, toplam) VALUES (NULL, 5)");
+        if (!ShopFixture::isOnServer())  // which makes a text of a number
+            m_shop->run("INSERT INTO satislar (tarih, toplam) VALUES (20260504, 5)");
         const auto before = m_shop->tables();
         const QByteArray config = m_shop->config();
         const SalesPicture picture = readShop(anyDay(), WorkProgress());
@@ -210,6 +219,8 @@ private Q_SLOTS:
     }
 
     void linesAcrossChunks() {
+        if (ShopFixture::isOnServer())
+            QSKIP("made by a file's engine");
         m_shop->run(
             "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 49999) INSERT INTO "
             "satislar (tarih, barkod, urun, adet, toplam, kar) SELECT datetime('2026-01-01', (i * 7919 % "
