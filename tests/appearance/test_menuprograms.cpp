@@ -1,11 +1,9 @@
 #include <QDesktopServices>
 #include <QFile>
-#include <QRegularExpression>
 
 #include "app/session.h"
 #include "appearance/menu.h"
 #include "desktop/focus.h"
-#include "desktop/folders.h"
 #include "runtime/screenregistry.h"
 #include "salestest.h"
 
@@ -151,34 +149,6 @@ private Q_SLOTS:
         QVERIFY(manual.readAll().contains("<html lang=\"tr\">"));
         QVERIFY(screen<menu>().isVisible());
         QCOMPARE(m_shop->boxes.answered(), 0);
-    }
-
-    void theManualStandsByItself_data() {
-        QTest::addColumn<QString>("row");
-        const QDir folder = QFileInfo(sharedFile("kullanim/index.html")).dir();
-        for (const QString& page : folder.entryList({"*.html"}))
-            QTest::newRow(qPrintable(page)) << folder.filePath(page);
-    }
-    void theManualStandsByItself() {
-        QFETCH(const QString, row);
-        QFile manual(row);
-        QVERIFY(manual.open(QIODevice::ReadOnly));
-        const QString page = QString::fromUtf8(manual.readAll());
-        for (const char* loading : {"<script", "<link", "<img", "<iframe", "src=", "@import"})
-            QVERIFY2(!page.contains(QLatin1String(loading)), loading);
-        // A painted gradient of the page's own is all that an url may name.
-        QVERIFY(!page.contains(QRegularExpression("url\\((?!#)")));
-        int links = 0;
-        for (const QRegularExpressionMatch& link :
-             QRegularExpression(u"href=\"([^\"]*)\""_s).globalMatch(page)) {
-            const QString target = link.captured(1);
-            if (target.startsWith('#'))
-                QVERIFY2(page.contains("id=\"" + target.mid(1) + '"'), qPrintable(target));
-            else
-                QVERIFY2(QFileInfo(row).dir().exists(target.section('#', 0, 0)), qPrintable(target));
-            ++links;
-        }
-        QVERIFY(links > 0);
     }
 
     void byKeyboardAlone() {

@@ -7,6 +7,7 @@
 #include <QTextStream>
 #include <optional>
 
+#include "app/frame.h"
 #include "runtime/runtimeerror.h"
 #include "shop.h"
 
@@ -46,6 +47,7 @@ void tell(QTextStream& out, const ShopPlan& plan, const ShopSummary& made) {
 
 int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
+    kovanix::nameApplication();
     QCoreApplication::setApplicationName(u"kovanix-demo-shop"_s);
     QTextStream out(stdout);
     QTextStream errors(stderr);
@@ -66,6 +68,7 @@ int main(int argc, char* argv[]) {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Kovanix için deneme dükkânı kurar."_s);
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.addOptions({folder, products, sales, seed, password, today, force});
     parser.process(application);
 
