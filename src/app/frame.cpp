@@ -42,21 +42,19 @@ QPalette shopPalette() {
     return palette;
 }
 
-// The words of the toolkit's own menus, a field's for one. A machine without them shows English there; ours
-// are never looked up.
-void installToolkitWords() {
-    auto* words = new QTranslator(qApp);
-    if (words->load(u"qtbase_tr"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(words);
-    else
-        delete words;
-}
-
 }  // namespace
 
 void nameApplication() {
     QCoreApplication::setApplicationName(u"Kovanix"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(KOVANIX_VERSION));
+}
+
+void installToolkitWords() {
+    auto* words = new QTranslator(qApp);
+    if (words->load(u"qtbase_tr"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(words);
+    else
+        delete words;
 }
 
 void prepareApplication() {

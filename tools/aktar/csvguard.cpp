@@ -48,7 +48,8 @@ QString guarded(const QString& text) {
         return text;
     if (beginsFormula(text))
         return u'\'' + text;
-    return isTakenForNumber(text) ? u'\t' + text : text;
+    // A tab of its own would come off as the guard.
+    return text.startsWith(u'\t') || isTakenForNumber(text) ? u'\t' + text : text;
 }
 
 QString unguarded(const QString& text) {

@@ -1,6 +1,7 @@
 #include "grafik/figuresheet.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QGraphicsScene>
 #include <QPainter>
 #include <QSaveFile>
@@ -129,6 +130,9 @@ QImage drawnImage(const SalesPicture& picture, Division division) {
 }
 
 void writeImage(const SalesPicture& picture, Division division, const QString& path) {
+    // What is no file, a device for one, would be replaced by one.
+    if (const QFileInfo there(path); there.exists() && !there.isFile())
+        throw RuntimeError(notWritten, u"%1 yazılamadı: bu bir dosya değil"_s.arg(path));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !drawnImage(picture, division).save(&file, "PNG") ||
         !file.commit())

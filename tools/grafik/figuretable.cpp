@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 
 #include "grafik/salesfigures.h"
 #include "reports/rangewords.h"
@@ -169,6 +168,12 @@ DayRange presetRange(Preset preset, QDate today) {
         default:
             return {today, today};
     }
+}
+
+std::function<QDate(QDate day)> dayGroups(const DayRange& range) {
+    return [step = stepFor(range), first = range.first](QDate day) {
+        return std::max(first, step.beginOf(day));
+    };
 }
 
 FigureTable byDay(const SalesFigures& figures, const DayRange& range) {

@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QDateTime>
 #include <QString>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -53,6 +54,9 @@ struct FigureTable {
 
 /// The most bars that are told apart on a small screen.
 inline constexpr int mostBars = 62;
+
+/// Tells of a day in a range the first one in it that byDay puts together with it.
+std::function<QDate(QDate day)> dayGroups(const DayRange& range);
 
 /// Every day of a range, those without sales, too. More days than there is room for are put together by
 /// month, more months by year, and so on by 10, 100 and 1000 years.

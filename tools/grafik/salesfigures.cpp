@@ -67,7 +67,7 @@ Amounts& SalesFigures::day(std::string_view moment) {
         return *m_lastAmounts;
     const QDate date = dayOf(moment);
     m_lastDay = text;
-    m_lastAmounts = date.isValid() ? &m_days[date] : &m_withoutDay;
+    m_lastAmounts = date.isValid() ? &m_days[m_group ? m_group(date) : date] : &m_withoutDay;
     return *m_lastAmounts;
 }
 
@@ -81,19 +81,54 @@ Amounts& SalesFigures::hour(std::string_view moment) {
 Amounts& SalesFigures::product(const SoldLine& line) {
     const std::string_view barcode = trimmed(line.barcode);
     const std::string_view name = trimmed(line.name);
-    std::string ofName;  // no barcode begins with a line end
-    if (barcode.empty())
-        ofName = '\n' + std::string(name);
-    const std::string_view key = barcode.empty() ? std::string_view(ofName) : barcode;
-    auto place = m_places.find(key);
-    if (place == m_places.end()) {
-        place = m_places.emplace(key, m_products.size()).first;
+    const std::hash<std::string_view> hashOf;
+    const std::size_t nameHash = hashOf(name);
+    const std::size_t hash = barcode.empty() ? nameHash : hashOf(barcode);
+    if (m_products.size() * 2 >= m_places.size())
+        makeRoom();
+    Place& place = placeOf(hash, barcode, name);
+    if (place.number == 0) {
         m_products.push_back({std::string(barcode), std::string(name), {}});
+        m_names.push_back(nameHash);
+        place = {hash, m_products.size()};
     }
-    Product& product = m_products[place->second];
-    if (!name.empty() && name != product.name)
+    Product& product = m_products[place.number - 1];
+    if (std::size_t& known = m_names[place.number - 1]; known != nameHash && !name.empty()) {
         product.name = name;
+        known = nameHash;
+    }
     return product.amounts;
+}
+
+/// The place of a product, or the free one where it belongs. Without a barcode its name is what it is known
+/// by.
+SalesFigures::Place& SalesFigures::placeOf(std::size_t hash, std::string_view barcode,
+                                           std::string_view name) {
+    const std::size_t mask = m_places.size() - 1;
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+        Place& place = m_places[i];
+        if (place.number == 0)
+            return place;
+        if (place.hash != hash)
+            continue;
+        const Product& product = m_products[place.number - 1];
+        if (product.barcode == barcode && (!barcode.empty() || product.name == name))
+            return place;
+    }
+}
+
+void SalesFigures::makeRoom() {
+    constexpr std::size_t fewest = 1024;
+    const std::vector<Place> before = std::move(m_places);
+    m_places.assign(std::max(fewest, before.size() * 2), {});
+    const std::size_t mask = m_places.size() - 1;
+    for (const Place& place : before) {
+        std::size_t i = place.hash & mask;
+        while (m_places[i].number != 0)
+            i = (i + 1) & mask;
+        if (place.number != 0)
+            m_places[i] = place;
+    }
 }
 
 }  // namespace kovanix

@@ -2,11 +2,11 @@
 
 #include <QDate>
 #include <array>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "grafik/amounts.h"
@@ -36,10 +36,15 @@ public:
         Amounts amounts;
     };
 
+    SalesFigures() = default;
+    /// @param group  of a day: the day under which it is added up. A sum of sums
+    /// would not tell what adding line by line comes to.
+    explicit SalesFigures(std::function<QDate(QDate day)> group) : m_group(std::move(group)) {}
+
     void add(const SoldLine& line);
 
     const Amounts& total() const { return m_total; }
-    /// Days with sales, in their order.
+    /// Days with sales, or their groups, in their order.
     const std::map<QDate, Amounts>& days() const { return m_days; }
     const std::array<Amounts, hours>& byHour() const { return m_hours; }
     /// In the order in which they were first sold.
@@ -51,22 +56,27 @@ public:
     const Amounts& withoutHour() const { return m_withoutHour; }
 
 private:
-    struct TextHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    /// Where a product stands, found by the hash of its key.
+    struct Place {
+        std::size_t hash = 0;
+        std::size_t number = 0;  ///< of the product, counted from 1; 0 for a free place
     };
 
     Amounts& day(std::string_view moment);
     Amounts& hour(std::string_view moment);
     Amounts& product(const SoldLine& line);
+    Place& placeOf(std::size_t hash, std::string_view barcode, std::string_view name);
+    void makeRoom();
 
+    std::function<QDate(QDate day)> m_group;
     Amounts m_total;
     std::map<QDate, Amounts> m_days;
     std::array<Amounts, hours> m_hours;
     Amounts m_withoutDay;
     Amounts m_withoutHour;
     std::vector<Product> m_products;
-    std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> m_places;
+    std::vector<std::size_t> m_names;  // the hash of each product's name: that is nearer than its letters
+    std::vector<Place> m_places;       // open addressing, at most half full
     bool m_inOrder = true;
     std::string m_lastMoment;
     std::string m_lastDay;             // lines of a day follow one another

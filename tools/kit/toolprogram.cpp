@@ -18,13 +18,27 @@ namespace kovanix {
 using namespace Qt::StringLiterals;
 
 ToolCommandLine::ToolCommandLine(const QString& name, const QString& description)
-    : folder(u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s) {
+    : folder(u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s),
+      m_help({u"h"_s, u"help"_s}, u"Bu yardımı gösterir."_s),
+      m_version({u"v"_s, u"version"_s}, u"Sürümü gösterir."_s) {
     nameApplication();
     QCoreApplication::setApplicationName(name);
     setApplicationDescription(description);
-    addHelpOption();
-    addVersionOption();
-    addOption(folder);
+    addOptions({m_help, m_version, folder});
+}
+
+std::optional<int> ToolCommandLine::answer() {
+    if (!parse(QCoreApplication::arguments())) {
+        tellError(QCoreApplication::applicationName() + u": "_s + errorText());
+        return ToolExit::wrongUsage;
+    }
+    if (isSet(m_help))
+        tellLine(helpText());
+    else if (isSet(m_version))
+        tellLine(QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion());
+    else
+        return std::nullopt;
+    return ToolExit::done;
 }
 
 bool ToolCommandLine::findShop() const {
@@ -36,9 +50,13 @@ int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::func
             const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run,
             const std::function<bool()>& draws) {
     const QString name = QCoreApplication::applicationName();
-    const auto runTold = [&run] {
+    const auto runTold = [](const std::function<int()>& step) {
         try {
-            return run();
+            const int status = step();
+            if (status != ToolExit::done || (std::fflush(stdout) == 0 && std::ferror(stdout) == 0))
+                return status;
+            tellError(u"Standart çıktıya yazılamadı."_s);
+            return ToolExit::failed;
         } catch (const RuntimeError& error) {
             tellError(error.description());
             return ToolExit::failed;
@@ -47,10 +65,12 @@ int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::func
     bool showsWindow = false;
     {
         QCoreApplication console(argc, argv);
-        commandLine.process(console);
+        installToolkitWords();
+        if (const std::optional<int> answered = commandLine.answer())
+            return runTold([&] { return *answered; });
         showsWindow = wantsWindow();
         if (!showsWindow && !(draws && draws()))
-            return runTold();
+            return runTold(run);
     }
     if (!showsWindow)
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -58,7 +78,7 @@ int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::func
     prepareApplication();
     QCoreApplication::setApplicationName(name);
     if (!showsWindow)
-        return runTold();
+        return runTold(run);
     const std::unique_ptr<QWidget> shown = window();
     shown->show();
     return QCoreApplication::exec();

@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QWidget;
 
@@ -30,7 +31,15 @@ public:
     /// made. @return whether there is a shop in it
     bool findShop() const;
 
+    /// Reads the program's arguments, and answers --help, --version and an option that isn't known.
+    /// @return the exit status where that is all there is to do
+    std::optional<int> answer();
+
     const QCommandLineOption folder;
+
+private:
+    const QCommandLineOption m_help;
+    const QCommandLineOption m_version;
 };
 
 /// Runs a program beside the till: with a display and the till's look when it shows a window, without either
@@ -39,7 +48,7 @@ public:
 /// @param wantsWindow  whether the command line, which has been read by then, asks for the window
 /// @param window  makes the window
 /// @param run  does what the command line asks for. @return the exit status; a RuntimeError is said on
-/// standard error
+/// standard error, and so is output that couldn't be written
 /// @param draws  whether that draws a picture: it is done with the till's look then, on no display. Empty for
 /// never
 int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::function<bool()>& wantsWindow,

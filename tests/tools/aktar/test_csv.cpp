@@ -191,6 +191,7 @@ private Q_SLOTS:
             {"a date", {u"1/2"_s, u"\t1/2"_s}},
             {"a day of a month", {u"10 EKİM"_s, u"\t10 EKİM"_s}},
             {"an exponent", {u"1E5"_s, u"\t1E5"_s}},
+            {"a tab of its own", {u"\tSÜT"_s, u"\t\tSÜT"_s}},
             {"a number", {u"3.5"_s, u"\t3.5"_s}},
             {"a formula", {u"=1+1"_s, u"'=1+1"_s}},
             {"plus", {u"+90 500 000"_s, u"'+90 500 000"_s}},

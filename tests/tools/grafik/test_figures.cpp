@@ -320,6 +320,20 @@ private Q_SLOTS:
         QCOMPARE(shown, (QStringList{u"03.11 10,00 -4,00"_s, u"04.11 0,00 0,00"_s, u"05.11 20,00 5,00"_s}));
     }
 
+    /// Under the first of its days that is in the range, line by line: a month is as certain as a day then.
+    void daysAreAddedUpInTheirGroup() {
+        const DayRange range{{2026, 1, 15}, {2026, 12, 31}};
+        SalesFigures figures(dayGroups(range));
+        for (const char* moment : {"2026-01-16 10:00:00", "2026-01-31 23:59:59", "2026-02-01 00:00:00"})
+            figures.add(line(moment, 33.335));
+        QCOMPARE(figures.days().size(), 2U);
+        QCOMPARE(figures.days().begin()->first, QDate(2026, 1, 15));
+        const FigureTable table = byDay(figures, range);
+        QCOMPARE(table.rows[0].amounts.lines, 2);
+        QCOMPARE(table.rows[1].amounts.lines, 1);
+        QVERIFY(table.rows[0].amounts.isCertain(true));
+    }
+
     void linesWithoutADayAreTold() {
         SalesFigures figures;
         figures.add(line("2026-11-31 10:00:00"));

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QImage>
 #include <QProcess>
 #include <QtTest>
@@ -108,7 +110,7 @@ private Q_SLOTS:
         addRows<RunRow>(
             {{"help", {{u"--help"_s}, 0, {}}},
              {"version", {{u"--version"_s}, 0, {}}},
-             {"unknown option", {{u"--olmaz"_s}, 1, u"kovanix-grafik: Unknown option"_s}},
+             {"unknown option", {{u"--olmaz"_s}, 2, u"kovanix-grafik: Bilinmeyen seçenek"_s}},
              {"unknown kind", {{u"--csv"_s, u"--tur"_s, u"ay"_s}, 2, u"--png DOSYA"_s}},
              {"nothing to make", {{u"--tur"_s, u"gun"_s}, 2, u"--png DOSYA"_s}},
              {"a stray word", {{u"--csv"_s, u"gun"_s}, 2, u"--png DOSYA"_s}},
@@ -133,6 +135,28 @@ private Q_SLOTS:
         QVERIFY2(told.startsWith(row.told), qPrintable(made.errors));
         QVERIFY(!QFileInfo::exists(m_shop->file(u"yok"_s)));
         QVERIFY(!QFileInfo::exists(m_shop->file(u"a.png"_s)));
+    }
+
+    void aPictureReplacesNoDevice() {
+        sell();
+        const QString pipe = m_shop->file(u"pipe.png"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        const Run made = run(withShop({u"--png"_s, pipe}));
+        QCOMPARE(made.status, 1);
+        QVERIFY2(made.errors.contains(pipe + u" yazılamadı: "_s), qPrintable(made.errors));
+        QVERIFY(!QFileInfo(pipe).isFile());
+    }
+
+    /// A program whose output is lost mustn't end as if it were there.
+    void outputThatCantBeWritten() {
+        sell();
+        QProcess process;
+        process.setStandardOutputFile(u"/dev/full"_s);
+        process.start(qEnvironmentVariable("KOVANIX_BUILD_DIR") + u"/bin/kovanix-grafik",
+                      withShop({u"--csv"_s}));
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 1);
+        QVERIFY(process.readAllStandardError().contains("Standart çıktıya yazılamadı."));
     }
 
     void damagedFile() {

@@ -16,6 +16,10 @@ struct DatabaseRow {
     QString password;
 };
 
+struct MomentRow {
+    QString moment;
+};
+
 struct OddRow {
     QString total;  ///< as it stands in the statement
     QString profit;
@@ -106,6 +110,7 @@ private Q_SLOTS:
             sellAtRandom(1500, seed);
             open();
             compare({{2026, 4, 20}, {2026, 5, 2}});
+            compare({{2026, 4, 21}, {2026, 4, 30}});  // most of them: the others are passed over
             compare({{2026, 4, 24}, {2026, 4, 24}});
             compare({{2026, 1, 1}, {2026, 12, 31}});  // by month
             if (QTest::currentTestFailed())
@@ -176,14 +181,32 @@ private Q_SLOTS:
         }
         sell({.moment = "2019-12-31 23:59:59"});
         sell({.moment = "2026-05-04 00:00:00"});
-        m_shop->run("INSERT INTO satislar (tarih, toplam) VALUES (NULL, 5)");  // no report counts it
+        sell({.moment = "2026-05-04 23:59:59"});
+        m_shop->run("INSERT INTO satislar (tarih, toplam) VALUES (NULL, 5), (20260504, 5)");  // no report
+                                                                                              // counts these
         const auto before = m_shop->tables();
         const QByteArray config = m_shop->config();
         const SalesPicture picture = readShop(anyDay(), WorkProgress());
         QCOMPARE(picture.range, (DayRange{{2019, 12, 31}, {2026, 5, 4}}));
-        QCOMPARE(picture.total.lines, 2);
+        QCOMPARE(picture.total.lines, 3);
         QCOMPARE(m_shop->tables(), before);
         QCOMPARE(m_shop->config(), config);
+    }
+
+    void momentsThatAreNone_data() {
+        addRows<MomentRow>({{"at the end", {"2026-11-31 10:00:00"}},
+                            {"at the beginning", {"2019-00-01 10:00:00"}},
+                            {"a spreadsheet's", {"20.11.2026 10:00"}},
+                            {"in the middle", {"2026-05-00 10:00:00"}}});
+    }
+    void momentsThatAreNone() {
+        QFETCH(const MomentRow, row);
+        sell({.moment = "2026-05-04 00:00:00"});
+        sell({.moment = row.moment});
+        sell({.moment = "2026-04-30 23:59:59"});
+        const SalesPicture picture = readShop(anyDay(), WorkProgress());
+        QCOMPARE(picture.range, (DayRange{{2026, 4, 30}, {2026, 5, 4}}));
+        QCOMPARE(ReadingTest::told(picture.total), reported({2026, 4, 30}, {2026, 5, 4}));
     }
 
     void linesAcrossChunks() {
