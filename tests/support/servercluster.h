@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <memory>
 
 namespace kovanix {
 
@@ -20,7 +21,8 @@ public:
     /// What this machine lacks for it; empty when all is there.
     static QString missing();
 
-    /// Makes the cluster and starts its server. @param settings  further ones, as "fsync=on"
+    /// Makes the cluster and starts its server: in memory where there is plenty, unless its syncs count.
+    /// @param settings  further ones, as "fsync=on"
     bool start(const QStringList& settings = {});
 
     static QString host() { return QStringLiteral("127.0.0.1"); }
@@ -59,12 +61,12 @@ public:
     QByteArray log() const;
 
 private:
-    QString path(const char* name) const { return m_dir.filePath(QString::fromLatin1(name)); }
+    QString path(const char* name) const { return m_dir->filePath(QString::fromLatin1(name)); }
     bool ask(QProcess& psql, const QString& database, const QStringList& statements) const;
     bool runServer();
     void signalAll(int signal) const;
 
-    QTemporaryDir m_dir;
+    std::unique_ptr<QTemporaryDir> m_dir;
     QProcess m_server;
     int m_port = 0;
     int m_databases = 0;
