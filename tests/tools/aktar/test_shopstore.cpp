@@ -89,7 +89,7 @@ private Q_SLOTS:
             if (done == half && ++attempts == 1)
                 QTest::qSleep(400);
         };
-        applyPlan(*m_connection, plan, beBusyOnce, {300ms, 0ms, 5});
+        applyPlan(*m_connection, plan, beBusyOnce, {300ms, 0ms, 50});
         QVERIFY(attempts >= 2);
         QCOMPARE(m_shop->rows(u"SELECT COUNT(*) FROM urunler"_s), (QList<QVariantList>{{2002}}));
     }

@@ -171,6 +171,14 @@ private Q_SLOTS:
             {"other files", {archiveOf({{u"a.txt"_s, "a"}}), damaged}},
             {"no sheet", {without(u"xl/worksheets/sheet1.xml"_s), damaged}},
             {"no relations", {without(u"xl/_rels/workbook.xml.rels"_s), damaged}},
+            {"a sheet outside of the archive",
+             {archiveOf([] {
+                  auto files = workbookOf({});
+                  files[u"xl/_rels/workbook.xml.rels"_s] =
+                      "<Relationships><Relationship Id='rId1' Target='../../../etc/passwd'/></Relationships>";
+                  return files;
+              }()),
+              damaged}},
             {"broken XML", {bookOf("<row><c></row>"), broken}},
             {"XML that ends too early", {bookOf("</sheetData></worksheet><x"), broken}},
             {"a document type",
