@@ -165,9 +165,9 @@ void satisekrani::connectControls() {
         onlyCharacters(u"0123456789,"));
     for (QLineEdit* number : {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi})
         keepGroups(*number);
-    for (QLineEdit* number :
-         {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi, ui.fiyargorfiyati})
-        keepWhole(*number);
+    for (QLineEdit* field :
+         {ui.adet, ui.ver2, ui.adetdegis, ui.fiyatdegis, ui.urunsatisi, ui.fiyargoradi, ui.fiyargorfiyati})
+        keepWhole(*field);
     keepOnOneLine(*ui.urunadi);
 }
 

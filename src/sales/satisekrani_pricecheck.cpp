@@ -65,6 +65,7 @@ void satisekrani::showPriceOf(const QString& barcode) {
         return;
     }
     ui.fiyargoradi->setText(nullmetin(urunkayit.field(u"urun"_s)));
+    ui.fiyargoradi->setCursorPosition(0);  // of a name too long for the field the beginning is seen
     ui.fiyargorfiyati->setText(format(sayicevir(urunkayit.field(u"satis"_s)), u"#,##0.00"));
     urunkayit.close();
 }

@@ -164,6 +164,15 @@ private Q_SLOTS:
         QCOMPARE(tables(), stored);
     }
 
+    void aLongNameIsSeenFromItsBeginning() {
+        m_shop->addProduct("906", "Zeytinyağlı Yaprak Sarma Konservesi Aile Boyu 2 Kg", 1, 5);
+        m_shop->key(Qt::Key_F4);
+        const int usual = ui().fiyargoradi->fontInfo().pixelSize();
+        m_shop->scan("906");
+        QCOMPARE(ui().fiyargoradi->cursorPosition(), 0);
+        QVERIFY(ui().fiyargoradi->fontInfo().pixelSize() < usual);
+    }
+
     void foundByTheNumberPadsEnter() {
         m_shop->key(Qt::Key_F4);
         m_shop->type(goods::bread);

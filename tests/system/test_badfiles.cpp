@@ -8,6 +8,7 @@
 
 #include "database/engineerror.h"
 #include "databasefile.h"
+#include "ownsurroundings.h"
 #include "programs.h"
 #include "runtests.h"
 
@@ -80,13 +81,11 @@ class SmallDisk {
 public:
     explicit SmallDisk(const QString& folder) : m_folder(folder) {
         QDir().mkpath(folder);
-        const Outcome outcome =
-            runProgram({u"mount"_s, u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=2m"_s, u"tmpfs"_s, folder});
-        m_mounted = outcome.ended && outcome.status == 0;
+        m_mounted = mountSmallDisk(folder, 2);
     }
     ~SmallDisk() {
         if (m_mounted)
-            runProgram({u"umount"_s, m_folder});
+            unmountDisk(m_folder);
     }
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
@@ -94,18 +93,8 @@ public:
     bool isMounted() const { return m_mounted; }
     QString folder() const { return m_folder; }
 
-    /// Takes every byte that is left.
-    void fill() const {
-        QFile filler(m_folder + u"/filler");
-        if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-            qFatal("can't fill the disk");
-        for (const qsizetype size : {65536, 4096, 1}) {
-            const QByteArray block(size, 'x');
-            while (filler.write(block) > 0) {
-            }
-        }
-    }
-    void clear() const { QFile::remove(m_folder + u"/filler"); }
+    void fill() const { fillDisk(m_folder); }
+    void clear() const { clearDisk(m_folder); }
 
 private:
     QString m_folder;

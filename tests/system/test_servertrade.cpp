@@ -3,6 +3,8 @@
 
 #include <random>
 
+#include "countingproxy.h"
+#include "data/baglanmamodulu.h"
 #include "runtests.h"
 #include "sellingtills.h"
 #include "servercluster.h"
@@ -48,14 +50,60 @@ private Q_SLOTS:
             QSKIP(qPrintable(missing));
     }
 
+    /// With none of the tables there, a till makes them at its start.
+    void twoTillsOpenAnEmptyDatabase() {
+        const auto tablesOf = [](const ShopFixture& shop) {
+            return shop.rows(
+                u"SELECT table_name, column_name, data_type, domain_name FROM information_schema.columns WHERE table_schema = 'public' ORDER BY table_name, ordinal_position"_s);
+        };
+        ShopFixture alone;
+        alone.openShop();
+        const QList<QVariantList> wanted = tablesOf(alone);
+        QVERIFY(wanted.size() > 20);
+        baglantikapat();
+        for (int round = 0; round < 3; ++round) {
+            ShopFixture shop;
+            shop.makeDatabase();
+            const QStringList command{replayProgram(), u"--sales"_s,  u"--boxes"_s,
+                                      u"--folder"_s,   shop.folder(), QProcess::nullDevice()};
+            Program one(command);
+            Program other(command);
+            for (Program* const till : {&one, &other}) {
+                const Outcome outcome = till->finish();
+                QCOMPARE(outcome.output + outcome.errors, QString());
+                QCOMPARE(outcome.status, 0);
+            }
+            QCOMPARE(tablesOf(shop), wanted);
+        }
+    }
+
+    void allSellAtOnce_data() {
+        QTest::addColumn<int>(
+            "delay");  // of the network, in microseconds a round trip; below 0 without a proxy
+        QTest::newRow("on the server's machine") << -1;
+        QTest::newRow("0.3 ms away") << 300;
+        QTest::newRow("3 ms away") << 3000;
+    }
+
     void allSellAtOnce() {
+        QFETCH(const int, delay);
         const ClosedShop shop;
-        SellingTills tills(shop, 2 * tillCount, wantedTimes("KOVANIX_TRADE", 60));
+        CountingProxy proxy(testServer().port());
+        proxy.setDelay(std::max(delay, 0));
+        if (delay >= 0) {
+            QFile pointer(shop.databaseFile());
+            QVERIFY(pointer.open(QIODevice::ReadWrite));
+            const QByteArray text = pointer.readAll().replace(QByteArray::number(testServer().port()),
+                                                              QByteArray::number(proxy.port()));
+            QVERIFY(pointer.resize(0) && pointer.seek(0) && pointer.write(text) == text.size());
+        }
+        SellingTills tills(shop, 2 * tillCount, wantedTimes("KOVANIX_TRADE", 25));
         QVERIFY(tills.waitFor([&] { return tills.told() >= 0 && tills.areDone(); }));
         for (int number = 0; number < tills.count(); ++number) {
             QCOMPARE(tills.at(number).strange().join(u'\n'), QString());
             QCOMPARE(tills.at(number).cut(), 0);
         }
+        QCOMPARE(proxy.connections() > 0, delay >= 0);
         QCOMPARE(tills.difference(shop), QString());
         qInfo("%d tills: %s", tills.count(), qPrintable(tills.summary()));
     }

@@ -62,13 +62,22 @@ bool ColumnTexts::fits(const QString& text, int pixels, int width) const {
                                  : fitsOnTwoLines(text, metrics, width);
 }
 
+bool ColumnTexts::makesOthersSmall(const QString& text, int largest, int width) const {
+    if (m_lines == Lines::one)
+        return true;
+    const QFontMetrics metrics = metricsOf(m_font, largest);
+    const QList<QStringView> words = QStringView(text).split(u' ');
+    return std::ranges::all_of(words, [&](QStringView word) {
+        return word.size() <= longestText && metrics.horizontalAdvance(word.toString()) <= width;
+    });
+}
+
 int ColumnTexts::letterSize(int width, int largest, int smallest) const {
     const double most = width * rounding * measuredSize / std::max(1, smallest);
     auto text = m_texts.upper_bound({static_cast<int>(std::min<double>(most, boundless - 1)), {}});
     while (text != m_texts.begin()) {
         --text;
-        const bool breaks = m_lines == Lines::one || text->first.second.contains(u' ');
-        const int least = breaks ? smallest : largest;
+        const int least = makesOthersSmall(text->first.second, largest, width) ? smallest : largest;
         for (int size = largest; size >= least; --size) {
             if (fits(text->first.second, size, width))
                 return size;

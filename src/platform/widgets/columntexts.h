@@ -22,13 +22,14 @@ public:
 
     /// The largest letter size, in pixels from `largest` down to `smallest`, at which every text stands whole
     /// in that width. Texts that don't even at the smallest don't count: they would make all others small for
-    /// nothing. Nor does a text that may break but has no blank to break at, where it doesn't at the largest:
-    /// on a wide display a single word of fifty letters would make all others as small as may be.
+    /// nothing. Nor does a text that may break at its blanks but holds a word that is wider than that at the
+    /// largest: on a wide display a word of fifty letters would make all others as small as may be.
     int letterSize(int width, int largest, int smallest) const;
 
 private:
     int need(const QString& text) const;
     bool fits(const QString& text, int pixels, int width) const;
+    bool makesOthersSmall(const QString& text, int largest, int width) const;
 
     QFont m_font;
     Lines m_lines = Lines::one;

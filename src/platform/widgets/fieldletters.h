@@ -4,9 +4,9 @@ class QLineEdit;
 
 namespace kovanix {
 
-/// For fields that show a number: where the text is wider than the field its letters get smaller, so that no
-/// digit is out of sight, down to the smallest that can be read at arm's length. A font that the field is
-/// given later is the one that they are taken from.
+/// For fields that show a number or a name: where the text is wider than the field its letters get smaller,
+/// so that nothing of it is out of sight, down to the smallest that can be read at arm's length. A font that
+/// the field is given later is the one that they are taken from.
 void keepWhole(QLineEdit& field);
 
 }  // namespace kovanix

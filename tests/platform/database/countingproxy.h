@@ -9,13 +9,14 @@
 #include <atomic>
 #include <chrono>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <vector>
 
 namespace kovanix {
 
-/// Stands on the loopback between a client and a server, one connection after the other, and counts the round
-/// trips. It runs in a thread of its own, for the client's waits.
+/// Stands on the loopback between clients and a server, and counts the round trips. Each connection runs in a
+/// thread of its own, for the client's waits.
 class CountingProxy {
 public:
     explicit CountingProxy(int serverPort) : m_serverPort(serverPort) {
@@ -33,6 +34,7 @@ public:
         cut();
         m_thread.join();
         ::close(m_listener);
+        m_forwarding.clear();
     }
     CountingProxy(const CountingProxy&) = delete;
     CountingProxy& operator=(const CountingProxy&) = delete;
@@ -45,7 +47,7 @@ public:
     /// Has each of the client's sends arrive that much later. @param delay  in microseconds
     void setDelay(int delay) { m_delay = delay; }
 
-    /// Ends the connection on both sides.
+    /// Ends the connections on both sides.
     void cut() {
         const std::lock_guard lock(m_mutex);
         for (const int socket : m_sockets)
@@ -68,21 +70,30 @@ private:
             const int client = ::accept(m_listener, nullptr, nullptr);
             if (client < 0)
                 continue;
-            const int server = ::socket(AF_INET, SOCK_STREAM, 0);
-            const sockaddr_in address = loopback(m_serverPort);
             ++m_connections;
-            setSockets({client, server});
-            if (::connect(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
-                forward(client, server);
-            setSockets({});
-            ::close(server);
-            ::close(client);
+            m_forwarding.emplace_back([this, client] { serve(client); });
         }
     }
 
-    void setSockets(std::vector<int> sockets) {
+    void serve(int client) {
+        const int server = ::socket(AF_INET, SOCK_STREAM, 0);
+        const sockaddr_in address = loopback(m_serverPort);
+        keep({client, server});
+        if (!m_ends && ::connect(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+            forward(client, server);
+        forget({client, server});
+    }
+
+    void keep(const std::set<int>& sockets) {
         const std::lock_guard lock(m_mutex);
-        m_sockets = std::move(sockets);
+        m_sockets.insert(sockets.begin(), sockets.end());
+    }
+    void forget(const std::set<int>& sockets) {
+        const std::lock_guard lock(m_mutex);
+        for (const int socket : sockets) {
+            m_sockets.erase(socket);
+            ::close(socket);
+        }
     }
 
     void forward(int client, int server) {
@@ -116,8 +127,9 @@ private:
     std::atomic<int> m_delay = 0;
     std::atomic<int> m_connections = 0;
     std::mutex m_mutex;
-    std::vector<int> m_sockets;  ///< of the connection that is forwarded
+    std::set<int> m_sockets;  ///< of the connections that are forwarded
     std::thread m_thread;
+    std::vector<std::jthread> m_forwarding;
 };
 
 }  // namespace kovanix

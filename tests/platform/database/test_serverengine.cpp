@@ -2,7 +2,9 @@
 #include <QProcess>
 #include <QScopeGuard>
 #include <QTest>
+#include <atomic>
 #include <optional>
+#include <thread>
 
 #include "countingproxy.h"
 #include "database/press.h"
@@ -24,6 +26,13 @@ namespace {
 struct LocaleRow {
     QString made;     ///< how the database is made
     QString refused;  ///< what the refusal says of it; empty where it is none
+};
+
+struct ConflictRow {
+    QString setting;   ///< of the database
+    QString then;      ///< what the other till does as soon as this one waits
+    QByteArray words;  ///< the server's, in its log
+    QString found;     ///< in the end: product 0's stock, the least purchase price
 };
 
 std::optional<Kind> kindOf(const std::function<void()>& step) {
@@ -57,6 +66,7 @@ qsizetype beginShop(const QString& connectionString) {
 
 }  // namespace
 
+Q_DECLARE_METATYPE(ConflictRow)
 Q_DECLARE_METATYPE(LocaleRow)
 
 /// What is special to a till that works on a server.
@@ -124,10 +134,13 @@ private Q_SLOTS:
     void aReadOpensAgain_data();
     void aReadOpensAgain();
     void aWriteIsNeverSentTwice();
+    void aWriteThatWaitsGoesWithItsTill();
     void whatAPressWroteIsNotForgotten();
     void afterRestTheServerIsAskedFirst();
     void aFailedOpenIsRemembered();
     void conflictsAreRetried();
+    void conflictsOfTwoTills_data();
+    void conflictsOfTwoTills();
     void waitsForARowNoLongerThanAsked();
     void refusesAnotherLocale_data();
     void refusesAnotherLocale();
@@ -224,6 +237,30 @@ void TestServerEngine::aWriteIsNeverSentTwice() {
     QCOMPARE(till.rows(u"SELECT barkod FROM satislar ORDER BY no"_s), (QStringList{u"1"_s, u"2"_s, u"3"_s}));
 }
 
+void TestServerEngine::aWriteThatWaitsGoesWithItsTill() {
+    Till till;
+    RawDatabase raw(till.file.path(), till.file.password());
+    QVERIFY(raw.run(u"BEGIN"_s) && raw.run(u"UPDATE urunler SET stok = 1 WHERE barkod = '1'"_s));
+    const auto isWaiting = [&] {
+        return !testServer()
+                    .rows(till.file.database(), u"SELECT 1 FROM pg_locks WHERE NOT granted"_s)
+                    .isEmpty();
+    };
+    {
+        const std::jthread cut([&] {
+            while (!isWaiting()) {
+            }
+            till.proxy.cut();
+        });
+        QCOMPARE(kindOf([&] { till.reading.execute(u"UPDATE urunler SET stok = 2 WHERE barkod = '1'"_s); }),
+                 Kind::lost);
+    }
+    // Before its wait for the row would have an end.
+    QTRY_VERIFY_WITH_TIMEOUT(!isWaiting(), 3000);
+    QVERIFY(raw.run(u"ROLLBACK"_s));
+    QCOMPARE(till.rows(u"SELECT stok FROM urunler WHERE barkod = '1'"_s), QStringList{u"100"_s});
+}
+
 /// A server that falls in the middle of a sale may lose its first lines: they aren't on the disk yet. Going
 /// on with the last ones would tell the cashier that the sale is stored.
 void TestServerEngine::whatAPressWroteIsNotForgotten() {
@@ -285,6 +322,45 @@ void TestServerEngine::conflictsAreRetried() {
     QVERIFY(raw.run(u"ALTER SEQUENCE denemeler RESTART WITH -9"_s));
     QCOMPARE(kindOf([&] { till.sellLine(till.reading, 2); }), Kind::busy);
     QCOMPARE(till.rows(u"SELECT last_value FROM denemeler"_s), QStringList{u"-6"_s});
+}
+
+void TestServerEngine::conflictsOfTwoTills_data() {
+    // The other till has product 20 when this one comes to it, and then ends or wants product 1.
+    addRows<ConflictRow>(
+        {{"a deadlock",
+          {u"SET deadlock_timeout = '50ms'"_s, u"UPDATE urunler SET stok = 5 WHERE barkod = '0'"_s,
+           "deadlock detected", u"5|7"_s}},
+         {"a row that changed since the statement began",
+          {u"SET default_transaction_isolation = 'repeatable read'"_s, u"SELECT 1"_s,
+           "could not serialize access due to concurrent update", u"100|7"_s}}});
+}
+
+void TestServerEngine::conflictsOfTwoTills() {
+    QFETCH(const ConflictRow, row);
+    Till till;
+    testServer().rows(u"postgres"_s, u"ALTER DATABASE %1 %2"_s.arg(till.file.database(), row.setting));
+    // The database's settings count from the next connection on.
+    till.proxy.cut();
+    QCOMPARE(till.price(1), 2.0);
+    std::atomic<bool> holds = false;
+    std::jthread other([&] {
+        RawDatabase raw(till.file.path(), till.file.password());
+        raw.run(u"SET deadlock_timeout = '1min'"_s);
+        raw.run(u"BEGIN ISOLATION LEVEL READ COMMITTED"_s);
+        raw.run(u"UPDATE urunler SET stok = 50 WHERE barkod = '19'"_s);
+        holds = true;
+        while (raw.rows(u"SELECT 1 FROM pg_locks WHERE NOT granted"_s).isEmpty()) {
+        }
+        raw.run(row.then);
+        raw.run(u"COMMIT"_s);
+    });
+    QTRY_VERIFY(holds);
+    till.reading.execute(u"UPDATE urunler SET alis = 7"_s);
+    other.join();
+    QCOMPARE(till.rows(u"SELECT (SELECT stok FROM urunler WHERE barkod = '0'), min(alis) FROM urunler"_s),
+             QStringList{row.found});
+    QCOMPARE(till.rows(u"SELECT stok FROM urunler WHERE barkod = '19'"_s), QStringList{u"50"_s});
+    QVERIFY(testServer().log().contains(row.words));
 }
 
 void TestServerEngine::waitsForARowNoLongerThanAsked() {

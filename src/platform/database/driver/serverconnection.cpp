@@ -97,7 +97,7 @@ QSqlError ServerConnection::sendAll(int& sections, const Send& send) {
         return m_link.flush();
     // What the library itself refuses, such as too many places, has left the connection half-way.
     const QString words = firstLineOf(PQerrorMessage(handle));
-    return m_link.lose(PQstatus(handle) == CONNECTION_BAD ? lost() : ServerLink::lossError(words));
+    return PQstatus(handle) == CONNECTION_BAD ? m_link.lose() : m_link.lose(ServerLink::lossError(words));
 }
 
 ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
@@ -112,7 +112,7 @@ ServerConnection::Answer ServerConnection::roundTrip(const Send& send) {
             return {{}, error};
         ServerRows rows(PQgetResult(m_link.handle()));
         if (PQstatus(m_link.handle()) == CONNECTION_BAD)
-            return {{}, m_link.lose(lost())};
+            return {{}, m_link.lose()};
         switch (PQresultStatus(rows.get())) {
             case PGRES_PIPELINE_SYNC:
                 --sections;

@@ -190,6 +190,12 @@ QSqlError ServerLink::lose(const QSqlError& error) {
     return error;
 }
 
+// Behind a network that is cut a connection ends while another one is tried in vain: who hears that it was
+// lost would try that once more.
+QSqlError ServerLink::lose() {
+    return lose(m_isSilent ? lossError(silentServer.toString(), u"08007"_s) : lost());
+}
+
 /// Whether the server gives any answer to another connection in what is left of the deadline.
 bool ServerLink::isAlive() const {
     return connect(m_host, Clock::now() + m_settings.deadline - m_settings.silence()).answered;
@@ -200,22 +206,24 @@ bool ServerLink::isAlive() const {
 QSqlError ServerLink::waitFor(short events) {
     const int socket = PQsocket(m_handle.get());
     while (wait(socket, events, Clock::now() + m_settings.silence()) == Waited::timeout) {
-        if (!isAlive() && wait(socket, events, Clock::now()) == Waited::timeout)
-            return lose(lossError(silentServer.toString(), u"08007"_s));
+        m_isSilent = !isAlive();
+        if (m_isSilent && wait(socket, events, Clock::now()) == Waited::timeout)
+            return lose();
     }
     return {};
 }
 
 QSqlError ServerLink::receive() {
-    return PQconsumeInput(m_handle.get()) == 1 ? QSqlError() : lose(lost());
+    return PQconsumeInput(m_handle.get()) == 1 ? QSqlError() : lose();
 }
 
 /// Sends what the library holds ready. A server whose own answers aren't read may stop reading.
 QSqlError ServerLink::flush() {
+    m_isSilent = false;
     for (;;) {
         const int left = PQflush(m_handle.get());
         if (left < 0)
-            return lose(lost());
+            return lose();
         if (left == 0)
             return {};
         if (const QSqlError error = waitFor(POLLIN | POLLOUT); error.isValid())

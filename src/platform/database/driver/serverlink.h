@@ -69,6 +69,8 @@ public:
 
     /// Closes. @return the error
     QSqlError lose(const QSqlError& error);
+    /// Gives the connection up, or takes note that it is lost.
+    QSqlError lose();
     /// The failure of a statement on a connection that isn't open.
     static QSqlError lost();
     /// A failure after which a connection can't go on.
@@ -100,6 +102,7 @@ private:
     ServerSettings m_settings;
     Host m_host;  ///< that it is connected to
     std::function<void()> m_waitBegins;
+    bool m_isSilent = false;  ///< whether it gave no sign of life when it was asked since the last flush
 };
 
 }  // namespace kovanix::engine
