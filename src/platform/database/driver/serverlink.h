@@ -103,8 +103,8 @@ private:
     ServerHandle m_handle;
     ServerSettings m_settings;
     Host m_host;              ///< that it is connected to
-    bool m_isSilent = false;  ///< whether it gave no sign of life when it was asked during this statement
     std::function<void()> m_waitBegins;
+    bool m_isSilent = false;  ///< whether it gave no sign of life when it was asked since the last flush
 };
 
 }  // namespace kovanix::engine
