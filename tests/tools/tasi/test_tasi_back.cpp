@@ -135,6 +135,17 @@ private Q_SLOTS:
                 cells[u"satislar"_s].join(u' ').contains(row.expected));
     }
 
+    void takesANameWithoutAFolder() {
+        const MovingShop shop;
+        moveToServer(shop.toServer());
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(shop.folder()));
+        const ExitCode code = codeOf([&] { copyToFile(shop.toFile(u"geri #1?.data"_s)); });
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(code, ExitCode::done);
+        QVERIFY(QFileInfo::exists(shop.path(u"geri #1?.data"_s)));
+    }
+
     /// A column of the shop's own that somebody has made on the server.
     void bringsTruthAsNumbers() {
         const MovingShop shop;
