@@ -154,7 +154,8 @@ private Q_SLOTS:
         shop.serverRows(u"INSERT INTO musteri (iyi) VALUES (true), (false), (NULL)"_s);
         QCOMPARE(copyToFile(shop.toFile(shop.path(u"geri.data"_s))).settledCells, 0);
         QStringList ends;
-        for (const QString& row : shop.cells(shop.path(u"geri.data"_s))[u"musteri"_s])
+        const QStringList rows = shop.cells(shop.path(u"geri.data"_s))[u"musteri"_s];
+        for (const QString& row : rows)
             ends << row.section(u", "_s, -1);
         QCOMPARE(ends, (QStringList{u"whole 1"_s, u"whole 0"_s, u"null"_s}));
     }
