@@ -1,5 +1,6 @@
 #include "filehandle.h"
 
+#include <QFileInfo>
 #include <QSqlQuery>
 #include <QUrl>
 
@@ -16,7 +17,7 @@ namespace {
 constexpr int patience = 3000;  // milliseconds
 
 QString fileUri(const QString& path) {
-    const QByteArray encoded = QUrl::toPercentEncoding(path, "/");
+    const QByteArray encoded = QUrl::toPercentEncoding(QFileInfo(path).absoluteFilePath(), "/");
     return u"file://"_s + QString::fromLatin1(encoded) + u"?mode=rw"_s;
 }
 

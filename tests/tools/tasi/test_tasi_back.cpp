@@ -135,6 +135,17 @@ private Q_SLOTS:
                 cells[u"satislar"_s].join(u' ').contains(row.expected));
     }
 
+    void takesANameWithoutAFolder() {
+        const MovingShop shop;
+        moveToServer(shop.toServer());
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(shop.folder()));
+        const ExitCode code = codeOf([&] { copyToFile(shop.toFile(u"geri #1?.data"_s)); });
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(code, ExitCode::done);
+        QVERIFY(QFileInfo::exists(shop.path(u"geri #1?.data"_s)));
+    }
+
     /// A column of the shop's own that somebody has made on the server.
     void bringsTruthAsNumbers() {
         const MovingShop shop;
@@ -143,7 +154,8 @@ private Q_SLOTS:
         shop.serverRows(u"INSERT INTO musteri (iyi) VALUES (true), (false), (NULL)"_s);
         QCOMPARE(copyToFile(shop.toFile(shop.path(u"geri.data"_s))).settledCells, 0);
         QStringList ends;
-        for (const QString& row : shop.cells(shop.path(u"geri.data"_s))[u"musteri"_s])
+        const QStringList rows = shop.cells(shop.path(u"geri.data"_s))[u"musteri"_s];
+        for (const QString& row : rows)
             ends << row.section(u", "_s, -1);
         QCOMPARE(ends, (QStringList{u"whole 1"_s, u"whole 0"_s, u"null"_s}));
     }
