@@ -316,8 +316,11 @@ private:
             m_out << count(result.notices) << " not var.\n";
         if (!result.report.isEmpty())
             m_out << "Hepsi tek tek burada: " << result.report << '\n';
-        for (const QString& path : result.settings)
+        for (const QString& path : result.settings) {
             m_out << "Ayarlar değişti: " << path << '\n';
+            if (QFileInfo::exists(movedName(path)))
+                m_out << "  Önceki ayarlar, eski parolayla birlikte, yanındaki .tasindi kopyasında.\n";
+        }
     }
 
     QTextStream& m_out;

@@ -197,12 +197,16 @@ private Q_SLOTS:
     void bringsTheSettingsIntoStep() {
         const MovingShop shop(u"yeni şifre"_s);
         moveToServer(shop.toServer());
+        const QString settings = shop.path(u"Kovanix.config"_s);
+        for (const QString& key : {u"ConnectionString"_s, u"con"_s})
+            ProfileFile::setValue(settings, u"ayar"_s, key, ServerCluster::password());
         ToFile order = shop.toFile(shop.path(u"geri.data"_s));
         order.folders = {shop.folder()};
         copyToFile(order);
-        const auto value = [&shop](const QString& key) {
-            return ProfileFile::value(shop.path(u"Kovanix.config"_s), u"ayar"_s, key);
+        const auto value = [&settings](const QString& key) {
+            return ProfileFile::value(settings, u"ayar"_s, key);
         };
+        QVERIFY(!contents(settings).contains(ServerCluster::password()));
         QCOMPARE(value(u"ip"_s), shop.path(u"geri.data"_s));
         QCOMPARE(value(u"dbpass"_s), u"yeni şifre"_s);
     }

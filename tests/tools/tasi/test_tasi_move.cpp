@@ -66,6 +66,12 @@ struct RefusalRow {
     ExitCode code;
 };
 
+/// A table of the shop's own that a server doesn't take as it is called.
+struct NameRow {
+    const char* name;
+    QString create;
+};
+
 struct DatabaseRow {
     const char* name;
     QString options;
@@ -75,6 +81,7 @@ struct DatabaseRow {
 
 Q_DECLARE_METATYPE(CellRow)
 Q_DECLARE_METATYPE(RefusalRow)
+Q_DECLARE_METATYPE(NameRow)
 Q_DECLARE_METATYPE(DatabaseRow)
 
 class TestTasiMove : public TasiTest {
@@ -347,6 +354,46 @@ private Q_SLOTS:
         shop.serverRows(row.onServer);
         QCOMPARE(codeOf([&] { moveToServer(shop.toServer()); }), row.code);
         QCOMPARE(QFileInfo::exists(shop.file()), row.code != ExitCode::done);
+    }
+
+    void refusesNamesOfTheServers_data() {
+        QTest::addColumn<NameRow>("row");
+        const QList<NameRow> rows{
+            {"a table of the server's", u"CREATE TABLE PG_Class (a TEXT)"_s},
+            {"the move's own table", u"CREATE TABLE kovanix_tasima (a TEXT)"_s},
+            {"the place of a row", u"CREATE TABLE ek (Kovanix_Sira INTEGER, a TEXT)"_s},
+            {"the place beside a counter",
+             u"CREATE TABLE ek (no INTEGER PRIMARY KEY, kovanix_sira INTEGER)"_s},
+            {"a column of the server's", u"CREATE TABLE ek (XMIN INTEGER)"_s},
+        };
+        for (const NameRow& row : rows)
+            QTest::newRow(row.name) << row;
+    }
+    void refusesNamesOfTheServers() {
+        QFETCH(NameRow, row);
+        const MovingShop shop;
+        shop.run({row.create});
+        QString words;
+        try {
+            moveToServer(shop.toServer());
+        } catch (const Failure& failure) {
+            QCOMPARE(failure.code(), ExitCode::fileUnfit);
+            words = failure.description();
+        }
+        QVERIFY2(words.startsWith(u"Bu adı sunucu kendisi kullanıyor"), qPrintable(words));
+        QVERIFY(shop.serverTables().isEmpty());
+        QVERIFY(QFileInfo::exists(shop.file()));
+    }
+
+    /// Statistics of other people's tables are their owners' business, and refused with a line in the log.
+    void analysesItsOwnTablesOnly() {
+        const MovingShop shop;
+        shop.serverRows(u"CREATE TABLE defter AS SELECT 1 AS a"_s);
+        shop.serverRows(u"ALTER TABLE defter OWNER TO "_s + ServerCluster::role());
+        moveToServer(shop.toServer());
+        QCOMPARE(shop.serverRows(u"SELECT relname, reltuples >= 0 FROM pg_class WHERE relname IN ('defter', "
+                                 "'musteri') ORDER BY 1"_s),
+                 (QList<QStringList>{{u"defter"_s, u"f"_s}, {u"musteri"_s, u"t"_s}}));
     }
 
     void refusesAnotherLocale_data() {

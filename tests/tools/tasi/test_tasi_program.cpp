@@ -154,7 +154,8 @@ private Q_SLOTS:
         QVERIFY(told.output.contains(u"  1 × "_s + oddWords(Odd::textAsZero) + u'\n'));
         QVERIFY(told.output.contains(u"\nDİKKAT: "));
         QVERIFY(!told.output.contains(u"geri okundu, aynı"));
-        QVERIFY(contents(shop.path(shop.database() + u"-tasima-raporu.tsv"_s)).contains(u"\tsatis\t'beş lira'\t0\t"));
+        QVERIFY(contents(shop.path(shop.database() + u"-tasima-raporu.tsv"_s))
+                    .contains(u"\tsatis\t'beş lira'\t0\t"));
     }
 
     void tellsThatEveryValueIsTheSame() {
