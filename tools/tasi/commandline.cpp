@@ -197,8 +197,6 @@ private:
                        serverPassword(), m_parser.values(m_options.folder)};
         const MoveResult result = moveToServer(order, [this](const Progress& progress) { show(progress); });
         tellResult(result);
-        if (result.finishedEarlier)
-            m_out << "Sunucu bu dükkânı zaten tutuyordu; yarıda kalan taşıma tamamlandı.\n";
         for (const QString& path : result.renamed)
             m_out << "Eski dosyanın yeni adı: " << path << '\n';
         if (order.folders.isEmpty())
@@ -302,18 +300,27 @@ private:
 
     void tellResult(const MoveResult& result) {
         m_out << count(result.tables) << " tablo, " << count(result.rows) << " satır; "
-              << m_locale.toString(static_cast<double>(m_clock.elapsed()) / 1000, 'f', 1)
-              << " saniye. Her değer geri okundu, aynı.\n";
-        if (result.settledCells > 0)
-            m_out << count(result.settledCells) << " değer düzeltildi:\n";
+              << m_locale.toString(static_cast<double>(m_clock.elapsed()) / 1000, 'f', 1) << " saniye.\n";
+        if (result.finishedEarlier)
+            m_out << "Sunucu bu dükkânı zaten tutuyordu; yarıda kalan taşıma tamamlandı.\n";
+        else if (result.settledCells == 0)
+            m_out << "Her değer geri okundu, aynı.\n";
+        else
+            m_out << "Her değer geri okundu; " << count(result.settledCells)
+                  << " değer düzeltildi, kalanların hepsi aynı:\n";
         for (auto it = result.settled.begin(); it != result.settled.end(); ++it)
             m_out << "  " << count(it.value()) << " × " << oddWords(it.key()) << '\n';
+        if (result.settled.contains(Odd::textAsZero))
+            m_out << "DİKKAT: 0 yazılan yazıların asılları raporda ve eski dosyada duruyor; elle düzeltin.\n";
         if (result.notices > 0)
             m_out << count(result.notices) << " not var.\n";
         if (!result.report.isEmpty())
             m_out << "Hepsi tek tek burada: " << result.report << '\n';
-        for (const QString& path : result.settings)
+        for (const QString& path : result.settings) {
             m_out << "Ayarlar değişti: " << path << '\n';
+            if (QFileInfo::exists(movedName(path)))
+                m_out << "  Önceki ayarlar, eski parolayla birlikte, yanındaki .tasindi kopyasında.\n";
+        }
     }
 
     QTextStream& m_out;

@@ -222,6 +222,11 @@ QString nameDatabase(const QString& folder, const QString& file, const QString& 
     if (value(u"mdbparola"_s) != wantedOther)
         writeKey(settings, u"ayar"_s, u"mdbparola"_s, wantedOther);
     writeKey(settings, u"ayar"_s, u"ip"_s, file);
+    // Both hold the password of before until a till writes them at its next start.
+    for (const QString& key : {u"ConnectionString"_s, u"con"_s}) {
+        if (!value(key).isEmpty())
+            writeKey(settings, u"ayar"_s, key, {});
+    }
     if (!there)
         giveToFolderOwner(settings);
     return settings;

@@ -54,7 +54,8 @@ private:
 };
 
 /// Has the settings of an application folder name a database file and its password, with a copy of the old
-/// ones beside them. @return the settings file's path; empty where it said so already
+/// ones beside them; no other key holds the old password then. @return the settings file's path; empty where
+/// it said so already
 QString nameDatabase(const QString& folder, const QString& file, const QString& password);
 
 /// Gives a file that the administrator has made to the owner of its folder.

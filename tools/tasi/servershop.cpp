@@ -32,7 +32,27 @@ QString columnList(const Table& table) {
     return names.join(u", ");
 }
 
-void checkName(const QString& name) {
+[[noreturn]] void refuseName(const QString& name) {
+    throw Failure(ExitCode::fileUnfit,
+                  u"Bu adı sunucu kendisi kullanıyor, dosyada değiştirin (tablo ya da sütun): "_s + name);
+}
+
+void checkTableName(Server& server, const QString& name) {
+    const QString folded = dialect::foldedName(name);
+    // A name of the server's own goes before all others of that name.
+    if (folded == markTable() ||
+        !server.value(u"SELECT to_regclass(%1)"_s.arg(serverText(u"pg_catalog."_s + quoted(name)))).isEmpty())
+        refuseName(name);
+}
+
+void checkColumnName(const QString& name) {
+    static const QStringList taken{
+        dialect::hiddenIdentity, u"ctid"_s, u"xmin"_s, u"xmax"_s, u"cmin"_s, u"cmax"_s, u"tableoid"_s};
+    if (taken.contains(dialect::foldedName(name)))
+        refuseName(name);
+}
+
+void checkLength(const QString& name) {
     if (dialect::foldedName(name).toUtf8().size() > longestName)
         throw Failure(ExitCode::fileUnfit, u"Bu ad sunucu için çok uzun: "_s + name);
 }
@@ -208,9 +228,12 @@ void prepareTypes(Server& server, const QList<Table>& tables) {
 }
 
 void makeTable(Server& server, const Table& table) {
-    checkName(table.name);
-    for (const Column& column : table.columns)
-        checkName(column.name);
+    checkLength(table.name);
+    checkTableName(server, table.name);
+    for (const Column& column : table.columns) {
+        checkLength(column.name);
+        checkColumnName(column.name);
+    }
     server.execute(
         dialect::translate(createStatement(table, Target::server), {}, dialect::Engine(Target::server)));
 }
@@ -254,6 +277,13 @@ void makeIndexes(Server& server, const QList<Table>& tables) {
     };
     make(u"urunler"_s, u"barkod"_s);
     make(u"satislar"_s, u"tarih"_s);
+}
+
+void analyse(Server& server, const QList<Table>& tables) {
+    QStringList names;
+    for (const Table& table : tables)
+        names.append(quoted(table.name));
+    server.execute(u"ANALYZE "_s + names.join(u", "));
 }
 
 void writeMark(Server& server, const MoveMark& mark) {

@@ -43,6 +43,8 @@ void beginFill(Server& server, const Table& table);
 void beginRead(Server& server, const Table& table);
 /// Has the counter go on behind the last number.
 void setCounter(Server& server, const Table& table);
+/// Brings the planner's statistics of the tables up to date.
+void analyse(Server& server, const QList<Table>& tables);
 /// The till's own indexes on those of the tables that are there.
 void makeIndexes(Server& server, const QList<Table>& tables);
 void writeMark(Server& server, const MoveMark& mark);

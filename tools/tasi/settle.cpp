@@ -68,6 +68,12 @@ SettledCell settleText(std::string_view text, Odd odd, std::string& storage) {
     return {textCell(storage), odd};
 }
 
+/// Whether a text that the till reads as 0 says nothing else: it is empty, or zeros.
+bool saysZero(const QString& text) {
+    static const QRegularExpression zeros(u"^\\s*[+-]?[0.,]*0[0.,]*[+-]?\\s*$"_s);
+    return text.isEmpty() || zeros.match(text).hasMatch();
+}
+
 SettledCell settleNumber(const engine::Cell& cell, std::string& storage) {
     switch (cell.type) {
         case Type::null:
@@ -86,7 +92,9 @@ SettledCell settleNumber(const engine::Cell& cell, std::string& storage) {
     }
     const std::string_view text = settleText(cell.bytes, Odd::none, storage).cell.bytes;
     const QString read = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-    return {realCell(sayicevir(read)), Odd::textAsNumber};
+    const double value = sayicevir(read);
+    const bool lost = value == 0 && !cell.bytes.empty() && !saysZero(read);
+    return {realCell(value), lost ? Odd::textAsZero : Odd::textAsNumber};
 }
 
 SettledCell settleWordCell(const engine::Cell& cell, std::string& storage) {
@@ -169,6 +177,8 @@ QString oddWords(Odd odd) {
             return {};
         case Odd::textAsNumber:
             return u"sayı sütununda yazı, sayıya çevrildi"_s;
+        case Odd::textAsZero:
+            return u"sayı sütununda sayı olmayan yazı, yerine 0 yazıldı"_s;
         case Odd::roundedWhole:
             return u"çok büyük tam sayı, yuvarlandı"_s;
         case Odd::numberAsText:

@@ -13,6 +13,7 @@ namespace kovanix::tasi {
 enum class Odd : quint8 {
     none,
     textAsNumber,     ///< a text in a number column; read as the till reads it
+    textAsZero,       ///< a text in a number column that is no number; the till reads it as 0
     roundedWhole,     ///< a whole number that a double can't hold
     numberAsText,     ///< a number in a text column
     bytesAsText,      ///< bytes in a text column

@@ -17,6 +17,7 @@
 #include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "failure.h"
+#include "settle.h"
 
 namespace kovanix::tasi {
 
@@ -28,6 +29,10 @@ using Kind = DatabaseError::Kind;
 
 bool isSystemName(const QString& name) {
     return name.startsWith("sqlite_"_L1, Qt::CaseInsensitive);
+}
+
+QString nameOf(const Table& table, int column) {
+    return quotedSqlName(table.columns[column].name);
 }
 
 QString systemWords() {
@@ -120,9 +125,17 @@ Table ShopFile::readTable(const QString& name, const QString& createSql) {
     table.name = name;
     QStringList declared;
     int keys = 0;
-    QSqlQuery columns = run(u"PRAGMA table_info(%1)"_s.arg(quotedSqlName(name)));
+    // The engine of files with a password knows no computed columns, nor the question that lists them.
+    const QString shape = u"PRAGMA %1(%2)"_s;
+    const bool tellsComputed = run(shape.arg(u"table_xinfo"_s, quotedSqlName(name))).next();
+    QSqlQuery columns =
+        run(shape.arg(tellsComputed ? u"table_xinfo"_s : u"table_info"_s, quotedSqlName(name)));
     while (columns.next()) {
-        const QString type = columns.value(2).toString();
+        // The engine puts these words behind the type of a column that it computes.
+        const QString type = columns.value(2).toString().remove(u"GENERATED ALWAYS"_s).trimmed();
+        if (tellsComputed && columns.value(6).toInt() != 0)
+            m_notices.append({name, u"hesaplanan sütun (generated): değerleri taşındı, hesabı taşınmadı: "_s +
+                                        columns.value(1).toString()});
         const Column column(declaredColumn(columns.value(1).toString(), type));
         if (columns.value(5).toInt() > 0) {
             ++keys;
@@ -167,38 +180,66 @@ Table ShopFile::readTable(const QString& name, const QString& createSql) {
     return table;
 }
 
-void ShopFile::chooseForms(Table& table, const QList<QString>& declared) {
-    for (qsizetype i = 0; i < table.columns.size(); ++i) {
+void ShopFile::chooseForms(Table& table, const QStringList& declared) {
+    QList<int> foreign;
+    for (int i = 0; i < table.columns.size(); ++i) {
         Column& column = table.columns[i];
-        const auto holdsOnly = [&](const QString& type) {
-            const QString name = quotedSqlName(column.name);
-            const QString from = u" FROM %1 WHERE typeof(%2)"_s.arg(quotedSqlName(table.name), name);
-            return number(u"SELECT EXISTS(SELECT 1%1 = '%2')"_s.arg(from, type)) != 0 &&
-                   number(u"SELECT EXISTS(SELECT 1%1 NOT IN ('%2', 'null'))"_s.arg(from, type)) == 0;
-        };
-        // A till's own columns have the forms that a till gives them. Those of the shop's own may hold what
-        // these would cut.
-        const bool own = !isTillColumn(table.name, column.name);
-        switch (column.type) {
-            case ColumnType::counter:
-                column.form = Form::whole;
-                break;
-            case ColumnType::number: {
-                const bool whole = own && declared[i].contains("INT"_L1, Qt::CaseInsensitive);
-                column.form = whole && holdsOnly(u"integer"_s) ? Form::whole : Form::number;
-                break;
-            }
-            case ColumnType::moment:
-                column.form = Form::moment;
-                break;
-            case ColumnType::text: {
-                const bool bytes =
-                    own && (declared[i].isEmpty() || declared[i].contains("BLOB"_L1, Qt::CaseInsensitive));
-                column.form = bytes && holdsOnly(u"blob"_s) ? Form::bytes : Form::text;
-                break;
-            }
-        }
+        const std::optional<TableColumn> own = tillColumn(table.name, column.name);
+        if (column.type == ColumnType::counter)
+            column.form = Form::whole;
+        else if (own && own->type != ColumnType::counter)
+            takeTillForm(column, *own);
+        else
+            foreign.append(i);
     }
+    const QList<ColumnContents> contents = contentsOf(table, foreign);
+    for (qsizetype i = 0; i < foreign.size(); ++i)
+        takeFormOfContents(table.columns[foreign[i]], declared[foreign[i]], contents[i]);
+}
+
+QList<ColumnContents> ShopFile::contentsOf(const Table& table, const QList<int>& columns) {
+    // The range in which a double holds every whole number.
+    static const QStringList questions{
+        u"typeof(%1) = 'integer'"_s,
+        u"typeof(%1) = 'integer' AND %1 NOT BETWEEN -9007199254740992 AND 9007199254740992"_s,
+        u"typeof(%1) = 'real'"_s, u"typeof(%1) = 'text'"_s, u"typeof(%1) = 'blob'"_s};
+    constexpr qsizetype columnsAtOnce = 200;  // an answer has at most 2000
+    QList<ColumnContents> all;
+    for (qsizetype first = 0; first < columns.size(); first += columnsAtOnce) {
+        const QList<int> some = columns.mid(first, columnsAtOnce);
+        QStringList expressions;
+        for (const int column : some) {
+            for (const QString& question : questions)
+                expressions.append(
+                    u"max(%1)"_s.arg(QString(question).replace(u"%1"_s, nameOf(table, column))));
+        }
+        QSqlQuery query = run(u"SELECT %1 FROM %2"_s.arg(expressions.join(u", "), quotedSqlName(table.name)));
+        const bool hasRow = query.next();
+        int place = 0;
+        const auto next = [&] { return hasRow && query.value(place++).toInt() != 0; };
+        for (qsizetype i = 0; i < some.size(); ++i)
+            all.append({.whole = next(), .large = next(), .real = next(), .text = next(), .bytes = next()});
+    }
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        if (all[i].text && table.columns[columns[i]].type == ColumnType::number)
+            all[i].otherText = holdsOtherText(table, columns[i]);
+    }
+    return all;
+}
+
+bool ShopFile::holdsOtherText(const Table& table, int column) {
+    const QString name = nameOf(table, column);
+    QSqlQuery query =
+        run(u"SELECT %1 FROM %2 WHERE typeof(%1) = 'text'"_s.arg(name, quotedSqlName(table.name)));
+    auto* const cursor = query.result()->handle().value<engine::RowCursor*>();
+    std::string storage;
+    while (cursor->nextRow()) {
+        if (settle(cursor->cell(0), Form::number, storage).odd == Odd::textAsZero)
+            return true;
+    }
+    if (query.lastError().isValid())
+        fail(query.lastError());
+    return false;
 }
 
 void ShopFile::noteOddities(const Table& table) {

@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 
+#include "columnform.h"
 #include "database/driver/rowcursor.h"
 #include "filehandle.h"
 #include "tables.h"
@@ -42,7 +43,11 @@ private:
     void open(const QString& password);
     void readCatalogue();
     Table readTable(const QString& name, const QString& createSql);
-    void chooseForms(Table& table, const QList<QString>& declared);
+    void chooseForms(Table& table, const QStringList& declared);
+    /// What those columns hold, one by one.
+    QList<ColumnContents> contentsOf(const Table& table, const QList<int>& columns);
+    /// Whether a column holds a text that isn't a number.
+    bool holdsOtherText(const Table& table, int column);
     void noteOddities(const Table& table);
     QSqlQuery run(const QString& sql);
     qint64 number(const QString& sql);

@@ -1,8 +1,7 @@
 #include "tables.h"
 
-#include <algorithm>
-
 #include "data/schema.h"
+#include "database/declaredtype.h"
 
 namespace kovanix::tasi {
 
@@ -18,13 +17,24 @@ const QStringList& tillTables() {
     return names;
 }
 
+std::optional<TableColumn> tillColumn(const QString& table, const QString& column) {
+    for (const ShopTable& known : shopTables()) {
+        if (known.name != dialect::foldedName(table))
+            continue;
+        for (const ShopColumn& each : known.columns) {
+            if (each.name != dialect::foldedName(column))
+                continue;
+            TableColumn made = declaredColumn(each.name, each.type);
+            if (each.type == u"COUNTER"_s)
+                made.type = ColumnType::counter;
+            return made;
+        }
+    }
+    return std::nullopt;
+}
+
 bool isTillColumn(const QString& table, const QString& column) {
-    return std::ranges::any_of(shopTables(), [&](const ShopTable& known) {
-        return known.name == dialect::foldedName(table) &&
-               std::ranges::any_of(known.columns, [&](const ShopColumn& each) {
-                   return each.name == dialect::foldedName(column);
-               });
-    });
+    return tillColumn(table, column).has_value();
 }
 
 QString moduleType(const Column& column, dialect::Target target) {

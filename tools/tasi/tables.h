@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "database/dialect.h"
 #include "database/tableshape.h"
@@ -41,6 +42,8 @@ struct Notice {
 
 /// The tables that a till makes, in its order.
 const QStringList& tillTables();
+/// A column of a table as a till makes it; none where tills don't know it.
+std::optional<TableColumn> tillColumn(const QString& table, const QString& column);
 /// Whether a till knows that column of that table.
 bool isTillColumn(const QString& table, const QString& column);
 

@@ -107,7 +107,7 @@ private:
         }
         tell({Step::indexing});
         makeIndexes(*m_server, m_file->tables());
-        m_server->execute(u"ANALYZE"_s);
+        analyse(*m_server, m_file->tables());
         Digest seen;
         for (const Table& table : m_file->tables()) {
             seen.add(table);

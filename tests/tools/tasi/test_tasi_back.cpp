@@ -78,6 +78,33 @@ private Q_SLOTS:
         QCOMPARE(found.st_mode & 07777U, 0600U);
     }
 
+    /// A file whose columns another program has declared, in words that no till uses.
+    void keepsTextsInColumnsOfAnyType_data() { DatabaseFile::bothKinds(); }
+    void keepsTextsInColumnsOfAnyType() {
+        QFETCH(QString, password);
+        const MovingShop shop(password);
+        shop.run(
+            {u"DROP TABLE urunler"_s, u"DROP TABLE kullanici"_s,
+             u"CREATE TABLE urunler (no INTEGER PRIMARY KEY, barkod STRING, urun MEMO, satis CURRENCY, raf "
+             "STRING)"_s,
+             u"INSERT INTO urunler VALUES (3, 'A869', 'Ekmek', 12.5, 'R1'), (4, '', 'Süt 1,5', NULL, NULL)"_s,
+             u"CREATE TABLE kullanici (id INTEGER PRIMARY KEY, personeladi STRING, sifre STRING, yetki "
+             "STRING)"_s,
+             u"INSERT INTO kullanici VALUES (1, 'Ayşe', 'x9f', 'Yönetici'), (2, 'Can', '', 'Personel')"_s,
+             u"CREATE TABLE notlar (aciklama MEMO, ad STRING, kod INT, acik BOOLEAN, pay \"\", tutar DOUBLE)"_s,
+             u"INSERT INTO notlar VALUES ('iki\nsatır', 'Veli', 'A12', 'evet', '1,5', '5 TL')"_s});
+        const QMap<QString, QStringList> before = shop.cells(shop.file());
+        QCOMPARE(moveToServer(shop.toServer()).settledCells, 0);
+        QCOMPARE(
+            shop.serverRows(u"SELECT personeladi, sifre, yetki FROM kullanici ORDER BY id"_s),
+            (QList<QStringList>{{u"Ayşe"_s, u"x9f"_s, u"Yönetici"_s}, {u"Can"_s, u""_s, u"Personel"_s}}));
+        const QString back = shop.path(u"geri.data"_s);
+        QCOMPARE(copyToFile(shop.toFile(back)).settledCells, 0);
+        const QMap<QString, QStringList> after = shop.cells(back);
+        for (const QString& table : {u"urunler"_s, u"kullanici"_s, u"notlar"_s})
+            QCOMPARE(after[table], before[table]);
+    }
+
     void makesTheFileThatTheTillMakes() {
         const MovingShop shop;
         const auto schema = [](const QString& path) {
@@ -182,12 +209,16 @@ private Q_SLOTS:
     void bringsTheSettingsIntoStep() {
         const MovingShop shop(u"yeni şifre"_s);
         moveToServer(shop.toServer());
+        const QString settings = shop.path(u"Kovanix.config"_s);
+        for (const QString& key : {u"ConnectionString"_s, u"con"_s})
+            ProfileFile::setValue(settings, u"ayar"_s, key, ServerCluster::password());
         ToFile order = shop.toFile(shop.path(u"geri.data"_s));
         order.folders = {shop.folder()};
         copyToFile(order);
-        const auto value = [&shop](const QString& key) {
-            return ProfileFile::value(shop.path(u"Kovanix.config"_s), u"ayar"_s, key);
+        const auto value = [&settings](const QString& key) {
+            return ProfileFile::value(settings, u"ayar"_s, key);
         };
+        QVERIFY(!contents(settings).contains(ServerCluster::password()));
         QCOMPARE(value(u"ip"_s), shop.path(u"geri.data"_s));
         QCOMPARE(value(u"dbpass"_s), u"yeni şifre"_s);
     }

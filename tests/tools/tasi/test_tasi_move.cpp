@@ -55,7 +55,7 @@ const QList<CellRow>& cellRows() {
         {"minus infinity", u"satis"_s, u"-9e999"_s, u"satis = '-infinity'"_s},
         {"a number null", u"satis"_s, u"NULL"_s, u"satis IS NULL"_s},
         {"a text as number", u"satis"_s, u"'1,5'"_s, u"satis = 1.5"_s, Odd::textAsNumber},
-        {"no number", u"satis"_s, u"'beş'"_s, u"satis = 0"_s, Odd::textAsNumber},
+        {"no number", u"satis"_s, u"'beş'"_s, u"satis = 0"_s, Odd::textAsZero},
     };
     return rows;
 }
@@ -64,6 +64,12 @@ struct RefusalRow {
     const char* name;
     QString onServer;
     ExitCode code;
+};
+
+/// A table of the shop's own that a server doesn't take as it is called.
+struct NameRow {
+    const char* name;
+    QString create;
 };
 
 struct DatabaseRow {
@@ -75,6 +81,7 @@ struct DatabaseRow {
 
 Q_DECLARE_METATYPE(CellRow)
 Q_DECLARE_METATYPE(RefusalRow)
+Q_DECLARE_METATYPE(NameRow)
 Q_DECLARE_METATYPE(DatabaseRow)
 
 class TestTasiMove : public TasiTest {
@@ -162,6 +169,18 @@ private Q_SLOTS:
         QCOMPARE(result.settledCells, 0);
         QCOMPARE(result.notices, 3);
         QVERIFY(contents(result.report).contains(u"pahali"));
+    }
+
+    void carriesTheValuesOfComputedColumns() {
+        const MovingShop shop;
+        shop.run(
+            {u"CREATE TABLE fis (tutar REAL, kdv REAL GENERATED ALWAYS AS (tutar / 4) STORED, kod AS "
+             "('F' || tutar) VIRTUAL)"_s,
+             u"INSERT INTO fis VALUES (10)"_s});
+        const MoveResult result = moveToServer(shop.toServer());
+        QCOMPARE(shop.serverRows(u"SELECT tutar, kdv, kod FROM fis"_s),
+                 (QList<QStringList>{{u"10"_s, u"2.5"_s, u"F10.0"_s}}));
+        QCOMPARE(result.notices, 3);
     }
 
     void carriesCountersOfOtherNames() {
@@ -335,6 +354,46 @@ private Q_SLOTS:
         shop.serverRows(row.onServer);
         QCOMPARE(codeOf([&] { moveToServer(shop.toServer()); }), row.code);
         QCOMPARE(QFileInfo::exists(shop.file()), row.code != ExitCode::done);
+    }
+
+    void refusesNamesOfTheServers_data() {
+        QTest::addColumn<NameRow>("row");
+        const QList<NameRow> rows{
+            {"a table of the server's", u"CREATE TABLE PG_Class (a TEXT)"_s},
+            {"the move's own table", u"CREATE TABLE kovanix_tasima (a TEXT)"_s},
+            {"the place of a row", u"CREATE TABLE ek (Kovanix_Sira INTEGER, a TEXT)"_s},
+            {"the place beside a counter",
+             u"CREATE TABLE ek (no INTEGER PRIMARY KEY, kovanix_sira INTEGER)"_s},
+            {"a column of the server's", u"CREATE TABLE ek (XMIN INTEGER)"_s},
+        };
+        for (const NameRow& row : rows)
+            QTest::newRow(row.name) << row;
+    }
+    void refusesNamesOfTheServers() {
+        QFETCH(NameRow, row);
+        const MovingShop shop;
+        shop.run({row.create});
+        QString words;
+        try {
+            moveToServer(shop.toServer());
+        } catch (const Failure& failure) {
+            QCOMPARE(failure.code(), ExitCode::fileUnfit);
+            words = failure.description();
+        }
+        QVERIFY2(words.startsWith(u"Bu adı sunucu kendisi kullanıyor"), qPrintable(words));
+        QVERIFY(shop.serverTables().isEmpty());
+        QVERIFY(QFileInfo::exists(shop.file()));
+    }
+
+    /// Statistics of other people's tables are their owners' business, and refused with a line in the log.
+    void analysesItsOwnTablesOnly() {
+        const MovingShop shop;
+        shop.serverRows(u"CREATE TABLE defter AS SELECT 1 AS a"_s);
+        shop.serverRows(u"ALTER TABLE defter OWNER TO "_s + ServerCluster::role());
+        moveToServer(shop.toServer());
+        QCOMPARE(shop.serverRows(u"SELECT relname, reltuples >= 0 FROM pg_class WHERE relname IN ('defter', "
+                                 "'musteri') ORDER BY 1"_s),
+                 (QList<QStringList>{{u"defter"_s, u"f"_s}, {u"musteri"_s, u"t"_s}}));
     }
 
     void refusesAnotherLocale_data() {

@@ -130,6 +130,7 @@ private Q_SLOTS:
             {u"--sunucuya"_s, shop.file(), shop.pointer(), u"--klasor"_s, shop.folder()}, variables);
         QVERIFY2(there.status == 0, qPrintable(there.errors));
         QVERIFY(there.output.contains(u"1 değer düzeltildi"));
+        QVERIFY(!there.output.contains(u"geri okundu, aynı") && !there.output.contains(u"DİKKAT"));
         QVERIFY(there.output.contains(u"tasima-raporu.tsv"));
         QVERIFY(there.output.contains(shop.movedFile()));
         QVERIFY(!there.output.contains(ServerCluster::password()));
@@ -143,6 +144,26 @@ private Q_SLOTS:
         QCOMPARE(shop.cells(file)[u"urunler"_s].size(), 1);
         QCOMPARE(runProgram({u"--dosyaya"_s, shop.pointer(), file}, back).status,
                  static_cast<int>(ExitCode::fileUnfit));
+    }
+
+    void tellsOfTextsThatBecameZero() {
+        const MovingShop shop;
+        shop.run({u"INSERT INTO urunler (urun, satis) VALUES ('a', 'beş lira')"_s});
+        const Outcome told = runProgram({u"--sunucuya"_s, shop.file(), shop.pointer()}, serverPassword());
+        QVERIFY2(told.status == 0, qPrintable(told.errors));
+        QVERIFY(told.output.contains(u"  1 × "_s + oddWords(Odd::textAsZero) + u'\n'));
+        QVERIFY(told.output.contains(u"\nDİKKAT: "));
+        QVERIFY(!told.output.contains(u"geri okundu, aynı"));
+        QVERIFY(contents(shop.path(shop.database() + u"-tasima-raporu.tsv"_s))
+                    .contains(u"\tsatis\t'beş lira'\t0\t"));
+    }
+
+    void tellsThatEveryValueIsTheSame() {
+        const MovingShop shop;
+        shop.run({u"INSERT INTO urunler (urun, satis) VALUES ('a', 1.5)"_s});
+        const Outcome told = runProgram({u"--sunucuya"_s, shop.file(), shop.pointer()}, serverPassword());
+        QVERIFY2(told.status == 0, qPrintable(told.errors));
+        QVERIFY(told.output.contains(u"Her değer geri okundu, aynı.\n"));
     }
 
     void copiesForAnotherProgram() {

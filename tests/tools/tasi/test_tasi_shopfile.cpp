@@ -64,9 +64,18 @@ struct OrderRow {
     QStringList order;
 };
 
+/// A column of the shop's own.
+struct FormRow {
+    const char* name;
+    QString declared;
+    QStringList cells;  ///< in the engine's SQL
+    Form form;
+};
+
 }  // namespace
 
 Q_DECLARE_METATYPE(DigestRow)
+Q_DECLARE_METATYPE(FormRow)
 Q_DECLARE_METATYPE(OrderRow)
 
 class TestTasiShopFile : public QObject {
@@ -173,39 +182,103 @@ private Q_SLOTS:
         QCOMPARE(find(shop, u"satislar"_s)->lastNumber, 0);
     }
 
+    void choosesForms_data() {
+        QTest::addColumn<FormRow>("row");
+        const QString edge = u"9007199254740992"_s;  // the last whole number before doubles have gaps
+        const QString beyond = u"9007199254740993"_s;
+        const QList<FormRow> rows{
+            {"whole", u"INTEGER"_s, {u"1"_s, u"NULL"_s}, Form::whole},
+            {"whole and fractions", u"INTEGER"_s, {u"1"_s, u"1.5"_s}, Form::number},
+            {"large and fractions", u"INTEGER"_s, {u"1.5"_s, beyond}, Form::text},
+            {"whole without a type", u""_s, {beyond}, Form::whole},
+            {"small whole without a type", u""_s, {u"5"_s}, Form::whole},
+            {"fractions without a type", u""_s, {u"1.5"_s, u"2"_s}, Form::number},
+            {"whole where fractions may come", u"DECIMAL(8,2)"_s, {edge, u"-"_s + edge}, Form::number},
+            {"large where fractions may come", u"DECIMAL(8,2)"_s, {beyond}, Form::whole},
+            {"very small where fractions may come", u"DECIMAL(8,2)"_s, {u"-"_s + beyond}, Form::whole},
+            {"bytes", u"BLOB"_s, {u"x'00ff'"_s, u"NULL"_s}, Form::bytes},
+            {"bytes of a number's type", u"INT"_s, {u"x'00'"_s}, Form::bytes},
+            {"bytes of a text's type", u"TEXT(9)"_s, {u"x'00'"_s}, Form::bytes},
+            {"bytes of a moment's type", u"DATETIME"_s, {u"x'00'"_s}, Form::bytes},
+            {"bytes and texts", u"BLOB"_s, {u"x'00'"_s, u"'a'"_s}, Form::text},
+            {"bytes and numbers", u"INT"_s, {u"x'00'"_s, u"1"_s}, Form::text},
+            {"no cells", u"BLOB"_s, {}, Form::text},
+            {"no cells of a number's type", u"INT"_s, {u"NULL"_s}, Form::number},
+            {"no cells of an unknown type", u"MEMO"_s, {u"NULL"_s}, Form::text},
+            {"a text of an unknown type", u"MEMO"_s, {u"'a'"_s}, Form::text},
+            {"a text that is a number, of an unknown type", u"STRING"_s, {u"'1,5'"_s}, Form::text},
+            {"whole numbers of an unknown type", u"STRING"_s, {u"5"_s}, Form::number},
+            {"a text of a number's type", u"INT"_s, {u"'A12'"_s}, Form::text},
+            {"a word for true", u"BOOLEAN"_s, {u"'evet'"_s}, Form::text},
+            {"a number as text", u"DOUBLE"_s, {u"'1,5'"_s, u"2"_s}, Form::number},
+            {"a zero as text", u"DOUBLE"_s, {u"'0,00 '"_s, u"''"_s}, Form::number},
+            {"a number and a word", u"DOUBLE"_s, {u"'1,5'"_s, u"'beş'"_s}, Form::text},
+            {"a number as text beside a large one", u"INT"_s, {u"'1,5'"_s, beyond}, Form::text},
+            {"a moment", u"DATETIME"_s, {u"'2026-05-03'"_s}, Form::moment},
+        };
+        for (const FormRow& row : rows)
+            QTest::newRow(row.name) << row;
+    }
     void choosesForms() {
+        QFETCH(FormRow, row);
         const DatabaseFile file{QString()};
         makeTables(file);
         const auto run = [&file](const QString& sql) {
             return RawDatabase(file.path(), {}, driver).run(sql);
         };
-        QVERIFY(run(u"CREATE TABLE ek (tam INTEGER, karisik INTEGER, resim BLOB, belki BLOB, bos BLOB)"_s));
-        QVERIFY(run(u"INSERT INTO ek VALUES (1, 1, x'00ff', x'00', NULL), (NULL, 1.5, NULL, 'a', NULL)"_s));
+        QVERIFY(run(u"CREATE TABLE ek (bir TEXT, iki %1, uc INT)"_s.arg(row.declared)));
+        for (const QString& cell : row.cells)
+            QVERIFY(run(u"INSERT INTO ek VALUES ('a', %1, 1)"_s.arg(cell)));
+        const ShopFile shop(file.path(), {});
+        QCOMPARE(find(shop, u"ek"_s)->columns[1].form, row.form);
+    }
+
+    /// Whatever words another program has declared them with.
+    void givesTheTillsColumnsTheTillsForms() {
+        const DatabaseFile file{QString()};
+        const auto run = [&file](const QString& sql) {
+            return RawDatabase(file.path(), {}, driver).run(sql);
+        };
+        QVERIFY(
+            run(u"CREATE TABLE Satislar (no STRING, TARIH TEXT(30), barkod INT, urun VARCHAR(80), adet "
+                "MEMO, fiyat TEXT(9), kar BLOB)"_s));
+        QVERIFY(run(u"INSERT INTO Satislar VALUES ('A1', 'dün', 5, 'a', 'beş', 'x', x'00')"_s));
         const ShopFile shop(file.path(), {});
         QList<Form> forms;
-        for (const Column& column : find(shop, u"ek"_s)->columns)
+        QList<ColumnType> types;
+        QList<int> widths;
+        for (const Column& column : shop.tables().constFirst().columns) {
             forms.append(column.form);
-        QCOMPARE(forms, (QList<Form>{Form::whole, Form::number, Form::bytes, Form::text, Form::text}));
+            types.append(column.type);
+            widths.append(column.width);
+        }
+        QCOMPARE(forms, (QList<Form>{Form::text, Form::moment, Form::text, Form::text, Form::number,
+                                     Form::number, Form::number}));
+        using enum ColumnType;
+        QCOMPARE(types, (QList<ColumnType>{text, moment, text, text, number, number, number}));
+        QCOMPARE(widths, (QList<int>{0, 0, 0, 80, 0, 0, 0}));
     }
 
     void tellsWhatStaysBehind() {
         const DatabaseFile file{QString()};
         makeTables(file);
-        file.execute(
-            {u"CREATE VIEW pahali AS SELECT * FROM urunler"_s, u"CREATE INDEX eskiden ON urunler (urun)"_s,
-             u"CREATE TRIGGER dur AFTER INSERT ON musteri BEGIN SELECT 1; END"_s,
-             u"ALTER TABLE urunler ADD COLUMN renk TEXT(20)"_s, u"CREATE TABLE notlar (metin TEXT)"_s});
+        file.execute({u"CREATE VIEW pahali AS SELECT * FROM urunler"_s,
+                      u"CREATE INDEX eskiden ON urunler (urun)"_s,
+                      u"CREATE TRIGGER dur AFTER INSERT ON musteri BEGIN SELECT 1; END"_s,
+                      u"ALTER TABLE urunler ADD COLUMN renk TEXT(20)"_s,
+                      u"CREATE TABLE notlar (metin TEXT, kisa TEXT AS (substr(metin, 1, 9)) STORED)"_s});
         const ShopFile shop(file.path(), {});
         QStringList told;
         for (const Notice& notice : shop.notices())
             told.append(notice.table + u": " + notice.words);
         told.sort();
-        QCOMPARE(told.size(), 5);
+        QCOMPARE(told.size(), 6);
         QVERIFY(told[0].startsWith(u"musteri: tetikleyici"));
-        QVERIFY(told[1].startsWith(u"notlar: "));
-        QVERIFY(told[2].startsWith(u"pahali: "));
-        QVERIFY(told[3].startsWith(u"urunler: dizin"));
-        QVERIFY(told[4].endsWith(u": renk"));
+        QVERIFY(told[1].startsWith(u"notlar: hesaplanan sütun") && told[1].endsWith(u": kisa"));
+        QVERIFY(told[2].startsWith(u"notlar: "));
+        QVERIFY(told[3].startsWith(u"pahali: "));
+        QVERIFY(told[4].startsWith(u"urunler: dizin"));
+        QVERIFY(told[5].endsWith(u": renk"));
     }
 
     void isRefusedWhileATillHasItOpen_data() { DatabaseFile::bothKinds(); }
