@@ -209,7 +209,7 @@ void Window::chooseFolder() {
 
 void Window::switchSchedule() {
     const bool on = !m_scheduled;
-    const auto failure = attempt([&] { on ? schedule(m_shop.folder) : unschedule(); });
+    const auto failure = attempt([&] { on ? schedule(m_shop) : unschedule(); });
     if (failure)
         messageBox(failure->description(), MessageBoxStyle::critical, title);
     m_scheduled = isScheduled();
