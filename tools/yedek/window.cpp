@@ -151,9 +151,9 @@ void Window::tellLastCopy() {
     using State = LastCopyCard::State;
     const QDateTime now = Clock::now();
     const QString takeOne = u"“Yedek al” düğmesine dokunun"_s;
-    QStringList notes;
+    QString note;  // of the newest copy that isn't good: the card has room for one
     const auto tell = [&](State state, const QString& words, const QString& hint) {
-        m_last->setState(state, words, (notes + QStringList(hint)).join(u" "_s));
+        m_last->setState(state, words, QString(note + u' ' + hint).trimmed());
     };
     listCopies();
     bool ahead = false;
@@ -164,15 +164,17 @@ void Window::tellLastCopy() {
             continue;
         const CopyAge age = ageOf(moment, now);
         if (age == CopyAge::ahead) {
-            if (!std::exchange(ahead, true))
-                notes << u"%1 tarihli yedek ileride görünüyor: bilgisayarın saatini denetleyin."_s.arg(
+            ahead = true;
+            if (note.isEmpty())
+                note = u"%1 tarihli yedek ileride görünüyor: bilgisayarın saatini denetleyin."_s.arg(
                     moment.toString(u"dd.MM.yyyy HH:mm"_s));
             continue;
         }
         switch (known(listed.copy.path)) {
             case Soundness::harmed:
-                if (!std::exchange(harmed, true))
-                    notes << u"%1 yedeği bozulmuş, geri dönülemez."_s.arg(momentWords(moment, now));
+                harmed = true;
+                if (note.isEmpty())
+                    note = u"%1 yedeği bozulmuş, geri dönülemez."_s.arg(momentWords(moment, now));
                 continue;
             case Soundness::unknown:
                 read(listed.copy.path);
@@ -181,12 +183,16 @@ void Window::tellLastCopy() {
             case Soundness::sound:
                 break;
         }
-        const bool good = age == CopyAge::fresh && !harmed;
-        return tell(age == CopyAge::fresh ? State::good : State::bad,
-                    (harmed ? u"Son sağlam yedek: "_s : u"Son yedek: "_s) + momentWords(moment, now),
-                    age == CopyAge::overdue ? u"İki günden eski: "_s + takeOne
-                    : good                  ? u"Alındıktan sonra ve şimdi geri okunup denetlendi"_s
-                                            : takeOne);
+        const QString words =
+            (harmed ? u"Son sağlam yedek: "_s : u"Son yedek: "_s) + momentWords(moment, now);
+        if (age == CopyAge::overdue)
+            tell(State::bad, words, u"İki günden eski: "_s + takeOne);
+        else if (harmed)
+            tell(State::good, words, takeOne);
+        else
+            tell(State::good, words,
+                 ahead ? QString() : u"Alındıktan sonra ve şimdi geri okunup denetlendi"_s);
+        return;
     }
     tell(State::bad, ahead || harmed ? u"Sağlam yedek yok"_s : u"Henüz yedek yok"_s, takeOne);
 }

@@ -52,6 +52,12 @@ class YedekWindowTest : public QObject, BackupCase {
     }
     QString text(const QString& name) { return m_window->findChild<QLabel*>(name)->text(); }
     LastCopyCard::State state() { return m_window->findChild<LastCopyCard*>()->state(); }
+    bool cardIsWhole() {
+        const auto* const words = m_window->findChild<FittedLabel*>(u"sonyedek"_s);
+        const auto* const hint = m_window->findChild<QLabel*>(u"sonyedekaciklama"_s);
+        return QTest::qWaitFor([=] { return words->shown() == words->text(); }) &&
+               hint->height() >= hint->heightForWidth(hint->width());
+    }
     QListWidget& list() { return *m_window->findChild<QListWidget*>(u"yedekler"_s); }
     void press(const QString& name) { m_window->findChild<DrawnButton*>(name)->click(); }
     void takeOne() {
@@ -135,12 +141,13 @@ private Q_SLOTS:
             take();
         }
         m_shop->setNow(at(row.now));
+        m_shop->setScreenWidth(800);
         row.then(*this);
         openWindow();
         QTRY_COMPARE(state(), row.state);
         QTRY_COMPARE(text(u"sonyedek"_s), row.words);
         QTRY_VERIFY2(text(u"sonyedekaciklama"_s).contains(row.hint), qPrintable(text(u"sonyedekaciklama"_s)));
-        QTRY_VERIFY(!text(u"sonyedekaciklama"_s).contains(u"denetleniyor"_s));
+        QVERIFY(cardIsWhole());
     }
 
     void aCopyThatIsHarmedUnderTheWindowIsMarked() {
@@ -229,7 +236,8 @@ private Q_SLOTS:
             QVERIFY(m_window->rect().contains(QRect(button->mapTo(&*m_window, QPoint()), button->size())));
         }
         QVERIFY(list().visualItemRect(list().item(0)).height() >= 40);
-        QCOMPARE(m_window->findChild<FittedLabel*>(u"sonyedek"_s)->shown(), text(u"sonyedek"_s));
+        QTRY_COMPARE(state(), LastCopyCard::State::good);
+        QVERIFY(cardIsWhole());
     }
 };
 
