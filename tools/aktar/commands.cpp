@@ -1,7 +1,6 @@
 #include "aktar/commands.h"
 
 #include <algorithm>
-#include <csignal>
 
 #include "aktar/exporter.h"
 #include "aktar/failure.h"
@@ -45,16 +44,6 @@ void tellPlan(const ImportPlan& plan) {
                  .arg(plan.refused.size()));
     tellNotes(u"Reddedilen satırlar:"_s, plan.refused);
     tellNotes(u"Kısaltılan yazılar:"_s, plan.cut);
-}
-
-// Set by a signal that asks the program to end.
-volatile std::sig_atomic_t endWanted = 0;
-
-/// Ends the work where it can be taken back. @throws WorkProgress::Cancelled once the program is to end
-void tellWork(const QString& what, qint64 done, qint64 total) {
-    if (endWanted != 0)
-        throw WorkProgress::Cancelled();
-    tellProgress(what, done, total);
 }
 
 void open(Connection& connection) {
@@ -105,8 +94,7 @@ int Commands::run() const {
             return wrong(
                 u"--%1, %2 ile kullanılmaz"_s.arg(option.names().first(), out ? u"--disa"_s : u"--ice"_s));
     }
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(signal, [](int) { endWanted = 1; });
+    heedRequestsToEnd();
     try {
         return out ? send() : take();
     } catch (const WorkProgress::Cancelled&) {

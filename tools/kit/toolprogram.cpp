@@ -5,17 +5,25 @@
 #include <QFileInfo>
 #include <QTextStream>
 #include <QWidget>
+#include <csignal>
 #include <cstdio>
 
 #include "app/frame.h"
 #include "app/shopfolder.h"
 #include "data/baglanmamodulu.h"
 #include "desktop/application.h"
+#include "kit/backgroundwork.h"
 #include "runtime/runtimeerror.h"
 
 namespace kovanix {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+volatile std::sig_atomic_t endWanted = 0;
+
+}  // namespace
 
 ToolCommandLine::ToolCommandLine(const QString& name, const QString& description)
     : folder(u"folder"_s, u"Dükkânın klasörü"_s, u"DIR"_s),
@@ -101,6 +109,19 @@ void tellProgress(const QString& what, qint64 done, qint64 total) {
     if (total > 0)
         out << u" %1 %"_s.arg(done * percent / total);
     out << u"\x1b[K"_s << (total > 0 && done >= total ? u"\n"_s : QString());
+}
+
+void heedRequestsToEnd() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        if (std::signal(signal, [](int) { endWanted = 1; }) == SIG_IGN)
+            std::signal(signal, SIG_IGN);
+    }
+}
+
+void tellWork(const QString& what, qint64 done, qint64 total) {
+    if (endWanted != 0)
+        throw WorkProgress::Cancelled();
+    tellProgress(what, done, total);
 }
 
 }  // namespace kovanix

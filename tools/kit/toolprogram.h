@@ -63,4 +63,12 @@ void tellError(const QString& text);
 /// output is no terminal.
 void tellProgress(const QString& what, qint64 done, qint64 total);
 
+/// Has a request from outside to end (SIGINT, SIGTERM, SIGHUP) be heeded by tellWork instead of ending the
+/// process where it stands. A signal that whoever started the program has it ignore stays ignored.
+void heedRequestsToEnd();
+
+/// As tellProgress. @throws WorkProgress::Cancelled once the program has been asked to end, so that the work
+/// takes back what it began
+void tellWork(const QString& what, qint64 done, qint64 total);
+
 }  // namespace kovanix

@@ -18,6 +18,7 @@
 #include "runtime/clock.h"
 #include "runtime/runtimeerror.h"
 #include "widgets/drawnbutton.h"
+#include "yedek/lastcopycard.h"
 #include "yedek/window.h"
 
 namespace {
@@ -51,7 +52,7 @@ public:
 
 private:
     void goOn() {
-        if (m_window && m_window->isWorking())
+        if (m_window && (m_window->isWorking() || isReading()))
             return;
         if (m_steps.empty()) {
             m_window.reset();
@@ -67,6 +68,12 @@ private:
             m_status = ToolExit::failed;
             m_steps.clear();
         }
+    }
+
+    /// Whether the window of copies hasn't found out yet what its last one is worth.
+    bool isReading() const {
+        const auto* const card = m_window->findChild<yedek::LastCopyCard*>();
+        return card && card->state() == yedek::LastCopyCard::State::unknown;
     }
 
     template <typename Window, typename... Arguments>

@@ -1,13 +1,15 @@
 #include "yedek/commandline.h"
 
 #include <QDir>
-#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <algorithm>
 #include <array>
 
 #include "desktop/folders.h"
+#include "runtime/attempt.h"
 #include "yedek/backup.h"
 #include "yedek/failure.h"
+#include "yedek/gzip.h"
 #include "yedek/places.h"
 #include "yedek/restore.h"
 #include "yedek/schedule.h"
@@ -48,6 +50,7 @@ int CommandLine::run() const {
         return ToolExit::wrongUsage;
     }
     const bool found = findShop();
+    heedRequestsToEnd();
     try {
         if (isSet(take) && !found) {
             tellError(u"Bu klasörde dükkân yok: "_s + applicationFolder());
@@ -62,7 +65,7 @@ int CommandLine::run() const {
         if (isSet(check))
             return runCheck();
         if (isSet(scheduled)) {
-            schedule(applicationFolder());
+            schedule(Shop::current());
             tellLine(u"Her gün kendiliğinden yedek alınacak."_s);
         } else {
             unschedule();
@@ -71,20 +74,23 @@ int CommandLine::run() const {
     } catch (const Refusal& refusal) {
         tellError(refusal.description());
         return ToolExit::refused;
+    } catch (const WorkProgress::Cancelled&) {
+        tellError(u"Vazgeçildi, yarıda kalan iş geri alındı"_s);
+        return ToolExit::cancelled;
     }
     return ToolExit::done;
 }
 
 int CommandLine::runTake() const {
     yieldToTheTill();
-    const BackupResult result = backUp(Shop::current(), chosenFolder(), WorkProgress(tellProgress));
+    const BackupResult result = backUp(Shop::current(), chosenFolder(), WorkProgress(tellWork));
     tellLine(u"Yedek alındı ve denetlendi: "_s + result.copy.path + u" (" + sizeWords(result.copy.bytes) +
              u')');
     for (const QString& stick : result.sticks)
         tellLine(u"USB belleğe de yazıldı: "_s + stick);
     for (const QString& trouble : result.troubles)
         tellError(u"USB belleğe yazılamadı; klasördeki yedek sağlam. "_s + trouble);
-    return result.troubles.isEmpty() ? ToolExit::done : ToolExit::failed;
+    return result.troubles.isEmpty() ? ToolExit::done : stickFailed;
 }
 
 int CommandLine::runRestore() const {
@@ -98,7 +104,7 @@ int CommandLine::runRestore() const {
         return ToolExit::refused;
     }
     Storage storage;
-    const Restored restored = restoreCopy(shop, value(restore), storage, WorkProgress(tellProgress));
+    const Restored restored = restoreCopy(shop, value(restore), storage, WorkProgress(tellWork));
     tellLine(u"Dükkân %1 tarihli yedeğe döndü: %2"_s.arg(
         restored.manifest.moment.toString(u"dd.MM.yyyy HH:mm"_s), restored.data));
     if (restored.leftServer)
@@ -119,17 +125,26 @@ int CommandLine::runList() const {
     for (const QString& each : folders) {
         const QList<Copy> copies = copiesIn(each);
         tellLine(u"%1: %2 yedek"_s.arg(each).arg(copies.size()));
-        for (const Copy& copy : copies)
-            tellLine(u"  %1  %2  %3"_s.arg(copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s),
-                                           sizeWords(copy.bytes), QFileInfo(copy.path).fileName()));
+        for (const Copy& copy : copies) {
+            const auto harm = attempt([&] {
+                checkPackedSum(copy.path, [](qint64 done, qint64 total) {
+                    tellWork(u"Yedekler okunuyor"_s, done, total);
+                });
+            });
+            tellLine(u"  %1  %2  %3%4"_s.arg(copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s),
+                                             sizeWords(copy.bytes), QFileInfo(copy.path).fileName(),
+                                             harm ? u"  BOZUK: "_s + harm->description() : QString()));
+        }
     }
     return ToolExit::done;
 }
 
 int CommandLine::runCheck() const {
-    const Manifest manifest =
-        checkCopy(value(check), QStandardPaths::writableLocation(QStandardPaths::TempLocation),
-                  WorkProgress(tellProgress));
+    // Among what everybody may write, under a name that nobody knows ahead.
+    const QTemporaryDir work(QDir::temp().filePath(u"kovanix-yedek-XXXXXX"_s));
+    if (!work.isValid())
+        throw Failure(u"Geçici klasör açılamıyor: "_s + QDir::tempPath());
+    const Manifest manifest = checkCopy(value(check), work.path(), WorkProgress(tellWork));
     tellLine(u"Yedek sağlam: %1, sürüm %2"_s.arg(manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s),
                                                  manifest.version));
     for (const TableSum& table : manifest.tables)

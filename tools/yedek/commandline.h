@@ -4,6 +4,10 @@
 
 namespace kovanix::yedek {
 
+/// The exit status where the folder has its copy and a stick didn't take it: taking another one would change
+/// nothing.
+inline constexpr int stickFailed = 5;
+
 /// What the program is asked for on its command line.
 class CommandLine : public ToolCommandLine {
 public:

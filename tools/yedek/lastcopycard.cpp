@@ -11,6 +11,22 @@ namespace kovanix::yedek {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+FaceRole faceOf(LastCopyCard::State state) {
+    switch (state) {
+        case LastCopyCard::State::good:
+            return FaceRole::store;
+        case LastCopyCard::State::bad:
+            return FaceRole::danger;
+        case LastCopyCard::State::unknown:
+            break;
+    }
+    return FaceRole::navy;
+}
+
+}  // namespace
+
 LastCopyCard::LastCopyCard(QWidget* parent)
     : QWidget(parent), m_words(new FittedLabel(this)), m_hint(new QLabel(this)) {
     auto* const layout = new QVBoxLayout(this);
@@ -32,8 +48,8 @@ LastCopyCard::LastCopyCard(QWidget* parent)
     }
 }
 
-void LastCopyCard::setState(bool good, const QString& words, const QString& hint) {
-    m_face = good ? FaceRole::store : FaceRole::danger;
+void LastCopyCard::setState(State state, const QString& words, const QString& hint) {
+    m_state = state;
     m_words->setText(words);
     m_hint->setText(hint);
     m_hint->setVisible(!hint.isEmpty());
@@ -42,7 +58,7 @@ void LastCopyCard::setState(bool good, const QString& words, const QString& hint
 
 void LastCopyCard::paintEvent(QPaintEvent* /*event*/) {
     constexpr qreal radius = 8;
-    const FaceColors colors = faceColors(m_face);
+    const FaceColors colors = faceColors(faceOf(m_state));
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QLinearGradient ground(0, 0, 0, height());

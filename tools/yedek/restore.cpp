@@ -109,8 +109,7 @@ private:
             return;
         for (const QString& data : {m_new, m_shop.data}) {
             const QString prepared = QDir(m_parts).filePath(u"ayar-%1"_s.arg(m_configs.size()));
-            if (!QFile::copy(isCopied ? copied : m_config, prepared))
-                throw Failure(u"Ayar dosyası hazırlanamadı: "_s + prepared);
+            copyFile(isCopied ? copied : m_config, prepared);
             if (!isCopied) {
                 // A shop without a configuration has no password.
                 ayaryaz(u"ayar"_s, u"dbpass"_s, {}, prepared);
@@ -128,8 +127,7 @@ private:
                 QDir(folderOf(m_config)).filePath(u".kovanix-geri-ayar-%1"_s.arg(m_configs.size()));
             if (folderOf(m_config) != folderOf(m_shop.data)) {
                 m_storage.remove(beside);
-                if (!QFile::copy(prepared, beside))
-                    throw Failure(u"Ayar dosyası hazırlanamadı: "_s + beside);
+                copyFile(prepared, beside);
                 makeLike(beside, m_config);
                 m_storage.sync(beside);
                 m_configs << beside;
@@ -146,8 +144,7 @@ private:
         try {
             m_storage.link(path, kept(path));
         } catch (const Failure&) {
-            if (!QFile::copy(path, kept(path)))
-                throw;
+            copyFile(path, kept(path));
             m_storage.sync(kept(path));
         }
         m_storage.syncFolder(folderOf(path));

@@ -4,8 +4,11 @@
 #include <QFile>
 #include <QProcess>
 #include <QSaveFile>
+#include <QScopeGuard>
 #include <QStandardPaths>
+#include <optional>
 
+#include "runtime/attempt.h"
 #include "yedek/failure.h"
 
 namespace kovanix::yedek {
@@ -47,6 +50,24 @@ QString dropIn() {
         .filePath(u"systemd/user/kovanix-yedek.service.d/kovanix-folder.conf"_s);
 }
 
+std::optional<QByteArray> textOfDropIn() {
+    QFile file(dropIn());
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+}
+
+void writeDropIn(const QByteArray& text) {
+    QDir().mkpath(QFileInfo(dropIn()).absolutePath());
+    QSaveFile file(dropIn());
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) < 0 || !file.commit())
+        throw Failure(u"Ayar yazılamadı: "_s + dropIn());
+}
+
+/// With its folder, unless there is something else in it.
+void removeDropIn() {
+    QFile::remove(dropIn());
+    QDir().rmdir(QFileInfo(dropIn()).absolutePath());
+}
+
 /// A text within the quotes of a unit file.
 QString quoted(QString text) {
     text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s).replace(u'%', u"%%"_s);
@@ -59,19 +80,21 @@ bool isScheduled() {
     return systemctl({u"is-enabled"_s, u"--quiet"_s, timer}).status == 0;
 }
 
-void schedule(const QString& shopFolder) {
-    QDir().mkpath(QFileInfo(dropIn()).absolutePath());
-    QSaveFile file(dropIn());
-    const QString text = u"[Service]\nEnvironment="_s + quoted(u"KOVANIX_FOLDER="_s + shopFolder) + u'\n';
-    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit())
-        throw Failure(u"Ayar yazılamadı: "_s + dropIn());
+void schedule(const Shop& shop) {
+    if (!QFileInfo(shop.data).isFile())
+        throw Failure(u"Bu klasörde dükkân yok: "_s + shop.folder);
+    const std::optional<QByteArray> before = textOfDropIn();
+    auto failed =
+        qScopeGuard([&before] { attempt([&before] { before ? writeDropIn(*before) : removeDropIn(); }); });
+    writeDropIn((u"[Service]\nEnvironment="_s + quoted(u"KOVANIX_FOLDER="_s + shop.folder) + u'\n').toUtf8());
     require(systemctl({u"daemon-reload"_s}));
     require(systemctl({u"enable"_s, u"--now"_s, timer}));
+    failed.dismiss();
 }
 
 void unschedule() {
     require(systemctl({u"disable"_s, u"--now"_s, timer}));
-    QFile::remove(dropIn());
+    removeDropIn();
 }
 
 }  // namespace kovanix::yedek

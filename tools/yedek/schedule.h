@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "yedek/shop.h"
 
 namespace kovanix::yedek {
 
@@ -8,8 +8,9 @@ namespace kovanix::yedek {
 
 /// Whether a copy is taken each day.
 bool isScheduled();
-/// Has one taken each day of the shop in a folder. @throws Failure where this machine has no such timers
-void schedule(const QString& shopFolder);
+/// Has one taken each day of a shop. @throws Failure where there is none in its folder, or this machine has
+/// no such timers: everything is as before then
+void schedule(const Shop& shop);
 /// Has none taken any more. @throws Failure likewise
 void unschedule();
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QStorageInfo>
 #include <cerrno>
 #include <cstdio>
@@ -45,6 +46,15 @@ QString systemWords(const QString& path, int error) {
         case ENOSPC:
         case EDQUOT:
             return u"Diskte yer kalmadı: "_s + path;
+        case EFBIG:
+            return u"Dosya bu disk için çok büyük (FAT32 biçimli bir disk 4 GB'tan büyük dosya almaz): "_s +
+                   path;
+        case ENOTDIR:
+            return u"Bir klasör değil: "_s + path;
+        case EEXIST:
+            return u"Bu adda başka bir şey var: "_s + path;
+        case ELOOP:
+            return u"Bu adda başka yere götüren bir bağlantı var, silip yeniden deneyin: "_s + path;
         case EROFS:
         case EACCES:
         case EPERM:
@@ -66,6 +76,30 @@ void requireRoom(const QString& folder, qint64 bytes) {
     const qint64 room = QStorageInfo(folder).bytesAvailable();
     if (room >= 0 && room < bytes + forTheShop)
         throw Failure(systemWords(folder, ENOSPC));
+}
+
+void copyFile(const QString& from, const QString& to) {
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        throw Failure(errno == EACCES ? u"Okuma izni yok: "_s + from : systemWords(from, errno));
+    QFile target(to);
+    if (!target.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
+                     QFile::ReadOwner | QFile::WriteOwner))
+        throw Failure(systemWords(to, errno));
+    auto half = qScopeGuard([&target] { target.remove(); });
+    constexpr qint64 chunk = 1 << 20;
+    while (true) {
+        const QByteArray bytes = source.read(chunk);
+        if (bytes.isEmpty())
+            break;
+        if (target.write(bytes) != bytes.size())
+            throw Failure(systemWords(to, errno));
+    }
+    if (source.error() != QFileDevice::NoError)
+        throw Failure(systemWords(from, errno));
+    half.dismiss();
+    // Where a disk has none, a file stays its owner's.
+    target.setPermissions(source.permissions());
 }
 
 SteadyWrites::SteadyWrites(const QString& path)

@@ -29,6 +29,10 @@ public:
 /// on selling. @throws Failure
 void requireRoom(const QString& folder, qint64 bytes);
 
+/// Copies a file with its permissions; the copy isn't synced, and none is left where that fails.
+/// @param to  there is none yet. @throws Failure
+void copyFile(const QString& from, const QString& to);
+
 /// Has a file that is being written reach the disk bit by bit. Left to the system, much would gather in
 /// memory and then go at once, and a till's few bytes behind it.
 class SteadyWrites {

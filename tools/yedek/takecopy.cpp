@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <algorithm>
 #include <cerrno>
 #include <optional>
@@ -15,6 +16,7 @@
 #include "runtime/attempt.h"
 #include "runtime/clock.h"
 #include "yedek/failure.h"
+#include "yedek/gzip.h"
 #include "yedek/packedcopy.h"
 #include "yedek/retention.h"
 #include "yedek/tablesums.h"
@@ -75,32 +77,10 @@ Manifest collect(const Shop& shop, const QString& folder, const QDateTime& momen
     manifest.parts.append(partOf(folder, dataName, progress));
     if (QFileInfo::exists(shop.config)) {
         const QString config = QDir(folder).filePath(configName);
-        if (!QFile::copy(shop.config, config))
-            throw Failure(u"Ayar dosyası okunamıyor: "_s + shop.config);
+        copyFile(shop.config, config);
         manifest.parts.append(partOf(folder, configName, progress));
     }
     return manifest;
-}
-
-/// Removes what is older than what is kept, of the shop of a copy that has just come. A copy that can't be
-/// removed stays.
-void removeSurplus(const QString& folder, const Manifest& newest, Storage& storage) {
-    QList<Copy> own = copiesIn(folder);
-    own.removeIf([&newest](const Copy& copy) { return copy.manifest.shop != newest.shop; });
-    QList<QDateTime> moments;
-    for (const Copy& copy : std::as_const(own))
-        moments.append(copy.manifest.moment);
-    const QList<QDateTime> surplus = surplusCopies(moments, std::max(Clock::now(), newest.moment));
-    for (const Copy& copy : std::as_const(own)) {
-        if (surplus.contains(copy.manifest.moment))
-            attempt([&] { storage.remove(copy.path); });
-    }
-    attempt([&] { storage.syncFolder(folder); });
-}
-
-/// With what lies in its log.
-qint64 sizeOf(const QString& data) {
-    return QFileInfo(data).size() + QFileInfo(data + u"-wal").size();
 }
 
 /// What is read of the file from now on comes from the disk, as far as the system does as it is asked.
@@ -110,6 +90,56 @@ void dropFromMemory(const QString& path) {
         return;
     ::posix_fadvise(handle, 0, 0, POSIX_FADV_DONTNEED);
     ::close(handle);
+}
+
+/// The moments of a shop's copies that may go. What stays in their place is read first: for the sake of a
+/// harmed one none goes.
+QList<QDateTime> surplusOf(const QList<Copy>& own, const Manifest& newest, const WorkProgress& progress) {
+    QHash<QDateTime, QString> unread;
+    for (const Copy& copy : own)
+        unread.insert(copy.manifest.moment, copy.path);
+    QList<QDateTime> moments = unread.keys();
+    unread.remove(newest.moment);  // proved as it came
+    while (true) {
+        const QList<QDateTime> surplus = surplusCopies(moments, std::max(Clock::now(), newest.moment));
+        if (surplus.isEmpty())
+            return {};
+        const auto harmed = std::ranges::find_if(moments, [&](const QDateTime& moment) {
+            return !surplus.contains(moment) && unread.contains(moment) &&
+                   attempt([&, path = unread.take(moment)] {
+                       checkPackedSum(path, [&](qint64 done, qint64 total) {
+                           progress.tell(u"Eski yedekler denetleniyor"_s, done, total);
+                       });
+                       dropFromMemory(path);
+                   }).has_value();
+        });
+        if (harmed == moments.end())
+            return surplus;
+        moments.erase(harmed);
+    }
+}
+
+/// Removes what is older than what is kept, of the shop of a copy that has just come. A copy that can't be
+/// removed stays.
+void removeSurplus(const QString& folder, const Manifest& newest, Storage& storage,
+                   const WorkProgress& progress) {
+    QList<Copy> own = copiesIn(folder);
+    own.removeIf([&newest](const Copy& copy) { return copy.manifest.shop != newest.shop; });
+    try {
+        const QList<QDateTime> surplus = surplusOf(own, newest, progress);
+        for (const Copy& copy : std::as_const(own)) {
+            if (surplus.contains(copy.manifest.moment))
+                attempt([&] { storage.remove(copy.path); });
+        }
+    } catch (const WorkProgress::Cancelled&) {
+        return;  // the new copy stands: the old ones go another time
+    }
+    attempt([&] { storage.syncFolder(folder); });
+}
+
+/// With what lies in its log.
+qint64 sizeOf(const QString& data) {
+    return QFileInfo(data).size() + QFileInfo(data + u"-wal").size();
 }
 
 }  // namespace
@@ -139,7 +169,7 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
                     unpackAndCheck(packed, opened, progress)};
     storage.rename(packed, copy.path);
     storage.syncFolder(folder);
-    removeSurplus(folder, copy.manifest, storage);
+    removeSurplus(folder, copy.manifest, storage, progress);
     return copy;
 }
 
@@ -172,7 +202,7 @@ void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const
     const QString final = QDir(folder).absoluteFilePath(copyName(copy.manifest.moment));
     storage.rename(written, final);
     storage.syncFolder(folder);
-    removeSurplus(folder, copy.manifest, storage);
+    removeSurplus(folder, copy.manifest, storage, progress);
 }
 
 }  // namespace kovanix::yedek

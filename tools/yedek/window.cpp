@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "desktop/messagebox.h"
 #include "desktop/windowplace.h"
@@ -16,6 +17,7 @@
 #include "widgets/drawnbutton.h"
 #include "yedek/backup.h"
 #include "yedek/copylist.h"
+#include "yedek/gzip.h"
 #include "yedek/lastcopycard.h"
 #include "yedek/places.h"
 #include "yedek/restore.h"
@@ -65,6 +67,8 @@ Window::Window(const QString& folder)
               [this] { chooseFolder(); });
     m_schedule = &addButton(u"herguen"_s, u"Her gün al"_s, u":/icons/calendar.svg"_s, FaceRole::navy,
                             [this] { switchSchedule(); });
+    connect(&m_reader, &BackgroundWork::finished, this, [this] { keepRead(Soundness::sound); });
+    connect(&m_reader, &BackgroundWork::failed, this, [this] { keepRead(Soundness::harmed); });
     finishLayout();
     m_scheduled = isScheduled();
     refresh();
@@ -87,33 +91,110 @@ void Window::refresh() {
     }
     std::ranges::stable_sort(m_copies, std::greater(),
                              [](const Listed& listed) { return listed.copy.manifest.moment; });
+    m_list->clear();  // what was chosen may stand in another row now
+    tellPlaces();
+    tellLastCopy();
+}
+
+void Window::listCopies() {
     const QDateTime now = Clock::now();
+    const int chosen = m_list->currentRow();
     m_list->clear();
     m_list->setScale(screenScale());
     for (const Listed& listed : std::as_const(m_copies)) {
-        const bool own = listed.copy.manifest.shop == m_shop.id;
+        QStringList notes;
+        if (listed.copy.manifest.shop != m_shop.id)
+            notes << u"başka bir dükkânın"_s;
+        if (known(listed.copy.path) == Soundness::harmed)
+            notes << u"bozuk"_s;
         m_list->addCopy(momentWords(listed.copy.manifest.moment, now),
-                        own ? listed.place : listed.place + u" (başka bir dükkânın)",
+                        notes.isEmpty() ? listed.place : listed.place + u" (" + notes.join(u", "_s) + u')',
                         sizeWords(listed.copy.bytes));
     }
+    m_list->setCurrentRow(chosen);
     setNote(u"%1 yedek"_s.arg(m_copies.size()));
-    tellLastCopy();
-    tellPlaces();
 }
 
+void Window::read(const QString& path) {
+    if (m_reader.isRunning() || isWorking())
+        return;
+    const QFileInfo file(path);
+    m_read[path] = {file.size(), file.lastModified(), Soundness::unknown};
+    m_reading = path;
+    m_reader.start([path](WorkProgress& progress) {
+        yieldToTheTill();
+        checkPackedSum(path, [&](qint64 done, qint64 total) { progress.tell({}, done, total); });
+    });
+}
+
+void Window::keepRead(Soundness soundness) {
+    m_read[m_reading].soundness = soundness;
+    if (isWorking())
+        return;  // at its end everything is looked at anew
+    // One that has gone meanwhile isn't harmed.
+    if (!QFileInfo::exists(m_reading))
+        refresh();
+    else
+        tellLastCopy();
+}
+
+Window::Soundness Window::known(const QString& path) const {
+    const QFileInfo file(path);
+    const Read read = m_read.value(path);
+    return read.bytes == file.size() && read.changed == file.lastModified() ? read.soundness
+                                                                            : Soundness::unknown;
+}
+
+/// The last good copy is the newest one that isn't from ahead of now and whose file is still what it was: a
+/// disk can harm it at any time. Files are read one after another, beside the window.
 void Window::tellLastCopy() {
-    const auto own = std::ranges::find(m_copies, m_shop.id,
-                                       [](const Listed& listed) { return listed.copy.manifest.shop; });
+    using State = LastCopyCard::State;
     const QDateTime now = Clock::now();
-    if (own == m_copies.end()) {
-        m_last->setState(false, u"Henüz yedek yok"_s, u"“Yedek al” düğmesine dokunun"_s);
+    const QString takeOne = u"“Yedek al” düğmesine dokunun"_s;
+    QString note;  // of the newest copy that isn't good: the card has room for one
+    const auto tell = [&](State state, const QString& words, const QString& hint) {
+        m_last->setState(state, words, QString(note + u' ' + hint).trimmed());
+    };
+    listCopies();
+    bool ahead = false;
+    bool harmed = false;
+    for (const Listed& listed : std::as_const(m_copies)) {
+        const QDateTime moment = listed.copy.manifest.moment;
+        if (listed.copy.manifest.shop != m_shop.id)
+            continue;
+        const CopyAge age = ageOf(moment, now);
+        if (age == CopyAge::ahead) {
+            ahead = true;
+            if (note.isEmpty())
+                note = u"%1 tarihli yedek ileride görünüyor: bilgisayarın saatini denetleyin."_s.arg(
+                    moment.toString(u"dd.MM.yyyy HH:mm"_s));
+            continue;
+        }
+        switch (known(listed.copy.path)) {
+            case Soundness::harmed:
+                harmed = true;
+                if (note.isEmpty())
+                    note = u"%1 yedeği bozulmuş, geri dönülemez."_s.arg(momentWords(moment, now));
+                continue;
+            case Soundness::unknown:
+                read(listed.copy.path);
+                return tell(age == CopyAge::overdue ? State::bad : State::unknown,
+                            u"Son yedek: "_s + momentWords(moment, now), u"Dosyası okunup denetleniyor…"_s);
+            case Soundness::sound:
+                break;
+        }
+        const QString words =
+            (harmed ? u"Son sağlam yedek: "_s : u"Son yedek: "_s) + momentWords(moment, now);
+        if (age == CopyAge::overdue)
+            tell(State::bad, words, u"İki günden eski: "_s + takeOne);
+        else if (harmed)
+            tell(State::good, words, takeOne);
+        else
+            tell(State::good, words,
+                 ahead ? QString() : u"Alındıktan sonra ve şimdi geri okunup denetlendi"_s);
         return;
     }
-    const QDateTime moment = own->copy.manifest.moment;
-    const bool overdue = isOverdue(moment, now);
-    m_last->setState(!overdue, u"Son yedek: "_s + momentWords(moment, now),
-                     overdue ? u"İki günden eski: “Yedek al” düğmesine dokunun"_s
-                             : u"Alındıktan sonra geri okunup denetlendi"_s);
+    tell(State::bad, ahead || harmed ? u"Sağlam yedek yok"_s : u"Henüz yedek yok"_s, takeOne);
 }
 
 void Window::tellPlaces() {
@@ -209,7 +290,7 @@ void Window::chooseFolder() {
 
 void Window::switchSchedule() {
     const bool on = !m_scheduled;
-    const auto failure = attempt([&] { on ? schedule(m_shop.folder) : unschedule(); });
+    const auto failure = attempt([&] { on ? schedule(m_shop) : unschedule(); });
     if (failure)
         messageBox(failure->description(), MessageBoxStyle::critical, title);
     m_scheduled = isScheduled();

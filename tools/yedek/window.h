@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QString>
 
+#include "kit/backgroundwork.h"
 #include "kit/toolwindow.h"
 #include "yedek/copies.h"
 #include "yedek/shop.h"
@@ -27,14 +30,26 @@ protected:
     void workEnded() override { refresh(); }
 
 private:
+    enum class Soundness { unknown, sound, harmed };
     /// A copy and where it lies, in words.
     struct Listed {
         Copy copy;
         QString place;
+        Soundness soundness = Soundness::unknown;
+    };
+    /// What a file was like when it was read.
+    struct Read {
+        qint64 bytes = 0;
+        QDateTime changed;
+        Soundness soundness = Soundness::unknown;
     };
 
     void refresh();
     void tellLastCopy();
+    void listCopies();
+    void read(const QString& path);
+    void keepRead(Soundness soundness);
+    Soundness known(const QString& path) const;
     void tellPlaces();
     void takeNow();
     void restoreChosen();
@@ -46,6 +61,9 @@ private:
     QString m_folder;
     Shop m_shop;
     QList<Listed> m_copies;  ///< newest first
+    QHash<QString, Read> m_read;
+    QString m_reading;  ///< the path of the copy that is being read
+    BackgroundWork m_reader;
     bool m_scheduled = false;
     LastCopyCard* m_last;
     QLabel* m_places;

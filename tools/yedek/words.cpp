@@ -17,9 +17,13 @@ QString momentWords(const QDateTime& moment, const QDateTime& now) {
     return days < 0 ? whole : u"%1 gün önce, %2"_s.arg(days).arg(whole);
 }
 
-bool isOverdue(const QDateTime& lastCopy, const QDateTime& now) {
+CopyAge ageOf(const QDateTime& moment, const QDateTime& now) {
     constexpr qint64 twoDays = qint64{2} * 24 * 60 * 60;
-    return !lastCopy.isValid() || lastCopy.secsTo(now) > twoDays;
+    // Of several copies within one second each is told as a second later.
+    constexpr qint64 aMinute = 60;
+    if (!moment.isValid() || moment.secsTo(now) > twoDays)
+        return CopyAge::overdue;
+    return moment.secsTo(now) < -aMinute ? CopyAge::ahead : CopyAge::fresh;
 }
 
 QString sizeWords(qint64 bytes) {

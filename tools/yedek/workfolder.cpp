@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 #include "yedek/failure.h"
 #include "yedek/storage.h"
@@ -20,7 +22,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QFile::Permissions ownOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+constexpr mode_t ownOnly = 0700;
+
+int makeDirectory(const QString& path) {
+    return ::mkdir(QFile::encodeName(path).constData(), ownOnly);
+}
+
+[[noreturn]] void refuseFolder(const QString& folder, int error) {
+    throw Failure(u"Klasör açılamıyor. "_s + systemWords(folder, error));
+}
+
+/// Removes a folder and what is in it, a link itself and nothing behind one. What can't be removed stays.
+void removeAll(const QString& path) {
+    std::error_code error;
+    std::filesystem::remove_all(QFile::encodeName(path).toStdString(), error);
+}
 
 /// Each user's and each place's own, so that the next run finds what one that died has left.
 QString memoryFolder(const QString& place) {
@@ -58,9 +74,17 @@ qint64 freeMemory() {
 void makeOwnFolder(const QString& folder) {
     if (QFileInfo(folder).isDir())
         return;
-    const bool made = QDir().mkpath(QFileInfo(folder).absolutePath()) && QDir().mkdir(folder, ownOnly);
-    if (!made && !QFileInfo(folder).isDir())
-        throw Failure(u"Klasör açılamıyor: "_s + folder);
+    const QString above = QFileInfo(folder).absolutePath();
+    errno = 0;
+    if (!QDir().mkpath(above)) {
+        const int error = errno;
+        refuseFolder(above, error == 0 ? EACCES : error);
+    }
+    if (makeDirectory(folder) == 0)
+        return;
+    const int error = errno;
+    if (!QFileInfo(folder).isDir())
+        refuseFolder(folder, error);
 }
 
 FolderLock::FolderLock(const QString& place) {
@@ -69,7 +93,7 @@ FolderLock::FolderLock(const QString& place) {
     m_path = QFile::encodeName(path);
     while (true) {
         constexpr mode_t own = 0600;
-        m_handle = ::open(m_path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, own);
+        m_handle = ::open(m_path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, own);
         if (m_handle < 0)
             throw Failure(systemWords(path, errno));
         if (::flock(m_handle, LOCK_EX | LOCK_NB) != 0) {
@@ -99,7 +123,9 @@ WorkFolder::WorkFolder(const QString& place)
       m_memory(memoryFolder(place)),
       m_lock(place) {
     clear();
-    makeOwnFolder(m_folder.path());
+    // Made anew each time: what somebody else has put there isn't worked in.
+    if (makeDirectory(m_folder.path()) != 0)
+        refuseFolder(m_folder.path(), errno);
 }
 
 WorkFolder::~WorkFolder() {
@@ -107,9 +133,9 @@ WorkFolder::~WorkFolder() {
 }
 
 void WorkFolder::clear() {
-    m_folder.removeRecursively();
+    removeAll(m_folder.path());
     if (isOwnFolder(m_memory.path()))
-        m_memory.removeRecursively();
+        removeAll(m_memory.path());
 }
 
 QString WorkFolder::makeFolder(const QString& name) const {
@@ -125,8 +151,7 @@ QString WorkFolder::makeFleetingFolder(const QString& name, qint64 bytes) const 
                       QStorageInfo(QFileInfo(path).path()).bytesAvailable() / 2 >= bytes;
     if (!fits)
         return makeFolder(name);
-    constexpr mode_t own = 0700;
-    ::mkdir(QFile::encodeName(path).constData(), own);
+    makeDirectory(path);
     if (!isOwnFolder(path))
         return makeFolder(name);
     const QString folder = m_memory.filePath(name);

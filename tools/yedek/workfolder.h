@@ -22,7 +22,8 @@ private:
 };
 
 /// A folder for what isn't whole yet, inside the one where it is to lie: entered by its owner only, gone with
-/// this. What a run that died has left there is cleared away. One run at a time has it.
+/// this. What a run that died has left there is cleared away; a link in its place is, and never what it leads
+/// to. One run at a time has it.
 ///
 /// What is only in between can lie in memory instead: a disk that has to write it and to give its room back
 /// keeps a till's sales waiting meanwhile.

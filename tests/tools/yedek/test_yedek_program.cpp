@@ -1,7 +1,9 @@
 // The built program, as a shopkeeper and a timer start it.
 
+#include <QDeadlineTimer>
 #include <QTemporaryDir>
 #include <QThread>
+#include <csignal>
 #include <random>
 
 #include "app/ayarmodul.h"
@@ -21,6 +23,11 @@ struct UsageRow {
     QStringList arguments;
     int status;
     QString words;  ///< among what is said
+};
+
+struct SignalRow {
+    int signal;
+    bool restores;
 };
 
 namespace {
@@ -122,10 +129,14 @@ private Q_SLOTS:
 
     void noShop() {
         const QTemporaryDir none;
-        const Outcome outcome = runProgram({program, u"--folder"_s, none.path(), u"--al"_s}, m_environment);
-        QCOMPARE(outcome.status, 1);
-        QVERIFY(outcome.errors.contains(u"dükkân yok"_s));
-        QVERIFY(QDir(none.path()).isEmpty());
+        shadow(u"systemctl"_s, "#!/bin/sh\n");
+        for (const QString& task : {u"--al"_s, u"--zamanla"_s}) {
+            const Outcome outcome = runProgram({program, u"--folder"_s, none.path(), task}, m_environment);
+            QCOMPARE(outcome.status, 1);
+            QVERIFY(outcome.errors.contains(u"dükkân yok"_s));
+            QVERIFY(QDir(none.path()).isEmpty());
+            QVERIFY(!QFileInfo::exists(m_shop->file(u"ayarlar/systemd"_s)));
+        }
     }
 
     /// The mover of shops on a server comes with a package of its own.
@@ -224,6 +235,87 @@ private Q_SLOTS:
         QVERIFY(!outcome.errors.isEmpty());
     }
 
+    /// --denetle works among what everybody may write.
+    void aLinkAmongTemporaryFilesLeadsNowhere() {
+        QCOMPARE(take().status, 0);
+        const QTemporaryDir foreign;
+        const QTemporaryDir temporary;
+        writeBytes(foreign.filePath(u"mektup"_s), "x");
+        for (const QString& name : {u".kovanix-yedek-gecici"_s, u".kovanix-yedek.kilit"_s})
+            QVERIFY(QFile::link(foreign.path(), temporary.filePath(name)));
+        m_environment.insert(u"TMPDIR"_s, temporary.path());
+        const Outcome checked = run({u"--denetle"_s, copies().first().path});
+        QCOMPARE(checked.errors, QString());
+        QCOMPARE(checked.status, 0);
+        QCOMPARE(bytesOf(foreign.filePath(u"mektup"_s)), QByteArray("x"));
+        QCOMPARE(
+            QDir(temporary.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
+            2);
+    }
+
+    void aSignalEndsIt_data() {
+        addRows<SignalRow>({{"terminated", {SIGTERM, false}},
+                            {"interrupted", {SIGINT, false}},
+                            {"hung up", {SIGHUP, false}},
+                            {"in a restore", {SIGTERM, true}}});
+    }
+    void aSignalEndsIt() {
+        QFETCH(const SignalRow, row);
+        QCOMPARE(take().status, 0);
+        const QString copy = copies().first().path;
+        const auto kept = filesOf(m_place->path());
+        const QString place = row.restores ? m_shop->folder() : m_place->path();
+        const QStringList what = row.restores ? QStringList{u"--don"_s, copy, u"--evet"_s, u"--evet"_s}
+                                              : QStringList{u"--al"_s, u"--klasor"_s, m_place->path()};
+        QProcess backup;
+        backup.setProcessEnvironment(m_environment);
+        backup.start(program, QStringList{u"--folder"_s, m_shop->folder()} + what);
+        const QString work = QDir(place).filePath(u".kovanix-yedek-gecici"_s);
+        QVERIFY(backup.waitForStarted());
+        // It works for some tens of milliseconds.
+        const QDeadlineTimer deadline(patience);
+        while (!QFileInfo::exists(work) && !deadline.hasExpired())
+            QThread::usleep(500);
+        ::kill(static_cast<pid_t>(backup.processId()), row.signal);
+        QVERIFY(backup.waitForFinished());
+        QCOMPARE(backup.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(backup.exitCode(), 4);
+        QVERIFY(QString::fromUtf8(backup.readAllStandardError()).contains(u"Vazgeçildi"_s));
+        QVERIFY(!QFileInfo::exists(work));
+        QCOMPARE(filesOf(m_place->path()), kept);
+        QCOMPARE(shopNow(), u"7|7"_s);
+    }
+
+    void aHarmedCopyIsMarkedInTheList() {
+        QCOMPARE(take().status, 0);
+        const QString copy = copies().first().path;
+        const QStringList list{u"--liste"_s, u"--klasor"_s, m_place->path()};
+        QVERIFY(!run(list).output.contains(u"BOZUK"_s));
+        const QByteArray bytes = bytesOf(copy);
+        writeBytes(copy, bytes.first(bytes.size() / 2));
+        QVERIFY(run(list).output.contains(u"BOZUK"_s));
+    }
+
+    /// The timer's service must not begin anew for that: the shop's folder has its copy.
+    void aStickThatTakesNoCopyHasAStatusOfItsOwn() {
+        const QString script =
+            u"mount -t tmpfs -o size=1m none /media && mkdir -p \"/media/$(id -un)/BEYAZ/Kovanix yedek\" && "
+            "mount -t tmpfs -o size=1m none \"/media/$(id -un)/BEYAZ\" && "
+            "mkdir \"/media/$(id -un)/BEYAZ/Kovanix yedek\" && exec \"$@\""_s;
+        const QStringList inItsOwnMounts{u"unshare"_s, u"--mount"_s, u"sh"_s, u"-c"_s, script, u"sh"_s};
+        if (runProgram(inItsOwnMounts + QStringList{u"true"_s}, m_environment).status != 0)
+            QSKIP("only the administrator may make a disk");
+        const Outcome taken =
+            runProgram(inItsOwnMounts + QStringList{program, u"--folder"_s, m_shop->folder(), u"--al"_s,
+                                                    u"--klasor"_s, m_place->path()},
+                       m_environment);
+        QVERIFY2(taken.errors.contains(u"klasördeki yedek sağlam"_s), qPrintable(taken.errors));
+        QCOMPARE(taken.status, 5);
+        QCOMPARE(copies().size(), 1);
+        const QByteArray service = bytesOf(QStringLiteral(PACKAGING_FOLDER "/kovanix-yedek.service"));
+        QVERIFY(service.contains("\nRestartPreventExitStatus=2 3 4 5\n"));
+    }
+
     void theTimerIsSwitched() {
         shadow(u"systemctl"_s, "#!/bin/sh\necho \"$@\" >>\"$(dirname \"$0\")/calls\"\n");
         QCOMPARE(run({u"--zamanla"_s}).status, 0);
@@ -243,6 +335,15 @@ private Q_SLOTS:
         const Outcome failed = run({u"--zamanla"_s});
         QCOMPARE(failed.status, 1);
         QVERIFY(failed.errors.contains(u"Failed to connect to bus"_s));
+        // Nothing is left of it.
+        const QString units = m_shop->file(u"ayarlar/systemd/user"_s);
+        QVERIFY(!QFileInfo::exists(units + u"/kovanix-yedek.service.d"));
+        // What was set up before stands.
+        const QString dropIn = units + u"/kovanix-yedek.service.d/kovanix-folder.conf";
+        QVERIFY(QDir().mkpath(QFileInfo(dropIn).path()));
+        writeBytes(dropIn, "before");
+        QCOMPARE(run({u"--zamanla"_s}).status, 1);
+        QCOMPARE(bytesOf(dropIn), QByteArray("before"));
         m_environment.insert(u"PATH"_s, u"/nowhere"_s);
         QVERIFY(run({u"--zamanla"_s}).errors.contains(u"systemd"_s));
     }
@@ -250,6 +351,7 @@ private Q_SLOTS:
 
 }  // namespace kovanix::yedek
 
+Q_DECLARE_METATYPE(kovanix::yedek::SignalRow)
 Q_DECLARE_METATYPE(kovanix::yedek::UsageRow)
 
 int main(int argc, char** argv) {

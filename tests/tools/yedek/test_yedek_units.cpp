@@ -34,7 +34,7 @@ struct SumRow {
 struct MomentRow {
     QString moment;
     QString words;
-    bool overdue;
+    CopyAge age;
 };
 
 struct ManifestRow {
@@ -202,21 +202,24 @@ private Q_SLOTS:
 
     void momentsInWords_data() {
         addRows<MomentRow>({
-            {"now", {u"2026-11-22T20:00"_s, u"bugün 20:00"_s, false}},
-            {"this morning", {u"2026-11-22T00:00"_s, u"bugün 00:00"_s, false}},
-            {"yesterday", {u"2026-11-21T23:59"_s, u"dün 23:59"_s, false}},
-            {"two days to the minute", {u"2026-11-20T20:00"_s, u"2 gün önce, 20.11.2026 20:00"_s, false}},
-            {"a minute more", {u"2026-11-20T19:59"_s, u"2 gün önce, 20.11.2026 19:59"_s, true}},
-            {"tomorrow", {u"2026-11-23T08:00"_s, u"23.11.2026 08:00"_s, false}},
+            {"now", {u"2026-11-22T20:00"_s, u"bugün 20:00"_s, CopyAge::fresh}},
+            {"this morning", {u"2026-11-22T00:00"_s, u"bugün 00:00"_s, CopyAge::fresh}},
+            {"yesterday", {u"2026-11-21T23:59"_s, u"dün 23:59"_s, CopyAge::fresh}},
+            {"two days to the minute",
+             {u"2026-11-20T20:00"_s, u"2 gün önce, 20.11.2026 20:00"_s, CopyAge::fresh}},
+            {"a minute more", {u"2026-11-20T19:59"_s, u"2 gün önce, 20.11.2026 19:59"_s, CopyAge::overdue}},
+            {"a minute ahead", {u"2026-11-22T20:01"_s, u"bugün 20:01"_s, CopyAge::fresh}},
+            {"two minutes ahead", {u"2026-11-22T20:02"_s, u"bugün 20:02"_s, CopyAge::ahead}},
+            {"years ahead", {u"2030-01-01T08:00"_s, u"01.01.2030 08:00"_s, CopyAge::ahead}},
         });
     }
     void momentsInWords() {
         QFETCH(const MomentRow, row);
         const QDateTime now = at(u"2026-11-22T20:00"_s);
         QCOMPARE(momentWords(at(row.moment), now), row.words);
-        QCOMPARE(isOverdue(at(row.moment), now), row.overdue);
+        QCOMPARE(ageOf(at(row.moment), now), row.age);
     }
-    void noCopyIsOverdue() { QVERIFY(isOverdue({}, at(u"2026-11-22"_s))); }
+    void noCopyIsOverdue() { QCOMPARE(ageOf({}, at(u"2026-11-22"_s)), CopyAge::overdue); }
 
     void sizesInWords_data() {
         addRows<SizeRow>({{"small", {2048, u"2 KB"_s}},

@@ -13,6 +13,7 @@
 #include "widgets/drawnbutton.h"
 #include "widgets/fittedlabel.h"
 #include "yedek/copies.h"
+#include "yedek/lastcopycard.h"
 #include "yedek/window.h"
 #include "yedekfixture.h"
 
@@ -22,6 +23,22 @@ using namespace Qt::StringLiterals;
 
 struct WidthRow {
     int width;
+};
+
+class YedekWindowTest;
+
+struct DayAndHour {
+    int day;
+    int hour;
+};
+
+struct CardRow {
+    QList<DayAndHour> taken;
+    DayAndHour now;
+    void (*then)(YedekWindowTest& test);
+    LastCopyCard::State state;
+    QString words;
+    QString hint;  ///< within it
 };
 
 class YedekWindowTest : public QObject, BackupCase {
@@ -34,11 +51,24 @@ class YedekWindowTest : public QObject, BackupCase {
         m_window->show();
     }
     QString text(const QString& name) { return m_window->findChild<QLabel*>(name)->text(); }
+    LastCopyCard::State state() { return m_window->findChild<LastCopyCard*>()->state(); }
+    bool cardIsWhole() {
+        const auto* const words = m_window->findChild<FittedLabel*>(u"sonyedek"_s);
+        const auto* const hint = m_window->findChild<QLabel*>(u"sonyedekaciklama"_s);
+        return QTest::qWaitFor([=] { return words->shown() == words->text(); }) &&
+               hint->height() >= hint->heightForWidth(hint->width());
+    }
     QListWidget& list() { return *m_window->findChild<QListWidget*>(u"yedekler"_s); }
     void press(const QString& name) { m_window->findChild<DrawnButton*>(name)->click(); }
     void takeOne() {
         press(u"yedekal"_s);
         QTRY_VERIFY(!m_window->isWorking());
+    }
+
+    void harmNewest() {
+        const QString path = copiesIn(m_place->path()).first().path;
+        const QByteArray bytes = bytesOf(path);
+        writeBytes(path, bytes.first(bytes.size() - 50));
     }
 
 private Q_SLOTS:
@@ -70,7 +100,67 @@ private Q_SLOTS:
         QVERIFY(text(u"yerler"_s).contains(m_place->path()));
         m_shop->setNow(QDateTime(QDate(2026, 5, 6), QTime(8, 0)));
         openWindow();
-        QVERIFY(text(u"sonyedekaciklama"_s).contains(u"İki günden eski"_s));
+        QTRY_VERIFY(text(u"sonyedekaciklama"_s).contains(u"İki günden eski"_s));
+        QCOMPARE(state(), LastCopyCard::State::bad);
+    }
+
+    void aCardIsGreenForWhatCanBeGoneBackTo_data() {
+        using State = LastCopyCard::State;
+        const auto wait = [](YedekWindowTest&) {};
+        const auto harm = [](YedekWindowTest& test) { test.harmNewest(); };
+        addRows<CardRow>({
+            {"sound", {{{3, 7}}, {3, 8}, wait, State::good, u"Son yedek: bugün 07:00"_s, u"denetlendi"_s}},
+            {"harmed", {{{3, 7}}, {3, 8}, harm, State::bad, u"Sağlam yedek yok"_s, u"bozulmuş"_s}},
+            {"harmed beside a sound one",
+             {{{2, 7}, {3, 7}}, {3, 8}, harm, State::good, u"Son sağlam yedek: dün 07:00"_s, u"bozulmuş"_s}},
+            {"harmed beside an old one",
+             {{{1, 7}, {4, 7}},
+              {4, 8},
+              harm,
+              State::bad,
+              u"Son sağlam yedek: 3 gün önce, 01.05.2026 07:00"_s,
+              u"İki günden eski"_s}},
+            {"from ahead of now",
+             {{{9, 7}}, {3, 8}, wait, State::bad, u"Sağlam yedek yok"_s, u"saatini denetleyin"_s}},
+            {"from ahead of now beside one of today",
+             {{{9, 7}, {3, 7}},
+              {3, 8},
+              wait,
+              State::good,
+              u"Son yedek: bugün 07:00"_s,
+              u"saatini denetleyin"_s}},
+        });
+    }
+    void aCardIsGreenForWhatCanBeGoneBackTo() {
+        QFETCH(const CardRow, row);
+        const auto at = [](const DayAndHour& moment) {
+            return QDateTime(QDate(2026, 5, moment.day), QTime(moment.hour, 0));
+        };
+        for (const DayAndHour& moment : row.taken) {
+            m_shop->setNow(at(moment));
+            take();
+        }
+        m_shop->setNow(at(row.now));
+        m_shop->setScreenWidth(800);
+        row.then(*this);
+        openWindow();
+        QTRY_COMPARE(state(), row.state);
+        QTRY_COMPARE(text(u"sonyedek"_s), row.words);
+        QTRY_VERIFY2(text(u"sonyedekaciklama"_s).contains(row.hint), qPrintable(text(u"sonyedekaciklama"_s)));
+        QVERIFY(cardIsWhole());
+    }
+
+    void aCopyThatIsHarmedUnderTheWindowIsMarked() {
+        openWindow();
+        takeOne();
+        QTRY_COMPARE(state(), LastCopyCard::State::good);
+        harmNewest();
+        m_window->activateWindow();
+        QTRY_VERIFY(m_window->isActiveWindow());
+        QEvent comesToFront(QEvent::ActivationChange);
+        QCoreApplication::sendEvent(&*m_window, &comesToFront);
+        QTRY_COMPARE(state(), LastCopyCard::State::bad);
+        QVERIFY(list().item(0)->data(Qt::DisplayRole).toString().contains(u"bozuk"_s));
     }
 
     void aRestoreIsAskedForTwice() {
@@ -146,12 +236,14 @@ private Q_SLOTS:
             QVERIFY(m_window->rect().contains(QRect(button->mapTo(&*m_window, QPoint()), button->size())));
         }
         QVERIFY(list().visualItemRect(list().item(0)).height() >= 40);
-        QCOMPARE(m_window->findChild<FittedLabel*>(u"sonyedek"_s)->shown(), text(u"sonyedek"_s));
+        QTRY_COMPARE(state(), LastCopyCard::State::good);
+        QVERIFY(cardIsWhole());
     }
 };
 
 }  // namespace kovanix::yedek
 
+Q_DECLARE_METATYPE(kovanix::yedek::CardRow)
 Q_DECLARE_METATYPE(kovanix::yedek::WidthRow)
 
 int main(int argc, char** argv) {
