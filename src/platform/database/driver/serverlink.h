@@ -102,7 +102,7 @@ private:
 
     ServerHandle m_handle;
     ServerSettings m_settings;
-    Host m_host;              ///< that it is connected to
+    Host m_host;  ///< that it is connected to
     std::function<void()> m_waitBegins;
     bool m_isSilent = false;  ///< whether it gave no sign of life when it was asked since the last flush
 };
