@@ -2,6 +2,9 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <string>
+
+#include "settle.h"
 
 namespace kovanix::tasi {
 
@@ -29,6 +32,32 @@ void take(Column& column, ColumnType type, Form form) {
 }
 
 }  // namespace
+
+void ColumnContents::add(const engine::Cell& cell, bool readsTexts) {
+    using Type = engine::Cell::Type;
+    constexpr qint64 edge = qint64{1} << 53;  // up to which a double holds every whole number
+    switch (cell.type) {
+        case Type::null:
+            break;
+        case Type::whole:
+            whole = true;
+            large = large || cell.whole > edge || cell.whole < -edge;
+            break;
+        case Type::real:
+            real = true;
+            break;
+        case Type::text:
+            text = true;
+            if (readsTexts && !otherText) {
+                std::string storage;
+                otherText = settle(cell, Form::number, storage).odd == Odd::textAsZero;
+            }
+            break;
+        case Type::bytes:
+            bytes = true;
+            break;
+    }
+}
 
 void takeTillForm(Column& column, const TableColumn& own) {
     // A text's width stays the one that the file has, and where it has none nothing is cut.

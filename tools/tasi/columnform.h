@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "database/driver/rowcursor.h"
 #include "tables.h"
 
 namespace kovanix::tasi {
@@ -14,6 +15,9 @@ struct ColumnContents {
     bool text = false;
     bool otherText = false;  ///< one of the texts is neither empty nor one that the till reads as a number
     bool bytes = false;
+
+    /// @param readsTexts  whether it matters if a text is a number
+    void add(const engine::Cell& cell, bool readsTexts);
 };
 
 /// Gives a till's own column the form in which a till makes it, whatever it was declared as in the file.

@@ -12,12 +12,12 @@
 #include <cerrno>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "database/declaredtype.h"
 #include "database/engineerror.h"
 #include "database/sqltokens.h"
 #include "failure.h"
-#include "settle.h"
 
 namespace kovanix::tasi {
 
@@ -29,10 +29,6 @@ using Kind = DatabaseError::Kind;
 
 bool isSystemName(const QString& name) {
     return name.startsWith("sqlite_"_L1, Qt::CaseInsensitive);
-}
-
-QString nameOf(const Table& table, int column) {
-    return quotedSqlName(table.columns[column].name);
 }
 
 QString systemWords() {
@@ -198,48 +194,24 @@ void ShopFile::chooseForms(Table& table, const QStringList& declared) {
 }
 
 QList<ColumnContents> ShopFile::contentsOf(const Table& table, const QList<int>& columns) {
-    // The range in which a double holds every whole number.
-    static const QStringList questions{
-        u"typeof(%1) = 'integer'"_s,
-        u"typeof(%1) = 'integer' AND %1 NOT BETWEEN -9007199254740992 AND 9007199254740992"_s,
-        u"typeof(%1) = 'real'"_s, u"typeof(%1) = 'text'"_s, u"typeof(%1) = 'blob'"_s};
-    constexpr qsizetype columnsAtOnce = 200;  // an answer has at most 2000
-    QList<ColumnContents> all;
-    for (qsizetype first = 0; first < columns.size(); first += columnsAtOnce) {
-        const QList<int> some = columns.mid(first, columnsAtOnce);
-        QStringList expressions;
-        for (const int column : some) {
-            for (const QString& question : questions)
-                expressions.append(
-                    u"max(%1)"_s.arg(QString(question).replace(u"%1"_s, nameOf(table, column))));
-        }
-        QSqlQuery query = run(u"SELECT %1 FROM %2"_s.arg(expressions.join(u", "), quotedSqlName(table.name)));
-        const bool hasRow = query.next();
-        int place = 0;
-        const auto next = [&] { return hasRow && query.value(place++).toInt() != 0; };
-        for (qsizetype i = 0; i < some.size(); ++i)
-            all.append({.whole = next(), .large = next(), .real = next(), .text = next(), .bytes = next()});
+    QList<ColumnContents> all(columns.size());
+    if (columns.isEmpty())
+        return all;
+    QStringList names;
+    std::vector<bool> numeric;
+    for (const int column : columns) {
+        names.append(quotedSqlName(table.columns[column].name));
+        numeric.push_back(table.columns[column].type == ColumnType::number);
     }
-    for (qsizetype i = 0; i < columns.size(); ++i) {
-        if (all[i].text && table.columns[columns[i]].type == ColumnType::number)
-            all[i].otherText = holdsOtherText(table, columns[i]);
-    }
-    return all;
-}
-
-bool ShopFile::holdsOtherText(const Table& table, int column) {
-    const QString name = nameOf(table, column);
-    QSqlQuery query =
-        run(u"SELECT %1 FROM %2 WHERE typeof(%1) = 'text'"_s.arg(name, quotedSqlName(table.name)));
+    QSqlQuery query = run(u"SELECT %1 FROM %2"_s.arg(names.join(u", "), quotedSqlName(table.name)));
     auto* const cursor = query.result()->handle().value<engine::RowCursor*>();
-    std::string storage;
     while (cursor->nextRow()) {
-        if (settle(cursor->cell(0), Form::number, storage).odd == Odd::textAsZero)
-            return true;
+        for (int i = 0; i < static_cast<int>(columns.size()); ++i)
+            all[i].add(cursor->cell(i), numeric[static_cast<std::size_t>(i)]);
     }
     if (query.lastError().isValid())
         fail(query.lastError());
-    return false;
+    return all;
 }
 
 void ShopFile::noteOddities(const Table& table) {

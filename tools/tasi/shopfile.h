@@ -46,8 +46,6 @@ private:
     void chooseForms(Table& table, const QStringList& declared);
     /// What those columns hold, one by one.
     QList<ColumnContents> contentsOf(const Table& table, const QList<int>& columns);
-    /// Whether a column holds a text that isn't a number.
-    bool holdsOtherText(const Table& table, int column);
     void noteOddities(const Table& table);
     QSqlQuery run(const QString& sql);
     qint64 number(const QString& sql);

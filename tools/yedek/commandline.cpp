@@ -28,13 +28,18 @@ CommandLine::CommandLine()
       scheduled(u"zamanla"_s, u"Her gün kendiliğinden yedek alınmasını sağlar"_s),
       unscheduled(u"zamanlama-kapat"_s, u"Kendiliğinden yedek almayı kapatır"_s),
       place(u"klasor"_s, u"Yedeklerin klasörü, yalnız bu kez"_s, u"DIR"_s),
-      yes(u"evet"_s, u"--don için onay; iki kez yazılır"_s) {
-    addOptions({take, restore, list, check, scheduled, unscheduled, place, yes});
+      yes(u"evet"_s, u"--don için onay; iki kez yazılır"_s),
+      inWindow(u"pencere"_s, u"--al ile: yedeği pencerede alır"_s) {
+    addOptions({take, restore, list, check, scheduled, unscheduled, place, yes, inWindow});
+}
+
+qsizetype CommandLine::tasks() const {
+    const std::array all{take, restore, list, check, scheduled, unscheduled};
+    return std::ranges::count_if(all, [this](const QCommandLineOption& option) { return isSet(option); });
 }
 
 bool CommandLine::wantsWindow() const {
-    const std::array all{take, restore, list, check, scheduled, unscheduled};
-    return std::ranges::none_of(all, [this](const QCommandLineOption& option) { return isSet(option); });
+    return tasks() == 0 || (tasks() == 1 && isSet(take) && isSet(inWindow));
 }
 
 QString CommandLine::chosenFolder() const {
@@ -42,10 +47,7 @@ QString CommandLine::chosenFolder() const {
 }
 
 int CommandLine::run() const {
-    const std::array all{take, restore, list, check, scheduled, unscheduled};
-    const auto asked =
-        std::ranges::count_if(all, [this](const QCommandLineOption& option) { return isSet(option); });
-    if (asked != 1 || !positionalArguments().isEmpty()) {
+    if (tasks() != 1 || isSet(inWindow) || !positionalArguments().isEmpty()) {
         tellError(u"kovanix-yedek: bir seferde tek bir iş istenir; --help seçenekleri sıralar"_s);
         return ToolExit::wrongUsage;
     }

@@ -13,7 +13,7 @@ class CommandLine : public ToolCommandLine {
 public:
     CommandLine();
 
-    /// Whether nothing is asked for.
+    /// Whether nothing is asked for, or a copy that is taken in the window.
     bool wantsWindow() const;
     /// Does what is asked for. @return the exit status
     int run() const;
@@ -26,8 +26,10 @@ public:
     const QCommandLineOption unscheduled;
     const QCommandLineOption place;
     const QCommandLineOption yes;
+    const QCommandLineOption inWindow;
 
 private:
+    qsizetype tasks() const;
     int runTake() const;
     int runRestore() const;
     int runList() const;

@@ -10,7 +10,10 @@ int main(int argc, char** argv) {
         argc, argv, commandLine, [&] { return commandLine.wantsWindow(); },
         [&]() -> std::unique_ptr<QWidget> {
             commandLine.findShop();
-            return std::make_unique<yedek::Window>(commandLine.value(commandLine.place));
+            auto window = std::make_unique<yedek::Window>(commandLine.value(commandLine.place));
+            if (commandLine.isSet(commandLine.take))
+                QMetaObject::invokeMethod(window.get(), &yedek::Window::takeNow, Qt::QueuedConnection);
+            return window;
         },
         [&] { return commandLine.run(); });
 }

@@ -1,6 +1,7 @@
 #include "yedek/servershop.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QScopeGuard>
@@ -54,7 +55,10 @@ void copyServerShop(const QString& pointer, const QString& target, const QString
     process.setProcessEnvironment(environment);
     process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, {u"--kopya"_s, pointer, target}, QIODevice::ReadOnly);
-    const auto stopped = qScopeGuard([&process] { stop(process); });
+    auto stopped = qScopeGuard([&process, &target] {
+        stop(process);
+        QFile::remove(target);  // it may have been whole before it heard of it
+    });
     if (!process.waitForStarted())
         throw Failure(u"%1 başlatılamadı: %2"_s.arg(program, process.errorString()));
     qint64 done = 0;
@@ -77,8 +81,10 @@ void copyServerShop(const QString& pointer, const QString& target, const QString
             break;
     }
     if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 && whole &&
-        QFileInfo(target).isFile())
+        QFileInfo(target).isFile()) {
+        stopped.dismiss();
         return;
+    }
     const QString words = lastLine(process.readAllStandardError());
     throw Failure(u"Sunucudaki dükkân kopyalanamadı: "_s +
                   (words.isEmpty() ? u"%1 yarıda kaldı"_s.arg(programName) : words));

@@ -25,6 +25,9 @@ public:
     /// @param folder  of the copies, for as long as the window is open; empty: the shop's own choice
     explicit Window(const QString& folder = {});
 
+    /// Takes a copy, and asks about sticks first that aren't marked yet.
+    void takeNow();
+
 protected:
     void changeEvent(QEvent* event) override;
     void workEnded() override { refresh(); }
@@ -51,7 +54,6 @@ private:
     void keepRead(Soundness soundness);
     Soundness known(const QString& path) const;
     void tellPlaces();
-    void takeNow();
     void restoreChosen();
     void chooseFolder();
     void switchSchedule();

@@ -112,6 +112,7 @@ private Q_SLOTS:
     void usage_data() {
         addRows<UsageRow>({
             {"two tasks", {{u"--al"_s, u"--liste"_s}, 2, u"tek bir iş"_s}},
+            {"a window for a list", {{u"--liste"_s, u"--pencere"_s}, 2, u"tek bir iş"_s}},
             {"a word too many", {{u"--al"_s, u"bugün"_s}, 2, u"tek bir iş"_s}},
             {"no such copy", {{u"--denetle"_s, u"/yok.yedek"_s}, 3, u"Bulunamadı"_s}},
             {"no copy at all", {{u"--denetle"_s, u"/etc/passwd"_s}, 3, u"bozuk"_s}},
@@ -125,6 +126,17 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, row.status);
         QVERIFY2(outcome.errors.contains(row.words), qPrintable(outcome.errors));
         QVERIFY(outcome.output.isEmpty());
+    }
+
+    /// The menu's action.
+    void aCopyIsTakenInTheWindow() {
+        Program window({program, u"--folder"_s, m_shop->folder(), u"--al"_s, u"--pencere"_s, u"--klasor"_s,
+                        m_place->path()},
+                       m_environment);
+        QTRY_COMPARE_WITH_TIMEOUT(copies().size(), 1, patience);
+        QVERIFY(window.isRunning());
+        QVERIFY(bytesOf(QStringLiteral(PACKAGING_FOLDER "/kovanix-yedek.desktop"))
+                    .contains("\nExec=kovanix-yedek --al --pencere\n"));
     }
 
     void noShop() {
