@@ -154,6 +154,7 @@ private Q_SLOTS:
 
 void TestServerEngine::asksOncePerStep() {
     Till till;
+    till.proxy.setDelay(5000);  // sends that don't wait for an answer in between come together
     till.price(1);
     till.proxy.takeTrips();
     QCOMPARE(till.price(2), 2.0);
@@ -174,6 +175,7 @@ void TestServerEngine::aSaleOfTwentyLines() {
     Till till;
     Connection selling;
     selling.open(till.file.connectionString(), Handle::shared);
+    till.proxy.setDelay(5000);
     int trips = 0;
     for (int sale = 0; sale < 2; ++sale) {
         till.proxy.takeTrips();
