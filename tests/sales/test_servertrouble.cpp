@@ -266,10 +266,8 @@ int main(int argc, char** argv) {
         // The server's data lie there, nothing of the till's.
         disk = folder.path();
         QFile::setPermissions(disk, QFile::Permissions(0x7755));
-        const QByteArray usual = qgetenv("TMPDIR");
-        qputenv("TMPDIR", QFile::encodeName(disk));
+        ServerCluster::disk = disk;
         testServer();
-        usual.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", usual);
     }
     const int status = runTests<ServerTroubleTest>(argc, argv);
     if (!disk.isEmpty()) {

@@ -82,6 +82,8 @@ bool isRunningProcess(qint64 process) {
 /// A folder for a cluster. Most of what a test does there is to make databases and drop them: hundreds of
 /// small files each.
 std::unique_ptr<QTemporaryDir> makeFolder(bool inMemory) {
+    if (!ServerCluster::disk.isEmpty())
+        return std::make_unique<QTemporaryDir>(ServerCluster::disk + u"/kovanix-test-XXXXXX");
     const QDir memory(u"/dev/shm"_s);
     constexpr qint64 plenty = qint64{2} << 30;  // bytes
     if (!inMemory || QStorageInfo(memory).bytesAvailable() < plenty)

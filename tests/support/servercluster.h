@@ -21,6 +21,9 @@ public:
     /// What this machine lacks for it; empty when all is there.
     static QString missing();
 
+    /// A folder in which the clusters that are started from now on lie; empty for the usual one.
+    static inline QString disk;
+
     /// Makes the cluster and starts its server: in memory where there is plenty, unless its syncs count.
     /// @param settings  further ones, as "fsync=on"
     bool start(const QStringList& settings = {});
