@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // At the design size.
-constexpr int radius = 10;
+constexpr int frameRadius = 10;
 constexpr int rim = 2;
 
 }  // namespace
@@ -42,7 +42,7 @@ DialogFrame::DialogFrame(QWidget* parent) : vkFrame(parent) {
 }
 
 void DialogFrame::setScale(double scale) {
-    setCornerRadius(canCutWindows() ? static_cast<int>(std::lround(radius * scale)) : 1);
+    setCornerRadius(canCutWindows() ? static_cast<int>(std::lround(frameRadius * scale)) : 1);
     setBorderWidth(static_cast<int>(std::lround(rim * scale)));
 }
 
