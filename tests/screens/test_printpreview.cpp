@@ -466,7 +466,11 @@ void TestPrintPreview::twoTapsPrintOnce() {
 void TestPrintPreview::failures_data() {
     QTest::addColumn<FailureRow>("row");
     for (const FailureRow& row : QList<FailureRow>{
-             {"no printer", {}, false, false, u"There is no default printer."_s},
+             {"no printer",
+              {},
+              false,
+              false,
+              u"Varsayılan yazıcı yok: sistem ayarlarından bir yazıcı seçin."_s},
              {"the folder can't be made", u"dosya/alt"_s},
              {"a full disk", u"yazilan"_s, true},
              {"a folder closed to us", u"kapali"_s, false, true},

@@ -25,6 +25,11 @@ constexpr QLatin1String filePrefix("pdf:");
     throw RuntimeError(RuntimeError::printerError, description, u"Printer"_s);
 }
 
+/// A file's own words are the system's: they stand behind ours, for support.
+[[noreturn]] void failOn(const QFile& file) {
+    fail(u"Dosyaya yazılamıyor: %1 (%2)"_s.arg(file.fileName(), file.errorString()));
+}
+
 QString target() {
     return qEnvironmentVariable("KOVANIX_PRINTER");
 }
@@ -65,7 +70,7 @@ PrintJob::~PrintJob() {
 void PrintJob::openFile(const QString& folder) {
     const QDir dir(folder);
     if (!dir.mkpath(u"."_s))
-        fail(u"The folder %1 can't be made."_s.arg(folder));
+        fail(u"Klasör açılamadı: %1"_s.arg(folder));
     int number = 1;
     const QStringList present = dir.entryList({u"????.pdf"_s}, QDir::Files | QDir::System | QDir::Hidden);
     for (const QString& name : present)
@@ -73,10 +78,10 @@ void PrintJob::openFile(const QString& folder) {
     m_file = std::make_unique<QFile>();
     for (; !m_file->isOpen(); ++number) {
         if (number > highestJobNumber)
-            fail(u"The folder %1 is full."_s.arg(folder));
+            fail(u"Klasörde yer kalmadı: %1"_s.arg(folder));
         m_file->setFileName(dir.filePath(u"%1.pdf"_s.arg(number, 4, 10, QLatin1Char('0'))));
         if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly) && !m_file->exists())
-            fail(m_file->errorString());
+            failOn(*m_file);
     }
     auto writer = std::make_unique<QPdfWriter>(m_file.get());
     writer->setTitle(QCoreApplication::applicationName());
@@ -88,10 +93,10 @@ void PrintJob::openFile(const QString& folder) {
 void PrintJob::openDefaultPrinter() {
     const QPrinterInfo info = QPrinterInfo::defaultPrinter();
     if (info.isNull())
-        fail(u"There is no default printer."_s);
+        fail(u"Varsayılan yazıcı yok: sistem ayarlarından bir yazıcı seçin."_s);
     auto printer = std::make_unique<QPrinter>(info, QPrinter::HighResolution);
     if (!printer->isValid())
-        fail(u"The printer %1 can't be used."_s.arg(info.printerName()));
+        fail(u"Yazıcı kullanılamıyor: %1"_s.arg(info.printerName()));
     printer->setDocName(QCoreApplication::applicationName());
     printer->setCreator(QCoreApplication::applicationName());
     m_device = std::move(printer);
@@ -113,29 +118,29 @@ void PrintJob::setWholePages(const QPageSize& paper) {
 
 QPainter& PrintJob::begin() {
     if (!m_painter.begin(m_device.get()))
-        fail(u"The printer takes no job."_s);
+        fail(u"Yazıcı iş almıyor."_s);
     return m_painter;
 }
 
 void PrintJob::nextPage() {
     // A job of many pages that a full disk has ended needn't be painted to its end.
     if (m_file && m_file->error() != QFileDevice::NoError)
-        fail(m_file->errorString());
+        failOn(*m_file);
     if (!m_device->newPage())
-        fail(u"The printer gives no further page."_s);
+        fail(u"Yazıcı bir sonraki sayfaya geçemedi."_s);
 }
 
 void PrintJob::finish() {
     if (!m_painter.end())
-        fail(u"The printer did not finish the job."_s);
+        fail(u"Yazıcı işi bitiremedi."_s);
     m_device.reset();
     if (!m_file) {
         if (const auto reason = refusal())
-            fail(*reason);
+            fail(u"Yazıcı işi almadı (%1)"_s.arg(*reason));
         return;
     }
     if (!m_file->flush() || m_file->error() != QFileDevice::NoError)
-        fail(m_file->errorString());
+        failOn(*m_file);
     m_file->close();
 }
 

@@ -112,7 +112,7 @@ private Q_SLOTS:
         QTemporaryDir nowhere;
         const Outcome outcome = printed(u"bir"_s, nowhere.filePath(u"none.sock"_s));
         QCOMPARE(outcome.status, 3);
-        QVERIFY2(outcome.errors.contains(u"482: There is no default printer"_s), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(u"482: Varsayılan yazıcı yok"_s), qPrintable(outcome.errors));
     }
 
     void cleanupTestCase() { m_server.reset(); }
