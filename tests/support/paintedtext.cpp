@@ -1,5 +1,6 @@
 #include "paintedtext.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPaintDevice>
@@ -128,7 +129,13 @@ private:
             return before.painted.text == text &&
                    (before.painted.place.center() - place.center()).manhattanLength() <= 4;
         });
-        letters.append({{text, {}, ink, place, ratios[ratios.size() / 2], ratios[ratios.size() / 20]},
+        letters.append({{text,
+                         {},
+                         ink,
+                         place,
+                         ratios[ratios.size() / 2],
+                         ratios[ratios.size() / 20],
+                         QFontInfo(m_painter.font()).pixelSize()},
                         m_picture.copy(place)});
     }
 

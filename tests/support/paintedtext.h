@@ -18,6 +18,7 @@ struct PaintedText {
     double
         middle;    ///< the contrast ratio (WCAG 2.1) of ink and ground, of half the pixels behind the letters
     double worst;  ///< of all but one in twenty of them
+    int letters;   ///< their size in pixels
 };
 
 /// The texts that a window shows, painted into a picture and looked at one by one. Left out is what a

@@ -4,6 +4,7 @@
 #include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -47,6 +48,8 @@ QList<const QWidget*> leaves(const QWidget& screen) {
 
 bool cutsItsText(const QWidget& control) {
     const auto* label = qobject_cast<const QLabel*>(&control);
+    if (qobject_cast<const QAbstractScrollArea*>(&control))
+        return false;  // it scrolls
     if (!label)
         return control.height() < control.minimumSizeHint().height() * 0.5;  // drawn captions fit themselves
     if (label->wordWrap())
@@ -72,7 +75,7 @@ QList<std::pair<QString, QString>> hostileTexts() {
             {u"line breaks"_s, u"a\r\nb\nc\u2028d"_s}};
 }
 
-QStringList layoutFaults(const Screen& screen) {
+QStringList layoutFaults(const QWidget& screen) {
     QStringList faults;
     const auto* container = screen.findChild<const ActiveResize*>();
     const double scale = container ? container->scale() : 1;
@@ -119,7 +122,7 @@ QStringList symbolsLeft(const Screen& screen, const QStringList& required) {
     return found;
 }
 
-QStringList tabFaults(const Screen& screen, QStringList order) {
+QStringList tabFaults(const QWidget& screen, QStringList order) {
     QStringList reachable;
     for (const QWidget* control : screen.findChildren<QWidget*>()) {
         if (control->isVisible() && control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) &&
@@ -150,11 +153,11 @@ QList<QLineEdit*> writableFields(const Screen& screen) {
     return fields;
 }
 
-QStringList untoldControls(const Screen& screen) {
+QStringList untoldControls(const QWidget& screen) {
     static const QList<QAccessible::Role> told{
         QAccessible::PushButton, QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::EditableText,
         QAccessible::Table,      QAccessible::ComboBox, QAccessible::List,        QAccessible::SpinBox,
-        QAccessible::ScrollBar,  QAccessible::Graphic,  QAccessible::Grouping};
+        QAccessible::ScrollBar,  QAccessible::Graphic,  QAccessible::Grouping,    QAccessible::Tree};
     QStringList faults;
     for (QWidget* control : screen.findChildren<QWidget*>()) {
         const bool used = control->focusPolicy() != Qt::NoFocus || qobject_cast<QAbstractButton*>(control);
@@ -169,6 +172,34 @@ QStringList untoldControls(const Screen& screen) {
             faults << name + u" has no name";
         if (tool && tool->role() == QAccessible::Table && !tool->tableInterface())
             faults << name + u" has no cells";
+    }
+    return faults;
+}
+
+QStringList untoldTables(const QWidget& window) {
+    QStringList faults;
+    for (auto* view : window.findChildren<QAbstractItemView*>()) {
+        if (!view->isVisible() || qobject_cast<QHeaderView*>(view))
+            continue;
+        const QString name = view->objectName();
+        QAccessibleInterface* tool = QAccessible::queryAccessibleInterface(view);
+        QAccessibleTableInterface* table = tool ? tool->tableInterface() : nullptr;
+        const QAbstractItemModel& model = *view->model();
+        if (!table || table->rowCount() != model.rowCount(view->rootIndex())) {
+            faults << name + u" has no rows";
+            continue;
+        }
+        for (int column = 0; column < table->columnCount(); ++column) {
+            const bool isList = table->columnCount() == 1;
+            if (!isList && table->columnDescription(column).isEmpty())
+                faults << u"%1: column %2 has no heading"_s.arg(name).arg(column);
+            for (int row = 0; row < table->rowCount(); ++row) {
+                QAccessibleInterface* cell = table->cellAt(row, column);
+                const QString shown = model.index(row, column, view->rootIndex()).data().toString();
+                if (!cell || cell->text(QAccessible::Name) != shown)
+                    faults << u"%1: cell %2/%3 isn't told"_s.arg(name).arg(row).arg(column);
+            }
+        }
     }
     return faults;
 }

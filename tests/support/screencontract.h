@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class QLineEdit;
+class QWidget;
 
 namespace kovanix {
 
@@ -36,15 +37,18 @@ QList<std::pair<QString, QString>> hostileTexts();
 // Each check returns what is wrong, a line for each fault; nothing when all is well.
 
 /// Controls that overlap, stand out of the window, cut their text, or are too small for a finger.
-QStringList layoutFaults(const Screen& screen);
+QStringList layoutFaults(const QWidget& screen);
 /// Captions, tips, accessible names and the title that hold a symbol of the letter transcription.
 QStringList symbolsLeft(const Screen& screen, const QStringList& required);
 /// Controls that take the keyboard and are not in that order, and those that Tab reaches otherwise.
-QStringList tabFaults(const Screen& screen, QStringList order);
+QStringList tabFaults(const QWidget& screen, QStringList order);
 
 /// Controls that an assistive tool can't tell: that take a press or the keyboard and have no role or no name,
 /// and grids without rows and cells.
-QStringList untoldControls(const Screen& screen);
+QStringList untoldControls(const QWidget& screen);
+/// The toolkit's own lists and tables that don't expose their rows and cells, or whose columns have no
+/// heading.
+QStringList untoldTables(const QWidget& window);
 
 /// The fields of a screen that can be written in now.
 QList<QLineEdit*> writableFields(const Screen& screen);

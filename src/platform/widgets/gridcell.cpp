@@ -161,16 +161,26 @@ QString scrollBarStyle(double scale, Tone tone) {
     const int thumb = scaled(28).toInt() - 2 * scaled(6).toInt();
     const int radius = thumb / 2;
     // The radius has to stay below half of the thumb, or the toolkit leaves the corners square.
-    return u"QScrollBar:vertical { width: %1px; background: %2; border: none; margin: 0; }"
-           u"QScrollBar::handle:vertical { background: %3; border-radius: %4px; min-height: %5px; "
-           u"margin: %6px %7px; }"
-           u"QScrollBar::handle:vertical:pressed { background: %8; }"
-           u"QScrollBar::handle:vertical:disabled { background: transparent; }"
-           u"QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
-           u"QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"_s.arg(
-               scaled(28), roleColor(ColorRole::ground, tone).name(),
-               mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), QString::number(radius),
-               scaled(44), scaled(4), scaled(6), line.name());
+    const QString upright =
+        u"QScrollBar:vertical { width: %1px; background: %2; border: none; margin: 0; }"
+        u"QScrollBar::handle:vertical { background: %3; border-radius: %4px; min-height: %5px; "
+        u"margin: %6px %7px; }"
+        u"QScrollBar::handle:vertical:pressed { background: %8; }"
+        u"QScrollBar::handle:vertical:disabled { background: transparent; }"
+        u"QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+        u"QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"_s;
+    const QString lying =
+        u"QScrollBar:horizontal { height: %1px; background: %2; border: none; margin: 0; }"
+        u"QScrollBar::handle:horizontal { background: %3; border-radius: %4px; min-width: %5px; "
+        u"margin: %7px %6px; }"
+        u"QScrollBar::handle:horizontal:pressed { background: %8; }"
+        u"QScrollBar::handle:horizontal:disabled { background: transparent; }"
+        u"QScrollBar::add-line:horizontal, QScrollBar::sub-line:horizontal { width: 0; }"
+        u"QScrollBar::add-page:horizontal, QScrollBar::sub-page:horizontal { background: transparent; }"_s;
+    return QString(upright + lying)
+        .arg(scaled(28), roleColor(ColorRole::ground, tone).name(),
+             mixed(line, roleColor(ColorRole::edge, tone), 0.44).name(), QString::number(radius), scaled(44),
+             scaled(4), scaled(6), line.name());
 }
 
 void paintMagnifier(QPainter& painter, const QRectF& box, const QColor& color) {

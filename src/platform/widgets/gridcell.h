@@ -39,8 +39,8 @@ QString wholeNumber(const QString& text, const QFontMetrics& metrics, int width)
 /// A text as a cell shows it: on one line, and no longer than any cell has room for.
 QString onOneLine(const QString& text);
 
-/// The style sheet of a vertical scroll bar that is wide enough for a thumb. A bar that is disabled, because
-/// there is nothing to scroll, shows its track and no thumb.
+/// The style sheet of a scroll bar, upright or lying, that is wide enough for a thumb. A bar that is
+/// disabled, because there is nothing to scroll, shows its track and no thumb.
 QString scrollBarStyle(double scale = 1.0, Tone tone = Tone::light);
 
 // The signs, each in a square box.
