@@ -1,7 +1,6 @@
 #include "aktar/aktarwindow.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QStackedWidget>
@@ -18,6 +17,7 @@
 #include "data/baglanmamodulu.h"
 #include "database/connection.h"
 #include "desktop/messagebox.h"
+#include "kit/filedialog.h"
 #include "values/numbers.h"
 #include "widgets/activeresize.h"
 
@@ -129,27 +129,25 @@ void AktarWindow::goBack() {
     goTo(m_page == Page::result && !m_stored ? Page::preview : Page::choice);
 }
 
-// The dialogs are the desktop's and return at once: what was chosen comes by a signal.
-
 void AktarWindow::chooseTarget() {
-    auto* const dialog = new QFileDialog(this, u"Nereye yazılsın?"_s, m_folder);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(m_exportPage->ending());
-    dialog->setNameFilter(m_exportPage->ending() == u"xlsx"_s ? u"Excel (*.xlsx)"_s : u"CSV (*.csv)"_s);
-    dialog->selectFile(m_exportPage->usualName());
-    // The dialog asks before it gives out the name of a file that is there.
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { exportTo(path, true); });
-    dialog->open();
+    const QString ending = m_exportPage->ending();
+    askForFile(*this,
+               {.what = FileQuestion::What::fileToWrite,
+                .title = u"Nereye yazılsın?"_s,
+                .folder = m_folder,
+                .kinds = {ending == u"xlsx"_s ? u"Excel (*.xlsx)"_s : u"CSV (*.csv)"_s},
+                .name = m_exportPage->usualName(),
+                .ending = ending},
+               // The dialog asks before it gives out the name of a file that is there.
+               [this](const QString& path) { exportTo(path, true); });
 }
 
 void AktarWindow::chooseFile() {
-    auto* const dialog = new QFileDialog(this, u"Hangi dosya?"_s, m_folder);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    dialog->setNameFilters({u"Tablolar (*.csv *.xlsx *.xls *.txt)"_s, u"Bütün dosyalar (*)"_s});
-    connect(dialog, &QFileDialog::fileSelected, this, &AktarWindow::readFile);
-    dialog->open();
+    askForFile(*this,
+               {.title = u"Hangi dosya?"_s,
+                .folder = m_folder,
+                .kinds = {u"Tablolar (*.csv *.xlsx *.xls *.txt)"_s, u"Bütün dosyalar (*)"_s}},
+               [this](const QString& path) { readFile(path); });
 }
 
 void AktarWindow::exportTo(const QString& path, bool overwrite) {

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "widgets/controlcolor.h"
+#include "widgets/gridcell.h"
 
 namespace kovanix::aktar {
 
@@ -20,7 +21,6 @@ constexpr int switchHeight = 48;
 constexpr int rowHeight = 44;
 constexpr int smallestRow = 40;
 constexpr int spacing = 8;
-constexpr int scrollBarWidth = 28;
 
 }  // namespace
 
@@ -74,6 +74,7 @@ void dressTable(QTableView& table) {
     table.setPalette(colors);
     table.setAlternatingRowColors(true);
     table.setShowGrid(false);
+    table.setTabKeyNavigation(false);  // Tab goes on to the next control
     table.setWordWrap(true);
     table.setEditTriggers(QAbstractItemView::NoEditTriggers);
     table.setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -89,13 +90,13 @@ void dressTable(QTableView& table) {
     heading.setColor(QPalette::Button, roleColor(ColorRole::heading));
     heading.setColor(QPalette::ButtonText, roleColor(ColorRole::headingInk));
     table.horizontalHeader()->setPalette(heading);
-    table.verticalScrollBar()->setFixedWidth(scrollBarWidth);
-    table.horizontalScrollBar()->setFixedHeight(scrollBarWidth);
 }
 
 void scaleTable(QTableView& table, double scale, const QList<int>& widths) {
     table.verticalHeader()->setDefaultSectionSize(
         std::max(smallestRow, static_cast<int>(std::lround(rowHeight * scale))));
+    for (QScrollBar* bar : {table.verticalScrollBar(), table.horizontalScrollBar()})
+        bar->setStyleSheet(scrollBarStyle(scale));
     for (int column = 0; column < widths.size(); ++column)
         table.setColumnWidth(column, static_cast<int>(std::lround(widths[column] * scale)));
 }

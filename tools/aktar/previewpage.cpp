@@ -161,6 +161,19 @@ void PreviewPage::showRows() {
 
 void PreviewPage::showFault() {
     m_fault->setText(m_table ? faultOf(mapping(), kind()) : QString());
+    nameColumns();
+}
+
+/// The headings are hidden, but assistive tools tell them with each cell.
+void PreviewPage::nameColumns() {
+    for (int column = 0; column < m_choices->columnCount(); ++column) {
+        const QString number = u"%1. sütun"_s.arg(column + 1);
+        const auto* const choice = qobject_cast<QComboBox*>(m_choices->cellWidget(0, column));
+        m_choices->setHorizontalHeaderItem(column, new QTableWidgetItem(number));
+        m_rows->setHorizontalHeaderItem(
+            column,
+            new QTableWidgetItem(choice && choice->currentIndex() > 0 ? choice->currentText() : number));
+    }
 }
 
 Mapping PreviewPage::mapping() const {

@@ -42,6 +42,7 @@ private:
     void proposeColumns();
     void showRows();
     void showFault();
+    void nameColumns();
     QComboBox* makeChoice(int column);
 
     const CellTable* m_table = nullptr;

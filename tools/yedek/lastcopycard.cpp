@@ -53,6 +53,8 @@ void LastCopyCard::setState(State state, const QString& words, const QString& hi
     m_words->setText(words);
     m_hint->setText(hint);
     m_hint->setVisible(!hint.isEmpty());
+    setAccessibleName(words);
+    setAccessibleDescription(hint);
     update();
 }
 

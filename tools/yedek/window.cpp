@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QEvent>
-#include <QFileDialog>
 #include <QLabel>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -12,6 +11,7 @@
 
 #include "desktop/messagebox.h"
 #include "desktop/windowplace.h"
+#include "kit/filedialog.h"
 #include "runtime/attempt.h"
 #include "runtime/clock.h"
 #include "widgets/drawnbutton.h"
@@ -274,18 +274,15 @@ void Window::restoreChosen() {
 }
 
 void Window::chooseFolder() {
-    auto* const dialog = new QFileDialog(this, u"Yedeklerin klasörü"_s, folder());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& chosen) {
-        if (const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); }))
-            messageBox(failure->description(), MessageBoxStyle::critical, title);
-        else
-            m_folder.clear();
-        refresh();
-    });
-    dialog->open();
+    askForFile(*this,
+               {.what = FileQuestion::What::folder, .title = u"Yedeklerin klasörü"_s, .folder = folder()},
+               [this](const QString& chosen) {
+                   if (const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); }))
+                       messageBox(failure->description(), MessageBoxStyle::critical, title);
+                   else
+                       m_folder.clear();
+                   refresh();
+               });
 }
 
 void Window::switchSchedule() {

@@ -42,14 +42,14 @@ private Q_SLOTS:
         QCOMPARE(label(u"sonuc"_s), QString());
     }
 
-    void theDialogIsTheDesktops() {
+    void theDialogProposesANameOfTheChosenKind() {
         press(u"disaaktar"_s);
         press(u"bicim1"_s);
         press(u"dosyasec"_s);
         auto* const dialog = m_window->findChild<QFileDialog*>();
         QVERIFY(dialog && dialog->isVisible());
         QCOMPARE(dialog->defaultSuffix(), u"csv"_s);
-        QVERIFY(!dialog->testOption(QFileDialog::DontConfirmOverwrite));
+        QCOMPARE(QFileInfo(dialog->selectedFiles().first()).fileName(), u"urunler.csv"_s);
         dialog->reject();
     }
 
