@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "grafik/figuremodel.h"
+#include "kit/listlook.h"
 #include "widgets/face.h"
 #include "widgets/fittedtext.h"
 #include "widgets/gridcell.h"
@@ -26,47 +27,57 @@ namespace {
 
 // At the design size.
 constexpr int designRow = 44;
+
+// In pixels.
 constexpr int smallestRow = 40;
-constexpr int headingSize = 14;
-constexpr int padding = 8;
-constexpr int barWidth = 5;
+constexpr int smallestLetters = 6;
+constexpr int aroundName = 3;
 
-/// A row as the till's lists paint it.
-class RowPainter : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+constexpr int mostLines = 6;
+constexpr int nameFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextWrapAnywhere;
 
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override {
-        const bool chosen = option.state & QStyle::State_Selected;
-        const double scale = designScale(*option.widget);
-        const ColorRole ground = chosen                 ? ColorRole::selection
-                                 : index.row() % 2 == 1 ? ColorRole::zebra
-                                                        : ColorRole::card;
-        painter->fillRect(option.rect, roleColor(ground));
-        painter->fillRect(QRect(option.rect.bottomLeft(), QSize(option.rect.width(), 1)),
-                          roleColor(ColorRole::rowLine));
-        if (chosen && index.column() == 0)
-            painter->fillRect(
-                QRect(option.rect.topLeft(), QSize(qRound(barWidth * scale), option.rect.height())),
-                roleColor(ColorRole::selectionBar));
-        QFont font = option.font;
-        font.setWeight(chosen ? QFont::Medium : QFont::Normal);
-        painter->setFont(font);
-        const QVariant ink = index.data(Qt::ForegroundRole);
-        painter->setPen(ink.isValid() ? ink.value<QColor>() : roleColor(ColorRole::ink));
-        const int side = qRound(padding * scale);
-        const bool name = index.column() == 0;
-        paintCellText(*painter, option.rect.adjusted(side, 0, -side, -1), index.data().toString(),
-                      name ? Qt::AlignLeft : Qt::AlignRight, name ? CellText::name : CellText::number);
-    }
-};
+/// A name as it is shown in that width: whole, unless it is longer than any that a till stores.
+QString shownName(const QString& name, const QFontMetrics& letters, int width) {
+    constexpr int wellFilled = 4;  // of five parts of a line: words don't end at its end
+    return letters.elidedText(onOneLine(name), Qt::ElideMiddle, mostLines * width * wellFilled / 5);
+}
 
 }  // namespace
 
-FigureView::FigureView(QWidget* parent) : QTableView(parent), m_model(new FigureModel(this)) {
+/// A row as the till's lists paint it, but in letters of one size all over the table: nothing in it is cut,
+/// so nothing has to shrink by itself.
+class FigurePainter : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void setLetters(int pixels) { m_letters = pixels; }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        paintCellGround(*painter, option, index);
+        QFont font = option.font;
+        font.setPixelSize(m_letters);
+        font.setWeight(option.state.testFlag(QStyle::State_Selected) ? QFont::Medium : QFont::Normal);
+        painter->setFont(font);
+        const QVariant ink = index.data(Qt::ForegroundRole);
+        painter->setPen(ink.isValid() ? ink.value<QColor>() : roleColor(ColorRole::ink));
+        const int side = qRound(cellPadding * designScale(*option.widget));
+        const QRect room = option.rect.adjusted(side, 0, -side, -1);
+        const QString text = index.data().toString();
+        if (index.column() == 0)
+            painter->drawText(room, nameFlags, shownName(text, painter->fontMetrics(), room.width()));
+        else
+            painter->drawText(room, Qt::AlignRight | Qt::AlignVCenter, text);
+    }
+
+private:
+    int m_letters = 1;
+};
+
+FigureView::FigureView(QWidget* parent)
+    : QTableView(parent), m_model(new FigureModel(this)), m_painter(new FigurePainter(this)) {
     setModel(m_model);
-    setItemDelegate(new RowPainter(this));
+    setItemDelegate(m_painter);
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
@@ -104,42 +115,71 @@ void FigureView::choose(int row) {
         setCurrentIndex(m_model->index(row, 0));
 }
 
-/// The figures take what the longest of them needs, the names the rest.
+/// The longest text of each column of figures.
+QStringList FigureView::longestFigures() const {
+    const QFontMetrics letters(font());
+    QStringList longest;
+    for (int column = 1; column < m_model->columnCount(); ++column) {
+        QString text;
+        for (int row = 0, most = 0; row < m_model->rowCount(); ++row) {
+            const QString figure = m_model->index(row, column).data().toString();
+            const int width = letters.horizontalAdvance(figure);
+            if (width > most) {
+                most = width;
+                text = figure;
+            }
+        }
+        longest << text;
+    }
+    return longest;
+}
+
+/// The figures take what the longest of them needs, the names the rest, at least a third: where there is less
+/// room, the whole table has smaller letters, and names break into more lines.
 void FigureView::layOut() {
     const double scale = designScale(*this);
-    verticalHeader()->setDefaultSectionSize(std::max(smallestRow, qRound(designRow * scale)));
+    const int padding = 2 * qRound(cellPadding * scale) + 2;
     verticalScrollBar()->setStyleSheet(scrollBarStyle(scale));
-    horizontalHeader()->setFixedHeight(std::max(smallestRow, qRound(designRow * scale)));
-    const int headingPixels = std::max(FittedText::smallestLegible, qRound(headingSize * scale));
-    horizontalHeader()->setStyleSheet(
-        u"QHeaderView { background: %1; } QHeaderView::section { background: %1; color: %2; border: none; "
-        u"padding: 0 %3px; font-size: %4px; font-weight: 500; }"_s
-            .arg(roleColor(ColorRole::heading).name(), roleColor(ColorRole::headingInk).name())
-            .arg(qRound(padding * scale))
-            .arg(headingPixels));
-    QFont wide = font();
-    wide.setWeight(QFont::Medium);  // as the chosen row's
-    const QFontMetrics metrics(wide);
-    const int columns = m_model->columnCount();
-    std::vector<int> widths(static_cast<std::size_t>(columns), 0);
-    for (int column = 1; column < columns; ++column) {
-        int width = metrics.horizontalAdvance(
-            m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
-        for (int row = 0; row < m_model->rowCount(); ++row)
-            width = std::max(width, metrics.horizontalAdvance(m_model->index(row, column).data().toString()));
-        widths[static_cast<std::size_t>(column)] = width + 2 * qRound(padding * scale) + 2;
-    }
-    // The names keep a third; numbers that are too wide then get smaller letters.
+    dressHeading(*horizontalHeader(), scale, std::max(smallestRow, qRound(designRow * scale)));
+    const QFontMetrics headings(headingFont(font(), scale));
+    const QStringList longest = longestFigures();
+    QFont letters = font();
+    letters.setWeight(QFont::Medium);  // as the chosen row's
     const int all = viewport()->width();
-    const int wanted = std::accumulate(widths.begin(), widths.end(), 0);
-    const double share = std::min(1.0, all * 2.0 / 3 / wanted);
+    std::vector<int> widths;
+    for (int pixels = FittedText::pixelSizeOf(font(), logicalDpiY());; --pixels) {
+        letters.setPixelSize(pixels);
+        widths.clear();
+        for (int column = 1; column <= longest.size(); ++column) {
+            const QString heading = m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+            widths.push_back(padding +
+                             std::max(headings.horizontalAdvance(heading),
+                                      QFontMetrics(letters).horizontalAdvance(longest[column - 1])));
+        }
+        if (pixels <= smallestLetters || std::accumulate(widths.begin(), widths.end(), 0) <= all * 2 / 3)
+            break;
+    }
+    m_painter->setLetters(letters.pixelSize());
     int left = all;
-    for (int column = 1; column < columns; ++column) {
-        const int width = static_cast<int>(widths[static_cast<std::size_t>(column)] * share);
+    for (int column = 1; column <= longest.size(); ++column) {
+        const int width = widths[static_cast<std::size_t>(column - 1)];
         setColumnWidth(column, width);
         left -= width;
     }
     setColumnWidth(0, std::max(1, left));
+    const int name = nameHeight(QFontMetrics(letters), std::max(1, left - padding));
+    verticalHeader()->setDefaultSectionSize(std::max({smallestRow, qRound(designRow * scale), name}));
+    viewport()->update();
+}
+
+/// @return the height of the row whose name takes the most lines
+int FigureView::nameHeight(const QFontMetrics& letters, int width) const {
+    int highest = 0;
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        const QString name = shownName(m_model->index(row, 0).data().toString(), letters, width);
+        highest = std::max(highest, letters.boundingRect(QRect(0, 0, width, 0), nameFlags, name).height());
+    }
+    return highest + 2 * aroundName;
 }
 
 void FigureView::copyChosen() const {

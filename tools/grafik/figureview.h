@@ -5,10 +5,11 @@
 namespace kovanix {
 
 class FigureModel;
+class FigurePainter;
 struct FigureTable;
 
-/// The table beside the chart, painted as the till's lists: long names in two lines, numbers whole. What is
-/// chosen can be copied with Ctrl+C.
+/// The table beside the chart, painted as the till's lists, but in letters of one size: long names break into
+/// lines, and numbers are whole. What is chosen can be copied with Ctrl+C.
 class FigureView : public QTableView {
     Q_OBJECT
 
@@ -29,10 +30,13 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    QStringList longestFigures() const;
+    int nameHeight(const QFontMetrics& letters, int width) const;
     void layOut();
     void copyChosen() const;
 
     FigureModel* m_model;
+    FigurePainter* m_painter;
     bool m_choosing = false;
 };
 
