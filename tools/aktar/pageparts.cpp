@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kit/listlook.h"
 #include "widgets/controlcolor.h"
 #include "widgets/gridcell.h"
 
@@ -85,16 +86,12 @@ void dressTable(QTableView& table) {
     table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table.horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table.setProperty("textRole", u"text"_s);
-    // No style sheet: a table that has one doesn't follow the window's scale.
-    QPalette heading = table.horizontalHeader()->palette();
-    heading.setColor(QPalette::Button, roleColor(ColorRole::heading));
-    heading.setColor(QPalette::ButtonText, roleColor(ColorRole::headingInk));
-    table.horizontalHeader()->setPalette(heading);
 }
 
 void scaleTable(QTableView& table, double scale, const QList<int>& widths) {
-    table.verticalHeader()->setDefaultSectionSize(
-        std::max(smallestRow, static_cast<int>(std::lround(rowHeight * scale))));
+    const int row = std::max(smallestRow, static_cast<int>(std::lround(rowHeight * scale)));
+    table.verticalHeader()->setDefaultSectionSize(row);
+    dressHeading(*table.horizontalHeader(), scale, row);
     for (QScrollBar* bar : {table.verticalScrollBar(), table.horizontalScrollBar()})
         bar->setStyleSheet(scrollBarStyle(scale));
     for (int column = 0; column < widths.size(); ++column)

@@ -8,6 +8,8 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTextLayout>
+#include <QTextOption>
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -34,7 +36,23 @@ constexpr int smallestLetters = 6;
 constexpr int aroundName = 3;
 
 constexpr int mostLines = 6;
-constexpr int nameFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextWrapAnywhere;
+
+/// A name breaks between its words, and within one that is longer than a line.
+QTextOption nameOption() {
+    QTextOption option(Qt::AlignLeft | Qt::AlignVCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
+int lineCount(const QString& name, const QFont& letters, int width) {
+    QTextLayout layout(name, letters);
+    layout.setTextOption(nameOption());
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine())
+        line.setLineWidth(width);
+    layout.endLayout();
+    return layout.lineCount();
+}
 
 /// A name as it is shown in that width: whole, unless it is longer than any that a till stores.
 QString shownName(const QString& name, const QFontMetrics& letters, int width) {
@@ -65,7 +83,8 @@ public:
         const QRect room = option.rect.adjusted(side, 0, -side, -1);
         const QString text = index.data().toString();
         if (index.column() == 0)
-            painter->drawText(room, nameFlags, shownName(text, painter->fontMetrics(), room.width()));
+            painter->drawText(QRectF(room), shownName(text, painter->fontMetrics(), room.width()),
+                              nameOption());
         else
             painter->drawText(room, Qt::AlignRight | Qt::AlignVCenter, text);
     }
@@ -167,19 +186,21 @@ void FigureView::layOut() {
         left -= width;
     }
     setColumnWidth(0, std::max(1, left));
-    const int name = nameHeight(QFontMetrics(letters), std::max(1, left - padding));
+    const int name = nameHeight(letters, std::max(1, left - padding));
     verticalHeader()->setDefaultSectionSize(std::max({smallestRow, qRound(designRow * scale), name}));
     viewport()->update();
 }
 
 /// @return the height of the row whose name takes the most lines
-int FigureView::nameHeight(const QFontMetrics& letters, int width) const {
-    int highest = 0;
+int FigureView::nameHeight(const QFont& letters, int width) const {
+    const QFontMetrics metrics(letters);
+    int lines = 1;
     for (int row = 0; row < m_model->rowCount(); ++row) {
-        const QString name = shownName(m_model->index(row, 0).data().toString(), letters, width);
-        highest = std::max(highest, letters.boundingRect(QRect(0, 0, width, 0), nameFlags, name).height());
+        const QString name = shownName(m_model->index(row, 0).data().toString(), metrics, width);
+        lines =
+            std::max(lines, metrics.horizontalAdvance(name) <= width ? 1 : lineCount(name, letters, width));
     }
-    return highest + 2 * aroundName;
+    return lines * metrics.lineSpacing() + 2 * aroundName;
 }
 
 void FigureView::copyChosen() const {

@@ -31,7 +31,7 @@ protected:
 
 private:
     QStringList longestFigures() const;
-    int nameHeight(const QFontMetrics& letters, int width) const;
+    int nameHeight(const QFont& letters, int width) const;
     void layOut();
     void copyChosen() const;
 

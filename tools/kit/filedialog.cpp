@@ -41,6 +41,7 @@ constexpr int touchHeight = 60;
 constexpr int rowHeight = 48;
 constexpr int placesWidth = 190;
 constexpr int buttonWidth = 180;
+constexpr int iconSide = 24;
 
 constexpr int smallestTouch = 44;  // pixels
 constexpr qsizetype mostPlaces = 5;
@@ -109,6 +110,8 @@ FileDialog::FileDialog(const FileQuestion& question, QWidget* above)
     connect(m_resize, &ActiveResize::resized, this, &FileDialog::scaleList);
     const auto showChoosable = [this] {
         m_choose->setEnabled(isFolder(m_what) || !m_name->text().isEmpty());
+        if (!m_name->hasFocus())
+            m_name->home(false);  // of a name that was touched in the list, the beginning is seen
     };
     connect(m_name, &QLineEdit::textChanged, this, showChoosable);
     showChoosable();
@@ -194,6 +197,7 @@ DrawnButton* FileDialog::makeButton(const QString& name, const QString& caption,
     button->setObjectName(name);
     button->setCaption(caption);
     button->setIconFile(icon);
+    button->setIconSize({iconSide, iconSide});
     button->setIconPlace(DrawnButton::IconPlace::beside);
     button->setLook(FaceRole::light);
     button->setProperty("textRole", u"choice"_s);

@@ -214,6 +214,7 @@ private Q_SLOTS:
         QVERIFY(!button(dialog, u"sec"_s).isEnabled());
         touch(dialog, u"fiyatlar.csv"_s);
         QCOMPARE(field(dialog).text(), u"fiyatlar.csv"_s);
+        QCOMPARE(field(dialog).cursorPosition(), 0);
         QVERIFY(m_chosen.isEmpty());
         button(dialog, u"sec"_s).click();
         QCOMPARE(m_chosen, file(u"fiyatlar.csv"_s));
