@@ -352,7 +352,7 @@ private Q_SLOTS:
         QCOMPARE(sizes.size(), 1);
         QVERIFY2(*sizes.cbegin() >= 11, qPrintable(QString::number(*sizes.cbegin())));
         // The first row is whole, its name perhaps in several lines that end behind words.
-        QString cells = this->row(0).join(u' ');
+        const QString cells = this->row(0).join(u' ');
         const QString painted = shown.join(u' ');
         QVERIFY2(painted.startsWith(cells), qPrintable(cells + u" in " + painted));
     }

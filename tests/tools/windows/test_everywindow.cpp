@@ -1,5 +1,8 @@
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QButtonGroup>
+#include <QLocale>
+#include <QScrollBar>
 #include <QTreeView>
 #include <algorithm>
 #include <memory>
@@ -12,9 +15,10 @@
 #include "kit/filedialog.h"
 #include "paintedtext.h"
 #include "programs.h"
+#include "rows.h"
 #include "runtests.h"
 #include "screencontract.h"
-#include "widgets/checkbox.h"
+#include "widgets/activeresize.h"
 #include "widgets/drawnbutton.h"
 #include "widgets/face.h"
 #include "yedek/lastcopycard.h"
@@ -31,6 +35,12 @@ class EveryWindowTest;
 struct PageRow {
     const char* name;
     QWidget& (EveryWindowTest::*open)();  ///< opens it the way the user does
+};
+
+struct CardRow {
+    QWidget& (EveryWindowTest::*open)();
+    QString words;
+    QString hint;  ///< within it
 };
 
 struct SizeRow : PageRow {
@@ -212,6 +222,28 @@ private Q_SLOTS:
         QCOMPARE(untoldTables(page).join(u'\n'), QString());
     }
 
+    void theCardIsRead_data() {
+        addRows<CardRow>(
+            {{"red", {&EveryWindowTest::noCopies, u"Henüz yedek yok"_s, u"dokunun"_s}},
+             {"green", {&EveryWindowTest::copies, u"Son yedek: bugün 15:00"_s, u"denetlendi"_s}}});
+    }
+    void theCardIsRead() {
+        QFETCH(const CardRow, row);
+        (this->*row.open)();
+        auto* const card = m_window->findChild<yedek::LastCopyCard*>();
+        const QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(card);
+        QCOMPARE(told->text(QAccessible::Name), row.words);
+        QVERIFY(told->text(QAccessible::Description).contains(row.hint));
+    }
+
+    void titlesAreWrittenAlike_data() { addPages(); }
+    void titlesAreWrittenAlike() {
+        QFETCH(const PageRow, row);
+        const QString title = (this->*row.open)().windowTitle();
+        const QLocale turkish(QLocale::Turkish, QLocale::Turkey);
+        QCOMPARE(title, turkish.toUpper(title.left(1)) + turkish.toLower(title.mid(1)));
+    }
+
     void focusMovesAreTold_data() { addPages(); }
     void focusMovesAreTold() {
         QFETCH(const PageRow, row);
@@ -246,6 +278,15 @@ private Q_SLOTS:
         QFETCH(const SizeRow, row);
         QWidget& page = openAt(row);
         QTRY_COMPARE(layoutFaults(page).join(u'\n'), QString());
+        const double scale = page.findChild<ActiveResize*>()->scale();
+        constexpr int barWidth = 28;
+        for (const QScrollBar* bar : page.findChildren<QScrollBar*>()) {
+            const bool lies = bar->orientation() == Qt::Horizontal;
+            if (bar->isVisible())
+                QVERIFY2(bar->parentWidget()->contentsRect().contains(bar->rect()) &&
+                             (lies ? bar->height() : bar->width()) >= qRound(barWidth * scale),
+                         qPrintable(bar->parentWidget()->objectName()));
+        }
     }
 
     void isLegible_data() { addPages(); }
