@@ -22,9 +22,11 @@ QAccessibleInterface* chartInterface(const QString& /*kind*/, QObject* object) {
 
 }  // namespace
 
-ChartView::ChartView(QWidget* parent) : QChartView(parent), m_chart(new FigureChart) {
+// The base takes the chart at once: a view that is made without one keeps a chart of its own, which
+// setChart() wouldn't free.
+ChartView::ChartView(QWidget* parent)
+    : QChartView(new FigureChart, parent), m_chart(static_cast<FigureChart*>(chart())) {
     QAccessible::installFactory(chartInterface);  // does nothing the second time
-    setChart(m_chart);
     setFrameShape(QFrame::NoFrame);
     setRenderHint(QPainter::Antialiasing);
     setFocusPolicy(Qt::StrongFocus);
