@@ -15,13 +15,18 @@ constexpr int shownDigits = 15;
 
 struct Shape {
     bool negative = false;
-    QStringView digits;                      // with its signs
+    QStringView digits;                      // with its signs and blanks
     std::optional<DecimalSign> decimalSign;  // what the number speaks for
     bool ambiguous = false;                  // one sign with three digits behind it
 };
 
 bool isDigit(QChar letter) {
     return letter >= u'0' && letter <= u'9';
+}
+
+/// A blank that groups digits: the usual one, those that no line breaks at, and the thin one.
+bool isBlank(QChar letter) {
+    return letter == u' ' || letter == u'\u00a0' || letter == u'\u202f' || letter == u'\u2009';
 }
 
 QChar charOf(DecimalSign sign) {
@@ -65,7 +70,7 @@ std::optional<Shape> shapeOf(QStringView text) {
     }
     bool anyDigit = false;
     for (const QChar letter : rest) {
-        if (!isDigit(letter) && letter != u'.' && letter != u',')
+        if (!isDigit(letter) && letter != u'.' && letter != u',' && !isBlank(letter))
             return std::nullopt;
         anyDigit = anyDigit || isDigit(letter);
     }
@@ -74,6 +79,17 @@ std::optional<Shape> shapeOf(QStringView text) {
     shape.digits = rest;
     const qsizetype commas = rest.count(u',');
     const qsizetype dots = rest.count(u'.');
+    // Blanks group, so that a sign beside them parts the decimals off.
+    if (const auto blank = std::find_if(rest.begin(), rest.end(), isBlank); blank != rest.end()) {
+        const qsizetype place = commas + dots == 0 ? rest.size() : rest.indexOf(commas > 0 ? u',' : u'.');
+        const QStringView decimals = rest.mid(place);
+        if (commas + dots > 1 || !isGrouped(rest.left(place), *blank) ||
+            std::any_of(decimals.begin(), decimals.end(), isBlank))
+            return std::nullopt;
+        if (place < rest.size())
+            shape.decimalSign = commas > 0 ? DecimalSign::comma : DecimalSign::dot;
+        return shape;
+    }
     if (commas == 0 && dots == 0)
         return shape;
     if (commas > 0 && dots > 0) {
@@ -125,7 +141,7 @@ NumberReading readNumber(QStringView text, std::optional<DecimalSign> sign) {
         return {0, NumberFault::ambiguous};
     const DecimalSign decimal = shape->decimalSign ? *shape->decimalSign : sign.value_or(DecimalSign::comma);
     QString digits = shape->digits.toString();
-    digits.remove(charOf(other(decimal)));
+    digits.removeIf([&](QChar letter) { return letter == charOf(other(decimal)) || isBlank(letter); });
     digits.replace(charOf(decimal), u'.');
     bool ok = false;
     const double value = digits.toDouble(&ok);
