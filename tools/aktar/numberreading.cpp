@@ -2,7 +2,9 @@
 
 #include <QList>
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <string>
 
 namespace kovanix::aktar {
 
@@ -140,12 +142,17 @@ NumberReading readNumber(QStringView text, std::optional<DecimalSign> sign) {
     if (shape->ambiguous && !sign)
         return {0, NumberFault::ambiguous};
     const DecimalSign decimal = shape->decimalSign ? *shape->decimalSign : sign.value_or(DecimalSign::comma);
-    QString digits = shape->digits.toString();
-    digits.removeIf([&](QChar letter) { return letter == charOf(other(decimal)) || isBlank(letter); });
-    digits.replace(charOf(decimal), u'.');
-    bool ok = false;
-    const double value = digits.toDouble(&ok);
-    if (!ok || !std::isfinite(value))
+    std::string digits;
+    digits.reserve(static_cast<size_t>(shape->digits.size()));
+    for (const QChar letter : shape->digits) {
+        if (isDigit(letter))
+            digits += letter.toLatin1();
+        else if (letter == charOf(decimal))
+            digits += '.';
+    }
+    double value = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (read.ec != std::errc())
         return {0, NumberFault::noNumber};
     return {shape->negative && value != 0 ? -value : value, NumberFault::none};
 }
