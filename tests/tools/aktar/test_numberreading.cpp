@@ -74,6 +74,7 @@ private Q_SLOTS:
             {"blanks that part no thousands", {u"12 34"_s, comma, 0, noNumber}},
             {"a blank behind the decimal sign", {u"1,234 5"_s, comma, 0, noNumber}},
             {"blanks and dots that group", {u"1 234.567,8"_s, comma, 0, noNumber}},
+            {"two decimal signs beside blanks", {u"1 234,5,6"_s, comma, 0, noNumber}},
             {"four digits ahead of a blank", {u"1234 567"_s, comma, 0, noNumber}},
             {"a line end groups nothing", {u"1\n234"_s, comma, 0, noNumber}},
             {"empty", {QString(), comma, 0, noNumber}},

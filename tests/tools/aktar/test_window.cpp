@@ -151,7 +151,10 @@ private Q_SLOTS:
             label(u"dosyabilgisi"_s)
                 .endsWith(u"\n“A” sayfası okundu; okunmayan: “B”. Sağ üstten başka sayfa seçebilirsiniz."_s));
         pick(sheets, u"B"_s);
+        QVERIFY(m_window->isWorking());
+        pick(sheets, u"A"_s);  // too early
         QTRY_COMPARE(shownCell(1, 0), u"Ali"_s);
+        QVERIFY(!m_window->isWorking());
         QCOMPARE(sheets.currentText(), u"B"_s);
         QVERIFY(button(u"neice1"_s).isChecked());
         // A file that has gone meanwhile leaves the rows that were read, and says so.
