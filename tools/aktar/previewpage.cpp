@@ -45,6 +45,7 @@ PreviewPage::PreviewPage() {
     m_sheet->setObjectName(u"sayfa"_s);
     m_sheet->setAccessibleName(u"Dosyanın sayfası"_s);
     m_sheet->setToolTip(u"Dosyanın hangi sayfası okunsun?"_s);
+    m_sheet->setProperty("textRole", u"text"_s);
     m_sheet->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_sheet->hide();
     top->addWidget(m_sheet, 1);
@@ -121,13 +122,8 @@ void PreviewPage::focusRows() {
     m_rows->setFocus();
 }
 
-/// Letters and places that a finger can hit, at the window's scale.
+/// Makes what it offers high enough for a finger, at the window's scale.
 void PreviewPage::fitToTouch(QComboBox& choice) const {
-    constexpr int fontSize = 16;
-    constexpr int smallestLetters = 11;
-    QFont font = choice.font();
-    font.setPixelSize(std::max(smallestLetters, static_cast<int>(std::lround(fontSize * m_scale))));
-    choice.setFont(font);
     const QSize touch(0, static_cast<int>(std::lround(touchHeight * m_scale)));
     for (int item = 0; item < choice.count(); ++item)
         choice.setItemData(item, touch, Qt::SizeHintRole);
@@ -137,6 +133,10 @@ QComboBox* PreviewPage::makeChoice(int column) {
     auto* const choice = new QComboBox;
     choice->setObjectName(u"sutun%1"_s.arg(column));
     choice->setAccessibleName(u"%1. sütun"_s.arg(column + 1));
+    QFont font = choice->font();
+    constexpr int fontSize = 16;
+    font.setPixelSize(std::max(11, static_cast<int>(std::lround(fontSize * m_scale))));
+    choice->setFont(font);
     choice->addItem(u"(alınmaz)"_s);
     for (const Field& field : fieldsOf(kind()))
         choice->addItem(field.heading);
