@@ -30,11 +30,11 @@ QString wordsOfSheets(const SheetFile& file) {
     QStringList others;
     for (const QString& sheet : file.sheets) {
         if (sheet != file.sheet)
-            others.append(u'“' + sheet + u'”');
+            others.append(sheet);
     }
     if (others.isEmpty())
         return {};
-    return u"“%1” sayfası okundu; okunmayan: %2"_s.arg(file.sheet, others.join(u", "_s));
+    return u"“%1” sayfası okundu; okunmayan: %2"_s.arg(file.sheet, listOfSheets(others));
 }
 
 SheetFile readSheetFile(const QString& path, const QString& sheet,

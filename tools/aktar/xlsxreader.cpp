@@ -453,6 +453,15 @@ private:
 
 }  // namespace
 
+QString listOfSheets(const QStringList& sheets) {
+    constexpr qsizetype most = 6;
+    QStringList names;
+    for (const QString& sheet : sheets.first(std::min(sheets.size(), most)))
+        names.append(u'“' + sheet + u'”');
+    const QString list = names.join(u", "_s);
+    return sheets.size() > most ? u"%1 ve %2 sayfa daha"_s.arg(list).arg(sheets.size() - most) : list;
+}
+
 WorkbookRows readXlsx(ZipArchive& archive, const QString& sheet,
                       const std::function<void(qint64 rows)>& rows) {
     const Parts parts(archive);
@@ -470,8 +479,8 @@ WorkbookRows readXlsx(ZipArchive& archive, const QString& sheet,
     if (!chosen) {
         QStringList names;
         for (const Sheet& one : sheets)
-            names.append(u'“' + one.name + u'”');
-        fail(u"“%1” adlı sayfa yok; dosyadaki sayfalar: %2"_s.arg(sheet, names.join(u", "_s)));
+            names.append(one.name);
+        fail(u"“%1” adlı sayfa yok; dosyadaki sayfalar: %2"_s.arg(sheet, listOfSheets(names)));
     }
     read.sheet = chosen->name;
     for (const Sheet& one : sheets) {

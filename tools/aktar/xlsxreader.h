@@ -15,6 +15,9 @@ struct WorkbookRows {
     QStringList sheets;  ///< all that can be seen and hold something, in their order
 };
 
+/// The names of sheets for a message: of many only the first ones.
+QString listOfSheets(const QStringList& sheets);
+
 /// Reads a sheet of a workbook: texts (shared and inline), numbers, dates, and of formulas what they came to
 /// last. Macros, links and everything else are passed over, and so are sheets that are hidden.
 /// @param sheet  its name, in any letter case; empty for the first one that has rows
