@@ -70,6 +70,12 @@ AktarWindow::AktarWindow()
                          [this] { checkFile(); });
     m_store = &addButton(u"aktar"_s, u"Aktar"_s, u":/icons/save.svg"_s, FaceRole::store, [this] { store(); });
     connect(m_previewPage, &PreviewPage::changed, this, &AktarWindow::showButtons);
+    connect(m_previewPage, &PreviewPage::sheetChosen, this, [this](const QString& sheet) {
+        if (isWorking())
+            showSheets();
+        else
+            readFile(m_path, sheet);
+    });
     if (auto* const resize = findChild<ActiveResize*>()) {
         connect(resize, &ActiveResize::resized, this, [this, resize] {
             m_previewPage->setScale(resize->scale());
@@ -108,10 +114,34 @@ void AktarWindow::goTo(Page page) {
     m_page = page;
     m_pages->setCurrentIndex(static_cast<int>(page));
     const bool ofFile = page == Page::preview || page == Page::result;
-    setNote(page == Page::exporting ? u"Dışa aktar"_s : ofFile ? m_fileName : QString());
+    setNote(page == Page::exporting ? u"Dışa aktar"_s : ofFile ? QFileInfo(m_path).fileName() : QString());
     showButtons();
     if (page == Page::preview && !m_file)
         m_previewPage->setFile(nullptr, {});
+    focusSafely();
+}
+
+/// The keyboard lies where Enter does no harm: a button that has gone or is dead would leave it to the one
+/// that ends the program.
+void AktarWindow::focusSafely() {
+    if (m_page == Page::choice)
+        findChild<DrawnButton*>(u"disaaktar"_s)->setFocus();
+    else if (m_page == Page::preview && m_file)
+        m_previewPage->focusRows();
+    else if (m_page == Page::result)
+        m_back->setFocus();
+    else
+        m_choose->setFocus();
+}
+
+/// The choice of sheets says which one was read, whatever was chosen since.
+void AktarWindow::showSheets() {
+    m_previewPage->setSheets(m_file ? m_file->sheets : QStringList(), m_file ? m_file->sheet : QString());
+}
+
+void AktarWindow::workEnded() {
+    showSheets();
+    focusSafely();
 }
 
 void AktarWindow::showButtons() {
@@ -172,26 +202,30 @@ void AktarWindow::exportTo(const QString& path, bool overwrite) {
         [this, rows, path] {
             m_exportPage->tell(u"%1 satır yazıldı"_s.arg(format(static_cast<double>(*rows), u"#,##0")),
                                QDir::toNativeSeparators(path));
+            focusSafely();
         });
 }
 
-void AktarWindow::readFile(const QString& path) {
+void AktarWindow::readFile(const QString& path, const QString& sheet) {
     m_folder = QFileInfo(path).absolutePath();
     const auto read = std::make_shared<SheetFile>();
     work(
-        [path, read](const WorkProgress& progress) {
+        [path, sheet, read](const WorkProgress& progress) {
             *read = readSheetFile(
-                path, [&](qint64 done, qint64 total) { progress.tell(u"Okunuyor"_s, done, total); });
+                path, sheet, [&](qint64 done, qint64 total) { progress.tell(u"Okunuyor"_s, done, total); });
         },
         [this, read, path] {
             m_file = read;
-            m_fileName = QFileInfo(path).fileName();
+            m_path = path;
             m_plan.reset();
             m_stored = false;
-            m_previewPage->setFile(
-                &read->table,
+            QString words =
                 u"%1 · %2 satır. Her sütunun üstünde ne olduğunu seçin; stok ancak siz seçerseniz alınır."_s
-                    .arg(read->description, format(static_cast<double>(read->table.rowCount()), u"#,##0")));
+                    .arg(read->description, format(static_cast<double>(read->table.rowCount()), u"#,##0"));
+            if (const QString sheets = wordsOfSheets(*read); !sheets.isEmpty())
+                words += u'\n' + sheets + u". Sağ üstten başka sayfa seçebilirsiniz."_s;
+            m_previewPage->setFile(&read->table, words);
+            showSheets();
             goTo(Page::preview);
         });
 }
@@ -214,7 +248,23 @@ void AktarWindow::checkFile() {
         });
 }
 
+/// All or nothing, as on the command line: the other lines go in without the refused ones only where somebody
+/// has said so.
+bool AktarWindow::goesOnWithoutRefused() {
+    if (m_plan->refused.empty())
+        return true;
+    const auto shown = [](size_t count) { return format(static_cast<double>(count), u"#,##0"); };
+    return messageBox(
+               u"%1 satır reddedildi ve yazılmayacak.\n\nÖbürleri (%2 yeni, %3 değişen) yine de yazılsın mı?"_s
+                   .arg(shown(m_plan->refused.size()), shown(m_plan->added.size()),
+                        shown(m_plan->changed.size())),
+               MessageBoxStyle::yesNo | MessageBoxStyle::warning | MessageBoxStyle::secondIsDefault,
+               windowTitle()) == MessageBoxAnswer::yes;
+}
+
 void AktarWindow::store() {
+    if (!goesOnWithoutRefused())
+        return;
     work(
         [plan = m_plan](const WorkProgress& progress) {
             Connection connection;
@@ -226,6 +276,7 @@ void AktarWindow::store() {
             m_stored = true;
             m_resultPage->setDone();
             showButtons();
+            focusSafely();
         });
 }
 

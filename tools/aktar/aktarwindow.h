@@ -24,7 +24,10 @@ public:
 
     /// What the file dialogs lead to. @param overwrite  as the dialog has asked
     void exportTo(const QString& path, bool overwrite);
-    void readFile(const QString& path);
+    void readFile(const QString& path, const QString& sheet = {});
+
+protected:
+    void workEnded() override;
 
 private:
     enum class Page { choice, exporting, preview, result };
@@ -32,10 +35,13 @@ private:
     QWidget* makeChoicePage();
     void goTo(Page page);
     void showButtons();
+    void focusSafely();
+    void showSheets();
     void goBack();
     void chooseTarget();
     void chooseFile();
     void checkFile();
+    bool goesOnWithoutRefused();
     void store();
 
     Page m_page = Page::choice;
@@ -47,7 +53,7 @@ private:
     DrawnButton* m_choose;
     DrawnButton* m_check;
     DrawnButton* m_store;
-    QString m_fileName;
+    QString m_path;    // of the file that was read
     QString m_folder;  // where files were chosen last
     std::shared_ptr<const SheetFile> m_file;
     std::shared_ptr<const ImportPlan> m_plan;

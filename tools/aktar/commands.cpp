@@ -43,6 +43,7 @@ void tellPlan(const ImportPlan& plan) {
                  .arg(plan.unchanged)
                  .arg(plan.refused.size()));
     tellNotes(u"Reddedilen satırlar:"_s, plan.refused);
+    tellNotes(u"Düzeltilen barkodlar:"_s, plan.settled);
     tellNotes(u"Kısaltılan yazılar:"_s, plan.cut);
 }
 
@@ -65,11 +66,12 @@ Commands::Commands()
       m_plain(u"duz"_s, u"CSV'yi başka programlar için yazar: tablo programına karşı işaret koymaz"_s),
       m_dryRun(u"deneme"_s, u"Ne olacağını söyler, hiçbir şey yazmaz"_s),
       m_stock(u"stok"_s, u"Dosyadaki stok sütununu da alır"_s),
+      m_sheet(u"sayfa"_s, u"XLSX dosyasının hangi sayfası; söylenmezse satırı olan ilki"_s, u"AD"_s),
       m_columns(u"sutunlar"_s, u"Sütunlar sırasıyla: barkod,urun,-,satis"_s, u"ADLAR"_s),
       m_noHeading(u"basliksiz"_s, u"İlk satır başlık değildir (--sutunlar ile)"_s),
       m_skipRefused(u"reddedilenleri-atla"_s, u"Reddedilen satır olsa da ötekileri yazar"_s) {
-    addOptions({m_out, m_in, m_file, m_from, m_to, m_overwrite, m_plain, m_dryRun, m_stock, m_columns,
-                m_noHeading, m_skipRefused});
+    addOptions({m_out, m_in, m_file, m_from, m_to, m_overwrite, m_plain, m_dryRun, m_stock, m_sheet,
+                m_columns, m_noHeading, m_skipRefused});
 }
 
 bool Commands::wantsWindow() const {
@@ -87,7 +89,7 @@ int Commands::run() const {
     if (!positionalArguments().isEmpty())
         return wrong(u"Anlaşılmadı: "_s + positionalArguments().first());
     const bool out = isSet(m_out);
-    const auto foreign = out ? std::vector{m_dryRun, m_stock, m_columns, m_noHeading, m_skipRefused}
+    const auto foreign = out ? std::vector{m_dryRun, m_stock, m_sheet, m_columns, m_noHeading, m_skipRefused}
                              : std::vector{m_from, m_to, m_overwrite, m_plain};
     for (const QCommandLineOption& option : foreign) {
         if (isSet(option))
@@ -135,8 +137,9 @@ int Commands::take() const {
         tellError(u"Bu klasörde dükkân yok"_s);
         return ToolExit::failed;
     }
-    const SheetFile file =
-        readSheetFile(value(m_file), [](qint64 done, qint64 total) { tellWork(u"Okunuyor"_s, done, total); });
+    const SheetFile file = readSheetFile(value(m_file), value(m_sheet), [](qint64 done, qint64 total) {
+        tellWork(u"Okunuyor"_s, done, total);
+    });
     Mapping mapping;
     if (isSet(m_columns)) {
         try {
@@ -150,6 +153,8 @@ int Commands::take() const {
         mapping = mapByHeadings(file.table, *kind, isSet(m_stock));
     }
     tellLine(u"%1; sütunlar: %2"_s.arg(file.description, namesOf(mapping, *kind)));
+    if (const QString sheets = wordsOfSheets(file); !sheets.isEmpty())
+        tellLine(sheets + u" (--sayfa ile söyleyebilirsiniz)"_s);
     if (const QString fault = faultOf(mapping, *kind); !fault.isEmpty()) {
         tellError(fault + u" (--sutunlar ile söyleyebilirsiniz)"_s);
         return ToolExit::refused;

@@ -27,6 +27,7 @@ private:
     const QCommandLineOption m_plain;
     const QCommandLineOption m_dryRun;
     const QCommandLineOption m_stock;
+    const QCommandLineOption m_sheet;
     const QCommandLineOption m_columns;
     const QCommandLineOption m_noHeading;
     const QCommandLineOption m_skipRefused;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "aktar/barcodetext.h"
 #include "data/baglanmamodulu.h"
 #include "values/fieldtext.h"
 #include "values/numbers.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr double dearest = 1e9;
 constexpr double largestStock = 1e12;
 constexpr qsizetype progressStep = 1000;
-constexpr qsizetype longestWholeNumber = 15;
+constexpr qsizetype longestWholeNumber = 15;  // that a spreadsheet keeps
 // Places among the fields of products.
 constexpr qsizetype nameField = 1;
 constexpr qsizetype saleField = 3;
@@ -34,8 +35,12 @@ bool hasControls(const QString& text) {
 
 /// A text as a field of the screens could hold it: line ends within are blanks.
 QString oneLine(QString text) {
+    const auto isOdd = [](QChar letter) { return letter == u'\n' || letter == u'\r' || letter == u'\t'; };
+    if (std::none_of(text.cbegin(), text.cend(), isOdd))
+        return text.trimmed();
+    text.replace(u"\r\n"_s, u"\n"_s);
     for (QChar& letter : text) {
-        if (letter == u'\n' || letter == u'\r' || letter == u'\t')
+        if (isOdd(letter))
             letter = u' ';
     }
     return text.trimmed();
@@ -48,9 +53,26 @@ bool isSpoiltBarcode(const QString& text) {
     return text.contains(u'E', Qt::CaseInsensitive) && exponent.match(text).hasMatch();
 }
 
+/// How many digits a whole number has behind its zeros.
+qsizetype digitsOf(QStringView number) {
+    const auto first =
+        std::find_if(number.begin(), number.end(), [](QChar letter) { return letter != u'0'; });
+    return number.end() - first;
+}
+
+QString keyOf(const QString& text) {
+    return identityKey(cutToField(text));
+}
+
 bool sameNumber(const QVariant& stored, double wanted) {
     const double value = sayicevir(stored);
     return value == wanted || numberText(value) == numberText(wanted);
+}
+
+/// The first row of the shop that has a key; none where no row has it.
+const StoredRow* firstOf(const StoredRows& stored, const QString& key) {
+    const auto rows = stored.constFind(key);
+    return rows == stored.constEnd() ? nullptr : &rows->front();
 }
 
 /// Which sign each number column writes; a column that says nothing follows the others of its file.
@@ -124,7 +146,7 @@ ImportRecords::Record ImportRecords::read(const CellTable& table, const Mapping&
     for (size_t field = 0; field < fields.size(); ++field)
         record.values.append(readCell(table, row, static_cast<int>(field), record));
     const QString key = record.values.front().toString();
-    record.key = identityKey(cutToField(key));
+    record.key = keyOf(key);
     if (key.isEmpty())
         refuse(u"%1 boş"_s.arg(fields.front().heading));
     else if (m_kind == Kind::products && isSpoiltBarcode(key))
@@ -153,10 +175,19 @@ QVariant ImportRecords::readCell(const CellTable& table, qsizetype row, int fiel
     if (!isNumberField(description)) {
         if (hasControls(text))
             return refuse(u"okunamayan harf var"_s);
+        if (kind == CellKind::moment)
+            return refuse(u"tabloda tarihe çevrilmiş (%1)"_s.arg(text));
         if (kind == CellKind::number && description.type == FieldType::key &&
-            text.size() > longestWholeNumber)
+            digitsOf(text) > longestWholeNumber)
             return refuse(u"tabloda sayı olarak durduğu için son haneleri silinmiş"_s);
-        return text;
+        if (m_kind != Kind::products || description.type != FieldType::key)
+            return text;
+        const BarcodeReading reading = readBarcode(whole);
+        if (reading.several)
+            return refuse(u"arada boşluk var, birden çok barkod olabilir (%1)"_s.arg(text));
+        if (reading.settled)
+            record.written = text;
+        return oneLine(reading.barcode);
     }
     if (text.isEmpty())
         return {};
@@ -167,7 +198,8 @@ QVariant ImportRecords::readCell(const CellTable& table, qsizetype row, int fiel
         const std::optional<double> number = readSpreadsheetNumber(text);
         reading = {number.value_or(0), number ? NumberFault::none : NumberFault::noNumber};
     } else {
-        reading = readNumber(text, m_signs[static_cast<size_t>(field)]);
+        // As it is: a line end within parts two numbers.
+        reading = readNumber(whole, m_signs[static_cast<size_t>(field)]);
     }
     if (reading.fault == NumberFault::noNumber)
         return refuse(u"sayı değil (%1)"_s.arg(text.left(40)));
@@ -189,6 +221,8 @@ void ImportRecords::findDoubles() {
         Record& record = m_records[place];
         if (!record.fault.isEmpty())
             continue;
+        if (!record.written.isEmpty())
+            m_written.insert(keyOf(record.written));
         const auto known = m_byKey.constFind(record.key);
         if (known == m_byKey.constEnd()) {
             m_byKey.insert(record.key, place);
@@ -277,22 +311,26 @@ ImportPlan ImportRecords::plan(const StoredRows& stored) const {
     plan.kind = m_kind;
     const QSet<QString> asOften = keysAsOftenInTheShop(stored);
     for (const Record& record : m_records) {
-        const auto known = stored.constFind(record.key);
-        const StoredRow* const row = known == stored.constEnd() ? nullptr : &known->front();
+        // The shop may have a barcode just as the file writes it, odd as it is: then that one is meant.
+        const StoredRow* row = record.written.isEmpty() ? nullptr : firstOf(stored, keyOf(record.written));
+        const bool settled = !record.written.isEmpty() && !row;
+        if (!row)
+            row = firstOf(stored, record.key);
+        const QString key = record.values.front().toString();
+        const bool again = record.fault.isEmpty() && asOften.contains(record.key);
         QString fault = record.fault;
-        if (fault.isEmpty() && asOften.contains(record.key)) {
-            ++plan.unchanged;
-            continue;
-        }
-        if (fault.isEmpty())
+        if (fault.isEmpty() && !again)
             fault = record.doubled;
         if (fault.isEmpty() && !row)
             fault = faultOfNew(record);
         if (!fault.isEmpty()) {
-            plan.refused.push_back({record.line, record.values.front().toString(), fault});
+            plan.refused.push_back({record.line, key, fault});
             continue;
         }
-        Comparison result = compare(record, row);
+        if (settled)
+            plan.settled.push_back(
+                {record.line, key, u"Barkod düzeltildi, dosyada yazan: %1"_s.arg(record.written)});
+        Comparison result = again ? Comparison() : compare(record, row);
         if (!result.differs) {
             ++plan.unchanged;
             continue;

@@ -43,8 +43,10 @@ struct ImportPlan {
     std::vector<PlannedRow> changed;
     qsizetype unchanged = 0;
     std::vector<LineNote> refused;  ///< in the order of the file
-    std::vector<LineNote> cut;      ///< texts that are too long for their field
-    qint64 lastIdentity = 0;        ///< of the shop's table when it was read
+    std::vector<LineNote>
+        settled;                ///< barcodes that the file writes another way, of lines that aren't refused
+    std::vector<LineNote> cut;  ///< texts that are too long for their field
+    qint64 lastIdentity = 0;    ///< of the shop's table when it was read
 };
 
 /// Two keys are one to the shop's file where this is the same: the letter case of ASCII letters doesn't
@@ -63,7 +65,7 @@ public:
     /// How many different keys the rows have.
     qsizetype count() const { return m_byKey.size(); }
     /// Whether a row of the file has that key.
-    bool mentions(const QString& key) const { return m_byKey.contains(key); }
+    bool mentions(const QString& key) const { return m_byKey.contains(key) || m_written.contains(key); }
 
     /// Holds the records against what the shop has.
     ImportPlan plan(const StoredRows& stored) const;
@@ -73,6 +75,7 @@ private:
         qint64 line = 0;
         QString key;          // as identityKey gives it
         QVariantList values;  // whole texts and numbers; invalid for an empty cell
+        QString written;      // a barcode that was settled, as it stands in the file
         QString fault;        // why it is refused
         QString doubled;      // why, unless the shop has it as often
     };
@@ -94,6 +97,7 @@ private:
     std::vector<std::optional<DecimalSign>> m_signs;  // of each field
     std::vector<Record> m_records;
     QHash<QString, size_t> m_byKey;  // the first record of each key
+    QSet<QString> m_written;  // the keys of barcodes as they stand in the file, where they were settled
 };
 
 }  // namespace kovanix::aktar

@@ -2,7 +2,9 @@
 
 #include <QList>
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <string>
 
 namespace kovanix::aktar {
 
@@ -15,13 +17,18 @@ constexpr int shownDigits = 15;
 
 struct Shape {
     bool negative = false;
-    QStringView digits;                      // with its signs
+    QStringView digits;                      // with its signs and blanks
     std::optional<DecimalSign> decimalSign;  // what the number speaks for
     bool ambiguous = false;                  // one sign with three digits behind it
 };
 
 bool isDigit(QChar letter) {
     return letter >= u'0' && letter <= u'9';
+}
+
+/// A blank that groups digits: the usual one, those that no line breaks at, and the thin one.
+bool isBlank(QChar letter) {
+    return letter == u' ' || letter == u'\u00a0' || letter == u'\u202f' || letter == u'\u2009';
 }
 
 QChar charOf(DecimalSign sign) {
@@ -65,7 +72,7 @@ std::optional<Shape> shapeOf(QStringView text) {
     }
     bool anyDigit = false;
     for (const QChar letter : rest) {
-        if (!isDigit(letter) && letter != u'.' && letter != u',')
+        if (!isDigit(letter) && letter != u'.' && letter != u',' && !isBlank(letter))
             return std::nullopt;
         anyDigit = anyDigit || isDigit(letter);
     }
@@ -74,6 +81,17 @@ std::optional<Shape> shapeOf(QStringView text) {
     shape.digits = rest;
     const qsizetype commas = rest.count(u',');
     const qsizetype dots = rest.count(u'.');
+    // Blanks group, so that a sign beside them parts the decimals off.
+    if (const auto blank = std::find_if(rest.begin(), rest.end(), isBlank); blank != rest.end()) {
+        const qsizetype place = commas + dots == 0 ? rest.size() : rest.indexOf(commas > 0 ? u',' : u'.');
+        const QStringView decimals = rest.mid(place);
+        if (commas + dots > 1 || !isGrouped(rest.left(place), *blank) ||
+            std::any_of(decimals.begin(), decimals.end(), isBlank))
+            return std::nullopt;
+        if (place < rest.size())
+            shape.decimalSign = commas > 0 ? DecimalSign::comma : DecimalSign::dot;
+        return shape;
+    }
     if (commas == 0 && dots == 0)
         return shape;
     if (commas > 0 && dots > 0) {
@@ -124,12 +142,17 @@ NumberReading readNumber(QStringView text, std::optional<DecimalSign> sign) {
     if (shape->ambiguous && !sign)
         return {0, NumberFault::ambiguous};
     const DecimalSign decimal = shape->decimalSign ? *shape->decimalSign : sign.value_or(DecimalSign::comma);
-    QString digits = shape->digits.toString();
-    digits.remove(charOf(other(decimal)));
-    digits.replace(charOf(decimal), u'.');
-    bool ok = false;
-    const double value = digits.toDouble(&ok);
-    if (!ok || !std::isfinite(value))
+    std::string digits;
+    digits.reserve(static_cast<size_t>(shape->digits.size()));
+    for (const QChar letter : shape->digits) {
+        if (isDigit(letter))
+            digits += letter.toLatin1();
+        else if (letter == charOf(decimal))
+            digits += '.';
+    }
+    double value = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (read.ec != std::errc())
         return {0, NumberFault::noNumber};
     return {shape->negative && value != 0 ? -value : value, NumberFault::none};
 }

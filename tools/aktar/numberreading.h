@@ -6,8 +6,8 @@
 
 namespace kovanix::aktar {
 
-// Numbers of files from anywhere: "1.234,50" and "1,234.50", with "TL" or "₺" ahead or behind, in a column
-// whose decimal sign has to be found out.
+// Numbers of files from anywhere: "1.234,50", "1,234.50" and "1 234,50", with "TL" or "₺" ahead or behind, in
+// a column whose decimal sign has to be found out.
 
 enum class DecimalSign { comma, dot };
 

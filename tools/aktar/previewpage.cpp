@@ -41,6 +41,14 @@ PreviewPage::PreviewPage() {
     m_heading->setMinimumHeight(touchHeight);
     top->addWidget(m_kind, 2);
     top->addWidget(m_heading, 1);
+    m_sheet = new QComboBox;
+    m_sheet->setObjectName(u"sayfa"_s);
+    m_sheet->setAccessibleName(u"Dosyanın sayfası"_s);
+    m_sheet->setToolTip(u"Dosyanın hangi sayfası okunsun?"_s);
+    m_sheet->setProperty("textRole", u"text"_s);
+    m_sheet->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_sheet->hide();
+    top->addWidget(m_sheet, 1);
     layout->addLayout(top);
     m_about = makeLabel({}, u"note", ColorRole::mutedInk);
     m_about->setObjectName(u"dosyabilgisi"_s);
@@ -75,6 +83,7 @@ PreviewPage::PreviewPage() {
     m_fault->setObjectName(u"eksik"_s);
     layout->addWidget(m_fault);
 
+    connect(m_sheet, &QComboBox::textActivated, this, &PreviewPage::sheetChosen);
     connect(m_kind, &Switches::changed, this, [this] {
         proposeColumns();
         Q_EMIT changed();
@@ -101,6 +110,25 @@ void PreviewPage::setFile(const CellTable* table, const QString& words) {
     proposeColumns();
 }
 
+void PreviewPage::setSheets(const QStringList& sheets, const QString& read) {
+    m_sheet->clear();
+    m_sheet->addItems(sheets);
+    m_sheet->setCurrentText(read);
+    m_sheet->setVisible(sheets.size() > 1);
+    fitToTouch(*m_sheet);
+}
+
+void PreviewPage::focusRows() {
+    m_rows->setFocus();
+}
+
+/// Makes what it offers high enough for a finger, at the window's scale.
+void PreviewPage::fitToTouch(QComboBox& choice) const {
+    const QSize touch(0, static_cast<int>(std::lround(touchHeight * m_scale)));
+    for (int item = 0; item < choice.count(); ++item)
+        choice.setItemData(item, touch, Qt::SizeHintRole);
+}
+
 QComboBox* PreviewPage::makeChoice(int column) {
     auto* const choice = new QComboBox;
     choice->setObjectName(u"sutun%1"_s.arg(column));
@@ -112,9 +140,7 @@ QComboBox* PreviewPage::makeChoice(int column) {
     choice->addItem(u"(alınmaz)"_s);
     for (const Field& field : fieldsOf(kind()))
         choice->addItem(field.heading);
-    const QSize touch(0, static_cast<int>(std::lround(touchHeight * m_scale)));
-    for (int item = 0; item < choice->count(); ++item)
-        choice->setItemData(item, touch, Qt::SizeHintRole);
+    fitToTouch(*choice);
     connect(choice, &QComboBox::activated, this, [this] {
         showFault();
         Q_EMIT changed();
@@ -199,6 +225,8 @@ void PreviewPage::setScale(double scale) {
     const int touch = std::max(40, static_cast<int>(std::lround(touchHeight * scale)));
     m_choices->verticalHeader()->setDefaultSectionSize(touch);
     m_choices->setFixedHeight(touch);
+    m_sheet->setFixedHeight(touch);
+    fitToTouch(*m_sheet);
 }
 
 }  // namespace kovanix::aktar

@@ -28,15 +28,21 @@ public:
     /// Shows a file; none where it has gone. It must outlive its showing.
     /// @param words  what is known of the file
     void setFile(const CellTable* table, const QString& words);
+    /// Offers the sheets of a workbook. @param read  the one whose rows are shown
+    void setSheets(const QStringList& sheets, const QString& read);
     /// The columns as they are chosen now.
     Mapping mapping() const;
 
+    /// Gives the keyboard to the rows, where no key does harm.
+    void focusRows();
     /// Gives the table its sizes.
     void setScale(double scale);
 
 Q_SIGNALS:
     /// Something else is chosen.
     void changed();
+    /// Another sheet of the workbook is wanted.
+    void sheetChosen(const QString& sheet);
 
 private:
     void proposeColumns();
@@ -44,10 +50,12 @@ private:
     void showFault();
     void nameColumns();
     QComboBox* makeChoice(int column);
+    void fitToTouch(QComboBox& choice) const;
 
     const CellTable* m_table = nullptr;
     Switches* m_kind;
     CheckBox* m_heading;
+    QComboBox* m_sheet;
     QLabel* m_about;
     QLabel* m_fault;
     QTableWidget* m_choices;

@@ -81,7 +81,7 @@ ResultPage::ResultPage() : m_notes(new NoteModel(this)) {
     layout->addWidget(m_words);
     m_table = new QTableView;
     m_table->setObjectName(u"reddedilenler"_s);
-    m_table->setAccessibleName(u"Reddedilen ve kısaltılan satırlar"_s);
+    m_table->setAccessibleName(u"Reddedilen, düzeltilen ve kısaltılan satırlar"_s);
     m_table->setModel(m_notes);
     dressTable(*m_table);
     m_table->horizontalHeader()->setStretchLastSection(true);
@@ -96,11 +96,14 @@ void ResultPage::setPlan(const ImportPlan& plan) {
     for (size_t place = 0; place < counts.size(); ++place)
         m_figures[place]->setText(format(static_cast<double>(counts[place]), u"#,##0"));
     std::vector<LineNote> notes = plan.refused;
+    notes.insert(notes.end(), plan.settled.begin(), plan.settled.end());
     notes.insert(notes.end(), plan.cut.begin(), plan.cut.end());
     m_anyToWrite = counts[0] + counts[1] > 0;
     QString words = m_anyToWrite ? u"Henüz hiçbir şey yazılmadı."_s : u"Yazılacak bir şey yok."_s;
     if (counts[3] > 0)
         words += u" Reddedilen satırlar yazılmaz; öbürleri ya hep ya hiç yazılır."_s;
+    if (!plan.settled.empty())
+        words += u" %1 barkod düzeltildi."_s.arg(format(static_cast<double>(plan.settled.size()), u"#,##0"));
     m_words->setText(words);
     m_notes->setNotes(std::move(notes));
     m_table->setVisible(m_notes->rowCount() > 0);

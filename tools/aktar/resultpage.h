@@ -28,7 +28,8 @@ private:
     std::vector<LineNote> m_notes;
 };
 
-/// What an import would do, or has done: four figures, and the lines that are refused or cut.
+/// What an import would do, or has done: four figures, and the lines that are refused, settled
+/// or cut.
 class ResultPage : public QWidget {
     Q_OBJECT
 

@@ -26,7 +26,19 @@ QString describe(const CsvFormat& format) {
 
 }  // namespace
 
-SheetFile readSheetFile(const QString& path, const std::function<void(qint64 done, qint64 total)>& progress) {
+QString wordsOfSheets(const SheetFile& file) {
+    QStringList others;
+    for (const QString& sheet : file.sheets) {
+        if (sheet != file.sheet)
+            others.append(sheet);
+    }
+    if (others.isEmpty())
+        return {};
+    return u"“%1” sayfası okundu; okunmayan: %2"_s.arg(file.sheet, listOfSheets(others));
+}
+
+SheetFile readSheetFile(const QString& path, const QString& sheet,
+                        const std::function<void(qint64 done, qint64 total)>& progress) {
     const QFileInfo about(path);
     if (!about.exists())
         fail(u"Dosya yok: %1"_s.arg(path));
@@ -46,14 +58,16 @@ SheetFile readSheetFile(const QString& path, const std::function<void(qint64 don
     };
     const QByteArray start = file.read(lookedAt);
     SheetFile read;
-    if (start.startsWith("PK\x03\x04") || start.startsWith("PK\x05\x06")) {
+    const bool isArchive = start.startsWith("PK\x03\x04") || start.startsWith("PK\x05\x06");
+    if (!isArchive && !sheet.isEmpty())
+        fail(u"Bu dosyada sayfa yok; sayfa yalnız .xlsx için seçilir: %1"_s.arg(path));
+    if (isArchive) {
         ZipArchive archive(path);
-        read = {readXlsx(archive,
-                         [&](qint64 rows) {
-                             if (progress)
-                                 progress(rows, 0);
-                         }),
-                u"XLSX"_s};
+        WorkbookRows rows = readXlsx(archive, sheet, [&](qint64 done) {
+            if (progress)
+                progress(done, 0);
+        });
+        read = {std::move(rows.table), u"XLSX"_s, rows.sheet, rows.sheets};
     } else if (start.startsWith("\xD0\xCF\x11\xE0")) {
         fail(
             u"Bu eski biçimli bir .xls dosyası ya da parolası var. Tablo programında açıp parolasız .xlsx ya "

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "aktar/sheetwriter.h"
+#include "aktar/xlsxtext.h"
 #include "aktar/ziparchive.h"
 #include "runtime/runtimeerror.h"
 
@@ -179,6 +180,8 @@ private:
                 m_text.assign(cell.text);
             else
                 m_text = fitting(cell.text).toStdString();
+            if (m_text.find("_x") != std::string::npos)
+                m_text = withNumbers(m_text);
             error = ::worksheet_write_string(m_sheet, m_row, column, m_text.c_str(), m_formats[column]);
         }
         if (error != LXW_NO_ERROR)

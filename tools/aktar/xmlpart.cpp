@@ -112,7 +112,7 @@ int XmlAttributes::number(std::string_view name) const {
 void readXmlPart(ZipArchive& archive, const QString& name, XmlListener& listener) {
     const std::unique_ptr<ZipFile> file = archive.open(name);
     Reading reading(listener);
-    for (bool last = false; !last;) {
+    for (bool last = false; !last && !listener.isDone();) {
         const QByteArray bytes = file->read(chunkSize);
         last = bytes.isEmpty();
         if (last)

@@ -31,6 +31,8 @@ public:
     virtual void end(std::string_view /*name*/) {}
     /// A piece of text; one text may come in several.
     virtual void text(std::string_view /*piece*/) {}
+    /// Whether the rest needn't be read.
+    virtual bool isDone() const { return false; }
 };
 
 /// Reads a part of a workbook from its beginning to its end. A document type is no part of a workbook: what

@@ -3,6 +3,8 @@
 #include <zip.h>
 
 #include <QFile>
+#include <QFileInfo>
+#include <algorithm>
 
 #include "aktar/failure.h"
 
@@ -83,13 +85,15 @@ void ZipArchive::Closer::operator()(zip* archive) const {
     ::zip_discard(archive);
 }
 
-ZipArchive::ZipArchive(const QString& path, const ZipLimits& limits) : m_limits(limits) {
+ZipArchive::ZipArchive(const QString& path, const ZipLimits& limits)
+    : m_limits(limits), m_size(QFileInfo(path).size()) {
     int error = 0;
     m_archive.reset(::zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &error));
     check();
 }
 
-ZipArchive::ZipArchive(const QByteArray& bytes, const ZipLimits& limits) : m_bytes(bytes), m_limits(limits) {
+ZipArchive::ZipArchive(const QByteArray& bytes, const ZipLimits& limits)
+    : m_bytes(bytes), m_limits(limits), m_size(bytes.size()) {
     zip_source_t* const source = ::zip_source_buffer_create(
         m_bytes.constData(), static_cast<zip_uint64_t>(m_bytes.size()), 0, nullptr);
     if (source)
@@ -130,7 +134,8 @@ std::unique_ptr<ZipFile> ZipArchive::open(const QString& name) {
     if (place < 0 || ::zip_stat_index(m_archive.get(), static_cast<zip_uint64_t>(place), 0, &about) != 0)
         failDamaged();
     const auto size = static_cast<qint64>(about.size);
-    const auto packed = static_cast<qint64>(about.comp_size);
+    // A file that claims to be packed into more than the whole archive would never unpack to too much of it.
+    const auto packed = static_cast<qint64>(std::min(about.comp_size, static_cast<zip_uint64_t>(m_size)));
     if (size > smallFile && size / m_limits.ratio > packed)
         failTooBig();
     zip_file* const file = ::zip_fopen_index(m_archive.get(), static_cast<zip_uint64_t>(place), 0);

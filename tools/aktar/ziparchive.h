@@ -54,6 +54,7 @@ private:
     QByteArray m_bytes;
     ZipLimits m_limits;
     std::unique_ptr<zip, Closer> m_archive;
+    qint64 m_size = 0;  // of the archive itself
     qint64 m_read = 0;
 };
 

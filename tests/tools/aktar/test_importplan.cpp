@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A file with a heading row, cell by cell, and what becomes of its rows in a shop that has
-/// 100/SÜT/10/12,5/5, ABC/UN/1/2/null and a customer "Ali"/"0500"/"Yol 1".
+/// 100/SÜT/10/12,5/5, ABC/UN/1/2/null, 'd1/TAŞ/1/2/0 and a customer "Ali"/"0500"/"Yol 1".
 struct PlanRow {
     Kind kind = Kind::products;
     QList<QStringList> cells;
@@ -20,8 +20,9 @@ struct PlanRow {
     qsizetype unchanged = 0;
     QStringList refused;  // "line: words"
     QStringList cut = {};
-    CellKind cellKind = CellKind::text;
+    QList<CellKind> kinds = {};  // of the cells below the heading; texts where it ends
     bool padded = false;
+    QStringList settled = {};
 };
 
 struct HeadingRow {
@@ -32,11 +33,13 @@ struct HeadingRow {
     qsizetype headingRow = 0;
 };
 
-CellTable tableOfCells(const QList<QStringList>& cells, bool padded = false, CellKind kind = CellKind::text) {
+CellTable tableOfCells(const QList<QStringList>& cells, bool padded = false,
+                       const QList<CellKind>& kinds = {}) {
     CellTable table(padded);
     for (qsizetype row = 0; row < cells.size(); ++row) {
-        for (const QString& cell : cells[row])
-            table.addCell(cell, row == 0 ? CellKind::text : kind);
+        for (qsizetype column = 0; column < cells[row].size(); ++column)
+            table.addCell(cells[row][column],
+                          row == 0 ? CellKind::text : kinds.value(column, CellKind::text));
         table.endRow(row + 1);
     }
     return table;
@@ -47,7 +50,8 @@ StoredRows shopOf(Kind kind) {
         return {{u"ali"_s, {{7, {u"Ali"_s, u"0500"_s, u"Yol 1"_s}}}},
                 {u"can"_s, {{8, {u"Can"_s, u"1"_s, u""_s}}, {9, {u"Can"_s, u"2"_s, u""_s}}}}};
     return {{u"100"_s, {{1, {u"100"_s, u"SÜT"_s, 10.0, 12.5, 5.0}}}},
-            {u"abc"_s, {{2, {u"ABC"_s, u"UN "_s, 1.0, 0.1 + 0.2, QVariant()}}}}};
+            {u"abc"_s, {{2, {u"ABC"_s, u"UN "_s, 1.0, 0.1 + 0.2, QVariant()}}}},
+            {u"'d1"_s, {{3, {u"'d1"_s, u"TAŞ"_s, 1.0, 2.0, 0.0}}}}};
 }
 
 QStringList shown(const std::vector<PlannedRow>& rows) {
@@ -208,7 +212,7 @@ private Q_SLOTS:
             {"a row too narrow",
              {products, {nameHeading, {u"100"_s, u"SÜT"_s}}, {}, {}, 0, {u"2: 2 sütun var, 3 olmalı"_s}}},
             {"a narrow row of a spreadsheet",
-             {products, {nameHeading, {u"100"_s, u"SÜT"_s}}, {}, {}, 1, {}, {}, CellKind::text, true}},
+             {products, {nameHeading, {u"100"_s, u"SÜT"_s}}, {}, {}, 1, {}, {}, {}, true}},
             {"twice with other values",
              {products,
               {priceHeading, {u"100"_s, u"1"_s}, {u"abc"_s, u"9"_s}, {u"100"_s, u"2"_s}, {u"100"_s, u"1"_s}},
@@ -261,7 +265,37 @@ private Q_SLOTS:
               0,
               {u"2: Satış fiyatı: sayı yerine tarih var (01.05.2026)"_s},
               {},
-              CellKind::moment,
+              {CellKind::number, CellKind::moment},
+              true}},
+            {"a barcode that became a date",
+             {products,
+              {priceHeading, {u"18.06.2020"_s, u"1"_s}},
+              {},
+              {},
+              0,
+              {u"2: Barkod: tabloda tarihe çevrilmiş (18.06.2020)"_s},
+              {},
+              {CellKind::moment},
+              true}},
+            {"a name that became a date",
+             {products,
+              {nameHeading, {u"100"_s, u"07.05.2026"_s, u"1"_s}},
+              {},
+              {},
+              0,
+              {u"2: Ürün adı: tabloda tarihe çevrilmiş (07.05.2026)"_s},
+              {},
+              {CellKind::text, CellKind::moment},
+              true}},
+            {"a telephone that became a date",
+             {customers,
+              {customerHeading, {u"Ali"_s, u"05.12.2026"_s, {}}},
+              {},
+              {},
+              0,
+              {u"2: Telefon: tabloda tarihe çevrilmiş (05.12.2026)"_s},
+              {},
+              {CellKind::text, CellKind::moment},
               true}},
             {"numbers of a spreadsheet",
              {products,
@@ -271,7 +305,7 @@ private Q_SLOTS:
               1,
               {},
               {},
-              CellKind::number,
+              {CellKind::number, CellKind::number},
               true}},
             {"a barcode that lost its last digits",
              {products,
@@ -281,8 +315,69 @@ private Q_SLOTS:
               0,
               {u"2: Barkod: tabloda sayı olarak durduğu için son haneleri silinmiş"_s},
               {},
-              CellKind::number,
+              {CellKind::number, CellKind::number},
               true}},
+            {"a barcode with more zeros than a spreadsheet keeps digits",
+             {products,
+              {priceHeading, {u"000008690000000001"_s, u"1"_s}},
+              {},
+              {},
+              0,
+              {u"2: Yeni ürünün adı yok"_s},
+              {},
+              {CellKind::number, CellKind::number},
+              true}},
+            {"barcodes that other programs have spoilt",
+             {products,
+              {nameHeading, {u"'7"_s, u"TUZ"_s, u"1"_s}, {u"1 0 0"_s, u"SÜT"_s, u"12,5"_s}},
+              {u"7|TUZ|0|1|0"_s},
+              {},
+              1,
+              {},
+              {},
+              {},
+              false,
+              {u"2: Barkod düzeltildi, dosyada yazan: '7"_s,
+               u"3: Barkod düzeltildi, dosyada yazan: 1 0 0"_s}}},
+            {"a spoilt barcode twice",
+             {products,
+              {nameHeading, {u"7.0"_s, u"TUZ"_s, u"1"_s}, {u"7"_s, u"UN"_s, u"1"_s}},
+              {},
+              {},
+              0,
+              {u"2: Aşağıda başka değerlerle bir daha var"_s, u"3: 2. satırda da var, değerleri başka"_s}}},
+            {"a barcode that is odd in the shop, too",
+             {products, {priceHeading, {u"'D1"_s, u"4"_s}}, {}, {u"3#'d1 .|.|.|4|."_s}, 0, {}}},
+            {"a spoilt barcode behind an apostrophe",
+             {products,
+              {priceHeading, {u"'8,69E+12"_s, u"1"_s}},
+              {},
+              {},
+              0,
+              {u"2: Barkod bozulmuş (8,69E+12): tabloda sayıya çevrilmiş"_s}}},
+            {"two barcodes in a cell",
+             {products,
+              {priceHeading, {u"8690000000130\n8690000000147"_s, u"1"_s}},
+              {},
+              {},
+              0,
+              {u"2: Barkod: arada boşluk var, birden çok barkod olabilir (8690000000130 8690000000147)"_s}}},
+            {"a customer's apostrophe stays",
+             {customers, {customerHeading, {u"'Ayşe"_s, u"'1"_s, {}}}, {u"'Ayşe|'1|"_s}, {}, 0, {}}},
+            {"line ends of Windows within",
+             {products,
+              {nameHeading, {u"7"_s, u"TUZ\r\nİYOTLU"_s, u"1"_s}},
+              {u"7|TUZ İYOTLU|0|1|0"_s},
+              {},
+              0,
+              {}}},
+            {"two lines are no number",
+             {products,
+              {priceHeading, {u"100"_s, u"1\n234"_s}},
+              {},
+              {},
+              0,
+              {u"2: Satış fiyatı: sayı değil (1 234)"_s}}},
             {"a formula's failure",
              {products,
               {priceHeading, {u"#N/A"_s, u"#N/A"_s}},
@@ -291,7 +386,7 @@ private Q_SLOTS:
               0,
               {u"2: Barkod: hücrede hata var (#N/A)"_s},
               {},
-              CellKind::error,
+              {CellKind::error, CellKind::error},
               true}},
             {"customers",
              {customers,
@@ -325,7 +420,7 @@ private Q_SLOTS:
     }
     void plans() {
         QFETCH(const PlanRow, row);
-        const CellTable table = tableOfCells(row.cells, row.padded, row.cellKind);
+        const CellTable table = tableOfCells(row.cells, row.padded, row.kinds);
         const Mapping mapping = mapByHeadings(table, row.kind, true);
         QCOMPARE(faultOf(mapping, row.kind), QString());
         const ImportPlan plan = ImportRecords(table, row.kind, mapping).plan(shopOf(row.kind));
@@ -334,6 +429,7 @@ private Q_SLOTS:
         QCOMPARE(shown(plan.changed), row.changed);
         QCOMPARE(plan.unchanged, row.unchanged);
         QCOMPARE(shown(plan.cut), row.cut);
+        QCOMPARE(shown(plan.settled), row.settled);
     }
 
     void whatWasCutOnceIsTheSame() {

@@ -1,6 +1,7 @@
 #include <QProcess>
 #include <QtTest>
 
+#include "archives.h"
 #include "data/baglanmamodulu.h"
 #include "kit/toolprogram.h"
 #include "rows.h"
@@ -180,6 +181,34 @@ private Q_SLOTS:
                  (QList<QVariantList>{{u"YENİ"_s, 1.5}}));
     }
 
+    void aSheetCanBeTold() {
+        const QByteArray heading = rowOf({"Barkod", "Ürün adı", "Fiyat"});
+        const QString path = write(
+            archiveOf(workbookOf(heading + rowOf({"5", "ELMA", "1"}), heading + rowOf({"6", "ARMUT", "2"}))));
+        const QStringList arguments{u"--ice"_s, u"urunler"_s, u"--dosya"_s, path};
+        const Outcome first = run(arguments + QStringList{u"--deneme"_s});
+        QVERIFY2(
+            first.out.contains(u"\n“A” sayfası okundu; okunmayan: “B” (--sayfa ile söyleyebilirsiniz)\n"_s),
+            qPrintable(first.out));
+        QCOMPARE(run(arguments + QStringList{u"--sayfa"_s, u"b"_s}).status, ToolExit::done);
+        QCOMPARE(m_shop->rows(u"SELECT urun FROM urunler WHERE barkod IN ('5', '6')"_s),
+                 (QList<QVariantList>{{u"ARMUT"_s}}));
+        const Outcome none = run(arguments + QStringList{u"--sayfa"_s, u"C"_s});
+        QCOMPARE(none.status, ToolExit::failed);
+        QCOMPARE(none.errors, u"“C” adlı sayfa yok; dosyadaki sayfalar: “A”, “B”\n"_s);
+    }
+
+    void settledBarcodesAreTold() {
+        const QString path = write("barkod;urun;satis\n'5;ELMA;1 234,50\n");
+        const Outcome outcome = run({u"--ice"_s, u"urunler"_s, u"--dosya"_s, path});
+        QCOMPARE(outcome.status, ToolExit::done);
+        QVERIFY2(outcome.out.contains(
+                     u"Düzeltilen barkodlar:\n  2. satır  5  Barkod düzeltildi, dosyada yazan: '5\n"_s),
+                 qPrintable(outcome.out));
+        QCOMPARE(m_shop->rows(u"SELECT barkod, satis FROM urunler WHERE urun = 'ELMA'"_s),
+                 (QList<QVariantList>{{u"5"_s, 1234.5}}));
+    }
+
     void usage_data() {
         addRows<UsageRow>({
             {"a stray word alone", {{u"elma"_s}, ToolExit::wrongUsage, u"--disa ya da --ice"_s}},
@@ -215,6 +244,14 @@ private Q_SLOTS:
              {{u"--disa"_s, u"urunler"_s, u"--dosya"_s, u"a.csv"_s, u"--deneme"_s},
               ToolExit::wrongUsage,
               u"--deneme, --disa ile kullanılmaz"_s}},
+            {"a sheet of what goes out",
+             {{u"--disa"_s, u"urunler"_s, u"--dosya"_s, u"a.xlsx"_s, u"--sayfa"_s, u"A"_s},
+              ToolExit::wrongUsage,
+              u"--sayfa, --disa ile kullanılmaz"_s}},
+            {"a sheet of a text file",
+             {{u"--ice"_s, u"urunler"_s, u"--dosya"_s, u"@veri.csv"_s, u"--sayfa"_s, u"A"_s},
+              ToolExit::failed,
+              u"Bu dosyada sayfa yok"_s}},
             {"overwriting what comes in",
              {{u"--ice"_s, u"urunler"_s, u"--dosya"_s, u"a.csv"_s, u"--uzerine-yaz"_s},
               ToolExit::wrongUsage,

@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include "aktar/aktarwindow.h"
+#include "archives.h"
 #include "desktop/messagebox.h"
 #include "runtests.h"
 #include "shopfixture.h"
@@ -66,6 +67,16 @@ private Q_SLOTS:
         QCOMPARE(notes->rowCount(), 1);
         QCOMPARE(notes->index(0, 2).data().toString(), u"Satış fiyatı: sayı değil (x)"_s);
         QCOMPARE(products(), (QStringList{u"100 12.5 5"_s, u"200 2 7"_s}));
+        // The refused line holds the others back until somebody lets them go.
+        const QString question =
+            u"1 satır reddedildi ve yazılmayacak.\n\nÖbürleri (1 yeni, 1 değişen) yine de yazılsın mı?"_s;
+        for (const int no : {MessageBoxAnswer::no, BoxAnswers::escape}) {
+            m_shop->boxes.expect(u"Veri aktarma"_s, question, no);
+            press(u"aktar"_s);
+            QVERIFY(!m_window->isWorking());
+            QCOMPARE(products(), (QStringList{u"100 12.5 5"_s, u"200 2 7"_s}));
+        }
+        m_shop->boxes.expect(u"Veri aktarma"_s, question, MessageBoxAnswer::yes);
         press(u"aktar"_s);
         QTRY_COMPARE(label(u"ozet"_s), u"Aktarıldı."_s);
         QVERIFY(!button(u"aktar"_s).isVisible());
@@ -115,6 +126,80 @@ private Q_SLOTS:
         QCOMPARE(choice(1).currentText(), u"(alınmaz)"_s);
     }
 
+    void settledBarcodesAreTold() {
+        read("Barkod;Fiyat\n'100;13\n200,0;2\n");
+        press(u"denetle"_s);
+        QTRY_COMPARE(label(u"ozet"_s), u"Henüz hiçbir şey yazılmadı. 2 barkod düzeltildi."_s);
+        const auto* const notes = m_window->findChild<QTableView*>(u"reddedilenler"_s)->model();
+        QCOMPARE(notes->rowCount(), 2);
+        QCOMPARE(notes->index(1, 2).data().toString(), u"Barkod düzeltildi, dosyada yazan: 200,0"_s);
+    }
+
+    void anotherSheetCanBeChosen() {
+        QFile book(m_shop->file(u"kitap.xlsx"_s));
+        QVERIFY(book.open(QIODevice::WriteOnly));
+        book.write(archiveOf(workbookOf(rowOf({"Barkod", "Fiyat"}) + rowOf({"100", "1"}),
+                                        rowOf({"Müşteri adı", "Telefon"}) + rowOf({"Ali", "0500"}))));
+        book.close();
+        press(u"iceaktar"_s);
+        m_window->readFile(book.fileName());
+        QTRY_COMPARE(shownCell(1, 0), u"100"_s);
+        auto& sheets = *m_window->findChild<QComboBox*>(u"sayfa"_s);
+        QVERIFY(sheets.isVisible());
+        QCOMPARE(sheets.currentText(), u"A"_s);
+        QVERIFY(
+            label(u"dosyabilgisi"_s)
+                .endsWith(u"\n“A” sayfası okundu; okunmayan: “B”. Sağ üstten başka sayfa seçebilirsiniz."_s));
+        pick(sheets, u"B"_s);
+        QVERIFY(m_window->isWorking());
+        pick(sheets, u"A"_s);  // too early
+        QTRY_COMPARE(shownCell(1, 0), u"Ali"_s);
+        QVERIFY(!m_window->isWorking());
+        QCOMPARE(sheets.currentText(), u"B"_s);
+        QVERIFY(button(u"neice1"_s).isChecked());
+        // A file that has gone meanwhile leaves the rows that were read, and says so.
+        QVERIFY(book.remove());
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);
+        pick(sheets, u"A"_s);
+        QTRY_COMPARE(m_shop->boxes.answered(), 1);
+        QCOMPARE(sheets.currentText(), u"B"_s);
+        QCOMPARE(shownCell(1, 0), u"Ali"_s);
+        // A text file has none.
+        m_window->readFile(write("Barkod;Fiyat\n200;9\n"));
+        QTRY_COMPARE(shownCell(1, 0), u"200"_s);
+        QVERIFY(!sheets.isVisible());
+    }
+
+    /// Enter on the button that leaves would end the program.
+    void theKeyboardLiesWhereItDoesNoHarm() {
+        QVERIFY(QTest::qWaitForWindowActive(&*m_window));
+        QCOMPARE(focused(), u"disaaktar"_s);
+        press(u"disaaktar"_s);
+        QCOMPARE(focused(), u"dosyasec"_s);
+        m_window->exportTo(m_shop->file(u"u.csv"_s), false);
+        QTRY_COMPARE(label(u"sonuc"_s), u"2 satır yazıldı"_s);
+        QCOMPARE(focused(), u"dosyasec"_s);
+        press(u"geri"_s);
+        QCOMPARE(focused(), u"disaaktar"_s);
+        press(u"iceaktar"_s);
+        QCOMPARE(focused(), u"dosyasec"_s);
+        m_shop->boxes.expectAny(MessageBoxAnswer::ok);
+        m_window->readFile(write("%PDF-1.7"));
+        QTRY_COMPARE(m_shop->boxes.answered(), 1);
+        QTRY_COMPARE(focused(), u"dosyasec"_s);
+        press(u"geri"_s);
+        read("Barkod;Fiyat\n100;9\n");
+        QCOMPARE(focused(), u"onizleme"_s);
+        button(u"denetle"_s).setFocus();
+        QTest::keyClick(&button(u"denetle"_s), Qt::Key_Space);
+        QTRY_VERIFY(button(u"aktar"_s).isVisible());
+        QCOMPARE(focused(), u"geri"_s);
+        button(u"aktar"_s).setFocus();
+        QTest::keyClick(&button(u"aktar"_s), Qt::Key_Space);
+        QTRY_COMPARE(label(u"ozet"_s), u"Aktarıldı."_s);
+        QCOMPARE(focused(), u"geri"_s);
+    }
+
     void aBadFileIsABox() {
         press(u"iceaktar"_s);
         const QString path = write("%PDF-1.7");
@@ -148,11 +233,19 @@ private:
         auto* const choices = m_window->findChild<QTableWidget*>(u"secimler"_s);
         return *qobject_cast<QComboBox*>(choices->cellWidget(0, column));
     }
-    /// As a user's choice: the signal comes with it.
-    void choose(int column, const QString& field) const {
-        QComboBox& box = choice(column);
-        box.setCurrentText(field);
+    void choose(int column, const QString& field) const { pick(choice(column), field); }
+    /// As a user's choice: the signals come with it.
+    static void pick(QComboBox& box, const QString& text) {
+        box.setCurrentText(text);
         Q_EMIT box.activated(box.currentIndex());
+        Q_EMIT box.textActivated(box.currentText());
+    }
+    QString shownCell(int row, int column) const {
+        const auto* const item = m_window->findChild<QTableWidget*>(u"onizleme"_s)->item(row, column);
+        return item ? item->text() : QString();
+    }
+    QString focused() const {
+        return m_window->focusWidget() ? m_window->focusWidget()->objectName() : QString();
     }
     QStringList products() const {
         QStringList lines;
