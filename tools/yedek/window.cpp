@@ -279,11 +279,13 @@ void Window::chooseFolder() {
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& chosen) {
-        if (const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); }))
-            messageBox(failure->description(), MessageBoxStyle::critical, title);
-        else
-            m_folder.clear();
+        // A shop that can only be read takes no choice, and needs its copy all the more.
+        const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); });
+        m_folder = failure ? chosen : QString();
         refresh();
+        if (failure)
+            messageBox(u"Seçtiğiniz klasör yalnız bu kez kullanılacak. "_s + failure->description(),
+                       MessageBoxStyle::warning, title);
     });
     dialog->open();
 }
