@@ -398,6 +398,7 @@ private Q_SLOTS:
         Connection connection;
         QVERIFY_THROWS_EXCEPTION(Cancelled, connection.openToRead(connectionString(closed.path, {}), cancel));
         QVERIFY(!connection.isOpen());
+        QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
         QCOMPARE(temporaryFiles(), QStringList());
     }
 
