@@ -29,9 +29,9 @@ struct FailedOpen {
     DatabaseError error;
 };
 
-/// The opens that have failed of late, by data source and password.
+/// The opens of the calling thread that have failed of late, by data source and password.
 QHash<QString, FailedOpen>& failedOpens() {
-    static QHash<QString, FailedOpen> failed;
+    thread_local QHash<QString, FailedOpen> failed;
     return failed;
 }
 
