@@ -194,7 +194,9 @@ void AktarWindow::exportTo(const QString& path, bool overwrite) {
     work(
         [order, rows](const WorkProgress& progress) {
             Connection connection;
-            connection.open(baglantimetnial());
+            connection.openToRead(baglantimetnial(), [&](qint64 done, qint64 total) {
+                progress.tell(u"Dükkân okunuyor"_s, done, total);
+            });
             *rows = exportRows(connection, order, [&](qint64 done) {
                 progress.tell(u"%1 satır yazıldı"_s.arg(format(static_cast<double>(done), u"#,##0")), 0, 0);
             });

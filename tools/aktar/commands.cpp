@@ -22,12 +22,6 @@ int wrong(const QString& words) {
     return ToolExit::wrongUsage;
 }
 
-/// A day as a shopkeeper or a script writes it; an invalid one for what is none.
-QDate day(const QString& text) {
-    const QDate date = QDate::fromString(text, u"dd.MM.yyyy"_s);
-    return date.isValid() ? date : QDate::fromString(text, Qt::ISODate);
-}
-
 void tellNotes(const QString& heading, const std::vector<LineNote>& notes) {
     if (notes.empty())
         return;
@@ -45,10 +39,6 @@ void tellPlan(const ImportPlan& plan) {
     tellNotes(u"Reddedilen satırlar:"_s, plan.refused);
     tellNotes(u"Düzeltilen barkodlar:"_s, plan.settled);
     tellNotes(u"Kısaltılan yazılar:"_s, plan.cut);
-}
-
-void open(Connection& connection) {
-    connection.open(baglantimetnial());
 }
 
 }  // namespace
@@ -109,8 +99,9 @@ int Commands::send() const {
     const std::optional<Kind> kind = kindNamed(value(m_out));
     if (!kind)
         return wrong(u"--disa: urunler, musteriler ya da satislar olmalı"_s);
-    ExportOrder order{*kind,         value(m_file), day(value(m_from)), day(value(m_to)), isSet(m_overwrite),
-                      isSet(m_plain)};
+    ExportOrder order{
+        *kind,         value(m_file), writtenDay(value(m_from)), writtenDay(value(m_to)), isSet(m_overwrite),
+        isSet(m_plain)};
     if ((isSet(m_from) && !order.from.isValid()) || (isSet(m_to) && !order.to.isValid()))
         return wrong(u"Gün GG.AA.YYYY biçiminde olmalı"_s);
     if (const QString fault = faultOf(order); !fault.isEmpty())
@@ -120,7 +111,8 @@ int Commands::send() const {
         return ToolExit::failed;
     }
     Connection connection;
-    open(connection);
+    connection.openToRead(baglantimetnial(),
+                          [](qint64 done, qint64 total) { tellWork(u"Dükkân okunuyor"_s, done, total); });
     const qint64 rows =
         exportRows(connection, order, [](qint64 done) { tellWork(u"%1 satır yazıldı"_s.arg(done), 0, 0); });
     tellLine(u"%1 satır yazıldı: %2"_s.arg(rows).arg(order.path));
@@ -160,7 +152,7 @@ int Commands::take() const {
         return ToolExit::refused;
     }
     Connection connection;
-    open(connection);
+    connection.open(baglantimetnial());
     const ImportPlan plan = planImport(connection, file.table, *kind, mapping, tellWork);
     tellPlan(plan);
     const bool spotless = plan.refused.empty();

@@ -22,11 +22,6 @@ std::optional<Division> divisionOf(const QString& word) {
     return word == u"urun" ? std::optional(Division::product) : std::nullopt;
 }
 
-/// A day as 2026-11-30; an invalid one for anything else.
-QDate dayOf(const QString& text) {
-    return QDate::fromString(text, u"yyyy-MM-dd"_s);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -35,9 +30,9 @@ int main(int argc, char** argv) {
     const QCommandLineOption png(u"png"_s, u"Grafiği resim olarak DOSYA’ya yazar."_s, u"DOSYA"_s);
     const QCommandLineOption csv(u"csv"_s, u"Rakamları standart çıktıya yazar."_s);
     const QCommandLineOption kind(u"tur"_s, u"gun (varsayılan), saat ya da urun."_s, u"TUR"_s, u"gun"_s);
-    const QCommandLineOption first(u"ilk"_s, u"İlk gün (YYYY-AA-GG); verilmezse son günden 30 gün öncesi."_s,
+    const QCommandLineOption first(u"ilk"_s, u"İlk gün (GG.AA.YYYY); verilmezse son günden 30 gün öncesi."_s,
                                    u"GUN"_s);
-    const QCommandLineOption last(u"son"_s, u"Son gün (YYYY-AA-GG); verilmezse bugün."_s, u"GUN"_s);
+    const QCommandLineOption last(u"son"_s, u"Son gün (GG.AA.YYYY); verilmezse bugün."_s, u"GUN"_s);
     commandLine.addOptions({png, csv, kind, first, last});
 
     const auto draws = [&] { return commandLine.isSet(png); };
@@ -55,14 +50,22 @@ int main(int argc, char** argv) {
             return ToolExit::wrongUsage;
         }
         DayRange range;
-        range.last = commandLine.isSet(last) ? dayOf(commandLine.value(last)) : Clock::now().date();
-        range.first = commandLine.isSet(first) ? dayOf(commandLine.value(first))
+        range.last = commandLine.isSet(last) ? writtenDay(commandLine.value(last)) : Clock::now().date();
+        range.first = commandLine.isSet(first) ? writtenDay(commandLine.value(first))
                                                : presetRange(Preset::thirtyOneDays, range.last).first;
         if (range.isEmpty()) {
-            tellError(u"--ilk ve --son 2026-11-30 gibi yazılan günlerdir; son gün ilk günden önce olamaz."_s);
+            tellError(
+                u"--ilk ve --son 30.11.2026 ya da 2026-11-30 gibi yazılan günlerdir; son gün ilk günden önce olamaz."_s);
             return ToolExit::wrongUsage;
         }
-        const SalesPicture picture = readShop(range, WorkProgress());
+        heedRequestsToEnd();
+        SalesPicture picture;
+        try {
+            picture = readShop(range, WorkProgress([](const QString&, qint64, qint64) { endIfAsked(); }));
+        } catch (const WorkProgress::Cancelled&) {
+            tellError(u"Vazgeçildi"_s);
+            return ToolExit::cancelled;
+        }
         if (commandLine.isSet(png))
             writeImage(picture, *division, commandLine.value(png));
         if (commandLine.isSet(csv)) {

@@ -182,7 +182,9 @@ SalesPicture readShop(const DayRange& range, const WorkProgress& progress) {
     if (const QString file = veritabaniyolu(); !QFileInfo(file).isFile())
         throw DatabaseError(DatabaseError::Kind::missing, u"Dükkân bulunamadı: "_s + file);
     Connection connection;
-    connection.open(baglantimetnial());
+    connection.openToRead(baglantimetnial(), [&progress](qint64 done, qint64 total) {
+        progress.tell(reading.toString(), done, total);
+    });
     return readSales(connection, range == anyDay() ? soldDays(connection) : range, progress);
 }
 

@@ -92,6 +92,11 @@ int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::func
     return QCoreApplication::exec();
 }
 
+QDate writtenDay(const QString& text) {
+    const QDate date = QDate::fromString(text, u"dd.MM.yyyy"_s);
+    return date.isValid() ? date : QDate::fromString(text, u"yyyy-MM-dd"_s);
+}
+
 void tellLine(const QString& text) {
     QTextStream(stdout) << text << '\n';
 }
@@ -118,9 +123,13 @@ void heedRequestsToEnd() {
     }
 }
 
-void tellWork(const QString& what, qint64 done, qint64 total) {
+void endIfAsked() {
     if (endWanted != 0)
         throw WorkProgress::Cancelled();
+}
+
+void tellWork(const QString& what, qint64 done, qint64 total) {
+    endIfAsked();
     tellProgress(what, done, total);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDate>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -55,6 +56,10 @@ int runTool(int argc, char** argv, ToolCommandLine& commandLine, const std::func
             const std::function<std::unique_ptr<QWidget>()>& window, const std::function<int()>& run,
             const std::function<bool()>& draws = {});
 
+/// A day as a shopkeeper or a script writes it on the command line, 30.11.2026 or 2026-11-30; an invalid one
+/// for anything else.
+QDate writtenDay(const QString& text);
+
 /// A line on standard output or error, in UTF-8.
 void tellLine(const QString& text);
 void tellError(const QString& text);
@@ -66,6 +71,9 @@ void tellProgress(const QString& what, qint64 done, qint64 total);
 /// Has a request from outside to end (SIGINT, SIGTERM, SIGHUP) be heeded by tellWork instead of ending the
 /// process where it stands. A signal that whoever started the program has it ignore stays ignored.
 void heedRequestsToEnd();
+
+/// @throws WorkProgress::Cancelled once the program has been asked to end
+void endIfAsked();
 
 /// As tellProgress. @throws WorkProgress::Cancelled once the program has been asked to end, so that the work
 /// takes back what it began

@@ -6,10 +6,8 @@
 #include <array>
 
 #include "desktop/folders.h"
-#include "runtime/attempt.h"
 #include "yedek/backup.h"
 #include "yedek/failure.h"
-#include "yedek/gzip.h"
 #include "yedek/places.h"
 #include "yedek/restore.h"
 #include "yedek/schedule.h"
@@ -119,6 +117,7 @@ int CommandLine::runRestore() const {
 }
 
 int CommandLine::runList() const {
+    const Shop shop = Shop::current();
     QStringList folders{chosenFolder()};
     for (const Stick& stick : sticks()) {
         if (stick.isMarked)
@@ -128,14 +127,10 @@ int CommandLine::runList() const {
         const QList<Copy> copies = copiesIn(each);
         tellLine(u"%1: %2 yedek"_s.arg(each).arg(copies.size()));
         for (const Copy& copy : copies) {
-            const auto harm = attempt([&] {
-                checkPackedSum(copy.path, [](qint64 done, qint64 total) {
-                    tellWork(u"Yedekler okunuyor"_s, done, total);
-                });
-            });
+            const bool isForeign = copy.manifest.shop != shop.id;
             tellLine(u"  %1  %2  %3%4"_s.arg(copy.manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s),
                                              sizeWords(copy.bytes), QFileInfo(copy.path).fileName(),
-                                             harm ? u"  BOZUK: "_s + harm->description() : QString()));
+                                             isForeign ? u"  (başka bir dükkânın)"_s : QString()));
         }
     }
     return ToolExit::done;

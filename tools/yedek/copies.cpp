@@ -1,6 +1,7 @@
 #include "yedek/copies.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <algorithm>
 #include <functional>
 
@@ -13,16 +14,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString nameFormat = u"'kovanix-'yyyy-MM-dd-HHmmss'.yedek'"_s;
+const QString momentFormat = u"yyyy-MM-dd-HHmmss"_s;
+const QRegularExpression form(u"\\Akovanix-(\\d{4}-\\d{2}-\\d{2}-\\d{6})(?:-([0-9a-f]+))?\\.yedek\\z"_s);
 
 }  // namespace
 
-QString copyName(const QDateTime& moment) {
-    return moment.toString(nameFormat);
+CopyName CopyName::of(const QString& name) {
+    const QRegularExpressionMatch match = form.match(name);
+    return {QDateTime::fromString(match.captured(1), momentFormat), match.captured(2)};
 }
 
-QDateTime momentOfName(const QString& name) {
-    return QDateTime::fromString(name, nameFormat);
+QString CopyName::text() const {
+    return u"kovanix-"_s + moment.toString(momentFormat) + (shop.isEmpty() ? QString() : u'-' + shop) +
+           u".yedek";
+}
+
+bool CopyName::fits(const Manifest& manifest) const {
+    return moment.isValid() && text() == CopyName{manifest.moment, shop}.text() &&
+           (shop.isEmpty() || shop == manifest.shop);
 }
 
 QList<Copy> copiesIn(const QString& folder) {
@@ -30,11 +39,12 @@ QList<Copy> copiesIn(const QString& folder) {
     const QFileInfoList files =
         QDir(folder).entryInfoList({u"kovanix-*.yedek"_s}, QDir::Files | QDir::NoSymLinks);
     for (const QFileInfo& file : files) {
-        if (!momentOfName(file.fileName()).isValid())
+        const CopyName name = CopyName::of(file.fileName());
+        if (!name.moment.isValid())
             continue;
         attempt([&] {
             Copy copy{file.absoluteFilePath(), file.size(), readManifest(file.absoluteFilePath())};
-            if (copyName(copy.manifest.moment) == file.fileName())
+            if (name.fits(copy.manifest))
                 copies.append(std::move(copy));
         });
     }

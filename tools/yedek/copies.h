@@ -15,13 +15,21 @@ struct Copy {
     Manifest manifest;
 };
 
-/// The name of a packed copy: "kovanix-2026-11-22-130500.yedek".
-QString copyName(const QDateTime& moment);
-/// The moment that such a name tells; invalid where it is another name.
-QDateTime momentOfName(const QString& name);
+/// What the name of a packed copy tells: "kovanix-2026-11-22-130500-0a1b2c3d4e5f.yedek".
+struct CopyName {
+    QDateTime moment;  ///< invalid where it is another name
+    QString shop;      ///< empty in the older form, "kovanix-2026-11-22-130500.yedek"
+
+    static CopyName of(const QString& name);
+    static CopyName of(const Manifest& manifest) { return {manifest.moment, manifest.shop}; }
+    QString text() const;
+    /// Whether a copy of that manifest may bear it, in the form of today or in the older one.
+    bool fits(const Manifest& manifest) const;
+};
 
 /// The copies of a folder, newest first: files that are named like one and whose manifest is of the same
-/// moment, in whatever time zone this machine stood then. Everything else is left out.
+/// moment, in whatever time zone this machine stood then, and of the same shop. Everything else is left out.
+/// Several shops may have their copies in one folder.
 QList<Copy> copiesIn(const QString& folder);
 
 }  // namespace kovanix::yedek

@@ -15,6 +15,7 @@
 #include "yedek/storage.h"
 #include "yedek/tablesums.h"
 #include "yedek/tar.h"
+#include "yedek/words.h"
 
 namespace kovanix::yedek {
 
@@ -108,7 +109,7 @@ void checkData(const Manifest& manifest, const QString& folder, const WorkProgre
         FileReader data(QDir(folder).filePath(dataName), password);
         progress.tell(u"Yedek denetleniyor"_s, 0, 0);
         if (const QStringList faults = data.faults(); !faults.isEmpty())
-            throw Refusal(u"Yedeğin veritabanı bozuk: "_s + faults.first());
+            throw Refusal(u"Yedeğin veritabanı bozuk."_s + detailWords(faults));
         qint64 total = 0;
         for (const TableSum& table : manifest.tables)
             total += table.rows;

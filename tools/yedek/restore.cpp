@@ -30,10 +30,10 @@ QString folderOf(const QString& path) {
 }
 
 void checkName(const QString& packed, const Manifest& manifest) {
-    const QString name = QFileInfo(packed).fileName();
-    if (momentOfName(name).isValid() && name != copyName(manifest.moment))
-        throw Refusal(u"Dosyanın adı ile içindeki yedeğin tarihi tutmuyor (içindeki: %1)"_s.arg(
-            manifest.moment.toString(u"dd.MM.yyyy HH:mm:ss"_s)));
+    const CopyName name = CopyName::of(QFileInfo(packed).fileName());
+    if (name.moment.isValid() && !name.fits(manifest))
+        throw Refusal(u"Dosyanın adı ile içindeki yedeğin tarihi ya da dükkânı tutmuyor (içindeki: %1)"_s.arg(
+            CopyName::of(manifest).text()));
 }
 
 /// Nobody may have the file open, and nothing of the shop may lie in a log when it is put aside. A file that

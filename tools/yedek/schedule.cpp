@@ -10,6 +10,7 @@
 
 #include "runtime/attempt.h"
 #include "yedek/failure.h"
+#include "yedek/words.h"
 
 namespace kovanix::yedek {
 
@@ -37,11 +38,8 @@ Answer systemctl(const QStringList& arguments) {
 void require(const Answer& answer) {
     if (answer.status == 0)
         return;
-    throw Failure(
-        u"Bu bilgisayarda kendiliğinden yedek kurulamadı: kullanıcının systemd zamanlayıcısı yok ya da "
-        u"çalışmıyor. "
-        "Yedeği elle alın ya da kovanix-yedek --al komutunu her gün çalıştıracak başka bir zamanlayıcı kurun."_s +
-        (answer.words.isEmpty() ? QString() : u" ("_s + answer.words + u')'));
+    throw Failure(u"Zamanlayıcı (systemd) yok ya da çalışmıyor: yedeği elle alın."_s +
+                  detailWords({answer.words}));
 }
 
 /// Tells the service which shop it is for.

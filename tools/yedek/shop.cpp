@@ -40,7 +40,7 @@ void copyShopData(const Shop& shop, const QString& target,
     if (shop.isOnServer())
         copyServerShop(shop.data, target, shop.password, progress);
     else
-        FileReader(shop.data, shop.password).copyTo(target, progress);
+        FileReader(shop.data, shop.password, progress).copyTo(target, progress);
 }
 
 }  // namespace kovanix::yedek

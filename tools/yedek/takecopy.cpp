@@ -20,6 +20,7 @@
 #include "yedek/packedcopy.h"
 #include "yedek/retention.h"
 #include "yedek/tablesums.h"
+#include "yedek/words.h"
 #include "yedek/workfolder.h"
 
 namespace kovanix::yedek {
@@ -28,21 +29,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The moment of the next copy. A name tells seconds: of several copies of one second each is told as a
+/// The moment of a shop's next copy. A name tells seconds: of several copies of one second each is told as a
 /// second behind the one before, and never as one ahead of it that has become free since. The newest data
 /// would count as the older ones then, and a copy from ahead of now stay beside them. Only one that is
 /// further ahead than that comes of a wrong clock.
-QDateTime freeMoment(const QString& folder) {
+QDateTime freeMoment(const QString& folder, const QString& shop) {
     constexpr int furthest = 60;  // seconds
     const QDateTime now = Clock::now();
     QDateTime moment = now.addMSecs(-now.time().msec());
     const QStringList names = QDir(folder).entryList({u"kovanix-*.yedek"_s}, QDir::Files | QDir::Hidden);
     for (const QString& name : names) {
-        const QDateTime taken = momentOfName(name);
-        if (taken.isValid() && taken >= moment && taken <= now.addSecs(furthest))
+        const auto [taken, owner] = CopyName::of(name);
+        const bool mayBeOwn = owner.isEmpty() || owner == shop;
+        if (mayBeOwn && taken.isValid() && taken >= moment && taken <= now.addSecs(furthest))
             moment = taken.addSecs(1);
     }
-    while (QFileInfo::exists(QDir(folder).filePath(copyName(moment))))
+    while (QFileInfo::exists(QDir(folder).filePath(CopyName{moment, shop}.text())))
         moment = moment.addSecs(1);
     return moment;
 }
@@ -70,7 +72,8 @@ Manifest collect(const Shop& shop, const QString& folder, const QDateTime& momen
         FileReader copy(data, shop.password);
         progress.tell(u"Denetleniyor"_s, 0, 0);
         if (const QStringList faults = copy.faults(); !faults.isEmpty())
-            throw Failure(u"Dükkânın veritabanı bozuk, yedeği alınmadı: "_s + faults.first());
+            throw Failure(u"Dükkânın veritabanı bozuk, yedeği alınmadı. Önceki yedekler duruyor."_s +
+                          detailWords(faults));
         manifest.tables =
             tableSums(copy, [&](qint64 rows) { progress.tell(u"Denetleniyor: %1 satır"_s.arg(rows), 0, 0); });
     }
@@ -150,7 +153,7 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
     const WorkFolder work(folder);
     // Behind one another: the copy, the packed one, the unpacked one. How large a server's is shows later.
     requireRoom(folder, 2 * sizeOf(shop.data));
-    const QDateTime moment = freeMoment(folder);
+    const QDateTime moment = freeMoment(folder, shop.id);
     const QString packed = work.file(u"kopya"_s);
     qint64 size = 0;
     {
@@ -165,7 +168,7 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
     storage.sync(packed);
     dropFromMemory(packed);
     const QString opened = work.makeFleetingFolder(u"denetim"_s, size);
-    const Copy copy{QDir(folder).absoluteFilePath(copyName(moment)), QFileInfo(packed).size(),
+    const Copy copy{QDir(folder).absoluteFilePath(CopyName{moment, shop.id}.text()), QFileInfo(packed).size(),
                     unpackAndCheck(packed, opened, progress)};
     storage.rename(packed, copy.path);
     storage.syncFolder(folder);
@@ -174,7 +177,7 @@ Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const W
 }
 
 void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const WorkProgress& progress) {
-    const WorkFolder work(folder);
+    const WorkFolder work(folder, [&progress] { progress.tell(u"USB bellek bekleniyor"_s, 0, 0); });
     requireRoom(folder, copy.bytes);
     const QString written = work.file(u"kopya"_s);
     QFile from(copy.path);
@@ -199,7 +202,7 @@ void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const
     const QString denetim = u"USB bellek denetleniyor"_s;
     if (sha256Of(written, progress, denetim) != sha256Of(copy.path, progress, denetim))
         throw Failure(u"USB bellekten geri okunan yedek bozuk: "_s + folder);
-    const QString final = QDir(folder).absoluteFilePath(copyName(copy.manifest.moment));
+    const QString final = QDir(folder).absoluteFilePath(CopyName::of(copy.manifest).text());
     storage.rename(written, final);
     storage.syncFolder(folder);
     removeSurplus(folder, copy.manifest, storage, progress);

@@ -18,7 +18,7 @@ namespace kovanix::yedek {
 Copy takeCopy(const Shop& shop, const QString& folder, Storage& storage, const WorkProgress& progress);
 
 /// Puts a proved copy into a further folder, reads it back from there, and has what is older than what is
-/// kept go. @throws as takeCopy
+/// kept of that shop go. Waits for another shop's run that is at work there. @throws as takeCopy
 void repeatCopy(const Copy& copy, const QString& folder, Storage& storage, const WorkProgress& progress);
 
 }  // namespace kovanix::yedek

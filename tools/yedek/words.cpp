@@ -26,6 +26,18 @@ CopyAge ageOf(const QDateTime& moment, const QDateTime& now) {
     return moment.secsTo(now) < -aMinute ? CopyAge::ahead : CopyAge::fresh;
 }
 
+QString detailWords(const QStringList& said) {
+    constexpr qsizetype longest = 120;
+    for (const QString& line : said.join(u'\n').split(u'\n')) {
+        // The engine heads its findings with the database's name.
+        const QString words = line.simplified();
+        if (words.isEmpty() || words.startsWith("***"_L1))
+            continue;
+        return u" ("_s + (words.size() > longest ? words.first(longest) + u'…' : words) + u')';
+    }
+    return {};
+}
+
 QString sizeWords(qint64 bytes) {
     constexpr double step = 1024;
     const QLocale turkish(QLocale::Turkish, QLocale::Turkey);

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 namespace kovanix::yedek {
 
@@ -17,6 +18,10 @@ enum class CopyAge {
 
 /// @param moment  of the copy, or an invalid one where there is none: that is overdue
 CopyAge ageOf(const QDateTime& moment, const QDateTime& now);
+
+/// What a program or an engine says of a failure, behind our own words: " (…)", in one line however much it
+/// is; empty where it says nothing.
+QString detailWords(const QStringList& said);
 
 /// "812 KB", "24,5 MB", "1,2 GB".
 QString sizeWords(qint64 bytes);

@@ -6,12 +6,15 @@
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QStorageInfo>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 #include "yedek/failure.h"
 #include "yedek/storage.h"
@@ -87,8 +90,21 @@ void makeOwnFolder(const QString& folder) {
         refuseFolder(folder, error);
 }
 
-FolderLock::FolderLock(const QString& place) {
+FolderLock::FolderLock(const QString& place, const std::function<void()>& waiting) {
+    using namespace std::chrono_literals;
+    constexpr std::chrono::milliseconds look = 200ms;
     makeOwnFolder(place);
+    const QDeadlineTimer patience(waiting ? std::chrono::milliseconds(10min) : 0ms);
+    while (!acquire(place)) {
+        if (patience.hasExpired())
+            throw Refusal(u"Bu klasörde şu anda başka bir yedekleme çalışıyor: "_s + place);
+        waiting();
+        std::this_thread::sleep_for(look);
+    }
+}
+
+/// @return false where another run has it
+bool FolderLock::acquire(const QString& place) {
     const QString path = QDir(place).filePath(u".kovanix-yedek.kilit"_s);
     m_path = QFile::encodeName(path);
     while (true) {
@@ -100,7 +116,7 @@ FolderLock::FolderLock(const QString& place) {
             const int error = errno;
             ::close(m_handle);
             if (error == EWOULDBLOCK)
-                throw Refusal(u"Bu klasörde şu anda başka bir yedekleme çalışıyor: "_s + place);
+                return false;
             throw Failure(systemWords(path, error));
         }
         // Whoever had it may have removed the file in between: another run could make it anew.
@@ -108,7 +124,7 @@ FolderLock::FolderLock(const QString& place) {
         struct stat named {};
         if (::fstat(m_handle, &held) == 0 && ::stat(m_path.constData(), &named) == 0 &&
             held.st_ino == named.st_ino && held.st_dev == named.st_dev)
-            return;
+            return true;
         ::close(m_handle);
     }
 }
@@ -118,10 +134,10 @@ FolderLock::~FolderLock() {
     ::close(m_handle);
 }
 
-WorkFolder::WorkFolder(const QString& place)
+WorkFolder::WorkFolder(const QString& place, const std::function<void()>& waiting)
     : m_folder(QDir(place).absoluteFilePath(u".kovanix-yedek-gecici"_s)),
       m_memory(memoryFolder(place)),
-      m_lock(place) {
+      m_lock(place, waiting) {
     clear();
     // Made anew each time: what somebody else has put there isn't worked in.
     if (makeDirectory(m_folder.path()) != 0)

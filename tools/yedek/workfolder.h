@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QString>
+#include <functional>
 
 namespace kovanix::yedek {
 
@@ -9,14 +10,18 @@ namespace kovanix::yedek {
 /// process ends in whatever way: nothing that a file says could keep later runs out.
 class FolderLock {
 public:
-    /// @param place  of the folder; made where it is missing. @throws Refusal where another run has it;
-    /// Failure
-    explicit FolderLock(const QString& place);
+    /// @param place  of the folder; made where it is missing
+    /// @param waiting  called again and again as long as another run has it, for some minutes at most; may
+    /// throw. Without one, that run is waited for no time
+    /// @throws Refusal where another run has it; Failure
+    explicit FolderLock(const QString& place, const std::function<void()>& waiting = {});
     ~FolderLock();
     FolderLock(const FolderLock&) = delete;
     FolderLock& operator=(const FolderLock&) = delete;
 
 private:
+    bool acquire(const QString& place);
+
     QByteArray m_path;
     int m_handle = -1;
 };
@@ -29,8 +34,9 @@ private:
 /// keeps a till's sales waiting meanwhile.
 class WorkFolder {
 public:
-    /// @param place  the outer folder; made where it is missing. @throws Failure
-    explicit WorkFolder(const QString& place);
+    /// @param place  the outer folder; made where it is missing
+    /// @param waiting  as of FolderLock. @throws as FolderLock
+    explicit WorkFolder(const QString& place, const std::function<void()>& waiting = {});
     ~WorkFolder();
     WorkFolder(const WorkFolder&) = delete;
     WorkFolder& operator=(const WorkFolder&) = delete;

@@ -34,7 +34,8 @@ void ConnectionCore::requireOpen() const {
     throw failure(Kind::closed, describeFailure(Kind::closed, words));
 }
 
-void ConnectionCore::open(const QString& text, Connection::Handle wanted) {
+void ConnectionCore::open(const QString& text, Connection::Handle wanted,
+                          const std::function<void(DatabaseEngine&)>& step) {
     close();  // what the engine has lost
     const auto shares = [&](const ConnectionCore* other) {
         return wanted == Connection::Handle::shared && other->handle == wanted &&
@@ -48,8 +49,8 @@ void ConnectionCore::open(const QString& text, Connection::Handle wanted) {
     engineName = opened->name();
     if (!opened->isOpen()) {
         try {
-            opened->open();
-        } catch (const RuntimeError&) {
+            step(*opened);
+        } catch (...) {  // what is told of the progress may end it, too
             opened->close();
             throw;
         }
@@ -150,6 +151,13 @@ void Connection::open(const QString& connectionString, Handle handle) {
     if (isOpen())
         throw d->failure(Kind::statement, u"Operation is not allowed when the object is open."_s);
     d->open(connectionString, handle);
+}
+
+void Connection::openToRead(const QString& connectionString, const CopyProgress& progress) {
+    if (isOpen())
+        throw d->failure(Kind::statement, u"Operation is not allowed when the object is open."_s);
+    d->open(connectionString, Handle::own,
+            [&progress](DatabaseEngine& engine) { engine.openToRead(progress); });
 }
 
 void Connection::close() {

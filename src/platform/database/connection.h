@@ -8,6 +8,7 @@
 
 #include "database/changemark.h"
 #include "database/databaseerror.h"
+#include "database/readprogress.h"
 #include "database/tableshape.h"
 
 namespace kovanix {
@@ -66,6 +67,11 @@ public:
     ///   handle in common, and what is kept prepared on it, so that neither drops its page cache over the
     ///   other's writes. Each is opened and closed by itself, with the recordsets and presses of its own.
     void open(const QString& connectionString, Handle handle = Handle::own);
+
+    /// Opens the database to read it only: a file that can be written as open does, one that can't be without
+    /// writing anything (see openToRead in readingway.h).
+    /// @param progress  told where a copy has to be made to read; may throw, which leaves this closed
+    void openToRead(const QString& connectionString, const CopyProgress& progress = {});
 
     /// Closes; recordsets that are open on it are closed with it. A closed connection stays closed.
     void close();

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QVariantList>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -35,7 +36,10 @@ struct ConnectionCore {
     /// The open ones of the calling thread, in the order in which they were opened.
     static std::vector<ConnectionCore*>& openOnes();
 
-    void open(const QString& text, Connection::Handle wanted);
+    /// @param step  opens the engine where it isn't open yet
+    void open(
+        const QString& text, Connection::Handle wanted,
+        const std::function<void(DatabaseEngine&)>& step = [](DatabaseEngine& engine) { engine.open(); });
     /// The same as the last time.
     void openAgain() { open(QString(connectionString), handle); }
     void close();

@@ -79,9 +79,13 @@ void DatabaseEngine::addToolkitConnection(const QString& driver) {
 }
 
 void DatabaseEngine::openHandle() {
-    static std::atomic<quint64> openings = 0;
     if (!m_database.open())
         throw failure(m_database.lastError());
+    handleOpened();
+}
+
+void DatabaseEngine::handleOpened() {
+    static std::atomic<quint64> openings = 0;
     closeAtProcessEnd(m_database.driverName());
     m_opening = ++openings;
 }

@@ -41,6 +41,8 @@ public:
     // --- the handle
     /// @throws DatabaseError; close() then clears up
     virtual void open() = 0;
+    /// Likewise, to read only: the database may be one that can't be written.
+    virtual void openToRead(const CopyProgress& /*progress*/) { open(); }
     void close();
     bool isOpen() const { return m_database.isOpen(); }
     const QSqlDatabase& database() const { return m_database; }
@@ -131,6 +133,8 @@ protected:
     void addToolkitConnection(const QString& driver);
     /// Opens the toolkit's connection, once more or for the first time.
     void openHandle();
+    /// It is open.
+    void handleOpened();
     /// While the toolkit's connection is still there.
     virtual void aboutToClose() {}
 

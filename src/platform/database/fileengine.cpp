@@ -4,12 +4,12 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QStorageInfo>
-#include <QUrl>
 #include <algorithm>
 #include <utility>
 
 #include "database/connectionprivate.h"
 #include "database/engineerror.h"
+#include "database/readingway.h"
 #include "runtime/attempt.h"
 
 namespace kovanix {
@@ -18,12 +18,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using Kind = DatabaseError::Kind;
-
-/// The file's URI, by which the engine opens it without ever making it.
-QString fileUri(const QFileInfo& file) {
-    const QByteArray path = QUrl::toPercentEncoding(file.absoluteFilePath(), "/");
-    return u"file://"_s + QString::fromLatin1(path) + u"?mode=rw"_s;
-}
 
 std::function<bool(const QString&)>& networkFileTest() {
     static std::function<bool(const QString&)> test;
@@ -66,7 +60,7 @@ DatabaseError FileEngine::describedFailure(Kind kind, const QString& words) cons
     return plainFailure(kind, describeFailure(kind, words));
 }
 
-void FileEngine::open() {
+void FileEngine::findFile() {
     const QString driver = m_password.isEmpty() ? u"KOVANIXSQLITE"_s : u"QSQLCIPHER"_s;
     requireDriver(driver);
     // An empty path would have the engine make a temporary database, and a folder or a missing file is
@@ -79,15 +73,37 @@ void FileEngine::open() {
     // Ahead of the open: a file that takes its place in between shows as another one.
     m_stamp = FileStamp::of(m_path).value_or(FileStamp());
     addToolkitConnection(driver);
-    m_database.setDatabaseName(fileUri(file));
+    m_database.setDatabaseName(fileUri(m_path, u"rw"_s));
     m_database.setPassword(m_password);
     m_target = file.canonicalFilePath();
     writes = writesTo(m_target);
     m_onNetwork = liesOnNetwork(m_target);
+}
+
+void FileEngine::open() {
+    findFile();
     if (m_onNetwork)
         leaveLogOverNetwork();
     openHandle(busyTimeout());
     chooseJournal();
+}
+
+void FileEngine::openToRead(const CopyProgress& progress) {
+    const QString target = QFileInfo(m_dataSource).canonicalFilePath();
+    if (liesOnNetwork(target) || isWritable(target)) {
+        try {
+            return open();
+        } catch (const DatabaseError& error) {
+            // A disk may refuse what its permissions allow.
+            const bool isUnwritable = error.kind() == Kind::readOnly || error.kind() == Kind::missing;
+            if (!isUnwritable || liesOnNetwork(target) || !QFileInfo(target).isReadable())
+                throw;
+            close();
+        }
+    }
+    findFile();
+    kovanix::openToRead(m_database, m_target, !m_password.isEmpty(), name(), busyTimeout(), progress);
+    handleOpened();
 }
 
 void FileEngine::openHandle(std::chrono::milliseconds timeout, Locking locking) {

@@ -16,6 +16,7 @@ public:
     FileEngine(const ConnectionString& parts, std::chrono::milliseconds busyTimeout);
 
     void open() override;
+    void openToRead(const CopyProgress& progress) override;
     bool isCurrent() const override { return isOpen() && !hasLeftPath(); }
 
     void prepareForPress(ConnectionCore& connection) override;
@@ -52,6 +53,8 @@ private:
     static std::vector<std::shared_ptr<FileEngine>> all();
 
     void aboutToClose() override;
+    /// Finds the file and adds the toolkit's connection to it, not yet open.
+    void findFile();
     /// Opens the handle once more, with another patience for what others hold.
     /// @param locking  exclusive from the first read on, which the open of a file with a password makes
     void openHandle(std::chrono::milliseconds timeout, Locking locking = Locking::shared);

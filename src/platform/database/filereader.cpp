@@ -9,7 +9,6 @@
 #include <QSqlError>
 #include <QSqlResult>
 #include <QThread>
-#include <QUrl>
 #include <algorithm>
 #include <atomic>
 #include <utility>
@@ -29,8 +28,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Kind = DatabaseError::Kind;
-
-const QString readOnly = u"QSQLITE_OPEN_READONLY"_s;
 
 constexpr std::chrono::milliseconds busyTimeout = 1s;
 // Some milliseconds' worth on any disk; between two of them the copy can be cancelled.
@@ -52,41 +49,35 @@ DatabaseError plainFailure(Kind kind, const QString& words, const QString& engin
 }
 
 /// Adds the toolkit's connection to a file, not yet open.
-QSqlDatabase addFile(const QString& name, const QString& path, const QString& password,
-                     const QString& options) {
+QSqlDatabase addFile(const QString& name, const QString& path, const QString& password) {
     const QString driver = password.isEmpty() ? u"KOVANIXSQLITE"_s : u"QSQLCIPHER"_s;
     if (!findDriver(driver))
         throw plainFailure(Kind::other, missingDriverText(driver), engineName(password));
     if (!QFileInfo(path).isFile())
         throw plainFailure(Kind::missing, u"unable to open database file"_s, engineName(password));
     QSqlDatabase database = QSqlDatabase::addDatabase(driver, name);
-    const QByteArray encoded = QUrl::toPercentEncoding(QFileInfo(path).absoluteFilePath(), "/");
-    // Never makes the file.
-    const QString mode = options.contains(readOnly) ? u"?mode=ro"_s : u"?mode=rw"_s;
-    database.setDatabaseName(u"file://"_s + QString::fromLatin1(encoded) + mode);
     database.setPassword(password);
-    database.setConnectOptions(
-        u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1%2"_s.arg(busyTimeout.count()).arg(options));
     return database;
+}
+
+/// Names the file that it is to open. @param options  beside the usual
+void setFile(QSqlDatabase& database, const QString& path, const QString& mode, const QString& options) {
+    database.setDatabaseName(fileUri(path, mode));
+    database.setConnectOptions(
+        u"QSQLITE_OPEN_URI;KOVANIX_EXCLUSIVE;QSQLITE_BUSY_TIMEOUT=%1%2"_s.arg(busyTimeout.count())
+            .arg(options));
 }
 
 }  // namespace
 
-FileReader::FileReader(const QString& path, const QString& password)
+FileReader::FileReader(const QString& path, const QString& password, const CopyProgress& progress)
     : m_path(QFileInfo(path).canonicalFilePath()), m_password(password) {
     if (m_path.isEmpty())
         m_path = path;
     auto closed = qScopeGuard([this] { close(); });
-    if (liesOnNetwork(m_path)) {
-        // Alone from the first read on, the engine does without the memory that users of a log share.
-        open(u";KOVANIX_EXCLUSIVE"_s);
-        run(u"SELECT count(*) FROM sqlite_master"_s);
-        close();
-    }
-    open({});
-    run(u"SELECT count(*) FROM sqlite_master"_s);
-    QSqlQuery journal = run(u"PRAGMA journal_mode"_s);
-    m_logsAhead = journal.next() && journal.value(0).toString() == u"wal"_s;
+    if (liesOnNetwork(m_path))
+        requireNoLog();
+    open(progress);
     closed.dismiss();
 }
 
@@ -94,11 +85,24 @@ FileReader::~FileReader() {
     close();
 }
 
-void FileReader::open(const QString& options) {
+void FileReader::open(const CopyProgress& progress) {
     m_name = nextName();
-    m_database = addFile(m_name, m_path, m_password, u';' + readOnly + options);
+    m_database = addFile(m_name, m_path, m_password);
+    m_way =
+        openToRead(m_database, m_path, !m_password.isEmpty(), engineName(m_password), busyTimeout, progress);
+    QSqlQuery journal = run(u"PRAGMA journal_mode"_s);
+    m_logsAhead = journal.next() && journal.value(0).toString() == u"wal"_s;
+}
+
+/// Alone from the first read on, the engine does without the memory that users of a log share.
+void FileReader::requireNoLog() {
+    m_name = nextName();
+    m_database = addFile(m_name, m_path, m_password);
+    setFile(m_database, m_path, u"ro"_s, u";QSQLITE_OPEN_READONLY"_s);
     if (!m_database.open())
         throw failure(m_database.lastError());
+    run(u"SELECT count(*) FROM sqlite_master"_s);
+    close();
 }
 
 void FileReader::close() {
@@ -121,23 +125,19 @@ QSqlQuery FileReader::run(const QString& sql) {
     return query;
 }
 
-void FileReader::copyTo(const QString& target, const std::function<void(qint64, qint64)>& progress,
-                        const CopyPace& pace) {
+void FileReader::copyTo(const QString& target, const CopyProgress& progress, const CopyPace& pace) {
     while (!copyOnce(target, progress, pace)) {
         // A till of another machine wants the log to be left; it asks anew as long as it waits.
         close();
         QFile::remove(target);
         while (LogRequest::isPending(m_path))
             QThread::sleep(1);
-        open({});
-        QSqlQuery journal = run(u"PRAGMA journal_mode"_s);
-        m_logsAhead = journal.next() && journal.value(0).toString() == u"wal"_s;
+        open();
     }
 }
 
 /// @return false where a till waits for the log to be left
-bool FileReader::copyOnce(const QString& target, const std::function<void(qint64, qint64)>& progress,
-                          const CopyPace& pace) {
+bool FileReader::copyOnce(const QString& target, const CopyProgress& progress, const CopyPace& pace) {
     struct LogAskedFor {};
     auto* const copier = m_database.driver()->handle().value<engine::FileCopier*>();
     if (!copier)
@@ -165,6 +165,8 @@ bool FileReader::copyOnce(const QString& target, const std::function<void(qint64
             pages = std::min(2 * pages, pagesAtOnce);
             return pages;
         }
+        if (m_way != ReadingWay::shared)  // nobody waits
+            return pagesAtOnce;
         if (deadline.hasExpired())
             throw plainFailure(Kind::busy, u"the file changes all the time"_s, engineName(m_password));
         if (sinceStep.isValid()) {
@@ -227,7 +229,8 @@ void FileReader::forEachRow(const QString& sql,
 void settleFile(const QString& path, const QString& password) {
     const QString name = nextName();
     const auto removed = qScopeGuard([&name] { QSqlDatabase::removeDatabase(name); });
-    QSqlDatabase database = addFile(name, path, password, u";KOVANIX_EXCLUSIVE"_s);
+    QSqlDatabase database = addFile(name, path, password);
+    setFile(database, path, u"rw"_s, {});
     const auto fail = [&password](const QSqlError& error) {
         throw engineError(error, engineName(password), !password.isEmpty());
     };

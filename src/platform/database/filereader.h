@@ -9,6 +9,7 @@
 
 #include "database/databaseerror.h"
 #include "database/driver/rowcursor.h"
+#include "database/readingway.h"
 
 namespace kovanix {
 
@@ -21,7 +22,8 @@ struct CopyPace {
 };
 
 /// A database file that is only read, whoever else has it open: nothing is written into it, neither its
-/// journal nor its marks change, and what its log holds stays there. A Connection sees to all of these.
+/// journal nor its marks change, and what its log holds stays there. A Connection sees to all of these. It
+/// may be a file that nobody can write (see openToRead).
 ///
 /// Every operation throws a DatabaseError when it fails.
 class FileReader {
@@ -29,7 +31,8 @@ public:
     /// Opens a file. One with a write-ahead log on another machine is refused as busy: its log can't be
     /// shared.
     /// @param password  empty for a plain file
-    FileReader(const QString& path, const QString& password);
+    /// @param progress  told where a copy has to be made to read; may throw
+    FileReader(const QString& path, const QString& password, const CopyProgress& progress = {});
     ~FileReader();
     FileReader(const FileReader&) = delete;
     FileReader& operator=(const FileReader&) = delete;
@@ -37,8 +40,7 @@ public:
     /// Copies the file as it stands at one moment, under the same password.
     /// @param target  path of a new file; it isn't synced
     /// @param progress  told the pages done and all of them; may throw, which ends the copy
-    void copyTo(const QString& target, const std::function<void(qint64 done, qint64 total)>& progress = {},
-                const CopyPace& pace = {});
+    void copyTo(const QString& target, const CopyProgress& progress = {}, const CopyPace& pace = {});
 
     /// What the engine finds wrong in the file, some lines of it at most; empty when it is sound.
     QStringList faults();
@@ -51,16 +53,17 @@ public:
     void forEachRow(const QString& sql, const std::function<void(const engine::RowCursor& row)>& each);
 
 private:
-    void open(const QString& options);
+    void open(const CopyProgress& progress = {});
+    void requireNoLog();
     void close();
-    bool copyOnce(const QString& target, const std::function<void(qint64, qint64)>& progress,
-                  const CopyPace& pace);
+    bool copyOnce(const QString& target, const CopyProgress& progress, const CopyPace& pace);
     QSqlQuery run(const QString& sql);
     DatabaseError failure(const QSqlError& error) const;
 
     QString m_path;
     QString m_password;
     bool m_logsAhead = false;
+    ReadingWay m_way = ReadingWay::shared;
     QString m_name;  ///< the toolkit's; empty while closed
     QSqlDatabase m_database;
 };

@@ -9,4 +9,7 @@ namespace kovanix {
 /// how many there will be (never less). A read that is done with its first chunk tells nothing.
 using ReadProgress = std::function<void(qsizetype rows, qsizetype total)>;
 
+/// Told how much of a copy is done of how much, in whatever it counts; may throw, which ends the copy.
+using CopyProgress = std::function<void(qint64 done, qint64 total)>;
+
 }  // namespace kovanix

@@ -4,6 +4,7 @@
 #include "archives.h"
 #include "data/baglanmamodulu.h"
 #include "kit/toolprogram.h"
+#include "readonlyshop.h"
 #include "rows.h"
 #include "runtests.h"
 #include "shopfixture.h"
@@ -54,6 +55,35 @@ private Q_SLOTS:
         openShop({});
     }
     void cleanup() { m_shop.reset(); }
+
+    void aShopThatCanOnlyBeRead_data() { addReadOnlyRows(u"gizli"_s); }
+    void aShopThatCanOnlyBeRead() {
+        if (ShopFixture::isOnServer())
+            QSKIP("a server's shop is no file");
+        QFETCH(const ReadOnlyRow, row);
+        m_shop.emplace();
+        openShop(row.password);
+        baglantikapat();
+        const ReadOnlyShop closed(*m_shop, row,
+                                  u"UPDATE urunler SET urun = 'SONUNCU' WHERE barkod = 'abc'"_s);
+        if (!closed.trouble().isEmpty())
+            QSKIP(qPrintable(closed.trouble()));
+        const QTemporaryDir target;
+        ::chmod(qPrintable(target.path()), 0777);
+        const QString path = target.filePath(u"urunler.csv"_s);
+        {
+            const auto user = closed.enter();
+            const Outcome outcome = start(builtProgram(), {u"--folder"_s, closed.folder(), u"--disa"_s,
+                                                           u"urunler"_s, u"--dosya"_s, path});
+            QCOMPARE(outcome.errors, QString());
+            QCOMPARE(outcome.status, ToolExit::done);
+        }
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        QVERIFY2(text.contains("SONUNCU"), text.constData());
+        QVERIFY(closed.leftNothing());
+    }
 
     void whatGoesOutComesInUnchanged_data() {
         QTest::addColumn<QString>("ending");

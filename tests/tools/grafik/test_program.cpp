@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include "data/baglanmamodulu.h"
+#include "readonlyshop.h"
 #include "rows.h"
 #include "runtests.h"
 #include "shopfixture.h"
@@ -35,13 +36,13 @@ class ProgramTest : public QObject {
         QByteArray output;
         QString errors;
     };
-    Run run(const QStringList& arguments) const {
+    Run run(const QStringList& arguments, const QString& where = {}) const {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const QString& display : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s})
             environment.remove(display);
         process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(m_shop->folder());
+        process.setWorkingDirectory(where.isEmpty() ? m_shop->folder() : where);
         process.start(qEnvironmentVariable("KOVANIX_BUILD_DIR") + u"/bin/kovanix-grafik", arguments);
         if (!process.waitForFinished())
             qFatal("kovanix-grafik doesn't end");
@@ -93,6 +94,33 @@ private Q_SLOTS:
         QCOMPARE(m_shop->config(), config);
     }
 
+    void aShopThatCanOnlyBeRead_data() { addReadOnlyRows(u"gizli"_s); }
+    void aShopThatCanOnlyBeRead() {
+        if (ShopFixture::isOnServer())
+            QSKIP("a server's shop is no file");
+        QFETCH(const ReadOnlyRow, row);
+        m_shop.reset();
+        m_shop.emplace();
+        m_shop->openShop(row.password);
+        sell();
+        baglantikapat();
+        const ReadOnlyShop closed(*m_shop, row, u"UPDATE satislar SET toplam = 47.11 WHERE adet = 2"_s);
+        if (!closed.trouble().isEmpty())
+            QSKIP(qPrintable(closed.trouble()));
+        const QTemporaryDir target;
+        ::chmod(qPrintable(target.path()), 0777);
+        const QString png = target.filePath(u"grafik.png"_s);
+        const auto user = closed.enter();
+        const Run made = run({u"--folder"_s, closed.folder(), u"--csv"_s, u"--png"_s, png, u"--ilk"_s,
+                              u"05.11.2026"_s, u"--son"_s, u"05.11.2026"_s},
+                             target.path());
+        QVERIFY2(!made.errors.contains(u"yazılam"_s), qPrintable(made.errors));
+        QCOMPARE(made.status, 0);
+        QVERIFY(made.output.contains(";47,11;"));
+        QCOMPARE(QImage(png).size(), QSize(1600, 1000));
+        QVERIFY(closed.leftNothing());
+    }
+
     void picture() {
         sell();
         const QString path = m_shop->file(u"grafik.png"_s);
@@ -116,7 +144,12 @@ private Q_SLOTS:
              {"unknown kind", {{u"--csv"_s, u"--tur"_s, u"ay"_s}, 2, u"--png DOSYA"_s}},
              {"nothing to make", {{u"--tur"_s, u"gun"_s}, 2, u"--png DOSYA"_s}},
              {"a stray word", {{u"--csv"_s, u"gun"_s}, 2, u"--png DOSYA"_s}},
-             {"no day", {{u"--csv"_s, u"--ilk"_s, u"05.11.2026"_s}, 2, u"--ilk ve --son"_s}},
+             {"a day with dots", {{u"--csv"_s, u"--son"_s, u"05.11.2026"_s}, 0, {}}},
+             {"a day with dashes", {{u"--csv"_s, u"--son"_s, u"2026-11-05"_s}, 0, {}}},
+             {"no day", {{u"--csv"_s, u"--ilk"_s, u"11/05/2026"_s}, 2, u"--ilk ve --son"_s}},
+             {"words behind a day", {{u"--csv"_s, u"--ilk"_s, u"2026-11-05x"_s}, 2, u"--ilk ve --son"_s}},
+             {"a day with dots there isn't",
+              {{u"--csv"_s, u"--son"_s, u"31.11.2026"_s}, 2, u"--ilk ve --son"_s}},
              {"a day there isn't", {{u"--csv"_s, u"--son"_s, u"2026-11-31"_s}, 2, u"--ilk ve --son"_s}},
              {"backwards",
               {{u"--csv"_s, u"--ilk"_s, u"2026-11-06"_s, u"--son"_s, u"2026-11-05"_s},

@@ -42,6 +42,17 @@ struct ManifestRow {
     QByteArray instead;
 };
 
+struct NameRow {
+    QString name;
+    bool tells;  ///< of a copy
+    bool fits;   ///< to the one that the test has
+};
+
+struct DetailRow {
+    QStringList said;
+    QString words;
+};
+
 struct SizeRow {
     qint64 bytes;
     QString words;
@@ -282,12 +293,47 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(Refusal, readTarHead(head));
     }
 
-    void namesTellMoments() {
-        const QDateTime moment = at(u"2026-11-22T13:05"_s);
-        QCOMPARE(copyName(moment), u"kovanix-2026-11-22-130500.yedek"_s);
-        QCOMPARE(momentOfName(copyName(moment)), moment);
-        QVERIFY(!momentOfName(u"kovanix-2026-13-22-130500.yedek"_s).isValid());
-        QVERIFY(!momentOfName(u"eski kovanix-2026-11-22-130500.yedek"_s).isValid());
+    void namesTellMomentAndShop_data() {
+        addRows<NameRow>({
+            {"today's", {u"kovanix-2026-11-22-130500-0a1b2c3d4e5f.yedek"_s, true, true}},
+            {"the older form", {u"kovanix-2026-11-22-130500.yedek"_s, true, true}},
+            {"another shop's", {u"kovanix-2026-11-22-130500-ffffffffffff.yedek"_s, true, false}},
+            {"another moment's", {u"kovanix-2026-11-22-130501-0a1b2c3d4e5f.yedek"_s, true, false}},
+            {"an older one's of another moment", {u"kovanix-2026-11-22-130501.yedek"_s, true, false}},
+            {"no month", {u"kovanix-2026-13-22-130500.yedek"_s, false, false}},
+            {"words ahead", {u"eski kovanix-2026-11-22-130500.yedek"_s, false, false}},
+            {"words behind", {u"kovanix-2026-11-22-130500.yedek.part"_s, false, false}},
+            {"no shop", {u"kovanix-2026-11-22-130500-.yedek"_s, false, false}},
+            {"a path for a shop", {u"kovanix-2026-11-22-130500-../a.yedek"_s, false, false}},
+        });
+    }
+    void namesTellMomentAndShop() {
+        QFETCH(const NameRow, row);
+        Manifest manifest;
+        manifest.moment = at(u"2026-11-22T13:05"_s);
+        manifest.shop = u"0a1b2c3d4e5f"_s;
+        const CopyName name = CopyName::of(row.name);
+        QCOMPARE(name.moment.isValid(), row.tells);
+        QCOMPARE(name.fits(manifest), row.fits);
+        if (row.tells)
+            QCOMPARE(name.text(), row.name);
+    }
+
+    void detailsAreOneLine_data() {
+        addRows<DetailRow>({
+            {"nothing", {{}, {}}},
+            {"blank", {{u" \n"_s}, {}}},
+            {"one line", {{u"Failed to connect to bus"_s}, u" (Failed to connect to bus)"_s}},
+            {"an engine's findings",
+             {{u"*** in database main ***\nPage 7: btreeInitPage() returns error code 11\nPage 8: x"_s,
+               u"y"_s},
+              u" (Page 7: btreeInitPage() returns error code 11)"_s}},
+            {"a long one", {{QString(200, u'x')}, u" ("_s + QString(120, u'x') + u"…)"}},
+        });
+    }
+    void detailsAreOneLine() {
+        QFETCH(const DetailRow, row);
+        QCOMPARE(detailWords(row.said), row.words);
     }
 
     void sticksAreMountsAndMarkedByTheirFolder() {
@@ -313,6 +359,8 @@ Q_DECLARE_METATYPE(kovanix::yedek::RetentionRow)
 Q_DECLARE_METATYPE(kovanix::yedek::SumRow)
 Q_DECLARE_METATYPE(kovanix::yedek::MomentRow)
 Q_DECLARE_METATYPE(kovanix::yedek::ManifestRow)
+Q_DECLARE_METATYPE(kovanix::yedek::NameRow)
+Q_DECLARE_METATYPE(kovanix::yedek::DetailRow)
 Q_DECLARE_METATYPE(kovanix::yedek::SizeRow)
 Q_DECLARE_METATYPE(kovanix::yedek::TarMember)
 

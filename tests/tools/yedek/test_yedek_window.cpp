@@ -1,3 +1,4 @@
+#include <QFileDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -83,6 +84,22 @@ private Q_SLOTS:
         m_window.reset();
         QVERIFY(allAnswered(m_shop->boxes));
         end();
+    }
+
+    /// As where nothing can be written beside the shop.
+    void aChoiceThatCantBeKeptCountsOnce() {
+        const QTemporaryDir other;
+        const QString chosen = other.filePath(u"日本"_s);
+        QVERIFY(QDir().mkdir(chosen));
+        openWindow();
+        press(u"klasorsec"_s);
+        m_shop->boxes.expect(
+            u"Yedek"_s,
+            u"Seçtiğiniz klasör yalnız bu kez kullanılacak. Seçilen klasör kaydedilemedi: "_s + chosen,
+            MessageBoxAnswer::ok);
+        Q_EMIT m_window->findChild<QFileDialog*>()->fileSelected(chosen);
+        takeOne();
+        QCOMPARE(copiesIn(chosen).size(), 1);
     }
 
     void noCopyIsRed() {
