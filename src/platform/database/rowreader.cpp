@@ -134,8 +134,7 @@ private:
     }
 
     void readAtOnce() {
-        QueryRows rows(
-            m_core.run(dialect::translate(m_sql, m_shape.identity, m_core.engine->dialectFor(m_shape))));
+        QueryRows rows(m_core.run(dialect::translate(m_sql, m_shape.identity, m_core.dialectFor(m_sql))));
         const QSqlRecord record = rows.record();
         takeColumns(record, record.count(), false);
         while (rows.next(m_core)) {
