@@ -1,3 +1,4 @@
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QScopeGuard>
@@ -7,6 +8,7 @@
 #include <thread>
 
 #include "countingproxy.h"
+#include "database/failedopens.h"
 #include "database/press.h"
 #include "database/recordset.h"
 #include "database/rowset.h"
@@ -127,7 +129,10 @@ private Q_SLOTS:
         if (const QString missing = ServerCluster::missing(); !missing.isEmpty())
             QSKIP(qPrintable(missing));
     }
-    void cleanup() { ServerEngine::restLength = 10s; }
+    void cleanup() {
+        ServerEngine::restLength = 10s;
+        FailedOpens::moment = 2s;
+    }
 
     void asksOncePerStep();
     void aSaleOfTwentyLines();
@@ -307,6 +312,17 @@ void TestServerEngine::aFailedOpenIsRemembered() {
     QCOMPARE(descriptionOf([&] { till.reading.open(till.file.connectionString()); }), first);
     QCOMPARE(till.proxy.connections(), connections);
     QVERIFY(!till.reading.isOpen());
+    // While somebody reads what a box says of it, it isn't forgotten.
+    FailedOpens::moment = 50ms;
+    {
+        const FailedOpens::Hold box;
+        { const FailedOpens::Hold another; }
+        QElapsedTimer reading;
+        reading.start();
+        QTRY_VERIFY(reading.elapsed() > 60);
+        QCOMPARE(descriptionOf([&] { till.reading.open(till.file.connectionString()); }), first);
+    }
+    QCOMPARE(descriptionOf([&] { till.reading.open(till.file.connectionString()); }), first);
     QTRY_VERIFY(till.reading.isOpen() || !errorOf([&] { till.reading.open(till.file.connectionString()); }));
 }
 
@@ -526,6 +542,15 @@ void TestServerEngine::givesTruthAsNumbers() {
     connection.execute(u"INSERT INTO t (a, dogru) VALUES ('u', 0)"_s);
     QCOMPARE(file.rows(u"SELECT a, dogru::int4 FROM t ORDER BY no"_s),
              (QStringList{u"x|1"_s, u"y|1"_s, u"z|NULL"_s, u"u|0"_s}));
+    // A file takes any number; here it says no more than yes or no.
+    for (const QVariant& value : {QVariant(5), QVariant(0.0), QVariant(u"2.5"_s), QVariant(u"0"_s)}) {
+        set.close();
+        set.open(all, connection);
+        set.setField(u"dogru"_s, value);
+        set.update();
+        QCOMPARE(file.rows(u"SELECT dogru::int4 FROM t ORDER BY no LIMIT 1"_s),
+                 QStringList{QString::number(int{value.toDouble() != 0})});
+    }
 }
 
 int main(int argc, char** argv) {
