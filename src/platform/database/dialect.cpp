@@ -466,7 +466,7 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     }
     translateTokens(tokens, engine);
     leaveOutHidden(tokens, *select, identity, engine);
-    if (!identity.isEmpty())
+    if (!identity.isEmpty() && range.withIdentity)
         tokens[select->from - 1].text += u", "_s + identity;
     if (range.byIdentity && engine.target == Target::file)
         tokens[select->source].text += u" NOT INDEXED"_s;

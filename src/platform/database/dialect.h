@@ -107,11 +107,15 @@ struct RowRange {
     /// Has the engine look for them by their identity, whatever index there is for a condition: one over many
     /// rows would be walked, and its rows be sorted, for each range anew.
     bool byIdentity = false;
+    /// Whether each row comes with its identity as an additional last column; one that stands among the
+    /// others needs none.
+    bool withIdentity = true;
 };
 
 /// The engine's SQL for a select from a single table, with the identity of each row as an additional last
-/// column where rows have one. Nothing where the range can't be put into the statement: for a limited select,
-/// for rows after another or no more than so many of an ordered one, and for any other statement.
+/// column where rows have one and the range asks for it. Nothing where the range can't be put into the
+/// statement: for a limited select, for rows after another or no more than so many of an ordered one, and for
+/// any other statement.
 std::optional<QString> translateAfterRow(const QString& sql, const QString& identity,
                                          const RowRange& range = {}, const Engine& engine = {});
 
