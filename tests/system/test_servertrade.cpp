@@ -97,7 +97,9 @@ private Q_SLOTS:
                                                               QByteArray::number(proxy.port()));
             QVERIFY(pointer.resize(0) && pointer.seek(0) && pointer.write(text) == text.size());
         }
-        SellingTills tills(shop, 2 * tillCount, wantedTimes("KOVANIX_TRADE", 25));
+        SellingTills tills(
+            shop, 2 * tillCount,
+            TradeLength::of(wantedTimes("KOVANIX_TRADE", 25), wantedTimes("KOVANIX_TRADE_SECONDS", 0)));
         QVERIFY(tills.waitFor([&] { return tills.told() >= 0 && tills.areDone(); }));
         for (int number = 0; number < tills.count(); ++number) {
             QCOMPARE(tills.at(number).strange().join(u'\n'), QString());
@@ -111,7 +113,7 @@ private Q_SLOTS:
     void tillsAreKilled() {
         const int kills = wantedTimes("KOVANIX_TILL_KILLS", 5);
         const ClosedShop shop;
-        SellingTills tills(shop, tillCount, 20 * (kills + 1));
+        SellingTills tills(shop, tillCount, {20 * (kills + 1)});
         for (int kill = 0; kill < kills; ++kill) {
             QVERIFY(waitForSales(tills, 20));
             tills.at(kill % tillCount).kill();
@@ -139,7 +141,7 @@ private Q_SLOTS:
             shop.run(
                 u"CREATE TRIGGER birak BEFORE UPDATE ON urunler FOR EACH ROW EXECUTE FUNCTION birak()"_s);
         }
-        SellingTills tills(shop, tillCount, 20 * (kills + 1));
+        SellingTills tills(shop, tillCount, {20 * (kills + 1)});
         for (int kill = 0; kill < kills; ++kill) {
             QVERIFY(waitForSales(tills, 30));
             testServer().kill();
