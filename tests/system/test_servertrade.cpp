@@ -5,6 +5,7 @@
 
 #include "countingproxy.h"
 #include "data/baglanmamodulu.h"
+#include "database/serversession.h"
 #include "runtests.h"
 #include "sellingtills.h"
 #include "servercluster.h"
@@ -64,10 +65,17 @@ private Q_SLOTS:
         for (int round = 0; round < 3; ++round) {
             ShopFixture shop;
             shop.makeDatabase();
+            // Both begin at once, behind a third one that is at it.
+            shop.run(u"BEGIN"_s);
+            shop.rows(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(serverTableLock));
             const QStringList command{replayProgram(), u"--sales"_s,  u"--boxes"_s,
                                       u"--folder"_s,   shop.folder(), QProcess::nullDevice()};
             Program one(command);
             Program other(command);
+            const QString waiting =
+                u"SELECT count(*) FROM pg_locks WHERE locktype = 'advisory' AND NOT granted"_s;
+            QTRY_COMPARE_WITH_TIMEOUT(shop.rows(waiting).value(0).value(0).toInt(), 2, 20000);
+            shop.run(u"COMMIT"_s);
             for (Program* const till : {&one, &other}) {
                 const Outcome outcome = till->finish();
                 QCOMPARE(outcome.output + outcome.errors, QString());
