@@ -50,7 +50,7 @@ void nameApplication() {
 }
 
 void installToolkitWords() {
-    auto* words = new QTranslator(qApp);
+    auto* words = new QTranslator(QCoreApplication::instance());
     if (words->load(u"qtbase_tr"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(words);
     else

@@ -11,8 +11,10 @@ namespace kovanix {
 
 using namespace Qt::StringLiterals;
 
-ChartView::ChartView(QWidget* parent) : QChartView(parent), m_chart(new FigureChart) {
-    setChart(m_chart);
+// The base takes the chart at once: a view that is made without one keeps a chart of its own, which
+// setChart() wouldn't free.
+ChartView::ChartView(QWidget* parent)
+    : QChartView(new FigureChart, parent), m_chart(static_cast<FigureChart*>(chart())) {
     setFrameShape(QFrame::NoFrame);
     setRenderHint(QPainter::Antialiasing);
     setFocusPolicy(Qt::StrongFocus);

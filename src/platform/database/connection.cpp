@@ -1,6 +1,9 @@
 #include "database/connection.h"
 
 #include <algorithm>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
 #include <utility>
 
 #include "database/connectionprivate.h"
@@ -14,8 +17,12 @@ using namespace Qt::StringLiterals;
 using Kind = DatabaseError::Kind;
 
 std::vector<ConnectionCore*>& ConnectionCore::openOnes() {
-    static std::vector<ConnectionCore*> connections;
-    return connections;
+    // Not by thread_local: connections that live until the process ends close behind the end of its thread's
+    // own.
+    static std::mutex mutex;
+    static std::unordered_map<std::thread::id, std::vector<ConnectionCore*>> connections;
+    const std::lock_guard lock(mutex);
+    return connections[std::this_thread::get_id()];
 }
 
 void ConnectionCore::requireOpen() const {

@@ -35,6 +35,9 @@ struct TableInfo {
 /// Every operation but close and isOpen throws a DatabaseError (databaseFailure, a description as of
 /// describeFailure, the engine's name as source) when it fails. Statements are in the modules' SQL (see
 /// dialect.h). No operation leaves a lock or a half-read statement behind.
+///
+/// A connection is opened, used and closed in one thread. Connections of two threads know of each other no
+/// more than those of two processes do.
 class Connection {
 public:
     /// How long a statement waits for a file that another connection has locked, before it fails.
@@ -59,7 +62,7 @@ public:
     /// (leaveLogIfAsked) and fails to open when nobody lets go of it within the busy time-out. A file that
     /// can only be read keeps the journal that it has.
     ///
-    /// @param handle  shared: connections of this process that were opened so with the same string have one
+    /// @param handle  shared: connections of one thread that were opened so with the same string have one
     ///   handle in common, and what is kept prepared on it, so that neither drops its page cache over the
     ///   other's writes. Each is opened and closed by itself, with the recordsets and presses of its own.
     void open(const QString& connectionString, Handle handle = Handle::own);
@@ -71,10 +74,10 @@ public:
     /// Whether what it was opened to has failed since: to go on, it has to be opened anew.
     bool isLost() const;
 
-    /// The connection of this process that was opened with that very string and is open still, the longest
-    /// open one where there are several: opening a file with a password takes long. Expired where there is
-    /// none, and from the moment on when it closes. Hold what lock() gives for the length of one operation
-    /// only.
+    /// The connection of the calling thread that was opened with that very string and is open still, the
+    /// longest open one where there are several: opening a file with a password takes long. Expired where
+    /// there is none, and from the moment on when it closes. Hold what lock() gives for the length of one
+    /// operation only.
     static std::weak_ptr<Connection> findOpen(const QString& connectionString);
 
     /// Executes one statement that gives no rows. Recordsets of this connection keep their place.

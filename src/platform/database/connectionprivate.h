@@ -32,7 +32,7 @@ struct ConnectionCore {
     ConnectionCore(Connection& connection, std::chrono::milliseconds timeout)
         : owner(connection), busyTimeout(timeout) {}
 
-    /// The open ones of this process, in the order in which they were opened.
+    /// The open ones of the calling thread, in the order in which they were opened.
     static std::vector<ConnectionCore*>& openOnes();
 
     void open(const QString& text, Connection::Handle wanted);

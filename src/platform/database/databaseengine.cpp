@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QSqlDriver>
 #include <atomic>
+#include <mutex>
 #include <utility>
 
 #include "database/connectionprivate.h"
@@ -36,7 +37,9 @@ void closeConnections() {
 /// ours: connections close ahead of them all. Asked for anew with each driver's first connection, for what is
 /// loaded last goes first.
 void closeAtProcessEnd(const QString& driver) {
+    static std::mutex mutex;
     static QStringList known;
+    const std::lock_guard lock(mutex);
     if (known.contains(driver))
         return;
     known.append(driver);
@@ -76,7 +79,7 @@ void DatabaseEngine::addToolkitConnection(const QString& driver) {
 }
 
 void DatabaseEngine::openHandle() {
-    static quint64 openings = 0;
+    static std::atomic<quint64> openings = 0;
     if (!m_database.open())
         throw failure(m_database.lastError());
     closeAtProcessEnd(m_database.driverName());

@@ -7,9 +7,10 @@ namespace kovanix {
 
 namespace {
 
-int holds = 0;  // boxes may stand one above the other
-QElapsedTimer heldSince;
-qint64 heldBefore = 0;  // milliseconds
+// Of the calling thread, as its connections are.
+thread_local int holds = 0;  // boxes may stand one above the other
+thread_local QElapsedTimer heldSince;
+thread_local qint64 heldBefore = 0;  // milliseconds
 
 /// For how long, in milliseconds, somebody has read boxes in all.
 qint64 held() {
@@ -26,7 +27,7 @@ struct FailedOpen {
 
 /// By key.
 QHash<QString, FailedOpen>& failedOpens() {
-    static QHash<QString, FailedOpen> failed;
+    thread_local QHash<QString, FailedOpen> failed;
     return failed;
 }
 

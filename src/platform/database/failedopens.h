@@ -8,8 +8,8 @@
 
 namespace kovanix {
 
-/// The opens of servers that have failed of late. Within a moment, another one fails with the same error, at
-/// once: a server that is away keeps nobody waiting twice for one thing that he did.
+/// The opens of servers by the calling thread that have failed of late. Within a moment, another one fails
+/// with the same error, at once: a server that is away keeps nobody waiting twice for one thing that he did.
 class FailedOpens {
 public:
     /// @param key  tells what was to be opened

@@ -30,10 +30,10 @@ std::function<bool(const QString&)>& networkFileTest() {
     return test;
 }
 
-/// The count of statements that may have written into a file, shared by all connections of this process to
-/// it.
+/// The count of statements that may have written into a file, shared by all connections of the calling thread
+/// to it.
 std::shared_ptr<quint64> writesTo(const QString& file) {
-    static QHash<QString, std::weak_ptr<quint64>> counts;
+    thread_local QHash<QString, std::weak_ptr<quint64>> counts;
     std::shared_ptr<quint64> count = counts.value(file).lock();
     if (!count) {
         count = std::make_shared<quint64>(0);

@@ -48,7 +48,7 @@ private:
     };
     enum class Locking { shared, exclusive };
 
-    /// The open ones of this process, each once.
+    /// The open ones of the calling thread, each once.
     static std::vector<std::shared_ptr<FileEngine>> all();
 
     void aboutToClose() override;

@@ -1,5 +1,7 @@
 #include "database/waiting.h"
 
+#include <QCoreApplication>
+#include <QThread>
 #include <utility>
 
 namespace kovanix {
@@ -18,7 +20,8 @@ void setWaitSign(std::function<void()> sign) {
 }
 
 void giveWaitSign() {
-    if (waitSign())
+    const QCoreApplication* const application = QCoreApplication::instance();
+    if (waitSign() && application && QThread::currentThread() == application->thread())
         waitSign()();
 }
 

@@ -1,8 +1,11 @@
 #include <QProcess>
+#include <QScopeGuard>
 #include <memory>
+#include <thread>
 
 #include "database/press.h"
 #include "database/recordset.h"
+#include "database/waiting.h"
 #include "databasefile.h"
 
 using namespace kovanix;
@@ -18,6 +21,9 @@ private Q_SLOTS:
     void aMarkProvesThatNothingChanged();
     void whatCantBeProvedIsUnequal_data() { DatabaseFile::allKinds(); }
     void whatCantBeProvedIsUnequal();
+    void threadsHaveNothingInCommon_data() { DatabaseFile::bothKinds(); }
+    void threadsHaveNothingInCommon();
+    void onlyTheApplicationsThreadGivesTheWaitSign();
     void findsAnOpenConnection_data() { DatabaseFile::allKinds(); }
     void findsAnOpenConnection();
     void keepsAnIndex_data() { DatabaseFile::bothKinds(); }
@@ -102,6 +108,35 @@ void TestSharing::whatCantBeProvedIsUnequal() {
     QVERIFY(!(closed == closed));
     connection.open(file.connectionString());
     QVERIFY(!(mark == connection.changeMark()));
+}
+
+void TestSharing::threadsHaveNothingInCommon() {
+    const DatabaseFile file;
+    const QString text = file.connectionString();
+    Connection here;
+    here.open(text, Connection::Handle::shared);
+    here.execute(u"CREATE TEMP TABLE gecici (no INT)"_s);
+    bool found = true;
+    QString seen;
+    std::thread beside([&] {
+        found = !Connection::findOpen(text).expired();
+        Connection there;
+        there.open(text, Connection::Handle::shared);
+        seen = wordsOf([&] { there.execute(u"INSERT INTO gecici VALUES (1)"_s); });
+    });
+    beside.join();
+    QVERIFY(!found);
+    QCOMPARE(seen, u"no such table: gecici"_s);
+}
+
+void TestSharing::onlyTheApplicationsThreadGivesTheWaitSign() {
+    int signs = 0;
+    setWaitSign([&] { ++signs; });
+    const auto silent = qScopeGuard([] { setWaitSign({}); });
+    std::thread(giveWaitSign).join();
+    QCOMPARE(signs, 0);
+    giveWaitSign();
+    QCOMPARE(signs, 1);
 }
 
 void TestSharing::findsAnOpenConnection() {
