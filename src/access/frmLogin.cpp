@@ -196,9 +196,21 @@ void frmLogin::paintEvent(QPaintEvent* event) {
 }
 
 void frmLogin::FrmloginBaglantiSonrasi() {
-    // A table that can't be read leaves the list empty; the login button tries again, and tells.
-    if (baglantihazir())
-        attempt([this] { kullanicilistele(); });
+    // A table that can't be read leaves the list empty; the login button tries again, and tells. A server
+    // that has fallen away since it was opened is told of as one that is away at the start.
+    const int ids = ui.kullaniciid->count();
+    const auto takeBack = [this, ids] {  // what a listing that broke off has left
+        for (QListWidget* list : {ui.kullanici, ui.sifreler, ui.acilisi})
+            list->clear();
+        while (ui.kullaniciid->count() > ids)
+            delete ui.kullaniciid->takeItem(ids);
+    };
+    const ReadEnd end = readReport([&] {
+        takeBack();
+        kullanicilistele();
+    });
+    if (end == ReadEnd::nothing)
+        takeBack();
 }
 
 void frmLogin::kullanicilistele() {

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/textcatalogue.h"
+#include "database/failedopens.h"
 #include "desktop/messagebox.h"
 #include "values/lettercase.h"
 
@@ -81,6 +82,8 @@ int mesaj(const QString& text, int style, const QString& title) {
         return metinanahtarmi(given) ? metin(given) : harfcevir(given);
     };
     const QString shownTitle = title.isEmpty() ? metin(u"BILGI"_s) : shown(title);
+    // Behind the box, what it tells of isn't waited for once more.
+    const FailedOpens::Hold standing;
     return messageBox(shown(text), style, shownTitle);
 }
 

@@ -1,10 +1,14 @@
 #include <QMessageBox>
+#include <QScopeGuard>
+#include <functional>
 
+#include "app/modTurkce.h"
 #include "app/session.h"
 #include "data/baglanmamodulu.h"
 #include "loginfixture.h"
 #include "runtests.h"
 #include "sales/satisekrani.h"
+#include "servercluster.h"
 
 using namespace kovanix;
 using namespace Qt::StringLiterals;
@@ -17,6 +21,11 @@ class ListsTest : public QObject {
         QVariant changed;
         QString entered;
         bool accepted;
+    };
+
+    struct ServerFallsAwayRow {
+        std::function<void()> trouble;
+        bool isTold;
     };
 
     static QList<int> places(const Ui::frmLogin& ui) {
@@ -337,6 +346,52 @@ private Q_SLOTS:
         QVERIFY(allAnswered(shop.boxes));
         QVERIFY(shop.isLoggedIn());
         QVERIFY(!shop.ended);
+    }
+
+    void theServerFallsAwayAheadOfTheList_data() {
+        QTest::addColumn<ServerFallsAwayRow>("row");
+        QTest::newRow("stopped") << ServerFallsAwayRow{[] { testServer().stop(); }, true};
+        QTest::newRow("stands still") << ServerFallsAwayRow{[] { testServer().pause(); }, true};
+        QTest::newRow("was started again") << ServerFallsAwayRow{[] {
+                                                                     testServer().stop();
+                                                                     testServer().restart();
+                                                                 },
+                                                                 false};
+    }
+    /// Between the open and the reading of the users.
+    void theServerFallsAwayAheadOfTheList() {
+        if (!ShopFixture::isOnServer())
+            QSKIP("stops the server");
+        QFETCH(const ServerFallsAwayRow, row);
+        LoginFixture shop;
+        shop.addUser(u"Ayşe"_s, hashed("gizli"));
+        QVERIFY(baglantihazir());
+        const auto back = qScopeGuard([] {
+            testServer().resume();
+            if (!testServer().isRunning())
+                testServer().restart();
+        });
+        QStringList told;
+        shop.boxes.askFor([&](const QMessageBox& box) {
+            told.append(box.text());
+            return MessageBoxAnswer::ok;
+        });
+        row.trouble();
+        const Ui::frmLogin& ui = shop.open().ui;
+        // The box that a server gives that is away at the start.
+        QCOMPARE(told.size(), row.isTold ? 1 : 0);
+        if (row.isTold) {
+            QVERIFY2(told.first().startsWith(metin(u"MSG_DB_ACILAMADI"_s)), qPrintable(told.first()));
+            QVERIFY2(told.first().contains(harfcevir(u"Veritabanı sunucusu"_s)), qPrintable(told.first()));
+        }
+        QCOMPARE(entries(*ui.kullanici), row.isTold ? QStringList() : QStringList{u"Ayşe"_s});
+        QCOMPARE(entries(*ui.kullaniciid), row.isTold ? QStringList() : QStringList{u"1"_s});
+        // The login button tries again, and lists them.
+        testServer().resume();
+        QVERIFY(testServer().isRunning() || testServer().restart());
+        QTRY_VERIFY_WITH_TIMEOUT(baglantihazir(), 20000);
+        shop.enter(u"gizli"_s);
+        QVERIFY(shop.isLoggedIn());
     }
 
     void theConnectionIsClosed() {

@@ -70,17 +70,18 @@ bool isPossible(const Quantities& taken, const Quantities& told, const QList<Sal
 
 }  // namespace
 
-SellingTill::SellingTill(const ClosedShop& shop, int number, int tills, int sales)
-    : m_folder(shop.folder()), m_number(number), m_tills(tills), m_sales(sales) {
+SellingTill::SellingTill(const ClosedShop& shop, int number, int tills, TradeLength length)
+    : m_folder(shop.folder()), m_number(number), m_tills(tills), m_length(length) {
     start();
 }
 
 void SellingTill::start() {
     m_read = 0;
     const auto number = [](qsizetype value) { return QString::number(value); };
-    m_program = std::make_unique<Program>(QStringList{
-        QStringLiteral(TRADE_PROGRAM), u"--folder"_s, m_folder, u"--till"_s, number(m_number), u"--tills"_s,
-        number(m_tills), u"--from"_s, number(m_pressed.size()), u"--sales"_s, number(m_sales)});
+    m_program = std::make_unique<Program>(
+        QStringList{QStringLiteral(TRADE_PROGRAM), u"--folder"_s, m_folder, u"--till"_s, number(m_number),
+                    u"--tills"_s, number(m_tills), u"--from"_s, number(m_pressed.size()), u"--sales"_s,
+                    number(m_length.sales), u"--seconds"_s, number(m_length.seconds)});
 }
 
 void SellingTill::kill() {
@@ -115,9 +116,9 @@ int SellingTill::cut() const {
     return static_cast<int>(std::ranges::count(m_pressed, false, &Sale::isTold));
 }
 
-SellingTills::SellingTills(const ClosedShop& shop, int tills, int sales) {
+SellingTills::SellingTills(const ClosedShop& shop, int tills, TradeLength length) {
     for (int number = 0; number < tills; ++number)
-        m_tills.push_back(std::make_unique<SellingTill>(shop, number, tills, sales));
+        m_tills.push_back(std::make_unique<SellingTill>(shop, number, tills, length));
 }
 
 qsizetype SellingTills::told() {

@@ -25,18 +25,32 @@ struct Sale {
     bool isTold = false;  ///< whether the till said that it is stored
 };
 
+/// How long each of several tills sells.
+struct TradeLength {
+    int sales;        ///< at most
+    int seconds = 0;  ///< after which none begins any more; 0 for no end by the clock
+
+    /// @param wantedSeconds  0 for an end by the count
+    static TradeLength of(int wantedSales, int wantedSeconds) {
+        constexpr int noEnd = 1'000'000;
+        return {wantedSeconds > 0 ? noEnd : wantedSales, wantedSeconds};
+    }
+};
+
 /// One of several tills that sell in one shop, with what was pressed on it since the morning, however often
 /// it was started.
 class SellingTill {
 public:
     /// @param tills  how many there are
-    /// @param sales  how many this one has to sell
-    SellingTill(const ClosedShop& shop, int number, int tills, int sales);
+    SellingTill(const ClosedShop& shop, int number, int tills, TradeLength length);
 
     void start();
     void kill();
     bool isRunning() const { return m_program->isRunning(); }
-    bool isDone() const { return !isRunning() && m_pressed.size() == m_sales && m_pressed.last().isTold; }
+    bool isDone() const {
+        const bool enough = m_length.seconds > 0 ? !m_pressed.isEmpty() : m_pressed.size() == m_length.sales;
+        return !isRunning() && enough && m_pressed.last().isTold;
+    }
     Outcome finish();
 
     /// Takes what the till has said since.
@@ -54,7 +68,7 @@ private:
     QString m_folder;
     int m_number;
     int m_tills;
-    int m_sales;
+    TradeLength m_length;
     std::unique_ptr<Program> m_program;
     qsizetype m_read = 0;
     QList<Sale> m_pressed;
@@ -65,7 +79,7 @@ private:
 /// All tills of a shop.
 class SellingTills {
 public:
-    SellingTills(const ClosedShop& shop, int tills, int sales);
+    SellingTills(const ClosedShop& shop, int tills, TradeLength length);
 
     SellingTill& at(int number) { return *m_tills.at(static_cast<std::size_t>(number)); }
     int count() const { return static_cast<int>(m_tills.size()); }

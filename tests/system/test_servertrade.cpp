@@ -5,6 +5,7 @@
 
 #include "countingproxy.h"
 #include "data/baglanmamodulu.h"
+#include "database/serversession.h"
 #include "runtests.h"
 #include "sellingtills.h"
 #include "servercluster.h"
@@ -64,10 +65,17 @@ private Q_SLOTS:
         for (int round = 0; round < 3; ++round) {
             ShopFixture shop;
             shop.makeDatabase();
+            // Both begin at once, behind a third one that is at it.
+            shop.run(u"BEGIN"_s);
+            shop.rows(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(serverTableLock));
             const QStringList command{replayProgram(), u"--sales"_s,  u"--boxes"_s,
                                       u"--folder"_s,   shop.folder(), QProcess::nullDevice()};
             Program one(command);
             Program other(command);
+            const QString waiting =
+                u"SELECT count(*) FROM pg_locks WHERE locktype = 'advisory' AND NOT granted"_s;
+            QTRY_COMPARE_WITH_TIMEOUT(shop.rows(waiting).value(0).value(0).toInt(), 2, 20000);
+            shop.run(u"COMMIT"_s);
             for (Program* const till : {&one, &other}) {
                 const Outcome outcome = till->finish();
                 QCOMPARE(outcome.output + outcome.errors, QString());
@@ -97,7 +105,9 @@ private Q_SLOTS:
                                                               QByteArray::number(proxy.port()));
             QVERIFY(pointer.resize(0) && pointer.seek(0) && pointer.write(text) == text.size());
         }
-        SellingTills tills(shop, 2 * tillCount, wantedTimes("KOVANIX_TRADE", 25));
+        SellingTills tills(
+            shop, 2 * tillCount,
+            TradeLength::of(wantedTimes("KOVANIX_TRADE", 25), wantedTimes("KOVANIX_TRADE_SECONDS", 0)));
         QVERIFY(tills.waitFor([&] { return tills.told() >= 0 && tills.areDone(); }));
         for (int number = 0; number < tills.count(); ++number) {
             QCOMPARE(tills.at(number).strange().join(u'\n'), QString());
@@ -111,7 +121,7 @@ private Q_SLOTS:
     void tillsAreKilled() {
         const int kills = wantedTimes("KOVANIX_TILL_KILLS", 5);
         const ClosedShop shop;
-        SellingTills tills(shop, tillCount, 20 * (kills + 1));
+        SellingTills tills(shop, tillCount, {20 * (kills + 1)});
         for (int kill = 0; kill < kills; ++kill) {
             QVERIFY(waitForSales(tills, 20));
             tills.at(kill % tillCount).kill();
@@ -139,7 +149,7 @@ private Q_SLOTS:
             shop.run(
                 u"CREATE TRIGGER birak BEFORE UPDATE ON urunler FOR EACH ROW EXECUTE FUNCTION birak()"_s);
         }
-        SellingTills tills(shop, tillCount, 20 * (kills + 1));
+        SellingTills tills(shop, tillCount, {20 * (kills + 1)});
         for (int kill = 0; kill < kills; ++kill) {
             QVERIFY(waitForSales(tills, 30));
             testServer().kill();

@@ -34,7 +34,7 @@ private Q_SLOTS:
         const int sales = wantedTimes("KOVANIX_TRADE", 150);
         const ClosedShop shop(password);
         std::mt19937 random(20260503);
-        SellingTills tills(shop, 2, sales);
+        SellingTills tills(shop, 2, {sales});
         const int kills = killsIn(sales);
         for (int kill = 1; kill <= kills; ++kill) {
             const qsizetype moment = 2 * sales * qsizetype{kill} / (kills + 2);

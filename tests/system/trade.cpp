@@ -38,6 +38,7 @@ struct Plan {
     int tills;  ///< how many there are
     int from;   ///< the first sale's number
     int sales;
+    int seconds;  ///< after which none begins any more; 0 for no end by the clock
 };
 
 /// Each sale has a second of its own, of all tills, by which its rows are found.
@@ -52,11 +53,14 @@ public:
         connect(&m_next, &QTimer::timeout, this, [this] { sell(); });
     }
 
-    void start() { m_next.start(0); }
+    void start() {
+        m_clock.start();
+        m_next.start(0);
+    }
 
 private:
     void sell() {
-        if (m_sale >= m_plan.sales) {
+        if (m_sale >= m_plan.sales || (m_plan.seconds > 0 && m_clock.elapsed() >= 1000 * m_plan.seconds)) {
             m_next.stop();
             QCoreApplication::exit();  // quitting would ask whether it is meant
             return;
@@ -83,6 +87,7 @@ private:
 
     Plan m_plan;
     int m_sale;
+    QElapsedTimer m_clock;
     QTimer m_next;  ///< between two customers the till paints and has its moment
 };
 
@@ -97,7 +102,9 @@ int main(int argc, char** argv) {
     const QCommandLineOption tills(u"tills"_s, u"How many tills sell."_s, u"N"_s);
     const QCommandLineOption from(u"from"_s, u"The first sale's number."_s, u"N"_s, u"0"_s);
     const QCommandLineOption sales(u"sales"_s, u"The number behind the last sale's."_s, u"N"_s);
-    commandLine.addOptions({folder, till, tills, from, sales});
+    const QCommandLineOption seconds(u"seconds"_s, u"After how many seconds the last sale begins."_s, u"N"_s,
+                                     u"0"_s);
+    commandLine.addOptions({folder, till, tills, from, sales, seconds});
     commandLine.process(application);
 
     prepareShopFolder(commandLine.value(folder));
@@ -107,7 +114,8 @@ int main(int argc, char** argv) {
         std::exit(1);  // none is expected, and what comes behind it is worth nothing
     });
     Seller seller({commandLine.value(till).toInt(), commandLine.value(tills).toInt(),
-                   commandLine.value(from).toInt(), commandLine.value(sales).toInt()});
+                   commandLine.value(from).toInt(), commandLine.value(sales).toInt(),
+                   commandLine.value(seconds).toInt()});
     const int status = application.run([&seller] {
         startConnection();
         girisyetki = 1;

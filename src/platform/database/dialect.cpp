@@ -266,7 +266,7 @@ bool startsSelect(const SqlTokens& sql, qsizetype index) {
 
 bool endsSource(const SqlTokens& sql, qsizetype index) {
     return index >= sql.count() || sql.isWord(index, "WHERE"_L1) || sql.isWord(index, "ORDER"_L1) ||
-           sql.isWord(index, "LIMIT"_L1) || sql.isSign(index, u';');
+           sql.isWord(index, "LIMIT"_L1) || sql.isWord(index, "GROUP"_L1) || sql.isSign(index, u';');
 }
 
 /// The last token of the only table behind FROM, with its alias; nothing when more stands there.
@@ -280,6 +280,23 @@ std::optional<qsizetype> onlySource(const SqlTokens& sql, qsizetype from) {
     }
     const qsizetype alias = sql.isWord(*behind, "AS"_L1) ? *behind + 1 : *behind;
     return sql.isName(alias) && endsSource(sql, alias + 1) ? std::optional(alias) : std::nullopt;
+}
+
+/// The table behind the only FROM of a select that stands in no parentheses; empty where more stands there.
+QString onlyTable(const SqlTokens& sql) {
+    int depth = 0;
+    std::optional<qsizetype> from;
+    for (qsizetype i = 1; i < sql.count(); ++i) {
+        depth += sql.isSign(i, u'(') ? 1 : sql.isSign(i, u')') ? -1 : 0;
+        if (depth != 0 || !sql.isWord(i, "FROM"_L1))
+            continue;
+        if (from)
+            return {};
+        from = i;
+    }
+    if (!from || !onlySource(sql, *from))
+        return {};
+    return sql.name(sql.isSign(*from + 2, u'.') ? *from + 3 : *from + 1);
 }
 
 /// Whether a top-level token makes a select anything but a plain reading of one table's rows.
@@ -349,13 +366,31 @@ std::optional<PlainSelect> plainSelect(const SqlTokens& sql) {
     return select;
 }
 
+/// The engine of files with a password is older than these two words.
+void translateTruthWords(SqlTokens& sql) {
+    const bool holdsValues = sql.isWord(0, "SELECT"_L1) || sql.isWord(0, "INSERT"_L1) ||
+                             sql.isWord(0, "UPDATE"_L1) || sql.isWord(0, "DELETE"_L1);
+    for (qsizetype i = 1; holdsValues && i < sql.count(); ++i) {
+        const bool isTrue = sql.isWord(i, "TRUE"_L1);
+        if (!(isTrue || sql.isWord(i, "FALSE"_L1)) || sql.isWord(i - 1, "AS"_L1))
+            continue;
+        sql[i].text = isTrue ? u"1"_s : u"0"_s;
+        // Any number but 0 is true.
+        const qsizetype test = sql.isWord(i - 1, "NOT"_L1) ? i - 2 : i - 1;
+        if (sql.isWord(test, "IS"_L1))
+            sql[test].text = u"<> 0 IS"_s;
+    }
+}
+
 void translateTokens(SqlTokens& sql, const Engine& engine) {
     translateLiterals(sql);
     IifTranslation(sql).run();
-    if (engine.target == Target::server)
+    if (engine.target == Target::server) {
         translateForServer(sql, engine.columns);
-    else
-        translateColumnTypes(sql);
+        return;
+    }
+    translateTruthWords(sql);
+    translateColumnTypes(sql);
 }
 
 /// Has a select of all columns leave the hidden one out.
@@ -431,7 +466,7 @@ std::optional<QString> translateAfterRow(const QString& sql, const QString& iden
     }
     translateTokens(tokens, engine);
     leaveOutHidden(tokens, *select, identity, engine);
-    if (!identity.isEmpty())
+    if (!identity.isEmpty() && range.withIdentity)
         tokens[select->from - 1].text += u", "_s + identity;
     if (range.byIdentity && engine.target == Target::file)
         tokens[select->source].text += u" NOT INDEXED"_s;
@@ -465,8 +500,7 @@ QString tableOf(const QString& sql) {
                                 : 0;
     if (place > 0)
         return tokens.isName(place) ? tokens.name(place) : QString();
-    const std::optional<PlainSelect> select = plainSelect(tokens);
-    return select ? select->table : QString();
+    return tokens.isWord(0, "SELECT"_L1) ? onlyTable(tokens) : QString();
 }
 
 bool changesTables(const QString& sql) {

@@ -21,6 +21,7 @@ namespace kovanix::dialect {
 //   TEXT(50)                 TEXT(50) COLLATE NOCASE (in a column definition)
 //   LIKE 'a[%]b'             the engine's LIKE with an escape character; "[%]", "[_]" and "[[]" stand for the
 //                            bare sign
+//   TRUE, a IS TRUE          1, a <> 0 IS 1
 //   select … from one table  … in the order of the rows' identity, where no order, grouping, distinct,
 //                            aggregate, join or union stands
 
@@ -34,6 +35,8 @@ namespace kovanix::dialect {
 //   LIKE 'a'                 always with an ESCAPE: the server would take a backslash for one
 //   ORDER BY a               with what is null first, as a file has it
 //   no = '7', barkod = 7     a literal in its column's type; NULL for a text that is no number
+//   stok AND NOT no          (stok <> 0) AND NOT (no <> 0)
+//   acik = 1, SET acik = 1   acik::int4 = 1, SET acik = (1 <> 0): a column of true and false
 
 /// The kind of engine that takes a statement.
 enum class Target {
@@ -77,8 +80,8 @@ struct Domain {
 /// The domains that a statement's column types need.
 QList<Domain> domains(const QString& sql);
 
-/// The table that an INSERT, UPDATE or DELETE is about, or that a select from a single table reads; empty for
-/// any other statement.
+/// The table that an INSERT, UPDATE or DELETE is about, or that a select from a single table reads, sums and
+/// groups among them; empty for any other statement.
 QString tableOf(const QString& sql);
 
 /// Which of a statement's "?" stand against a column of numbers, counted from 0.
@@ -104,11 +107,15 @@ struct RowRange {
     /// Has the engine look for them by their identity, whatever index there is for a condition: one over many
     /// rows would be walked, and its rows be sorted, for each range anew.
     bool byIdentity = false;
+    /// Whether each row comes with its identity as an additional last column; one that stands among the
+    /// others needs none.
+    bool withIdentity = true;
 };
 
 /// The engine's SQL for a select from a single table, with the identity of each row as an additional last
-/// column where rows have one. Nothing where the range can't be put into the statement: for a limited select,
-/// for rows after another or no more than so many of an ordered one, and for any other statement.
+/// column where rows have one and the range asks for it. Nothing where the range can't be put into the
+/// statement: for a limited select, for rows after another or no more than so many of an ordered one, and for
+/// any other statement.
 std::optional<QString> translateAfterRow(const QString& sql, const QString& identity,
                                          const RowRange& range = {}, const Engine& engine = {});
 

@@ -52,7 +52,7 @@ std::optional<Condition> termCondition(const RowFilter::Term& term, const TableS
         throw DatabaseError(DatabaseError::Kind::value,
                             u"Item cannot be found in the collection: %1"_s.arg(term.field));
     const TableColumn& column = shape.columns[place];
-    const QString name = quotedSqlName(column.name);
+    const QString name = quotedSqlName(column.name) + (column.isTruth ? u"::int4"_s : QString());
     const bool isNumber = column.type == ColumnType::number || column.type == ColumnType::counter;
     if (term.hasWildcards()) {
         // How a number is written is the shop's affair, not the engine's.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -27,5 +28,18 @@ std::optional<qsizetype> behindTableName(const SqlTokens& sql, qsizetype index);
 
 /// What a server needs beside the translation of dates, patterns with brackets and IIF.
 void translateForServer(SqlTokens& sql, const QList<TableColumn>& columns);
+
+/// Has numbers stand for true and false where a condition wants one, and the other way round: a file knows
+/// nothing but numbers. Behind the translation of names and literals.
+void translateTruth(SqlTokens& sql, const QList<TableColumn>& columns);
+
+/// Calls something for each value of an INSERT that is one token and belongs to a known column.
+void visitInserted(const SqlTokens& sql, const QList<TableColumn>& columns,
+                   const std::function<void(qsizetype value, const TableColumn& column)>& visit);
+
+/// Whether the values of a column are numbers.
+inline bool isNumeric(const TableColumn& column) {
+    return column.type == ColumnType::counter || column.type == ColumnType::number;
+}
 
 }  // namespace kovanix::dialect

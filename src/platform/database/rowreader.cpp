@@ -10,6 +10,7 @@
 #include "database/connectionprivate.h"
 #include "database/dialect.h"
 #include "database/queryrows.h"
+#include "database/sqltokens.h"
 
 namespace kovanix {
 
@@ -32,6 +33,7 @@ public:
                 m_shape = m_core.shape(select->table);
                 m_allColumns = select->allColumns;
                 m_conditional = select->conditional;
+                m_range.withIdentity = !(m_allColumns && identityColumn());
             }
             if (!m_shape.identity.isEmpty() && chunkSql()) {
                 readChunks();
@@ -46,6 +48,14 @@ public:
     }
 
 private:
+    /// The column that holds the rows' identities; nothing where they lie beside the columns.
+    const TableColumn* identityColumn() const {
+        const auto found = std::ranges::find_if(m_shape.columns, [this](const TableColumn& column) {
+            return column.type == ColumnType::counter && quotedSqlName(column.name) == m_shape.identity;
+        });
+        return found == m_shape.columns.cend() ? nullptr : &*found;
+    }
+
     /// Of the rows behind those that were read.
     std::optional<QString> chunkSql() const {
         return dialect::translateAfterRow(m_sql, m_shape.identity, m_range,
@@ -102,8 +112,11 @@ private:
     qsizetype readChunk() {
         QueryRows rows(m_core.runForMany(*chunkSql()));
         const QSqlRecord record = rows.record();
-        const int identity = record.count() - 1;
-        takeColumns(record, identity, true);
+        const int identity =
+            m_range.withIdentity ? record.count() - 1 : record.indexOf(identityColumn()->name);
+        if (identity < 0)
+            throw m_core.failure(DatabaseError::Kind::noSuchColumn, identityColumn()->name);
+        takeColumns(record, record.count() - (m_range.withIdentity ? 1 : 0), true);
         qsizetype count = 0;
         for (; rows.next(m_core); ++count) {
             appendCells(rows);
@@ -134,8 +147,7 @@ private:
     }
 
     void readAtOnce() {
-        QueryRows rows(
-            m_core.run(dialect::translate(m_sql, m_shape.identity, m_core.engine->dialectFor(m_shape))));
+        QueryRows rows(m_core.run(dialect::translate(m_sql, m_shape.identity, m_core.dialectFor(m_sql))));
         const QSqlRecord record = rows.record();
         takeColumns(record, record.count(), false);
         while (rows.next(m_core)) {

@@ -105,7 +105,7 @@ void RowWalk::forEach(const std::function<void(const Row& row)>& each, const Rea
 }
 
 void RowWalk::readAtOnce(const TableShape& shape, const std::function<void(const Row& row)>& each) {
-    QueryRows rows(m_core.run(dialect::translate(m_sql, shape.identity, m_core.engine->dialectFor(shape))));
+    QueryRows rows(m_core.run(dialect::translate(m_sql, shape.identity, m_core.dialectFor(m_sql))));
     for (const Row row(rows); rows.next(m_core);)
         each(row);
 }

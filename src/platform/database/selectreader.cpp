@@ -100,7 +100,7 @@ StatementCache::Kept SelectReader::prepared(const QString& engineSql, DatabaseEn
 }
 
 QString SelectReader::engineSql(const QString& sql, const Range& range, const QString& condition) const {
-    const dialect::Engine engine = m_core.engine->dialectFor(m_shape);
+    const dialect::Engine engine = m_select ? m_core.engine->dialectFor(m_shape) : m_core.dialectFor(sql);
     const std::optional<QString> placed =
         dialect::translateAfterRow(sql, m_shape.identity, {range.afterRow, condition, range.limit}, engine);
     return placed ? *placed : dialect::translate(sql, {}, engine);

@@ -1,12 +1,12 @@
 #include "database/serverengine.h"
 
-#include <QHash>
 #include <QSqlResult>
 #include <utility>
 
 #include "database/connectionprivate.h"
 #include "database/driver/rowcursor.h"
 #include "database/driver/serverwords.h"
+#include "database/failedopens.h"
 #include "database/failuretext.h"
 #include "database/serveraddress.h"
 #include "database/serverfailure.h"
@@ -18,27 +18,12 @@ namespace kovanix {
 namespace {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using Kind = DatabaseError::Kind;
 
-constexpr std::chrono::milliseconds failedOpenCounts = 2s;
 constexpr int mostRetries = 3;
 
-struct FailedOpen {
-    QElapsedTimer since;
-    DatabaseError error;
-};
-
-/// The opens of the calling thread that have failed of late, by data source and password.
-QHash<QString, FailedOpen>& failedOpens() {
-    thread_local QHash<QString, FailedOpen> failed;
-    return failed;
-}
-
-void rememberFailedOpen(const QString& key, const DatabaseError& error) {
-    FailedOpen open{{}, error};
-    open.since.start();
-    failedOpens().insert(key, open);
+bool isNumber(const QVariant& value) {
+    return value.typeId() == QMetaType::LongLong || value.typeId() == QMetaType::Double;
 }
 
 }  // namespace
@@ -54,7 +39,7 @@ DatabaseError ServerEngine::failure(const QSqlError& error) const {
     DatabaseError failure = describedFailure(kindOfServerFailure(m_state), words);
     // A server that has just let a statement's deadline pass would let that of an open pass, too.
     if (m_state == u"08007"_s)
-        rememberFailedOpen(openKey(), failure);
+        FailedOpens::remember(openKey(), failure);
     return failure;
 }
 
@@ -84,26 +69,28 @@ void ServerEngine::setUp() {
     m_database.setDatabaseName(address.database);
     m_database.setUserName(address.user);
     m_database.setPassword(m_password);
+    const std::chrono::milliseconds forConnecting = deadline * 5 / 8;
     // A press ends with a barrier of its own: see writeBarrier. A statement that still waits for another till
     // when its own has given it up ends with that, within the second.
     m_database.setConnectOptions(
-        u"connect_timeout=5;tcp_user_timeout=5000;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=8000;target_session_attrs=read-write;options=%1 -c synchronous_commit=off -c client_connection_check_interval=1000 -c lock_timeout=%2;%3"_s
-            .arg(serverSessionSettings(), QString::number(busyTimeout().count()), serverTlsOptions(address)));
+        u"connect_timeout=%1;tcp_user_timeout=%2;keepalives_idle=5;keepalives_interval=2;keepalives_count=2;KOVANIX_DEADLINE=%3;target_session_attrs=read-write;options=%4 -c synchronous_commit=off -c client_connection_check_interval=1000 -c lock_timeout=%5;%6"_s
+            .arg(QString::number(static_cast<double>(forConnecting.count()) / 1000),
+                 QString::number(forConnecting.count()), QString::number(deadline.count()),
+                 serverSessionSettings(), QString::number(busyTimeout().count()), serverTlsOptions(address)));
 }
 
 void ServerEngine::connectToServer() {
     const QString key = openKey();
-    const auto failed = failedOpens().constFind(key);
-    if (failed != failedOpens().cend() && failed->since.elapsed() < failedOpenCounts.count())
-        throw DatabaseError(failed->error);
+    if (const std::optional<DatabaseError> failed = FailedOpens::recent(key))
+        throw DatabaseError(*failed);
     try {
         openHandle();
         requireSuitableDatabase();
-        failedOpens().remove(key);
+        FailedOpens::forget(key);
         m_lastUse.start();
     } catch (const DatabaseError& error) {
         m_database.close();
-        rememberFailedOpen(key, error);
+        FailedOpens::remember(key, error);
         throw;
     }
 }
@@ -279,13 +266,15 @@ QByteArray ServerEngine::contentMark() {
 
 QVariant ServerEngine::fitting(const QVariant& value, const TableColumn& column) const {
     const bool numeric = column.type == ColumnType::number || column.type == ColumnType::counter;
+    if (column.isTruth && isNumber(value))
+        return qint64{value.toDouble() != 0};
     if (!numeric || value.typeId() != QMetaType::QString)
         return value;
     bool valid = false;
     const QString text = value.toString().trimmed();
     const double number = text.toDouble(&valid);
     if (valid)
-        return number;
+        return column.isTruth ? QVariant(qint64{number != 0}) : QVariant(number);
     // The server refuses it. Nothing in its place would make a password of digits an empty one where the till
     // puts its hash there.
     return text.isEmpty() ? QVariant() : value;

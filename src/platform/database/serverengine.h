@@ -52,6 +52,8 @@ public:
 
     /// How long nothing may have been asked before the server is asked first whether it is still there.
     static inline std::chrono::milliseconds restLength{10000};
+    /// How long a server may give no sign of life before it is given up; a new connection has five eighths.
+    static inline std::chrono::milliseconds deadline{8000};
 
 private:
     /// Whether something was written that a crash of the server could still take.

@@ -28,7 +28,7 @@ TableColumn columnOf(const QString& name, const QString& type, int modifier) {
     static const QStringList numbers{u"int2"_s,   u"int4"_s,    u"int8"_s, u"float4"_s,
                                      u"float8"_s, u"numeric"_s, u"bool"_s};
     if (numbers.contains(type))
-        return {name, ColumnType::number};
+        return {name, ColumnType::number, 0, type == u"bool"_s};
     const bool sized = (type == u"varchar"_s || type == u"bpchar"_s) && modifier > modifierOffset;
     return {name, ColumnType::text, sized ? modifier - modifierOffset : 0};
 }

@@ -155,13 +155,14 @@ SqlTokens::SqlTokens(const QString& sql) : m_sql(sql) {
 }
 
 bool SqlTokens::isWord(qsizetype index, QLatin1StringView word) const {
-    return index < count() && (*this)[index].kind == Kind::Word &&
+    return index >= 0 && index < count() && (*this)[index].kind == Kind::Word &&
            (*this)[index].original.size() == word.size() &&
            (*this)[index].original.compare(word, Qt::CaseInsensitive) == 0;
 }
 
 bool SqlTokens::isSign(qsizetype index, char16_t sign) const {
-    return index < count() && (*this)[index].kind == Kind::Sign && (*this)[index].original.at(0) == sign;
+    return index >= 0 && index < count() && (*this)[index].kind == Kind::Sign &&
+           (*this)[index].original.at(0) == sign;
 }
 
 bool SqlTokens::isName(qsizetype index) const {

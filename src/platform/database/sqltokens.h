@@ -38,9 +38,9 @@ public:
         return m_tokens[m_marks[static_cast<size_t>(index)]];
     }
 
-    /// Whether the token at an index is that keyword, in any case; false behind the end.
+    /// Whether the token at an index is that keyword, in any case; false outside of them.
     bool isWord(qsizetype index, QLatin1StringView word) const;
-    /// Whether the token at an index is that sign; false behind the end.
+    /// Whether the token at an index is that sign; false outside of them.
     bool isSign(qsizetype index, char16_t sign) const;
     /// Whether the token at an index can name a table or a column; false behind the end.
     bool isName(qsizetype index) const;

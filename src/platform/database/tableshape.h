@@ -18,7 +18,8 @@ enum class ColumnType {
 struct TableColumn {
     QString name;
     ColumnType type = ColumnType::text;
-    int width = 0;  ///< of a text column in characters, 0 where none was declared
+    int width = 0;         ///< of a text column in characters, 0 where none was declared
+    bool isTruth = false;  ///< of a number column: a server keeps it as true or false
 };
 
 /// The columns of a table in their order, and the engine's name for the identity of its rows, by which they

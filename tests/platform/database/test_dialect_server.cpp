@@ -13,7 +13,8 @@ namespace {
 const QList<TableColumn> columns{{u"no"_s, ColumnType::counter},
                                  {u"barkod"_s, ColumnType::text, 50},
                                  {u"stok"_s, ColumnType::number},
-                                 {u"tarih"_s, ColumnType::moment}};
+                                 {u"tarih"_s, ColumnType::moment},
+                                 {u"acik"_s, ColumnType::number, 0, true}};
 const dialect::Engine server{Target::server, columns};
 const QString hidden = u"\"kovanix_sira\""_s;
 
@@ -119,13 +120,26 @@ void TestDialectServer::translates_data() {
          {"a text against a number", where(u"barkod = 869"_s, u"barkod = '869'"_s)},
          {"a text against a text", same(u"DELETE FROM t WHERE barkod = '869' AND tarih > '7'"_s)},
          {"a column of another table", same(u"DELETE FROM t WHERE x = '7'"_s)},
+         {"yes", where(u"acik AND NOT stok"_s, u"acik AND NOT (stok <> 0)"_s)},
+         {"yes in parentheses", where(u"(t.stok) OR (1)"_s, u"((t.stok <> 0)) OR ((1 <> 0))"_s)},
+         {"yes against a number", where(u"acik='1' AND stok=True"_s, u"acik::int4=1 AND stok=1"_s)},
+         {"a number in a condition that is none",
+          where(u"f(stok) = 1 AND no IN (stok) AND stok BETWEEN 1 AND stok"_s,
+                u"f(stok) = 1 AND no IN (stok) AND stok BETWEEN 1 AND stok"_s)},
+         {"yes on condition",
+          {u"SELECT IIF(stok, acik, 0) AS acik FROM t"_s,
+           u"SELECT CASE WHEN (stok <> 0) THEN acik::int4 ELSE 0 END AS acik FROM t"_s}},
+         {"yes is set",
+          {u"UPDATE t SET acik = 1 - acik, stok = NOT stok, no = 2 WHERE acik = 1"_s,
+           u"UPDATE t SET acik = (1 - acik::int4 <> 0), stok = (NOT (stok <> 0))::int4, no = 2 WHERE acik::int4 = 1"_s}},
+         {"two signs for equality", where(u"stok == 1"_s, u"stok = 1"_s)},
          {"a change", {u"UPDATE t SET stok='7', barkod=7"_s, u"UPDATE t SET stok=7, barkod='7'"_s}},
          {"values of columns",
           {u"INSERT INTO t (stok, [BARKOD], x) VALUES ('7', 7, '7')"_s,
            u"INSERT INTO t (stok, \"barkod\", x) VALUES (7, '7', '7')"_s}},
          {"values of all columns, of two rows",
-          {u"INSERT INTO t VALUES (1, 2, f('3', 4), '5'), ('1', '2', 'x', 5)"_s,
-           u"INSERT INTO t (\"no\", \"barkod\", \"stok\", \"tarih\") VALUES (1, '2', f('3', 4), '5'), (1, '2', NULL, '5')"_s}}});
+          {u"INSERT INTO t VALUES (1, 2, f('3', 4), '5', True), ('1', '2', 'x', 5, ?)"_s,
+           u"INSERT INTO t (\"no\", \"barkod\", \"stok\", \"tarih\", \"acik\") VALUES (1, '2', f('3', 4), '5', (1 <> 0)), (1, '2', NULL, '5', (? <> 0))"_s}}});
 }
 
 void TestDialectServer::translates() {
@@ -144,7 +158,7 @@ void TestDialectServer::asksForRows() {
 }
 
 void TestDialectServer::leavesOutTheHiddenIdentity() {
-    const QString all = u"\"no\", \"barkod\", \"stok\", \"tarih\""_s;
+    const QString all = u"\"no\", \"barkod\", \"stok\", \"tarih\", \"acik\""_s;
     QCOMPARE(dialect::translate(u"select * from t"_s, hidden, server),
              u"select "_s + all + u" from t ORDER BY "_s + hidden);
     QCOMPARE(*dialect::translateAfterRow(u"select * from t"_s, hidden, {}, server),
@@ -198,6 +212,8 @@ void TestDialectServer::findsTheTable() {
     QCOMPARE(dialect::tableOf(u"delete from urunler"_s), u"urunler"_s);
     QCOMPARE(dialect::tableOf(u" select * from musteri where adi='x' "_s), u"musteri"_s);
     QCOMPARE(dialect::tableOf(u"select a from t, u"_s), u""_s);
+    QCOMPARE(dialect::tableOf(u"select a, sum(b) as b from [T] x where c group by a"_s), u"T"_s);
+    QCOMPARE(dialect::tableOf(u"select a from t union select a from u"_s), u""_s);
     QCOMPARE(dialect::tableOf(u"INSERT OR IGNORE INTO t VALUES (1)"_s), u""_s);
 }
 
@@ -217,6 +233,7 @@ void TestDialectServer::rendersFilters_data() {
     addRows<SqlRow>({{"a text", {u"barkod = 'a'"_s, u"\"barkod\" = ?"_s}},
                      {"a pattern", {u"barkod like 'a%'"_s, u"\"barkod\" LIKE ? ESCAPE '\\'"_s}},
                      {"a whole number", {u"no = '7'"_s, u"\"no\" = ?"_s}},
+                     {"yes", {u"acik = '1'"_s, u"\"acik\"::int4 = ?"_s}},
                      {"a fraction", {u"no = '7.5'"_s, u"\"no\" = CAST(? AS double precision)"_s}}});
 }
 

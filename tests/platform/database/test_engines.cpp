@@ -35,6 +35,12 @@ const QStringList statements{
     u"INSERT INTO notlar VALUES ('z', 1)"_s,
     u"INSERT INTO notlar VALUES ('a', 2)"_s,
     u"UPDATE notlar SET metin = 'y' WHERE sayi = 1"_s,
+    u"CREATE TABLE raflar (no COUNTER, ad TEXT(20), acik BOOLEAN, sayi DOUBLE)"_s,
+    u"INSERT INTO raflar (ad, acik, sayi) VALUES ('1', 1, 1)"_s,
+    u"INSERT INTO raflar (ad, acik, sayi) VALUES ('b', 0, 0)"_s,
+    u"INSERT INTO raflar (ad, acik, sayi) VALUES ('c', 0, -2.5)"_s,
+    u"INSERT INTO raflar (ad, acik, sayi) VALUES ('d', 1, NULL)"_s,
+    u"INSERT INTO raflar (ad) VALUES ('e')"_s,
 };
 
 QString cellText(const QVariant& value) {
@@ -119,6 +125,8 @@ private Q_SLOTS:
     void initTestCase();
     void sayTheSame_data();
     void sayTheSame();
+    void sayTheSameOfTruth_data();
+    void sayTheSameOfTruth() { sayTheSame(); }
     void hideTheirOwnIdentity();
 
 private:
@@ -279,6 +287,107 @@ void TestEngines::sayTheSame() {
                  qPrintable((password == DatabaseFile::onServer() ? u"server:\n"_s : u"password:\n"_s) +
                             answered.join(u'\n') + u"\n--- plain:\n" + wanted.join(u'\n')));
     }
+}
+
+/// Columns of yes or no: one that a server keeps as such, and one of numbers.
+void TestEngines::sayTheSameOfTruth_data() {
+    QTest::addColumn<StatementsRow>("row");
+    const auto add = [](const QString& name, const StatementsRow& row) {
+        QTest::newRow(qPrintable(name)) << row;
+    };
+    for (const QString& column : {u"acik"_s, u"sayi"_s}) {
+        const auto where = [&](const QString& condition, bool empty = false) {
+            const QString text = QString(condition).replace(u'@', column);
+            add(column + u": "_s + text, {{}, u"select ad, no from raflar where "_s + text, empty});
+        };
+        for (const QString& condition : {u"@"_s,
+                                         u"not @"_s,
+                                         u"(@)"_s,
+                                         u"not (@)"_s,
+                                         u"not not @"_s,
+                                         u"((@)) and 1"_s,
+                                         u"raflar.@"_s,
+                                         u"[@] and not [ad]='b'"_s,
+                                         u"ad <> 'b' and @"_s,
+                                         u"@ or ad = 'b'"_s,
+                                         u"(ad = 'b' or @) and (@ or @)"_s,
+                                         u"no between 1 and 3 and @"_s,
+                                         u"no between @ and 2"_s,
+                                         u"@ = 1"_s,
+                                         u"@ == 1"_s,
+                                         u"@ = 1.0"_s,
+                                         u"@ = '1'"_s,
+                                         u"'1' = @"_s,
+                                         u"@ = True"_s,
+                                         u"true = @"_s,
+                                         u"@ = 0"_s,
+                                         u"@ = false"_s,
+                                         u"@ <> 0"_s,
+                                         u"@ != 1"_s,
+                                         u"@ > 0"_s,
+                                         u"not @ = 1"_s,
+                                         u"(@) = 1"_s,
+                                         u"@ in (1, '0')"_s,
+                                         u"@ in (True)"_s,
+                                         u"@ between '1' and 2"_s,
+                                         u"@ is null"_s,
+                                         u"@ is not null"_s,
+                                         u"@ is true"_s,
+                                         u"@ is not true"_s,
+                                         u"@ is false"_s,
+                                         u"(@) is not false"_s,
+                                         u"@ + 1 = 2"_s,
+                                         u"IIF(@, 1, 0) = 0"_s,
+                                         u"IIF(@ and 1, 1, 0) = 1"_s,
+
+                                         u"exists (select no from urunler where @)"_s,
+                                         u"@ = acik"_s,
+                                         u"case when @ then 1 else 0 end = 1"_s,
+                                         u"@ order by @, no"_s,
+                                         u"1 order by @ desc, ad"_s})
+            where(condition);
+        for (const QString& condition : {u"@ = 2"_s, u"@ = -1"_s, u"@ = 0.5"_s, u"@ = 'True'"_s, u"@ = ''"_s,
+                                         u"@ and not @"_s, u"0"_s, u"@ and 0"_s})
+            where(condition, true);
+        const auto select = [&](const QString& sql) {
+            const QString text = QString(sql).replace(u"@"_s, column);
+            add(text, {{}, text});
+        };
+        select(u"select @ from raflar"_s);
+        select(u"select @ as y, ad from raflar where @"_s);
+        select(u"select distinct @ from raflar order by @"_s);
+        select(u"select count(*) as n from raflar where @"_s);
+        select(u"select count(*) as n from raflar where @ = True"_s);
+        select(u"select sum(@) as n from raflar where not @"_s);
+        select(u"select max(@) as n from raflar"_s);
+        select(u"select @, count(*) as n from raflar where no < 5 group by @ order by @"_s);
+        select(u"select count(*) as n from raflar where @ group by ad having count(*) = 1 order by ad"_s);
+        const auto filter = [&](const QString& value, bool empty) {
+            const QString text = column + u" = '"_s + value + u'\'';
+            add(u"a filter, "_s + text, {{}, u"select * from raflar"_s, empty, text});
+        };
+        filter(u"1"_s, false);
+        filter(u"0"_s, false);
+        filter(u"2"_s, true);
+        filter(u"0.5"_s, true);
+        const auto change = [&](const QString& sql) {
+            const QString text = QString(sql).replace(u"@"_s, column);
+            add(text, {{text}, u"select * from raflar"_s});
+        };
+        for (const QString& value :
+             {u"1"_s, u"0"_s, u"'1'"_s, u"True"_s, u"False"_s, u"NULL"_s, u"not @"_s, u"IIF(@, 0, 1)"_s,
+              u"1 - acik"_s, u"acik"_s, u"ad = 'b'"_s, u"no in (1, 2)"_s})
+            change(u"UPDATE raflar SET @ = %1, ad = 'z' WHERE no < 5"_s.arg(value));
+        change(u"UPDATE raflar SET ad = 'z' WHERE @"_s);
+        change(u"UPDATE raflar SET ad = 'z' WHERE not @ and no > 1"_s);
+        change(u"UPDATE raflar SET ad = 'z' WHERE @ = 1"_s);
+        change(u"DELETE FROM raflar WHERE @"_s);
+        change(u"DELETE FROM raflar WHERE @ = '0'"_s);
+        for (const QString& value : {u"1"_s, u"'0'"_s, u"True"_s, u"NULL"_s})
+            change(u"INSERT INTO raflar (ad, @) VALUES ('f', %1)"_s.arg(value));
+        change(u"INSERT INTO raflar (ad, @) SELECT ad, @ FROM raflar WHERE @"_s);
+    }
+    add(u"a text against True"_s, {{}, u"select * from raflar where ad = True"_s});
 }
 
 void TestEngines::hideTheirOwnIdentity() {

@@ -23,6 +23,7 @@ struct ConnectRow {
     QString words = {};     ///< of the refusal
     QString asked = {};     ///< a statement for the connection
     QString answer = {};    ///< what that gives
+    int longest = 10000;    ///< milliseconds that it may take
 };
 
 struct CellRow {
@@ -125,6 +126,11 @@ void TestServerDriver::connects_data() {
           .options = u"connect_timeout=0.2"_s,
           .code = u"08001"_s,
           .words = u"sunucu yanıt vermiyor"_s}},
+        {"three that stand still, within the deadline",
+         {.hosts = u"127.0.0.3,127.0.0.3,127.0.0.3"_s,
+          .options = u"connect_timeout=2;KOVANIX_DEADLINE=2000"_s,
+          .code = u"08001"_s,
+          .longest = 4000}},
         {"a refusal before one that isn't there",
          {.hosts = here + u",127.0.0.2"_s, .password = wrong, .code = u"28P01"_s}},
         {"a refusal behind one that isn't there",
@@ -155,7 +161,10 @@ void TestServerDriver::connects() {
     client->setPassword(row.password);
     client->setConnectOptions(row.options);
     const bool opens = row.code.isEmpty() && row.words.isEmpty();
+    QElapsedTimer timer;
+    timer.start();
     QCOMPARE(client->open(), opens);
+    QVERIFY2(timer.elapsed() < row.longest, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(client->isOpen(), opens);
     QCOMPARE(client->lastError().nativeErrorCode(), row.code);
     QVERIFY(opens || !client->lastError().databaseText().isEmpty());

@@ -1,17 +1,21 @@
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QScopeGuard>
 #include <QTest>
+#include <array>
 #include <atomic>
 #include <optional>
 #include <thread>
 
 #include "countingproxy.h"
+#include "database/failedopens.h"
 #include "database/press.h"
 #include "database/recordset.h"
 #include "database/rowset.h"
 #include "database/rowwalk.h"
 #include "database/serverengine.h"
+#include "database/serversession.h"
 #include "databasefile.h"
 #include "rows.h"
 
@@ -49,19 +53,22 @@ QString descriptionOf(const std::function<void()>& step) {
     return error ? error->description() : u"no error"_s;
 }
 
-/// What a till does first. @return how many columns the last table then has
-qsizetype beginShop(const QString& connectionString) {
+/// What a till does first. @return whether all is there then, and nothing else was told than that it was
+bool beginShop(const QString& connectionString) {
     Connection connection;
     connection.open(connectionString);
+    bool right = true;
+    const auto make = [&](const QString& sql) {
+        right =
+            right && kindOf([&] { connection.execute(sql); }).value_or(Kind::statement) == Kind::statement;
+    };
     for (const QString& table : {u"urunler"_s, u"satislar"_s, u"musteri"_s}) {
-        // Whoever comes second is told that it is there.
-        kindOf([&] {
-            connection.execute(u"CREATE TABLE %1 (no COUNTER, a TEXT(50), t DATETIME)"_s.arg(table));
-        });
-        kindOf([&] { connection.execute(u"ALTER TABLE %1 ADD COLUMN b TEXT(30)"_s.arg(table)); });
+        make(u"CREATE TABLE %1 (no COUNTER, a TEXT(50), t DATETIME)"_s.arg(table));
+        make(u"ALTER TABLE %1 ADD COLUMN b TEXT(30)"_s.arg(table));
         connection.keepIndex(table, u"a"_s);
+        right = right && connection.shape(table).columns.size() == 4;
     }
-    return connection.shape(u"musteri"_s).columns.size();
+    return right;
 }
 
 }  // namespace
@@ -127,7 +134,10 @@ private Q_SLOTS:
         if (const QString missing = ServerCluster::missing(); !missing.isEmpty())
             QSKIP(qPrintable(missing));
     }
-    void cleanup() { ServerEngine::restLength = 10s; }
+    void cleanup() {
+        ServerEngine::restLength = 10s;
+        FailedOpens::moment = 2s;
+    }
 
     void asksOncePerStep();
     void aSaleOfTwentyLines();
@@ -307,6 +317,17 @@ void TestServerEngine::aFailedOpenIsRemembered() {
     QCOMPARE(descriptionOf([&] { till.reading.open(till.file.connectionString()); }), first);
     QCOMPARE(till.proxy.connections(), connections);
     QVERIFY(!till.reading.isOpen());
+    // While somebody reads what a box says of it, it isn't forgotten.
+    FailedOpens::moment = 50ms;
+    {
+        const FailedOpens::Hold box;
+        { const FailedOpens::Hold another; }
+        QElapsedTimer reading;
+        reading.start();
+        QTRY_VERIFY(reading.elapsed() > 60);
+        QCOMPARE(descriptionOf([&] { till.reading.open(till.file.connectionString()); }), first);
+    }
+    QCOMPARE(descriptionOf([&] { till.reading.open(till.file.connectionString()); }), first);
     QTRY_VERIFY(till.reading.isOpen() || !errorOf([&] { till.reading.open(till.file.connectionString()); }));
 }
 
@@ -331,7 +352,7 @@ void TestServerEngine::conflictsOfTwoTills_data() {
     // The other till has product 20 when this one comes to it, and then ends or wants product 1.
     addRows<ConflictRow>(
         {{"a deadlock",
-          {u"SET deadlock_timeout = '50ms'"_s, u"UPDATE urunler SET stok = 5 WHERE barkod = '0'"_s,
+          {u"SET deadlock_timeout = '500ms'"_s, u"UPDATE urunler SET stok = 5 WHERE barkod = '0'"_s,
            "deadlock detected", u"5|7"_s}},
          {"a row that changed since the statement began",
           {u"SET default_transaction_isolation = 'repeatable read'"_s, u"SELECT 1"_s,
@@ -431,11 +452,21 @@ void TestServerEngine::tellsWhatIsWrong() {
 void TestServerEngine::twoTillsOnAnEmptyDatabase() {
     for (int round = 0; round < 5; ++round) {
         const DatabaseFile file(DatabaseFile::onServer());
-        QProcess other;
-        other.start(QCoreApplication::applicationFilePath(), {u"--begin"_s, file.connectionString()});
-        QCOMPARE(beginShop(file.connectionString()), 4);
-        QVERIFY(other.waitForFinished());
-        QCOMPARE(other.exitCode(), 0);
+        // Both begin at once, behind a third one that is at it.
+        RawDatabase third(file.path(), file.password());
+        QVERIFY(third.run(u"BEGIN"_s));
+        QVERIFY(third.run(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(serverTableLock)));
+        std::array<QProcess, 2> tills;
+        for (QProcess& till : tills)
+            till.start(QCoreApplication::applicationFilePath(), {u"--begin"_s, file.connectionString()});
+        const QString waiting =
+            u"SELECT count(*) FROM pg_locks WHERE locktype = 'advisory' AND NOT granted"_s;
+        QTRY_COMPARE(third.rows(waiting), QStringList{u"2"_s});
+        QVERIFY(third.run(u"COMMIT"_s));
+        for (QProcess& till : tills) {
+            QVERIFY(till.waitForFinished());
+            QCOMPARE(till.exitCode(), 0);
+        }
         QCOMPARE(
             file.rows(
                 u"SELECT count(*) FROM pg_class WHERE relkind = 'r' AND relnamespace = 'public'::regnamespace"_s),
@@ -526,12 +557,21 @@ void TestServerEngine::givesTruthAsNumbers() {
     connection.execute(u"INSERT INTO t (a, dogru) VALUES ('u', 0)"_s);
     QCOMPARE(file.rows(u"SELECT a, dogru::int4 FROM t ORDER BY no"_s),
              (QStringList{u"x|1"_s, u"y|1"_s, u"z|NULL"_s, u"u|0"_s}));
+    // A file takes any number; here it says no more than yes or no.
+    for (const QVariant& value : {QVariant(5), QVariant(0.0), QVariant(u"2.5"_s), QVariant(u"0"_s)}) {
+        set.close();
+        set.open(all, connection);
+        set.setField(u"dogru"_s, value);
+        set.update();
+        QCOMPARE(file.rows(u"SELECT dogru::int4 FROM t ORDER BY no LIMIT 1"_s),
+                 QStringList{QString::number(int{value.toDouble() != 0})});
+    }
 }
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     if (argc == 3 && QByteArrayView(argv[1]) == "--begin")
-        return beginShop(QString::fromUtf8(argv[2])) == 4 ? 0 : 1;
+        return beginShop(QString::fromUtf8(argv[2])) ? 0 : 1;
     TestServerEngine test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -15,7 +15,8 @@ namespace kovanix::engine {
 /// The connection's options are divided by semicolons, each "key=value"; a semicolon within a value is
 /// written
 /// "\;". KOVANIX_DEADLINE is the time in milliseconds after which a server that gives no sign of life is
-/// given up (8000). connect_timeout is that of each address in seconds, with a fraction if need be (5). All
+/// given up (8000). connect_timeout is that of each address in seconds, with a fraction if need be (5);
+/// several share the deadline. All
 /// others are the keywords of the library. Left to themselves are client_encoding=UTF8, gssencmode=disable,
 /// application_name=kovanix and target_session_attrs=read-write.
 ///

@@ -163,8 +163,13 @@ QSqlError ServerLink::open(const ServerSettings& settings) {
     close();
     m_settings = settings;
     QSqlError refusal;
+    // Several hosts that are away cost no more than a server that stands still does.
+    const Clock::time_point lastEnd = Clock::now() + std::max(settings.connectTimeout, settings.deadline);
+    qsizetype left = settings.hosts.size();
     for (const QByteArray& host : settings.hosts) {
-        const Clock::time_point end = Clock::now() + settings.connectTimeout;
+        const Clock::time_point now = Clock::now();
+        const Clock::duration share = (lastEnd - now) / static_cast<int>(left--);
+        const Clock::time_point end = now + std::min<Clock::duration>(settings.connectTimeout, share);
         std::optional<Host> found = find(host, end);
         Attempt attempt;
         if (found)

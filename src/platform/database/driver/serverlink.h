@@ -29,7 +29,7 @@ QString firstLineOf(const char* words);
 struct ServerSettings {
     QList<QByteArray> hosts;                               ///< in the order in which they are tried
     std::vector<std::pair<QByteArray, QByteArray>> words;  ///< keywords of the library; a later one holds
-    std::chrono::milliseconds connectTimeout{5000};        ///< for each host
+    std::chrono::milliseconds connectTimeout{5000};        ///< for each host, within the deadline for all
     std::chrono::milliseconds deadline{8000};              ///< in which a server gives a sign of life
 
     /// How much of the deadline may pass before a server that says nothing is asked whether it lives.

@@ -337,7 +337,9 @@ bool ServerResult::take(ServerConnection::Answer answer) {
     m_rows = std::move(answer.rows);
     m_columns.clear();
     for (int field = 0; field < PQnfields(m_rows.get()); ++field)
-        m_columns.push_back(cellType(PQftype(m_rows.get(), field)));
+        m_columns.push_back({cellType(PQftype(m_rows.get(), field)), PQfformat(m_rows.get(), field) == 0});
+    m_row = -1;
+    m_count = PQntuples(m_rows.get());
     m_changes = QByteArray(PQcmdTuples(m_rows.get())).toInt();
     setSelect(PQresultStatus(m_rows.get()) == PGRES_TUPLES_OK);
     setActive(true);
@@ -346,13 +348,14 @@ bool ServerResult::take(ServerConnection::Answer answer) {
 
 Cell ServerResult::cell(int field) const {
     const PGresult* const rows = m_rows.get();
-    // Of a place that there isn't, too, the library says that it is null.
-    if (!rows || PQgetisnull(rows, at(), field) == 1)
+    // Each question of the library's costs as much as all else here: of a cell that holds something, two are
+    // enough. Of a place that there isn't, it says that it is null.
+    const int size = rows ? PQgetlength(rows, m_row, field) : 0;
+    if (size == 0 && (!rows || PQgetisnull(rows, m_row, field) == 1))
         return {};
-    const std::string_view bytes(PQgetvalue(rows, at(), field),
-                                 static_cast<std::size_t>(PQgetlength(rows, at(), field)));
-    const bool digits = PQfformat(rows, field) == 0;
-    switch (const Cell::Type type = m_columns[static_cast<std::size_t>(field)]) {
+    const std::string_view bytes(PQgetvalue(rows, m_row, field), static_cast<std::size_t>(size));
+    const auto [type, digits] = m_columns[static_cast<std::size_t>(field)];
+    switch (type) {
         case Cell::Type::whole:
             if (digits)
                 return {.type = type, .whole = bytes == "t" ? 1 : numberIn<qint64>(bytes), .bytes = {}};
@@ -393,15 +396,16 @@ QVariant ServerResult::handle() const {
 }
 
 int ServerResult::size() {
-    return m_rows ? PQntuples(m_rows.get()) : -1;
+    return m_rows ? m_count : -1;
 }
 
 bool ServerResult::fetchNext() {
     if (at() == QSql::AfterLastRow)
         return false;
-    if (fetch(at() == QSql::BeforeFirstRow ? 0 : at() + 1))
+    if (fetch(m_row + 1))
         return true;
     setAt(QSql::AfterLastRow);
+    m_row = m_count;
     return false;
 }
 
@@ -409,6 +413,7 @@ bool ServerResult::fetch(int index) {
     if (index < 0 || index >= size())
         return false;
     setAt(index);
+    m_row = index;
     return true;
 }
 
@@ -418,7 +423,7 @@ QSqlRecord ServerResult::record() const {
         return columns;
     for (int field = 0; field < PQnfields(m_rows.get()); ++field)
         columns.append(QSqlField(QString::fromUtf8(PQfname(m_rows.get(), field)),
-                                 metaType(m_columns[static_cast<std::size_t>(field)])));
+                                 metaType(m_columns[static_cast<std::size_t>(field)].type)));
     return columns;
 }
 

@@ -71,7 +71,13 @@ private:
     std::vector<Oid> m_types;  ///< of the prepared statement's places
     bool m_binary = false;     ///< whether its rows come in the server's own form
     ServerRows m_rows;
-    std::vector<Cell::Type> m_columns;  ///< what their cells are given as
+    struct Column {
+        Cell::Type type;  ///< what its cells are given as
+        bool digits;      ///< whether they came in words instead of the server's own form
+    };
+    std::vector<Column> m_columns;
+    int m_row = -1;  ///< the current one; -1 ahead of the first, their count behind the last
+    int m_count = 0;
     int m_changes = -1;
 };
 
