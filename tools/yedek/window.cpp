@@ -274,17 +274,17 @@ void Window::restoreChosen() {
 }
 
 void Window::chooseFolder() {
-    askForFile(*this,
-               {.what = FileQuestion::What::folder, .title = u"Yedeklerin klasörü"_s, .folder = folder()},
-               [this](const QString& chosen) {
-                   // A shop that can only be read takes no choice, and needs its copy all the more.
-                   const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); });
-                   m_folder = failure ? chosen : QString();
-                   refresh();
-                   if (failure)
-                       messageBox(u"Seçtiğiniz klasör yalnız bu kez kullanılacak. "_s + failure->description(),
-                                  MessageBoxStyle::warning, title);
-               });
+    askForFile(
+        *this, {.what = FileQuestion::What::folder, .title = u"Yedeklerin klasörü"_s, .folder = folder()},
+        [this](const QString& chosen) {
+            // A shop that can only be read takes no choice, and needs its copy all the more.
+            const auto failure = attempt([&] { chooseCopyFolder(m_shop, chosen); });
+            m_folder = failure ? chosen : QString();
+            refresh();
+            if (failure)
+                messageBox(u"Seçtiğiniz klasör yalnız bu kez kullanılacak. "_s + failure->description(),
+                           MessageBoxStyle::warning, title);
+        });
 }
 
 void Window::switchSchedule() {
