@@ -89,6 +89,8 @@ private:
     void saved(const QString& name) {
         m_steps.emplace_back([this, name] {
             const QString path = m_output + u'/' + name + u'-' + m_size + u".png";
+            // What has just been shown may be longer than what the layout last knew.
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
             if (!m_window->grab().save(path))
                 throw RuntimeError(0, u"can't write "_s + path);
         });
