@@ -39,7 +39,7 @@ struct ConnectionCore {
     /// @param step  opens the engine where it isn't open yet
     void open(
         const QString& text, Connection::Handle wanted,
-        const std::function<void(DatabaseEngine&)>& step = [](DatabaseEngine& engine) { engine.open(); });
+        const std::function<void(DatabaseEngine&)>& step = [](DatabaseEngine& opened) { opened.open(); });
     /// The same as the last time.
     void openAgain() { open(QString(connectionString), handle); }
     void close();
