@@ -20,9 +20,13 @@ qint64 held() {
 struct FailedOpen {
     QElapsedTimer since;
     qint64 heldThen;
+    bool wasSlow;
     DatabaseError error;
 
-    bool isRecent() const { return since.elapsed() - (held() - heldThen) < FailedOpens::moment.count(); }
+    bool isRecent() const {
+        const qint64 passed = since.elapsed() - (wasSlow ? held() - heldThen : 0);
+        return passed < FailedOpens::moment.count();
+    }
 };
 
 /// By key.
@@ -33,8 +37,9 @@ QHash<QString, FailedOpen>& failedOpens() {
 
 }  // namespace
 
-void FailedOpens::remember(const QString& key, const DatabaseError& error) {
-    FailedOpen open{{}, held(), error};
+void FailedOpens::remember(const QString& key, const DatabaseError& error, std::chrono::milliseconds took) {
+    constexpr std::chrono::milliseconds slow{500};
+    FailedOpen open{{}, held(), took >= slow, error};
     open.since.start();
     failedOpens().insert(key, open);
 }

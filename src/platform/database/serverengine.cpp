@@ -39,7 +39,7 @@ DatabaseError ServerEngine::failure(const QSqlError& error) const {
     DatabaseError failure = describedFailure(kindOfServerFailure(m_state), words);
     // A server that has just let a statement's deadline pass would let that of an open pass, too.
     if (m_state == u"08007"_s)
-        FailedOpens::remember(openKey(), failure);
+        FailedOpens::remember(openKey(), failure, deadline);
     return failure;
 }
 
@@ -83,6 +83,8 @@ void ServerEngine::connectToServer() {
     const QString key = openKey();
     if (const std::optional<DatabaseError> failed = FailedOpens::recent(key))
         throw DatabaseError(*failed);
+    QElapsedTimer opening;
+    opening.start();
     try {
         openHandle();
         requireSuitableDatabase();
@@ -90,7 +92,7 @@ void ServerEngine::connectToServer() {
         m_lastUse.start();
     } catch (const DatabaseError& error) {
         m_database.close();
-        FailedOpens::remember(key, error);
+        FailedOpens::remember(key, error, std::chrono::milliseconds(opening.elapsed()));
         throw;
     }
 }
