@@ -21,12 +21,19 @@ bool isOneOf(const SqlTokens& sql, qsizetype index, const std::array<QLatin1Stri
     return std::ranges::any_of(words, [&](QLatin1StringView word) { return sql.isWord(index, word); });
 }
 
+/// How much deeper what stands behind a token is than what stands ahead of it: CASE … END encloses, too.
+int deepening(const SqlTokens& sql, qsizetype index) {
+    if (sql.isSign(index, u'(') || sql.isWord(index, "CASE"_L1))
+        return 1;
+    return sql.isSign(index, u')') || sql.isWord(index, "END"_L1) ? -1 : 0;
+}
+
 /// Whether an AND belongs to a BETWEEN.
 bool isOfRange(const SqlTokens& sql, qsizetype conjunction) {
     static constexpr std::array others{"AND"_L1, "OR"_L1, "WHERE"_L1, "ON"_L1, "HAVING"_L1, "WHEN"_L1};
     int depth = 0;
     for (qsizetype i = conjunction - 1; i > 0 && depth >= 0; --i) {
-        depth += sql.isSign(i, u')') ? 1 : sql.isSign(i, u'(') ? -1 : 0;
+        depth -= deepening(sql, i);
         if (depth == 0 && sql.isWord(i, "BETWEEN"_L1))
             return true;
         if (depth == 0 && isOneOf(sql, i, others))
@@ -35,10 +42,23 @@ bool isOfRange(const SqlTokens& sql, qsizetype conjunction) {
     return false;
 }
 
+/// Whether a WHEN belongs to a CASE that compares a value with what stands behind each WHEN.
+bool comparesValue(const SqlTokens& sql, qsizetype when) {
+    int depth = 0;
+    for (qsizetype i = when - 1; i >= 0; --i) {
+        depth -= deepening(sql, i);
+        if (depth < 0)
+            return !sql.isWord(i + 1, "WHEN"_L1);
+    }
+    return false;
+}
+
 bool beginsCondition(const SqlTokens& sql, qsizetype index) {
-    static constexpr std::array words{"WHERE"_L1, "ON"_L1, "HAVING"_L1, "WHEN"_L1, "OR"_L1};
+    static constexpr std::array words{"WHERE"_L1, "ON"_L1, "HAVING"_L1, "OR"_L1};
     if (sql.isWord(index, "NOT"_L1))
         return !sql.isWord(index - 1, "IS"_L1);
+    if (sql.isWord(index, "WHEN"_L1))
+        return !comparesValue(sql, index);
     return isOneOf(sql, index, words) || (sql.isWord(index, "AND"_L1) && !isOfRange(sql, index));
 }
 
@@ -85,7 +105,7 @@ bool givesTruth(const SqlTokens& sql, Operand expression) {
     static constexpr std::array words{"NOT"_L1, "AND"_L1, "OR"_L1, "IS"_L1, "IN"_L1, "BETWEEN"_L1, "LIKE"_L1};
     int depth = 0;
     for (qsizetype i = expression.first; i <= expression.last; ++i) {
-        depth += sql.isSign(i, u'(') ? 1 : sql.isSign(i, u')') ? -1 : 0;
+        depth += deepening(sql, i);
         const bool compares = sql.isSign(i, u'=') || sql.isSign(i, u'<') || sql.isSign(i, u'>');
         if (depth == 0 && (compares || isOneOf(sql, i, words)))
             return true;
@@ -112,7 +132,7 @@ qsizetype assignedEnd(const SqlTokens& sql, qsizetype index) {
     for (qsizetype i = index; i < sql.count(); ++i) {
         if (depth == 0 && (sql.isSign(i, u',') || sql.isSign(i, u';') || sql.isWord(i, "WHERE"_L1)))
             return i - 1;
-        depth += sql.isSign(i, u'(') ? 1 : sql.isSign(i, u')') ? -1 : 0;
+        depth += deepening(sql, i);
     }
     return sql.count() - 1;
 }

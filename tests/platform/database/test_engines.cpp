@@ -193,6 +193,9 @@ void TestEngines::sayTheSame_data() {
           select(
               u"select u.urun, s.adet from urunler u, satislar s where u.barkod = s.barkod order by s.no"_s)},
          {"an expression", select(u"select alis * 2 + 1 as x, no from urunler"_s)},
+         {"a choice",
+          select(
+              u"select case when stok > 1 then 2.5 else 0.25 end as stok, case stok when 1 then 'bir' else 'öbür' end as ad from urunler"_s)},
          {"IIF", select(u"select IIF(stok IS NULL, 0.0, stok) as stok from urunler"_s)},
 
          {"a barcode", where(u"barkod='869'"_s)},
@@ -238,6 +241,9 @@ void TestEngines::sayTheSame_data() {
           change(u"UPDATE urunler SET stok = IIF(stok IS NULL, 0, stok) - 2.5 WHERE barkod='870'"_s)},
          {"stock of a barcode that isn't there",
           change(u"UPDATE urunler SET stok = IIF(stok IS NULL, 0, stok) - 1 WHERE barkod='yok'"_s)},
+         {"a number by choice",
+          change(
+              u"UPDATE urunler SET stok = CASE WHEN stok > 0 THEN 2.5 ELSE 0.25 END WHERE barkod='870'"_s)},
          {"a whole number in an amount", change(u"UPDATE urunler SET alis = 3"_s)},
          {"a text in an amount", change(u"UPDATE urunler SET alis = '3.5' WHERE no = 1"_s)},
          {"a number in a text", change(u"UPDATE urunler SET urun = 35 WHERE no = 1"_s)},
