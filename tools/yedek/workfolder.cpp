@@ -41,9 +41,11 @@ void removeAll(const QString& path) {
     std::filesystem::remove_all(QFile::encodeName(path).toStdString(), error);
 }
 
-/// Each user's and each place's own, so that the next run finds what one that died has left.
+/// Each user's and each place's own, so that the next run finds what one that died has left. A place that
+/// isn't there yet is made: without it there would be nothing to tell it from another by.
 QString memoryFolder(const QString& place) {
     constexpr int digits = 16;
+    makeOwnFolder(place);
     const QByteArray sum =
         QCryptographicHash::hash(QFileInfo(place).canonicalFilePath().toUtf8(), QCryptographicHash::Sha256);
     return u"/dev/shm/kovanix-yedek-%1-%2"_s.arg(::getuid())

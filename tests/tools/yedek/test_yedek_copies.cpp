@@ -316,6 +316,12 @@ private Q_SLOTS:
         QCOMPARE(filesOf(m_place->path()).size(), 1);
     }
 
+    void placesThatAreNotThereYetHaveNothingInCommon() {
+        const WorkFolder one(m_place->filePath(u"a/yeni"_s));
+        const WorkFolder other(m_place->filePath(u"b/yeni"_s));
+        QVERIFY(one.makeFleetingFolder(u"parcalar"_s, 1) != other.makeFleetingFolder(u"parcalar"_s, 1));
+    }
+
     void whatIsOnlyInBetweenLiesInMemory() {
         QString inMemory;
         {
