@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -125,6 +126,7 @@ void PreviewPage::focusRows() {
 /// Makes what it offers high enough for a finger, at the window's scale.
 void PreviewPage::fitToTouch(QComboBox& choice) const {
     const QSize touch(0, static_cast<int>(std::lround(touchHeight * m_scale)));
+    choice.setItemDelegate(new QStyledItemDelegate(&choice));  // a menu's own takes no height from its rows
     for (int item = 0; item < choice.count(); ++item)
         choice.setItemData(item, touch, Qt::SizeHintRole);
 }

@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <QStandardPaths>
 #include <QStorageInfo>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -318,6 +319,7 @@ void FileDialog::scaleList() {
     m_list->header()->resizeSection(FileColumns::changed, widthOf(u"00.00.0000 00:00"_s));
     m_list->doItemsLayout();
     auto* const kinds = findChild<QComboBox*>(u"fileTypeCombo"_s);
+    kinds->setItemDelegate(new QStyledItemDelegate(kinds));  // a menu's own takes no height from its rows
     for (int kind = 0; kind < kinds->count(); ++kind)
         kinds->setItemData(kind, QSize(0, row), Qt::SizeHintRole);
 }

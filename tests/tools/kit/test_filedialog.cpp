@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -155,8 +156,12 @@ private Q_SLOTS:
         QVERIFY(list(dialog).header()->height() >= touch);
         QVERIFY(list(dialog).visualRect(entry(dialog, u"Eski"_s)).height() >= touch);
         QVERIFY(list(dialog).viewport()->height() >= 3 * touch);
-        if (const auto& kinds = *dialog.findChild<QComboBox*>(u"fileTypeCombo"_s); kinds.isVisible())
+        if (auto& kinds = *dialog.findChild<QComboBox*>(u"fileTypeCombo"_s); kinds.isVisible()) {
             QVERIFY(kinds.height() >= touch);
+            kinds.showPopup();
+            QVERIFY(kinds.view()->visualRect(kinds.model()->index(1, 0)).height() >= touch);
+            kinds.hidePopup();
+        }
         if (row.what == What::folder)
             return;
         // Size and moment are whole, in letters of the list's own size.
