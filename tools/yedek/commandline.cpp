@@ -1,9 +1,11 @@
 #include "yedek/commandline.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 #include "desktop/folders.h"
 #include "yedek/backup.h"
@@ -11,6 +13,7 @@
 #include "yedek/places.h"
 #include "yedek/restore.h"
 #include "yedek/schedule.h"
+#include "yedek/storage.h"
 #include "yedek/words.h"
 
 namespace kovanix::yedek {
@@ -119,6 +122,8 @@ int CommandLine::runRestore() const {
 int CommandLine::runList() const {
     const Shop shop = Shop::current();
     QStringList folders{chosenFolder()};
+    if (const QFileInfo chosen(folders.first()); chosen.exists() && !(chosen.isDir() && chosen.isReadable()))
+        throw Failure(systemWords(folders.first(), chosen.isDir() ? EACCES : ENOTDIR));
     for (const Stick& stick : sticks()) {
         if (stick.isMarked)
             folders << stick.folder;

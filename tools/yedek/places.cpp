@@ -32,9 +32,12 @@ QString userName() {
     return user ? QString::fromLocal8Bit(user->pw_name) : qEnvironmentVariable("USER");
 }
 
-bool isWritableMount(const QString& path) {
+/// Whether copies may lie there or come there. A marked stick that can't be written any more is told of.
+bool isStick(const QString& path) {
     const QStorageInfo disk(path);
-    return disk.isReady() && !disk.isReadOnly() && disk.rootPath() == path && QFileInfo(path).isWritable();
+    const bool takesCopies = !disk.isReadOnly() && QFileInfo(path).isWritable();
+    return disk.isReady() && disk.rootPath() == path &&
+           (takesCopies || QFileInfo(QDir(path).filePath(folderName)).isDir());
 }
 
 std::optional<dev_t> deviceOf(QString path) {
@@ -80,7 +83,7 @@ QList<Stick> sticksBelow(const QStringList& places, const std::function<bool(con
 }
 
 QList<Stick> sticks() {
-    return sticksBelow({u"/media/"_s + userName(), u"/run/media/"_s + userName()}, isWritableMount);
+    return sticksBelow({u"/media/"_s + userName(), u"/run/media/"_s + userName()}, isStick);
 }
 
 bool onOneDisk(const QString& one, const QString& other) {

@@ -56,9 +56,12 @@ QString systemWords(const QString& path, int error) {
         case ELOOP:
             return u"Bu adda başka yere götüren bir bağlantı var, silip yeniden deneyin: "_s + path;
         case EROFS:
+            return u"Disk yalnız okunabiliyor: "_s + path;
         case EACCES:
         case EPERM:
-            return u"Yazma izni yok: "_s + path;
+            return u"İzin yok: "_s + path;
+        case ENAMETOOLONG:
+            return u"Ad çok uzun: "_s + path;
         case EIO:
         case ENODEV:
         case ENXIO:

@@ -104,7 +104,7 @@ void Window::listCopies() {
     for (const Listed& listed : std::as_const(m_copies)) {
         QStringList notes;
         if (listed.copy.manifest.shop != m_shop.id)
-            notes << u"başka bir dükkânın"_s;
+            notes << u"başka bir dükkânın "_s + listed.copy.manifest.shop;
         if (known(listed.copy.path) == Soundness::harmed)
             notes << u"bozuk"_s;
         m_list->addCopy(momentWords(listed.copy.manifest.moment, now),
@@ -252,7 +252,13 @@ void Window::restoreChosen() {
         m_shop.isOnServer()
             ? u"Emin misiniz? Dükkân bir veritabanı sunucusunda. Bu bilgisayardaki kasa sunucudan ayrılır ve %1 yedeğini bu bilgisayardaki bir dosyadan kullanır. Sunucudaki veriler değişmez, öteki kasalar sunucuda kalır: onlarla satmayın, yoksa dükkân ikiye ayrılır."_s
             : u"Emin misiniz? Bugünkü dükkân silinmez, aynı klasörde “oncesi” adıyla saklanır; kasada ise %1 yedeği açılır."_s;
+    const QString foreign =
+        copy.manifest.shop == m_shop.id
+            ? QString()
+            : u"Bu yedek bu bilgisayardaki dükkânın değil, başka bir dükkânın ya da kurulumun (%1).\n\n"_s
+                  .arg(copy.manifest.shop);
     if (!isYes(
+            foreign +
             u"Dükkân %1 tarihindeki hâline dönecek: ürünler, stoklar, satışlar, kullanıcılar ve ayarlar. Bu tarihten sonraki satışlar kasada görünmez.\n\nDönülsün mü?"_s
                 .arg(moment)) ||
         !isYes(sure.arg(moment)))
