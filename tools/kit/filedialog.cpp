@@ -261,6 +261,7 @@ QWidget* FileDialog::makeName() {
         kinds->setAccessibleName(u"Dosya türü"_s);
         kinds->setProperty("textRole", u"text"_s);
         kinds->setMinimumHeight(touchHeight);
+        kinds->setItemDelegate(new QStyledItemDelegate(kinds));  // a menu's own takes no height from its rows
         kinds->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         row->addWidget(kinds, 4);
         kinds->show();
@@ -319,7 +320,6 @@ void FileDialog::scaleList() {
     m_list->header()->resizeSection(FileColumns::changed, widthOf(u"00.00.0000 00:00"_s));
     m_list->doItemsLayout();
     auto* const kinds = findChild<QComboBox*>(u"fileTypeCombo"_s);
-    kinds->setItemDelegate(new QStyledItemDelegate(kinds));  // a menu's own takes no height from its rows
     for (int kind = 0; kind < kinds->count(); ++kind)
         kinds->setItemData(kind, QSize(0, row), Qt::SizeHintRole);
 }
